@@ -1,0 +1,268 @@
+// The project store: all facts about a project, behind one class.
+//
+// The class is split by record family over several sources, objectdatabase_<family>.cpp; the
+// connection and the caches are in objectdatabase_p.h. No other code of the tool speaks SQL.
+#pragma once
+
+#include "store/records.h"
+
+#include <QList>
+#include <QObject>
+#include <QPair>
+#include <QStringList>
+#include <QVariant>
+#include <QVector>
+
+#include <memory>
+
+class StorePrivate;
+
+/// All data of one project, in a private temporary copy of the user's file; only the save operations
+/// write to the user's file.
+///
+/// The driver owns one store for a run. Generators, importers and the checker use it on the thread
+/// that runs their job, one at a time; see setBlockUpdates().
+///
+/// A line is one CAN line of the device, numbered from 0. Lines 254 and 255 are scratch lines that no
+/// saved file holds. Getters give false, empty or 0 for what is not there and then leave their
+/// result argument as it was.
+class ObjectDataBase : public QObject
+{
+    Q_OBJECT
+
+public:
+    using NODE_DATA_T = NodeData;
+    using INDEX_DATA_T = IndexData;
+    using SUBINDEX_DATA_T = SubIndexData;
+    using SubEntry = SubEntryData;
+    using SubAddress = SubAddressData;
+    using INDEX_SUB_METADATA_T = IndexSubMetadata;
+    using ChangeSet = ChangeSetData;
+
+    /// Version of the schema that this tool writes.
+    static constexpr int kDatabaseVersion = 104;
+
+    explicit ObjectDataBase(QObject *parent = nullptr);
+    ~ObjectDataBase() override;
+
+    // --- Lifecycle (objectdatabase_lifecycle.cpp) ---
+
+    /// Starts a fresh project with line 0 in a new temporary file.
+    bool createNewDataBase();
+
+    /// Opens a project; a name that ends in "tsrt" is a text project, all others are databases. False
+    /// if the file is no project, or one of another tool of the family: then getLastErrorString() is
+    /// set and wrongTool() raised. Text projects always give true. The flag is not looked at.
+    bool openDataBase(const QString &file, bool unused = true);
+
+    /// Saves in the form that the name tells; an empty name is the project's own. False if the file
+    /// could not be written, the old file then stands as it was. The former file stays as "<file>.bak"
+    /// when a database is saved.
+    bool saveDataBase(const QString &file);
+    bool saveDatabaseAsSql(const QString &file);
+    bool saveDatabaseAsText(const QString &file);
+    bool toText(const QString &file);
+    bool fromText(const QString &file);
+
+    /// Saves a copy whose EDS paths are relative to it.
+    bool exportDatabase(const QString &file);
+
+    /// Does the store differ from the file it was read from?
+    bool isDifferent() const;
+
+    QString getLastErrorString() const;
+    QString getProjectFileName() const;
+
+    /// Runs free SQL; getSqlResultLines() then holds a line a row, or the error text.
+    bool executeSql(const QString &sql);
+    QStringList getSqlResultLines() const;
+
+    /// While set, statements from threads other than the one that called wait until it is cleared.
+    bool blockUpdates() const;
+    void setBlockUpdates(bool block);
+
+    /// While set, mutators give false and change nothing; also sets setBlockUpdates().
+    void setLockWriteAccess(bool lock);
+
+    /// Name of a new empty file in the folder for temporary copies.
+    QString createTempFile();
+
+    void saveTempMetadata(const QString &first, const QString &second);
+    QPair<QString, QString> getTempMetadata() const;
+
+    /// Between the two calls all writes are one transaction; calls nest.
+    void beginBatch();
+    void commitBatch();
+
+    // --- Nodes (objectdatabase_nodes.cpp) ---
+
+    bool existNode(quint8 line) const;
+    QList<quint8> getNodes() const; ///< ascending
+    bool getNodeName(quint8 line, QString &name) const;
+    bool getNodeData(quint8 line, NODE_DATA_T &data) const;
+    /// Adds a line with its tables, or updates it. An update leaves isBootupManager,
+    /// isConfigManager, excludePdoLinking, multilineData and lssSlave as stored.
+    bool addNode(quint8 line, const NODE_DATA_T &data);
+    bool delNode(quint8 line);
+    /// Sets one column by its name; an empty value changes nothing.
+    bool setNodeSqlValue(const QString &column, const QString &value, const QString &line);
+    /// First line whose object 0x1F80 has bit 0 set in its current value; else 0 (CiA 302-2).
+    quint8 getNetworkMaster();
+
+    // --- Objects (objectdatabase_objects.cpp) ---
+
+    bool existIndex(quint8 line, quint16 index) const;
+    bool getIndexData(quint8 line, quint16 index, INDEX_DATA_T &data) const;
+    QString getIndexName(quint8 line, quint16 index) const;
+    bool addIndex(quint8 line, quint16 index, const INDEX_DATA_T &data);
+    bool delIndex(quint8 line, quint16 index, bool keepConnections);
+    bool setIndexName(quint8 line, quint16 index, const QString &name);
+    /// Ascending, from \a low up to and including \a high.
+    QList<quint16> getIndices(quint8 line, quint16 low, quint16 high) const;
+    QList<quint16> getIndicesByProperty(quint8 line, const QString &column,
+                                        const QString &value) const;
+    quint16 getNextFreeIndex(quint8 line, quint16 start) const;
+
+    // --- Subindices (objectdatabase_subindices.cpp) ---
+
+    bool existSubIndex(quint8 line, quint16 index, quint8 sub) const;
+    bool getSubIndexData(quint8 line, quint16 index, quint8 sub, SUBINDEX_DATA_T &data) const;
+    bool addSubIndex(quint8 line, quint16 index, quint8 sub, const SUBINDEX_DATA_T &data);
+    /// The importers' path: one transaction, and no signal.
+    bool addSubIndices(const QList<SubEntry> &entries);
+    bool delSubIndex(quint8 line, quint16 index, quint8 sub, bool keepConnections);
+    bool setSubIndexValue(quint8 line, quint16 index, quint8 sub, const QString &value);
+    bool setSubIndexCurrentValue(quint8 line, quint16 index, quint8 sub, const QString &value);
+    QString getSubIndexValue(quint8 line, quint16 index, quint8 sub) const;
+    QString getSubIndexCurrentValue(quint8 line, quint16 index, quint8 sub) const;
+    PDOMapping getSubIndexPdoMapping(quint8 line, quint16 index, quint8 sub) const;
+    quint16 getSubIndexDatatype(quint8 line, quint16 index, quint8 sub) const;
+    quint32 getSubIndexBitSize(quint8 line, quint16 index, quint8 sub) const;
+    bool setSubIndexParameterName(quint8 line, quint16 index, quint8 sub, const QString &name);
+    bool setSubIndexName(quint8 line, quint16 index, quint8 sub, const QString &denotation);
+    QString getSubIndexName(quint8 line, quint16 index, quint8 sub, bool withDenotation) const;
+    QStringList getIndexSubIndexName(quint8 line, quint16 index, quint8 sub) const;
+    bool existSubIndexName(quint8 line, const QString &text) const;
+    /// Ascending, from \a minSub up.
+    QList<quint8> getSubIndices(quint8 line, quint16 index, quint8 minSub) const;
+    QList<quint8> getSubIndicesMappable(quint8 line, quint16 index, quint8 minSub) const;
+    /// The first free number that follows an existing subindex; 0xFFFFFFFF if there is none.
+    quint32 getNextFreeSubIndex(quint8 line, quint16 index, quint8 start) const;
+    QList<SubAddress> getMappableSubs(quint8 line, quint16 minIndex) const;
+    QList<SubAddress> getMappableSubs(quint8 line, quint16 dataType, bool tpdo) const;
+    QList<SubAddress> getSubsByProperty(quint8 line, const QString &column,
+                                        const QString &value) const;
+
+    // --- Metadata (objectdatabase_metadata.cpp) ---
+
+    bool saveIndexMetaData(quint8 line, quint16 index, const Metadata &metadata);
+    bool saveSubIndexMetaData(quint8 line, quint16 index, quint8 sub, const Metadata &metadata);
+    bool getAllIndexMetaData(quint8 line, QList<Metadata> &result) const;
+    bool getAllSubIndicesWithMetaData(quint8 line, QList<INDEX_SUB_METADATA_T> &result) const;
+
+    // --- Strings (objectdatabase_strings.cpp) ---
+
+    int getStringId(const QString &text); ///< -1 on failure
+    QString getString(int id) const;
+    void cacheStrings();
+    void cleanUpStrings();
+    /// Doubles each apostrophe.
+    void prepareQuotationMark(QString &text) const;
+
+    // --- Caches (objectdatabase_cache.cpp) ---
+
+    /// Reads the subindices of a line, or of one of its objects, into memory, and the line's objects
+    /// with them. From then on the getters of the line run no statement.
+    void cacheAllSubs(quint8 line, quint16 index);
+    void clearCachedSubs(quint8 line);
+    void clearAllCachedSubs();
+    void cacheAllSubNames(quint8 line, quint16 index);
+    void clearCachedSubNames();
+
+    // --- Settings (objectdatabase_settings.cpp) ---
+
+    bool existGeneralSettingsValue(const QString &key) const;
+    QString getGeneralSettingsValue(const QString &key) const;
+    bool setGeneralSettingsValue(const QString &key, const QString &value);
+    bool existJ1939SettingsValue(const QString &key) const;
+    QString getJ1939SettingsValue(const QString &key) const;
+    bool setJ1939SettingsValue(const QString &key, const QString &value);
+    bool existMiscSettingsValue(const QString &key) const;
+    QString getMiscSettingsValue(const QString &key) const;
+    bool setMiscSettingsValue(const QString &key, const QString &value);
+    bool existEnergyBusSettingsValue(const QString &key) const;
+    QString getEnergyBusSettingsValue(const QString &key) const;
+    bool setEnergyBusSettingsValue(const QString &key, const QString &value);
+    bool removeEnergyBusSettingsValue(const QString &key);
+
+    /// Description keys belong to the line of setDescriptionSettingsLine(); callers give them plain.
+    bool existDescriptionSettingsValue(const QString &key) const;
+    QString getDescriptionSettingsValue(const QString &key) const;
+    bool setDescriptionSettingsValue(const QString &key, const QString &value);
+    bool addDescriptionSettingsValue(const QString &key, const QString &value);
+    void setDescriptionSettingsLine(quint8 line);
+    void addDefaultDescriptionSettings(quint8 line);
+
+    /// Element \a line of a comma list; the last element stands for all lines beyond.
+    QString getGeneralSettingsValueLine(const QString &key, quint8 line) const;
+    bool setGeneralSettingsValueLine(const QString &key, const QString &value, quint8 line);
+    /// Element \a line of a comma list; beyond its end the whole list.
+    QString getJ1939SettingsValueLine(const QString &key, quint8 line) const;
+    bool setJ1939SettingsValueLine(const QString &key, const QString &value, quint8 line);
+    bool fixGeneralSettingsValueLine(const QString &key, quint8 lastLine);
+    void fixGeneralsettingsLineCount();
+    static QStringList getGeneralLineDependentSettings();
+    void removeNodeInGeneralSettings(quint8 line);
+    void removeNodeInDescriptionSettings(quint8 line);
+    QStringList getGeneralSettingsKeys() const;
+    QStringList getDescriptionSettingsKeys() const; ///< with the lines' suffixes
+    QStringList getJ1939SettingsKeys() const;
+    QStringList getEnergyBusKeys() const;
+
+    // --- UDS services (objectdatabase_uds.cpp) ---
+
+    bool isUDSServiceActive(quint8 line, quint8 sid) const;
+    bool setUDSServiceActive(quint8 line, quint8 sid, bool active);
+    QString getUDSServiceSessions(quint8 line, quint8 sid) const;
+    bool setUDSServiceSessions(quint8 line, quint8 sid, const QString &sessions);
+
+    // --- Connections (objectdatabase_connections.cpp) ---
+
+    bool removeConnnection(quint8 line);
+    bool removeConnnection(quint8 line, quint16 index);
+    bool removeConnnection(quint8 line, quint16 index, quint8 sub);
+    bool removeProducerConnections(quint8 line, quint16 index, quint8 sub);
+    bool removeConsumerConnection(quint8 line, quint16 index, quint8 sub);
+
+    // --- J1939 groups (objectdatabase_j1939.cpp) ---
+
+    /// \a direction is 0x55 for transmitted, 0x77 for received, 0 for both.
+    QList<quint32> getPGNs(quint8 line, quint8 direction, bool noSafe) const;
+    bool delPGN(quint8 line, quint32 pgn, quint8 direction);
+    void fixFaultyPGNSPNCount();
+    void updatePGNdirectionAttributes(quint8 line);
+
+    // --- Text form (objectdatabase_text.cpp), used by DatabaseTextConverter ---
+
+    struct ColumnValue {
+        QString column;
+        QVariant value;
+    };
+    /// Writes columns of one object or subindex as the text form holds them, and makes the row if it
+    /// does not exist. \a table is "Objects<line>" or "SubObjects<line>", the numbers decimal or
+    /// with "0x". Columns and tables that a project does not have are passed over.
+    bool setObjectIndexSqlValues(const QString &table, const QString &index,
+                                 const QVector<ColumnValue> &values);
+    bool setSubindexSqlValues(const QString &table, const QString &index, const QString &sub,
+                              const QVector<ColumnValue> &values);
+
+signals:
+    void updateNotify(ObjectDataBase::ChangeSet modification);
+    void wrongTool();
+    void blockStateChanged(bool blockupdates);
+
+private:
+    friend class DatabaseTextConverter;
+
+    std::unique_ptr<StorePrivate> d;
+};

@@ -1,0 +1,163 @@
+// The records of a project as plain values. ObjectDataBase aliases them under the names that the
+// rest of the tool uses; columns.h tells how each becomes a row.
+#pragma once
+
+#include "support/candatatype.h"
+#include "support/pdomapping.h"
+
+#include <QMap>
+#include <QMetaType>
+#include <QString>
+
+using Metadata = QMap<QString, QString>;
+
+/// One CAN line of the device.
+struct NodeData {
+    QString name;
+    QString iconPath;
+    QString edsPath;
+    QString dcfPath;
+    QString xddPath;
+    quint16 tpdoCount = 0;
+    quint16 rpdoCount = 0;
+    QString prefix = QStringLiteral("_"); ///< of variable names
+    QString outputPath = QStringLiteral("C:/");
+    bool isMaster = false;
+    bool isSyncProducer = false;
+    bool isSyncConsumer = false;
+    bool isHbConsumer = false;
+    bool isEmergencyProducer = false;
+    bool isEmergencyConsumer = false;
+    bool isMpdoSupported = false;
+    bool isCanopenGateway = false;
+    bool allPdosStatic = false;
+    bool excludeGeneration = false;
+    bool generateDcf = true;
+    bool isBootupManager = false;
+    bool isConfigManager = false;
+    bool excludePdoLinking = false;
+    quint32 multilineData = 0;
+    bool lssSlave = false;
+
+    bool operator==(const NodeData &other) const;
+    bool operator!=(const NodeData &other) const { return !(*this == other); }
+};
+
+/// One object of an object dictionary (CiA 301, 7.4).
+struct IndexData {
+    QString name = QStringLiteral("unnamed object");
+    quint16 dataType = 5; ///< a CAN::CANopenDataType
+    CANopen::ObjectCode objectCode = CANopen::ObjectCode::Var;
+    QString description;
+    qint32 category = 1;
+    QString deviceClass;
+    bool fwSupported = false;
+    Metadata metadata; ///< free attributes, such as "eds_define"
+
+    bool operator==(const IndexData &other) const;
+    bool operator!=(const IndexData &other) const { return !(*this == other); }
+};
+
+/// One subindex; an object that is a plain variable has just subindex 0.
+struct SubIndexData {
+    QString name = QStringLiteral("unnamed subindex"); ///< the parameter name
+    quint16 dataType = 5;                              ///< a CAN::CANopenDataType
+    QString accessType = QStringLiteral("ro");
+    QString defaultValue;
+    QString currentValue; ///< value of the DCF
+    PDOMapping pdoMapping;
+    QString lowLimit = QStringLiteral("0");
+    QString upLimit = QStringLiteral("0");
+    quint32 size = 0; ///< bytes of a string or domain
+    bool defaultInEds = true;
+    bool limitInEds = false;
+    bool refuseRead = false;
+    bool refuseWrite = false;
+    bool dcfComponent = false;
+    bool cyclicRead = false;
+    QString allowedAccessTypes = QStringLiteral("const,ro,rw,wo,rww,rwr");
+    quint8 implementation = 0; ///< 0 managed, 1 constant, 2 application variable, 3 virtual object
+    QString description;
+    QString varName; ///< C name of an application variable
+    qint32 category = 1;
+    quint8 writeDefaultToEds = 1; ///< 0 no, 1 if defaultInEds is set as well, 2 always
+    bool changedByUser = false;
+    quint16 wizardSource = 0;
+    bool sharedLines = false;
+    QString denotation; ///< display name
+    bool managedByOlm = false;
+    qint32 signalId = 0; ///< row of the table Signals
+    bool nvStorage = false;
+    Metadata metadata;
+
+    /// All fields but managedByOlm and signalId; varName without regard to white space.
+    bool operator==(const SubIndexData &other) const;
+    bool operator!=(const SubIndexData &other) const { return !(*this == other); }
+
+    /// The narrower test between two projects: only what changes the generated device.
+    bool contentCompare(const SubIndexData &other) const;
+};
+
+/// An element of a batch of subindices.
+struct SubEntryData {
+    quint8 line = 0;
+    quint16 index = 0;
+    quint8 subindex = 0;
+    SubIndexData data;
+};
+
+/// The place of a subindex in an object dictionary.
+struct SubAddressData {
+    quint16 index = 0;
+    quint8 subindex = 0;
+
+    bool operator==(const SubAddressData &other) const
+    {
+        return index == other.index && subindex == other.subindex;
+    }
+};
+
+/// The metadata of one subindex.
+struct IndexSubMetadata {
+    quint16 index = 0;
+    quint8 subindex = 0;
+    Metadata metadata;
+};
+
+/// What changed in a project. Fields that a kind does not use are zero.
+struct ChangeSetData {
+    enum class Kind : qint32 {
+        AddIndex = 1,
+        AddSubIndex = 2,
+        DelIndex = 3,
+        DelSubIndex = 4,
+        DelAllSignals = 5,
+        AddNode = 6,
+        DelNode = 7,
+        Groups = 8,
+        GeneralSettings = 9,
+        DescriptionSettings = 10,
+        EnergyBusSettings = 11,
+        MiscSettings = 12,
+        J1939Settings = 13,
+        Project = 14, ///< all of it
+        AddPgn = 15,
+        DelPgn = 16,
+        AddCanId = 17,
+        DelCanId = 18,
+        AddSpn = 19,
+        DelSpn = 20, ///< also of a deleted data element
+        AddDataElement = 21,
+    };
+
+    Kind kind = Kind::Project;
+    quint16 index = 0;
+    quint8 subindex = 0;
+    quint8 line = 0;
+    quint32 pgn = 0;
+    quint32 spn = 0;
+    quint32 canid = 0;
+    quint32 element = 0;
+    quint8 flag = 0; ///< always 0
+};
+Q_DECLARE_METATYPE(ChangeSetData)

@@ -1,0 +1,60 @@
+// Small text operations.
+#include "support/helper.h"
+
+#include <QFile>
+#include <QSaveFile>
+#include <QStringList>
+
+QString Helper::substituteVariables(const QString &text, quint16 count, quint8 subindex)
+{
+    QString result;
+    int done = 0;
+    // One pass, so that a name which holds the text of another place holder is not filled twice.
+    for (int start = text.indexOf(QLatin1String("${")); start >= 0;
+         start = text.indexOf(QLatin1String("${"), start + 2)) {
+        const int end = text.indexOf(QLatin1Char('}'), start);
+        if (end < 0)
+            break;
+        const QStringRef name = text.midRef(start + 2, end - start - 2);
+        QString value;
+        if (name == QLatin1String("number"))
+            value = QString::number(count);
+        else if (name == QLatin1String("index"))
+            value = QStringLiteral("%1").arg(count, 4, 16, QLatin1Char('0'));
+        else if (name == QLatin1String("sub"))
+            value = QString::number(subindex);
+        else
+            continue;
+        result += text.midRef(done, start - done) + value;
+        done = end + 1;
+    }
+    return done == 0 ? text : result + text.midRef(done);
+}
+
+bool Helper::modifyLineEnding(const QString &file, const QString &ending)
+{
+    QFile source(file);
+    if (!source.exists())
+        return true;
+    if (!source.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray old = source.readAll();
+    source.close();
+
+    QByteArray text = old;
+    text.replace("\r\n", "\n").replace('\r', '\n');
+    if (ending != QLatin1String("\n"))
+        text.replace("\n", ending.toLatin1());
+    if (text == old)
+        return true;
+    QSaveFile target(file);
+    return target.open(QIODevice::WriteOnly) && target.write(text) == text.size() && target.commit();
+}
+
+QString Helper::UTF8String2ArrayString(const QString &text)
+{
+    QStringList bytes;
+    for (const char byte : text.toUtf8())
+        bytes << QStringLiteral("0x%1").arg(static_cast<quint8>(byte), 2, 16, QLatin1Char('0'));
+    return QLatin1Char('{') + bytes.join(QLatin1Char(',')) + QLatin1Char('}');
+}

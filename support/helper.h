@@ -1,0 +1,24 @@
+// Small text operations that all parts of the tool share.
+#pragma once
+
+#include <QString>
+
+/// Text helpers. The constructor's argument names the tool of the family, and has no effect here.
+class Helper
+{
+public:
+    explicit Helper(unsigned char tool = 0) { Q_UNUSED(tool) }
+
+    /// \a text with its place holders filled: "${number}" with \a count in decimal, "${index}" with
+    /// \a count as four lower-case hexadecimal digits, "${sub}" with \a subindex in decimal. All
+    /// other text stands unchanged, an unknown place holder too.
+    static QString substituteVariables(const QString &text, quint16 count, quint8 subindex);
+
+    /// Rewrites \a file so that each of its line ends (LF, CRLF or CR) is \a ending. The old file is
+    /// replaced in one step; a missing file, or one that has these ends already, is left alone.
+    /// False if the file could not be read or written.
+    static bool modifyLineEnding(const QString &file, const QString &ending);
+
+    /// \a text in UTF-8 as initialiser of a C byte array: "{0x41,0x62}".
+    static QString UTF8String2ArrayString(const QString &text);
+};

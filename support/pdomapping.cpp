@@ -1,0 +1,31 @@
+// Words of the PDO mapping attribute.
+#include "support/pdomapping.h"
+
+#include <iterator>
+
+namespace
+{
+
+// In the order of PDOMappingType.
+constexpr const char *kWords[] = {"no", "default", "optional", "RPDO", "TPDO"};
+
+} // namespace
+
+PDOMapping PDOMapping::fromUInt(quint32 number)
+{
+    return number < std::size(kWords) ? PDOMapping(static_cast<PDOMappingType>(number)) : PDOMapping();
+}
+
+void PDOMapping::fromCSVString(const QString &word)
+{
+    type = PDOMappingType::No;
+    for (quint8 i = 0; i < std::size(kWords); ++i) {
+        if (word.compare(QLatin1String(kWords[i]), Qt::CaseInsensitive) == 0)
+            type = static_cast<PDOMappingType>(i);
+    }
+}
+
+QString PDOMapping::getCSVStringValue() const
+{
+    return QString::fromLatin1(kWords[toUInt()]);
+}

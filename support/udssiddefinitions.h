@@ -1,0 +1,38 @@
+// The diagnostic services of ISO 14229-1 by number and name.
+#pragma once
+
+#include <QMap>
+#include <QString>
+
+namespace UDS
+{
+
+/// Service identifiers of ISO 14229-1.
+enum class SID : quint8 {
+    DiagnosticSessionControl = 16,
+    ECUReset = 17,
+    ClearDiagnosticInformation = 20,
+    ReadDTCInformation = 25,
+    ReadDataByIdentifier = 34,
+    ReadMemoryByAddress = 35,
+    SecurityAccess = 39,
+    CommunicationControl = 40,
+    WriteDataByIdentifier = 46,
+    InputOutputControlByIdentifier = 47,
+    RoutineControl = 49,
+    RequestDownload = 52,
+    RequestUpload = 53,
+    TransferData = 54,
+    RequestTransferExit = 55,
+    WriteMemoryByAddress = 61,
+    TesterPresent = 62,
+};
+
+} // namespace UDS
+
+class UDSSIDDefinitions
+{
+public:
+    /// Service names by service identifier.
+    static QMap<quint8, QString> getSIDNames();
+};
