@@ -5,7 +5,8 @@ namespace
 {
 
 constexpr int kFlushBytes = 1 << 20;
-constexpr const char *kByteArrayStart = "@ByteArray(";
+constexpr QLatin1String kByteArrayStart("@ByteArray(");
+constexpr QLatin1String kStringStart("@String("); // of texts that hold a zero character
 
 bool isBlank(char ch)
 {
@@ -148,28 +149,36 @@ QStringList unescapedTexts(Span span)
     QStringList texts;
     QString text;
     bool inQuotes = false;
-    bool quoted = false;
+    int kept = 0; // blanks behind this length belong to the layout of the line, not to the text
     const auto finishText = [&]() {
-        // Blanks at the end belong to a text in quotes only.
-        while (!quoted && !text.isEmpty() && text.at(text.size() - 1).isSpace())
+        while (text.size() > kept &&
+               (text.endsWith(QLatin1Char(' ')) || text.endsWith(QLatin1Char('\t'))))
             text.chop(1);
         texts << text;
         text.clear();
-        quoted = false;
+        kept = 0;
     };
     const char *at = span.begin;
+    const auto skipBlanks = [&]() {
+        while (at < span.end && (*at == ' ' || *at == '\t'))
+            ++at;
+    };
     while (at < span.end) {
         const char ch = *at;
         if (ch == '\\') {
             appendEscaped(&text, ++at, span.end);
+            kept = text.size();
         } else if (ch == '"') {
             inQuotes = !inQuotes;
-            quoted = true;
             ++at;
+            if (!inQuotes) {
+                kept = text.size();
+                skipBlanks();
+            }
         } else if (ch == ',' && !inQuotes) {
             finishText();
-            for (++at; at < span.end && isBlank(*at); ++at) {
-            }
+            ++at;
+            skipBlanks();
         } else {
             const char *run = at;
             while (at < span.end && *at != '\\' && *at != '"' && (*at != ',' || inQuotes))
@@ -189,9 +198,13 @@ QVariant valueOf(Span span)
     const QString &text = texts.first();
     if (text.startsWith(QLatin1String("@@")))
         return text.mid(1);
-    const int start = int(qstrlen(kByteArrayStart));
-    if (text.startsWith(QLatin1String(kByteArrayStart)) && text.endsWith(QLatin1Char(')')))
-        return text.mid(start, text.size() - start - 1).toLatin1();
+    const auto inner = [&text](QLatin1String start) {
+        return text.mid(start.size(), text.size() - start.size() - 1);
+    };
+    if (text.endsWith(QLatin1Char(')')) && text.startsWith(kByteArrayStart))
+        return inner(kByteArrayStart).toLatin1();
+    if (text.endsWith(QLatin1Char(')')) && text.startsWith(kStringStart))
+        return inner(kStringStart);
     return text;
 }
 
@@ -318,8 +331,12 @@ void IniText::Writer::section(const QString &name)
 void IniText::Writer::value(const QString &key, const QString &text)
 {
     buffer += escapedKey(key) + '=';
-    buffer += text.startsWith(QLatin1Char('@')) ? escapedText(QLatin1Char('@') + text, false)
-                                                : escapedText(text, false);
+    if (text.contains(QChar::Null))
+        buffer += escapedText(kStringStart + text + QLatin1Char(')'), false);
+    else if (text.startsWith(QLatin1Char('@')))
+        buffer += escapedText(QLatin1Char('@') + text, false);
+    else
+        buffer += escapedText(text, false);
     buffer += '\n';
     flushIfLarge();
 }
@@ -327,7 +344,7 @@ void IniText::Writer::value(const QString &key, const QString &text)
 void IniText::Writer::value(const QString &key, const QByteArray &bytes)
 {
     const QString text =
-        QLatin1String(kByteArrayStart) + QString::fromLatin1(bytes) + QLatin1Char(')');
+        kByteArrayStart + QString::fromLatin1(bytes.constData(), bytes.size()) + QLatin1Char(')');
     buffer += escapedKey(key) + '=' + escapedText(text, true) + '\n';
     flushIfLarge();
 }
