@@ -435,7 +435,8 @@ bool hasOwnValue(const ObjectSections &sections, CANopen::ObjectCode code)
 
 bool EdsParser::LoadEds(QString file)
 {
-    if (!reader.read(file))
+    isRead = reader.read(file);
+    if (!isRead)
         return false;
     const ObjectDirectory directory(reader);
     RecordMaker maker(reader, directory);

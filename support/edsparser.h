@@ -22,6 +22,9 @@ public:
     /// object.
     bool LoadEds(QString file);
 
+    /// Could the file be read, whatever is in it?
+    bool wasRead() const { return isRead; }
+
     /// All sections of the file that was loaded last.
     const EdsReader &sections() const { return reader; }
 
@@ -31,4 +34,5 @@ signals:
 
 private:
     EdsReader reader;
+    bool isRead = false;
 };
