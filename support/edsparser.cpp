@@ -275,12 +275,13 @@ private:
 };
 
 /// The data of a section that describes a value: of a variable, a subindex, or a compact object.
-CANopenSubindex readValueSection(const Entries &entries, CANopen::ObjectCode code)
+CANopenSubindex readValueSection(const Entries &entries, CANopen::ObjectCode code,
+                                 const QString &missingName)
 {
     CANopenSubindex record;
     record.dataType = entries.dataType(code);
     record.accessType = entries.accessType();
-    record.name = entries.name(QStringLiteral("unnamed subindex"));
+    record.name = entries.name(missingName);
     const QString defaultValue = EdsValues::normalize(entries.text(DefaultValue), record.dataType);
     record.defaultValue = defaultValue;
     record.writeDefault = !defaultValue.isEmpty();
@@ -372,8 +373,9 @@ public:
     CANopenSubindex makeSub(quint16 index, const ObjectSections::Sub &sub) const
     {
         const Entries entries(reader, reader.sections()[sub.section]);
+        const auto code = entries.objectCode().value_or(CANopen::ObjectCode::Var);
         CANopenSubindex record =
-            readValueSection(entries, entries.objectCode().value_or(CANopen::ObjectCode::Var));
+            readValueSection(entries, code, QStringLiteral("unnamed subindex"));
         record.index = index;
         record.subindex = sub.number;
         if (entries.text(ParameterName).isEmpty())
@@ -392,11 +394,11 @@ private:
         const Entries entries(reader, section);
         const quint32 memberCount = entries.number(CompactSubObj);
         record.objectCode = entries.objectCode().value_or(codeByShape(sections, memberCount));
-        record.member = readValueSection(entries, record.objectCode);
+        record.member =
+            readValueSection(entries, record.objectCode, QStringLiteral("unnamed object"));
         record.member.index = record.index;
         record.dataType = record.member.dataType;
-        record.name = entries.name(QStringLiteral("unnamed object"));
-        record.member.name = record.name;
+        record.name = record.member.name;
         record.defaultValue = record.member.defaultValue.toString();
         record.flag = record.member.writeDefault;
         if (isStructure(record.objectCode)) {

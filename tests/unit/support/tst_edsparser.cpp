@@ -10,6 +10,7 @@ class TestEdsParser : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void objects_data();
     void objects();
     void entries_data();
@@ -21,6 +22,7 @@ private slots:
     void compactObject();
     void listsReachExplicitMembers();
     void commentOfAVariableIsTakenOnce();
+    void odditiesAreLoggedWithTheirLine();
     void randomBytes();
 
 private:
@@ -35,6 +37,11 @@ private:
     QVector<CANopen::CANopenIndex> indices;
     QVector<CANopenSubindex> subs;
 };
+
+void TestEdsParser::initTestCase()
+{
+    QLoggingCategory::setFilterRules(QStringLiteral("tessarine.*.debug=false"));
+}
 
 bool TestEdsParser::load(const QByteArray &text)
 {
@@ -260,6 +267,16 @@ void TestEdsParser::commentOfAVariableIsTakenOnce()
     QCOMPARE(indices[0].description, QStringLiteral("a\nb"));
     QCOMPARE(subs[0].description, QStringLiteral("a\nb"));
     QCOMPARE(indices[1].description, QStringLiteral("a\na")); // its subindex 0 has its own section
+}
+
+void TestEdsParser::odditiesAreLoggedWithTheirLine()
+{
+    QLoggingCategory::setFilterRules(QString());
+    const QByteArray file = folder.filePath(QStringLiteral("test.eds")).toUtf8();
+    QTest::ignoreMessage(QtDebugMsg, file + ":3: AccessType cannot be maybe");
+    QTest::ignoreMessage(QtDebugMsg, file + ":4: section [1000sub100] is passed over");
+    QVERIFY(load("[1000]\nParameterName=x\nAccessType=maybe\n[1000sub100]\n"));
+    initTestCase();
 }
 
 void TestEdsParser::randomBytes()
