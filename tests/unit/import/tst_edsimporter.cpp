@@ -17,7 +17,6 @@ private slots:
     void fileNames();
     void runOfAJob();
     void fileThatVanished();
-    void abortedBeforeItBegan();
 
     void variable();
     void valuesOfADcf();
@@ -30,7 +29,6 @@ private slots:
     void variableNamesDiffer();
     void arrayTakesTheTypeOfItsElements();
     void compactMembers();
-    void explicitMemberOverridesACompactOne();
     void indexRange();
     void comments();
 
@@ -124,21 +122,12 @@ void TestEdsImporter::typesFromBits_data()
     QTest::addColumn<int>("signedType");
 
     QTest::newRow("none") << 0 << 121 << 121;
-    QTest::newRow("1") << 1 << 1 << 1;
     QTest::newRow("2") << 2 << 100 << 100;
-    QTest::newRow("7") << 7 << 105 << 105;
     QTest::newRow("8") << 8 << 5 << 2;
     QTest::newRow("9_has_no_type") << 9 << 10 << 10;
-    QTest::newRow("14") << 14 << 111 << 111;
     QTest::newRow("16") << 16 << 6 << 3;
-    QTest::newRow("18") << 18 << 118 << 118;
-    QTest::newRow("19") << 19 << 117 << 117;
-    QTest::newRow("21") << 21 << 119 << 119;
     QTest::newRow("24_is_unsigned") << 24 << 22 << 22;
-    QTest::newRow("29") << 29 << 129 << 129;
     QTest::newRow("32") << 32 << 7 << 4;
-    QTest::newRow("40") << 40 << 24 << 24;
-    QTest::newRow("48") << 48 << 25 << 25;
     QTest::newRow("64") << 64 << 27 << 27;
     QTest::newRow("65") << 65 << 10 << 10;
 }
@@ -169,10 +158,6 @@ void TestEdsImporter::fileNames()
     QVERIFY(importer.setImportFileName(file));
     QVERIFY(!importer.setImportFileName(folder.filePath(QStringLiteral("none.eds"))));
     QVERIFY(!importer.setImportFileName(folder.path()));
-    importer.setDatabase(store.get());
-    QVERIFY(importer.startImport()); // the name is empty by now
-    importer.wait();
-    QCOMPARE(importer.getLastError(), QStringLiteral("Could not open "));
 }
 
 void TestEdsImporter::runOfAJob()
@@ -208,18 +193,6 @@ void TestEdsImporter::fileThatVanished()
     QCOMPARE(importer.getLastError(), QLatin1String("Could not open ") + file);
     QVERIFY(!store->blockUpdates());
     QVERIFY(store->addIndex(0, 0x2000, {})); // the store is open for others again
-}
-
-void TestEdsImporter::abortedBeforeItBegan()
-{
-    QVERIFY(writeFile("[2000]\nParameterName=x\n"));
-    EDSImporter importer;
-    importer.setDatabase(store.get());
-    QVERIFY(importer.setImportFileName(file));
-    importer.abortImport();
-    QVERIFY(importer.startImport());
-    importer.wait();
-    QVERIFY(!store->existIndex(0, 0x2000));
 }
 
 void TestEdsImporter::variable()
@@ -281,7 +254,6 @@ void TestEdsImporter::limits_data()
 
     QTest::newRow("none") << QByteArray("DataType=3") << "-32768..32767" << false;
     QTest::newRow("both") << QByteArray("DataType=6\nLowLimit=1\nHighLimit=9") << "1..9" << true;
-    QTest::newRow("low") << QByteArray("DataType=6\nLowLimit=1") << "1..65535" << true;
     QTest::newRow("high") << QByteArray("DataType=2\nHighLimit=0xFE") << "-128..-2" << true;
     QTest::newRow("type_without_range") << QByteArray("DataType=8\nLowLimit=1") << "1.." << true;
 }
@@ -313,8 +285,6 @@ void TestEdsImporter::storage_data()
         << QByteArray("DataType=124\nAccessType=ro\nDefaultValue=\xC2\xB5m") << 1 << none << 3u;
     QTest::newRow("writable_string")
         << QByteArray("DataType=9\nAccessType=rw\nDefaultValue=ab") << 2 << variable << 2u;
-    QTest::newRow("write_only_string")
-        << QByteArray("DataType=9\nAccessType=wo") << 2 << variable << 1u;
     QTest::newRow("domain") << QByteArray("DataType=15\nAccessType=ro") << 2 << variable << 1u;
     QTest::newRow("domain_by_code")
         << QByteArray("ObjectType=2\nAccessType=const") << 2 << variable << 1u;
@@ -351,7 +321,8 @@ void TestEdsImporter::compactMembers()
     QVERIFY(import("[2000]\nParameterName=Gain\nObjectType=8\nDataType=3\nAccessType=rwr\n"
                    "PDOMapping=1\nDefaultValue=3\nHighLimit=9\nObjFlags=2\nCompactSubObj=3\n"
                    ";;the gains\n[2000Name]\n2=Second\n[2000Value]\n3=5\n[2000Denotation]\n1=One\n"
-                   "[2001]\nObjectType=9\nDataType=9\nAccessType=rw\nCompactSubObj=254\n"));
+                   "[2001]\nObjectType=9\nDataType=9\nAccessType=rw\nCompactSubObj=254\n"
+                   "[2001sub2]\nParameterName=Own\nDataType=9\nAccessType=rw\n"));
     QCOMPARE(object(0x2000).dataType, quint16(3));
     QCOMPARE(store->getSubIndices(0, 0x2000, 0).size(), 4);
     const SubData count = sub(0x2000, 0);
@@ -379,15 +350,8 @@ void TestEdsImporter::compactMembers()
 
     QCOMPARE(store->getSubIndices(0, 0x2001, 0).size(), 255);
     QCOMPARE(sub(0x2001, 254).varName, QStringLiteral("v_8193254"));
-}
-
-void TestEdsImporter::explicitMemberOverridesACompactOne()
-{
-    QVERIFY(import("[2000]\nParameterName=T\nObjectType=8\nDataType=9\nAccessType=rw\n"
-                   "CompactSubObj=2\n[2000sub2]\nParameterName=Own\nDataType=9\nAccessType=rw\n"));
-    QCOMPARE(sub(0x2000, 1).name, QStringLiteral("T 1"));
-    QCOMPARE(sub(0x2000, 2).name, QStringLiteral("Own"));
-    QCOMPARE(sub(0x2000, 2).varName, QStringLiteral("v_81922"));
+    QCOMPARE(sub(0x2001, 2).name, QStringLiteral("Own")); // its own section comes behind
+    QCOMPARE(sub(0x2001, 2).varName, QStringLiteral("v_81932"));
 }
 
 void TestEdsImporter::indexRange()
@@ -444,7 +408,6 @@ void TestEdsImporter::commentOfTheFile_data()
     QTest::newRow("order_is_that_of_the_numbers")
         << QByteArray("Lines=11\nLine10=j\nLine9=i\n") << "i\nj";
     QTest::newRow("more_lines_than_told") << QByteArray("Lines=1\nLine1=a\nLine2=b\n") << "a";
-    QTest::newRow("count_missing") << QByteArray("Line1=a\nLine2=b\n") << "a\nb";
     QTest::newRow("huge_count") << QByteArray("Lines=4000000000\nLine1=a\n") << "a";
 }
 
