@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QLoggingCategory>
 #include <QTextStream>
 
 #include <cstdio>
@@ -274,6 +275,7 @@ int main(int argc, char *argv[])
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("CANopen Tessarine"));
     QCoreApplication::setApplicationVersion(QStringLiteral("3.11.2"));
+    QLoggingCategory::setFilterRules(QStringLiteral("tessarine.*=false"));
     const QStringList arguments = application.arguments();
     const int count = arguments.size() == 3 ? arguments.at(1).toInt() : 0;
     if (count < 1 || count > kMostObjects || !QDir(arguments.value(2)).exists()) {
