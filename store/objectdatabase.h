@@ -17,14 +17,14 @@
 
 class StorePrivate;
 
-/// All data of one project, in a private temporary copy of the user's file; only the save operations
-/// write to the user's file.
+/// All data of one project, in a private temporary copy of the user's file; only the save
+/// operations write to the user's file.
 ///
 /// The driver owns one store for a run. Generators, importers and the checker use it on the thread
 /// that runs their job, one at a time; see setBlockUpdates().
 ///
-/// A line is one CAN line of the device, numbered from 0. Lines 254 and 255 are scratch lines that no
-/// saved file holds. Getters give false, empty or 0 for what is not there and then leave their
+/// A line is one CAN line of the device, numbered from 0. Lines 254 and 255 are scratch lines that
+/// no saved file holds. Getters give false, empty or 0 for what is not there and then leave their
 /// result argument as it was.
 class ObjectDataBase : public QObject
 {
@@ -50,14 +50,15 @@ public:
     /// Starts a fresh project with line 0 in a new temporary file.
     bool createNewDataBase();
 
-    /// Opens a project; a name that ends in "tsrt" is a text project, all others are databases. False
-    /// if the file is no project, or one of another tool of the family: then getLastErrorString() is
-    /// set and wrongTool() raised. Text projects always give true. The flag is not looked at.
+    /// Opens a project; a name that ends in "tsrt" is a text project, all others are databases.
+    /// False if the file is no project, or one of another tool of the family: then
+    /// getLastErrorString() is set and wrongTool() raised. Text projects always give true. The flag
+    /// is not looked at.
     bool openDataBase(const QString &file, bool unused = true);
 
     /// Saves in the form that the name tells; an empty name is the project's own. False if the file
-    /// could not be written, the old file then stands as it was. The former file stays as "<file>.bak"
-    /// when a database is saved.
+    /// could not be written, the old file then stands as it was. The former file stays as
+    /// "<file>.bak" when a database is saved.
     bool saveDataBase(const QString &file);
     bool saveDatabaseAsSql(const QString &file);
     bool saveDatabaseAsText(const QString &file);
@@ -171,8 +172,8 @@ public:
 
     // --- Caches (objectdatabase_cache.cpp) ---
 
-    /// Reads the subindices of a line, or of one of its objects, into memory, and the line's objects
-    /// with them. From then on the getters of the line run no statement.
+    /// Reads the subindices of a line, or of one of its objects, into memory, and the line's
+    /// objects with them. From then on the getters of the line run no statement.
     void cacheAllSubs(quint8 line, quint16 index);
     void clearCachedSubs(quint8 line);
     void clearAllCachedSubs();
@@ -195,7 +196,8 @@ public:
     bool setEnergyBusSettingsValue(const QString &key, const QString &value);
     bool removeEnergyBusSettingsValue(const QString &key);
 
-    /// Description keys belong to the line of setDescriptionSettingsLine(); callers give them plain.
+    /// Description keys belong to the line of setDescriptionSettingsLine(); callers give them
+    /// plain.
     bool existDescriptionSettingsValue(const QString &key) const;
     QString getDescriptionSettingsValue(const QString &key) const;
     bool setDescriptionSettingsValue(const QString &key, const QString &value);
@@ -248,8 +250,8 @@ public:
         QString column;
         QVariant value;
     };
-    /// Writes columns of one object or subindex as the text form holds them, and makes the row if it
-    /// does not exist. \a table is "Objects<line>" or "SubObjects<line>", the numbers decimal or
+    /// Writes columns of one object or subindex as the text form holds them, and makes the row if
+    /// it does not exist. \a table is "Objects<line>" or "SubObjects<line>", the numbers decimal or
     /// with "0x". Columns and tables that a project does not have are passed over.
     bool setObjectIndexSqlValues(const QString &table, const QString &index,
                                  const QVector<ColumnValue> &values);
@@ -263,6 +265,38 @@ signals:
 
 private:
     friend class DatabaseTextConverter;
+
+    // Steps of openDataBase (objectdatabase_upgrade.cpp)
+    bool upgradeOpenedProject();
+    bool createMissingTables();
+    void runLadder();
+    void createMissingLineZeroTables();
+    bool checkTool();
+    void repairOpenedProject();
+    void repairLineType(quint8 line);
+    void repairUdsServices(quint8 line);
+    void morphRelativeEdsToAbsolute();
+
+    // Part of addNode: what a line has beside its objects (objectdatabase_nodes.cpp)
+    void addLineSettings(quint8 line);
+
+    // Steps of saving and comparing (objectdatabase_save.cpp)
+    bool mayReplace(const QString &file) const;
+    void noteSavingTool();
+    void resetChangedByUserFlag(quint8 line);
+    bool isDictionaryDifferent(const ObjectDataBase &other, quint8 line) const;
+
+    // Reading and writing single columns of a subindex (objectdatabase_subindices.cpp)
+    template <auto Member>
+    auto subField(quint8 line, quint16 index, quint8 sub, const char *column) const;
+    template <auto Member>
+    bool setSubField(quint8 line, quint16 index, quint8 sub, const char *column,
+                     const QString &value);
+    void notifySub(ChangeSet::Kind kind, quint8 line, quint16 index, quint8 sub);
+    QList<quint8> selectSubs(quint8 line, quint16 index, quint8 minSub, bool onlyMappable) const;
+    QList<SubAddress> addressesOf(const QString &sql, const QVariantList &values) const;
+
+    bool setUdsColumn(quint8 line, quint8 sid, const char *column, const QVariant &value);
 
     std::unique_ptr<StorePrivate> d;
 };

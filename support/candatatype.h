@@ -7,8 +7,8 @@
 namespace CAN
 {
 
-/// Data type numbers: 1 to 27 are the indices of CiA 301, 7.4.7.2; 100 and above are this tool's own
-/// types for signals that are narrower than a byte or lie across bytes, and for strings.
+/// Data type numbers: 1 to 27 are the indices of CiA 301, 7.4.7.2; 100 and above are this tool's
+/// own types for signals that are narrower than a byte or lie across bytes, and for strings.
 /// Records keep them as quint16, because a project may hold any number.
 enum class CANopenDataType : quint16 {
     Unknown = 0,

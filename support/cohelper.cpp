@@ -85,10 +85,10 @@ struct CodeRow {
 
 // The second name of a code is read, never written.
 constexpr CodeRow kCodes[] = {
-    {CANopen::ObjectCode::Null, "NULL"},           {CANopen::ObjectCode::Domain, "DOMAIN"},
-    {CANopen::ObjectCode::DefType, "DEFTYPE"},     {CANopen::ObjectCode::DefStruct, "DEFSTRUCT"},
-    {CANopen::ObjectCode::Var, "VAR"},             {CANopen::ObjectCode::Array, "ARRAY"},
-    {CANopen::ObjectCode::Record, "RECORD"},       {CANopen::ObjectCode::Var, "VARIABLE"},
+    {CANopen::ObjectCode::Null, "NULL"},       {CANopen::ObjectCode::Domain, "DOMAIN"},
+    {CANopen::ObjectCode::DefType, "DEFTYPE"}, {CANopen::ObjectCode::DefStruct, "DEFSTRUCT"},
+    {CANopen::ObjectCode::Var, "VAR"},         {CANopen::ObjectCode::Array, "ARRAY"},
+    {CANopen::ObjectCode::Record, "RECORD"},   {CANopen::ObjectCode::Var, "VARIABLE"},
 };
 
 constexpr const char *kImplementations[] = {"Managed Variable", "Managed Const", "Variable",
@@ -118,8 +118,9 @@ quint8 COHelper::getDataLengthBits(CAN::CANopenDataType type)
 
 bool COHelper::isStringLike(CAN::CANopenDataType type)
 {
-    return type == CAN::CANopenDataType::VisibleString || type == CAN::CANopenDataType::OctetString
-           || type == CAN::CANopenDataType::Domain || type == CAN::CANopenDataType::Utf8String;
+    return type == CAN::CANopenDataType::VisibleString ||
+           type == CAN::CANopenDataType::OctetString || type == CAN::CANopenDataType::Domain ||
+           type == CAN::CANopenDataType::Utf8String;
 }
 
 bool COHelper::isSignedInteger(CAN::CANopenDataType type)

@@ -26,7 +26,8 @@ public:
     /// CiA 301 name such as "UNSIGNED8"; empty for an unknown type.
     static QString index2DataTypeString(quint16 type);
 
-    /// Short name such as "U8", from which names in generated C are made; empty for an unknown type.
+    /// Short name such as "U8", from which names in generated C are made; empty for an unknown
+    /// type.
     static QString index2DataTypeShortString(quint16 type);
 
     /// Type number of a long or short name, or of a number in decimal or hexadecimal; in any case.
@@ -44,7 +45,7 @@ public:
     /// Display text of an implementation type, 0 to 3; empty above.
     static QString implementation2String(quint8 implementation);
 
-    /// One of "const", "ro", "rw", "wo", "rww", "rwr". Takes these in any case and with blanks, "r" and
-    /// "w" for short, and "ro" for whatever is none of them.
+    /// One of "const", "ro", "rw", "wo", "rww", "rwr". Takes these in any case and with blanks, "r"
+    /// and "w" for short, and "ro" for whatever is none of them.
     static QString normalizeAccessType(const QString &text);
 };

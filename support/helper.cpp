@@ -48,7 +48,8 @@ bool Helper::modifyLineEnding(const QString &file, const QString &ending)
     if (text == old)
         return true;
     QSaveFile target(file);
-    return target.open(QIODevice::WriteOnly) && target.write(text) == text.size() && target.commit();
+    return target.open(QIODevice::WriteOnly) && target.write(text) == text.size() &&
+           target.commit();
 }
 
 QString Helper::UTF8String2ArrayString(const QString &text)

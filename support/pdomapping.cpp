@@ -13,7 +13,8 @@ constexpr const char *kWords[] = {"no", "default", "optional", "RPDO", "TPDO"};
 
 PDOMapping PDOMapping::fromUInt(quint32 number)
 {
-    return number < std::size(kWords) ? PDOMapping(static_cast<PDOMappingType>(number)) : PDOMapping();
+    return number < std::size(kWords) ? PDOMapping(static_cast<PDOMappingType>(number))
+                                      : PDOMapping();
 }
 
 void PDOMapping::fromCSVString(const QString &word)

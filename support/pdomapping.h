@@ -25,7 +25,8 @@ public:
     void fromCSVString(const QString &word);
     QString getCSVStringValue() const;
 
-    /// Value of the attribute PDOmapping of ISO 15745 based descriptions; the words are those of CSV.
+    /// Value of the attribute PDOmapping of ISO 15745 based descriptions; the words are those of
+    /// CSV.
     QString getXDDStringValue() const { return getCSVStringValue(); }
 
     /// The number as stored in a project, 0 to 4.

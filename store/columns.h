@@ -1,0 +1,92 @@
+// The columns of each record, in the order on disk. Create, insert, update, select and the text
+// form all come from these tables.
+#pragma once
+
+#include "store/rowmapping.h"
+
+// clang-format off
+inline constexpr Column<NodeData> kNodeColumns[] = {
+    column<&NodeData::name>               ("name", "text"),
+    column<&NodeData::edsPath>            ("edspath", "text"),
+    column<&NodeData::xddPath>            ("xddpath", "text"),
+    column<&NodeData::dcfPath>            ("dcfpath", "text"),
+    column<&NodeData::tpdoCount>          ("tpdocnt", "integer"),
+    column<&NodeData::rpdoCount>          ("rpdocnt", "integer"),
+    column<&NodeData::isMaster>           ("ismaster", "integer"),
+    column<&NodeData::isSyncProducer>     ("issyncproducer", "integer"),
+    column<&NodeData::isSyncConsumer>     ("issyncconsumer", "integer"),
+    column<&NodeData::isHbConsumer>       ("ishbconsumer", "integer"),
+    column<&NodeData::isEmergencyProducer>("isemergencyproducer", "integer"),
+    column<&NodeData::isEmergencyConsumer>("isemergencyconsumer", "integer"),
+    column<&NodeData::isMpdoSupported>    ("ismpdosupported", "integer"),
+    column<&NodeData::isCanopenGateway>   ("iscanopengateway", "integer"),
+    column<&NodeData::allPdosStatic>      ("allpdosstatic", "integer"),
+    column<&NodeData::excludeGeneration>  ("excludegeneration", "integer"),
+    column<&NodeData::generateDcf>        ("generatedcf", "integer"),
+    column<&NodeData::prefix>             ("prefix", "text"),
+    column<&NodeData::outputPath>         ("outputpath", "text"),
+    column<&NodeData::iconPath>           ("iconpath", "text"),
+    column<&NodeData::isBootupManager>    ("isbootupmanager", "integer"),
+    column<&NodeData::isConfigManager>    ("isconfigmanager", "integer"),
+    column<&NodeData::excludePdoLinking>  ("excludepdolinking", "integer"),
+    column<&NodeData::multilineData>      ("multilinedata", "integer"),
+    column<&NodeData::lssSlave>           ("lssslave", ""), // declared without a type on disk
+};
+
+/// Number of leading node columns that an update of a node writes; the others keep their first value.
+inline constexpr int kNodeUpdatedColumns = 20;
+
+inline constexpr Column<IndexData> kIndexColumns[] = {
+    column<&IndexData::name>       ("name", "integer", Coding::StringId),
+    column<&IndexData::dataType>   ("datatype", "integer not null"),
+    column<&IndexData::objectCode> ("objecttype", "integer not null"),
+    column<&IndexData::description>("description", "integer", Coding::StringId),
+    column<&IndexData::category>   ("category", "integer"),
+    column<&IndexData::deviceClass>("device_class", "integer", Coding::StringId),
+    column<&IndexData::fwSupported>("fwsupported", "integer"),
+    column<&IndexData::metadata>   ("metadata", "blob", Coding::Blob),
+};
+
+inline constexpr Column<SubIndexData> kSubIndexColumns[] = {
+    column<&SubIndexData::name>              ("name", "integer", Coding::StringId),
+    column<&SubIndexData::dataType>          ("datatype", "integer not null"),
+    column<&SubIndexData::accessType>        ("accesstype", "text not null"),
+    column<&SubIndexData::defaultValue>      ("defaultvalue", "text"),
+    column<&SubIndexData::currentValue>      ("currentvalue", "text"),
+    column<&SubIndexData::pdoMapping>        ("pdomapping", "integer"),
+    column<&SubIndexData::lowLimit>          ("lowlimit", "text"),
+    column<&SubIndexData::upLimit>           ("uplimit", "text"),
+    column<&SubIndexData::size>              ("size", "integer"),
+    column<&SubIndexData::defaultInEds>      ("defaultineds", "integer"),
+    column<&SubIndexData::limitInEds>        ("limitineds", "integer"),
+    column<&SubIndexData::refuseRead>        ("refuseread", "integer"),
+    column<&SubIndexData::refuseWrite>       ("refusewrite", "integer"),
+    column<&SubIndexData::allowedAccessTypes>("allowedaccesstypes", "text"),
+    column<&SubIndexData::implementation>    ("implementation", "integer not null"),
+    column<&SubIndexData::varName>           ("varname", "text"),
+    column<&SubIndexData::description>       ("description", "integer", Coding::StringId),
+    column<&SubIndexData::category>          ("category", "integer"),
+    column<&SubIndexData::writeDefaultToEds> ("writedefaulttoeds", "integer"),
+    column<&SubIndexData::cyclicRead>        ("cyclicread", "integer"),
+    column<&SubIndexData::dcfComponent>      ("dcfcomponent", "integer"),
+    column<&SubIndexData::changedByUser>     ("changedbyuser", "integer"),
+    column<&SubIndexData::wizardSource>      ("wizardsource", "integer"),
+    column<&SubIndexData::denotation>        ("denotation", "integer", Coding::StringId),
+    column<&SubIndexData::sharedLines>       ("sharedlines", "integer"),
+    column<&SubIndexData::managedByOlm>      ("managedbyolm", "integer"),
+    column<&SubIndexData::signalId>          ("signalid", "integer"),
+    column<&SubIndexData::nvStorage>         ("nvstorage", "integer"),
+    column<&SubIndexData::metadata>          ("metadata", "blob", Coding::Blob),
+};
+// clang-format on
+
+/// The column of that name, or null. Names come from project files and are data, never SQL.
+template <class Record, size_t N>
+const Column<Record> *findColumn(const Column<Record> (&columns)[N], const QString &name)
+{
+    for (const Column<Record> &candidate : columns) {
+        if (name == QLatin1String(candidate.name))
+            return &candidate;
+    }
+    return nullptr;
+}

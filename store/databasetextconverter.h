@@ -1,0 +1,58 @@
+// The text form of a project: an INI file beside the database form, made for version control.
+#pragma once
+
+#include "store/objectdatabase.h"
+
+#include <QObject>
+#include <QSettings>
+
+#include <memory>
+
+class StorePrivate;
+
+/// Turns a store into its text form and back. The text holds the object dictionaries and three of
+/// the settings stores; PDO links, J1939 and raw CAN records and signals are not part of it.
+class DatabaseTextConverter : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit DatabaseTextConverter(QObject *parent = nullptr);
+    ~DatabaseTextConverter() override;
+
+    /// The store to read from, or to write into.
+    void setObjectDatabase(ObjectDataBase *database);
+
+    /// The file to write; one of that name is removed.
+    void setTextOutputFile(const QString &file);
+    /// The file to read.
+    void setTextInputfile(const QString &file);
+
+    /// False if the text could not be written.
+    bool convertSqlToText();
+
+    /// Reads into a store that createNewDataBase() has just made. False if the file could not be
+    /// read or is no text project; what was understood is in the store all the same.
+    bool convertTextToSql();
+
+private:
+    void fixAllDefaultValues();
+    void handleSettings(const QString &table);
+    void handleNodes();
+    void handleObjects(const QString &table);
+    void handleSubObjects(const QString &table);
+    void printTable(const QString &table);
+    void writeCell(const QString &key, const QString &column, const QVariant &cell);
+
+    void importNodes(const QStringList &keys);
+    void importObjects(const QString &group, const QStringList &keys);
+    void importSubObjects(const QString &group, const QStringList &keys);
+    void importSettings(const QString &group, const QStringList &keys);
+    QVector<ObjectDataBase::ColumnValue> cellsOf(const QStringList &keys) const;
+    QString textOf(const QString &key) const;
+
+    ObjectDataBase *store = nullptr;
+    StorePrivate *d = nullptr;
+    std::shared_ptr<QSettings> settings;
+    QString inputFile;
+};

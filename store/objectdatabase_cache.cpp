@@ -1,0 +1,109 @@
+// The caches that spare generators and checks the statements. Every writer of the store keeps a
+// cached line as it keeps its rows, so a reader never meets an older state.
+#include "store/objectdatabase_p.h"
+
+const LineCache *StorePrivate::completeCache(quint8 line) const
+{
+    const auto cache = cachedSubs.constFind(line);
+    return cache != cachedSubs.constEnd() && cache->complete ? &*cache : nullptr;
+}
+
+SubIndexData *StorePrivate::cachedSub(quint8 line, quint16 index, quint8 sub)
+{
+    const auto cache = cachedSubs.find(line);
+    if (cache == cachedSubs.end())
+        return nullptr;
+    const auto found = cache->subs.find(subKey(index, sub));
+    return found != cache->subs.end() ? &*found : nullptr;
+}
+
+void StorePrivate::refreshCachedName(quint8 line, quint16 index, quint8 sub,
+                                     const SubIndexData &data)
+{
+    const auto cached = cachedSubNames.find(subNameKey(line, index, sub));
+    if (cached != cachedSubNames.end())
+        *cached = data.denotation.isEmpty() ? data.name : data.denotation;
+}
+
+void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
+{
+    d->cachedSubs.remove(line);
+    LineCache cache;
+    cache.complete = index == 0;
+    if (!d->stringsComplete)
+        cacheStrings();
+    {
+        Statement statement(*d,
+                            QStringLiteral("select objectindex,subindex,%1 from %2%3 "
+                                           "order by objectindex,subindex")
+                                .arg(columnList(kSubIndexColumns),
+                                     Schema::table("SubObjects", line),
+                                     index ? QStringLiteral(" where objectindex = ?") : QString()),
+                            index ? QVariantList{index} : QVariantList());
+        while (statement.next()) {
+            const quint32 key =
+                StorePrivate::subKey(static_cast<quint16>(statement.value(0).toUInt()),
+                                     static_cast<quint8>(statement.value(1).toUInt()));
+            SubIndexData &record = *cache.subs.insert(cache.subs.constEnd(), key, SubIndexData());
+            int i = 2;
+            for (const Column<SubIndexData> &field : kSubIndexColumns)
+                d->readColumn(field, record, statement.value(i++));
+        }
+    }
+    if (cache.complete) {
+        Statement statement(*d,
+                            QStringLiteral("select objectindex,%1 from %2 order by objectindex")
+                                .arg(columnList(kIndexColumns), Schema::table("Objects", line)));
+        while (statement.next()) {
+            const quint16 key = static_cast<quint16>(statement.value(0).toUInt());
+            IndexData &record = *cache.objects.insert(cache.objects.constEnd(), key, IndexData());
+            int i = 1;
+            for (const Column<IndexData> &field : kIndexColumns)
+                d->readColumn(field, record, statement.value(i++));
+        }
+    }
+    d->cachedSubs.insert(line, cache);
+}
+
+void ObjectDataBase::clearCachedSubs(quint8 line)
+{
+    d->cachedSubs.remove(line);
+}
+
+void ObjectDataBase::clearAllCachedSubs()
+{
+    d->cachedSubs.clear();
+}
+
+void ObjectDataBase::cacheAllSubNames(quint8 line, quint16 index)
+{
+    const auto cache = d->cachedSubs.constFind(line);
+    if (cache != d->cachedSubs.constEnd() && cache->complete) {
+        // The line's records are in memory, the names with them.
+        for (auto it = cache->subs.lowerBound(StorePrivate::subKey(index, 0));
+             it != cache->subs.constEnd() && (index == 0 || it.key() >> 8 == index); ++it) {
+            const quint32 key = StorePrivate::subNameKey(line, static_cast<quint16>(it.key() >> 8),
+                                                         static_cast<quint8>(it.key()));
+            d->cachedSubNames.insert(key, it->denotation.isEmpty() ? it->name : it->denotation);
+        }
+        return;
+    }
+    Statement statement(*d,
+                        QStringLiteral("select denotation,name,objectindex,subindex from %1%2")
+                            .arg(Schema::table("SubObjects", line),
+                                 index ? QStringLiteral(" where objectindex = ?") : QString()),
+                        index ? QVariantList{index} : QVariantList());
+    while (statement.next()) {
+        const QString denotation = getString(statement.value(0).toInt());
+        const quint32 key =
+            StorePrivate::subNameKey(line, static_cast<quint16>(statement.value(2).toUInt()),
+                                     static_cast<quint8>(statement.value(3).toUInt()));
+        d->cachedSubNames.insert(key, denotation.isEmpty() ? getString(statement.value(1).toInt())
+                                                           : denotation);
+    }
+}
+
+void ObjectDataBase::clearCachedSubNames()
+{
+    d->cachedSubNames.clear();
+}

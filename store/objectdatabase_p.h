@@ -1,0 +1,178 @@
+// Connection, statements and caches of the store. Only the sources of ObjectDataBase and the text
+// converter include this.
+#pragma once
+
+#include "store/columns.h"
+#include "store/objectdatabase.h"
+#include "store/schema.h"
+#include "store/temporaryfiles.h"
+
+#include <QHash>
+#include <QMutex>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QSqlRecord>
+
+#include <array>
+#include <atomic>
+
+/// The five settings stores, in the order of the table in objectdatabase_settings.cpp.
+enum class SettingsStore { General, Description, EnergyBus, Misc, J1939 };
+
+/// What is known of a line without asking the database. Complete: all rows of the line are in here,
+/// and every writer keeps it so. Otherwise it holds the subindices of one object only.
+struct LineCache {
+    bool complete = false;
+    QMap<quint32, SubIndexData> subs; ///< by subKey()
+    QMap<quint16, IndexData> objects;
+};
+
+class StorePrivate
+{
+public:
+    explicit StorePrivate(ObjectDataBase *owner);
+    ~StorePrivate();
+
+    static quint32 subKey(quint16 index, quint8 sub) { return (quint32(index) << 8) | sub; }
+    static quint32 subNameKey(quint8 line, quint16 index, quint8 sub)
+    {
+        return (quint32(index) << 16) | (quint32(line) << 8) | sub;
+    }
+
+    // --- connection and statements (objectdatabase_statements.cpp) ---
+
+    bool openConnection(const QString &file);
+    void closeConnection();
+    /// Runs one statement without result. \a context stands first in the log.
+    bool exec(const QString &sql, const QVariantList &values = {});
+    void applyPragmas(int cacheSize);
+    /// Makes a thread that does not hold the block wait for it.
+    void awaitUnblocked();
+    void noteFailure(const QSqlQuery &query);
+    QStringList columnNames(const QString &table); ///< empty if there is no such table
+    /// All cells of a query as text, a list a row.
+    QVector<QStringList> allRows(const QString &sql);
+
+    // --- upgrade of older projects (objectdatabase_upgrade.cpp) ---
+
+    void addMissingColumns(const QString &table, const char *columns);
+    /// Makes a line's table anew with the constraints of today, and takes its rows over.
+    bool rebuildTable(const char *family, int line, bool stopAtFailure);
+
+    // --- caches ---
+
+    const LineCache *completeCache(quint8 line) const;
+    /// The text behind a cell of a StringId column, the cell itself of any other.
+    template <class Record>
+    void readColumn(const Column<Record> &field, Record &record, const QVariant &cell);
+    /// The value to bind for a column of \a record.
+    template <class Record>
+    QVariant cellOf(const Column<Record> &field, const Record &record);
+    /// The cached record, or null if the line or the subindex is not cached.
+    SubIndexData *cachedSub(quint8 line, quint16 index, quint8 sub);
+    void refreshCachedName(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
+
+    // --- rows ---
+
+    bool writeSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
+    void cacheWrittenSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
+    /// Inserts or updates the row of \a key with the cells of a text project. Columns of
+    /// \a neverNull that are not given become 0 in a new row.
+    template <class Record, size_t N>
+    bool writeTextRow(const Column<Record> (&known)[N], const QString &table,
+                      const QVector<QPair<QString, quint32>> &key, const QStringList &neverNull,
+                      const QVector<ObjectDataBase::ColumnValue> &values);
+
+    // --- settings (objectdatabase_settings.cpp) ---
+
+    QHash<QString, QString> &settings(SettingsStore store);
+    bool writeSetting(SettingsStore store, const QString &key, const QString &value);
+    bool removeSetting(SettingsStore store, const QString &key);
+    QString descriptionKey(const QString &key) const;
+    void forgetSettings();
+
+    ObjectDataBase *owner;
+    QSqlDatabase db;
+    QString connectionName;
+    QString databaseFile; ///< the temporary file that the connection works on
+    QString lastError;
+    QString projectFile;
+    TemporaryFiles temporaryFiles;
+    QStringList sqlResultLines;
+    QPair<QString, QString> tempMetadata;
+    quint8 descriptionLine = 0;
+    /// A statement failed because the file is no sound database or the disk is full: what the store
+    /// holds is not the project any more, and must not replace the user's file.
+    bool damaged = false;
+    /// The text project could not be read as one; saving it would destroy what the user has in it.
+    bool sourceUnreadable = false;
+
+    std::atomic<bool> lockWriteAccess{false};
+    std::atomic<bool> blockUpdates{false};
+    mutable QMutex blockMutex;
+    QList<quintptr> blockingThreads;
+    int batchDepth = 0;
+
+    QHash<QString, QSqlQuery> prepared; ///< by their text; lent to a Statement while it lives
+    QHash<QString, int> stringIds;
+    QHash<int, QString> strings;
+    bool stringsComplete = false; ///< both maps hold all rows of the table
+    QHash<quint8, LineCache> cachedSubs;
+    QHash<quint32, QString> cachedSubNames; ///< by subNameKey()
+    std::array<QHash<QString, QString>, 5> settingsCache;
+    std::array<bool, 5> settingsRead{};
+};
+
+/// One run of a prepared statement, forward only. Its text is prepared once a connection. A failure
+/// is logged with the statement and the driver's text, and ok() tells it.
+class Statement
+{
+public:
+    Statement(StorePrivate &store, const QString &sql, const QVariantList &values = {});
+    ~Statement();
+    Statement(const Statement &) = delete;
+    Statement &operator=(const Statement &) = delete;
+
+    bool ok() const { return succeeded; }
+    bool next() { return succeeded && query.next(); }
+    QVariant value(int column) const { return query.value(column); }
+    int columnCount() const { return query.record().count(); }
+    int affectedRows() const { return query.numRowsAffected(); }
+    int lastInsertId() const { return query.lastInsertId().toInt(); }
+
+private:
+    StorePrivate &store;
+    QString text;
+    QSqlQuery query;
+    bool prepared = false;
+    bool succeeded = false;
+};
+
+template <class Record>
+void StorePrivate::readColumn(const Column<Record> &field, Record &record, const QVariant &cell)
+{
+    if (field.coding == Coding::StringId)
+        field.set(record, owner->getString(cell.toInt()));
+    else
+        field.set(record, cell);
+}
+
+template <class Record>
+QVariant StorePrivate::cellOf(const Column<Record> &field, const Record &record)
+{
+    const QVariant cell = field.get(record);
+    return field.coding == Coding::StringId ? QVariant(owner->getStringId(cell.toString())) : cell;
+}
+
+/// "name, datatype, ..." of a record's columns.
+template <class Record, size_t N>
+QString columnList(const Column<Record> (&columns)[N])
+{
+    QStringList names;
+    for (const Column<Record> &field : columns)
+        names << QString::fromLatin1(field.name);
+    return names.join(QLatin1Char(','));
+}
+
+/// "?,?,?": place holders for that many values.
+QString placeHolders(int count);

@@ -1,0 +1,179 @@
+// Saving, exporting, and comparing with the file on disk.
+#include "store/databasetextconverter.h"
+#include "store/objectdatabase_p.h"
+#include "store/replacefile.h"
+#include "support/logging.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+namespace
+{
+
+constexpr quint16 kWizardSourceDelivered = 454;
+
+bool isTextName(const QString &file)
+{
+    return file.endsWith(QLatin1String("tsrt"));
+}
+
+} // namespace
+
+bool ObjectDataBase::saveDataBase(const QString &file)
+{
+    const QString target = file.isEmpty() ? d->projectFile : file;
+    return isTextName(target) ? saveDatabaseAsText(target) : saveDatabaseAsSql(target);
+}
+
+bool ObjectDataBase::mayReplace(const QString &file) const
+{
+    if (!d->damaged && !(d->sourceUnreadable && file == d->projectFile))
+        return true;
+    qCWarning(lcStore) << "not saved, the project could not be read or held as a whole:" << file;
+    return false;
+}
+
+void ObjectDataBase::noteSavingTool()
+{
+    setMiscSettingsValue(QStringLiteral("SaveToolType"), QCoreApplication::applicationName());
+    setMiscSettingsValue(QStringLiteral("SaveToolVersion"), QCoreApplication::applicationVersion());
+    setMiscSettingsValue(QStringLiteral("DatabaseVersion"), QString::number(kDatabaseVersion));
+}
+
+void ObjectDataBase::resetChangedByUserFlag(quint8 line)
+{
+    const QString table = Schema::table("SubObjects", line);
+    d->exec(QStringLiteral("update %1 set changedbyuser=0 where changedbyuser = 1").arg(table));
+    d->exec(QStringLiteral("update %1 set wizardsource=%2 where changedbyuser = 0")
+                .arg(table, QString::number(kWizardSourceDelivered)));
+    clearCachedSubs(line);
+}
+
+bool ObjectDataBase::saveDatabaseAsSql(const QString &file)
+{
+    const QString target = file.isEmpty() ? d->projectFile : file;
+    beginBatch();
+    delNode(254);
+    delNode(255);
+    cleanUpStrings();
+    if (QFileInfo(target).completeSuffix().toLower() == QLatin1String("data"))
+        resetChangedByUserFlag(0);
+    noteSavingTool();
+    commitBatch();
+    if (target.isEmpty() || !mayReplace(target))
+        return false;
+
+    const QString source = d->databaseFile;
+    const bool saved =
+        ReplaceFile::replace(target, ReplaceFile::Backup::Rename, [&source](const QString &fresh) {
+            return ReplaceFile::copyContents(source, fresh);
+        });
+    if (saved)
+        d->projectFile = target;
+    else
+        qCWarning(lcStore) << "ERROR copy " << source << "to " << target;
+    return saved;
+}
+
+bool ObjectDataBase::saveDatabaseAsText(const QString &file)
+{
+    noteSavingTool();
+    if (!mayReplace(file))
+        return false;
+    d->projectFile = file;
+    return toText(file);
+}
+
+bool ObjectDataBase::toText(const QString &file)
+{
+    return ReplaceFile::replace(file, ReplaceFile::Backup::None, [this](const QString &fresh) {
+        DatabaseTextConverter converter;
+        converter.setObjectDatabase(this);
+        converter.setTextOutputFile(fresh);
+        return converter.convertSqlToText() && !d->damaged;
+    });
+}
+
+bool ObjectDataBase::fromText(const QString &file)
+{
+    d->projectFile = file;
+    const bool created = createNewDataBase();
+    DatabaseTextConverter converter;
+    converter.setObjectDatabase(this);
+    converter.setTextInputfile(file);
+    const bool converted = created && converter.convertTextToSql();
+    d->sourceUnreadable = !converted;
+    emit updateNotify(ChangeSet());
+    return converted;
+}
+
+bool ObjectDataBase::exportDatabase(const QString &file)
+{
+    if (!saveDatabaseAsSql(file))
+        return false;
+    const QString working = d->databaseFile;
+    d->openConnection(file);
+    const QList<quint8> lines = getNodes();
+    for (const quint8 line : lines) {
+        NODE_DATA_T node;
+        getNodeData(line, node);
+        if (node.edsPath.isEmpty() || node.edsPath.endsWith(QLatin1String("empty.eds")))
+            continue;
+        node.edsPath = QStringLiteral("./") + QFileInfo(node.edsPath).fileName();
+        addNode(line, node);
+        QCoreApplication::processEvents();
+    }
+    return d->openConnection(working);
+}
+
+bool ObjectDataBase::isDifferent() const
+{
+    if (d->projectFile.isEmpty() ||
+        QFileInfo(d->projectFile).size() != QFileInfo(d->databaseFile).size())
+        return true;
+    ObjectDataBase saved;
+    saved.openDataBase(d->projectFile, true);
+    for (const char *sql : {"select string from Strings", "select * from Signals"}) {
+        if (d->allRows(QLatin1String(sql)) != saved.d->allRows(QLatin1String(sql)))
+            return true;
+    }
+    const QList<quint8> lines = getNodes();
+    if (lines != saved.getNodes())
+        return true;
+    for (const quint8 line : lines) {
+        NODE_DATA_T mine;
+        NODE_DATA_T theirs;
+        getNodeData(line, mine);
+        saved.getNodeData(line, theirs);
+        if (mine != theirs || isDictionaryDifferent(saved, line))
+            return true;
+    }
+    return false;
+}
+
+bool ObjectDataBase::isDictionaryDifferent(const ObjectDataBase &other, quint8 line) const
+{
+    const QList<quint16> indices = getIndices(line, 0, 0xFFFF);
+    if (indices != other.getIndices(line, 0, 0xFFFF))
+        return true;
+    for (const quint16 index : indices) {
+        INDEX_DATA_T mine;
+        INDEX_DATA_T theirs;
+        getIndexData(line, index, mine);
+        other.getIndexData(line, index, theirs);
+        const QList<quint8> subs = getSubIndices(line, index, 0);
+        bool differs = mine != theirs || subs != other.getSubIndices(line, index, 0);
+        for (int i = 0; i < subs.size() && !differs; ++i) {
+            SUBINDEX_DATA_T mySub;
+            SUBINDEX_DATA_T theirSub;
+            getSubIndexData(line, index, subs.at(i), mySub);
+            other.getSubIndexData(line, index, subs.at(i), theirSub);
+            differs = mySub != theirSub;
+        }
+        if (differs) {
+            qCDebug(lcStore) << "differences at " << QString::number(index, 16);
+            return true;
+        }
+    }
+    return false;
+}

@@ -1,0 +1,349 @@
+// The five stores of options, one code path over a row of differences. Each table is read once and
+// kept in memory; every write goes to both.
+#include "store/objectdatabase_p.h"
+#include "support/logging.h"
+
+namespace
+{
+
+struct SettingsRow {
+    const char *table;
+    bool honoursLock;       ///< refuses writes while write access is locked
+    bool refusesApostrophe; ///< cannot hold a value with an apostrophe
+    ChangeSetData::Kind kind;
+};
+
+// clang-format off
+constexpr SettingsRow kStores[] = { // in the order of SettingsStore
+    {"GeneralSettings",     false, true,  ChangeSetData::Kind::GeneralSettings},
+    {"DescriptionSettings", false, false, ChangeSetData::Kind::DescriptionSettings},
+    {"EnergyBusSettings",   false, true,  ChangeSetData::Kind::EnergyBusSettings},
+    {"MiscSettings",        true,  false, ChangeSetData::Kind::MiscSettings},
+    {"J1939Settings",       true,  false, ChangeSetData::Kind::J1939Settings},
+};
+
+struct DescriptionDefault {
+    const char *key;
+    const char *value;
+};
+
+constexpr DescriptionDefault kDescriptionDefaults[] = {
+    {"BaudRate_10", "0"},  {"BaudRate_20", "0"},  {"BaudRate_50", "0"},
+    {"BaudRate_125", "1"}, {"BaudRate_250", "1"},
+    {"BaudRate_500", "0"}, {"BaudRate_800", "0"}, {"BaudRate_1000", "0"},
+    {"Dummy0001", "0"}, {"Dummy0002", "0"}, {"Dummy0003", "0"}, {"Dummy0004", "0"},
+    {"Dummy0005", "0"}, {"Dummy0006", "0"}, {"Dummy0007", "0"},
+    {"LSS_Supported", "0"}, {"SelfStarting", "0"},
+    {"VendorName", ""}, {"ProductName", ""}, {"CreatedBy", ""}, {"ModifiedBy", ""},
+    {"FileVersion", "1"}, {"FileRevision", "1"},
+    {"OrderCode", "0815-BUY-ME"},
+    {"Granularity", "0"},
+    {"Comment", ""}, {"AdditionalSections", ""},
+};
+// clang-format on
+
+const SettingsRow &rowOf(SettingsStore store)
+{
+    return kStores[static_cast<size_t>(store)];
+}
+
+QString lineSuffix(quint8 line)
+{
+    return QStringLiteral("_%1").arg(line);
+}
+
+/// \a list with element \a line set; gaps are one blank each.
+QString withElement(const QString &list, const QString &value, quint8 line)
+{
+    QStringList elements = list.split(QLatin1Char(','));
+    while (elements.size() <= line)
+        elements << QStringLiteral(" ");
+    elements[line] = value;
+    return elements.join(QLatin1Char(','));
+}
+
+QStringList sortedKeys(const QHash<QString, QString> &settings)
+{
+    QStringList keys = settings.keys();
+    keys.sort();
+    return keys;
+}
+
+} // namespace
+
+QHash<QString, QString> &StorePrivate::settings(SettingsStore store)
+{
+    const size_t number = static_cast<size_t>(store);
+    QHash<QString, QString> &cache = settingsCache[number];
+    if (!settingsRead[number]) {
+        cache.clear();
+        Statement statement(
+            *this,
+            QStringLiteral("select item,value from %1").arg(QLatin1String(rowOf(store).table)));
+        while (statement.next())
+            cache.insert(statement.value(0).toString(), statement.value(1).toString());
+        settingsRead[number] = statement.ok();
+    }
+    return cache;
+}
+
+void StorePrivate::forgetSettings()
+{
+    settingsRead.fill(false);
+}
+
+bool StorePrivate::writeSetting(SettingsStore store, const QString &key, const QString &value)
+{
+    const SettingsRow &row = rowOf(store);
+    if (row.honoursLock && lockWriteAccess)
+        return false;
+    QHash<QString, QString> &cache = settings(store);
+    const auto present = cache.constFind(key);
+    if (present != cache.constEnd() && *present == value)
+        return true;
+    if (row.refusesApostrophe && value.contains(QLatin1Char('\''))) {
+        qCWarning(lcStore) << row.table << "cannot hold an apostrophe:" << key << value;
+        return false;
+    }
+    const QString text = value.isNull() ? QStringLiteral("") : value;
+    const bool done = exec(QStringLiteral("insert into %1 values(?,?) "
+                                          "on conflict(item) do update set value = excluded.value")
+                               .arg(QLatin1String(row.table)),
+                           {key, text});
+    if (done)
+        cache.insert(key, text);
+    ChangeSetData change;
+    change.kind = row.kind;
+    emit owner->updateNotify(change);
+    return done;
+}
+
+bool StorePrivate::removeSetting(SettingsStore store, const QString &key)
+{
+    const bool done =
+        exec(QStringLiteral("DELETE FROM %1 WHERE item = ?").arg(QLatin1String(rowOf(store).table)),
+             {key});
+    if (done)
+        settings(store).remove(key);
+    return done;
+}
+
+QString StorePrivate::descriptionKey(const QString &key) const
+{
+    return descriptionLine > 0 ? key + lineSuffix(descriptionLine) : key;
+}
+
+bool ObjectDataBase::existGeneralSettingsValue(const QString &key) const
+{
+    return d->settings(SettingsStore::General).contains(key);
+}
+
+QString ObjectDataBase::getGeneralSettingsValue(const QString &key) const
+{
+    return d->settings(SettingsStore::General).value(key);
+}
+
+bool ObjectDataBase::setGeneralSettingsValue(const QString &key, const QString &value)
+{
+    return d->writeSetting(SettingsStore::General, key, value);
+}
+
+bool ObjectDataBase::existJ1939SettingsValue(const QString &key) const
+{
+    return d->settings(SettingsStore::J1939).contains(key);
+}
+
+QString ObjectDataBase::getJ1939SettingsValue(const QString &key) const
+{
+    return d->settings(SettingsStore::J1939).value(key);
+}
+
+bool ObjectDataBase::setJ1939SettingsValue(const QString &key, const QString &value)
+{
+    return d->writeSetting(SettingsStore::J1939, key, value);
+}
+
+bool ObjectDataBase::existMiscSettingsValue(const QString &key) const
+{
+    return d->settings(SettingsStore::Misc).contains(key);
+}
+
+QString ObjectDataBase::getMiscSettingsValue(const QString &key) const
+{
+    return d->settings(SettingsStore::Misc).value(key);
+}
+
+bool ObjectDataBase::setMiscSettingsValue(const QString &key, const QString &value)
+{
+    return d->writeSetting(SettingsStore::Misc, key, value);
+}
+
+bool ObjectDataBase::existEnergyBusSettingsValue(const QString &key) const
+{
+    return d->settings(SettingsStore::EnergyBus).contains(key);
+}
+
+QString ObjectDataBase::getEnergyBusSettingsValue(const QString &key) const
+{
+    return d->settings(SettingsStore::EnergyBus).value(key);
+}
+
+bool ObjectDataBase::setEnergyBusSettingsValue(const QString &key, const QString &value)
+{
+    return d->writeSetting(SettingsStore::EnergyBus, key, value);
+}
+
+bool ObjectDataBase::removeEnergyBusSettingsValue(const QString &key)
+{
+    return d->removeSetting(SettingsStore::EnergyBus, key);
+}
+
+bool ObjectDataBase::existDescriptionSettingsValue(const QString &key) const
+{
+    // Deliberate: only this one takes a key that has the line's suffix already.
+    const bool suffixed = d->descriptionLine > 0 && key.endsWith(lineSuffix(d->descriptionLine));
+    return d->settings(SettingsStore::Description)
+        .contains(suffixed ? key : d->descriptionKey(key));
+}
+
+QString ObjectDataBase::getDescriptionSettingsValue(const QString &key) const
+{
+    return d->settings(SettingsStore::Description).value(d->descriptionKey(key));
+}
+
+bool ObjectDataBase::setDescriptionSettingsValue(const QString &key, const QString &value)
+{
+    const QString stored = d->descriptionKey(key);
+    const auto &present = d->settings(SettingsStore::Description);
+    if (present.contains(stored) && present.value(stored) != value)
+        qCDebug(lcStore) << stored << "exists" << present.value(stored);
+    return d->writeSetting(SettingsStore::Description, stored, value);
+}
+
+bool ObjectDataBase::addDescriptionSettingsValue(const QString &key, const QString &value)
+{
+    const QString stored = d->descriptionKey(key);
+    if (d->settings(SettingsStore::Description).contains(stored))
+        return true;
+    const QSignalBlocker quiet(this); // a default is no change of the project
+    return d->writeSetting(SettingsStore::Description, stored, value);
+}
+
+void ObjectDataBase::setDescriptionSettingsLine(quint8 line)
+{
+    d->descriptionLine = line;
+}
+
+void ObjectDataBase::addDefaultDescriptionSettings(quint8 line)
+{
+    setDescriptionSettingsLine(line);
+    for (const DescriptionDefault &row : kDescriptionDefaults)
+        addDescriptionSettingsValue(QString::fromLatin1(row.key), QString::fromLatin1(row.value));
+}
+
+QString ObjectDataBase::getGeneralSettingsValueLine(const QString &key, quint8 line) const
+{
+    const QString value = getGeneralSettingsValue(key);
+    if (value.isEmpty())
+        return value;
+    const QStringList elements = value.split(QLatin1Char(','));
+    return line < elements.size() ? elements.at(line) : elements.last();
+}
+
+bool ObjectDataBase::setGeneralSettingsValueLine(const QString &key, const QString &value,
+                                                 quint8 line)
+{
+    return setGeneralSettingsValue(key, withElement(getGeneralSettingsValue(key), value, line));
+}
+
+QString ObjectDataBase::getJ1939SettingsValueLine(const QString &key, quint8 line) const
+{
+    const QString value = getJ1939SettingsValue(key);
+    const QStringList elements = value.split(QLatin1Char(','));
+    return line < elements.size() ? elements.at(line) : value;
+}
+
+bool ObjectDataBase::setJ1939SettingsValueLine(const QString &key, const QString &value,
+                                               quint8 line)
+{
+    return setJ1939SettingsValue(key, withElement(getJ1939SettingsValue(key), value, line));
+}
+
+bool ObjectDataBase::fixGeneralSettingsValueLine(const QString &key, quint8 lastLine)
+{
+    const QStringList elements = getGeneralSettingsValue(key).split(QLatin1Char(','));
+    return setGeneralSettingsValue(key, elements.mid(0, lastLine + 1).join(QLatin1Char(',')));
+}
+
+void ObjectDataBase::fixGeneralsettingsLineCount()
+{
+    const QList<quint8> lines = getNodes();
+    if (lines.isEmpty())
+        return;
+    const QStringList keys = getGeneralLineDependentSettings();
+    for (const QString &key : keys)
+        fixGeneralSettingsValueLine(key, lines.last());
+}
+
+QStringList ObjectDataBase::getGeneralLineDependentSettings()
+{
+    return {QStringLiteral("nmtmaster"),
+            QStringLiteral("co_node_id"),
+            QStringLiteral("co_node_id_fct"),
+            QStringLiteral("overwrite_predef"),
+            QStringLiteral("receivebuffersize"),
+            QStringLiteral("transmitbuffersize"),
+            QStringLiteral("isotp_client_con"),
+            QStringLiteral("isotp_server_con"),
+            QStringLiteral("uds_physical_request_id"),
+            QStringLiteral("uds_physical_response_id"),
+            QStringLiteral("uds_functional_request_id")};
+}
+
+void ObjectDataBase::removeNodeInGeneralSettings(quint8 line)
+{
+    const QString typeKey = QStringLiteral("line%1type").arg(line);
+    const QStringList keys = getGeneralSettingsKeys();
+    for (const QString &key : keys) {
+        if (key.contains(typeKey)) {
+            d->removeSetting(SettingsStore::General, key);
+            continue;
+        }
+        // Deliberate: every value with commas loses the element, a list by line or not.
+        QStringList elements = getGeneralSettingsValue(key).split(QLatin1Char(','));
+        if (line >= elements.size())
+            continue;
+        elements.removeAt(line);
+        setGeneralSettingsValue(key, elements.join(QLatin1Char(',')));
+    }
+}
+
+void ObjectDataBase::removeNodeInDescriptionSettings(quint8 line)
+{
+    const QString suffix = lineSuffix(line);
+    const QStringList keys = getDescriptionSettingsKeys();
+    for (const QString &key : keys) {
+        if (key.endsWith(suffix))
+            d->removeSetting(SettingsStore::Description, key);
+    }
+}
+
+QStringList ObjectDataBase::getGeneralSettingsKeys() const
+{
+    return sortedKeys(d->settings(SettingsStore::General));
+}
+
+QStringList ObjectDataBase::getDescriptionSettingsKeys() const
+{
+    return sortedKeys(d->settings(SettingsStore::Description));
+}
+
+QStringList ObjectDataBase::getJ1939SettingsKeys() const
+{
+    return sortedKeys(d->settings(SettingsStore::J1939));
+}
+
+QStringList ObjectDataBase::getEnergyBusKeys() const
+{
+    return sortedKeys(d->settings(SettingsStore::EnergyBus));
+}

@@ -1,0 +1,143 @@
+// The one way in which statements of the store run.
+#include "store/objectdatabase_p.h"
+#include "support/logging.h"
+
+#include <QCoreApplication>
+#include <QSqlError>
+#include <QThread>
+
+namespace
+{
+
+constexpr int kBlockPollMs = 5;
+
+// SQLite result codes after which a database is not to be trusted any more.
+constexpr int kUnsound[] = {10 /* IOERR */, 11 /* CORRUPT */, 13 /* FULL */, 26 /* NOTADB */};
+
+} // namespace
+
+QString placeHolders(int count)
+{
+    QString result = QStringLiteral("?,").repeated(count);
+    result.chop(1);
+    return result;
+}
+
+bool StorePrivate::openConnection(const QString &file)
+{
+    closeConnection();
+    databaseFile = file;
+    db.setDatabaseName(file);
+    // An empty name would open a private database in memory that nothing could be saved from.
+    if (!file.isEmpty() && db.open())
+        return true;
+    qCWarning(lcStore) << "cannot open" << file << db.lastError().text();
+    return false;
+}
+
+void StorePrivate::closeConnection()
+{
+    prepared.clear();
+    db.close();
+    damaged = false;
+    batchDepth = 0;
+    stringIds.clear();
+    strings.clear();
+    stringsComplete = false;
+    cachedSubs.clear();
+    cachedSubNames.clear();
+    forgetSettings();
+}
+
+void StorePrivate::applyPragmas(int cacheSize)
+{
+    // The file is a throw-away copy, so nothing is lost by doing without journal and syncing.
+    for (const QString &pragma :
+         {QStringLiteral("PRAGMA page_size = 4096"),
+          QStringLiteral("PRAGMA cache_size = %1").arg(cacheSize),
+          QStringLiteral("PRAGMA temp_store = MEMORY"), QStringLiteral("PRAGMA journal_mode = OFF"),
+          QStringLiteral("PRAGMA locking_mode = EXCLUSIVE"),
+          QStringLiteral("PRAGMA synchronous  = OFF")})
+        exec(pragma);
+}
+
+bool StorePrivate::exec(const QString &sql, const QVariantList &values)
+{
+    return Statement(*this, sql, values).ok();
+}
+
+void StorePrivate::awaitUnblocked()
+{
+    if (!blockUpdates)
+        return;
+    const quintptr self = reinterpret_cast<quintptr>(QThread::currentThreadId());
+    while (blockUpdates) {
+        {
+            const QMutexLocker locker(&blockMutex);
+            if (blockingThreads.contains(self))
+                return;
+        }
+        QCoreApplication::processEvents();
+        QThread::msleep(kBlockPollMs);
+    }
+}
+
+void StorePrivate::noteFailure(const QSqlQuery &query)
+{
+    const QSqlError error = query.lastError();
+    qCWarning(lcStore) << "statement failed:" << query.lastQuery() << error.text();
+    const int code = error.nativeErrorCode().toInt() & 0xFF;
+    for (const int unsound : kUnsound)
+        damaged = damaged || code == unsound;
+}
+
+QStringList StorePrivate::columnNames(const QString &table)
+{
+    QStringList names;
+    Statement statement(*this, QStringLiteral("SELECT name FROM PRAGMA_TABLE_INFO(?) ORDER BY cid"),
+                        {table});
+    while (statement.next())
+        names << statement.value(0).toString();
+    return names;
+}
+
+QVector<QStringList> StorePrivate::allRows(const QString &sql)
+{
+    QVector<QStringList> rows;
+    Statement statement(*this, sql);
+    const int columns = statement.columnCount();
+    while (statement.next()) {
+        QStringList row;
+        for (int i = 0; i < columns; ++i)
+            row << statement.value(i).toString();
+        rows << row;
+    }
+    return rows;
+}
+
+Statement::Statement(StorePrivate &privateStore, const QString &sql, const QVariantList &values)
+    : store(privateStore), text(sql), query(privateStore.db)
+{
+    store.awaitUnblocked();
+    const auto cached = store.prepared.find(sql);
+    if (cached != store.prepared.end()) {
+        query = *cached;
+        store.prepared.erase(cached); // lent: a nested run of the same text prepares its own
+        prepared = true;
+    } else {
+        query.setForwardOnly(true);
+        prepared = query.prepare(sql);
+    }
+    for (const QVariant &value : values)
+        query.addBindValue(value);
+    succeeded = prepared && query.exec();
+    if (!succeeded)
+        store.noteFailure(query);
+}
+
+Statement::~Statement()
+{
+    query.finish(); // a SELECT left half-read locks tables against DROP and VACUUM
+    if (prepared)
+        store.prepared.insert(text, query);
+}

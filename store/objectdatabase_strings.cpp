@@ -1,0 +1,112 @@
+// The table of texts: each text stands there once and is referred to by its number.
+#include "store/objectdatabase_p.h"
+
+#include <QSet>
+
+namespace
+{
+
+/// The columns that hold a text's number; \a family is the table of each line, or a table.
+struct StringColumns {
+    const char *family;
+    const char *columns[3];
+};
+
+constexpr StringColumns kLineStringColumns[] = {
+    {"Objects", {"name", "description", "device_class"}},
+    {"SubObjects", {"name", "denotation", "description"}},
+    {"PGNs", {"name", "desc", nullptr}},
+    {"CANIDs", {"name", "desc", nullptr}},
+    {"SPNs", {"name", "desc", nullptr}},
+    {"DataElements", {"name", "desc", nullptr}},
+};
+
+} // namespace
+
+void ObjectDataBase::prepareQuotationMark(QString &text) const
+{
+    text.replace(QLatin1Char('\''), QLatin1String("''"));
+}
+
+int ObjectDataBase::getStringId(const QString &text)
+{
+    if (!d->stringsComplete)
+        cacheStrings();
+    const auto known = d->stringIds.constFind(text);
+    // Deliberate: a text with an apostrophe gets a row at each call, though the first of the equal
+    // rows is the one referred to. The others go at the next save.
+    if (known != d->stringIds.constEnd() && !text.contains(QLatin1Char('\'')))
+        return *known;
+    Statement insert(*d, QStringLiteral("insert into Strings values(NULL,?)"),
+                     {text.isNull() ? QStringLiteral("") : text});
+    if (known != d->stringIds.constEnd())
+        return *known;
+    if (!insert.ok())
+        return -1;
+    const int id = insert.lastInsertId();
+    d->stringIds.insert(text, id);
+    d->strings.insert(id, text);
+    return id;
+}
+
+QString ObjectDataBase::getString(int id) const
+{
+    const auto known = d->strings.constFind(id);
+    if (known != d->strings.constEnd() || d->stringsComplete)
+        return known != d->strings.constEnd() ? *known : QString();
+    Statement statement(*d, QStringLiteral("select string from Strings where id = ?"), {id});
+    const QString text = statement.next() ? statement.value(0).toString() : QString();
+    d->strings.insert(id, text);
+    return text;
+}
+
+void ObjectDataBase::cacheStrings()
+{
+    // The maps take part in every write, so once they are complete they stay so.
+    if (d->stringsComplete)
+        return;
+    d->stringIds.clear();
+    d->strings.clear();
+    Statement statement(*d, QStringLiteral("select id,string from Strings order by id"));
+    while (statement.next()) {
+        const int id = statement.value(0).toInt();
+        const QString text = statement.value(1).toString();
+        d->strings.insert(id, text);
+        if (!d->stringIds.contains(text))
+            d->stringIds.insert(text, id);
+    }
+    d->stringsComplete = statement.ok();
+}
+
+void ObjectDataBase::cleanUpStrings()
+{
+    QSet<int> unused;
+    {
+        Statement ids(*d, QStringLiteral("select id from Strings"));
+        while (ids.next())
+            unused.insert(ids.value(0).toInt());
+    }
+    const auto keep = [this, &unused](const QString &table, const char *column) {
+        Statement used(
+            *d, QStringLiteral("select distinct %1 from %2").arg(QLatin1String(column), table));
+        while (used.next())
+            unused.remove(used.value(0).toInt());
+    };
+    const QList<quint8> lines = getNodes();
+    for (const quint8 line : lines) {
+        for (const StringColumns &row : kLineStringColumns) {
+            for (const char *column : row.columns) {
+                if (column)
+                    keep(Schema::table(row.family, line), column);
+            }
+        }
+    }
+    keep(QStringLiteral("Signals"), "name");
+
+    beginBatch();
+    for (const int id : unused)
+        d->exec(QStringLiteral("delete from Strings where id = ?"), {id});
+    commitBatch();
+    d->stringsComplete = d->stringsComplete && unused.isEmpty();
+    cacheStrings();
+}

@@ -1,0 +1,41 @@
+// Diagnostic services of a line (ISO 14229-1).
+#include "store/objectdatabase_p.h"
+
+bool ObjectDataBase::isUDSServiceActive(quint8 line, quint8 sid) const
+{
+    Statement statement(*d,
+                        QStringLiteral("select active from %1 where sid = ?")
+                            .arg(Schema::table("UDSSettings", line)),
+                        {sid});
+    return statement.next() && statement.value(0).toInt() != 0;
+}
+
+QString ObjectDataBase::getUDSServiceSessions(quint8 line, quint8 sid) const
+{
+    Statement statement(*d,
+                        QStringLiteral("select sessions from %1 where sid = ?")
+                            .arg(Schema::table("UDSSettings", line)),
+                        {sid});
+    return statement.next() ? statement.value(0).toString() : QString();
+}
+
+bool ObjectDataBase::setUDSServiceActive(quint8 line, quint8 sid, bool active)
+{
+    return setUdsColumn(line, sid, "active", int(active));
+}
+
+bool ObjectDataBase::setUDSServiceSessions(quint8 line, quint8 sid, const QString &sessions)
+{
+    return setUdsColumn(line, sid, "sessions", sessions);
+}
+
+bool ObjectDataBase::setUdsColumn(quint8 line, quint8 sid, const char *column,
+                                  const QVariant &value)
+{
+    if (d->lockWriteAccess)
+        return false;
+    return d->exec(QStringLiteral("insert into %1 (sid,%2) values(?,?) "
+                                  "on conflict(sid) do update set %2=excluded.%2")
+                       .arg(Schema::table("UDSSettings", line), QLatin1String(column)),
+                   {sid, value});
+}

@@ -1,0 +1,235 @@
+// What opening does to a project that an older tool made.
+#include "store/objectdatabase_p.h"
+#include "support/logging.h"
+#include "support/numbers.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+
+namespace
+{
+
+// Versions of the schema from which on a project has what the step brings.
+constexpr quint32 kVersionPgnDirections = 100;
+constexpr quint32 kVersionUniqueSubObjects = 101;
+constexpr quint32 kVersionUniqueUds = 103;
+
+/// Services of ISO 14229-1 that a line gets which has none yet, and their sessions.
+struct DefaultService {
+    quint8 sid;
+    const char *sessions;
+};
+
+constexpr DefaultService kDefaultServices[] = {
+    {16, "1,2,3,4"}, {17, "1,2,3,4"}, {62, "1,2,3,4"}, {34, "1,2,3,4"}, {46, "1,2,3,4"},
+    {35, "1,2,3,4"}, {61, "1,2,3,4"}, {20, "1,2,3,4"}, {25, "1,2,3,4"}, {49, "1,2,3,4"},
+    {39, "2,3,4"},   {40, "2,3,4"},   {47, "2,3,4"},   {52, "2,3,4"},   {53, "2,3,4"},
+    {54, "2,3,4"},   {55, "2,3,4"},
+};
+
+constexpr quint8 kFirstSid = 16;
+constexpr quint8 kLastSid = 254;
+
+QString translated(const char *text)
+{
+    return QCoreApplication::translate("ObjectDataBase", text);
+}
+
+} // namespace
+
+void StorePrivate::addMissingColumns(const QString &table, const char *columns)
+{
+    const QStringList present = columnNames(table);
+    if (present.isEmpty())
+        return; // no such table
+    const QStringList wanted = QString::fromLatin1(columns).split(QStringLiteral(", "));
+    for (const QString &column : wanted) {
+        const QString name = column.section(QLatin1Char(' '), 0, 0);
+        if (!present.contains(name, Qt::CaseInsensitive))
+            exec(QStringLiteral("alter table %1 add %2").arg(table, column));
+    }
+}
+
+bool StorePrivate::rebuildTable(const char *family, int line, bool stopAtFailure)
+{
+    const QString table = Schema::table(family, line);
+    const QString old = table + QStringLiteral("_old");
+    // Copied by name, because columns that came one by one stand in another order; of rows that are
+    // not unique the first one counts, as it did for every reader.
+    QStringList columns = columnNames(table);
+    exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(old));
+    bool done = exec(QStringLiteral("ALTER TABLE %1 RENAME TO %2").arg(table, old));
+    if (!done && stopAtFailure)
+        return false;
+    done = exec(Schema::createLineTable(family, line));
+    if (!done && stopAtFailure)
+        return false;
+    const QStringList known = columnNames(table);
+    for (int i = columns.size() - 1; i >= 0; --i) {
+        if (!known.contains(columns.at(i)))
+            columns.removeAt(i);
+    }
+    const QString list = columns.join(QLatin1Char(','));
+    done =
+        !columns.isEmpty() && exec(QStringLiteral("INSERT OR IGNORE INTO %1 (%2) SELECT %2 FROM %3")
+                                       .arg(table, list, old));
+    if (!done && stopAtFailure)
+        return false;
+    return exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(old));
+}
+
+bool ObjectDataBase::upgradeOpenedProject()
+{
+    beginBatch();
+    const bool settingsUsable = createMissingTables();
+    runLadder();
+    if (settingsUsable)
+        createMissingLineZeroTables();
+    const bool rightTool = checkTool();
+    if (rightTool)
+        repairOpenedProject();
+    commitBatch();
+    return rightTool;
+}
+
+bool ObjectDataBase::createMissingTables()
+{
+    bool miscUsable = false;
+    for (const Schema::TableRow &row : Schema::kTables) {
+        const QLatin1String name(row.name);
+        // Deliberate: a project that lacks the table gets it with a key column of its own, unlike a
+        // new project; both forms are in the field.
+        const QString sql =
+            name == QLatin1String("Groups")
+                ? QStringLiteral("create table if not exists Groups "
+                                 "(groupid integer primary key, name text, nodeidlist text)")
+                : Schema::createTable(row, true);
+        const bool done = row.createdOnOpen && d->exec(sql);
+        if (name == QLatin1String("MiscSettings"))
+            miscUsable = done;
+    }
+    return miscUsable;
+}
+
+void ObjectDataBase::runLadder()
+{
+    for (const Schema::AddedColumns &row : Schema::kFixedLadder)
+        d->addMissingColumns(QString::fromLatin1(row.table), row.columns);
+
+    const quint32 version =
+        Numbers::toUIntDecimal(getMiscSettingsValue(QStringLiteral("DatabaseVersion")));
+    const QList<quint8> lines = getNodes();
+    for (const quint8 line : lines) {
+        for (const Schema::AddedColumns &row : Schema::kLineLadder)
+            d->addMissingColumns(Schema::table(row.table, line), row.columns);
+        if (version < kVersionUniqueSubObjects)
+            d->rebuildTable("SubObjects", line, true);
+        if (version < kVersionUniqueUds)
+            d->rebuildTable("UDSSettings", line, false);
+    }
+    d->addMissingColumns(QStringLiteral("Connections"), "priority integer");
+}
+
+void ObjectDataBase::createMissingLineZeroTables()
+{
+    for (const Schema::TableRow &row : Schema::kTables) {
+        const QLatin1String name(row.name);
+        if (name == QLatin1String("Connections") || name == QLatin1String("LockedMappings") ||
+            name == QLatin1String("LockedPDOs"))
+            d->exec(Schema::createTable(row, true));
+    }
+    for (const char *family : {"PGNs", "SPNs", "CANIDs", "DataElements"})
+        d->exec(Schema::createLineTable(family, 0));
+}
+
+bool ObjectDataBase::checkTool()
+{
+    const QString tool = QCoreApplication::applicationName();
+    const QString savedBy = getMiscSettingsValue(QStringLiteral("SaveToolType"));
+    if (savedBy.isEmpty() || savedBy == tool || tool == translated("CAN Tessarine"))
+        return true;
+    bool holdsCanopen = false;
+    bool holdsJ1939 = false;
+    const QList<quint8> lines = getNodes();
+    for (const quint8 line : lines) {
+        const quint32 type = Numbers::toUIntByPrefix(
+            getGeneralSettingsValue(QStringLiteral("line%1type").arg(line)));
+        holdsCanopen = holdsCanopen || type == 1 || type == 5;
+        holdsJ1939 = holdsJ1939 || type == 2 || type == 5;
+    }
+    const bool wrong = (tool == translated("J1939 Tessarine") && holdsCanopen) ||
+                       (tool == translated("CANopen Tessarine") && holdsJ1939);
+    if (!wrong)
+        return true;
+    emit wrongTool();
+    d->lastError = translated("File was not created with this tool.");
+    return false;
+}
+
+void ObjectDataBase::repairOpenedProject()
+{
+    const QList<quint8> lines = getNodes();
+    for (const quint8 line : lines) {
+        repairLineType(line);
+        repairUdsServices(line);
+    }
+    const quint32 version =
+        Numbers::toUIntDecimal(getMiscSettingsValue(QStringLiteral("DatabaseVersion")));
+    for (const quint8 line : lines) {
+        const QString type = getGeneralSettingsValue(QStringLiteral("line%1type").arg(line));
+        if (version < kVersionPgnDirections && type == QLatin1String("2"))
+            updatePGNdirectionAttributes(line);
+    }
+    if (d->projectFile.endsWith(QLatin1String("tsep")))
+        morphRelativeEdsToAbsolute();
+    for (const quint8 line : lines)
+        addDefaultDescriptionSettings(line);
+    fixFaultyPGNSPNCount();
+    fixGeneralsettingsLineCount();
+}
+
+void ObjectDataBase::repairLineType(quint8 line)
+{
+    const QString key = QStringLiteral("line%1type").arg(line);
+    if (!getGeneralSettingsValue(key).isEmpty())
+        return;
+    // Deliberate: the maker is looked for under the version key, where very old projects hold it.
+    const QString maker = getMiscSettingsValue(QStringLiteral("CreateToolVersion"));
+    bool isJ1939 = maker == QLatin1String("J1939 Tessarine");
+    if (!isJ1939 && maker != QLatin1String("CANopen Tessarine"))
+        isJ1939 = getIndices(line, 0x1000, 0xFFFF).size() <= getPGNs(line, 0, false).size();
+    setGeneralSettingsValue(key, isJ1939 ? QStringLiteral("2") : QStringLiteral("1"));
+}
+
+void ObjectDataBase::repairUdsServices(quint8 line)
+{
+    d->exec(Schema::createLineTable("UDSSettings", line));
+    {
+        Statement active(*d,
+                         QStringLiteral("select count(*) from %1 where active != 0 "
+                                        "and sid between ? and ?")
+                             .arg(Schema::table("UDSSettings", line)),
+                         {kFirstSid, kLastSid});
+        if (active.next() && active.value(0).toInt() > 0)
+            return;
+    }
+    for (const DefaultService &service : kDefaultServices) {
+        setUDSServiceActive(line, service.sid, true);
+        setUDSServiceSessions(line, service.sid, QString::fromLatin1(service.sessions));
+    }
+}
+
+void ObjectDataBase::morphRelativeEdsToAbsolute()
+{
+    QDir::setCurrent(QFileInfo(d->projectFile).absolutePath());
+    const QList<quint8> lines = getNodes();
+    for (const quint8 line : lines) {
+        NODE_DATA_T node;
+        if (!getNodeData(line, node) || node.edsPath.isEmpty() ||
+            QFileInfo(node.edsPath).isAbsolute())
+            continue;
+        node.edsPath = QFileInfo(node.edsPath).absoluteFilePath();
+        addNode(line, node);
+    }
+}

@@ -1,0 +1,25 @@
+// Replaces a user's file so that a complete one stands on disk at every instant.
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+namespace ReplaceFile
+{
+
+enum class Backup {
+    None,   ///< the new file takes the old one's place in one step
+    Rename, ///< the old file stays as "<file>.bak"
+};
+
+/// Lets \a write make the new file under the name it is given, brings it to disk and puts it in the
+/// place of \a file. False if \a write gives false or the file could not be replaced; the old file
+/// then stands as it was, and nothing else is left.
+bool replace(const QString &file, Backup backup, const std::function<bool(const QString &)> &write);
+
+/// Copies the bytes of \a source into \a target, which is made or emptied. False if either cannot
+/// be opened, read or written to the end.
+bool copyContents(const QString &source, const QString &target);
+
+} // namespace ReplaceFile

@@ -1,0 +1,83 @@
+// How a field of a record becomes a cell of a row, and back. columns.h holds the tables made of it.
+#pragma once
+
+#include "store/records.h"
+
+#include <QVariant>
+
+/// What the number or text in a cell stands for.
+enum class Coding {
+    Plain,    ///< the value itself
+    StringId, ///< the id of the text in the table Strings
+    Blob,     ///< a serialised string map
+};
+
+/// One column of a record's table.
+template <class Record>
+struct Column {
+    const char *name;
+    const char *type; ///< as declared in SQL
+    Coding coding;
+    QVariant (*get)(const Record &);
+    void (*set)(Record &, const QVariant &);
+};
+
+/// A string map as the bytes that a project keeps; an empty map gives no bytes.
+QByteArray packMetadata(const Metadata &metadata);
+/// The reverse; bytes that are no such map give an empty map.
+Metadata unpackMetadata(const QByteArray &bytes);
+
+namespace RowMapping
+{
+
+template <class T>
+QVariant toCell(const T &value)
+{
+    if constexpr (std::is_same_v<T, QString>)
+        return value.isNull() ? QVariant(QLatin1String(""))
+                              : QVariant(value); // a null would be NULL
+    else if constexpr (std::is_same_v<T, PDOMapping>)
+        return QVariant(static_cast<int>(value.toUInt()));
+    else if constexpr (std::is_same_v<T, Metadata>)
+        return value.isEmpty() ? QVariant(0) : QVariant(packMetadata(value));
+    else
+        return QVariant(static_cast<qlonglong>(value));
+}
+
+/// NULL reads as zero or as an empty text, which is also what it becomes in the text form.
+template <class T>
+T fromCell(const QVariant &cell)
+{
+    if constexpr (std::is_same_v<T, QString>)
+        return cell.toString();
+    else if constexpr (std::is_same_v<T, PDOMapping>)
+        return PDOMapping::fromUInt(static_cast<quint8>(cell.toUInt()));
+    else if constexpr (std::is_same_v<T, Metadata>)
+        return unpackMetadata(cell.toByteArray());
+    else
+        return static_cast<T>(cell.toLongLong());
+}
+
+template <auto Member>
+struct MemberTraits;
+
+template <class R, class T, T R::*Member>
+struct MemberTraits<Member> {
+    using Record = R;
+    using Type = T;
+};
+
+} // namespace RowMapping
+
+/// The column that \a Member is stored in.
+template <auto Member>
+constexpr auto column(const char *name, const char *type, Coding coding = Coding::Plain)
+{
+    using Traits = RowMapping::MemberTraits<Member>;
+    using Record = typename Traits::Record;
+    return Column<Record>{name, type, coding,
+                          [](const Record &record) { return RowMapping::toCell(record.*Member); },
+                          [](Record &record, const QVariant &cell) {
+                              record.*Member = RowMapping::fromCell<typename Traits::Type>(cell);
+                          }};
+}

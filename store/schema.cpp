@@ -1,0 +1,138 @@
+// The tables of a project.
+#include "store/schema.h"
+
+#include "store/columns.h"
+
+namespace
+{
+
+template <class Record, size_t N>
+QString declare(const Column<Record> (&columns)[N])
+{
+    QStringList parts;
+    for (const Column<Record> &field : columns)
+        parts << QString::fromLatin1(field.name) + QLatin1Char(' ') +
+                     QString::fromLatin1(field.type);
+    return parts.join(QStringLiteral(", "));
+}
+
+struct LineTable {
+    const char *family;
+    const char *columns; ///< null: made from the record's column table
+};
+
+// clang-format off
+constexpr LineTable kLineTables[] = {
+    {"PGNs", "number integer not null, edp_dp_key integer, priority integer, cycletime_ms integer, "
+             "inhibittime_ms integer, mappingcount integer, direction integer, name integer, "
+             "desc integer, issafe integer, srvt_ms integer, FD_TrailerFormat integer, "
+             "FD_AssuranceType integer, FD_AssuranceDataSize integer"},
+    {"SPNs", "pgnnumber integer not null, spnnumber integer not null, datatype integer, "
+             "implementation integer, varname text, defaultvalue text, name integer, desc integer, "
+             "pos integer, bitsize integer, direction integer, slot_df integer"},
+    {"CANIDs", "id integer not null, cycletime_ms integer, inhibittime_ms integer, "
+               "mappingcount integer, direction integer, name integer, desc integer"},
+    {"DataElements", "canid integer not null, number integer not null, datatype integer, "
+                     "implementation integer, varname text, defaultvalue text, name integer, "
+                     "desc integer, pos integer, bitsize integer, direction integer"},
+    {"UDSSettings", "sid integer not null, active integer, sessions text, userlevels text, UNIQUE(sid)"},
+};
+// clang-format on
+
+QString lineColumns(const char *family)
+{
+    const QLatin1String name(family);
+    if (name == QLatin1String("Objects"))
+        return QStringLiteral("objectindex integer primary key, ") + declare(kIndexColumns);
+    if (name == QLatin1String("SubObjects")) {
+        return QStringLiteral("objectindex integer not null, subindex integer not null, ") +
+               declare(kSubIndexColumns) + QStringLiteral(", UNIQUE(objectindex,subindex)");
+    }
+    for (const LineTable &row : kLineTables) {
+        if (name == QLatin1String(row.family))
+            return QString::fromLatin1(row.columns);
+    }
+    Q_UNREACHABLE();
+    return QString();
+}
+
+} // namespace
+
+// clang-format off
+const Schema::TableRow Schema::kTables[14] = {
+    {"Strings",             "id integer primary key, string text", false},
+    {"Nodes",               nullptr, false}, // made from the column table of the node record
+    {"GeneralSettings",     "item text unique, value text", true},
+    {"DescriptionSettings", "item text unique, value text", true},
+    {"EnergyBusSettings",   "item text unique, value text", true},
+    {"J1939Settings",       "item text unique, value text", true},
+    {"MiscSettings",        "item text unique, value text", true},
+    {"Connections",         "prodnode integer, prodindex integer, prodsub integer, connode integer, "
+                            "conindex integer, consub integer, priority integer", false},
+    {"LockedMappings",      "node integer, pdoindex integer", false},
+    {"LockedPDOs",          "node integer, pdoindex integer", false},
+    {"VirtualNodes",        "virtualnodeid integer primary key, line integer, dbnodeid integer, name text", true},
+    {"SignalGroups",        "sigid integer primary key, name text", true},
+    {"Signals",             "sigid integer primary key, nodeid integer, name integer, "
+                            "datatype integer not null, accesstype text not null, defaultvalue text, "
+                            "signalgroup integer, ref integer, transmittype integer, "
+                            "transmittrigger integer, eventtimer integer, syncvalue integer, "
+                            "syncstartvalue integer, routing integer", true},
+    {"Groups",              "name text, nodeidlist text", true},
+};
+
+const char *const Schema::kLineFamilies[6] = {
+    "Objects", "SubObjects", "PGNs", "SPNs", "CANIDs", "DataElements",
+};
+
+const Schema::AddedColumns Schema::kFixedLadder[8] = {
+    {"SubObjects0", "writedefaulttoeds integer"},
+    {"SPNs0", "pos integer, bitsize integer, direction integer, slot_df integer"},
+    {"SPNs1", "pos integer, bitsize integer, direction integer, slot_df integer"},
+    {"SPNs2", "pos integer, bitsize integer, direction integer, slot_df integer"},
+    {"SPNs3", "pos integer, bitsize integer, direction integer, slot_df integer"},
+    {"SubObjects0", "cyclicread integer, dcfcomponent integer, changedbyuser integer, "
+                    "wizardsource integer, sharedlines integer, managedbyolm integer, "
+                    "signalid integer, nvstorage integer, metadata blob"},
+    {"Nodes", "dcfpath text, tpdocnt integer, rpdocnt integer, ismaster integer, "
+              "issyncproducer integer, issyncconsumer integer, ishbconsumer integer, "
+              "isemergencyproducer integer, isemergencyconsumer integer, ismpdosupported integer, "
+              "iscanopengateway integer, allpdosstatic integer, excludegeneration integer, "
+              "generatedcf integer, prefix text, outputpath text, iconpath text, "
+              "isbootupmanager integer, isconfigmanager integer, excludepdolinking integer, "
+              "multilinedata integer, lssslave integer"},
+    {"Signals", "transmittype integer, transmittrigger integer, eventtimer integer, "
+                "syncvalue integer, syncstartvalue integer, routing integer"},
+};
+
+const Schema::AddedColumns Schema::kLineLadder[3] = {
+    {"Objects", "fwsupported integer, device_class integer, metadata blob"},
+    {"SubObjects", "writedefaulttoeds integer, cyclicread integer, dcfcomponent integer, "
+                   "changedbyuser integer, wizardsource integer, denotation integer, "
+                   "sharedlines integer, nvstorage integer, metadata blob, managedbyolm integer, "
+                   "signalid integer"},
+    {"PGNs", "issafe integer, srvt_ms integer, FD_TrailerFormat integer, FD_AssuranceType integer, "
+             "FD_AssuranceDataSize integer"},
+};
+// clang-format on
+
+QString Schema::table(const char *family, int line)
+{
+    return QString::fromLatin1(family) + QString::number(line);
+}
+
+QString Schema::createTable(const TableRow &row, bool ifNotExists)
+{
+    const QString columns =
+        row.columns ? QString::fromLatin1(row.columns)
+                    : QStringLiteral("nodeId integer primary key, ") + declare(kNodeColumns);
+    return QStringLiteral("create table %1%2 (%3)")
+        .arg(ifNotExists ? QStringLiteral("if not exists ") : QString(),
+             QString::fromLatin1(row.name), columns);
+}
+
+QString Schema::createLineTable(const char *family, int line)
+{
+    return QStringLiteral("create table if not exists %1 (%2)")
+        .arg(table(family, line), lineColumns(family));
+}

@@ -1,0 +1,106 @@
+// Temporary database files.
+#include "store/temporaryfiles.h"
+
+#include "support/logging.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <cstdlib>
+#include <fcntl.h>
+#include <mutex>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr qint64 kLeftoverAgeSeconds = 24 * 60 * 60;
+constexpr int kNameTries = 1000;
+
+/// SQLite may put files of its own beside a database that was made with another journal mode.
+constexpr const char *kCompanions[] = {"", "-journal", "-wal", "-shm"};
+
+/// The folder of the temporary copies. A build account without a writable home gets the folder for
+/// temporary files instead.
+QString folder()
+{
+    const QString own = QStandardPaths::writableLocation(QStandardPaths::DataLocation);
+    if (!own.isEmpty() && QDir().mkpath(own) && ::access(QFile::encodeName(own), W_OK) == 0)
+        return own;
+    return QDir::tempPath();
+}
+
+void removeWithCompanions(const QString &name)
+{
+    for (const char *suffix : kCompanions)
+        QFile::remove(name + QLatin1String(suffix));
+}
+
+void removeLeftover(const QFileInfo &file)
+{
+    const int descriptor = ::open(QFile::encodeName(file.filePath()), O_RDWR | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
+        qCDebug(lcStore) << "removing the copy of a killed run" << file.filePath();
+        removeWithCompanions(file.filePath());
+    }
+    ::close(descriptor);
+}
+
+void sweep(const QString &path)
+{
+    const QDateTime limit = QDateTime::currentDateTime().addSecs(-kLeftoverAgeSeconds);
+    const QStringList pattern{QStringLiteral("tsedatatemp_*")};
+    const QFileInfoList files = QDir(path).entryInfoList(pattern, QDir::Files | QDir::NoSymLinks);
+    for (const QFileInfo &file : files) {
+        if (file.lastModified() < limit)
+            removeLeftover(file);
+    }
+}
+
+} // namespace
+
+TemporaryFiles::~TemporaryFiles()
+{
+    for (const auto &[name, descriptor] : descriptors) {
+        removeWithCompanions(name);
+        ::close(descriptor);
+    }
+}
+
+QString TemporaryFiles::create()
+{
+    const QString path = folder();
+    static std::once_flag swept;
+    std::call_once(swept, sweep, path);
+
+    for (int i = 0; i < kNameTries; ++i) {
+        const QString name = QStringLiteral("%1/tsedatatemp_%2_%3")
+                                 .arg(path, QString::number(rand()), QString::number(rand()));
+        // Exclusive, because several runs of one build may draw names at the same moment.
+        const int descriptor = ::open(QFile::encodeName(name),
+                                      O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        if (descriptor >= 0) {
+            ::flock(descriptor, LOCK_EX | LOCK_NB);
+            descriptors.emplace(name, descriptor);
+            return name;
+        }
+        if (errno != EEXIST)
+            break;
+    }
+    qCWarning(lcStore) << "no temporary file can be made in" << path;
+    return QString();
+}
+
+QStringList TemporaryFiles::names() const
+{
+    QStringList result;
+    for (const auto &file : descriptors)
+        result << file.first;
+    return result;
+}

@@ -1,0 +1,27 @@
+// The temporary copies that stores work on: made, held and removed here.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <map>
+
+/// The temporary database files of one store. Each is held by a lock for as long as this object
+/// lives, so that another run can tell a copy in use from one that a killed run left behind.
+class TemporaryFiles
+{
+public:
+    TemporaryFiles() = default;
+    ~TemporaryFiles(); ///< removes all files it made
+    TemporaryFiles(const TemporaryFiles &) = delete;
+    TemporaryFiles &operator=(const TemporaryFiles &) = delete;
+
+    /// Makes an empty file with a name that no other file has; an empty text if that is impossible.
+    /// The first call of a process also removes copies that killed runs left more than a day ago.
+    QString create();
+
+    QStringList names() const;
+
+private:
+    std::map<QString, int> descriptors; ///< the locked file by its name
+};
