@@ -64,8 +64,8 @@ int main(int argc, char *argv[])
     useUtf8();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("CANopen Tessarine"));
-    const Helper helper(3);
-    const COHelper coHelper;
+    [[maybe_unused]] const Helper helper(3);
+    [[maybe_unused]] const COHelper coHelper;
     QCoreApplication::setApplicationVersion(QStringLiteral(TESSARINE_VERSION));
     QCoreApplication::setOrganizationName(QStringLiteral("Korvel"));
 
