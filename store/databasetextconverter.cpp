@@ -5,7 +5,9 @@
 #include "support/logging.h"
 
 #include <QFile>
-#include <QFileInfo>
+#include <QSet>
+
+#include <algorithm>
 
 namespace
 {
@@ -37,6 +39,12 @@ QString hexNumber(const QVariant &cell)
     return QStringLiteral("0x%1").arg(cell.toUInt(), 0, 16);
 }
 
+/// Rows stand in the order of their keys as text, where 0x10 comes before 0x2.
+QString hexOrder(const char *column)
+{
+    return QStringLiteral("printf('0x%x',%1)").arg(QLatin1String(column));
+}
+
 /// All characters that QChar counts as white space, for SQL's trim().
 QString whiteSpace()
 {
@@ -58,34 +66,72 @@ QStringList namesInOrder(const Column<Record> (&columns)[N])
     return names;
 }
 
-/// The cells of one row, which stand together in the sorted list of keys: "group/number/column", or
-/// with two numbers. Calls \a apply with the numbers and the keys of each row.
-template <class Apply>
-void forEachRow(const QStringList &keys, int numbers, Apply apply)
+/// A section that is written when it gets its first row; a table without rows has none.
+class RowSection
 {
-    QStringList place;
-    QStringList rowKeys;
-    for (const QString &key : keys) {
-        const QStringList parts = key.split(QLatin1Char('/'));
-        if (parts.size() != numbers + 2) {
-            qCDebug(lcStore) << "no cell of a row:" << key;
-            continue;
-        }
-        const QStringList here = parts.mid(1, numbers);
-        if (here != place && !rowKeys.isEmpty()) {
-            apply(place, rowKeys);
-            rowKeys.clear();
-        }
-        place = here;
-        rowKeys << key;
+public:
+    RowSection(IniText::Writer &output, const QString &sectionName)
+        : writer(output), name(sectionName)
+    {
     }
-    if (!rowKeys.isEmpty())
-        apply(place, rowKeys);
+    IniText::Writer &start()
+    {
+        if (!started)
+            writer.section(name);
+        started = true;
+        return writer;
+    }
+
+private:
+    IniText::Writer &writer;
+    QString name;
+    bool started = false;
+};
+
+/// A value as text. One with commas that stands without quotes is a list in the file.
+QString textOf(const QVariant &value)
+{
+    return value.type() == QVariant::StringList ? value.toStringList().join(QLatin1Char(','))
+                                                : value.toString();
 }
 
-QString lastPart(const QString &key)
+/// A key, parted into the place of its row and its column.
+struct CellPath {
+    QStringRef row; ///< "0x1018/0x1"
+    QString column;
+};
+
+CellPath pathOf(const QString &key)
 {
-    return key.mid(key.lastIndexOf(QLatin1Char('/')) + 1);
+    const int slash = key.lastIndexOf(QLatin1Char('/'));
+    return {key.leftRef(qMax(slash, 0)), key.mid(slash + 1)};
+}
+
+/// Calls \a apply with the numbers and the cells of each row, whose keys are "number/column", or
+/// have two numbers. Cells of a row that stand apart in the file come as two rows.
+template <class Apply>
+void forEachRow(const QVector<IniText::Entry> &entries, int numbers, Apply apply)
+{
+    using Cells = QVector<ObjectDataBase::ColumnValue>;
+    QStringRef place;
+    Cells cells;
+    const auto finishRow = [&]() {
+        const QStringList parts = place.toString().split(QLatin1Char('/'));
+        if (!cells.isEmpty() && parts.size() == numbers)
+            apply(parts, cells);
+        else if (!cells.isEmpty())
+            qCDebug(lcStore) << "no row of a project:" << place;
+        cells.clear();
+    };
+    for (const IniText::Entry &entry : entries) {
+        const CellPath path = pathOf(entry.key);
+        if (path.row != place)
+            finishRow();
+        place = path.row;
+        const bool isBytes = entry.value.type() == QVariant::ByteArray;
+        cells.append({path.column, isBytes ? entry.value : QVariant(textOf(entry.value))});
+    }
+    finishRow();
 }
 
 } // namespace
@@ -102,23 +148,23 @@ void DatabaseTextConverter::setObjectDatabase(ObjectDataBase *database)
 
 void DatabaseTextConverter::setTextOutputFile(const QString &file)
 {
-    QFile::remove(file);
-    setTextInputfile(file);
+    outputFile = file;
 }
 
 void DatabaseTextConverter::setTextInputfile(const QString &file)
 {
     inputFile = file;
-    settings = std::make_shared<QSettings>(file, QSettings::IniFormat);
-    settings->setIniCodec("UTF-8");
 }
 
 // --- to text ---
 
 bool DatabaseTextConverter::convertSqlToText()
 {
-    if (!settings || !store)
+    QFile file(outputFile);
+    if (!store || !file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return false;
+    IniText::Writer output(&file);
+    writer = &output;
     fixAllDefaultValues();
     const QVector<QStringList> tables = d->allRows(
         QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' ORDER BY name"));
@@ -133,12 +179,12 @@ bool DatabaseTextConverter::convertSqlToText()
         else if (table.contains(QLatin1String("Objects")))
             handleObjects(table);
         else if (table.contains(QLatin1String("Nodes")))
-            handleNodes();
+            handleNodes(table);
         else
             printTable(table);
     }
-    settings->sync();
-    return settings->status() == QSettings::NoError;
+    writer = nullptr;
+    return output.finish() && file.flush();
 }
 
 void DatabaseTextConverter::fixAllDefaultValues()
@@ -172,10 +218,9 @@ void DatabaseTextConverter::fixAllDefaultValues()
 void DatabaseTextConverter::handleSettings(const QString &table)
 {
     Statement rows(*d, QStringLiteral("SELECT item, value FROM %1 ORDER BY item").arg(table));
-    while (rows.next()) {
-        settings->setValue(table + QLatin1Char('/') + rows.value(0).toString(),
-                           rows.value(1).toString());
-    }
+    RowSection section(*writer, table);
+    while (rows.next())
+        section.start().value(rows.value(0).toString(), rows.value(1).toString());
 }
 
 void DatabaseTextConverter::writeCell(const QString &key, const QString &column,
@@ -185,36 +230,40 @@ void DatabaseTextConverter::writeCell(const QString &key, const QString &column,
                                      QStringLiteral("device_class")};
     const QString path = key + QLatin1Char('/') + column;
     if (texts.contains(column))
-        settings->setValue(path, store->getString(cell.toInt()));
+        writer->value(path, store->getString(cell.toInt()));
     else if (column != QLatin1String("metadata"))
-        settings->setValue(path, cell.toString());
+        writer->value(path, cell.toString());
     else if (unpackMetadata(cell.toByteArray()).isEmpty())
-        settings->setValue(path, QStringLiteral("0"));
+        writer->value(path, QStringLiteral("0"));
     else
-        settings->setValue(path, cell.toByteArray());
+        writer->value(path, cell.toByteArray());
 }
 
-void DatabaseTextConverter::handleNodes()
+void DatabaseTextConverter::handleNodes(const QString &table)
 {
-    Statement rows(*d, QStringLiteral("SELECT nodeId,%1 FROM Nodes").arg(columnList(kNodeColumns)));
+    static const QStringList columns = namesInOrder(kNodeColumns);
+    Statement rows(*d, QStringLiteral("SELECT nodeId,%1 FROM %2 ORDER BY CAST(nodeId AS TEXT)")
+                           .arg(columns.join(QLatin1Char(',')), table));
+    RowSection section(*writer, table);
     while (rows.next()) {
-        const QString key = QStringLiteral("Nodes/%1").arg(rows.value(0).toString());
-        int i = 1;
+        section.start();
+        const QString key = rows.value(0).toString();
         // Deliberate: the node's name goes through the table of texts as an object's does, although
         // it is plain text, and so is lost in this form.
-        for (const Column<NodeData> &field : kNodeColumns)
-            writeCell(key, QString::fromLatin1(field.name), rows.value(i++));
+        for (int i = 0; i < columns.size(); ++i)
+            writeCell(key, columns.at(i), rows.value(i + 1));
     }
 }
 
 void DatabaseTextConverter::handleObjects(const QString &table)
 {
     static const QStringList columns = namesInOrder(kIndexColumns);
-    Statement rows(
-        *d,
-        QStringLiteral("SELECT objectindex,%1 FROM %2").arg(columns.join(QLatin1Char(',')), table));
+    Statement rows(*d, QStringLiteral("SELECT objectindex,%1 FROM %2 ORDER BY %3")
+                           .arg(columns.join(QLatin1Char(',')), table, hexOrder("objectindex")));
+    RowSection section(*writer, table);
     while (rows.next()) {
-        const QString key = table + QLatin1Char('/') + hexNumber(rows.value(0));
+        section.start();
+        const QString key = hexNumber(rows.value(0));
         for (int i = 0; i < columns.size(); ++i)
             writeCell(key, columns.at(i), rows.value(i + 1));
     }
@@ -225,11 +274,13 @@ void DatabaseTextConverter::handleSubObjects(const QString &table)
     QStringList columns = namesInOrder(kSubIndexColumns);
     for (const char *column : kExcludedSubColumns)
         columns.removeAll(QLatin1String(column));
-    Statement rows(*d, QStringLiteral("SELECT objectindex,subindex,%1 FROM %2")
-                           .arg(columns.join(QLatin1Char(',')), table));
+    Statement rows(*d, QStringLiteral("SELECT objectindex,subindex,%1 FROM %2 ORDER BY %3, %4")
+                           .arg(columns.join(QLatin1Char(',')), table, hexOrder("objectindex"),
+                                hexOrder("subindex")));
+    RowSection section(*writer, table);
     while (rows.next()) {
-        const QString key = table + QLatin1Char('/') + hexNumber(rows.value(0)) + QLatin1Char('/') +
-                            hexNumber(rows.value(1));
+        section.start();
+        const QString key = hexNumber(rows.value(0)) + QLatin1Char('/') + hexNumber(rows.value(1));
         for (int i = 0; i < columns.size(); ++i)
             writeCell(key, columns.at(i), rows.value(i + 2));
     }
@@ -242,30 +293,34 @@ void DatabaseTextConverter::printTable(const QString &table)
     const QVector<QStringList> rows =
         d->allRows(QStringLiteral("SELECT * FROM \"%1\"")
                        .arg(QString(table).replace(QLatin1Char('"'), QLatin1String("\"\""))));
-    for (const QStringList &row : rows) {
-        for (int i = 0; i < row.size() && i < columns.size(); ++i)
-            settings->setValue(table + QLatin1Char('/') + columns.at(i), row.at(i));
-    }
+    if (rows.isEmpty())
+        return;
+    // One key a column, so that only the last row is left to see.
+    QMap<QString, QString> cells;
+    for (int i = 0; i < rows.last().size() && i < columns.size(); ++i)
+        cells.insert(columns.at(i), rows.last().at(i));
+    writer->section(table);
+    for (auto cell = cells.constBegin(); cell != cells.constEnd(); ++cell)
+        writer->value(cell.key(), cell.value());
 }
 
 // --- from text ---
 
 bool DatabaseTextConverter::convertTextToSql()
 {
-    if (!settings || !store)
+    QFile file(inputFile);
+    if (!store || !file.open(QIODevice::ReadOnly))
         return false;
-    QMap<QString, QStringList> groups; // sorted as the groups of the file are
-    const QStringList keys = settings->allKeys();
-    for (const QString &key : keys) {
-        const int slash = key.indexOf(QLatin1Char('/'));
-        if (slash > 0)
-            groups[key.left(slash)] << key;
-    }
+    IniText::Sections groups;
+    bool understood = IniText::read(file.readAll(), &groups);
+    if (!understood)
+        qCWarning(lcStore) << inputFile << "has lines that are no part of a text project";
     store->beginBatch();
     importNodes(groups.value(QStringLiteral("Nodes")));
-    bool understood = groups.contains(QStringLiteral("Nodes"));
+    bool isProject = groups.contains(QStringLiteral("Nodes"));
     for (auto group = groups.constBegin(); group != groups.constEnd(); ++group) {
         const QString &name = group.key();
+        bool known = true;
         if (name.contains(QLatin1String("DescriptionSettings")) ||
             name.contains(QLatin1String("GeneralSettings")) ||
             name.contains(QLatin1String("MiscSettings")))
@@ -274,76 +329,56 @@ bool DatabaseTextConverter::convertTextToSql()
             importSubObjects(name, *group);
         else if (name.contains(QLatin1String("Objects")))
             importObjects(name, *group);
-        else {
+        else
+            known = false;
+        if (!known)
             qCDebug(lcStore) << "unhandled group" << name;
-            continue;
-        }
-        understood = true;
+        isProject = isProject || known;
     }
     store->commitBatch();
-    return understood && settings->status() == QSettings::NoError &&
-           QFileInfo(inputFile).isReadable();
+    return understood && isProject;
 }
 
-QString DatabaseTextConverter::textOf(const QString &key) const
+void DatabaseTextConverter::importNodes(const QVector<IniText::Entry> &entries)
 {
-    // A value with commas that stands without quotes is a list to QSettings.
-    const QVariant value = settings->value(key);
-    return value.type() == QVariant::StringList ? value.toStringList().join(QLatin1Char(','))
-                                                : value.toString();
-}
-
-void DatabaseTextConverter::importNodes(const QStringList &keys)
-{
-    forEachRow(keys, 1, [this](const QStringList &place, const QStringList &cells) {
+    forEachRow(entries, 1, [this](const QStringList &place, const auto &cells) {
         bool ok = false;
         const uint line = place.first().toUInt(&ok);
         if (!ok || line > 0xFF)
             return;
         store->addNode(static_cast<quint8>(line), ObjectDataBase::NODE_DATA_T());
-        for (const QString &key : cells)
-            store->setNodeSqlValue(lastPart(key), textOf(key), place.first());
+        for (const ObjectDataBase::ColumnValue &cell : cells)
+            store->setNodeSqlValue(cell.column, cell.value.toString(), place.first());
     });
 }
 
-void DatabaseTextConverter::importObjects(const QString &group, const QStringList &keys)
+void DatabaseTextConverter::importObjects(const QString &group,
+                                          const QVector<IniText::Entry> &entries)
 {
-    forEachRow(keys, 1, [&](const QStringList &place, const QStringList &cells) {
-        store->setObjectIndexSqlValues(group, place.at(0), cellsOf(cells));
+    forEachRow(entries, 1, [&](const QStringList &place, const auto &cells) {
+        store->setObjectIndexSqlValues(group, place.at(0), cells);
     });
 }
 
-void DatabaseTextConverter::importSubObjects(const QString &group, const QStringList &keys)
+void DatabaseTextConverter::importSubObjects(const QString &group,
+                                             const QVector<IniText::Entry> &entries)
 {
-    forEachRow(keys, 2, [&](const QStringList &place, const QStringList &cells) {
-        store->setSubindexSqlValues(group, place.at(0), place.at(1), cellsOf(cells));
+    forEachRow(entries, 2, [&](const QStringList &place, const auto &cells) {
+        store->setSubindexSqlValues(group, place.at(0), place.at(1), cells);
     });
 }
 
-QVector<ObjectDataBase::ColumnValue> DatabaseTextConverter::cellsOf(const QStringList &keys) const
-{
-    QVector<ObjectDataBase::ColumnValue> cells;
-    cells.reserve(keys.size());
-    for (const QString &key : keys) {
-        const QString column = lastPart(key);
-        const QVariant value =
-            column == QLatin1String("metadata") ? settings->value(key) : QVariant(textOf(key));
-        cells.append({column, value});
-    }
-    return cells;
-}
-
-void DatabaseTextConverter::importSettings(const QString &group, const QStringList &keys)
+void DatabaseTextConverter::importSettings(const QString &group,
+                                           const QVector<IniText::Entry> &entries)
 {
     store->setDescriptionSettingsLine(0); // the keys carry their lines' suffixes
-    for (const QString &key : keys) {
-        const QString item = key.mid(group.size() + 1);
-        const QString value = textOf(key);
+    for (const IniText::Entry &entry : entries) {
+        const QString value = textOf(entry.value);
         if (group.contains(QLatin1String("DescriptionSettings")))
-            store->setDescriptionSettingsValue(item, value);
+            store->setDescriptionSettingsValue(entry.key, value);
         else if (group.contains(QLatin1String("GeneralSettings")))
-            store->setGeneralSettingsValue(item, value);
+            store->setGeneralSettingsValue(entry.key, value);
         else
-            store->setMiscSettingsValue(item, value);
+            store->setMiscSettingsValue(entry.key, value);
     }
 }

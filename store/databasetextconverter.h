@@ -1,12 +1,10 @@
 // The text form of a project: an INI file beside the database form, made for version control.
 #pragma once
 
+#include "store/initext.h"
 #include "store/objectdatabase.h"
 
 #include <QObject>
-#include <QSettings>
-
-#include <memory>
 
 class StorePrivate;
 
@@ -23,7 +21,7 @@ public:
     /// The store to read from, or to write into.
     void setObjectDatabase(ObjectDataBase *database);
 
-    /// The file to write; one of that name is removed.
+    /// The file to write; one of that name is replaced.
     void setTextOutputFile(const QString &file);
     /// The file to read.
     void setTextInputfile(const QString &file);
@@ -38,21 +36,20 @@ public:
 private:
     void fixAllDefaultValues();
     void handleSettings(const QString &table);
-    void handleNodes();
+    void handleNodes(const QString &table);
     void handleObjects(const QString &table);
     void handleSubObjects(const QString &table);
     void printTable(const QString &table);
     void writeCell(const QString &key, const QString &column, const QVariant &cell);
 
-    void importNodes(const QStringList &keys);
-    void importObjects(const QString &group, const QStringList &keys);
-    void importSubObjects(const QString &group, const QStringList &keys);
-    void importSettings(const QString &group, const QStringList &keys);
-    QVector<ObjectDataBase::ColumnValue> cellsOf(const QStringList &keys) const;
-    QString textOf(const QString &key) const;
+    void importNodes(const QVector<IniText::Entry> &entries);
+    void importObjects(const QString &group, const QVector<IniText::Entry> &entries);
+    void importSubObjects(const QString &group, const QVector<IniText::Entry> &entries);
+    void importSettings(const QString &group, const QVector<IniText::Entry> &entries);
 
     ObjectDataBase *store = nullptr;
     StorePrivate *d = nullptr;
-    std::shared_ptr<QSettings> settings;
+    QString outputFile;
     QString inputFile;
+    IniText::Writer *writer = nullptr; ///< while convertSqlToText runs
 };

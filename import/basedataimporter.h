@@ -1,0 +1,94 @@
+// What all importers share: the thread, the target line, and helpers for names and types.
+#pragma once
+
+#include "support/jobthread.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QSet>
+#include <QString>
+
+#include <atomic>
+
+class ObjectDataBase;
+
+/// Brings objects from a file into one line of a project. Made for one file and used once, without
+/// a parent object, since it moves to a thread of its own. The driver sets it up, starts it and
+/// waits; only doImport() runs on the worker thread.
+class BaseDataImporter : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct SubAddress {
+        quint16 index = 0;
+        quint8 subindex = 0;
+    };
+
+    BaseDataImporter() = default;
+
+    bool setActiveLine(quint8 line);
+    bool setDatabase(ObjectDataBase *store);
+    /// Objects outside of \a low to \a high are passed over; both belong to the range.
+    bool setIndexRange(quint32 low, quint32 high);
+    /// False if there is no such file or it cannot be read; there is no import file then.
+    bool setImportFileName(const QString &file);
+
+    /// Runs doImport() on the worker thread. False if it was started before.
+    bool startImport();
+    /// Only an import that has not begun yet is left out.
+    void abortImport();
+    bool isFinished() const;
+    /// Delivers events until the import has ended; returns at once if none was started.
+    void wait();
+
+    virtual QString getLastError() const { return lastError; }
+
+    /// The data type of that many bits: 10 if there is none, 121 for no bits. Types of 24 and of 40
+    /// and more bits are unsigned.
+    static quint16 getDataTypeFromBitLength(quint16 bits, bool isSigned);
+
+    /// \a text as C name in lower case; with "_" and the hexadecimal \a index behind it if an
+    /// earlier call gave the name away. Empty if nothing of the text may stand in a name.
+    QString proposeVarname(quint32 index, const QString &text);
+
+public slots:
+    virtual void doImport() = 0;
+
+signals:
+    void progress(quint8 percent); ///< 100: the import has ended, well or not
+    void importError(quint32 line, quint16 index, quint8 sub);
+    void importError(QString errorString);
+
+protected:
+    /// Opens the store for writing by this thread alone; at its end, whatever the way out, other
+    /// threads may go on, the worker thread ends, and progress 100 is reported.
+    class Job
+    {
+    public:
+        explicit Job(BaseDataImporter &dataImporter);
+        ~Job();
+        Job(const Job &) = delete;
+        Job &operator=(const Job &) = delete;
+
+    private:
+        BaseDataImporter &importer;
+    };
+
+    bool isInRange(quint32 index) const { return index >= lowIndex && index <= highIndex; }
+    /// Keeps \a text for getLastError() and reports it.
+    void fail(const QString &text);
+
+    quint8 activeLine = 0;
+    QString importFileName;
+    QSet<QString> usedNames;
+    quint32 lowIndex = 0x1000;
+    quint32 highIndex = 0xBFFF;
+    QPointer<ObjectDataBase> database;
+    QString lastError;
+    std::atomic_bool abortRequested{false};
+
+private:
+    bool started = false;
+    JobThread worker;
+};

@@ -1,0 +1,178 @@
+// From the records of a device description to the records of a project.
+#include "import/edsimporter.h"
+
+#include "support/cohelper.h"
+
+namespace
+{
+
+/// Subindices that are held in memory before they are written. A small file may describe millions
+/// by its compact objects.
+constexpr int kGroupSize = 8192;
+
+/// What a PDO mapping of "yes" means for the direction that the access type allows (CiA 306).
+PDOMapping refinedMapping(const QString &accessType)
+{
+    if (accessType == QLatin1String("ro") || accessType == QLatin1String("rwr"))
+        return PDOMappingType::Tpdo;
+    if (accessType == QLatin1String("wo") || accessType == QLatin1String("rww"))
+        return PDOMappingType::Rpdo;
+    return PDOMappingType::Default;
+}
+
+} // namespace
+
+void EDSImporter::doImport()
+{
+    const Job job(*this);
+    if (abortRequested || !database)
+        return;
+    EdsParser parser;
+    connect(&parser, &EdsParser::newIndex, this, &EDSImporter::newIndex);
+    connect(&parser, &EdsParser::newSubIndex, this, &EDSImporter::newSubIndex);
+    const bool hasObjects = parser.LoadEds(importFileName);
+    if (!parser.wasRead()) {
+        fail(QStringLiteral("Could not open %1").arg(importFileName));
+        return;
+    }
+    flush();
+    emit progress(80);
+    database->setDescriptionSettingsLine(activeLine);
+    const PromisedPdos promised = importFileDeviceInfo(parser.sections());
+    // A file without objects is no device; what it says of PDOs must not grow the project.
+    if (hasObjects) {
+        createMissingPdos(PdoDirection::Receive, promised.receive);
+        createMissingPdos(PdoDirection::Transmit, promised.transmit);
+    }
+}
+
+void EDSImporter::newIndex(const CANopen::CANopenIndex &record)
+{
+    if (!isInRange(record.index))
+        return;
+    currentObject = ObjectDataBase::INDEX_DATA_T();
+    currentObject.name = record.name;
+    currentObject.objectCode = record.objectCode;
+    currentObject.dataType = record.dataType;
+    currentObject.description = record.description;
+    (void)database->addIndex(activeLine, record.index, currentObject); // the store logs a failure
+    if (record.compactSubObj > 0)
+        addCompactMembers(record);
+}
+
+void EDSImporter::addCompactMembers(const CANopen::CANopenIndex &record)
+{
+    CANopenSubindex count;
+    count.index = record.index;
+    count.name = QStringLiteral("Highest subindex supported");
+    count.defaultValue = QString::number(record.compactSubObj);
+    count.writeDefault = true;
+    count.currentValue = record.memberValues.value(0);
+    count.denotation = record.memberDenotations.value(0);
+    newSubIndex(count);
+
+    for (int number = 1; number <= record.compactSubObj; ++number) {
+        const auto sub = static_cast<quint8>(number);
+        CANopenSubindex member = record.member;
+        member.subindex = sub;
+        member.name =
+            record.memberNames.value(sub, record.name + QLatin1Char(' ') + QString::number(number));
+        member.currentValue = record.memberValues.value(sub, member.currentValue);
+        // The section's own comment and display name are those of the object.
+        member.denotation = record.memberDenotations.value(sub);
+        member.description.clear();
+        newSubIndex(member);
+    }
+}
+
+void EDSImporter::newSubIndex(const CANopenSubindex &record)
+{
+    if (!isInRange(record.index))
+        return;
+    const bool isFirstElement =
+        record.subindex == 1 && currentObject.objectCode == CANopen::ObjectCode::Array;
+    if (isFirstElement && currentObject.dataType != record.dataType) {
+        currentObject.dataType = record.dataType;
+        (void)database->addIndex(activeLine, record.index,
+                                 currentObject); // the store logs a failure
+    }
+    ObjectDataBase::SubEntry entry;
+    entry.line = activeLine;
+    entry.index = record.index;
+    entry.subindex = record.subindex;
+    entry.data = makeSubIndex(record);
+    collected.append(entry);
+    if (collected.size() >= kGroupSize)
+        flush();
+}
+
+EDSImporter::SubData EDSImporter::makeSubIndex(const CANopenSubindex &record)
+{
+    SubData data;
+    data.dataType = record.dataType;
+    data.accessType = record.accessType;
+    data.name = record.name;
+    data.defaultValue = record.defaultValue.toString();
+    data.writeDefaultToEds = record.writeDefault ? 1 : 0;
+    data.currentValue = record.currentValue;
+    data.dcfComponent = !record.currentValue.isEmpty();
+    data.denotation = record.denotation;
+    data.refuseRead = record.refuseRead;
+    data.refuseWrite = record.refuseWrite;
+    data.description = record.description;
+    if (record.subindex == 0 && data.description.isEmpty())
+        data.description = currentObject.description;
+    if (record.pdoMapping)
+        data.pdoMapping = refinedMapping(record.accessType);
+    applyLimits(record, data);
+    applyStorage(record, data);
+    return data;
+}
+
+void EDSImporter::applyLimits(const CANopenSubindex &record, SubData &data)
+{
+    COHelper::getDefaultLimits(static_cast<CAN::CANopenDataType>(record.dataType), data.lowLimit,
+                               data.upLimit);
+    data.limitInEds = record.hasLimits;
+    if (!record.lowLimit.isEmpty())
+        data.lowLimit = record.lowLimit;
+    if (!record.upLimit.isEmpty())
+        data.upLimit = record.upLimit;
+}
+
+void EDSImporter::applyStorage(const CANopenSubindex &record, SubData &data)
+{
+    const auto type = static_cast<CAN::CANopenDataType>(record.dataType);
+    if (!COHelper::isStringLike(type))
+        return;
+    data.size = static_cast<quint32>(qMax(1, data.defaultValue.toUtf8().size()));
+    const bool isConstant =
+        record.accessType == QLatin1String("const") || record.accessType == QLatin1String("ro");
+    if (isConstant && type != CAN::CANopenDataType::Domain) {
+        data.implementation = 1;
+        return;
+    }
+    data.implementation = 2;
+    data.varName = makeVarName(record.index, record.subindex);
+}
+
+QString EDSImporter::makeVarName(quint16 index, quint8 sub)
+{
+    const quint32 owner = quint32(index) << 8 | sub;
+    const QString first = QString::number(index);
+    const QString second = QString::number(sub);
+    QString name = QLatin1String("v_") + first + second;
+    // 4096 with 11 and 40961 with 1 would share a name.
+    const auto found = varNameOwners.constFind(name);
+    if (found != varNameOwners.constEnd() && *found != owner)
+        name = QLatin1String("v_") + first + QLatin1Char('_') + second;
+    varNameOwners.insert(name, owner);
+    return name;
+}
+
+void EDSImporter::flush()
+{
+    if (!collected.isEmpty())
+        (void)database->addSubIndices(collected); // the store logs a failure
+    collected.clear();
+}

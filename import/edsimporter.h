@@ -1,0 +1,60 @@
+// Import of device descriptions (EDS and DCF).
+#pragma once
+
+#include "import/basedataimporter.h"
+#include "store/objectdatabase.h"
+#include "support/edsparser.h"
+
+#include <QHash>
+
+/// Fills a line from a device description, on the worker thread. The parser reads the objects; here
+/// they become records that the rest of the tool can work with: strings get storage, compact
+/// objects their members, and PDOs that the file promises but does not hold are made.
+class EDSImporter : public BaseDataImporter
+{
+    Q_OBJECT
+
+public:
+    EDSImporter() = default;
+
+public slots:
+    void doImport() override;
+    void newIndex(const CANopen::CANopenIndex &record);
+    /// Subindices are collected and written in large groups.
+    void newSubIndex(const CANopenSubindex &record);
+
+private:
+    using SubData = ObjectDataBase::SUBINDEX_DATA_T;
+    enum class PdoDirection { Receive, Transmit };
+
+    /// Numbers of PDOs that the file says its device has.
+    struct PromisedPdos {
+        quint32 receive = 0;
+        quint32 transmit = 0;
+    };
+
+    void addCompactMembers(const CANopen::CANopenIndex &record);
+    SubData makeSubIndex(const CANopenSubindex &record);
+    static void applyLimits(const CANopenSubindex &record, SubData &data);
+    /// Strings and domains need a place and a size of their own.
+    void applyStorage(const CANopenSubindex &record, SubData &data);
+    QString makeVarName(quint16 index, quint8 sub);
+    void flush();
+
+    // --- What stands outside of the objects (edsimporter_device.cpp) ---
+
+    PromisedPdos importFileDeviceInfo(const EdsReader &file);
+    void importComments(const EdsReader &file);
+    /// Makes objects on the lowest free numbers until there are \a promised of them.
+    void createMissingPdos(PdoDirection direction, quint32 promised);
+    void createDefaultRpdo(quint8 line, quint16 index);
+    void createDefaultTpdo(quint8 line, quint16 index);
+    void createDefaultMapping(quint8 line, quint16 index);
+    void addDefaultParameter(quint8 line, quint16 index, const QString &name, quint8 lastSub);
+    void addDefaultSub(quint8 line, quint16 index, quint8 sub, SubData data);
+
+    QList<ObjectDataBase::SubEntry> collected; ///< not yet in the store
+    /// The object whose subindices are being read.
+    ObjectDataBase::INDEX_DATA_T currentObject;
+    QHash<QString, quint32> varNameOwners; ///< index and subindex that a name was given to
+};

@@ -1,0 +1,239 @@
+// What a device description holds outside of its objects: device information, comments, and the
+// number of PDOs.
+#include "import/edsimporter.h"
+#include "support/cohelper.h"
+#include "support/edsvalues.h"
+
+#include <QSet>
+
+namespace
+{
+
+struct InfoKey {
+    const char *name; ///< in the spelling of the settings
+    bool isNumber;    ///< a comment may stand behind it
+};
+
+constexpr InfoKey kFileInfo[] = {
+    {"FileVersion", false},
+    {"FileRevision", false},
+    {"CreatedBy", false},
+    {"ModifiedBy", false},
+};
+
+// Deliberate: "Dummy004" for the fourth, so that Dummy0004 of a file is not taken
+// (tst_EdsImporter::deviceInformation).
+constexpr InfoKey kDummyUsage[] = {
+    {"Dummy0001", true}, {"Dummy0002", true}, {"Dummy0003", true}, {"Dummy004", true},
+    {"Dummy0005", true}, {"Dummy0006", true}, {"Dummy0007", true},
+};
+
+constexpr InfoKey kDeviceInfo[] = {
+    {"VendorName", false},  {"ProductName", false}, {"OrderCode", false},   {"LSS_Supported", true},
+    {"BaudRate_10", true},  {"BaudRate_20", true},  {"BaudRate_50", true},  {"BaudRate_125", true},
+    {"BaudRate_250", true}, {"BaudRate_500", true}, {"BaudRate_800", true}, {"BaudRate_1000", true},
+    {"NrOfRXPDO", true},    {"NrOfTXPDO", true},
+};
+
+/// The entries of a section that stand in \a keys, under the spelling of the table.
+template <size_t Count>
+void readInfo(const EdsReader &file, const char *sectionName, const InfoKey (&keys)[Count],
+              QMap<QString, QString> &result)
+{
+    const EdsSection *section = file.section(QLatin1String(sectionName));
+    if (!section)
+        return;
+    for (const EdsEntry &entry : section->entries) {
+        for (const InfoKey &key : keys) {
+            if (entry.key.compare(QLatin1String(key.name), Qt::CaseInsensitive) == 0)
+                result.insert(QLatin1String(key.name),
+                              key.isNumber ? EdsValues::withoutComment(entry.value) : entry.value);
+        }
+    }
+}
+
+/// The communication and mapping objects of one direction (CiA 301, 7.5.2.35 to 7.5.2.38).
+struct PdoRange {
+    quint16 parameter;
+    quint16 mapping;
+};
+
+constexpr PdoRange kReceivePdos = {0x1400, 0x1600};
+constexpr PdoRange kTransmitPdos = {0x1800, 0x1A00};
+constexpr quint32 kMaxPdos = 512;
+
+/// Free places of a range of objects, the lowest ones first; those that \a preferred names come
+/// before all others.
+QList<quint16> freePlaces(const QList<quint16> &taken, const QList<quint16> &preferred)
+{
+    const QSet<quint16> takenPlaces(taken.begin(), taken.end());
+    QSet<quint16> offered = takenPlaces;
+    QList<quint16> places;
+    const auto offer = [&](quint16 place) {
+        if (!offered.contains(place))
+            places.append(place);
+        offered.insert(place);
+    };
+    for (const quint16 place : preferred)
+        offer(place);
+    for (quint16 place = 0; place < kMaxPdos; ++place)
+        offer(place);
+    return places;
+}
+
+} // namespace
+
+EDSImporter::PromisedPdos EDSImporter::importFileDeviceInfo(const EdsReader &file)
+{
+    QMap<QString, QString> values;
+    readInfo(file, "FileInfo", kFileInfo, values);
+    readInfo(file, "DummyUsage", kDummyUsage, values);
+    readInfo(file, "DeviceInfo", kDeviceInfo, values);
+    for (auto value = values.constBegin(); value != values.constEnd(); ++value)
+        (void)database->setDescriptionSettingsValue(value.key(), value.value()); // logged there
+    importComments(file);
+
+    PromisedPdos promised;
+    (void)EdsValues::readNumber(values.value(QStringLiteral("NrOfRXPDO")),
+                                promised.receive); // or 0
+    (void)EdsValues::readNumber(values.value(QStringLiteral("NrOfTXPDO")),
+                                promised.transmit); // or 0
+    return promised;
+}
+
+void EDSImporter::importComments(const EdsReader &file)
+{
+    const EdsSection *section = file.section(QStringLiteral("Comments"));
+    if (!section)
+        return;
+    quint32 count = 0;
+    bool hasCount = false;
+    QMap<quint32, QString> lines;
+    for (const EdsEntry &entry : section->entries) {
+        quint32 number = 0;
+        if (entry.key.compare(QLatin1String("Lines"), Qt::CaseInsensitive) == 0)
+            hasCount = EdsValues::readNumber(entry.value, count);
+        else if (entry.key.startsWith(QLatin1String("Line"), Qt::CaseInsensitive) &&
+                 EdsValues::readNumber(entry.key.mid(4), number))
+            lines.insert(number, entry.value);
+        else
+            file.note(entry.line, QStringLiteral("the line is no line of the comment"));
+    }
+    QStringList comment;
+    for (auto line = lines.constBegin(); line != lines.constEnd(); ++line) {
+        if (line.key() > 0 && (!hasCount || line.key() <= count))
+            comment.append(line.value());
+    }
+    (void)database->setDescriptionSettingsValue(QStringLiteral("Comment"),
+                                                comment.join(QLatin1Char('\n'))); // logged there
+}
+
+void EDSImporter::createMissingPdos(PdoDirection direction, quint32 promised)
+{
+    const PdoRange range = direction == PdoDirection::Receive ? kReceivePdos : kTransmitPdos;
+    const auto placesFrom = [this](quint16 first) {
+        QList<quint16> places;
+        for (const quint16 index : database->getIndices(activeLine, first, first + kMaxPdos - 1))
+            places.append(index - first);
+        return places;
+    };
+    const auto createFrom = [&](quint16 first, const QList<quint16> &preferred,
+                                void (EDSImporter::*create)(quint8, quint16)) {
+        const QList<quint16> taken = placesFrom(first);
+        int missing = static_cast<int>(qMin(promised, kMaxPdos)) - taken.size();
+        for (const quint16 place : freePlaces(taken, preferred)) {
+            if (missing <= 0)
+                return;
+            if (isInRange(first + place)) {
+                (this->*create)(activeLine, first + place);
+                --missing;
+            }
+        }
+    };
+    createFrom(range.parameter, {},
+               direction == PdoDirection::Receive ? &EDSImporter::createDefaultRpdo
+                                                  : &EDSImporter::createDefaultTpdo);
+    // A mapping belongs to the communication parameter of the same number.
+    createFrom(range.mapping, placesFrom(range.parameter), &EDSImporter::createDefaultMapping);
+}
+
+void EDSImporter::createDefaultRpdo(quint8 line, quint16 index)
+{
+    const int number = index - kReceivePdos.parameter + 1;
+    addDefaultParameter(line, index, QStringLiteral("Receive PDO parameter %1").arg(number), 2);
+}
+
+void EDSImporter::createDefaultTpdo(quint8 line, quint16 index)
+{
+    const int number = index - kTransmitPdos.parameter + 1;
+    addDefaultParameter(line, index, QStringLiteral("Transmit PDO parameter %1").arg(number), 5);
+
+    SubData time;
+    time.dataType = 6;
+    time.accessType = QStringLiteral("rw");
+    time.defaultValue = time.currentValue = QStringLiteral("0");
+    time.name = QStringLiteral("Inhibit Time");
+    addDefaultSub(line, index, 3, time);
+    time.name = QStringLiteral("Event Timer");
+    addDefaultSub(line, index, 5, time);
+}
+
+/// The object and the subindices 0 to 2, which both directions have.
+void EDSImporter::addDefaultParameter(quint8 line, quint16 index, const QString &name,
+                                      quint8 lastSub)
+{
+    ObjectDataBase::INDEX_DATA_T object;
+    object.objectCode = CANopen::ObjectCode::Record;
+    object.name = name;
+    (void)database->addIndex(line, index, object); // the store logs a failure
+
+    SubData count;
+    count.name = QStringLiteral("Number of Entries");
+    count.defaultValue = count.currentValue = count.upLimit = QString::number(lastSub);
+    addDefaultSub(line, index, 0, count);
+
+    SubData cobId;
+    cobId.name = QStringLiteral("COB-ID");
+    cobId.dataType = 7;
+    cobId.accessType = QStringLiteral("rw");
+    cobId.defaultValue = QStringLiteral("0x80000000"); // the PDO does not exist yet
+    addDefaultSub(line, index, 1, cobId);
+
+    SubData transmission;
+    transmission.name = QStringLiteral("Transmission Type");
+    transmission.accessType = QStringLiteral("rw");
+    transmission.defaultValue = transmission.currentValue = QStringLiteral("0xFF");
+    addDefaultSub(line, index, 2, transmission);
+}
+
+void EDSImporter::createDefaultMapping(quint8 line, quint16 index)
+{
+    ObjectDataBase::INDEX_DATA_T object;
+    object.objectCode = CANopen::ObjectCode::Record;
+    object.name = QStringLiteral("Mapping Parameter");
+    (void)database->addIndex(line, index, object); // the store logs a failure
+
+    SubData count;
+    count.name = QStringLiteral("Number of Entries");
+    count.accessType = QStringLiteral("rw");
+    count.defaultValue = count.currentValue = count.upLimit = QStringLiteral("8");
+    addDefaultSub(line, index, 0, count);
+
+    for (quint8 sub = 1; sub <= 8; ++sub) {
+        SubData entry;
+        entry.name = QStringLiteral("Mappping Entry %1").arg(sub); // so spelled in all projects
+        entry.dataType = 7;
+        entry.accessType = QStringLiteral("rw");
+        entry.defaultValue = QStringLiteral("0x00000000");
+        addDefaultSub(line, index, sub, entry);
+    }
+}
+
+/// Adds a subindex; an upper limit that was not set becomes that of the type.
+void EDSImporter::addDefaultSub(quint8 line, quint16 index, quint8 sub, SubData data)
+{
+    if (data.upLimit == SubData().upLimit)
+        COHelper::getDefaultLimits(static_cast<CAN::CANopenDataType>(data.dataType), data.lowLimit,
+                                   data.upLimit);
+    (void)database->addSubIndex(line, index, sub, data); // the store logs a failure
+}

@@ -1,0 +1,363 @@
+// The INI dialect of QSettings.
+#include "store/initext.h"
+
+namespace
+{
+
+constexpr int kFlushBytes = 1 << 20;
+constexpr QLatin1String kByteArrayStart("@ByteArray(");
+constexpr QLatin1String kStringStart("@String("); // of texts that hold a zero character
+
+bool isBlank(char ch)
+{
+    return ch == ' ' || ch == '\t' || ch == '\n' || ch == '\r' || ch == '\f' || ch == '\v';
+}
+
+int hexDigit(char ch)
+{
+    if (ch >= '0' && ch <= '9')
+        return ch - '0';
+    if (ch >= 'a' && ch <= 'f')
+        return ch - 'a' + 10;
+    if (ch >= 'A' && ch <= 'F')
+        return ch - 'A' + 10;
+    return -1;
+}
+
+/// A stretch of the file.
+struct Span {
+    const char *begin;
+    const char *end;
+
+    int size() const { return int(end - begin); }
+    Span trimmed() const
+    {
+        Span result = *this;
+        while (result.begin < result.end && isBlank(*result.begin))
+            ++result.begin;
+        while (result.end > result.begin && isBlank(result.end[-1]))
+            --result.end;
+        return result;
+    }
+};
+
+/// One logical line and the place of its first "=" outside quotes, null if it has none.
+struct Line {
+    Span text;
+    const char *equals;
+};
+
+/// Behind a backslash at \a at: past the escaped character, and past both characters of a line end.
+const char *skipEscaped(const char *at, const char *end)
+{
+    if (at == end)
+        return at;
+    const char first = *at++;
+    const bool pair =
+        at < end && ((first == '\n' && *at == '\r') || (first == '\r' && *at == '\n'));
+    return pair ? at + 1 : at;
+}
+
+/// Takes the next line from \a rest. Quotes and a backslash at its end carry a line on; a semicolon
+/// outside quotes ends it.
+Line nextLine(Span *rest)
+{
+    while (rest->begin < rest->end && isBlank(*rest->begin))
+        ++rest->begin;
+    Line line{{rest->begin, rest->begin}, nullptr};
+    bool inQuotes = false;
+    const char *at = rest->begin;
+    const auto toLineEnd = [rest](const char *from) {
+        while (from < rest->end && *from != '\n' && *from != '\r')
+            ++from;
+        return from;
+    };
+    for (; at < rest->end; ++at) {
+        const char ch = *at;
+        if (ch == '"') {
+            inQuotes = !inQuotes;
+        } else if (ch == '\\') {
+            at = skipEscaped(at + 1, rest->end) - 1;
+        } else if (!inQuotes && ch == '=' && !line.equals) {
+            line.equals = at;
+        } else if (!inQuotes && (ch == '\n' || ch == '\r' || ch == ';')) {
+            break;
+        }
+    }
+    line.text.end = at;
+    rest->begin = at < rest->end && *at == ';' ? toLineEnd(at) : at;
+    return line;
+}
+
+QString unescapedKey(Span span)
+{
+    QString key;
+    key.reserve(span.size());
+    for (const char *at = span.begin; at < span.end; ++at) {
+        if (*at == '\\') {
+            key += QLatin1Char('/');
+            continue;
+        }
+        if (*at != '%' || at + 1 == span.end) {
+            key += QLatin1Char(*at);
+            continue;
+        }
+        const bool wide = at[1] == 'U';
+        const char *digits = at + (wide ? 2 : 1);
+        const int count = wide ? 4 : 2;
+        bool ok = false;
+        const int code = span.end - digits >= count ? QByteArray(digits, count).toInt(&ok, 16) : 0;
+        if (ok) {
+            key += QChar(static_cast<ushort>(code));
+            at = digits + count - 1;
+        } else {
+            key += QLatin1Char('%');
+        }
+    }
+    return key;
+}
+
+/// Reads one escape; \a at stands behind the backslash and is moved past it.
+void appendEscaped(QString *text, const char *&at, const char *end)
+{
+    static const char letters[] = "abfnrtv\"?'\\";
+    static const char meanings[] = "\a\b\f\n\r\t\v\"?'\\";
+    if (at == end)
+        return;
+    if (const char *letter = *at ? strchr(letters, *at) : nullptr) {
+        *text += QLatin1Char(meanings[letter - letters]);
+        ++at;
+        return;
+    }
+    const bool hex = *at == 'x';
+    if (!hex && (*at < '0' || *at > '7')) {
+        at = skipEscaped(at, end); // a line end, or an escape without meaning
+        return;
+    }
+    uint code = 0;
+    for (at += hex; at < end; ++at) {
+        const int digit = hexDigit(*at);
+        if (digit < 0 || (!hex && digit > 7))
+            break;
+        code = code * (hex ? 16 : 8) + uint(digit);
+    }
+    *text += QChar(static_cast<ushort>(code));
+}
+
+QStringList unescapedTexts(Span span)
+{
+    QStringList texts;
+    QString text;
+    bool inQuotes = false;
+    int kept = 0; // blanks behind this length belong to the layout of the line, not to the text
+    const auto finishText = [&]() {
+        while (text.size() > kept &&
+               (text.endsWith(QLatin1Char(' ')) || text.endsWith(QLatin1Char('\t'))))
+            text.chop(1);
+        texts << text;
+        text.clear();
+        kept = 0;
+    };
+    const char *at = span.begin;
+    const auto skipBlanks = [&]() {
+        while (at < span.end && (*at == ' ' || *at == '\t'))
+            ++at;
+    };
+    while (at < span.end) {
+        const char ch = *at;
+        if (ch == '\\') {
+            appendEscaped(&text, ++at, span.end);
+            kept = text.size();
+        } else if (ch == '"') {
+            inQuotes = !inQuotes;
+            ++at;
+            if (!inQuotes) {
+                kept = text.size();
+                skipBlanks();
+            }
+        } else if (ch == ',' && !inQuotes) {
+            finishText();
+            ++at;
+            skipBlanks();
+        } else {
+            const char *run = at;
+            while (at < span.end && *at != '\\' && *at != '"' && (*at != ',' || inQuotes))
+                ++at;
+            text += QString::fromUtf8(run, int(at - run));
+        }
+    }
+    finishText();
+    return texts;
+}
+
+QVariant valueOf(Span span)
+{
+    const QStringList texts = unescapedTexts(span.trimmed());
+    if (texts.size() > 1)
+        return texts;
+    const QString &text = texts.first();
+    if (text.startsWith(QLatin1String("@@")))
+        return text.mid(1);
+    const auto inner = [&text](QLatin1String start) {
+        return text.mid(start.size(), text.size() - start.size() - 1);
+    };
+    if (text.endsWith(QLatin1Char(')')) && text.startsWith(kByteArrayStart))
+        return inner(kByteArrayStart).toLatin1();
+    if (text.endsWith(QLatin1Char(')')) && text.startsWith(kStringStart))
+        return inner(kStringStart);
+    return text;
+}
+
+QByteArray hex(uint code)
+{
+    return QByteArray::number(code, 16);
+}
+
+QByteArray escapedKey(const QString &key)
+{
+    QByteArray result;
+    for (const QChar ch : key) {
+        const ushort code = ch.unicode();
+        if (code == '/')
+            result += '\\';
+        else if (code < 0x80 && (isalnum(code) || code == '_' || code == '-' || code == '.'))
+            result += char(code);
+        else
+            result += (code <= 0xFF ? "%" + hex(code).rightJustified(2, '0').toUpper()
+                                    : "%U" + hex(code).rightJustified(4, '0').toUpper());
+    }
+    return result;
+}
+
+/// The escape of a control character or quote, or an empty text for all others.
+QByteArray escapeOf(ushort code)
+{
+    switch (code) {
+    case '\0':
+        return "\\0";
+    case '\a':
+        return "\\a";
+    case '\b':
+        return "\\b";
+    case '\f':
+        return "\\f";
+    case '\n':
+        return "\\n";
+    case '\r':
+        return "\\r";
+    case '\t':
+        return "\\t";
+    case '\v':
+        return "\\v";
+    case '"':
+        return "\\\"";
+    case '\\':
+        return "\\\\";
+    default:
+        return code <= 0x1F ? "\\x" + hex(code) : QByteArray();
+    }
+}
+
+/// \a text as a value. Characters above ASCII stand as UTF-8, or are escaped in the form of byte
+/// arrays, whose characters are bytes.
+QByteArray escapedText(const QString &text, bool asBytes)
+{
+    QByteArray result;
+    result.reserve(text.size() + 2);
+    bool needsQuotes = false;
+    bool afterNumber = false; // a hexadecimal digit here would be read as part of the escape
+    int copied = 0;
+    const auto copyUpTo = [&](int position) {
+        if (position > copied)
+            result += text.midRef(copied, position - copied).toUtf8();
+        copied = position + 1;
+    };
+    for (int i = 0; i < text.size(); ++i) {
+        const ushort code = text.at(i).unicode();
+        needsQuotes = needsQuotes || code == ';' || code == ',' || code == '=';
+        QByteArray escape = escapeOf(code);
+        const bool isDigit = code < 0x80 && hexDigit(char(code)) >= 0;
+        if ((asBytes && code >= 0x7F) || (afterNumber && isDigit))
+            escape = "\\x" + hex(code);
+        afterNumber = escape.startsWith("\\x") || escape == "\\0";
+        if (!escape.isEmpty()) {
+            copyUpTo(i);
+            result += escape;
+        }
+    }
+    copyUpTo(text.size());
+    if (needsQuotes || result.startsWith(' ') || result.endsWith(' '))
+        return '"' + result + '"';
+    return result;
+}
+
+} // namespace
+
+bool IniText::read(const QByteArray &data, Sections *sections)
+{
+    bool sound = true;
+    Span rest{data.constBegin(), data.constEnd()};
+    if (data.startsWith("\xEF\xBB\xBF"))
+        rest.begin += 3;
+    QVector<Entry> *current = nullptr;
+    while (rest.begin < rest.end) {
+        const Line line = nextLine(&rest);
+        const Span text = line.text.trimmed();
+        if (text.size() == 0)
+            continue;
+        if (*text.begin == '[') {
+            const char *close = std::find(text.begin, text.end, ']');
+            sound = sound && close != text.end;
+            const Span name = Span{text.begin + 1, close}.trimmed();
+            current = &(*sections)[unescapedKey(name)];
+        } else if (line.equals && current) {
+            const Span key = Span{text.begin, line.equals}.trimmed();
+            current->append({unescapedKey(key), valueOf({line.equals + 1, line.text.end})});
+        } else {
+            sound = false;
+        }
+    }
+    return sound;
+}
+
+void IniText::Writer::section(const QString &name)
+{
+    if (!empty)
+        buffer += '\n';
+    empty = false;
+    buffer += '[' + escapedKey(name) + "]\n";
+}
+
+void IniText::Writer::value(const QString &key, const QString &text)
+{
+    buffer += escapedKey(key) + '=';
+    if (text.contains(QChar::Null))
+        buffer += escapedText(kStringStart + text + QLatin1Char(')'), false);
+    else if (text.startsWith(QLatin1Char('@')))
+        buffer += escapedText(QLatin1Char('@') + text, false);
+    else
+        buffer += escapedText(text, false);
+    buffer += '\n';
+    flushIfLarge();
+}
+
+void IniText::Writer::value(const QString &key, const QByteArray &bytes)
+{
+    const QString text =
+        kByteArrayStart + QString::fromLatin1(bytes.constData(), bytes.size()) + QLatin1Char(')');
+    buffer += escapedKey(key) + '=' + escapedText(text, true) + '\n';
+    flushIfLarge();
+}
+
+void IniText::Writer::flushIfLarge()
+{
+    if (buffer.size() >= kFlushBytes)
+        finish();
+}
+
+bool IniText::Writer::finish()
+{
+    failed = failed || device->write(buffer) != buffer.size();
+    buffer.clear();
+    return !failed;
+}

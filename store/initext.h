@@ -1,0 +1,51 @@
+// The INI dialect of QSettings, read and written here because a text project holds a cell a line:
+// QSettings keeps them all in sorted maps, and takes seconds for what a scan does at once. It would
+// also run Qt's deserialisation over whatever a file holds.
+#pragma once
+
+#include <QByteArray>
+#include <QIODevice>
+#include <QMap>
+#include <QString>
+#include <QVariant>
+#include <QVector>
+
+namespace IniText
+{
+
+/// One value with its key, in which "/" parts the groups below the section.
+struct Entry {
+    QString key;
+    QVariant value; ///< a text, a list of texts, or a byte array
+};
+
+/// Entries in the order of the file by section; a section that stands twice is one.
+using Sections = QMap<QString, QVector<Entry>>;
+
+/// False if \a data holds lines that are neither section, key, comment nor blank; all other lines
+/// are in \a sections all the same.
+bool read(const QByteArray &data, Sections *sections);
+
+/// Writes a file section by section. Texts are UTF-8.
+class Writer
+{
+public:
+    explicit Writer(QIODevice *target) : device(target) {}
+
+    void section(const QString &name);
+    void value(const QString &key, const QString &text);
+    void value(const QString &key, const QByteArray &bytes);
+
+    /// False if anything could not be written.
+    bool finish();
+
+private:
+    void flushIfLarge();
+
+    QIODevice *device;
+    QByteArray buffer;
+    bool failed = false;
+    bool empty = true;
+};
+
+} // namespace IniText

@@ -1,0 +1,166 @@
+// Reading of device descriptions: bytes to text, text to lines, lines to sections.
+#include "support/edsreader.h"
+
+#include "support/logging.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTextCodec>
+
+namespace
+{
+
+constexpr qint64 kMaxFileBytes = 256 * 1024 * 1024;
+
+QString normalizedName(const QString &name)
+{
+    QString result;
+    result.reserve(name.size());
+    for (const QChar character : name) {
+        if (!character.isSpace())
+            result += character.toLower();
+    }
+    return result;
+}
+
+} // namespace
+
+bool EdsReader::read(const QString &fileName)
+{
+    parse(QByteArray(), fileName);
+    QFile source(fileName);
+    // A device file or a pipe could deliver bytes without an end.
+    if (!QFileInfo(fileName).isFile() || !source.open(QIODevice::ReadOnly) ||
+        source.size() > kMaxFileBytes)
+        return false;
+    parse(source.readAll(), fileName);
+    return true;
+}
+
+void EdsReader::parse(const QByteArray &bytes, const QString &origin)
+{
+    file = origin;
+    allSections.clear();
+    lastByName.clear();
+    block = Block();
+    lineNumber = 0;
+    lastWasBlank = true;
+
+    const QString text = decode(bytes);
+    int start = 0;
+    while (start < text.size()) {
+        int end = start;
+        while (end < text.size() && text[end] != QLatin1Char('\n') &&
+               text[end] != QLatin1Char('\r'))
+            ++end;
+        ++lineNumber;
+        readLine(text.midRef(start, end - start));
+        const bool isCrLf = text.midRef(end, 2) == QLatin1String("\r\n");
+        start = end + (isCrLf ? 2 : 1);
+    }
+    closeBlock();
+}
+
+const EdsSection *EdsReader::section(const QString &name) const
+{
+    const auto found = lastByName.constFind(normalizedName(name));
+    return found == lastByName.constEnd() ? nullptr : &allSections[*found];
+}
+
+void EdsReader::note(int line, const QString &text) const
+{
+    qCDebug(lcImport).noquote().nospace() << file << ':' << line << ": " << text;
+}
+
+QString EdsReader::decode(const QByteArray &bytes)
+{
+    QTextCodec *codec = QTextCodec::codecForUtfText(bytes, QTextCodec::codecForName("UTF-8"));
+    QTextCodec::ConverterState state;
+    QString text = codec->toUnicode(bytes.constData(), bytes.size(), &state);
+    if (state.invalidChars > 0 || state.remainingChars > 0) {
+        codec = QTextCodec::codecForName("Windows-1252");
+        text = codec ? codec->toUnicode(bytes) : QString::fromLatin1(bytes);
+    }
+    for (QChar &character : text) {
+        if (character.unicode() < 0x20 && character != QLatin1Char('\n') &&
+            character != QLatin1Char('\r'))
+            character = QLatin1Char(' ');
+    }
+    return text;
+}
+
+void EdsReader::readLine(const QStringRef &raw)
+{
+    const QStringRef text = raw.trimmed();
+    if (text.isEmpty()) {
+        // A block that follows the lines of a section ends here; one behind a blank line goes on.
+        if (!block.isBehindBlank)
+            closeBlock();
+        lastWasBlank = true;
+        return;
+    }
+    if (text.startsWith(QLatin1String(";;"))) {
+        readComment(raw.mid(raw.indexOf(QLatin1Char(';')) + 2));
+    } else if (text[0] == QLatin1Char('[')) {
+        readSectionHead(text);
+        lastWasBlank = false;
+    } else if (text[0] != QLatin1Char(';') && text[0] != QLatin1Char('#')) {
+        readEntry(text);
+        lastWasBlank = false;
+    }
+}
+
+void EdsReader::readSectionHead(const QStringRef &text)
+{
+    if (!block.isBehindBlank)
+        closeBlock();
+    const int end = text.indexOf(QLatin1Char(']'));
+    if (end < 0)
+        note(lineNumber, QStringLiteral("the section's head has no closing bracket"));
+    else if (end + 1 < text.size())
+        note(lineNumber, QStringLiteral("text behind the section's head is passed over"));
+
+    EdsSection section;
+    section.name = normalizedName(text.mid(1, end < 0 ? -1 : end - 1).toString());
+    section.line = lineNumber;
+    lastByName.insert(section.name, allSections.size());
+    allSections.append(section);
+    closeBlock();
+}
+
+void EdsReader::readEntry(const QStringRef &text)
+{
+    closeBlock();
+    const int split = text.indexOf(QLatin1Char('='));
+    const QStringRef key = text.left(qMax(split, 0)).trimmed();
+    if (key.isEmpty() || allSections.isEmpty()) {
+        note(lineNumber, QStringLiteral("the line is no section, key or comment of a section"));
+        return;
+    }
+    allSections.last().entries.append(
+        {key.toString(), text.mid(split + 1).trimmed().toString(), lineNumber});
+}
+
+void EdsReader::readComment(const QStringRef &text)
+{
+    if (block.isOpen) {
+        block.text += QLatin1Char('\n');
+    } else {
+        block.isOpen = true;
+        block.isBehindBlank = lastWasBlank;
+    }
+    block.text += text;
+}
+
+/// Gives the open block to the section that was begun last. A block at the file's start stays open
+/// until there is one.
+void EdsReader::closeBlock()
+{
+    if (!block.isOpen || allSections.isEmpty())
+        return;
+    QString &comment = allSections.last().comment;
+    if (!comment.isEmpty())
+        comment += QLatin1Char('\n');
+    comment += block.text;
+    block = Block();
+}

@@ -1,0 +1,71 @@
+// Reader of the INI-like text of device descriptions (CiA 306), tolerant of what files in the field
+// hold. It knows sections, keys and comments; what they mean is the parser's concern.
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QVector>
+
+/// A line "key=value", blanks around both cut.
+struct EdsEntry {
+    QString key;
+    QString value;
+    int line = 0; ///< from 1
+};
+
+/// A section with its lines in the order of the file.
+struct EdsSection {
+    QString name; ///< as between the brackets, in lower case and without any blanks
+    int line = 0; ///< of the section's head, from 1
+    QVector<EdsEntry> entries;
+    QString comment; ///< lines of its ";;" blocks without these two characters, "\n" between them
+};
+
+/// Holds the sections of one file. Used by one thread at a time.
+class EdsReader
+{
+public:
+    /// False if the file cannot be opened, is no regular file, or is larger than 256 MiB; the
+    /// reader is empty then.
+    bool read(const QString &file);
+
+    /// The same from bytes; \a origin stands for the file name in the log.
+    void parse(const QByteArray &bytes, const QString &origin);
+
+    /// In the order of the file; a repeated section stands here each time.
+    const QVector<EdsSection> &sections() const { return allSections; }
+
+    /// The last section of that name, in any case and with any blanks; null if there is none.
+    const EdsSection *section(const QString &name) const;
+
+    /// The file or origin that was read last.
+    const QString &fileName() const { return file; }
+
+    /// Writes a line to the import log that names file and line of an oddity.
+    void note(int line, const QString &text) const;
+
+    /// Text of bytes that are UTF-8, UTF-16 with byte order mark, or else Windows-1252; without the
+    /// mark, and with blanks in place of control characters.
+    static QString decode(const QByteArray &bytes);
+
+private:
+    /// A ";;" block that is still to be given to a section.
+    struct Block {
+        QString text;
+        bool isOpen = false;
+        bool isBehindBlank = false;
+    };
+
+    void readLine(const QStringRef &raw);
+    void readSectionHead(const QStringRef &text);
+    void readEntry(const QStringRef &text);
+    void readComment(const QStringRef &text);
+    void closeBlock();
+
+    QString file;
+    QVector<EdsSection> allSections;
+    QHash<QString, int> lastByName;
+    Block block;
+    int lineNumber = 0;
+    bool lastWasBlank = true;
+};

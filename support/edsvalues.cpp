@@ -1,0 +1,124 @@
+// Forms of values in device descriptions.
+#include "support/edsvalues.h"
+
+#include "support/cohelper.h"
+
+namespace
+{
+
+enum class Class { Text, Integer, OtherNumber };
+
+Class classOf(quint16 dataType)
+{
+    const auto type = static_cast<CAN::CANopenDataType>(dataType);
+    if (COHelper::getDataLengthBits(type) == 0)
+        return Class::Text;
+    switch (type) {
+    case CAN::CANopenDataType::Real32:
+    case CAN::CANopenDataType::Real64:
+    case CAN::CANopenDataType::TimeOfDay:
+    case CAN::CANopenDataType::TimeDifference:
+        return Class::OtherNumber;
+    default:
+        return Class::Integer;
+    }
+}
+
+bool hasHexPrefix(const QString &text)
+{
+    return text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+}
+
+/// Hexadecimal digits that are no decimal number, such as "1A".
+bool isBareHex(const QString &text)
+{
+    bool hasLetter = false;
+    for (const QChar character : text) {
+        const ushort lower = character.toLower().unicode();
+        const bool isLetter = lower >= 'a' && lower <= 'f';
+        if (!isLetter && (lower < '0' || lower > '9'))
+            return false;
+        hasLetter = hasLetter || isLetter;
+    }
+    return hasLetter;
+}
+
+bool isNumber(const QString &text)
+{
+    bool ok = false;
+    text.toULongLong(&ok, hasHexPrefix(text) || isBareHex(text) ? 16 : 10);
+    return ok;
+}
+
+/// The sum of node-id and a number, or the node-id alone, in one form; other texts as they are.
+QString nodeIdSum(const QString &text)
+{
+    const QLatin1String nodeId("$NODEID");
+    QString sum = text.simplified();
+    sum.remove(QLatin1Char(' '));
+    if (sum.compare(nodeId, Qt::CaseInsensitive) == 0)
+        return nodeId;
+    QString number;
+    if (sum.startsWith(QLatin1String("$NODEID+"), Qt::CaseInsensitive))
+        number = sum.mid(nodeId.size() + 1);
+    else if (sum.endsWith(QLatin1String("+$NODEID"), Qt::CaseInsensitive))
+        number = sum.chopped(nodeId.size() + 1);
+    return isNumber(number) ? QString(nodeId) + QLatin1Char('+') + number : text;
+}
+
+/// A hexadecimal number of a signed type of \a bits in decimal; \a text if it does not fit, or if
+/// it is positive and \a positiveToo is not set.
+QString signedNumber(const QString &text, int bits, bool positiveToo)
+{
+    bool ok = false;
+    const quint64 number = text.toULongLong(&ok, 16);
+    const quint64 allBits = ~quint64(0) >> (64 - bits);
+    if (!ok || number > allBits)
+        return text;
+    if (number <= allBits >> 1)
+        return positiveToo ? QString::number(number) : text;
+    return QString::number(static_cast<qint64>(number | ~allBits));
+}
+
+QString normalizeNumber(const QString &text, quint16 dataType, bool positiveToo)
+{
+    QString value = EdsValues::withoutComment(text);
+    if (value.contains(QLatin1Char('$')))
+        return nodeIdSum(value);
+    if (classOf(dataType) != Class::Integer)
+        return value;
+    if (isBareHex(value))
+        value.prepend(QLatin1String("0x"));
+    const auto type = static_cast<CAN::CANopenDataType>(dataType);
+    if (hasHexPrefix(value) && COHelper::isSignedInteger(type))
+        return signedNumber(value, COHelper::getDataLengthBits(type), positiveToo);
+    return value;
+}
+
+} // namespace
+
+QString EdsValues::withoutComment(const QString &text)
+{
+    const int end = text.indexOf(QLatin1Char(';'));
+    return (end < 0 ? text : text.left(end)).trimmed();
+}
+
+bool EdsValues::readNumber(const QString &text, quint32 &number)
+{
+    const QString digits = withoutComment(text);
+    bool ok = false;
+    const quint32 read = digits.toUInt(&ok, hasHexPrefix(digits) || isBareHex(digits) ? 16 : 10);
+    if (ok)
+        number = read;
+    return ok;
+}
+
+QString EdsValues::normalize(const QString &text, quint16 dataType)
+{
+    return classOf(dataType) == Class::Text ? text : normalizeNumber(text, dataType, false);
+}
+
+QString EdsValues::normalizeLimit(const QString &text, quint16 dataType)
+{
+    return classOf(dataType) == Class::Text ? text : normalizeNumber(text, dataType, true);
+}
