@@ -1,0 +1,151 @@
+// The command line of the tool.
+#include "app/climainapp.h"
+
+#include "app/clioutputhandler.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+namespace
+{
+
+bool findOptionValue(const QStringList &list, const char *option, QString &value)
+{
+    const int position = list.indexOf(QLatin1String(option));
+    if (position < 0 || position + 1 >= list.size())
+        return false;
+    value = list.at(position + 1);
+    return true;
+}
+
+} // namespace
+
+CLIMainApp::CLIMainApp(const QStringList &argumentList, CLIOutputHandler *handler, QObject *parent)
+    : QObject(parent), arguments(argumentList), outputHandler(handler),
+      generatorMainHandler(new GeneratorMainHandler(handler, this))
+{
+    connect(generatorMainHandler, &GeneratorMainHandler::finished, this,
+            &CLIMainApp::generatorFinished);
+    fillArgumentHelpMap();
+    fillErrorStringMap();
+}
+
+void CLIMainApp::start()
+{
+    if (arguments.size() <= 1) {
+        printHelp();
+        return finishWith(ReturnCode::ParameterError);
+    }
+    if (arguments.contains(QLatin1String("-help"))) {
+        printHelp();
+        return finishWith(ReturnCode::NoError);
+    }
+    QString project;
+    if (!checkProjectFile(arguments, project)) {
+        outputHandler->printLine(QStringLiteral("Project not given."));
+        printHelp();
+        return finishWith(ReturnCode::NoProject);
+    }
+    QString importFile;
+    const bool hasImport = checkImportFile(arguments, importFile);
+    if (!generatorMainHandler->openProject(project))
+        return finishWith(ReturnCode::OpenProjectFailed);
+    if (hasImport && !generatorMainHandler->setImportFile(importFile)) {
+        outputHandler->printLine(QStringLiteral("Import failed."));
+        return finishWith(ReturnCode::ImportError);
+    }
+    QString modifierFile;
+    if (checkDbModifier(arguments, modifierFile))
+        (void)generatorMainHandler->applyDbModifier(modifierFile); // in-house use, never an error
+    generatorMainHandler->generateOutput(false);
+    // A failed check does not keep an import from being saved.
+    if (arguments.contains(QLatin1String("-save")) || arguments.contains(QLatin1String("-s")))
+        saveProject(project);
+}
+
+CLIMainApp::ReturnCode CLIMainApp::getReturnCode()
+{
+    if (returnCode != ReturnCode::NoError)
+        outputHandler->printLine(QStringLiteral("Error - %1").arg(errorStrings.value(returnCode)));
+    return returnCode;
+}
+
+void CLIMainApp::generatorFinished(GeneratorMainHandler::GeneratorResult result)
+{
+    switch (result) {
+    case GeneratorMainHandler::GeneratorResult::GenerationOk:
+        returnCode = ReturnCode::NoError;
+        break;
+    case GeneratorMainHandler::GeneratorResult::GenerationCheckFailed:
+        returnCode = ReturnCode::CheckError;
+        break;
+    case GeneratorMainHandler::GeneratorResult::GenerationOutputNotWritable:
+        returnCode = ReturnCode::OutputNotWritable;
+        break;
+    }
+    emit finished();
+}
+
+bool CLIMainApp::checkProjectFile(const QStringList &list, QString &value)
+{
+    return findOptionValue(list, "-project", value);
+}
+
+bool CLIMainApp::checkImportFile(const QStringList &list, QString &value)
+{
+    return findOptionValue(list, "-import", value);
+}
+
+bool CLIMainApp::checkDbModifier(const QStringList &list, QString &value)
+{
+    return findOptionValue(list, "-dbmod", value);
+}
+
+void CLIMainApp::printHelp()
+{
+    *outputHandler << QCoreApplication::applicationName() << QCoreApplication::applicationVersion();
+    outputHandler->printLine(QVariant());
+    for (auto entry = argumentHelp.cbegin(); entry != argumentHelp.cend(); ++entry)
+        outputHandler->printHelpValue(entry.key(), entry.value());
+}
+
+void CLIMainApp::fillArgumentHelpMap()
+{
+    const QString saveText =
+        tr("Saves the project file. Could be helpful in combination with import option.");
+    argumentHelp = {
+        {QStringLiteral("-dbmod"), tr("Apply a db modification. Only for internal use.")},
+        {QStringLiteral("-import"), tr("Sets an importfile. This argument is optional.")},
+        {QStringLiteral("-project"),
+         tr("Sets the project file to use. This argument is mandatory.")},
+        {QStringLiteral("-s"), saveText},
+        {QStringLiteral("-save"), saveText},
+    };
+}
+
+void CLIMainApp::fillErrorStringMap()
+{
+    errorStrings = {
+        {ReturnCode::NoError, tr("No error")},
+        {ReturnCode::NoProject, tr("No project specified.")},
+        {ReturnCode::OpenProjectFailed, tr("Open project failed.")},
+        {ReturnCode::ParameterError, tr("Parameter error.")},
+        {ReturnCode::ImportError, tr("Import error.")},
+        {ReturnCode::CheckError, tr("Check of model consistency returns error.")},
+        {ReturnCode::OutputNotWritable, tr("The output folder is not writeable")},
+    };
+}
+
+void CLIMainApp::finishWith(ReturnCode code)
+{
+    returnCode = code;
+    emit finished();
+}
+
+/// The report on standard output tells of the generated files only, so this goes to standard error.
+void CLIMainApp::saveProject(const QString &project)
+{
+    if (!generatorMainHandler->saveProject())
+        std::fprintf(stderr, "Could not save %s\n", qUtf8Printable(project));
+}

@@ -1,0 +1,63 @@
+// The command line: what the user asked for, and the exit code.
+#pragma once
+
+#include "app/generatormainhandler.h"
+
+#include <QMap>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+class CLIOutputHandler;
+
+/// Takes the argument list through one run of GeneratorMainHandler. All work happens in start(),
+/// which the event loop calls once.
+class CLIMainApp : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The process's exit codes.
+    enum class ReturnCode {
+        NoError = 0,
+        NoProject = 2,
+        OpenProjectFailed = 3,
+        ParameterError = 4,
+        ImportError = 5,
+        CheckError = 7,
+        OutputNotWritable = 8,
+    };
+
+    /// \a argumentList as QCoreApplication gives it, the program's path first.
+    CLIMainApp(const QStringList &argumentList, CLIOutputHandler *handler,
+               QObject *parent = nullptr);
+
+    /// Prints the text of a code other than NoError; called once, as the last act of the process.
+    ReturnCode getReturnCode();
+
+    /// The element behind the first "-project". False if there is none; then the value stays.
+    static bool checkProjectFile(const QStringList &list, QString &value);
+    static bool checkImportFile(const QStringList &list, QString &value);
+    static bool checkDbModifier(const QStringList &list, QString &value);
+
+public slots:
+    void start();
+    void generatorFinished(GeneratorMainHandler::GeneratorResult result);
+
+signals:
+    void finished();
+
+private:
+    void printHelp();
+    void fillArgumentHelpMap();
+    void fillErrorStringMap();
+    void finishWith(ReturnCode code);
+    void saveProject(const QString &project);
+
+    QStringList arguments;
+    CLIOutputHandler *outputHandler;
+    GeneratorMainHandler *generatorMainHandler;
+    QMap<QString, QString> argumentHelp;
+    QMap<ReturnCode, QString> errorStrings;
+    ReturnCode returnCode = ReturnCode::NoError;
+};

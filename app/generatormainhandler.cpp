@@ -1,0 +1,304 @@
+// The driver of a run.
+#include "app/generatormainhandler.h"
+
+#include "app/outputhandlerbase.h"
+#include "import/edsimporter.h"
+#include "store/databasemodifier.h"
+#include "store/objectdatabase.h"
+#include "store/projectconverter.h"
+#include "support/logging.h"
+#include "support/numbers.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+
+namespace
+{
+
+constexpr quint32 kAddressClaimed = 0xEE00; // SAE J1939-81
+constexpr quint8 kTransmitted = 0x55;
+
+/// The importer of a kind of file; the suffix is in lower case.
+struct ImporterRow {
+    const char *suffix;
+    std::unique_ptr<BaseDataImporter> (*create)();
+};
+
+template <typename Importer>
+std::unique_ptr<BaseDataImporter> make()
+{
+    return std::make_unique<Importer>();
+}
+
+constexpr ImporterRow kImporters[] = {
+    {"dcf", make<EDSImporter>},
+    {"eds", make<EDSImporter>},
+};
+
+std::unique_ptr<BaseDataImporter> createImporter(const QString &suffix)
+{
+    for (const ImporterRow &row : kImporters) {
+        if (suffix == QLatin1String(row.suffix))
+            return row.create();
+    }
+    return nullptr;
+}
+
+/// Folders are none, and neither are pipes and devices, which might never end.
+bool isReadableFile(const QString &path)
+{
+    const QFileInfo info(path);
+    return info.isFile() && info.isReadable();
+}
+
+/// \a text with its %1 and, where it has one, its %2.
+QString filled(const char *text, const QString &directory, const QString &name)
+{
+    const QString pattern = QLatin1String(text);
+    return pattern.contains(QLatin1String("%2")) ? pattern.arg(directory, name)
+                                                 : pattern.arg(directory);
+}
+
+} // namespace
+
+GeneratorMainHandler::GeneratorMainHandler(OutputHandlerBase *handler, QObject *parent)
+    : QObject(parent), database(new ObjectDataBase(this)), outputHandler(handler)
+{
+    database->createNewDataBase();
+    database->addNode(0, ObjectDataBase::NODE_DATA_T());
+}
+
+bool GeneratorMainHandler::openProject(const QString &filePath)
+{
+    if (!isReadableFile(filePath))
+        return false;
+    const QFileInfo info(filePath);
+    const QString path = info.isRelative() ? info.absoluteFilePath() : filePath;
+    if (path.endsWith(QLatin1String("tsrt")))
+        openTextBasedProject(path);
+    else if (!openSqlBasedProject(path))
+        return false;
+    correctProject();
+    outputDirectory = info.absolutePath();
+    projectName = info.completeBaseName();
+    projectPath = path;
+    database->setGeneralSettingsValue(QStringLiteral("new_init_structure"), QStringLiteral("1"));
+    return true;
+}
+
+void GeneratorMainHandler::openProject(QPointer<ObjectDataBase> store, const QString &directory,
+                                       const QString &name)
+{
+    if (database && database != store && database->parent() == this)
+        delete database;
+    database = store;
+    outputDirectory = directory;
+    projectName = name;
+}
+
+void GeneratorMainHandler::openTextBasedProject(const QString &filePath)
+{
+    (void)database->fromText(filePath); // rows that make no sense are passed over
+}
+
+bool GeneratorMainHandler::openSqlBasedProject(const QString &filePath)
+{
+    return database->openDataBase(filePath, true);
+}
+
+/// The same driver serves all tools of the family; the application's name tells which it is.
+void GeneratorMainHandler::correctProject()
+{
+    ProjectConverter converter;
+    converter.setDatabase(database);
+    converter.doGenericCorrection();
+    converter.doCANopenCorrection();
+    const QString tool = QCoreApplication::applicationName();
+    if (tool == QLatin1String("EnergyBus Morvane"))
+        converter.doEnergyBusCorrection();
+    else if (tool.contains(QLatin1String("J1939")))
+        converter.do1939Correction();
+    else if (tool.contains(QLatin1String("CAN Tessarine")))
+        converter.doMPCorrection();
+}
+
+bool GeneratorMainHandler::setImportFile(const QString &file)
+{
+    if (!isReadableFile(file))
+        return false;
+    const auto importer = createImporter(QFileInfo(file).suffix().toLower());
+    if (!importer)
+        return false;
+    importer->setActiveLine(0);
+    importer->setDatabase(database);
+    importer->setIndexRange(0x1000, 0xBFFF);
+    importer->setImportFileName(file);
+    importer->startImport();
+    importer->wait();
+    return true;
+}
+
+bool GeneratorMainHandler::applyDbModifier(const QString &file)
+{
+    DatabaseModifier modifier(database);
+    const bool isApplied = modifier.setModifierFile(file) && modifier.applyModifierFile();
+    if (!isApplied)
+        qCWarning(lcApp) << modifier.getLastError();
+    return isApplied;
+}
+
+bool GeneratorMainHandler::saveProject()
+{
+    return database && database->saveDataBase(QString());
+}
+
+void GeneratorMainHandler::generateOutput(bool ignoreCheckErrors)
+{
+    const ProjectFacts facts = readProjectFacts(*database);
+    dropDeclaredGroups(facts);
+    fillCaches(facts);
+    if (!checkModel(facts, ignoreCheckErrors)) {
+        emit finished(GeneratorResult::GenerationCheckFailed);
+        return;
+    }
+    if (!QFileInfo(outputDirectory).isWritable()) {
+        outputHandler->printLine(
+            QStringLiteral("ABORT - The output folder %1 is not writeable.").arg(outputDirectory));
+        emit finished(GeneratorResult::GenerationOutputNotWritable);
+        return;
+    }
+    generateFiles(facts);
+    QCoreApplication::processEvents();
+    database->clearAllCachedSubs();
+    outputHandler->printLine(QStringLiteral("Generation finished."));
+    emit finished(GeneratorResult::GenerationOk);
+}
+
+/// The generators declare the group of address claiming on their own.
+void GeneratorMainHandler::dropDeclaredGroups(const ProjectFacts &facts)
+{
+    for (const ProjectLine &line : facts.lines) {
+        if (line.choosesGenerators() && carriesJ1939(line.type))
+            (void)database->delPGN(line.number, kAddressClaimed, kTransmitted); // may not be there
+    }
+}
+
+void GeneratorMainHandler::fillCaches(const ProjectFacts &facts)
+{
+    for (const ProjectLine &line : facts.lines) {
+        database->cacheAllSubs(line.number, 0);
+        database->cacheAllSubNames(line.number, 0);
+    }
+    database->cacheStrings();
+}
+
+bool GeneratorMainHandler::checkModel(const ProjectFacts &facts, bool ignoreCheckErrors)
+{
+    outputHandler->printLine(QStringLiteral("\nCheck of model consistency started"));
+    quint32 errorCount = 0;
+    for (const ProjectLine &line : facts.lines)
+        errorCount += checkLine(line, facts.lines.size() > 1);
+
+    const QString log = outputDirectory + QStringLiteral("/__tsrerrorlog.txt");
+    writeCheckLog(log);
+    if (errorCount >= 1 && !ignoreCheckErrors) {
+        outputHandler->printLine(
+            QStringLiteral("ABORT - Check of model consistency finished: failed (%1 errors)")
+                .arg(errorCount));
+        return false;
+    }
+    QFile::copy(log, log + QStringLiteral(".bak"));
+    QFile::remove(log);
+    outputHandler->printLine(QStringLiteral("\nCheck of model consistency finished.\n"));
+    return true;
+}
+
+quint32 GeneratorMainHandler::checkLine(const ProjectLine &line, bool isOneOfSeveral)
+{
+    if (isOneOfSeveral) {
+        outputHandler->printLinePassTime(QVariant());
+        outputHandler->printLinePassTime(
+            QStringLiteral("<strong>________________________________________ Checking line %1 "
+                           "________________________________________</strong>")
+                .arg(line.number));
+    }
+    switch (line.type) {
+    case LineType::CANopen:
+    case LineType::J1939:
+    case LineType::RawCan:
+    case LineType::CANopenAndJ1939:
+        return 0;
+    }
+    outputHandler->printLine(
+        QStringLiteral("Warning line type not set for line %1.").arg(line.number));
+    return 0;
+}
+
+void GeneratorMainHandler::writeCheckLog(const QString &path)
+{
+    QFile log(path);
+    if (!log.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return; // the report stands on the console too
+    log.write(outputHandler->getLogging().toUtf8());
+}
+
+void GeneratorMainHandler::generateFiles(const ProjectFacts &facts)
+{
+    for (const GeneratorStep &step : generatorSteps()) {
+        const QList<quint8> lines = linesOfStep(step, facts);
+        for (const quint8 line : lines)
+            runStep(step, line, facts);
+    }
+    if (facts.isPureJ1939())
+        removeForeignFiles();
+}
+
+void GeneratorMainHandler::runStep(const GeneratorStep &step, quint8 line,
+                                   const ProjectFacts &facts)
+{
+    qCDebug(lcApp) << "step" << step.letter << "line" << line;
+    const auto generator = step.create(*database);
+    generator->generateML = step.takesMultiLine && facts.isMultiLine();
+    generator->setOutputDirectory(outputDirectory);
+    generator->setDataBase(database);
+    generator->setProjectName(projectName);
+    generator->setActiveLine(line);
+    if (!generator->checkWritability()) {
+        outputHandler->printLine(filled(step.notWritable, outputDirectory, projectName));
+        return;
+    }
+    connect(generator.get(), &AbstractGenerator::progress, this,
+            &GeneratorMainHandler::generatorProgress);
+    generator->startGeneration();
+    outputHandler->printLine(filled(step.started, outputDirectory, projectName));
+    generator->wait();
+    // Its last signal must reach generatorProgress() while the generator, its sender, lives.
+    QCoreApplication::processEvents();
+}
+
+/// A project that has become a pure J1939 one leaves no files that its stack would not compile.
+void GeneratorMainHandler::removeForeignFiles()
+{
+    static constexpr const char *kAdapterFiles[] = {"gen_j1939_adapter.c", "gen_j1939_adapter.cs",
+                                                    "j1939_adapter.cs", "j1939_adapter.c"};
+    const QString adapter = database->getJ1939SettingsValue(QStringLiteral("j1939adapter"));
+    if (Numbers::toIntDecimal(adapter) != 1) {
+        for (const char *file : kAdapterFiles)
+            QFile::remove(outputDirectory + QLatin1Char('/') + QLatin1String(file));
+    }
+    QFile::remove(outputDirectory + QStringLiteral("/gen_indication.h"));
+}
+
+void GeneratorMainHandler::generatorProgress(quint8 progress)
+{
+    if (progress != 100)
+        return;
+    const QString subject = sender() ? sender()->objectName() : QStringLiteral("output");
+    const auto *generator = qobject_cast<AbstractGenerator *>(sender());
+    if (generator && generator->getWasError())
+        outputHandler->printLine(QStringLiteral("<b>ERROR - Generation of %1 failed. %2</b>")
+                                     .arg(subject, generator->getLastErrorString()));
+    else
+        outputHandler->printLine(QStringLiteral("Generation of %1 completed.").arg(subject));
+}

@@ -1,0 +1,75 @@
+// The driver of a run: open, import, check, generate, save.
+#pragma once
+
+#include "app/generatorsteps.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+class ObjectDataBase;
+class OutputHandlerBase;
+
+/// Owns the project store for the run and reports through the output handler. Runs on the main
+/// thread; importers and generators work on threads of their own while it waits, one at a time.
+class GeneratorMainHandler : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class GeneratorResult {
+        GenerationOk = 0,
+        GenerationCheckFailed = 2,
+        GenerationOutputNotWritable = 3,
+    };
+    Q_ENUM(GeneratorResult)
+
+    /// \a handler stays the caller's. There is an empty project until one is opened.
+    explicit GeneratorMainHandler(OutputHandlerBase *handler, QObject *parent = nullptr);
+
+    /// Adopts a store that is open already; it stays the caller's.
+    void openProject(QPointer<ObjectDataBase> store, const QString &directory, const QString &name);
+
+    /// True if \a file exists and its suffix is known; what is in it makes no difference.
+    bool setImportFile(const QString &file);
+
+    bool applyDbModifier(const QString &file);
+
+    /// The whole run, from the check to the last file. Raises finished() before it returns.
+    void generateOutput(bool ignoreCheckErrors);
+
+    /// Saves in place.
+    bool saveProject();
+
+public slots:
+    /// Opens a database or, where the path ends in "tsrt", a text project. The output goes to the
+    /// file's folder. False if it is no file that can be read, or no project of this tool.
+    bool openProject(const QString &filePath);
+
+    /// Reports a generator's end, which is 100.
+    void generatorProgress(quint8 progress);
+
+signals:
+    void finished(GeneratorMainHandler::GeneratorResult result);
+
+private:
+    void openTextBasedProject(const QString &filePath);
+    bool openSqlBasedProject(const QString &filePath);
+    void correctProject();
+    void dropDeclaredGroups(const ProjectFacts &facts);
+    void fillCaches(const ProjectFacts &facts);
+    /// False if the check ends the run.
+    bool checkModel(const ProjectFacts &facts, bool ignoreCheckErrors);
+    /// Number of errors of the line.
+    quint32 checkLine(const ProjectLine &line, bool isOneOfSeveral);
+    void writeCheckLog(const QString &path);
+    void generateFiles(const ProjectFacts &facts);
+    void runStep(const GeneratorStep &step, quint8 line, const ProjectFacts &facts);
+    void removeForeignFiles();
+
+    QPointer<ObjectDataBase> database;
+    QString outputDirectory; ///< the folder of the project file
+    QString projectName;     ///< the project file's name without folder and last suffix
+    QString projectPath;
+    OutputHandlerBase *outputHandler;
+};

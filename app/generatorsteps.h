@@ -1,0 +1,83 @@
+// The generation phase as data: which generator runs for which project, in which order.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+#include "store/objectdatabase.h"
+
+#include <QList>
+#include <QVector>
+
+#include <memory>
+
+/// Protocol of a line, the number of the general setting "line<n>type"; any other number is
+/// unknown.
+enum class LineType : qint32 {
+    CANopen = 1,
+    J1939 = 2,
+    RawCan = 4,
+    CANopenAndJ1939 = 5,
+};
+
+constexpr bool carriesCANopen(LineType type)
+{
+    return type == LineType::CANopen || type == LineType::CANopenAndJ1939;
+}
+
+constexpr bool carriesJ1939(LineType type)
+{
+    return type == LineType::J1939 || type == LineType::CANopenAndJ1939;
+}
+
+struct ProjectLine {
+    quint8 number;
+    LineType type;
+
+    /// Lines from 240 on count as lines of the project, but its generators do not hang on them.
+    constexpr bool choosesGenerators() const { return number < 240; }
+};
+
+/// What the choice of generators hangs on.
+struct ProjectFacts {
+    QVector<ProjectLine> lines; ///< all but the scratch lines, ascending
+    bool hasCANopen = false;
+    bool hasJ1939 = false;
+    bool hasRaw = false;
+
+    bool isMultiLine() const { return lines.size() >= 2; }
+    bool isPureJ1939() const { return hasJ1939 && !hasCANopen && !hasRaw; }
+};
+
+ProjectFacts readProjectFacts(const ObjectDataBase &store);
+
+/// How often a step runs, and with which active line.
+enum class StepLines {
+    Once,    ///< one file for the project, active line 0
+    CANopen, ///< a file for each line that carries CANopen
+    J1939,   ///< a file for each line that carries J1939
+    All,     ///< a file for each line
+};
+
+/// One file, or one file a line. The texts are filled with the output directory and the project
+/// name.
+struct GeneratorStep {
+    char letter; ///< short name for the debug log; two rows with one letter write the same file
+    bool (*when)(const ProjectFacts &);
+    StepLines lines;
+    bool takesMultiLine; ///< the generator is told that the project has several lines
+    std::unique_ptr<AbstractGenerator> (*create)(const ObjectDataBase &);
+    const char *notWritable;
+    const char *started;
+};
+
+struct StepRange {
+    const GeneratorStep *first;
+    const GeneratorStep *last;
+    const GeneratorStep *begin() const { return first; }
+    const GeneratorStep *end() const { return last; }
+};
+
+/// All steps, in the order in which they run.
+StepRange generatorSteps();
+
+/// The active lines of the step's runs; empty if the project does not ask for the step.
+QList<quint8> linesOfStep(const GeneratorStep &step, const ProjectFacts &facts);

@@ -1,0 +1,78 @@
+// The process: application object, logging, one run of the command line, exit code.
+#include "app/climainapp.h"
+#include "app/clioutputhandler.h"
+#include "support/cohelper.h"
+#include "support/helper.h"
+
+#include <QCoreApplication>
+#include <QLoggingCategory>
+#include <QTextCodec>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace
+{
+
+/// All that a user is to see goes through the output handler.
+void noMessageOutput(QtMsgType, const QMessageLogContext &, const QString &) {}
+
+const char *levelName(QtMsgType type)
+{
+    switch (type) {
+    case QtDebugMsg:
+        return "debug";
+    case QtInfoMsg:
+        return "info";
+    case QtWarningMsg:
+        return "warning";
+    case QtCriticalMsg:
+        return "critical";
+    case QtFatalMsg:
+        return "fatal";
+    }
+    return "unknown";
+}
+
+void messageToStandardError(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    std::fprintf(stderr, "%s %s: %s\n", levelName(type), context.category, qUtf8Printable(text));
+}
+
+void installLogging()
+{
+    if (qgetenv("TESSARINE_LOG") != "1") {
+        qInstallMessageHandler(noMessageOutput);
+        return;
+    }
+    qInstallMessageHandler(messageToStandardError);
+    QLoggingCategory::setFilterRules(QStringLiteral("tessarine.*=true"));
+}
+
+/// Arguments and file names are UTF-8 even where a build system runs the tool in the "C" locale,
+/// in which Qt would read their bytes one by one and print other names than the files have.
+void useUtf8()
+{
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    installLogging();
+    useUtf8();
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("CANopen Tessarine"));
+    [[maybe_unused]] const Helper helper(3);
+    [[maybe_unused]] const COHelper coHelper;
+    QCoreApplication::setApplicationVersion(QStringLiteral(TESSARINE_VERSION));
+    QCoreApplication::setOrganizationName(QStringLiteral("Korvel"));
+
+    CLIOutputHandler outputHandler;
+    CLIMainApp mainApp(QCoreApplication::arguments(), &outputHandler);
+    QObject::connect(&mainApp, &CLIMainApp::finished, &application, &QCoreApplication::quit);
+    QTimer::singleShot(10, &mainApp, &CLIMainApp::start);
+    QCoreApplication::exec();
+    return static_cast<int>(mainApp.getReturnCode());
+}

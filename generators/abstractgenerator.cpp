@@ -1,0 +1,178 @@
+// The frame of a generator's job.
+#include "generators/abstractgenerator.h"
+
+#include "generators/textwriter.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QStringList>
+
+namespace
+{
+
+/// A macro of the stack that takes a value byte by byte, the highest first.
+struct ByteMacroRow {
+    CAN::CANopenDataType type;
+    const char *macro;
+    int bytes;
+    bool takesSigned;
+};
+
+// clang-format off
+constexpr ByteMacroRow kByteMacros[] = {
+    {CAN::CANopenDataType::TimeOfDay,  "U48_SET", 6, false},
+    {CAN::CANopenDataType::Integer24,  "I24_SET", 3, true},
+    {CAN::CANopenDataType::Unsigned24, "U24_SET", 3, false},
+    {CAN::CANopenDataType::Unsigned40, "U40_SET", 5, false},
+    {CAN::CANopenDataType::Unsigned48, "U48_SET", 6, false},
+    {CAN::CANopenDataType::Unsigned64, "U64_SET", 8, false},
+};
+// clang-format on
+
+} // namespace
+
+AbstractGenerator::JobBracket::JobBracket(AbstractGenerator &job) : generator(job)
+{
+    generator.running = true;
+    if (generator.database)
+        generator.database->setLockWriteAccess(true);
+}
+
+AbstractGenerator::JobBracket::~JobBracket()
+{
+    generator.running = false;
+    generator.workerThread.quit();
+    if (generator.database)
+        generator.database->setLockWriteAccess(false);
+    // Only the thread that an object lives on may move it: left here, it could not start again.
+    if (generator.homeThread)
+        generator.moveToThread(generator.homeThread);
+    emit generator.progress(100);
+}
+
+AbstractGenerator::AbstractGenerator(const QString &jobNameText)
+    : toolVersion(QCoreApplication::applicationVersion()), jobName(jobNameText)
+{
+}
+
+AbstractGenerator::ResultCode AbstractGenerator::startGeneration()
+{
+    if (running)
+        return ResultCode::Running;
+    if (!database)
+        return ResultCode::NoStore;
+    // A former job clears the flag shortly before its thread ends.
+    workerThread.wait();
+    abortRequested = false;
+    wasError = false;
+    lastErrorString.clear();
+    resetJob();
+    setObjectName(jobName);
+    homeThread = thread();
+    // Set before the start: a short job may be over before start() returns.
+    running = true;
+    workerThread.start(this, "doJob");
+    return ResultCode::Success;
+}
+
+AbstractGenerator::ResultCode AbstractGenerator::abortGeneration()
+{
+    if (!running)
+        return ResultCode::NotRunning;
+    abortRequested = true;
+    return ResultCode::Success;
+}
+
+AbstractGenerator::ResultCode AbstractGenerator::setOutputDirectory(const QString &directory)
+{
+    if (running)
+        return ResultCode::Running;
+    outputDirectory = directory;
+    const QFileInfo info(directory);
+    if (!info.isDir())
+        return ResultCode::DirectoryMissing;
+    return info.isReadable() ? ResultCode::Success : ResultCode::DirectoryUnreadable;
+}
+
+AbstractGenerator::ResultCode AbstractGenerator::setProjectName(const QString &name)
+{
+    if (running)
+        return ResultCode::Running;
+    projectName = name;
+    return ResultCode::Success;
+}
+
+AbstractGenerator::ResultCode AbstractGenerator::setDataBase(ObjectDataBase *store)
+{
+    if (running)
+        return ResultCode::Running;
+    database = store;
+    if (!database || database->getNodes().isEmpty())
+        return ResultCode::NoStore;
+    return ResultCode::Success;
+}
+
+AbstractGenerator::ResultCode AbstractGenerator::setActiveLine(quint8 line)
+{
+    if (running)
+        return ResultCode::Running;
+    activeLine = line;
+    if (database && !database->existNode(line))
+        return ResultCode::NoSuchLine;
+    return ResultCode::Success;
+}
+
+void AbstractGenerator::wait()
+{
+    workerThread.wait();
+}
+
+void AbstractGenerator::checkForceMLFlag()
+{
+    if (database->getMiscSettingsValue(QStringLiteral("generateML")) == QLatin1String("true"))
+        forceML = true;
+}
+
+QString AbstractGenerator::convertValue(CAN::CANopenDataType type, quint64 unsignedValue,
+                                        qint64 signedValue)
+{
+    for (const ByteMacroRow &row : kByteMacros) {
+        if (row.type != type)
+            continue;
+        const quint64 value = row.takesSigned ? static_cast<quint64>(signedValue) : unsignedValue;
+        QStringList bytes;
+        for (int byte = row.bytes - 1; byte >= 0; --byte)
+            bytes << QStringLiteral("0x%1").arg((value >> (8 * byte)) & 0xFF, 2, 16,
+                                                QLatin1Char('0'));
+        return QStringLiteral("%1(%2)").arg(QLatin1String(row.macro), bytes.join(QLatin1Char(',')));
+    }
+    return QStringLiteral("0");
+}
+
+bool AbstractGenerator::isNewOrWritable(const QString &path)
+{
+    const QFileInfo info(path);
+    return !info.exists() || info.isWritable();
+}
+
+bool AbstractGenerator::openOutputFile(QFile &file)
+{
+    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+        return true;
+    fail(QStringLiteral("Could not open ") + file.fileName());
+    return false;
+}
+
+void AbstractGenerator::closeOutputFile(TextWriter &out, QFile &file)
+{
+    if (!out.finish())
+        fail(QStringLiteral("Could not write ") + file.fileName());
+    file.close();
+}
+
+void AbstractGenerator::fail(const QString &error)
+{
+    wasError = true;
+    lastErrorString = error;
+}

@@ -1,0 +1,126 @@
+// The base of all classes that write an output file: configuration, the job's thread, its result.
+#pragma once
+
+#include "store/objectdatabase.h"
+#include "support/candatatype.h"
+#include "support/jobthread.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <atomic>
+
+class QFile;
+class TextWriter;
+
+/// Writes one file of one project, on a thread of its own. The driver makes one for each file,
+/// configures it, calls startGeneration() and wait(), and reads the result; it has no parent, since
+/// it moves between threads. doJob() runs on the worker thread, all else on the driver's.
+/// Whoever destroys a generator waits for it first.
+class AbstractGenerator : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class ResultCode : quint32 {
+        Success = 0,
+        DirectoryMissing = 1,
+        DirectoryUnreadable = 2,
+        NoStore = 3, ///< none given, or one without any line
+        NoSuchLine = 4,
+        Running = 5,    ///< the call was refused
+        NotRunning = 6, ///< nothing to abort
+    };
+
+    /// \a jobName is the object name from the start of the job on; reports name the file by it.
+    explicit AbstractGenerator(const QString &jobName);
+
+    /// True if the target file can be written or does not exist yet.
+    virtual bool checkWritability() = 0;
+
+    /// Starts doJob() on the worker thread. Running, or NoStore, if it was not started.
+    virtual ResultCode startGeneration();
+
+    /// Asks the job to end early; it may run to its end all the same.
+    virtual ResultCode abortGeneration();
+
+    /// Each setter but for Running keeps what it is given, whatever the result.
+    ResultCode setOutputDirectory(const QString &directory);
+    ResultCode setProjectName(const QString &name);
+    ResultCode setDataBase(ObjectDataBase *store);
+    ResultCode setActiveLine(quint8 line); ///< looks the line up only if a store is set
+
+    /// Returns when the job's thread has ended, at once if none was started. Delivers the caller's
+    /// events meanwhile, and sleeps while there are none.
+    void wait();
+
+    bool isRunning() const { return running; }
+    bool getWasError() const { return wasError; }
+    QString getLastErrorString() const { return lastErrorString; }
+
+    /// The project has several lines: file names and texts tell the line. Set before the start.
+    bool generateML = false;
+
+public slots:
+    /// The whole job. Begins with a JobBracket.
+    virtual void doJob() = 0;
+
+signals:
+    /// Percent of the job, 0 to 100; 100 comes once, when all is over.
+    void progress(quint8 percent);
+
+protected:
+    /// Stands around a job: locks the store against writers, and at the end clears `running`, ends
+    /// the thread, unlocks, and reports 100 as the very last act. First variable of a doJob(), so
+    /// that the output file is closed before.
+    class JobBracket
+    {
+    public:
+        explicit JobBracket(AbstractGenerator &job);
+        ~JobBracket();
+        JobBracket(const JobBracket &) = delete;
+        JobBracket &operator=(const JobBracket &) = delete;
+
+    private:
+        AbstractGenerator &generator;
+    };
+
+    /// Clears what a subclass keeps from an earlier start.
+    virtual void resetJob() {}
+
+    /// Sets forceML if the misc setting "generateML" is "true", in just this spelling.
+    void checkForceMLFlag();
+    bool isMultiLine() const { return generateML || forceML; }
+
+    /// Byte-wise initialiser of a value whose type has no native C type, such as
+    /// "U24_SET(0x12,0xab,0x05)"; "0" for all other types. Bits above the type's width are dropped.
+    static QString convertValue(CAN::CANopenDataType type, quint64 unsignedValue,
+                                qint64 signedValue);
+
+    static bool isNewOrWritable(const QString &path);
+
+    /// Opens \a file for text, replacing what it held; on failure the job counts as failed.
+    bool openOutputFile(QFile &file);
+
+    /// Ends the writing of \a file; what could not be written makes the job a failed one.
+    void closeOutputFile(TextWriter &out, QFile &file);
+
+    void fail(const QString &error);
+
+    quint8 activeLine = 0;
+    std::atomic<bool> abortRequested{false}; ///< written by the driver's thread, read by the job
+    std::atomic<bool> running{false};
+    bool forceML = false;
+    bool wasError = false; ///< written by the job; read once its end has been reported
+    QString lastErrorString;
+    QString projectName;
+    QString outputDirectory;
+    QString toolVersion;
+    QPointer<ObjectDataBase> database;
+
+private:
+    QString jobName;
+    QThread *homeThread = nullptr; ///< the driver's; the object returns there when a job is over
+    JobThread workerThread;
+};

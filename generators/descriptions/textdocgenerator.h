@@ -1,0 +1,33 @@
+// The object dictionary of a line as plain text, to look something up without opening the project.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+
+/// Writes "<project>_doc.txt", or "<project>_<line>.txt" where a project has several lines.
+class TextDocGenerator : public AbstractGenerator
+{
+    Q_OBJECT
+
+public:
+    TextDocGenerator();
+
+    /// Looks at the single-line name only, in a project of several lines too.
+    bool checkWritability() override;
+
+public slots:
+    void doJob() override;
+
+private:
+    QString singleLineFile() const;
+};
+
+/// The sections of the file. A record that the store does not hold writes nothing.
+namespace TextDoc
+{
+
+void writeTitle(TextWriter &out, const QString &projectName);
+void documentIndex(TextWriter &out, const ObjectDataBase &store, quint8 line, quint16 index);
+void documentSubIndex(TextWriter &out, const ObjectDataBase &store, quint8 line, quint16 index,
+                      quint8 subIndex);
+
+} // namespace TextDoc
