@@ -59,25 +59,21 @@ bool ObjectDataBase::addIndex(quint8 line, quint16 index, const INDEX_DATA_T &da
 {
     if (d->lockWriteAccess)
         return false;
-    QStringList updates;
     Cells cells{index};
+    quint32 kept = 0;
     for (const Column<IndexData> &field : kIndexColumns) {
-        cells << d->cellOf(field, data);
         // An empty map means that the caller has none to give: a stored one stays.
-        if (field.coding != Coding::Blob || !data.metadata.isEmpty())
-            updates << QStringLiteral("%1=excluded.%1").arg(QLatin1String(field.name));
+        if (field.coding == Coding::Blob && data.metadata.isEmpty())
+            kept |= RowInserter::bit(cells.size());
+        cells << d->cellOf(field, data);
     }
-    const bool done = d->exec(QStringLiteral("insert into %1 (objectindex,%2) values(%3) "
-                                             "on conflict(objectindex) do update set %4")
-                                  .arg(Schema::table("Objects", line), columnList(kIndexColumns),
-                                       placeHolders(cells.size()), updates.join(QLatin1Char(','))),
-                              cells);
+    const bool done = d->inserter(RowKind::Object, line).write(*d, cells, kept);
     const auto cache = d->cachedSubs.find(line);
     if (done && cache != d->cachedSubs.end() && cache->complete) {
-        const Metadata kept = cache->objects.value(index).metadata;
+        const Metadata stored = cache->objects.value(index).metadata;
         cache->objects.insert(index, data);
         if (data.metadata.isEmpty())
-            cache->objects[index].metadata = kept;
+            cache->objects[index].metadata = stored;
     }
     ChangeSet change;
     change.kind = ChangeSet::Kind::AddIndex;

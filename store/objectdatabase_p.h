@@ -4,6 +4,7 @@
 
 #include "store/columns.h"
 #include "store/objectdatabase.h"
+#include "store/rowinserter.h"
 #include "store/schema.h"
 #include "store/temporaryfiles.h"
 
@@ -21,6 +22,9 @@ using Cells = QVector<QVariant>;
 
 /// The five settings stores, in the order of the table in objectdatabase_settings.cpp.
 enum class SettingsStore { General, Description, EnergyBus, Misc, J1939 };
+
+/// The rows that RowInserters write.
+enum class RowKind { Object, SubIndex, TextObject, TextSubIndex };
 
 /// What is known of a line without asking the database. Complete: all rows of the line are in here,
 /// and every writer keeps it so. Otherwise it holds the subindices of one object only.
@@ -78,11 +82,13 @@ public:
     // --- rows ---
 
     void cacheWrittenSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
-    /// Inserts or updates the row of \a key with the cells of a text project. Columns that may not
-    /// be NULL and are not given become 0 in a new row.
+    /// The inserter of a line's objects or subindices, for records or for rows of the text form.
+    RowInserter &inserter(RowKind kind, quint8 line);
+    bool writeSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
+    /// Inserts or updates a row with the cells of a text project; \a cells begins with the row's
+    /// key. Columns that may not be NULL and are not given become 0 in a new row.
     template <class Record, size_t N>
-    bool writeTextRow(const Column<Record> (&known)[N], const QString &table,
-                      const QVector<QPair<QLatin1String, quint32>> &key,
+    bool writeTextRow(const Column<Record> (&known)[N], RowInserter &rows, Cells cells,
                       const QVector<ObjectDataBase::ColumnValue> &values);
     template <class Record>
     QVariant textCell(const Column<Record> &field, const QVariant &given);
@@ -118,6 +124,7 @@ public:
     int batchDepth = 0;
 
     QHash<QString, QSqlQuery> prepared; ///< by their text; lent to a Statement while it lives
+    QHash<int, RowInserter> inserters;  ///< by kind and line
     QHash<QString, int> stringIds;
     QHash<int, QString> strings;
     bool stringsComplete = false; ///< both maps hold all rows of the table
@@ -132,15 +139,10 @@ public:
 class Statement
 {
 public:
-    enum Preparation { PrepareOnly }; ///< for statements that run() runs
-    Statement(StorePrivate &store, const QString &sql, Preparation);
     Statement(StorePrivate &store, const QString &sql, const Cells &values = {});
     ~Statement();
     Statement(const Statement &) = delete;
     Statement &operator=(const Statement &) = delete;
-
-    /// Runs, again and again if need be.
-    bool run(const Cells &values);
 
     bool ok() const { return succeeded; }
     bool next() { return succeeded && query.next(); }
@@ -155,21 +157,6 @@ private:
     QSqlQuery query;
     bool prepared = false;
     bool succeeded = false;
-};
-
-/// Writes subindices of one line, all with one statement.
-class SubIndexWriter
-{
-public:
-    SubIndexWriter(StorePrivate &store, quint8 line);
-    quint8 writtenLine() const { return line; }
-    bool write(quint16 index, quint8 sub, const SubIndexData &data);
-
-private:
-    StorePrivate &store;
-    quint8 line;
-    Statement insert;
-    Cells cells; ///< kept between rows for its memory
 };
 
 template <class Record>

@@ -11,6 +11,9 @@ namespace
 
 constexpr int kBlockPollMs = 5;
 
+/// A project with many lines uses some statements for each; above this number they are made anew.
+constexpr int kMaxPrepared = 2000;
+
 // SQLite result codes after which a database is not to be trusted any more.
 constexpr int kUnsound[] = {10 /* IOERR */, 11 /* CORRUPT */, 13 /* FULL */, 26 /* NOTADB */};
 
@@ -115,7 +118,7 @@ QVector<QStringList> StorePrivate::allRows(const QString &sql)
     return rows;
 }
 
-Statement::Statement(StorePrivate &privateStore, const QString &sql, Preparation)
+Statement::Statement(StorePrivate &privateStore, const QString &sql, const Cells &values)
     : store(privateStore), text(sql), query(privateStore.db)
 {
     store.awaitUnblocked();
@@ -128,27 +131,19 @@ Statement::Statement(StorePrivate &privateStore, const QString &sql, Preparation
         query.setForwardOnly(true);
         prepared = query.prepare(sql);
     }
-}
-
-Statement::Statement(StorePrivate &privateStore, const QString &sql, const Cells &values)
-    : Statement(privateStore, sql, PrepareOnly)
-{
-    run(values);
-}
-
-bool Statement::run(const Cells &values)
-{
     for (int i = 0; i < values.size(); ++i)
         query.bindValue(i, values.at(i));
     succeeded = prepared && query.exec();
     if (!succeeded)
         store.noteFailure(query);
-    return succeeded;
 }
 
 Statement::~Statement()
 {
     query.finish(); // a SELECT left half-read locks tables against DROP and VACUUM
-    if (prepared)
-        store.prepared.insert(text, query);
+    if (!prepared)
+        return;
+    if (store.prepared.size() >= kMaxPrepared)
+        store.prepared.clear();
+    store.prepared.insert(text, query);
 }

@@ -4,8 +4,6 @@
 #include "support/logging.h"
 #include "support/numbers.h"
 
-#include <optional>
-
 namespace
 {
 
@@ -89,23 +87,14 @@ bool ObjectDataBase::getSubIndexData(quint8 line, quint16 index, quint8 sub,
     return true;
 }
 
-SubIndexWriter::SubIndexWriter(StorePrivate &privateStore, quint8 targetLine)
-    : store(privateStore), line(targetLine),
-      insert(store,
-             QStringLiteral("insert or replace into %1 (objectindex,subindex,%2) values(%3)")
-                 .arg(Schema::table("SubObjects", line), columnList(kSubIndexColumns),
-                      placeHolders(2 + int(std::size(kSubIndexColumns)))),
-             Statement::PrepareOnly)
+bool StorePrivate::writeSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data)
 {
-}
-
-bool SubIndexWriter::write(quint16 index, quint8 sub, const SubIndexData &data)
-{
-    // Interned first and in this order, which is the order of the new rows in the table of texts.
-    const QVariant description = store.owner->getStringId(data.description);
-    const QVariant name = store.owner->getStringId(data.name);
-    const QVariant denotation = store.owner->getStringId(data.denotation);
-    cells.clear();
+    // Interned in this order, which is the order of the new rows in the table of texts.
+    const int description = owner->getStringId(data.description);
+    const int name = owner->getStringId(data.name);
+    const int denotation = owner->getStringId(data.denotation);
+    Cells cells;
+    cells.reserve(2 + int(std::size(kSubIndexColumns)));
     cells << index << sub;
     for (const Column<SubIndexData> &field : kSubIndexColumns) {
         const QLatin1String column(field.name);
@@ -116,8 +105,8 @@ bool SubIndexWriter::write(quint16 index, quint8 sub, const SubIndexData &data)
         else
             cells << (column == QLatin1String("denotation") ? denotation : description);
     }
-    const bool done = insert.run(cells);
-    store.cacheWrittenSub(line, index, sub, data);
+    const bool done = inserter(RowKind::SubIndex, line).write(*this, cells);
+    cacheWrittenSub(line, index, sub, data);
     return done;
 }
 
@@ -145,7 +134,7 @@ bool ObjectDataBase::addSubIndex(quint8 line, quint16 index, quint8 sub,
 {
     if (d->lockWriteAccess)
         return false;
-    const bool done = SubIndexWriter(*d, line).write(index, sub, data);
+    const bool done = d->writeSub(line, index, sub, data);
     notifySub(ChangeSet::Kind::AddSubIndex, line, index, sub);
     return done;
 }
@@ -156,13 +145,8 @@ bool ObjectDataBase::addSubIndices(const QList<SubEntry> &entries)
         return false;
     bool done = true;
     beginBatch();
-    std::optional<SubIndexWriter> writer;
-    for (const SubEntry &entry : entries) {
-        if (!writer || writer->writtenLine() != entry.line)
-            writer.emplace(*d, entry.line);
-        done = writer->write(entry.index, entry.subindex, entry.data) && done;
-    }
-    writer.reset(); // gives its statement back before the commit
+    for (const SubEntry &entry : entries)
+        done = d->writeSub(entry.line, entry.index, entry.subindex, entry.data) && done;
     commitBatch();
     return done;
 }

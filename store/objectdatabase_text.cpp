@@ -46,44 +46,27 @@ QVariant StorePrivate::textCell(const Column<Record> &field, const QVariant &giv
 }
 
 template <class Record, size_t N>
-bool StorePrivate::writeTextRow(const Column<Record> (&known)[N], const QString &table,
-                                const QVector<QPair<QLatin1String, quint32>> &key,
+bool StorePrivate::writeTextRow(const Column<Record> (&known)[N], RowInserter &rows, Cells cells,
                                 const QVector<ObjectDataBase::ColumnValue> &values)
 {
-    std::array<QVariant, N> given;
+    const int keyColumns = cells.size();
+    cells.resize(keyColumns + int(N));
     for (const ObjectDataBase::ColumnValue &value : values) {
         const Column<Record> *field = findColumn(known, value.column);
         if (field && value.value.isValid())
-            given[size_t(field - known)] = textCell(*field, value.value);
+            cells[keyColumns + int(field - known)] = textCell(*field, value.value);
         else
-            qCDebug(lcStore) << table << "has no" << value.column;
+            qCDebug(lcStore) << "a text project has no" << value.column;
     }
-    QString columns;
-    QString keys;
-    QString updates;
-    Cells cells;
-    for (const auto &part : key) {
-        keys += part.first + QLatin1Char(',');
-        cells << part.second;
-    }
-    for (size_t i = 0; i < N; ++i) {
-        const QLatin1String name(known[i].name);
-        const bool neverNull = QLatin1String(known[i].type).endsWith(QLatin1String("not null"));
-        if (!given[i].isValid() && !neverNull)
+    quint32 kept = 0;
+    for (int i = 0; i < int(N); ++i) {
+        QVariant &cell = cells[keyColumns + i];
+        if (cell.isValid() || !QLatin1String(known[i].type).endsWith(QLatin1String("not null")))
             continue;
-        columns += name + QLatin1Char(',');
-        cells << (given[i].isValid() ? given[i] : QVariant(0));
-        if (given[i].isValid())
-            updates += name + QLatin1String("=excluded.") + name + QLatin1Char(',');
+        cell = 0;
+        kept |= RowInserter::bit(keyColumns + i);
     }
-    columns = keys + columns;
-    for (QString *list : {&columns, &keys, &updates})
-        list->chop(1);
-    const QString action =
-        updates.isEmpty() ? QStringLiteral("nothing") : QLatin1String("update set ") + updates;
-    return exec(QStringLiteral("insert into %1 (%2) values(%3) on conflict(%4) do %5")
-                    .arg(table, columns, placeHolders(cells.size()), keys, action),
-                cells);
+    return rows.write(*this, cells, kept);
 }
 
 bool ObjectDataBase::setObjectIndexSqlValues(const QString &table, const QString &index,
@@ -94,7 +77,8 @@ bool ObjectDataBase::setObjectIndexSqlValues(const QString &table, const QString
     if (d->lockWriteAccess || line < 0 || !numberUpTo(index, 0xFFFF, &number))
         return false;
     clearCachedSubs(static_cast<quint8>(line));
-    return d->writeTextRow(kIndexColumns, table, {{QLatin1String("objectindex"), number}}, values);
+    return d->writeTextRow(kIndexColumns, d->inserter(RowKind::TextObject, quint8(line)), {number},
+                           values);
 }
 
 bool ObjectDataBase::setSubindexSqlValues(const QString &table, const QString &index,
@@ -107,7 +91,6 @@ bool ObjectDataBase::setSubindexSqlValues(const QString &table, const QString &i
         !numberUpTo(sub, 0xFF, &subNumber))
         return false;
     clearCachedSubs(static_cast<quint8>(line));
-    return d->writeTextRow(
-        kSubIndexColumns, table,
-        {{QLatin1String("objectindex"), number}, {QLatin1String("subindex"), subNumber}}, values);
+    return d->writeTextRow(kSubIndexColumns, d->inserter(RowKind::TextSubIndex, quint8(line)),
+                           {number, subNumber}, values);
 }
