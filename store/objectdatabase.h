@@ -294,7 +294,7 @@ private:
                      const QString &value);
     void notifySub(ChangeSet::Kind kind, quint8 line, quint16 index, quint8 sub);
     QList<quint8> selectSubs(quint8 line, quint16 index, quint8 minSub, bool onlyMappable) const;
-    QList<SubAddress> addressesOf(const QString &sql, const QVariantList &values) const;
+    QList<SubAddress> addressesOf(const QString &sql, const QVector<QVariant> &values) const;
 
     bool setUdsColumn(quint8 line, quint8 sid, const char *column, const QVariant &value);
 

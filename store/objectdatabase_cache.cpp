@@ -39,7 +39,7 @@ void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
                                 .arg(columnList(kSubIndexColumns),
                                      Schema::table("SubObjects", line),
                                      index ? QStringLiteral(" where objectindex = ?") : QString()),
-                            index ? QVariantList{index} : QVariantList());
+                            index ? Cells{index} : Cells());
         while (statement.next()) {
             const quint32 key =
                 StorePrivate::subKey(static_cast<quint16>(statement.value(0).toUInt()),
@@ -92,7 +92,7 @@ void ObjectDataBase::cacheAllSubNames(quint8 line, quint16 index)
                         QStringLiteral("select denotation,name,objectindex,subindex from %1%2")
                             .arg(Schema::table("SubObjects", line),
                                  index ? QStringLiteral(" where objectindex = ?") : QString()),
-                        index ? QVariantList{index} : QVariantList());
+                        index ? Cells{index} : Cells());
     while (statement.next()) {
         const QString denotation = getString(statement.value(0).toInt());
         const quint32 key =

@@ -13,7 +13,7 @@ bool ObjectDataBase::removeConnnection(quint8 line, quint16 index)
 {
     if (d->lockWriteAccess)
         return false;
-    const QVariantList object{line, index};
+    const Cells object{line, index};
     const bool produced = d->exec(
         QStringLiteral("delete from Connections where prodnode = ? and prodindex = ?"), object);
     const bool consumed = d->exec(

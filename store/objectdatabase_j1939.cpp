@@ -4,7 +4,7 @@
 QList<quint32> ObjectDataBase::getPGNs(quint8 line, quint8 direction, bool noSafe) const
 {
     QStringList conditions;
-    QVariantList values;
+    Cells values;
     if (direction != 0) {
         conditions << QStringLiteral("direction = ?");
         values << direction;

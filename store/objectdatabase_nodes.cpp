@@ -12,9 +12,9 @@ constexpr quint8 kScratchLine = 254;
 constexpr quint16 kNmtStartup = 0x1F80; // CiA 302-2
 constexpr quint8 kDefaultServiceSids[] = {16, 17, 62, 34, 46};
 
-QVariantList nodeCells(const NodeData &data, int count)
+Cells nodeCells(const NodeData &data, int count)
 {
-    QVariantList cells;
+    Cells cells;
     for (int i = 0; i < count; ++i)
         cells << kNodeColumns[i].get(data);
     return cells;
@@ -83,7 +83,7 @@ bool ObjectDataBase::addNode(quint8 line, const NODE_DATA_T &data)
         constexpr int count = static_cast<int>(std::size(kNodeColumns));
         d->exec(QStringLiteral("insert into Nodes (nodeId,%1) values(?,%2)")
                     .arg(columnList(kNodeColumns), placeHolders(count)),
-                QVariantList{line} + nodeCells(data, count));
+                Cells{line} + nodeCells(data, count));
     }
     bool created = true;
     for (const char *family : Schema::kLineFamilies)

@@ -60,7 +60,7 @@ bool ObjectDataBase::addIndex(quint8 line, quint16 index, const INDEX_DATA_T &da
     if (d->lockWriteAccess)
         return false;
     QStringList updates;
-    QVariantList cells{index};
+    Cells cells{index};
     for (const Column<IndexData> &field : kIndexColumns) {
         cells << d->cellOf(field, data);
         // An empty map means that the caller has none to give: a stored one stays.
@@ -91,7 +91,7 @@ bool ObjectDataBase::delIndex(quint8 line, quint16 index, bool keepConnections)
 {
     if (d->lockWriteAccess)
         return false;
-    const QVariantList key{index};
+    const Cells key{index};
     d->exec(QStringLiteral("delete from %1 where objectindex = ?")
                 .arg(Schema::table("SubObjects", line)),
             key);

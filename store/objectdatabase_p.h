@@ -16,6 +16,9 @@
 #include <array>
 #include <atomic>
 
+/// Values that are bound to a statement, in the order of its place holders.
+using Cells = QVector<QVariant>;
+
 /// The five settings stores, in the order of the table in objectdatabase_settings.cpp.
 enum class SettingsStore { General, Description, EnergyBus, Misc, J1939 };
 
@@ -44,7 +47,7 @@ public:
     bool openConnection(const QString &file);
     void closeConnection();
     /// Runs one statement without result. \a context stands first in the log.
-    bool exec(const QString &sql, const QVariantList &values = {});
+    bool exec(const QString &sql, const Cells &values = {});
     void applyPragmas(int cacheSize);
     /// Makes a thread that does not hold the block wait for it.
     void awaitUnblocked();
@@ -74,14 +77,15 @@ public:
 
     // --- rows ---
 
-    bool writeSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
     void cacheWrittenSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
-    /// Inserts or updates the row of \a key with the cells of a text project. Columns of
-    /// \a neverNull that are not given become 0 in a new row.
+    /// Inserts or updates the row of \a key with the cells of a text project. Columns that may not
+    /// be NULL and are not given become 0 in a new row.
     template <class Record, size_t N>
     bool writeTextRow(const Column<Record> (&known)[N], const QString &table,
-                      const QVector<QPair<QString, quint32>> &key, const QStringList &neverNull,
+                      const QVector<QPair<QLatin1String, quint32>> &key,
                       const QVector<ObjectDataBase::ColumnValue> &values);
+    template <class Record>
+    QVariant textCell(const Column<Record> &field, const QVariant &given);
 
     // --- settings (objectdatabase_settings.cpp) ---
 
@@ -128,10 +132,15 @@ public:
 class Statement
 {
 public:
-    Statement(StorePrivate &store, const QString &sql, const QVariantList &values = {});
+    enum Preparation { PrepareOnly }; ///< for statements that run() runs
+    Statement(StorePrivate &store, const QString &sql, Preparation);
+    Statement(StorePrivate &store, const QString &sql, const Cells &values = {});
     ~Statement();
     Statement(const Statement &) = delete;
     Statement &operator=(const Statement &) = delete;
+
+    /// Runs, again and again if need be.
+    bool run(const Cells &values);
 
     bool ok() const { return succeeded; }
     bool next() { return succeeded && query.next(); }
@@ -146,6 +155,21 @@ private:
     QSqlQuery query;
     bool prepared = false;
     bool succeeded = false;
+};
+
+/// Writes subindices of one line, all with one statement.
+class SubIndexWriter
+{
+public:
+    SubIndexWriter(StorePrivate &store, quint8 line);
+    quint8 writtenLine() const { return line; }
+    bool write(quint16 index, quint8 sub, const SubIndexData &data);
+
+private:
+    StorePrivate &store;
+    quint8 line;
+    Statement insert;
+    Cells cells; ///< kept between rows for its memory
 };
 
 template <class Record>
@@ -164,14 +188,18 @@ QVariant StorePrivate::cellOf(const Column<Record> &field, const Record &record)
     return field.coding == Coding::StringId ? QVariant(owner->getStringId(cell.toString())) : cell;
 }
 
-/// "name, datatype, ..." of a record's columns.
+/// "name,datatype,..." of a record's columns.
 template <class Record, size_t N>
-QString columnList(const Column<Record> (&columns)[N])
+const QString &columnList(const Column<Record> (&columns)[N])
 {
-    QStringList names;
-    for (const Column<Record> &field : columns)
-        names << QString::fromLatin1(field.name);
-    return names.join(QLatin1Char(','));
+    // Made once: a record has one table of columns.
+    static const QString list = [&columns]() {
+        QStringList names;
+        for (const Column<Record> &field : columns)
+            names << QString::fromLatin1(field.name);
+        return names.join(QLatin1Char(','));
+    }();
+    return list;
 }
 
 /// "?,?,?": place holders for that many values.

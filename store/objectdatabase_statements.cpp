@@ -61,7 +61,7 @@ void StorePrivate::applyPragmas(int cacheSize)
         exec(pragma);
 }
 
-bool StorePrivate::exec(const QString &sql, const QVariantList &values)
+bool StorePrivate::exec(const QString &sql, const Cells &values)
 {
     return Statement(*this, sql, values).ok();
 }
@@ -115,7 +115,7 @@ QVector<QStringList> StorePrivate::allRows(const QString &sql)
     return rows;
 }
 
-Statement::Statement(StorePrivate &privateStore, const QString &sql, const QVariantList &values)
+Statement::Statement(StorePrivate &privateStore, const QString &sql, Preparation)
     : store(privateStore), text(sql), query(privateStore.db)
 {
     store.awaitUnblocked();
@@ -128,11 +128,22 @@ Statement::Statement(StorePrivate &privateStore, const QString &sql, const QVari
         query.setForwardOnly(true);
         prepared = query.prepare(sql);
     }
-    for (const QVariant &value : values)
-        query.addBindValue(value);
+}
+
+Statement::Statement(StorePrivate &privateStore, const QString &sql, const Cells &values)
+    : Statement(privateStore, sql, PrepareOnly)
+{
+    run(values);
+}
+
+bool Statement::run(const Cells &values)
+{
+    for (int i = 0; i < values.size(); ++i)
+        query.bindValue(i, values.at(i));
     succeeded = prepared && query.exec();
     if (!succeeded)
         store.noteFailure(query);
+    return succeeded;
 }
 
 Statement::~Statement()

@@ -4,6 +4,8 @@
 #include "support/logging.h"
 #include "support/numbers.h"
 
+#include <optional>
+
 namespace
 {
 
@@ -87,20 +89,35 @@ bool ObjectDataBase::getSubIndexData(quint8 line, quint16 index, quint8 sub,
     return true;
 }
 
-bool StorePrivate::writeSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data)
+SubIndexWriter::SubIndexWriter(StorePrivate &privateStore, quint8 targetLine)
+    : store(privateStore), line(targetLine),
+      insert(store,
+             QStringLiteral("insert or replace into %1 (objectindex,subindex,%2) values(%3)")
+                 .arg(Schema::table("SubObjects", line), columnList(kSubIndexColumns),
+                      placeHolders(2 + int(std::size(kSubIndexColumns)))),
+             Statement::PrepareOnly)
+{
+}
+
+bool SubIndexWriter::write(quint16 index, quint8 sub, const SubIndexData &data)
 {
     // Interned first and in this order, which is the order of the new rows in the table of texts.
-    for (const QString &text : {data.description, data.name, data.denotation})
-        owner->getStringId(text);
-    QVariantList cells{index, sub};
-    for (const Column<SubIndexData> &field : kSubIndexColumns)
-        cells << cellOf(field, data);
-    const bool done =
-        exec(QStringLiteral("insert or replace into %1 (objectindex,subindex,%2) values(%3)")
-                 .arg(Schema::table("SubObjects", line), columnList(kSubIndexColumns),
-                      placeHolders(cells.size())),
-             cells);
-    cacheWrittenSub(line, index, sub, data);
+    const QVariant description = store.owner->getStringId(data.description);
+    const QVariant name = store.owner->getStringId(data.name);
+    const QVariant denotation = store.owner->getStringId(data.denotation);
+    cells.clear();
+    cells << index << sub;
+    for (const Column<SubIndexData> &field : kSubIndexColumns) {
+        const QLatin1String column(field.name);
+        if (field.coding != Coding::StringId)
+            cells << field.get(data);
+        else if (column == QLatin1String("name"))
+            cells << name;
+        else
+            cells << (column == QLatin1String("denotation") ? denotation : description);
+    }
+    const bool done = insert.run(cells);
+    store.cacheWrittenSub(line, index, sub, data);
     return done;
 }
 
@@ -128,7 +145,7 @@ bool ObjectDataBase::addSubIndex(quint8 line, quint16 index, quint8 sub,
 {
     if (d->lockWriteAccess)
         return false;
-    const bool done = d->writeSub(line, index, sub, data);
+    const bool done = SubIndexWriter(*d, line).write(index, sub, data);
     notifySub(ChangeSet::Kind::AddSubIndex, line, index, sub);
     return done;
 }
@@ -139,8 +156,13 @@ bool ObjectDataBase::addSubIndices(const QList<SubEntry> &entries)
         return false;
     bool done = true;
     beginBatch();
-    for (const SubEntry &entry : entries)
-        done = d->writeSub(entry.line, entry.index, entry.subindex, entry.data) && done;
+    std::optional<SubIndexWriter> writer;
+    for (const SubEntry &entry : entries) {
+        if (!writer || writer->writtenLine() != entry.line)
+            writer.emplace(*d, entry.line);
+        done = writer->write(entry.index, entry.subindex, entry.data) && done;
+    }
+    writer.reset(); // gives its statement back before the commit
     commitBatch();
     return done;
 }
@@ -309,8 +331,7 @@ quint32 ObjectDataBase::getNextFreeSubIndex(quint8 line, quint16 index, quint8 s
     return kNoFreeSubIndex;
 }
 
-QList<SubAddressData> ObjectDataBase::addressesOf(const QString &sql,
-                                                  const QVariantList &values) const
+QList<SubAddressData> ObjectDataBase::addressesOf(const QString &sql, const Cells &values) const
 {
     QList<SubAddress> result;
     Statement statement(*d, sql, values);
@@ -332,7 +353,7 @@ QList<SubAddressData> ObjectDataBase::getMappableSubs(quint8 line, quint16 minIn
 QList<SubAddressData> ObjectDataBase::getMappableSubs(quint8 line, quint16 dataType,
                                                       bool tpdo) const
 {
-    QVariantList values{static_cast<int>(tpdo ? PDOMappingType::Tpdo : PDOMappingType::Rpdo)};
+    Cells values{static_cast<int>(tpdo ? PDOMappingType::Tpdo : PDOMappingType::Rpdo)};
     QString ofType;
     if (dataType != 0) {
         ofType = QStringLiteral("and datatype = ? ");

@@ -26,65 +26,64 @@ bool numberUpTo(const QString &text, quint32 highest, quint32 *number)
     return ok && *number <= highest;
 }
 
-struct CellList {
-    QStringList columns;
-    QVariantList cells;
-
-    void set(const QString &column, const QVariant &cell)
-    {
-        const int present = columns.indexOf(column);
-        if (present >= 0) {
-            cells[present] = cell;
-            return;
-        }
-        columns << column;
-        cells << cell;
-    }
-};
-
 } // namespace
+
+/// The value of a given cell to bind; invalid if the cell is to be left out.
+template <class Record>
+QVariant StorePrivate::textCell(const Column<Record> &field, const QVariant &given)
+{
+    switch (field.coding) {
+    case Coding::StringId:
+        return owner->getStringId(given.toString());
+    case Coding::Blob: {
+        const QByteArray bytes = given.toByteArray();
+        return unpackMetadata(bytes).isEmpty() ? QVariant() : QVariant(bytes);
+    }
+    case Coding::Plain:
+        break;
+    }
+    return given.toString().simplified();
+}
 
 template <class Record, size_t N>
 bool StorePrivate::writeTextRow(const Column<Record> (&known)[N], const QString &table,
-                                const QVector<QPair<QString, quint32>> &key,
-                                const QStringList &neverNull,
+                                const QVector<QPair<QLatin1String, quint32>> &key,
                                 const QVector<ObjectDataBase::ColumnValue> &values)
 {
-    CellList row;
-    for (const auto &part : key)
-        row.set(part.first, part.second);
-    const int keyCount = row.columns.size();
-    QStringList updates;
-    for (const ObjectDataBase::ColumnValue &given : values) {
-        const Column<Record> *field = findColumn(known, given.column);
-        if (!field || !given.value.isValid()) {
-            qCDebug(lcStore) << table << "has no" << given.column;
+    std::array<QVariant, N> given;
+    for (const ObjectDataBase::ColumnValue &value : values) {
+        const Column<Record> *field = findColumn(known, value.column);
+        if (field && value.value.isValid())
+            given[size_t(field - known)] = textCell(*field, value.value);
+        else
+            qCDebug(lcStore) << table << "has no" << value.column;
+    }
+    QString columns;
+    QString keys;
+    QString updates;
+    Cells cells;
+    for (const auto &part : key) {
+        keys += part.first + QLatin1Char(',');
+        cells << part.second;
+    }
+    for (size_t i = 0; i < N; ++i) {
+        const QLatin1String name(known[i].name);
+        const bool neverNull = QLatin1String(known[i].type).endsWith(QLatin1String("not null"));
+        if (!given[i].isValid() && !neverNull)
             continue;
-        }
-        const QString column = QString::fromLatin1(field->name);
-        if (field->coding == Coding::Blob) {
-            const QByteArray bytes = given.value.toByteArray();
-            if (unpackMetadata(bytes).isEmpty())
-                continue;
-            row.set(column, bytes);
-        } else if (field->coding == Coding::StringId) {
-            row.set(column, owner->getStringId(given.value.toString()));
-        } else {
-            row.set(column, given.value.toString().simplified());
-        }
-        updates << QStringLiteral("%1=excluded.%1").arg(column);
+        columns += name + QLatin1Char(',');
+        cells << (given[i].isValid() ? given[i] : QVariant(0));
+        if (given[i].isValid())
+            updates += name + QLatin1String("=excluded.") + name + QLatin1Char(',');
     }
-    for (const QString &column : neverNull) {
-        if (!row.columns.contains(column))
-            row.set(column, 0);
-    }
-    const QString action = updates.isEmpty()
-                               ? QStringLiteral("nothing")
-                               : QStringLiteral("update set ") + updates.join(QLatin1Char(','));
+    columns = keys + columns;
+    for (QString *list : {&columns, &keys, &updates})
+        list->chop(1);
+    const QString action =
+        updates.isEmpty() ? QStringLiteral("nothing") : QLatin1String("update set ") + updates;
     return exec(QStringLiteral("insert into %1 (%2) values(%3) on conflict(%4) do %5")
-                    .arg(table, row.columns.join(QLatin1Char(',')), placeHolders(row.cells.size()),
-                         row.columns.mid(0, keyCount).join(QLatin1Char(',')), action),
-                row.cells);
+                    .arg(table, columns, placeHolders(cells.size()), keys, action),
+                cells);
 }
 
 bool ObjectDataBase::setObjectIndexSqlValues(const QString &table, const QString &index,
@@ -95,8 +94,7 @@ bool ObjectDataBase::setObjectIndexSqlValues(const QString &table, const QString
     if (d->lockWriteAccess || line < 0 || !numberUpTo(index, 0xFFFF, &number))
         return false;
     clearCachedSubs(static_cast<quint8>(line));
-    return d->writeTextRow(kIndexColumns, table, {{QStringLiteral("objectindex"), number}},
-                           {QStringLiteral("datatype"), QStringLiteral("objecttype")}, values);
+    return d->writeTextRow(kIndexColumns, table, {{QLatin1String("objectindex"), number}}, values);
 }
 
 bool ObjectDataBase::setSubindexSqlValues(const QString &table, const QString &index,
@@ -111,8 +109,5 @@ bool ObjectDataBase::setSubindexSqlValues(const QString &table, const QString &i
     clearCachedSubs(static_cast<quint8>(line));
     return d->writeTextRow(
         kSubIndexColumns, table,
-        {{QStringLiteral("objectindex"), number}, {QStringLiteral("subindex"), subNumber}},
-        {QStringLiteral("datatype"), QStringLiteral("accesstype"),
-         QStringLiteral("implementation")},
-        values);
+        {{QLatin1String("objectindex"), number}, {QLatin1String("subindex"), subNumber}}, values);
 }
