@@ -82,7 +82,6 @@ bool GeneratorMainHandler::openProject(const QString &filePath)
     correctProject();
     outputDirectory = info.absolutePath();
     projectName = info.completeBaseName();
-    projectPath = path;
     database->setGeneralSettingsValue(QStringLiteral("new_init_structure"), QStringLiteral("1"));
     return true;
 }

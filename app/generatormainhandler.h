@@ -70,6 +70,5 @@ private:
     QPointer<ObjectDataBase> database;
     QString outputDirectory; ///< the folder of the project file
     QString projectName;     ///< the project file's name without folder and last suffix
-    QString projectPath;
     OutputHandlerBase *outputHandler;
 };

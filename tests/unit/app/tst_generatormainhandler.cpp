@@ -67,20 +67,6 @@ private slots:
         QCOMPARE(report.lines.last(), "ABORT - The output folder " + folder + " is not writeable.");
     }
 
-    void keepsTheOldestCheckLog()
-    {
-        setLineType(0, "4");
-        RecordingHandler report;
-        run(report);
-        QFile kept(fixture->path("__tsrerrorlog.txt.bak"));
-        QVERIFY(kept.open(QIODevice::ReadOnly));
-        QCOMPARE(kept.readAll(), QByteArray("\nCheck of model consistency started"));
-        run(report);
-        QVERIFY(kept.seek(0));
-        QCOMPARE(kept.readAll(), QByteArray("\nCheck of model consistency started"));
-        QVERIFY(!QFile::exists(fixture->path("__tsrerrorlog.txt")));
-    }
-
     void dropsTheDeclaredGroup()
     {
         const QString file = fixture->path("groups.tsrp");

@@ -36,9 +36,6 @@ private slots:
         QTest::newRow("count_beyond_a_byte")
             << Settings{{"usdo_server_cnt", "256"}, {"usdo_server_enabled", "0"}}
             << Settings{{"usdo_server_enabled", "0"}};
-        QTest::newRow("enabled_stays")
-            << Settings{{"usdo_server_cnt", "3"}, {"usdo_server_enabled", "2"}}
-            << Settings{{"usdo_server_enabled", "2"}};
     }
     void correctsCANopenSettings()
     {
@@ -68,19 +65,11 @@ private slots:
         QTest::newRow("last_wins")
             << QByteArray("GeneralSettings:key:1\nGeneralSettings:key:2") << "2"
             << "";
-        QTest::newRow("blanks_count") << QByteArray("GeneralSettings:key: 1 \n") << " 1 "
-                                      << "";
-        QTest::newRow("hash_in_value") << QByteArray("GeneralSettings:key:1#2\n") << "1#2"
-                                       << "";
         QTest::newRow("four_fields") << QByteArray("GeneralSettings:key:C:/x.h\n") << ""
                                      << "";
-        QTest::newRow("two_fields") << QByteArray("GeneralSettings:key\n") << ""
-                                    << "";
         QTest::newRow("comments") << QByteArray("#GeneralSettings:key:1\n #GeneralSettings:key:1\n")
                                   << ""
                                   << "";
-        QTest::newRow("other_case") << QByteArray("generalsettings:key:1\n") << ""
-                                    << "";
         QTest::newRow("bytes") << QByteArrayLiteral("\0\xFF:\x80:\n::\nJ1939Settings:key:3") << ""
                                << "3";
     }
