@@ -27,6 +27,9 @@ void EDSImporter::doImport()
     const Job job(*this);
     if (abortRequested || !database)
         return;
+    // What is written goes into the cache as well, so that the line is not read again behind the
+    // import.
+    database->cacheAllSubs(activeLine, 0);
     EdsParser parser;
     connect(&parser, &EdsParser::newIndex, this, &EDSImporter::newIndex);
     connect(&parser, &EdsParser::newSubIndex, this, &EDSImporter::newSubIndex);

@@ -47,7 +47,8 @@ void readInfo(const EdsReader &file, const char *sectionName, const InfoKey (&ke
         for (const InfoKey &key : keys) {
             if (entry.key.compare(QLatin1String(key.name), Qt::CaseInsensitive) == 0)
                 result.insert(QLatin1String(key.name),
-                              key.isNumber ? EdsValues::withoutComment(entry.value) : entry.value);
+                              key.isNumber ? EdsValues::withoutComment(entry.value.toString())
+                                           : entry.value.toString());
         }
     }
 }
@@ -112,10 +113,10 @@ void EDSImporter::importComments(const EdsReader &file)
     for (const EdsEntry &entry : section->entries) {
         quint32 number = 0;
         if (entry.key.compare(QLatin1String("Lines"), Qt::CaseInsensitive) == 0)
-            hasCount = EdsValues::readNumber(entry.value, count);
+            hasCount = EdsValues::readNumber(entry.value.toString(), count);
         else if (entry.key.startsWith(QLatin1String("Line"), Qt::CaseInsensitive) &&
-                 EdsValues::readNumber(entry.key.mid(4), number))
-            lines.insert(number, entry.value);
+                 EdsValues::readNumber(entry.key.mid(4).toString(), number))
+            lines.insert(number, entry.value.toString());
         else
             file.note(entry.line, QStringLiteral("the line is no line of the comment"));
     }

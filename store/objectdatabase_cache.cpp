@@ -27,6 +27,9 @@ void StorePrivate::refreshCachedName(quint8 line, quint16 index, quint8 sub,
 
 void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
 {
+    const auto present = d->cachedSubs.constFind(line);
+    if (index == 0 && present != d->cachedSubs.constEnd() && present->complete && present->exact)
+        return; // as the rows are, for all writers saw to it
     d->cachedSubs.remove(line);
     LineCache cache;
     cache.complete = index == 0;

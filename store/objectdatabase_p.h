@@ -30,6 +30,7 @@ enum class RowKind { Object, SubIndex, TextObject, TextSubIndex };
 /// and every writer keeps it so. Otherwise it holds the subindices of one object only.
 struct LineCache {
     bool complete = false;
+    bool exact = true;                ///< no record differs from its row; see cacheWrittenSub()
     QMap<quint32, SubIndexData> subs; ///< by subKey()
     QMap<quint16, IndexData> objects;
 };
@@ -53,6 +54,8 @@ public:
     /// Runs one statement without result. \a context stands first in the log.
     bool exec(const QString &sql, const Cells &values = {});
     void applyPragmas(int cacheSize);
+    /// Runs a prepared statement whose values are bound; all statements of the store end up here.
+    bool runPrepared(QSqlQuery &query);
     /// Makes a thread that does not hold the block wait for it.
     void awaitUnblocked();
     void noteFailure(const QSqlQuery &query);

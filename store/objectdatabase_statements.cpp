@@ -41,6 +41,7 @@ bool StorePrivate::openConnection(const QString &file)
 void StorePrivate::closeConnection()
 {
     prepared.clear();
+    inserters.clear();
     db.close();
     damaged = false;
     batchDepth = 0;
@@ -67,6 +68,15 @@ void StorePrivate::applyPragmas(int cacheSize)
 bool StorePrivate::exec(const QString &sql, const Cells &values)
 {
     return Statement(*this, sql, values).ok();
+}
+
+bool StorePrivate::runPrepared(QSqlQuery &query)
+{
+    awaitUnblocked();
+    const bool done = query.exec();
+    if (!done)
+        noteFailure(query);
+    return done;
 }
 
 void StorePrivate::awaitUnblocked()
@@ -121,7 +131,6 @@ QVector<QStringList> StorePrivate::allRows(const QString &sql)
 Statement::Statement(StorePrivate &privateStore, const QString &sql, const Cells &values)
     : store(privateStore), text(sql), query(privateStore.db)
 {
-    store.awaitUnblocked();
     const auto cached = store.prepared.find(sql);
     if (cached != store.prepared.end()) {
         query = *cached;
@@ -130,12 +139,12 @@ Statement::Statement(StorePrivate &privateStore, const QString &sql, const Cells
     } else {
         query.setForwardOnly(true);
         prepared = query.prepare(sql);
+        if (!prepared)
+            store.noteFailure(query);
     }
     for (int i = 0; i < values.size(); ++i)
         query.bindValue(i, values.at(i));
-    succeeded = prepared && query.exec();
-    if (!succeeded)
-        store.noteFailure(query);
+    succeeded = prepared && store.runPrepared(query);
 }
 
 Statement::~Statement()

@@ -21,6 +21,18 @@ constexpr StringColumns kLineStringColumns[] = {
     {"DataElements", {"name", "desc", nullptr}},
 };
 
+/// A query for the numbers that a table refers to. None may be NULL, or "not in" would find nothing.
+QString usedStrings(const StringColumns &row, const QString &table)
+{
+    QStringList queries;
+    for (const char *column : row.columns) {
+        if (column)
+            queries << QStringLiteral("select %1 from %2 where %1 is not NULL")
+                           .arg(QLatin1String(column), table);
+    }
+    return queries.join(QStringLiteral(" union all "));
+}
+
 } // namespace
 
 void ObjectDataBase::prepareQuotationMark(QString &text) const
@@ -80,33 +92,23 @@ void ObjectDataBase::cacheStrings()
 
 void ObjectDataBase::cleanUpStrings()
 {
-    QSet<int> unused;
-    {
-        Statement ids(*d, QStringLiteral("select id from Strings"));
-        while (ids.next())
-            unused.insert(ids.value(0).toInt());
-    }
-    const auto keep = [this, &unused](const QString &table, const char *column) {
-        Statement used(
-            *d, QStringLiteral("select distinct %1 from %2").arg(QLatin1String(column), table));
-        while (used.next())
-            unused.remove(used.value(0).toInt());
-    };
+    QSet<QString> tables; // an old project may lack some
+    const QVector<QStringList> rows =
+        d->allRows(QStringLiteral("select name from sqlite_master where type = 'table'"));
+    for (const QStringList &row : rows)
+        tables.insert(row.first());
+
+    QString sql = QStringLiteral("delete from Strings where id not in "
+                                 "(select name from Signals where name is not NULL)");
     const QList<quint8> lines = getNodes();
     for (const quint8 line : lines) {
         for (const StringColumns &row : kLineStringColumns) {
-            for (const char *column : row.columns) {
-                if (column)
-                    keep(Schema::table(row.family, line), column);
-            }
+            const QString table = Schema::table(row.family, line);
+            if (tables.contains(table))
+                sql += QStringLiteral(" and id not in (%1)").arg(usedStrings(row, table));
         }
     }
-    keep(QStringLiteral("Signals"), "name");
-
-    beginBatch();
-    for (const int id : unused)
-        d->exec(QStringLiteral("delete from Strings where id = ?"), {id});
-    commitBatch();
-    d->stringsComplete = d->stringsComplete && unused.isEmpty();
+    const int deleted = Statement(*d, sql).affectedRows();
+    d->stringsComplete = d->stringsComplete && deleted == 0;
     cacheStrings();
 }

@@ -125,6 +125,8 @@ void StorePrivate::cacheWrittenSub(quint8 line, quint16 index, quint8 sub, const
     if (data.dataType == static_cast<quint16>(CAN::CANopenDataType::VisibleString)) {
         owner->prepareQuotationMark(record.defaultValue);
         owner->prepareQuotationMark(record.currentValue);
+        cache->exact = cache->exact && record.defaultValue == data.defaultValue &&
+                       record.currentValue == data.currentValue;
     }
     refreshCachedName(line, index, sub, record);
 }

@@ -61,8 +61,10 @@ RowInserter::RowInserter(const QString &tableName, const QStringList &columnName
       conflict(onConflict)
 {
     Q_ASSERT(columns.size() <= 32 && usual.size() == columns.size());
-    for (const QVariant &value : qAsConst(usual))
+    for (const QVariant &value : qAsConst(usual)) {
+        placeHolders << QStringLiteral(":c%1").arg(literals.size());
         literals << literalOf(value);
+    }
 }
 
 bool RowInserter::write(StorePrivate &store, const QVector<QVariant> &cells, quint32 kept)
@@ -77,21 +79,31 @@ bool RowInserter::write(StorePrivate &store, const QVector<QVariant> &cells, qui
         if (i >= keyColumns && cell.type() == usual.at(i).type() && cell == usual.at(i))
             shape.literal |= bit(i);
     }
-    auto statement = statements.constFind(shape);
-    if (statement == statements.constEnd()) {
-        if (statements.size() >= kMaxShapes)
-            shape.literal = 0;
-        if (statements.size() >= 2 * kMaxShapes)
-            statements.clear();
-        statement = statements.insert(shape, statementText(shape));
-    }
-    QVector<QVariant> bound;
-    bound.reserve(cells.size());
+    if (statements.size() >= kMaxShapes && !statements.contains(shape))
+        shape.literal = 0;
+    QSqlQuery &query = statement(store, shape);
+    const quint32 bound = shape.given & ~shape.literal;
     for (int i = 0; i < cells.size(); ++i) {
-        if (shape.given & ~shape.literal & bit(i))
-            bound << cells.at(i);
+        if (bound & bit(i))
+            query.bindValue(placeHolders.at(i), cells.at(i));
     }
-    return store.exec(*statement, bound);
+    const bool done = store.runPrepared(query);
+    query.finish();
+    return done;
+}
+
+QSqlQuery &RowInserter::statement(StorePrivate &store, const Shape &shape)
+{
+    const auto known = statements.find(shape);
+    if (known != statements.end())
+        return *known;
+    if (statements.size() >= 2 * kMaxShapes)
+        statements.clear();
+    QSqlQuery query(store.db);
+    query.setForwardOnly(true);
+    if (!query.prepare(statementText(shape)))
+        store.noteFailure(query);
+    return *statements.insert(shape, query);
 }
 
 QString RowInserter::statementText(const Shape &shape) const
@@ -103,7 +115,7 @@ QString RowInserter::statementText(const Shape &shape) const
         if (!(shape.given & bit(i)))
             continue;
         names << columns.at(i);
-        values << (shape.literal & bit(i) ? literals.at(i) : QStringLiteral("?"));
+        values << (shape.literal & bit(i) ? literals.at(i) : placeHolders.at(i));
         if (i >= keyColumns && !(shape.kept & bit(i)))
             updates << QStringLiteral("%1=excluded.%1").arg(columns.at(i));
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QHash>
+#include <QSqlQuery>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -48,6 +49,7 @@ private:
         }
     };
 
+    QSqlQuery &statement(StorePrivate &store, const Shape &shape);
     QString statementText(const Shape &shape) const;
 
     QString table;
@@ -55,6 +57,7 @@ private:
     int keyColumns;
     QVector<QVariant> usual;
     QStringList literals;
+    QStringList placeHolders; ///< by name, which Qt finds faster than by position
     Conflict conflict;
-    QHash<Shape, QString> statements;
+    QHash<Shape, QSqlQuery> statements;
 };

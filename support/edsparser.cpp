@@ -165,24 +165,13 @@ enum Field {
     FieldCount
 };
 
-const QHash<QString, Field> &fieldsByKey()
-{
-    static const QHash<QString, Field> fields = {
-        {QStringLiteral("parametername"), ParameterName},
-        {QStringLiteral("objecttype"), ObjectType},
-        {QStringLiteral("datatype"), DataType},
-        {QStringLiteral("accesstype"), AccessType},
-        {QStringLiteral("defaultvalue"), DefaultValue},
-        {QStringLiteral("lowlimit"), LowLimit},
-        {QStringLiteral("highlimit"), HighLimit},
-        {QStringLiteral("pdomapping"), PDOMappable},
-        {QStringLiteral("objflags"), ObjFlags},
-        {QStringLiteral("compactsubobj"), CompactSubObj},
-        {QStringLiteral("parametervalue"), ParameterValue},
-        {QStringLiteral("denotation"), Denotation},
-    };
-    return fields;
-}
+/// The keys in the order of Field.
+constexpr QLatin1String kFieldKeys[FieldCount] = {
+    QLatin1String("ParameterName"), QLatin1String("ObjectType"),     QLatin1String("DataType"),
+    QLatin1String("AccessType"),    QLatin1String("DefaultValue"),   QLatin1String("LowLimit"),
+    QLatin1String("HighLimit"),     QLatin1String("PDOMapping"),     QLatin1String("ObjFlags"),
+    QLatin1String("CompactSubObj"), QLatin1String("ParameterValue"), QLatin1String("Denotation"),
+};
 
 /// The known entries of one section.
 class Entries
@@ -192,15 +181,21 @@ public:
         : reader(edsReader), section(edsSection)
     {
         for (const EdsEntry &entry : section.entries) {
-            const auto field = fieldsByKey().constFind(entry.key.toLower());
-            if (field != fieldsByKey().constEnd())
-                found[*field] = &entry;
+            for (int field = 0; field < FieldCount; ++field) {
+                const QLatin1String key = kFieldKeys[field];
+                if (entry.key.size() == key.size() &&
+                    entry.key.compare(key, Qt::CaseInsensitive) == 0)
+                    found[size_t(field)] = &entry;
+            }
         }
     }
 
     const EdsSection &edsSection() const { return section; }
 
-    QString text(Field field) const { return found[field] ? found[field]->value : QString(); }
+    QString text(Field field) const
+    {
+        return found[field] ? found[field]->value.toString() : QString();
+    }
 
     /// A number; 0 if the entry is missing or empty, or logged as being none.
     quint32 number(Field field) const
@@ -264,9 +259,9 @@ public:
 private:
     void noteValue(Field field) const
     {
-        reader.note(
-            found[field]->line,
-            QStringLiteral("%1 cannot be %2").arg(found[field]->key, found[field]->value.left(80)));
+        reader.note(found[field]->line, QStringLiteral("%1 cannot be %2")
+                                            .arg(found[field]->key.toString(),
+                                                 found[field]->value.left(80).toString()));
     }
 
     const EdsReader &reader;
@@ -305,9 +300,9 @@ QMap<quint8, QString> readList(const EdsReader &reader, int position)
         return list;
     for (const EdsEntry &entry : reader.sections()[position].entries) {
         bool ok = false;
-        const quint32 number = Numbers::toUIntByPrefix(entry.key, &ok);
+        const quint32 number = Numbers::toUIntByPrefix(entry.key.toString(), &ok);
         if (ok && number <= kMaxMembers && !entry.value.isEmpty())
-            list.insert(static_cast<quint8>(number), entry.value);
+            list.insert(static_cast<quint8>(number), entry.value.toString());
         else if (entry.key.compare(QLatin1String("NrOfEntries"), Qt::CaseInsensitive) != 0)
             reader.note(entry.line, QStringLiteral("the line is no entry of the list"));
     }
@@ -401,6 +396,8 @@ private:
         record.name = record.member.name;
         record.defaultValue = record.member.defaultValue.toString();
         record.flag = record.member.writeDefault;
+        if (record.objectCode == CANopen::ObjectCode::Array)
+            record.dataType = elementType(sections, record.dataType);
         if (isStructure(record.objectCode)) {
             record.compactSubObj = static_cast<quint8>(qMin<quint32>(memberCount, kMaxMembers));
             for (QString &value : record.memberValues)
@@ -412,6 +409,17 @@ private:
         if (memberCount != record.compactSubObj)
             reader.note(section.line,
                         QStringLiteral("%1 members are not possible").arg(memberCount));
+    }
+
+    /// The type of an array is that of its first element, whose section may stand anywhere.
+    quint16 elementType(const ObjectSections &sections, quint16 ownType) const
+    {
+        for (const ObjectSections::Sub &sub : sections.subs) {
+            if (sub.number == 1)
+                return Entries(reader, reader.sections()[sub.section])
+                    .dataType(CANopen::ObjectCode::Var);
+        }
+        return ownType;
     }
 
     const EdsReader &reader;

@@ -46,7 +46,7 @@ void EdsReader::parse(const QByteArray &bytes, const QString &origin)
     lineNumber = 0;
     lastWasBlank = true;
 
-    const QString text = decode(bytes);
+    text = decode(bytes);
     int start = 0;
     while (start < text.size()) {
         int end = start;
@@ -67,9 +67,9 @@ const EdsSection *EdsReader::section(const QString &name) const
     return found == lastByName.constEnd() ? nullptr : &allSections[*found];
 }
 
-void EdsReader::note(int line, const QString &text) const
+void EdsReader::note(int line, const QString &message) const
 {
-    qCDebug(lcImport).noquote().nospace() << file << ':' << line << ": " << text;
+    qCDebug(lcImport).noquote().nospace() << file << ':' << line << ": " << message;
 }
 
 QString EdsReader::decode(const QByteArray &bytes)
@@ -91,57 +91,56 @@ QString EdsReader::decode(const QByteArray &bytes)
 
 void EdsReader::readLine(const QStringRef &raw)
 {
-    const QStringRef text = raw.trimmed();
-    if (text.isEmpty()) {
+    const QStringRef line = raw.trimmed();
+    if (line.isEmpty()) {
         // A block that follows the lines of a section ends here; one behind a blank line goes on.
         if (!block.isBehindBlank)
             closeBlock();
         lastWasBlank = true;
         return;
     }
-    if (text.startsWith(QLatin1String(";;"))) {
+    if (line.startsWith(QLatin1String(";;"))) {
         readComment(raw.mid(raw.indexOf(QLatin1Char(';')) + 2));
-    } else if (text[0] == QLatin1Char('[')) {
-        readSectionHead(text);
+    } else if (line[0] == QLatin1Char('[')) {
+        readSectionHead(line);
         lastWasBlank = false;
-    } else if (text[0] != QLatin1Char(';') && text[0] != QLatin1Char('#')) {
-        readEntry(text);
+    } else if (line[0] != QLatin1Char(';') && line[0] != QLatin1Char('#')) {
+        readEntry(line);
         lastWasBlank = false;
     }
 }
 
-void EdsReader::readSectionHead(const QStringRef &text)
+void EdsReader::readSectionHead(const QStringRef &line)
 {
     if (!block.isBehindBlank)
         closeBlock();
-    const int end = text.indexOf(QLatin1Char(']'));
+    const int end = line.indexOf(QLatin1Char(']'));
     if (end < 0)
         note(lineNumber, QStringLiteral("the section's head has no closing bracket"));
-    else if (end + 1 < text.size())
+    else if (end + 1 < line.size())
         note(lineNumber, QStringLiteral("text behind the section's head is passed over"));
 
     EdsSection section;
-    section.name = normalizedName(text.mid(1, end < 0 ? -1 : end - 1).toString());
+    section.name = normalizedName(line.mid(1, end < 0 ? -1 : end - 1).toString());
     section.line = lineNumber;
     lastByName.insert(section.name, allSections.size());
     allSections.append(section);
     closeBlock();
 }
 
-void EdsReader::readEntry(const QStringRef &text)
+void EdsReader::readEntry(const QStringRef &line)
 {
     closeBlock();
-    const int split = text.indexOf(QLatin1Char('='));
-    const QStringRef key = text.left(qMax(split, 0)).trimmed();
+    const int split = line.indexOf(QLatin1Char('='));
+    const QStringRef key = line.left(qMax(split, 0)).trimmed();
     if (key.isEmpty() || allSections.isEmpty()) {
         note(lineNumber, QStringLiteral("the line is no section, key or comment of a section"));
         return;
     }
-    allSections.last().entries.append(
-        {key.toString(), text.mid(split + 1).trimmed().toString(), lineNumber});
+    allSections.last().entries.append({key, line.mid(split + 1).trimmed(), lineNumber});
 }
 
-void EdsReader::readComment(const QStringRef &text)
+void EdsReader::readComment(const QStringRef &line)
 {
     if (block.isOpen) {
         block.text += QLatin1Char('\n');
@@ -149,7 +148,7 @@ void EdsReader::readComment(const QStringRef &text)
         block.isOpen = true;
         block.isBehindBlank = lastWasBlank;
     }
-    block.text += text;
+    block.text += line;
 }
 
 /// Gives the open block to the section that was begun last. A block at the file's start stays open

@@ -6,10 +6,10 @@
 #include <QString>
 #include <QVector>
 
-/// A line "key=value", blanks around both cut.
+/// A line "key=value", blanks around both cut. Both point into the reader's text.
 struct EdsEntry {
-    QString key;
-    QString value;
+    QStringRef key;
+    QStringRef value;
     int line = 0; ///< from 1
 };
 
@@ -21,10 +21,15 @@ struct EdsSection {
     QString comment; ///< lines of its ";;" blocks without these two characters, "\n" between them
 };
 
-/// Holds the sections of one file. Used by one thread at a time.
+/// Holds the sections of one file. Used by one thread at a time; not copied, for its entries point
+/// into its text.
 class EdsReader
 {
 public:
+    EdsReader() = default;
+    EdsReader(const EdsReader &) = delete;
+    EdsReader &operator=(const EdsReader &) = delete;
+
     /// False if the file cannot be opened, is no regular file, or is larger than 256 MiB; the
     /// reader is empty then.
     bool read(const QString &file);
@@ -42,7 +47,7 @@ public:
     const QString &fileName() const { return file; }
 
     /// Writes a line to the import log that names file and line of an oddity.
-    void note(int line, const QString &text) const;
+    void note(int line, const QString &message) const;
 
     /// Text of bytes that are UTF-8, UTF-16 with byte order mark, or else Windows-1252; without the
     /// mark, and with blanks in place of control characters.
@@ -57,12 +62,13 @@ private:
     };
 
     void readLine(const QStringRef &raw);
-    void readSectionHead(const QStringRef &text);
-    void readEntry(const QStringRef &text);
-    void readComment(const QStringRef &text);
+    void readSectionHead(const QStringRef &line);
+    void readEntry(const QStringRef &line);
+    void readComment(const QStringRef &line);
     void closeBlock();
 
     QString file;
+    QString text;
     QVector<EdsSection> allSections;
     QHash<QString, int> lastByName;
     Block block;
