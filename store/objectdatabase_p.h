@@ -16,6 +16,7 @@
 
 #include <array>
 #include <atomic>
+#include <optional>
 
 /// Values that are bound to a statement, in the order of its place holders.
 using Cells = QVector<QVariant>;
@@ -68,6 +69,9 @@ public:
     void addMissingColumns(const QString &table, const char *columns);
     /// Makes a line's table anew with the constraints of today, and takes its rows over.
     bool rebuildTable(const char *family, int line, bool stopAtFailure);
+
+    /// Number of the new row, or -1.
+    int insertString(const QString &text);
 
     // --- caches ---
 
@@ -126,8 +130,9 @@ public:
     QList<quintptr> blockingThreads;
     int batchDepth = 0;
 
-    QHash<QString, QSqlQuery> prepared; ///< by their text; lent to a Statement while it lives
-    QHash<int, RowInserter> inserters;  ///< by kind and line
+    QHash<QString, QSqlQuery> prepared;    ///< by their text; lent to a Statement while it lives
+    std::optional<QSqlQuery> stringInsert; ///< kept apart: texts are added more often than all else
+    QHash<int, RowInserter> inserters;     ///< by kind and line
     QHash<QString, int> stringIds;
     QHash<int, QString> strings;
     bool stringsComplete = false; ///< both maps hold all rows of the table
@@ -152,7 +157,6 @@ public:
     QVariant value(int column) const { return query.value(column); }
     int columnCount() const { return query.record().count(); }
     int affectedRows() const { return query.numRowsAffected(); }
-    int lastInsertId() const { return query.lastInsertId().toInt(); }
 
 private:
     StorePrivate &store;

@@ -42,6 +42,7 @@ void StorePrivate::closeConnection()
 {
     prepared.clear();
     inserters.clear();
+    stringInsert.reset();
     db.close();
     damaged = false;
     batchDepth = 0;

@@ -21,7 +21,8 @@ constexpr StringColumns kLineStringColumns[] = {
     {"DataElements", {"name", "desc", nullptr}},
 };
 
-/// A query for the numbers that a table refers to. None may be NULL, or "not in" would find nothing.
+/// A query for the numbers that a table refers to. None may be NULL, or "not in" would find
+/// nothing.
 QString usedStrings(const StringColumns &row, const QString &table)
 {
     QStringList queries;
@@ -40,6 +41,21 @@ void ObjectDataBase::prepareQuotationMark(QString &text) const
     text.replace(QLatin1Char('\''), QLatin1String("''"));
 }
 
+int StorePrivate::insertString(const QString &text)
+{
+    if (!stringInsert) {
+        stringInsert.emplace(db);
+        if (!stringInsert->prepare(QStringLiteral("insert into Strings values(NULL,:text)")))
+            noteFailure(*stringInsert);
+    }
+    stringInsert->bindValue(QStringLiteral(":text"),
+                            text.isNull() ? QStringLiteral("") : text); // a null would be NULL
+    const bool done = runPrepared(*stringInsert);
+    const int id = done ? stringInsert->lastInsertId().toInt() : -1;
+    stringInsert->finish();
+    return id;
+}
+
 int ObjectDataBase::getStringId(const QString &text)
 {
     if (!d->stringsComplete)
@@ -49,13 +65,11 @@ int ObjectDataBase::getStringId(const QString &text)
     // rows is the one referred to. The others go at the next save.
     if (known != d->stringIds.constEnd() && !text.contains(QLatin1Char('\'')))
         return *known;
-    Statement insert(*d, QStringLiteral("insert into Strings values(NULL,?)"),
-                     {text.isNull() ? QStringLiteral("") : text});
+    const int id = d->insertString(text);
     if (known != d->stringIds.constEnd())
         return *known;
-    if (!insert.ok())
+    if (id < 0)
         return -1;
-    const int id = insert.lastInsertId();
     d->stringIds.insert(text, id);
     d->strings.insert(id, text);
     return id;

@@ -47,15 +47,18 @@ void EdsReader::parse(const QByteArray &bytes, const QString &origin)
     lastWasBlank = true;
 
     text = decode(bytes);
-    int start = 0;
-    while (start < text.size()) {
+    const QChar *characters = text.constData();
+    const auto isLineEnd = [characters](int place) {
+        return characters[place] == QLatin1Char('\n') || characters[place] == QLatin1Char('\r');
+    };
+    for (int start = 0; start < text.size();) {
         int end = start;
-        while (end < text.size() && text[end] != QLatin1Char('\n') &&
-               text[end] != QLatin1Char('\r'))
+        while (end < text.size() && !isLineEnd(end))
             ++end;
         ++lineNumber;
-        readLine(text.midRef(start, end - start));
-        const bool isCrLf = text.midRef(end, 2) == QLatin1String("\r\n");
+        readLine(QStringRef(&text, start, end - start));
+        const bool isCrLf = end + 1 < text.size() && characters[end] == QLatin1Char('\r') &&
+                            characters[end + 1] == QLatin1Char('\n');
         start = end + (isCrLf ? 2 : 1);
     }
     closeBlock();
@@ -76,17 +79,17 @@ QString EdsReader::decode(const QByteArray &bytes)
 {
     QTextCodec *codec = QTextCodec::codecForUtfText(bytes, QTextCodec::codecForName("UTF-8"));
     QTextCodec::ConverterState state;
-    QString text = codec->toUnicode(bytes.constData(), bytes.size(), &state);
+    QString decoded = codec->toUnicode(bytes.constData(), bytes.size(), &state);
     if (state.invalidChars > 0 || state.remainingChars > 0) {
         codec = QTextCodec::codecForName("Windows-1252");
-        text = codec ? codec->toUnicode(bytes) : QString::fromLatin1(bytes);
+        decoded = codec ? codec->toUnicode(bytes) : QString::fromLatin1(bytes);
     }
-    for (QChar &character : text) {
+    for (QChar &character : decoded) {
         if (character.unicode() < 0x20 && character != QLatin1Char('\n') &&
             character != QLatin1Char('\r'))
             character = QLatin1Char(' ');
     }
-    return text;
+    return decoded;
 }
 
 void EdsReader::readLine(const QStringRef &raw)
