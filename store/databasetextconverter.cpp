@@ -45,6 +45,13 @@ QString hexOrder(const char *column)
     return QStringLiteral("printf('0x%x',%1)").arg(QLatin1String(column));
 }
 
+/// A name as it stands in a statement; names of tables in a project are data.
+QString quoted(QString name)
+{
+    return QLatin1Char('"') + name.replace(QLatin1Char('"'), QLatin1String("\"\"")) +
+           QLatin1Char('"');
+}
+
 /// All characters that QChar counts as white space, for SQL's trim().
 QString whiteSpace()
 {
@@ -192,22 +199,32 @@ void DatabaseTextConverter::fixAllDefaultValues()
     // Empty cells become explicit, so that a text project has the same lines whatever wrote the
     // rows.
     static const QString blanks = whiteSpace();
-    const QVector<QStringList> columns =
-        d->allRows(QStringLiteral("SELECT m.name, c.name, lower(c.type) FROM sqlite_master m, "
-                                  "PRAGMA_TABLE_INFO(m.name) c WHERE m.type='table'"));
+    const QVector<QStringList> columns = d->allRows(
+        QStringLiteral("SELECT m.name, c.name, lower(c.type) FROM sqlite_master m, "
+                       "PRAGMA_TABLE_INFO(m.name) c WHERE m.type='table' ORDER BY m.name"));
     store->beginBatch();
-    for (const QStringList &row : columns) {
-        const QString table = QString(row.at(0)).replace(QLatin1Char('"'), QLatin1String("\"\""));
-        const QString column = QString(row.at(1)).replace(QLatin1Char('"'), QLatin1String("\"\""));
-        if (row.at(2).contains(QLatin1String("integer"))) {
-            d->exec(QStringLiteral("update \"%1\" set \"%2\"=0 where \"%2\" is NULL or \"%2\"=''")
-                        .arg(table, column));
-        } else if (row.at(2).contains(QLatin1String("text"))) {
-            d->exec(QStringLiteral("update \"%1\" set \"%2\"='' where \"%2\" is NULL or "
-                                   "(\"%2\"!='' and trim(\"%2\",?)='')")
-                        .arg(table, column),
-                    {blanks});
+    // One pass over each table, which rewrites only rows that have an empty cell.
+    for (int i = 0; i < columns.size();) {
+        const QString table = columns.at(i).at(0);
+        QStringList fixes;
+        QStringList conditions;
+        for (; i < columns.size() && columns.at(i).at(0) == table; ++i) {
+            const QString column = quoted(columns.at(i).at(1));
+            const QString &type = columns.at(i).at(2);
+            if (type.contains(QLatin1String("integer"))) {
+                fixes << QStringLiteral("%1=ifnull(nullif(%1,''),0)").arg(column);
+                conditions << QStringLiteral("%1 is NULL or %1=''").arg(column);
+            } else if (type.contains(QLatin1String("text"))) {
+                const QString trimmed = QStringLiteral("trim(%1,'%2')").arg(column, blanks);
+                fixes << QStringLiteral("%1=iif(%2!='',%1,'')").arg(column, trimmed);
+                conditions
+                    << QStringLiteral("%1 is NULL or (%1!='' and %2='')").arg(column, trimmed);
+            }
         }
+        if (!fixes.isEmpty())
+            d->exec(QStringLiteral("update %1 set %2 where %3")
+                        .arg(quoted(table), fixes.join(QLatin1Char(',')),
+                             conditions.join(QStringLiteral(" or "))));
     }
     store->commitBatch();
     d->forgetSettings();
@@ -291,8 +308,7 @@ void DatabaseTextConverter::printTable(const QString &table)
     qCDebug(lcStore) << "unhandled table" << table;
     const QStringList columns = d->columnNames(table);
     const QVector<QStringList> rows =
-        d->allRows(QStringLiteral("SELECT * FROM \"%1\"")
-                       .arg(QString(table).replace(QLatin1Char('"'), QLatin1String("\"\""))));
+        d->allRows(QStringLiteral("SELECT * FROM %1").arg(quoted(table)));
     if (rows.isEmpty())
         return;
     // One key a column, so that only the last row is left to see.

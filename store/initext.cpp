@@ -91,6 +91,9 @@ Line nextLine(Span *rest)
 
 QString unescapedKey(Span span)
 {
+    if (std::find(span.begin, span.end, '%') == span.end)
+        return QString::fromLatin1(span.begin, span.size())
+            .replace(QLatin1Char('\\'), QLatin1Char('/'));
     QString key;
     key.reserve(span.size());
     for (const char *at = span.begin; at < span.end; ++at) {
@@ -213,14 +216,22 @@ QByteArray hex(uint code)
     return QByteArray::number(code, 16);
 }
 
+/// A character that stands in a key as it is.
+bool isPlainInKey(ushort code)
+{
+    return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z') ||
+           (code >= '0' && code <= '9') || code == '_' || code == '-' || code == '.';
+}
+
 QByteArray escapedKey(const QString &key)
 {
     QByteArray result;
+    result.reserve(key.size());
     for (const QChar ch : key) {
         const ushort code = ch.unicode();
         if (code == '/')
             result += '\\';
-        else if (code < 0x80 && (isalnum(code) || code == '_' || code == '-' || code == '.'))
+        else if (isPlainInKey(code))
             result += char(code);
         else
             result += (code <= 0xFF ? "%" + hex(code).rightJustified(2, '0').toUpper()
@@ -274,6 +285,8 @@ QByteArray escapedText(const QString &text, bool asBytes)
     };
     for (int i = 0; i < text.size(); ++i) {
         const ushort code = text.at(i).unicode();
+        if (isPlainInKey(code) && !afterNumber)
+            continue;
         needsQuotes = needsQuotes || code == ';' || code == ',' || code == '=';
         QByteArray escape = escapeOf(code);
         const bool isDigit = code < 0x80 && hexDigit(char(code)) >= 0;
