@@ -237,6 +237,9 @@ quint32 GeneratorMainHandler::checkLine(const ProjectLine &line, bool isOneOfSev
 void GeneratorMainHandler::writeCheckLog(const QString &path)
 {
     QFile log(path);
+    const QFileInfo present(path);
+    if (present.exists() && !present.isFile())
+        return; // a pipe would wait for a reader
     if (!log.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return; // the report stands on the console too
     log.write(outputHandler->getLogging().toUtf8());

@@ -153,7 +153,8 @@ QString AbstractGenerator::convertValue(CAN::CANopenDataType type, quint64 unsig
 bool AbstractGenerator::isNewOrWritable(const QString &path)
 {
     const QFileInfo info(path);
-    return !info.exists() || info.isWritable();
+    // A pipe or a device is no place for a file: opening it might never end.
+    return !info.exists() || ((info.isFile() || info.isDir()) && info.isWritable());
 }
 
 bool AbstractGenerator::openOutputFile(QFile &file)

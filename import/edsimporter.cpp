@@ -33,7 +33,8 @@ void EDSImporter::doImport()
     EdsParser parser;
     connect(&parser, &EdsParser::newIndex, this, &EDSImporter::newIndex);
     connect(&parser, &EdsParser::newSubIndex, this, &EDSImporter::newSubIndex);
-    const bool hasObjects = parser.LoadEds(importFileName);
+    (void)parser.LoadEds(
+        importFileName); // without objects the device information is taken all the same
     if (!parser.wasRead()) {
         fail(QStringLiteral("Could not open %1").arg(importFileName));
         return;
@@ -42,11 +43,8 @@ void EDSImporter::doImport()
     emit progress(80);
     database->setDescriptionSettingsLine(activeLine);
     const PromisedPdos promised = importFileDeviceInfo(parser.sections());
-    // A file without objects is no device; what it says of PDOs must not grow the project.
-    if (hasObjects) {
-        createMissingPdos(PdoDirection::Receive, promised.receive);
-        createMissingPdos(PdoDirection::Transmit, promised.transmit);
-    }
+    createMissingPdos(PdoDirection::Receive, promised.receive);
+    createMissingPdos(PdoDirection::Transmit, promised.transmit);
 }
 
 void EDSImporter::newIndex(const CANopen::CANopenIndex &record)

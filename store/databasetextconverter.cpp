@@ -192,6 +192,8 @@ bool DatabaseTextConverter::convertSqlToText()
             printTable(table);
     }
     writer = nullptr;
+    // A store that lost its tables, to a full disk say, must not pass for an empty project.
+    isComplete = isComplete && !store->getNodes().isEmpty();
     return output.finish() && file.flush() && isComplete;
 }
 

@@ -266,6 +266,9 @@ signals:
 private:
     friend class DatabaseTextConverter;
 
+    /// Has the opened database a line, and the tables that each of them has?
+    bool holdsProject() const;
+
     // Steps of openDataBase (objectdatabase_upgrade.cpp)
     bool upgradeOpenedProject();
     bool createMissingTables();

@@ -4,9 +4,11 @@
 #include "support/logging.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QSqlError>
 #include <QSqlRecord>
 #include <QThread>
+#include <QtEndian>
 
 #include <cstdlib>
 
@@ -18,6 +20,22 @@ constexpr int kOpenedProjectCachePages = 64000;
 constexpr int kMaxResultColumns = 10;
 
 std::atomic<quint16> instanceCounter{0};
+
+/// Does the head of the database file tell of more pages than the file has? SQLite would read what
+/// is left as if it were all (its file format, section 1.3).
+bool isCutShort(const QString &name)
+{
+    constexpr int kHeadBytes = 100;
+    QFile file(name);
+    const QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(kHeadBytes) : QByteArray();
+    if (head.size() < kHeadBytes)
+        return true;
+    const auto number = [&head](int at) { return qFromBigEndian<quint32>(head.constData() + at); };
+    const quint32 stored = qFromBigEndian<quint16>(head.constData() + 16);
+    const qint64 pageBytes = stored == 1 ? 65536 : stored;
+    const bool isCountValid = number(24) == number(92); // no older SQLite wrote last
+    return isCountValid && pageBytes * number(28) > file.size();
+}
 
 } // namespace
 
@@ -69,7 +87,7 @@ bool ObjectDataBase::createNewDataBase()
     setMiscSettingsValue(QStringLiteral("CreateToolName"), QCoreApplication::applicationName());
     setMiscSettingsValue(QStringLiteral("DatabaseVersion"), QString::number(kDatabaseVersion));
     commitBatch();
-    return opened;
+    return opened && !d->damaged;
 }
 
 bool ObjectDataBase::openDataBase(const QString &file, bool)
@@ -84,9 +102,10 @@ bool ObjectDataBase::openDataBase(const QString &file, bool)
     const QString copy = d->temporaryFiles.create();
     if (!ReplaceFile::copyContents(file, copy))
         qCWarning(lcStore) << "cannot copy" << file << "to" << copy;
+    ReplaceFile::removeLeftover(file);
     d->projectFile = file;
     d->sourceUnreadable = false;
-    if (!d->openConnection(copy) || d->hasActiveSchema() || getNodes().isEmpty())
+    if (isCutShort(copy) || !d->openConnection(copy) || d->hasActiveSchema() || !holdsProject())
         return false;
     d->applyPragmas(kOpenedProjectCachePages);
     if (!upgradeOpenedProject())
@@ -97,6 +116,16 @@ bool ObjectDataBase::openDataBase(const QString &file, bool)
         return false;
     emit updateNotify(ChangeSet());
     return true;
+}
+
+bool ObjectDataBase::holdsProject() const
+{
+    const QList<quint8> lines = getNodes();
+    if (lines.isEmpty() || d->columnNames(QStringLiteral("Strings")).isEmpty())
+        return false;
+    const quint8 line = lines.first();
+    return !d->columnNames(Schema::table("Objects", line)).isEmpty() ||
+           !d->columnNames(Schema::table("PGNs", line)).isEmpty();
 }
 
 QString ObjectDataBase::getLastErrorString() const
@@ -183,12 +212,15 @@ void ObjectDataBase::setLockWriteAccess(bool lock)
 
 void ObjectDataBase::beginBatch()
 {
-    if (d->batchDepth++ == 0)
-        d->db.transaction();
+    if (d->batchDepth++ == 0 && !d->db.transaction())
+        qCWarning(lcStore) << "no transaction:" << d->db.lastError().text();
 }
 
 void ObjectDataBase::commitBatch()
 {
-    if (d->batchDepth > 0 && --d->batchDepth == 0 && !d->db.commit())
-        qCWarning(lcStore) << "commit failed:" << d->db.lastError().text();
+    if (d->batchDepth == 0 || --d->batchDepth > 0 || d->db.commit())
+        return;
+    // The disk is full, say: what was written since beginBatch() is not in the file.
+    d->damaged = true;
+    qCWarning(lcStore) << "commit failed:" << d->db.lastError().text();
 }

@@ -100,6 +100,7 @@ bool ObjectDataBase::toText(const QString &file)
 
 bool ObjectDataBase::fromText(const QString &file)
 {
+    ReplaceFile::removeLeftover(file);
     d->projectFile = file;
     const bool created = createNewDataBase();
     DatabaseTextConverter converter;

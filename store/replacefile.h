@@ -18,6 +18,9 @@ enum class Backup {
 /// then stands as it was, and nothing else is left.
 bool replace(const QString &name, Backup backup, const std::function<bool(const QString &)> &write);
 
+/// Removes what a killed run left of its replacing \a name; never what another run is writing.
+void removeLeftover(const QString &name);
+
 /// Copies the bytes of \a source into \a target, which is made or emptied. False if either cannot
 /// be opened, read or written to the end.
 bool copyContents(const QString &source, const QString &target);
