@@ -1,11 +1,9 @@
 // The driver on an open store: what the command line's tests cannot see or set up.
 #include "app/generatormainhandler.h"
 #include "app/outputhandlerbase.h"
-#include "tests/unit/store/storefixture.h"
+#include "tests/fixtures/storefixture.h"
 
-#include <QFile>
 #include <QSignalSpy>
-#include <QTest>
 
 using Result = GeneratorMainHandler::GeneratorResult;
 
@@ -30,18 +28,17 @@ private slots:
     void init()
     {
         fixture = std::make_unique<StoreFixture>();
-        store = std::make_unique<ObjectDataBase>();
-        QVERIFY(store->createNewDataBase());
+        store = makeStore();
     }
 
     void headsEachLineOfSeveral()
     {
-        store->addNode(7, ObjectDataBase::NODE_DATA_T());
+        store->addNode(7, Node());
         setLineType(0, "5");
         setLineType(7, "3");
         RecordingHandler report;
         QCOMPARE(run(report), Result::GenerationOk);
-        const QString folder = fixture->path(QString());
+        const QString folder = fixture->path();
         const QString bar(40, '_');
         const QStringList expected = {
             "\nCheck of model consistency started",
@@ -73,8 +70,7 @@ private slots:
         setLineType(0, "2");
         QVERIFY(store->saveDataBase(file));
         QVERIFY(StoreFixture::runSql(
-            file, {"insert into PGNs0 (number, direction) values (60928, 85)",
-                   "insert into PGNs0 (number, direction) values (60928, 119)"}));
+            file, {"insert into PGNs0 (number, direction) values (60928, 85), (60928, 119)"}));
         QVERIFY(store->openDataBase(file));
         RecordingHandler report;
         run(report);
@@ -84,17 +80,12 @@ private slots:
 
     void removesForeignFilesOfJ1939Projects_data()
     {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QString>("adapter");
-        QTest::addColumn<QStringList>("left");
-        const QString adapterFile = QStringLiteral("j1939_adapter.c");
-        const QString indications = QStringLiteral("gen_indication.h");
-        QTest::newRow("pure_j1939") << "2"
-                                    << "" << QStringList();
-        QTest::newRow("with_adapter") << "2"
-                                      << "1" << QStringList{adapterFile};
-        QTest::newRow("with_canopen") << "5"
-                                      << "" << QStringList{indications, adapterFile};
+        columns<QString, QString, QString>("type", "adapter", "left");
+        // clang-format off
+        QTest::newRow("pure_j1939") << "2" << "" << "";
+        QTest::newRow("with_adapter") << "2" << "1" << "j1939_adapter.c";
+        QTest::newRow("with_canopen") << "5" << "" << "gen_indication.h j1939_adapter.c";
+        // clang-format on
     }
     void removesForeignFilesOfJ1939Projects()
     {
@@ -102,25 +93,24 @@ private slots:
         QFETCH(QString, adapter);
         const QStringList names = {"gen_indication.h", "j1939_adapter.c"};
         for (const QString &name : names)
-            QVERIFY(QFile(fixture->path(name)).open(QIODevice::WriteOnly));
+            QVERIFY(writeFile(fixture->path(name), {}));
         setLineType(0, type);
         store->setJ1939SettingsValue("j1939adapter", adapter);
         RecordingHandler report;
         run(report);
-        QTEST(QDir(fixture->path(QString())).entryList(names, QDir::Files, QDir::Name), "left");
+        QTEST(QDir(fixture->path()).entryList(names, QDir::Files, QDir::Name).join(' '), "left");
     }
 
 private:
     void setLineType(int line, const QString &type)
     {
-        store->setGeneralSettingsValue(QStringLiteral("line%1type").arg(line), type);
+        store->setGeneralSettingsValue(QString("line%1type").arg(line), type);
     }
 
     Result run(RecordingHandler &report, const QString &folder = QString())
     {
         GeneratorMainHandler driver(&report);
-        driver.openProject(store.get(), folder.isEmpty() ? fixture->path(QString()) : folder,
-                           QStringLiteral("demo"));
+        driver.openProject(store.get(), folder.isEmpty() ? fixture->path() : folder, "demo");
         QSignalSpy finished(&driver, &GeneratorMainHandler::finished);
         driver.generateOutput(false);
         return finished.count() == 1 ? finished.first().first().value<Result>()
