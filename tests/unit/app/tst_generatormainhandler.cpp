@@ -3,8 +3,6 @@
 #include "app/outputhandlerbase.h"
 #include "tests/fixtures/storefixture.h"
 
-#include <QSignalSpy>
-
 using Result = GeneratorMainHandler::GeneratorResult;
 
 /// Keeps the lines as they are reported, tags and all.
@@ -20,16 +18,12 @@ public:
     QStringList lines;
 };
 
-class tst_GeneratorMainHandler : public QObject
+class tst_GeneratorMainHandler : public StoreTest
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        fixture = std::make_unique<StoreFixture>();
-        store = makeStore();
-    }
+    void init() { store = makeStore(); }
 
     void headsEachLineOfSeveral()
     {
@@ -38,7 +32,7 @@ private slots:
         setLineType(7, "3");
         RecordingHandler report;
         QCOMPARE(run(report), Result::GenerationOk);
-        const QString folder = fixture->path();
+        const QString folder = fixture.path();
         const QString bar(40, '_');
         const QStringList expected = {
             "\nCheck of model consistency started",
@@ -53,20 +47,20 @@ private slots:
             "Generation finished.",
         };
         QCOMPARE(report.lines, expected);
-        QVERIFY(QFile::exists(fixture->path("demo_0.txt")));
+        QVERIFY(QFile::exists(fixture.path("demo_0.txt")));
     }
 
     void stopsAtAMissingFolder()
     {
         RecordingHandler report;
-        const QString folder = fixture->path("none");
+        const QString folder = fixture.path("none");
         QCOMPARE(run(report, folder), Result::GenerationOutputNotWritable);
         QCOMPARE(report.lines.last(), "ABORT - The output folder " + folder + " is not writeable.");
     }
 
     void dropsTheDeclaredGroup()
     {
-        const QString file = fixture->path("groups.tsrp");
+        const QString file = fixture.path("groups.tsrp");
         setLineType(0, "2");
         QVERIFY(store->saveDataBase(file));
         QVERIFY(StoreFixture::runSql(
@@ -78,27 +72,21 @@ private slots:
         QCOMPARE(store->getPGNs(0, 0x77, false), QList<quint32>{60928});
     }
 
-    void removesForeignFilesOfJ1939Projects_data()
-    {
-        columns<QString, QString, QString>("type", "adapter", "left");
-        // clang-format off
-        QTest::newRow("pure_j1939") << "2" << "" << "";
-        QTest::newRow("with_adapter") << "2" << "1" << "j1939_adapter.c";
-        QTest::newRow("with_canopen") << "5" << "" << "gen_indication.h j1939_adapter.c";
-        // clang-format on
-    }
     void removesForeignFilesOfJ1939Projects()
     {
-        QFETCH(QString, type);
-        QFETCH(QString, adapter);
         const QStringList names = {"gen_indication.h", "j1939_adapter.c"};
-        for (const QString &name : names)
-            QVERIFY(writeFile(fixture->path(name), {}));
-        setLineType(0, type);
-        store->setJ1939SettingsValue("j1939adapter", adapter);
-        RecordingHandler report;
-        run(report);
-        QTEST(QDir(fixture->path()).entryList(names, QDir::Files, QDir::Name).join(' '), "left");
+        const auto filesLeft = [&](const QString &type, const QString &adapter) {
+            for (const QString &name : names)
+                writeFile(fixture.path(name), {});
+            setLineType(0, type);
+            store->setJ1939SettingsValue("j1939adapter", adapter);
+            RecordingHandler report;
+            run(report);
+            return QDir(fixture.path()).entryList(names, QDir::Files, QDir::Name).join(' ');
+        };
+        QCOMPARE(filesLeft("2", ""), "");
+        QCOMPARE(filesLeft("2", "1"), "j1939_adapter.c");
+        QCOMPARE(filesLeft("5", ""), "gen_indication.h j1939_adapter.c");
     }
 
 private:
@@ -110,15 +98,12 @@ private:
     Result run(RecordingHandler &report, const QString &folder = QString())
     {
         GeneratorMainHandler driver(&report);
-        driver.openProject(store.get(), folder.isEmpty() ? fixture->path() : folder, "demo");
+        driver.openProject(store.get(), folder.isEmpty() ? fixture.path() : folder, "demo");
         QSignalSpy finished(&driver, &GeneratorMainHandler::finished);
         driver.generateOutput(false);
         return finished.count() == 1 ? finished.first().first().value<Result>()
                                      : static_cast<Result>(-1);
     }
-
-    std::unique_ptr<StoreFixture> fixture;
-    std::unique_ptr<ObjectDataBase> store;
 };
 
 QTEST_GUILESS_MAIN(tst_GeneratorMainHandler)

@@ -3,7 +3,6 @@
 #include "generators/textwriter.h"
 #include "tests/fixtures/storefixture.h"
 
-#include <QSignalSpy>
 #include <QThread>
 
 using Result = AbstractGenerator::ResultCode;
@@ -44,7 +43,7 @@ public slots:
     }
 };
 
-class tst_AbstractGenerator : public QObject
+class tst_AbstractGenerator : public StoreTest
 {
     Q_OBJECT
 
@@ -122,8 +121,7 @@ private slots:
         generator->setDataBase(store.get());
         for (auto error = errors.cbegin(); error != errors.cend(); ++error) {
             generator->path = error.key();
-            generator->startGeneration();
-            generator->wait();
+            generate();
             QVERIFY(generator->getWasError() && !generator->isRunning());
             QCOMPARE(generator->getLastErrorString(), *error);
         }
@@ -134,8 +132,7 @@ private slots:
         generator->setDataBase(store.get());
         for (const QString setting : {"True", "1", "true"}) {
             store->setMiscSettingsValue("generateML", setting);
-            generator->startGeneration();
-            generator->wait();
+            generate();
             QCOMPARE(generator->wasMultiLine, setting == "true");
         }
     }
@@ -157,8 +154,12 @@ private slots:
     }
 
 private:
-    StoreFixture fixture;
-    std::unique_ptr<ObjectDataBase> store;
+    void generate()
+    {
+        generator->startGeneration();
+        generator->wait();
+    }
+
     std::unique_ptr<SampleGenerator> generator;
 };
 

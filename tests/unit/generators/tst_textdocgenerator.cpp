@@ -1,11 +1,8 @@
 // The text documentation of a CANopen line.
 #include "generators/descriptions/textdocgenerator.h"
-#include "generators/textwriter.h"
 #include "tests/fixtures/storefixture.h"
 
-#include <QBuffer>
-
-class tst_TextDocGenerator : public QObject
+class tst_TextDocGenerator : public StoreTest
 {
     Q_OBJECT
 
@@ -59,17 +56,6 @@ private slots:
         QVERIFY(!QFile::exists(fixture.path("demo_doc.txt")));
     }
 
-    void missingRecordsWriteNothing()
-    {
-        QBuffer buffer;
-        QVERIFY(buffer.open(QIODevice::WriteOnly));
-        TextWriter out(&buffer);
-        TextDoc::documentIndex(out, *store, 0, 0x2000);
-        TextDoc::documentSubIndex(out, *store, 9, 0x2000, 1);
-        QVERIFY(out.finish());
-        QVERIFY(buffer.data().isEmpty());
-    }
-
 private:
     void addMotor()
     {
@@ -99,9 +85,6 @@ private:
         generator.wait();
         return readFile(fixture.path(fileName));
     }
-
-    StoreFixture fixture;
-    std::unique_ptr<ObjectDataBase> store;
 };
 
 QTEST_GUILESS_MAIN(tst_TextDocGenerator)

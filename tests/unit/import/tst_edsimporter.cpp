@@ -2,9 +2,7 @@
 #include "import/edsimporter.h"
 #include "tests/fixtures/storefixture.h"
 
-#include <QtTest>
-
-class TestEdsImporter : public QObject
+class TestEdsImporter : public StoreTest
 {
     Q_OBJECT
 
@@ -39,15 +37,6 @@ private slots:
         QCOMPARE(importer.proposeVarname(0x2003, "a_B:1"), "a_b:1");
     }
 
-    void fileNames()
-    {
-        QVERIFY(writeFile(file, "x"));
-        EDSImporter importer;
-        QVERIFY(importer.setImportFileName(file));
-        QVERIFY(!importer.setImportFileName(fixture.path("none.eds")));
-        QVERIFY(!importer.setImportFileName(fixture.path()));
-    }
-
     void runOfAJob()
     {
         QVERIFY(writeFile(file, "[2000]\nParameterName=x\n"));
@@ -69,11 +58,13 @@ private slots:
         QVERIFY(!store->blockUpdates());
     }
 
-    void fileThatVanished()
+    void filesThatCannotBeRead()
     {
         QVERIFY(writeFile(file, "[2000]\nParameterName=x\n"));
         EDSImporter importer;
         importer.setDatabase(store.get());
+        QVERIFY(!importer.setImportFileName(fixture.path("none.eds")));
+        QVERIFY(!importer.setImportFileName(fixture.path()));
         QVERIFY(importer.setImportFileName(file));
         QVERIFY(QFile::remove(file));
         QVERIFY(importer.startImport());
@@ -115,43 +106,31 @@ private slots:
         QVERIFY(object(0x2000).objectCode == CANopen::ObjectCode::Var);
     }
 
-    void storage_data()
-    {
-        columns<QByteArray, QString>("entries", "expected"); // implementation, size, variable
-        const auto row = [](const char *name, const QByteArray &entries, const char *expected) {
-            QTest::newRow(name) << entries << expected;
-        };
-        row("number", "DataType=7\nAccessType=ro", "0 0 ");
-        row("constant_string", "DataType=9\nAccessType=const\nDefaultValue=abc", "1 3 ");
-        row("read_only_octets", "DataType=10\nAccessType=ro", "1 1 ");
-        row("utf8_in_bytes", "DataType=124\nAccessType=ro\nDefaultValue=\xC2\xB5m", "1 3 ");
-        row("writable_string", "DataType=9\nAccessType=rw\nDefaultValue=ab", "2 2 v_81920");
-        row("domain", "DataType=15\nAccessType=ro", "2 1 v_81920");
-        row("domain_by_code", "ObjectType=2\nAccessType=const", "2 1 v_81920");
-    }
     void storage()
     {
-        QFETCH(QByteArray, entries);
-        QVERIFY(import("[2000]\n" + entries + "\n"));
-        const Sub data = sub(0x2000, 0);
-        QTEST(QString("%1 %2 %3").arg(data.implementation).arg(data.size).arg(data.varName),
-              "expected");
+        const auto storageOf = [this](const QByteArray &entries) {
+            import("[2000]\n" + entries + "\n");
+            const Sub data = sub(0x2000, 0); // implementation, size, variable
+            return QString("%1 %2 %3").arg(data.implementation).arg(data.size).arg(data.varName);
+        };
+        QCOMPARE(storageOf("DataType=7\nAccessType=ro"), "0 0 ");
+        QCOMPARE(storageOf("DataType=9\nAccessType=const\nDefaultValue=abc"), "1 3 ");
+        QCOMPARE(storageOf("DataType=10\nAccessType=ro"), "1 1 ");
+        QCOMPARE(storageOf("DataType=124\nAccessType=ro\nDefaultValue=\xC2\xB5m"), "1 3 ");
+        QCOMPARE(storageOf("DataType=9\nAccessType=rw\nDefaultValue=ab"), "2 2 v_81920");
+        QCOMPARE(storageOf("DataType=15\nAccessType=ro"), "2 1 v_81920");
+        QCOMPARE(storageOf("ObjectType=2\nAccessType=const"), "2 1 v_81920");
     }
 
-    void variableNamesDiffer()
+    void members()
     {
         QVERIFY(import("[1000]\nObjectType=9\n[1000sub0B]\nDataType=15\n"
-                       "[A001]\nObjectType=9\n[A001sub1]\nDataType=15\n"));
+                       "[A001]\nObjectType=9\n[A001sub1]\nDataType=15\n"
+                       "[2000]\nObjectType=8\n[2000sub0]\nDataType=5\n[2000sub1]\nDataType=7\n"));
         QCOMPARE(sub(0x1000, 11).varName, "v_409611");
-        QCOMPARE(sub(0xA001, 1).varName, "v_40961_1");
-    }
-
-    void arrayTakesTheTypeOfItsElements()
-    {
-        QVERIFY(import("[2000]\nObjectType=8\n[2000sub0]\nDataType=5\n[2000sub1]\nDataType=7\n"
-                       "[2001]\nObjectType=9\n[2001sub1]\nDataType=7\n"));
-        QCOMPARE(object(0x2000).dataType, quint16(7));
-        QCOMPARE(object(0x2001).dataType, quint16(5));
+        QCOMPARE(sub(0xA001, 1).varName, "v_40961_1"); // else that of the other member
+        QCOMPARE(object(0x1000).dataType, quint16(5));
+        QCOMPARE(object(0x2000).dataType, quint16(7)); // an array has the type of its elements
     }
 
     void compactMembers()
@@ -191,13 +170,13 @@ private slots:
                        "[2001]\nObjectType=9\n;;of the record\n[2001sub0]\nDataType=5\n\n"
                        ";;of one\n;; two lines\n[2001sub1]\nDataType=5\n"
                        "[2002]\nObjectType=9\n;;object\n[2002sub0]\nDataType=5\n;;count\n"));
-        QCOMPARE(object(0x2000).description, "above");
-        QCOMPARE(sub(0x2000, 0).description, "above");
-        QCOMPARE(object(0x2001).description, "of the record");
-        QCOMPARE(sub(0x2001, 0).description, "of the record");
+        const auto texts = [this](quint16 index) {
+            return object(index).description + '|' + sub(index, 0).description;
+        };
+        QCOMPARE(texts(0x2000), "above|above");
+        QCOMPARE(texts(0x2001), "of the record|of the record");
+        QCOMPARE(texts(0x2002), "object|count");
         QCOMPARE(sub(0x2001, 1).description, "of one\n two lines");
-        QCOMPARE(object(0x2002).description, "object");
-        QCOMPARE(sub(0x2002, 0).description, "count");
     }
 
     void deviceInformation()
@@ -217,43 +196,36 @@ private slots:
             QVERIFY2(!store->existDescriptionSettingsValue(key), key);
     }
 
-    void commentOfTheFile_data()
-    {
-        columns<QString, QString>("section", "comment");
-        // clang-format off
-        QTest::newRow("lines") << "Lines=3\nLine1=a\nLine2=\nLine3=c, \"d\"; e\n" << "a\n\nc, \"d\"; e";
-        QTest::newRow("order_is_that_of_the_numbers") << "Lines=11\nLine10=j\nLine9=i\n" << "i\nj";
-        QTest::newRow("more_lines_than_told") << "Lines=1\nLine1=a\nLine2=b\n" << "a";
-        QTest::newRow("huge_count") << "Lines=4000000000\nLine1=a\n" << "a";
-        // clang-format on
-    }
     void commentOfTheFile()
     {
-        QFETCH(QString, section);
-        QVERIFY(import("[Comments]\n" + section.toUtf8() + "[2000]\n"));
-        store->setDescriptionSettingsLine(0);
-        QTEST(setting("Comment"), "comment");
+        const auto commentOf = [this](const QByteArray &section) {
+            import("[Comments]\n" + section + "[2000]\n");
+            store->setDescriptionSettingsLine(0);
+            return setting("Comment");
+        };
+        QCOMPARE(commentOf("Lines=3\nLine1=a\nLine2=\nLine3=c, \"d\"; e\n"), "a\n\nc, \"d\"; e");
+        QCOMPARE(commentOf("Lines=11\nLine10=j\nLine9=i\n"), "i\nj");
+        QCOMPARE(commentOf("Lines=1\nLine1=a\nLine2=b\n"), "a"); // more than told
+        QCOMPARE(commentOf("Lines=4000000000\nLine1=b\n"), "b");
     }
 
-    void promisedPdos_data()
-    {
-        columns<QString, QString>("text", "expected"); // receive, their mappings, transmit
-        // clang-format off
-        QTest::newRow("none_promised") << "" << "||";
-        QTest::newRow("none_held") << "[DeviceInfo]\nNrOfRXPDO=2\nNrOfTXPDO=0x1\n" << "0 1|0 1|0";
-        QTest::newRow("gaps_are_filled_first") << "[1401]\n[1403]\n[DeviceInfo]\nNrOfRxPDO=3\n" << "0 1 3|0 1 3|";
-        QTest::newRow("enough_held_anywhere") << "[1405]\n[15FF]\n[DeviceInfo]\nNrOfRXPDO=2\n" << "5 511|5 511|";
-        QTest::newRow("mapping_that_is_held_counts") << "[1402]\n[1600]\n[DeviceInfo]\nNrOfRXPDO=2\n" << "0 2|0 2|";
-        QTest::newRow("mapping_without_parameter_object") << "[1400]\n[1401]\n[1605]\n[1606]\n[DeviceInfo]\nNrOfRXPDO=2\n" << "0 1|5 6|";
-        QTest::newRow("transmit") << "[1801]\n[DeviceInfo]\nNrOfTXPDO=2\n" << "||0 1";
-        // clang-format on
-    }
     void promisedPdos()
     {
-        QFETCH(QString, text);
-        QVERIFY(import("[2000]\n" + text.toUtf8()));
-        QTEST(places(0x1400) + '|' + places(0x1600) + '|' + places(0x1800), "expected");
-        QCOMPARE(places(0x1A00), places(0x1800));
+        const auto placesOf = [this](const QByteArray &text) { // receive, mappings, transmit
+            store = makeStore();
+            import("[2000]\n" + text);
+            return places(0x1400) + '|' + places(0x1600) + '|' + places(0x1800) +
+                   (places(0x1A00) == places(0x1800) ? "" : " without mappings");
+        };
+        QCOMPARE(placesOf(""), "||");
+        QCOMPARE(placesOf("[DeviceInfo]\nNrOfRXPDO=2\nNrOfTXPDO=0x1\n"), "0 1|0 1|0");
+        // Gaps are filled first, but any place counts, and so does a mapping that is held.
+        QCOMPARE(placesOf("[1401]\n[1403]\n[DeviceInfo]\nNrOfRxPDO=3\n"), "0 1 3|0 1 3|");
+        QCOMPARE(placesOf("[1405]\n[15FF]\n[DeviceInfo]\nNrOfRXPDO=2\n"), "5 511|5 511|");
+        QCOMPARE(placesOf("[1402]\n[1600]\n[DeviceInfo]\nNrOfRXPDO=2\n"), "0 2|0 2|");
+        QCOMPARE(placesOf("[1400]\n[1401]\n[1605]\n[1606]\n[DeviceInfo]\nNrOfRXPDO=2\n"),
+                 "0 1|5 6|");
+        QCOMPARE(placesOf("[1801]\n[DeviceInfo]\nNrOfTXPDO=2\n"), "||0 1");
     }
 
     void defaultPdoObjects()
@@ -336,9 +308,7 @@ private:
         return list.join(' ');
     }
 
-    StoreFixture fixture;
     QString file;
-    std::unique_ptr<ObjectDataBase> store;
 };
 
 QTEST_GUILESS_MAIN(TestEdsImporter)

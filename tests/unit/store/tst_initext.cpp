@@ -4,7 +4,6 @@
 
 #include <QBuffer>
 #include <QSettings>
-#include <QtTest>
 
 class TestIniText : public QObject
 {

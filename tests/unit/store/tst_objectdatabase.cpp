@@ -1,9 +1,7 @@
 // Nodes, objects, subindices, texts and caches of the store.
 #include "tests/fixtures/storefixture.h"
 
-#include <QtTest>
-
-class TestObjectDatabase : public QObject
+class TestObjectDatabase : public StoreTest
 {
     Q_OBJECT
 
@@ -61,39 +59,11 @@ private slots:
 
     void everyColumnReadsBack()
     {
-        Object object;
-        object.name = "Drehzahl ä";
-        object.dataType = 6;
-        object.objectCode = CANopen::ObjectCode::Record;
-        object.description = "two\nlines";
-        object.category = 3;
-        object.deviceClass = "drive";
-        object.fwSupported = true;
-        object.metadata = {{"eds_define", "A"}};
+        const Object object = fullObject();
         QVERIFY(store->addIndex(0, 0x6042, object));
         QVERIFY(objectOf(*store, 0, 0x6042) == object);
 
-        Sub sub = makeSub("x, y", 7, "5");
-        sub.accessType = "rww";
-        sub.currentValue = "6";
-        sub.pdoMapping = PDOMapping(PDOMappingType::Tpdo);
-        sub.lowLimit = "-1";
-        sub.upLimit = "9";
-        sub.size = 10;
-        sub.defaultInEds = false;
-        sub.limitInEds = sub.refuseRead = sub.refuseWrite = sub.dcfComponent = true;
-        sub.cyclicRead = sub.changedByUser = sub.sharedLines = sub.nvStorage = true;
-        sub.managedByOlm = true;
-        sub.allowedAccessTypes = "ro,rw";
-        sub.implementation = 2;
-        sub.description = "d";
-        sub.varName = "v";
-        sub.category = 4;
-        sub.writeDefaultToEds = 2;
-        sub.wizardSource = 454;
-        sub.denotation = "shown";
-        sub.signalId = 12;
-        sub.metadata = {{"k", "v"}};
+        const Sub sub = fullSub();
         QVERIFY(store->addSubIndex(0, 0x6042, 3, sub));
         Sub stored;
         QVERIFY(store->getSubIndexData(0, 0x6042, 3, stored));
@@ -120,19 +90,18 @@ private slots:
         QCOMPARE(store->getString(id), "it's");
     }
 
-    void cachesFollowWrites_data()
-    {
-        columns<bool>("cached");
-        QTest::newRow("cached line") << true;
-        QTest::newRow("uncached line") << false;
-    }
     void cachesFollowWrites()
     {
-        QFETCH(bool, cached);
+        for (const bool isCached : {false, true})
+            cacheFollowsWrites(isCached);
+    }
+    void cacheFollowsWrites(bool isCached)
+    {
+        store = makeStore();
         store->addIndex(0, 0x2000, {});
         store->addSubIndex(0, 0x2000, 0, makeSub("a", 5, "1"));
         store->addSubIndex(0, 0x2000, 1, makeSub("b", 5, "2"));
-        if (cached)
+        if (isCached)
             store->cacheAllSubs(0, 0);
 
         store->setSubIndexValue(0, 0x2000, 0, "3");
@@ -280,10 +249,6 @@ private slots:
         QVERIFY(other->wait(5000));
         QVERIFY(passed);
     }
-
-private:
-    StoreFixture fixture;
-    std::unique_ptr<ObjectDataBase> store;
 };
 
 QTEST_GUILESS_MAIN(TestObjectDatabase)

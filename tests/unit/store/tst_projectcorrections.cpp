@@ -5,7 +5,7 @@
 
 using Settings = QMap<QString, QString>;
 
-class tst_ProjectCorrections : public QObject
+class tst_ProjectCorrections : public StoreTest
 {
     Q_OBJECT
 
@@ -15,12 +15,15 @@ private slots:
     void correctsCANopenSettings_data()
     {
         columns<Settings, Settings>("before", "after");
+        const auto row = [](const char *name, const Settings &before, const Settings &after) {
+            QTest::newRow(name) << before << after;
+        };
         // clang-format off
-        QTest::newRow("master_list") << Settings{{"co_ml_ms", "1,0"}, {"nmtmaster", "0"}} << Settings{{"co_ml_ms", ""}, {"nmtmaster", "1,0"}};
-        QTest::newRow("master_value") << Settings{{"co_ml_ms", "1"}, {"nmtmaster", "0"}} << Settings{{"co_ml_ms", "1"}, {"nmtmaster", "0"}};
-        QTest::newRow("counted_server") << Settings{{"usdo_server_cnt", "2"}} << Settings{{"usdo_server_enabled", "1"}, {"usdo_client_enabled", ""}};
-        QTest::newRow("counted_client") << Settings{{"usdo_client_cnt", "255"}, {"usdo_client_enabled", "256"}} << Settings{{"usdo_client_enabled", "1"}};
-        QTest::newRow("count_beyond_a_byte") << Settings{{"usdo_server_cnt", "256"}, {"usdo_server_enabled", "0"}} << Settings{{"usdo_server_enabled", "0"}};
+        row("master_list", {{"co_ml_ms", "1,0"}, {"nmtmaster", "0"}}, {{"co_ml_ms", ""}, {"nmtmaster", "1,0"}});
+        row("master_value", {{"co_ml_ms", "1"}, {"nmtmaster", "0"}}, {{"co_ml_ms", "1"}, {"nmtmaster", "0"}});
+        row("server", {{"usdo_server_cnt", "2"}}, {{"usdo_server_enabled", "1"}, {"usdo_client_enabled", ""}});
+        row("client", {{"usdo_client_cnt", "255"}, {"usdo_client_enabled", "256"}}, {{"usdo_client_enabled", "1"}});
+        row("beyond_a_byte", {{"usdo_server_cnt", "256"}, {"usdo_server_enabled", "0"}}, {{"usdo_server_enabled", "0"}});
         // clang-format on
     }
     void correctsCANopenSettings()
@@ -36,26 +39,23 @@ private slots:
             QCOMPARE(store->getGeneralSettingsValue(entry.key()), entry.value());
     }
 
-    void appliesModifierFile_data()
-    {
-        columns<QByteArray, QString, QString>("text", "general", "j1939");
-        const auto row = [](const char *name, const QByteArray &text, const char *general,
-                            const char *j1939) { QTest::newRow(name) << text << general << j1939; };
-        row("both_stores", "GeneralSettings:key:1\nJ1939Settings:key:2", "1", "2");
-        row("dos_line_ends", "\r\nGeneralSettings:key:1\r\n", "1", "");
-        row("utf8", "GeneralSettings:key:\xC3\xBC\n", "\u00FC", "");
-        row("last_wins", "GeneralSettings:key:1\nGeneralSettings:key:2", "2", "");
-        row("four_fields", "GeneralSettings:key:C:/x.h\n", "", "");
-        row("comments", "#GeneralSettings:key:1\n #GeneralSettings:key:1\n", "", "");
-        row("bytes", QByteArrayLiteral("\0\xFF:\x80:\n::\nJ1939Settings:key:3"), "", "3");
-    }
     void appliesModifierFile()
     {
-        QFETCH(QByteArray, text);
         store->setLockWriteAccess(true);
-        QVERIFY(apply(text));
-        QTEST(store->getGeneralSettingsValue("key"), "general");
-        QTEST(store->getJ1939SettingsValue("key"), "j1939");
+        const auto applied = [this](const QByteArray &text) { // the values in both stores
+            store->setGeneralSettingsValue("key", "");
+            store->setJ1939SettingsValue("key", "");
+            return apply(text) ? store->getGeneralSettingsValue("key") + '|' +
+                                     store->getJ1939SettingsValue("key")
+                               : "failed";
+        };
+        QCOMPARE(applied("GeneralSettings:key:1\nJ1939Settings:key:2"), "1|2");
+        QCOMPARE(applied("\r\nGeneralSettings:key:1\r\n"), "1|");
+        QCOMPARE(applied("GeneralSettings:key:\xC3\xBC\n"), "\u00FC|");
+        QCOMPARE(applied("GeneralSettings:key:1\nGeneralSettings:key:2"), "2|");
+        QCOMPARE(applied("GeneralSettings:key:C:/x.h\n"), "|"); // four fields
+        QCOMPARE(applied("#GeneralSettings:key:1\n #GeneralSettings:key:1\n"), "|");
+        QCOMPARE(applied(QByteArrayLiteral("\0\xFF:\x80:\n::\nJ1939Settings:key:3")), "|3");
     }
 
     void otherStoresAreOutOfReach()
@@ -80,9 +80,6 @@ private:
         return writeFile(fixture.path("mod.txt"), text) &&
                modifier.setModifierFile(fixture.path("mod.txt")) && modifier.applyModifierFile();
     }
-
-    StoreFixture fixture;
-    std::unique_ptr<ObjectDataBase> store;
 };
 
 QTEST_GUILESS_MAIN(tst_ProjectCorrections)

@@ -2,9 +2,6 @@
 #include "store/temporaryfiles.h"
 #include "tests/fixtures/storefixture.h"
 
-#include <QSignalSpy>
-#include <QtTest>
-
 class TestProjectLifecycle : public QObject
 {
     Q_OBJECT
@@ -12,8 +9,15 @@ class TestProjectLifecycle : public QObject
 private slots:
     void init()
     {
+        store.reset();
         fixture = std::make_unique<StoreFixture>();
         file = fixture->path("p.tsrp");
+        const auto made = makeStore();
+        made->setGeneralSettingsValue("line0type", "1");
+        made->addIndex(0, 0x2000, {});
+        made->addSubIndex(0, 0x2000, 0, makeSub("a", 5, "1"));
+        made->addSubIndex(0, 0x2000, 1, makeSub("b", 6, "2"));
+        QVERIFY(made->saveDataBase(file));
     }
 
     void badFilesAreNoProject_data()
@@ -29,7 +33,6 @@ private slots:
         QByteArray noise;
         for (int i = 0; i < 5000; ++i)
             noise += char(i * i);
-        saveProject();
         const QByteArray good = readFile(file);
         const int half = good.size() / 2;
         const QMap<QString, QByteArray> contents = {
@@ -48,23 +51,18 @@ private slots:
             QVERIFY(QDir().mkpath(file));
         else if (kind == "foreign")
             QVERIFY(StoreFixture::runSql(file, {"create table Cars (id integer)"}));
-        {
-            ObjectDataBase store;
-            QVERIFY(!store.openDataBase(file));
-            QCOMPARE(store.getLastErrorString(), "");
-        }
+        QVERIFY(!open());
+        QCOMPARE(store->getLastErrorString(), "");
+        store.reset();
         QVERIFY(fixture->temporaryCopies().isEmpty());
     }
 
     void temporaryCopiesGoWithTheStore()
     {
-        saveProject();
-        {
-            ObjectDataBase store;
-            QVERIFY(store.openDataBase(file));
-            QVERIFY(store.openDataBase(file));
-            QCOMPARE(fixture->temporaryCopies().size(), 2);
-        }
+        QVERIFY(open());
+        QVERIFY(store->openDataBase(file));
+        QCOMPARE(fixture->temporaryCopies().size(), 2);
+        store.reset();
         QVERIFY(fixture->temporaryCopies().isEmpty());
     }
 
@@ -97,25 +95,21 @@ private slots:
 
     void readOnlyProjectOpens()
     {
-        saveProject();
         QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner));
-        ObjectDataBase store;
-        QVERIFY(store.openDataBase(file));
-        QVERIFY(store.addIndex(0, 0x3000, {}));
-        QCOMPARE(store.getIndices(0, 0x2000, 0xFFFF).size(), 2);
+        QVERIFY(open());
+        QVERIFY(store->addIndex(0, 0x3000, {}));
+        QCOMPARE(store->getIndices(0, 0x2000, 0xFFFF).size(), 2);
     }
 
     void secondOpenChangesNothing()
     {
-        saveProject();
         const auto openAndSave = [this]() {
-            ObjectDataBase store;
-            if (!store.openDataBase(file) || !store.saveDataBase(QString()))
+            if (!open() || !store->saveDataBase(QString()))
                 return QStringList();
-            QStringList lines = ask(store, "select name, sql from sqlite_master order by name");
+            QStringList lines = ask("select name, sql from sqlite_master order by name");
             for (const QString table : {"GeneralSettings", "DescriptionSettings", "MiscSettings",
                                         "Strings", "Objects0", "SubObjects0", "UDSSettings0"})
-                lines += ask(store, "select * from " + table);
+                lines += ask("select * from " + table);
             return lines;
         };
         const QStringList first = openAndSave();
@@ -125,12 +119,10 @@ private slots:
 
     void saveKeepsOneGeneration()
     {
-        saveProject();
-        ObjectDataBase store;
-        QVERIFY(store.openDataBase(file));
+        QVERIFY(open());
         for (const char *generation : {"2", "3"}) {
-            store.setMiscSettingsValue("generation", generation);
-            QVERIFY(store.saveDataBase(QString()));
+            store->setMiscSettingsValue("generation", generation);
+            QVERIFY(store->saveDataBase(QString()));
         }
         ObjectDataBase saved;
         QVERIFY(saved.openDataBase(file + ".bak"));
@@ -143,7 +135,7 @@ private slots:
 
     void saveDropsScratchLinesAndUnusedTexts()
     {
-        const auto store = makeStore();
+        store = makeStore();
         store->addNode(254, {});
         store->addNode(255, {});
         store->getStringId("unused");
@@ -158,22 +150,20 @@ private slots:
 
     void failedSaveLeavesTheProject()
     {
-        saveProject();
-        ObjectDataBase store;
-        QVERIFY(store.openDataBase(file));
+        QVERIFY(open());
         // A folder where the new file is to be made stops the save even for the super user.
         QVERIFY(QDir().mkpath(file + ".new/x"));
-        QVERIFY(!store.saveDataBase(QString()));
+        QVERIFY(!store->saveDataBase(QString()));
         ObjectDataBase saved;
         QVERIFY(saved.openDataBase(file));
         QVERIFY(!QFile::exists(file + ".bak"));
-        QVERIFY(!store.saveDataBase(fixture->path("no/such/folder/p.tsrp")));
-        QCOMPARE(store.getProjectFileName(), file);
+        QVERIFY(!store->saveDataBase(fixture->path("no/such/folder/p.tsrp")));
+        QCOMPARE(store->getProjectFileName(), file);
     }
 
     void dataFileResetsUserMarks()
     {
-        const auto store = makeStore();
+        store = makeStore();
         Sub sub = makeSub("a", 5, {});
         sub.changedByUser = true;
         store->addSubIndex(0, 0x2000, 0, sub);
@@ -195,7 +185,6 @@ private slots:
     void upgrades()
     {
         QFETCH(QString, version);
-        saveProject();
         QStringList statements = {
             "delete from MiscSettings where item='SaveToolType'",
             "update MiscSettings set value='" + version + "' where item='DatabaseVersion'",
@@ -205,45 +194,39 @@ private slots:
         for (const QString table : {"SubObjects0", "UDSSettings0"}) // a copy has no constraints
             statements += {"create table copy as select * from " + table, "drop table " + table,
                            "alter table copy rename to " + table};
-        QVERIFY(StoreFixture::runSql(file, statements));
-
-        ObjectDataBase store;
-        QVERIFY(store.openDataBase(file));
-        const auto isUnique = [&store](const QString &table) {
-            return ask(store, "select sql from sqlite_master where name='" + table + "'")
+        QVERIFY(open(statements));
+        const auto isUnique = [this](const QString &table) {
+            return ask("select sql from sqlite_master where name='" + table + "'")
                 .join("")
                 .contains("UNIQUE");
         };
         QTEST(isUnique("SubObjects0"), "uniqueSubs");
         QTEST(isUnique("UDSSettings0"), "uniqueUds");
-        QCOMPARE(store.getSubIndices(0, 0x2000, 0), (QList<quint8>{0, 1}));
-        QCOMPARE(store.getSubIndexValue(0, 0x2000, 1), "2");
-        QVERIFY(store.isUDSServiceActive(0, 34));
-        QTEST(ask(store, "select direction from SPNs0").value(0).trimmed(), "spnDirection");
+        QCOMPARE(store->getSubIndices(0, 0x2000, 0), (QList<quint8>{0, 1}));
+        QCOMPARE(store->getSubIndexValue(0, 0x2000, 1), "2");
+        QVERIFY(store->isUDSServiceActive(0, 34));
+        QTEST(ask("select direction from SPNs0").value(0).trimmed(), "spnDirection");
     }
 
     void oldTableLosesNoRow()
     {
         // A table from the time before the later columns, which come in another order, with a row
         // twice.
-        saveProject();
-        QVERIFY(StoreFixture::runSql(
-            file, {"update MiscSettings set value='90' where item='DatabaseVersion'",
-                   "drop table SubObjects0",
-                   "create table SubObjects0 (objectindex integer not null, subindex integer not "
-                   "null, name integer, datatype integer not null, accesstype text not null, "
-                   "nvstorage integer, implementation integer not null, defaultvalue text, extra "
-                   "text)",
-                   "insert into SubObjects0 values(8192,0,0,7,'rw',1,2,'first','x')",
-                   "insert into SubObjects0 values(8192,0,0,7,'rw',1,2,'second','x')"}));
-        ObjectDataBase store;
-        QVERIFY(store.openDataBase(file));
-        const Sub sub = subOf(store, 0, 0x2000, 0);
+        QVERIFY(
+            open({"update MiscSettings set value='90' where item='DatabaseVersion'",
+                  "drop table SubObjects0",
+                  "create table SubObjects0 (objectindex integer not null, subindex integer not "
+                  "null, name integer, datatype integer not null, accesstype text not null, "
+                  "nvstorage integer, implementation integer not null, defaultvalue text, extra "
+                  "text)",
+                  "insert into SubObjects0 values(8192,0,0,7,'rw',1,2,'first','x')",
+                  "insert into SubObjects0 values(8192,0,0,7,'rw',1,2,'second','x')"}));
+        const Sub sub = subOf(*store, 0, 0x2000, 0);
         QCOMPARE(sub.defaultValue, "first");
         QCOMPARE(sub.accessType, "rw");
         QCOMPARE(sub.implementation, quint8(2));
         QVERIFY(sub.nvStorage);
-        QVERIFY(store.addSubIndex(0, 0x2000, 0, sub));
+        QVERIFY(store->addSubIndex(0, 0x2000, 0, sub));
     }
 
     void lineTypeIsDerived_data()
@@ -266,46 +249,38 @@ private slots:
         made->setMiscSettingsValue("CreateToolVersion", maker);
         made->executeSql("insert into PGNs0 (number,direction) values(0,85),(1,85),(2,85)");
         QVERIFY(made->saveDataBase(file));
-        ObjectDataBase store;
-        QVERIFY(store.openDataBase(file));
-        QTEST(store.getGeneralSettingsValue("line0type"), "type");
+        QVERIFY(open());
+        QTEST(store->getGeneralSettingsValue("line0type"), "type");
     }
 
     void wrongToolIsRefused()
     {
-        saveProject();
-        QVERIFY(StoreFixture::runSql(
-            file, {"update MiscSettings set value='J1939 Tessarine' where item='SaveToolType'"}));
-        ObjectDataBase store;
-        QVERIFY(store.openDataBase(file)); // a CANopen project, whoever saved it
+        QVERIFY(open({"update MiscSettings set value='J1939 Tessarine' where "
+                      "item='SaveToolType'"})); // a CANopen project, whoever saved it
         QVERIFY(StoreFixture::runSql(
             file, {"update GeneralSettings set value='5' where item='line0type'"}));
-        QSignalSpy spy(&store, &ObjectDataBase::wrongTool);
-        QVERIFY(!store.openDataBase(file));
+        QSignalSpy spy(store.get(), &ObjectDataBase::wrongTool);
+        QVERIFY(!store->openDataBase(file));
         QCOMPARE(spy.count(), 1);
-        QCOMPARE(store.getLastErrorString(), "File was not created with this tool.");
+        QCOMPARE(store->getLastErrorString(), "File was not created with this tool.");
     }
 
     void faultyMappingCountIsRepaired()
     {
-        saveProject();
-        QVERIFY(StoreFixture::runSql(
-            file, {"insert into PGNs0 (number,direction,mappingcount) values(100,119,3)",
-                   "insert into PGNs0 (number,direction,mappingcount) values(100,85,256)",
-                   "insert into SPNs0 (pgnnumber,spnnumber,direction) values(100,1,119)",
-                   "insert into SPNs0 (pgnnumber,spnnumber,direction) values(100,2,119)"}));
-        ObjectDataBase store;
-        QVERIFY(store.openDataBase(file));
+        QVERIFY(open({"insert into PGNs0 (number,direction,mappingcount) values(100,119,3)",
+                      "insert into PGNs0 (number,direction,mappingcount) values(100,85,256)",
+                      "insert into SPNs0 (pgnnumber,spnnumber,direction) values(100,1,119)",
+                      "insert into SPNs0 (pgnnumber,spnnumber,direction) values(100,2,119)"}));
         // Only the low byte counts, so 256 signals in the record match none in the table.
-        QCOMPARE(ask(store, "select mappingcount from PGNs0 order by direction"),
+        QCOMPARE(ask("select mappingcount from PGNs0 order by direction"),
                  (QStringList{"256 ", "2 "}));
-        QVERIFY(store.delPGN(0, 100, 0x77));
-        QCOMPARE(store.getPGNs(0, 0, false), QList<quint32>{100});
+        QVERIFY(store->delPGN(0, 100, 0x77));
+        QCOMPARE(store->getPGNs(0, 0, false), QList<quint32>{100});
     }
 
     void exportMakesPathsRelative()
     {
-        const auto store = makeStore();
+        store = makeStore();
         Node node;
         node.edsPath = "/somewhere/else/device.eds";
         store->addNode(0, node);
@@ -319,25 +294,23 @@ private slots:
     }
 
 private:
-    /// Saves a small project of this tool with one object.
-    void saveProject()
+    /// Runs statements on the project's file, and opens it in a new store->
+    bool open(const QStringList &statements = {})
     {
-        const auto store = makeStore();
-        store->setGeneralSettingsValue("line0type", "1");
-        store->addIndex(0, 0x2000, {});
-        store->addSubIndex(0, 0x2000, 0, makeSub("a", 5, "1"));
-        store->addSubIndex(0, 0x2000, 1, makeSub("b", 6, "2"));
-        QVERIFY(store->saveDataBase(file));
+        store = std::make_unique<ObjectDataBase>();
+        return (statements.isEmpty() || StoreFixture::runSql(file, statements)) &&
+               store->openDataBase(file);
     }
 
-    static QStringList ask(ObjectDataBase &store, const QString &statement)
+    QStringList ask(const QString &statement)
     {
-        store.executeSql(statement);
-        return store.getSqlResultLines();
+        store->executeSql(statement);
+        return store->getSqlResultLines();
     }
 
     std::unique_ptr<StoreFixture> fixture;
-    QString file;
+    std::unique_ptr<ObjectDataBase> store;
+    QString file; ///< a small project of this tool with one object
 };
 
 int main(int argc, char *argv[])

@@ -1,34 +1,27 @@
 // The five settings stores and their values by line.
 #include "tests/fixtures/storefixture.h"
 
-#include <QSignalSpy>
-
-class TestSettings : public QObject
+class TestSettings : public StoreTest
 {
     Q_OBJECT
 
 private slots:
     void init() { store = makeStore(); }
 
-    void generalElements_data()
-    {
-        columns<QString, int, QString, QString>("list", "line", "element", "afterSetting9");
-        // clang-format off
-        QTest::newRow("empty") << "" << 0 << "" << "9";
-        QTest::newRow("inside") << "1,2" << 1 << "2" << "1,9";
-        QTest::newRow("beyond gives last") << "1,2" << 3 << "2" << "1,2, ,9";
-        QTest::newRow("gap is a blank") << "1" << 3 << "1" << "1, , ,9";
-        QTest::newRow("empty element") << "1,,3" << 1 << "" << "1,9,3";
-        // clang-format on
-    }
     void generalElements()
     {
-        QFETCH(QString, list);
-        QFETCH(int, line);
-        store->setGeneralSettingsValue("some_key", list);
-        QTEST(store->getGeneralSettingsValueLine("some_key", quint8(line)), "element");
-        QVERIFY(store->setGeneralSettingsValueLine("some_key", "9", quint8(line)));
-        QTEST(general("some_key"), "afterSetting9");
+        // The element of a line, and the list once that element was set to 9.
+        const auto elements = [this](const QString &list, quint8 line) {
+            store->setGeneralSettingsValue("some_key", list);
+            const QString element = store->getGeneralSettingsValueLine("some_key", line);
+            store->setGeneralSettingsValueLine("some_key", "9", line);
+            return element + '|' + general("some_key");
+        };
+        QCOMPARE(elements("", 0), "|9");
+        QCOMPARE(elements("1,2", 1), "2|1,9");
+        QCOMPARE(elements("1,2", 3), "2|1,2, ,9"); // beyond the end the last one, and blanks
+        QCOMPARE(elements("1", 3), "1|1, , ,9");
+        QCOMPARE(elements("1,,3", 1), "|1,9,3");
     }
 
     void j1939ElementBeyondTheEnd()
@@ -109,9 +102,6 @@ private slots:
 
 private:
     QString general(const QString &key) const { return store->getGeneralSettingsValue(key); }
-
-    StoreFixture fixture;
-    std::unique_ptr<ObjectDataBase> store;
 };
 
 QTEST_GUILESS_MAIN(TestSettings)

@@ -4,8 +4,6 @@
 #include "support/numbers.h"
 #include "tests/fixtures/testkit.h"
 
-#include <QtTest>
-
 class TestCOHelper : public QObject
 {
     Q_OBJECT
@@ -124,26 +122,24 @@ private slots:
 
     void byteArrays() { QCOMPARE(Helper::UTF8String2ArrayString("Aµ"), "{0x41,0xc2,0xb5}"); }
 
-    void numbers_data()
-    {
-        columns<QString, quint32, quint32, qint64>("text", "decimal", "byPrefix", "wide");
-        QTest::newRow("decimal") << "42" << 42u << 42u << qint64(42);
-        QTest::newRow("blanks") << " 42 " << 42u << 42u << qint64(42);
-        QTest::newRow("hex") << "0x1F" << 0u << 0x1Fu << qint64(0x1F);
-        QTest::newRow("hex_upper_prefix") << "0X1f" << 0u << 0x1Fu << qint64(0x1F);
-        QTest::newRow("leading_zeros_are_decimal") << "010" << 10u << 10u << qint64(10);
-        QTest::newRow("negative") << "-5" << 0u << 0u << qint64(-5);
-        QTest::newRow("too_large") << "4294967296" << 0u << 0u << qint64(4294967296);
-        QTest::newRow("too_large_for_signed") << "0xFFFFFFFFFFFFFFFF" << 0u << 0u << qint64(0);
-        QTest::newRow("no_number") << "1x" << 0u << 0u << qint64(0);
-        QTest::newRow("empty") << "" << 0u << 0u << qint64(0);
-    }
     void numbers()
     {
-        QFETCH(QString, text);
-        QTEST(Numbers::toUIntDecimal(text), "decimal");
-        QTEST(Numbers::toUIntByPrefix(text), "byPrefix");
-        QTEST(Numbers::toLongLongByPrefix(text), "wide");
+        const auto read = [](const char *text) {
+            return QString("%1 %2 %3")
+                .arg(Numbers::toUIntDecimal(text))
+                .arg(Numbers::toUIntByPrefix(text))
+                .arg(Numbers::toLongLongByPrefix(text));
+        };
+        QCOMPARE(read("42"), "42 42 42");
+        QCOMPARE(read(" 42 "), "42 42 42");
+        QCOMPARE(read("0x1F"), "0 31 31");
+        QCOMPARE(read("0X1f"), "0 31 31");
+        QCOMPARE(read("010"), "10 10 10"); // not octal
+        QCOMPARE(read("-5"), "0 0 -5");
+        QCOMPARE(read("4294967296"), "0 0 4294967296");
+        QCOMPARE(read("0xFFFFFFFFFFFFFFFF"), "0 0 0");
+        QCOMPARE(read("1x"), "0 0 0");
+        QCOMPARE(read(""), "0 0 0");
         QCOMPARE(Numbers::toULongLongByPrefix("0xFFFFFFFFFFFFFFFF"), ~quint64(0));
     }
 };

@@ -2,8 +2,6 @@
 #include "support/edsparser.h"
 #include "tests/fixtures/testkit.h"
 
-#include <QtTest>
-
 #include <random>
 
 class TestEdsParser : public QObject
@@ -122,22 +120,17 @@ private slots:
         QCOMPARE(sub.currentValue, stored);
     }
 
-    void limits_data()
-    {
-        columns<QString, QString>("section", "expected");
-        // clang-format off
-        QTest::newRow("both") << "DataType=6\nLowLimit=0x2\nHighLimit=100 ;x" << "0x2..100";
-        QTest::newRow("one") << "DataType=6\nHighLimit=100" << "..100";
-        QTest::newRow("blank_is_none") << "DataType=6\nLowLimit=\nHighLimit=" << "none";
-        QTest::newRow("signed_in_hex") << "DataType=3\nLowLimit=0xFFF6\nHighLimit=0x7F" << "-10..127";
-        QTest::newRow("real") << "DataType=8\nLowLimit=4.5" << "4.5..";
-        // clang-format on
-    }
     void limits()
     {
-        QFETCH(QString, section);
-        const CANopenSubindex sub = onlySub(section);
-        QTEST(sub.hasLimits ? sub.lowLimit + ".." + sub.upLimit : "none", "expected");
+        const auto limitsOf = [this](const QString &section) {
+            const CANopenSubindex sub = onlySub(section);
+            return sub.hasLimits ? sub.lowLimit + ".." + sub.upLimit : "none";
+        };
+        QCOMPARE(limitsOf("DataType=6\nLowLimit=0x2\nHighLimit=100 ;x"), "0x2..100");
+        QCOMPARE(limitsOf("DataType=6\nHighLimit=100"), "..100");
+        QCOMPARE(limitsOf("DataType=6\nLowLimit=\nHighLimit="), "none");
+        QCOMPARE(limitsOf("DataType=3\nLowLimit=0xFFF6\nHighLimit=0x7F"), "-10..127");
+        QCOMPARE(limitsOf("DataType=8\nLowLimit=4.5"), "4.5..");
     }
 
     void compactObject()
@@ -187,9 +180,9 @@ private slots:
     {
         QLoggingCategory::setFilterRules(QString());
         const QByteArray name = file.toUtf8();
-        QTest::ignoreMessage(QtDebugMsg, name + ":3: AccessType cannot be maybe");
-        QTest::ignoreMessage(QtDebugMsg, name + ":4: section [1000sub100] is passed over");
-        QVERIFY(load("[1000]\nParameterName=x\nAccessType=maybe\n[1000sub100]\n"));
+        QTest::ignoreMessage(QtDebugMsg, name + ":4: AccessType cannot be maybe");
+        QTest::ignoreMessage(QtDebugMsg, name + ":5: section [1000sub100] is passed over");
+        QVERIFY(load("\r\n[1000]\r\n\r\nAccessType=maybe\r\n[1000sub100]\n"));
         initTestCase();
     }
 

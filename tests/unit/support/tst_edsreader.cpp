@@ -2,8 +2,6 @@
 #include "support/edsreader.h"
 #include "tests/fixtures/testkit.h"
 
-#include <QtTest>
-
 class TestEdsReader : public QObject
 {
     Q_OBJECT
@@ -77,14 +75,6 @@ private slots:
         reader.parse("[DeviceInfo]\nk=1\n[DEVICEINFO]\nk=2\n", "test");
         QCOMPARE(reader.section("Device Info")->entries.first().value, "2");
         QVERIFY(!reader.section("FileInfo"));
-    }
-
-    void linesAreCounted()
-    {
-        EdsReader reader;
-        reader.parse("\r\n\r\n[A]\r\n\r\nk=v\r\n", "test");
-        QCOMPARE(reader.sections().first().line, 3);
-        QCOMPARE(reader.sections().first().entries.first().line, 5);
     }
 
     void hugeInputIsReadInOnePass()
