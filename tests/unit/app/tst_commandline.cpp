@@ -7,9 +7,6 @@
 
 #include <unistd.h>
 
-namespace
-{
-
 const QByteArray kHelp =
     "CANopen Tessarine 3.11.2 \n"
     "\t-dbmod\t\tApply a db modification. Only for internal use.\n"
@@ -29,35 +26,24 @@ const QByteArray kFullRun =
 const QByteArray kProject = "[GeneralSettings]\nline0type=1\n";
 
 /// A device with one object that no other file of the tests has.
-const QByteArray kDescription = "[MandatoryObjects]\n"
-                                "SupportedObjects=1\n"
-                                "1=0x1000\n"
-                                "[1000]\n"
-                                "ParameterName=Wind gauge\n"
-                                "DataType=7\n"
-                                "AccessType=ro\n";
-
-struct Outcome {
-    int exitCode = -1;
-    QByteArray output;
-    QByteArray errors;
-};
-
-} // namespace
+const QByteArray kDescription = "[MandatoryObjects]\nSupportedObjects=1\n1=0x1000\n"
+                                "[1000]\nParameterName=Wind gauge\nDataType=7\nAccessType=ro\n";
 
 class tst_CommandLine : public QObject
 {
     Q_OBJECT
 
 private slots:
+    // Names of files and arguments.
+    void initTestCase() { QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); }
+
     void init()
     {
         fixture = std::make_unique<StoreFixture>();
         // Neither the folder's name nor its files' names are ASCII, and the locale is "C".
         folder = fixture->path("wörk");
-        QVERIFY(QDir().mkpath(folder + "/folder.tsrt"));
-        QVERIFY(QDir().mkpath(folder + "/folder.eds"));
-        QVERIFY(QDir().mkpath(folder + "/taken_doc.txt"));
+        for (const char *name : {"/folder.tsrt", "/folder.eds", "/taken_doc.txt"})
+            QVERIFY(QDir().mkpath(folder + name));
         QVERIFY(write("taken.tsrt", kProject));
         QVERIFY(write("pümp.tsrt", kProject));
         QVERIFY(write("untyped.tsrt", ""));
@@ -111,10 +97,8 @@ private slots:
     {
         QFETCH(QString, arguments);
         QFETCH(QByteArray, output);
-        const Outcome outcome = run(arguments);
-        QCOMPARE(outcome.output, output.replace("%DIR%", folder.toUtf8()));
-        QTEST(outcome.exitCode, "exitCode");
-        QCOMPARE(outcome.errors, QByteArray());
+        QFETCH(int, exitCode);
+        QCOMPARE(run(arguments), ended(exitCode, output));
         QCOMPARE(fixture->temporaryCopies(), QStringList());
     }
 
@@ -124,25 +108,22 @@ private slots:
             QSKIP("permissions do not bind the superuser");
         QVERIFY(write("pümp_doc.txt", "old"));
         QFile::setPermissions(folder + "/pümp_doc.txt", QFile::ReadOwner);
-        Outcome outcome = run("-project pümp.tsrt");
-        QVERIFY(outcome.output.contains("\nThe file in pümp_doc.txt in " + folder.toUtf8() +
-                                        " is not writable\nGeneration finished.\n"));
-        QCOMPARE(outcome.exitCode, 0);
+        QByteArray output = run("-project pümp.tsrt");
+        QVERIFY(output.endsWith(ended(0, "\nThe file in pümp_doc.txt in %DIR% is not writable\n"
+                                         "Generation finished.\n")));
 
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
-        outcome = run("-project pümp.tsrt");
+        output = run("-project pümp.tsrt");
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        QVERIFY(outcome.output.endsWith("ABORT - The output folder " + folder.toUtf8() +
-                                        " is not writeable.\n"
-                                        "Error - The output folder is not writeable\n"));
-        QCOMPARE(outcome.exitCode, 8);
+        QVERIFY(output.endsWith(ended(8, "ABORT - The output folder %DIR% is not writeable.\n"
+                                         "Error - The output folder is not writeable\n")));
     }
 
     void savesOnRequestOnly()
     {
         for (const QString option : {"", "-s", "-save"}) {
             QVERIFY(write("pümp.tsrt", kProject));
-            QCOMPARE(run("-project pümp.tsrt -import gauge.EDS " + option).exitCode, 0);
+            QVERIFY(run("-project pümp.tsrt -import gauge.EDS " + option).endsWith(" 0\n"));
             QVERIFY(read("pümp_doc.txt").contains("Index:       0x1000 - Wind gauge\n"));
             const QByteArray after = read("pümp.tsrt");
             QCOMPARE(after == kProject, option.isEmpty());
@@ -157,21 +138,21 @@ private slots:
         const QByteArray before = read("db.tsrp");
         // The name under which the new file is written first is taken by a folder.
         QVERIFY(QDir().mkpath(folder + "/db.tsrp.new"));
-        const Outcome outcome = run("-project db.tsrp -save");
-        QCOMPARE(outcome.errors, QByteArray("Could not save db.tsrp\n"));
-        QCOMPARE(outcome.exitCode, 0);
+        QVERIFY(
+            run("-project db.tsrp -save").endsWith(ended(0, "errors:\nCould not save db.tsrp\n")));
         QCOMPARE(read("db.tsrp"), before);
     }
 
     void logsOnRequest()
     {
-        const Outcome outcome = run("-project pümp.tsrt", "1");
-        QVERIFY2(outcome.errors.contains("debug tessarine.app: step B line 0\n"), outcome.errors);
-        QCOMPARE(outcome.exitCode, 0);
+        const QByteArray output = run("-project pümp.tsrt", "1");
+        QVERIFY2(output.contains("debug tessarine.app: step B line 0\n"), output);
+        QVERIFY(output.endsWith(" 0\n"));
     }
 
 private:
-    Outcome run(const QString &arguments, const QByteArray &logging = {})
+    /// Standard output, standard error and the exit code, one behind the other.
+    QByteArray run(const QString &arguments, const QByteArray &logging = {})
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("HOME", fixture->path());
@@ -181,12 +162,17 @@ private:
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(folder);
         process.start(TESSARINE_BINARY, arguments.split(' ', Qt::SkipEmptyParts));
-        Outcome outcome;
-        if (process.waitForFinished() && process.exitStatus() == QProcess::NormalExit)
-            outcome.exitCode = process.exitCode();
-        outcome.output = process.readAllStandardOutput();
-        outcome.errors = process.readAllStandardError();
-        return outcome;
+        if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
+            return "crashed";
+        const QByteArray output = process.readAllStandardOutput();
+        const QByteArray errors = process.readAllStandardError();
+        return ended(process.exitCode(), output + (errors.isEmpty() ? "" : "errors:\n" + errors));
+    }
+
+    QByteArray ended(int exitCode, QByteArray text) const
+    {
+        text.replace("%DIR%", folder.toUtf8());
+        return text + "exit code " + QByteArray::number(exitCode) + '\n';
     }
 
     bool write(const QString &name, const QByteArray &content)
@@ -199,13 +185,5 @@ private:
     QString folder;
 };
 
-int main(int argc, char *argv[])
-{
-    QTextCodec::setCodecForLocale(
-        QTextCodec::codecForName("UTF-8")); // names of files and arguments
-    QCoreApplication application(argc, argv);
-    tst_CommandLine test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_GUILESS_MAIN(tst_CommandLine)
 #include "tst_commandline.moc"

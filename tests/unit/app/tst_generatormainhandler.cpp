@@ -60,12 +60,8 @@ private slots:
 
     void dropsTheDeclaredGroup()
     {
-        const QString file = fixture.path("groups.tsrp");
         setLineType(0, "2");
-        QVERIFY(store->saveDataBase(file));
-        QVERIFY(StoreFixture::runSql(
-            file, {"insert into PGNs0 (number, direction) values (60928, 85), (60928, 119)"}));
-        QVERIFY(store->openDataBase(file));
+        store->executeSql("insert into PGNs0 (number,direction) values (60928,85), (60928,119)");
         RecordingHandler report;
         run(report);
         QVERIFY(store->getPGNs(0, 0x55, false).isEmpty());

@@ -12,7 +12,6 @@ private slots:
     void readsFacts_data()
     {
         columns<Lines, QString>("lines", "expected");
-        QTest::newRow("canopen") << Lines{{0, 1}} << "C";
         QTest::newRow("j1939") << Lines{{0, 2}} << "Jp";
         QTest::newRow("raw") << Lines{{0, 4}} << "R";
         QTest::newRow("both_on_one_line") << Lines{{0, 5}} << "CJ";
@@ -43,11 +42,10 @@ private slots:
     {
         ProjectFacts facts;
         facts.hasCANopen = true;
-        facts.lines = {{1, LineType::CANopen},
-                       {2, LineType::J1939},
-                       {3, LineType::RawCan},
-                       {4, LineType::CANopenAndJ1939},
-                       {5, static_cast<LineType>(0)}};
+        // clang-format off
+        facts.lines = {{1, LineType::CANopen}, {2, LineType::J1939}, {3, LineType::RawCan},
+                       {4, LineType::CANopenAndJ1939}, {5, static_cast<LineType>(0)}};
+        // clang-format on
         GeneratorStep step = *generatorSteps().begin();
         step.when = [](const ProjectFacts &f) { return f.hasCANopen; };
         const auto linesFor = [&](StepLines lines) {

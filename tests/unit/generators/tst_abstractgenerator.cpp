@@ -57,8 +57,7 @@ private slots:
 
     void settersTellWhatIsMissing()
     {
-        const QString missing = fixture.path("none");
-        QCOMPARE(generator->setOutputDirectory(missing), Result::DirectoryMissing);
+        QCOMPARE(generator->setOutputDirectory(fixture.path("none")), Result::DirectoryMissing);
         QCOMPARE(generator->setActiveLine(7), Result::Success);
         QCOMPARE(generator->setDataBase(nullptr), Result::NoStore);
         QCOMPARE(generator->startGeneration(), Result::NoStore);
@@ -78,9 +77,7 @@ private slots:
         generator->setDataBase(store.get());
         bool stillRuns = true;
         bool stillLocked = true;
-        QString subject;
         connect(generator.get(), &AbstractGenerator::progress, this, [&] {
-            subject = generator->objectName();
             stillRuns = generator->isRunning();
             stillLocked = store->blockUpdates();
         });
@@ -93,7 +90,7 @@ private slots:
             QCOMPARE(progress.count(), 1);
             QCOMPARE(progress.first().first().toUInt(), 100U);
         }
-        QCOMPARE(subject, "sample");
+        QCOMPARE(generator->objectName(), "sample");
         QVERIFY(!stillRuns && !stillLocked);
         QVERIFY(generator->wasLocked);
         QVERIFY(generator->jobThread != QThread::currentThread());
@@ -115,15 +112,14 @@ private slots:
 
     void recordsFilesThatCannotBeWritten()
     {
-        const QString folder = fixture.path();
-        const QMap<QString, QString> errors = {{folder, "Could not open " + folder},
-                                               {"/dev/full", "Could not write /dev/full"}};
         generator->setDataBase(store.get());
-        for (auto error = errors.cbegin(); error != errors.cend(); ++error) {
-            generator->path = error.key();
-            generate();
+        for (const QString &error :
+             {"Could not open " + fixture.path(), QString("Could not write /dev/full")}) {
+            generator->path = error.section(' ', 3);
+            generator->startGeneration();
+            generator->wait();
             QVERIFY(generator->getWasError() && !generator->isRunning());
-            QCOMPARE(generator->getLastErrorString(), *error);
+            QCOMPARE(generator->getLastErrorString(), error);
         }
     }
 
@@ -132,7 +128,8 @@ private slots:
         generator->setDataBase(store.get());
         for (const QString setting : {"True", "1", "true"}) {
             store->setMiscSettingsValue("generateML", setting);
-            generate();
+            generator->startGeneration();
+            generator->wait();
             QCOMPARE(generator->wasMultiLine, setting == "true");
         }
     }
@@ -154,12 +151,6 @@ private slots:
     }
 
 private:
-    void generate()
-    {
-        generator->startGeneration();
-        generator->wait();
-    }
-
     std::unique_ptr<SampleGenerator> generator;
 };
 

@@ -15,13 +15,22 @@ private slots:
 
     void writesTheWholeLine()
     {
-        addMotor();
+        Object motor;
+        motor.name = "Mötor ${index}";
+        motor.dataType = 6;
+        motor.objectCode = CANopen::ObjectCode::Record;
+        motor.description = "all of it";
+        store->addIndex(0, 0x2A00, motor);
+        store->addSubIndex(0, 0x2A00, 0, makeSub("Count", 5, QString()));
+        auto speed = makeSub("Speed ${sub} %1", 4, "-5");
+        speed.accessType = "rww";
+        speed.pdoMapping = PDOMappingType::Optional;
+        speed.description = "rounds";
+        store->addSubIndex(0, 0x2A00, 0x1F, speed);
         store->addIndex(0, 0x0FFF, Object());
         store->addIndex(0, 0xFFFF, Object());
         store->cacheAllSubs(0, 0);
-        const QByteArray expected = "CANopen Object Dictionary Documenation for demo\n"
-                                    "\n"
-                                    "\n"
+        const QByteArray expected = "CANopen Object Dictionary Documenation for demo\n\n\n"
                                     "Index:       0x2a00 - M\xC3\xB6tor 2a00\n"
                                     "DataType:    UNSIGNED16\n"
                                     "ObjectCode:  RECORD\n"
@@ -57,22 +66,6 @@ private slots:
     }
 
 private:
-    void addMotor()
-    {
-        Object motor;
-        motor.name = "Mötor ${index}";
-        motor.dataType = 6;
-        motor.objectCode = CANopen::ObjectCode::Record;
-        motor.description = "all of it";
-        store->addIndex(0, 0x2A00, motor);
-        store->addSubIndex(0, 0x2A00, 0, makeSub("Count", 5, QString()));
-        auto speed = makeSub("Speed ${sub} %1", 4, "-5");
-        speed.accessType = "rww";
-        speed.pdoMapping = PDOMappingType::Optional;
-        speed.description = "rounds";
-        store->addSubIndex(0, 0x2A00, 0x1F, speed);
-    }
-
     QByteArray generate(const char *fileName, quint8 line = 0, bool isMultiLine = false)
     {
         TextDocGenerator generator;

@@ -19,14 +19,12 @@ private slots:
         QVERIFY(store->getNodeData(1, stored));
         QVERIFY(stored == node);
 
-        node.name = "valve";
-        node.isBootupManager = false;
-        node.multilineData = 8;
-        QVERIFY(store->addNode(1, node));
+        Node update;
+        update.name = node.name = "valve";
+        update.multilineData = 8;
+        QVERIFY(store->addNode(1, update));
         QVERIFY(store->getNodeData(1, stored));
-        QCOMPARE(stored.name, "valve");
-        QVERIFY(stored.isBootupManager);
-        QCOMPARE(stored.multilineData, 7u);
+        QVERIFY(stored == node);
         QCOMPARE(store->getNodes(), (QList<quint8>{0, 1}));
         QVERIFY(store->isUDSServiceActive(1, 34));
         QCOMPARE(store->getUDSServiceSessions(1, 34), "1");
@@ -92,37 +90,34 @@ private slots:
 
     void cachesFollowWrites()
     {
-        for (const bool isCached : {false, true})
-            cacheFollowsWrites(isCached);
-    }
-    void cacheFollowsWrites(bool isCached)
-    {
-        store = makeStore();
-        store->addIndex(0, 0x2000, {});
-        store->addSubIndex(0, 0x2000, 0, makeSub("a", 5, "1"));
-        store->addSubIndex(0, 0x2000, 1, makeSub("b", 5, "2"));
-        if (isCached)
-            store->cacheAllSubs(0, 0);
+        for (const bool isCached : {false, true}) {
+            store = makeStore();
+            store->addIndex(0, 0x2000, {});
+            store->addSubIndex(0, 0x2000, 0, makeSub("a", 5, "1"));
+            store->addSubIndex(0, 0x2000, 1, makeSub("b", 5, "2"));
+            if (isCached)
+                store->cacheAllSubs(0, 0);
 
-        store->setSubIndexValue(0, 0x2000, 0, "3");
-        store->setSubIndexParameterName(0, 0x2000, 0, "renamed");
-        store->delSubIndex(0, 0x2000, 1, false);
-        store->addSubIndex(0, 0x2000, 2, makeSub("c", 6, "4"));
-        store->addIndex(0, 0x2001, {});
-        store->setIndexName(0, 0x2001, "second");
+            store->setSubIndexValue(0, 0x2000, 0, "3");
+            store->setSubIndexParameterName(0, 0x2000, 0, "renamed");
+            store->delSubIndex(0, 0x2000, 1, false);
+            store->addSubIndex(0, 0x2000, 2, makeSub("c", 6, "4"));
+            store->addIndex(0, 0x2001, {});
+            store->setIndexName(0, 0x2001, "second");
 
-        QCOMPARE(subOf(*store, 0, 0x2000, 0).defaultValue, "3");
-        QCOMPARE(subOf(*store, 0, 0x2000, 0).name, "renamed");
-        QVERIFY(!store->existSubIndex(0, 0x2000, 1));
-        QCOMPARE(store->getSubIndices(0, 0x2000, 0), (QList<quint8>{0, 2}));
-        QCOMPARE(store->getSubIndices(0, 0x2000, 1), (QList<quint8>{2}));
-        QCOMPARE(store->getSubIndexDatatype(0, 0x2000, 2), quint16(6));
-        QCOMPARE(store->getIndices(0, 0x1000, 0xFFFF), (QList<quint16>{0x2000, 0x2001}));
-        QCOMPARE(store->getIndices(0, 0x2001, 0x2001), (QList<quint16>{0x2001}));
-        QCOMPARE(store->getIndexName(0, 0x2001), "second");
-        store->delIndex(0, 0x2000, false);
-        QVERIFY(!store->existIndex(0, 0x2000));
-        QVERIFY(store->getSubIndices(0, 0x2000, 0).isEmpty());
+            QCOMPARE(subOf(*store, 0, 0x2000, 0).defaultValue, "3");
+            QCOMPARE(subOf(*store, 0, 0x2000, 0).name, "renamed");
+            QVERIFY(!store->existSubIndex(0, 0x2000, 1));
+            QCOMPARE(store->getSubIndices(0, 0x2000, 0), (QList<quint8>{0, 2}));
+            QCOMPARE(store->getSubIndices(0, 0x2000, 1), (QList<quint8>{2}));
+            QCOMPARE(store->getSubIndexDatatype(0, 0x2000, 2), quint16(6));
+            QCOMPARE(store->getIndices(0, 0x1000, 0xFFFF), (QList<quint16>{0x2000, 0x2001}));
+            QCOMPARE(store->getIndices(0, 0x2001, 0x2001), (QList<quint16>{0x2001}));
+            QCOMPARE(store->getIndexName(0, 0x2001), "second");
+            store->delIndex(0, 0x2000, false);
+            QVERIFY(!store->existIndex(0, 0x2000));
+            QVERIFY(store->getSubIndices(0, 0x2000, 0).isEmpty());
+        }
     }
 
     void getSubIndexNameGivesCachedDisplayName()
@@ -146,11 +141,9 @@ private slots:
         store->addIndex(0, 0x2000, {});
         store->addIndex(0, 0x2001, {});
         QCOMPARE(store->getNextFreeIndex(0, 0x2000), quint16(0x2002));
-        QCOMPARE(store->getNextFreeIndex(0, 0x3000), quint16(0x3000));
         for (const quint8 sub : {0, 1, 2, 4})
             store->addSubIndex(0, 0x2000, sub, {});
         QCOMPARE(store->getNextFreeSubIndex(0, 0x2000, 0), 3u);
-        QCOMPARE(store->getNextFreeSubIndex(0, 0x2000, 4), 5u);
         QCOMPARE(store->getNextFreeSubIndex(0, 0x2000, 5), 0xFFFFFFFFu);
     }
 
@@ -163,7 +156,6 @@ private slots:
             return store->getSubIndexBitSize(0, 0x2000, 0);
         };
         QCOMPARE(bitsOf(9, 10), 80u);  // visible string
-        QCOMPARE(bitsOf(15, 4), 32u);  // domain
         QCOMPARE(bitsOf(124, 3), 24u); // UTF-8 string
         QCOMPARE(bitsOf(7, 10), 32u);  // a number ignores the size
         QCOMPARE(store->getSubIndexBitSize(0, 0x2000, 1), 0u);
@@ -213,14 +205,13 @@ private slots:
         Sub sub = makeSub({}, 5, {});
         sub.metadata = metadata;
         store->addSubIndex(0, 0x2000, 0, sub);
-        QList<ObjectDataBase::INDEX_SUB_METADATA_T> all;
-        QVERIFY(store->getAllSubIndicesWithMetaData(0, all));
-        QCOMPARE(all.size(), 1);
-        sub.metadata.clear();
-        store->addSubIndex(0, 0x2000, 0, sub); // the row is replaced, and they go
-        all.clear();
-        QVERIFY(store->getAllSubIndicesWithMetaData(0, all));
-        QVERIFY(all.isEmpty());
+        const auto count = [this]() {
+            QList<ObjectDataBase::INDEX_SUB_METADATA_T> all;
+            return store->getAllSubIndicesWithMetaData(0, all) ? all.size() : -1;
+        };
+        QCOMPARE(count(), 1);
+        store->addSubIndex(0, 0x2000, 0, {}); // the row is replaced, and they go
+        QCOMPARE(count(), 0);
     }
 
     void cleanUpStringsKeepsUsedTexts()

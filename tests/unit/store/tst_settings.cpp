@@ -22,13 +22,9 @@ private slots:
         QCOMPARE(elements("1,2", 3), "2|1,2, ,9"); // beyond the end the last one, and blanks
         QCOMPARE(elements("1", 3), "1|1, , ,9");
         QCOMPARE(elements("1,,3", 1), "|1,9,3");
-    }
-
-    void j1939ElementBeyondTheEnd()
-    {
         store->setJ1939SettingsValue("function", "1,2");
         QCOMPARE(store->getJ1939SettingsValueLine("function", 1), "2");
-        QCOMPARE(store->getJ1939SettingsValueLine("function", 3), "1,2");
+        QCOMPARE(store->getJ1939SettingsValueLine("function", 3), "1,2"); // beyond the end all
     }
 
     void identicalValueIsNoChange()
@@ -66,19 +62,15 @@ private slots:
         QCOMPARE(general("single"), "");
     }
 
-    void newLineCopiesHighestLine()
+    void listsFollowTheLines()
     {
         store->setGeneralSettingsValue("co_node_id", "5");
         store->addNode(1, {});
-        QCOMPARE(general("co_node_id"), "5,5");
-    }
-
-    void listsAreCutToTheLines()
-    {
+        QCOMPARE(general("co_node_id"), "5,5"); // the new line copies the highest one
         store->setGeneralSettingsValue("co_node_id", "1,2,3");
         store->setGeneralSettingsValue("hw_defines", "1,2,3");
         store->fixGeneralsettingsLineCount();
-        QCOMPARE(general("co_node_id"), "1");
+        QCOMPARE(general("co_node_id"), "1,2");
         QCOMPARE(general("hw_defines"), "1,2,3");
     }
 

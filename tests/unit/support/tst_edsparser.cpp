@@ -28,11 +28,9 @@ private slots:
         QTest::newRow("sub_without_object") << "[2000sub0]\n[2000sub3]\n" << "2000:9 2000.0 2000.3";
         QTest::newRow("forms_of_names") << "[0x1A00]\nObjectType=9\n[1a00Sub00] x\n[ 1A00 SUB 0a ]\n[0X1a00sub1F]\n" << "1a00:9 1a00.0 1a00.10 1a00.31";
         QTest::newRow("repeated_sections_count_once") << "[2000]\nObjectType=9\n[2000sub1]\n[2000]\n[2000Sub01]\n" << "2000:9 2000.1";
-        QTest::newRow("names_that_are_no_objects")
-            << "[2000]\n[100]\n[10000]\n[20g0]\n[2000sub]\n[2000sub100]\n[2000subx]\n"
+        QTest::newRow("names_that_are_no_objects") << "[2000]\n[100]\n[10000]\n[20g0]\n[2000sub]\n[2000sub100]\n[2000subx]\n"
                "[2000sub99999999999]\n[2000ObjectLinks]\n[+200]\n[0x12]\n" << "2000:7 2000.0";
         QTest::newRow("lists_alone_make_no_object") << "[2000Value]\n1=1\n" << "";
-        QTest::newRow("no_object") << "[FileInfo]\nFileName=x\n" << "";
         QTest::newRow("empty_file") << "" << "";
         // clang-format on
     }
@@ -48,14 +46,10 @@ private slots:
     {
         columns<QString, QString>("section", "expected"); // name/type/access/pdo/denotation, flags
         // clang-format off
-        QTest::newRow("all")
-            << "PARAMETERNAME=Speed; rpm\nDataType=0x0003\nAccessType=RWW\nPDOMapping=0x1\n"
+        QTest::newRow("all") << "PARAMETERNAME=Speed; rpm\nDataType=0x0003\nAccessType=RWW\nPDOMapping=0x1\n"
                "ObjFlags=3\nDenotation=Fan\nUploadFile=x" << "Speed; rpm/3/rww/1/Fan/1/1";
         QTest::newRow("none") << "" << "unnamed object/5/ro/0//0/0";
-        QTest::newRow("comments_behind_numbers")
-            << "ParameterName=a\nDataType=7 ; long\nAccessType=rw ;x\nPDOMapping=1;y" << "a/7/rw/1//0/0";
-        QTest::newRow("flag_refuse_write") << "ParameterName=a\nObjFlags=1" << "a/5/ro/0//1/0";
-        QTest::newRow("flag_refuse_read") << "ParameterName=a\nObjFlags=0x2" << "a/5/ro/0//0/1";
+        QTest::newRow("comments_behind_numbers") << "ParameterName=a\nDataType=7 ; long\nAccessType=rw ;x\nPDOMapping=1;y" << "a/7/rw/1//0/0";
         QTest::newRow("type_0") << "ParameterName=a\nDataType=0x0" << "a/5/ro/0//0/0";
         QTest::newRow("type_001") << "ParameterName=a\nDataType=001" << "a/1/ro/0//0/0";
         QTest::newRow("type_in_bare_hex") << "ParameterName=a\nDataType=1B" << "a/27/ro/0//0/0";
@@ -72,13 +66,9 @@ private slots:
     {
         QFETCH(QString, section);
         const CANopenSubindex sub = onlySub(section);
-        const QString found = QString("%1/%2/%3/%4/%5")
-                                  .arg(sub.name)
-                                  .arg(sub.dataType)
-                                  .arg(sub.accessType)
-                                  .arg(sub.pdoMapping)
-                                  .arg(sub.denotation);
-        QTEST(found + QString("/%1/%2").arg(sub.refuseWrite).arg(sub.refuseRead), "expected");
+        QTEST(joined(sub.name, sub.dataType, sub.accessType, int(sub.pdoMapping), sub.denotation,
+                     int(sub.refuseWrite), int(sub.refuseRead)),
+              "expected");
         QCOMPARE(indices.first().name, sub.name);
         QCOMPARE(indices.first().dataType, sub.dataType);
     }
@@ -88,7 +78,6 @@ private slots:
         columns<int, QString, QString>("type", "given", "stored");
         // clang-format off
         QTest::newRow("decimal") << 6 << "1000  " << "1000";
-        QTest::newRow("hex") << 7 << "0x1F" << "0x1F";
         QTest::newRow("comment_behind") << 6 << "12 ; twelve" << "12";
         QTest::newRow("bare_hex") << 5 << "1A" << "0x1A";
         QTest::newRow("node_id_first") << 7 << "$NodeID + 0x80" << "$NODEID+0x80";
@@ -96,13 +85,11 @@ private slots:
         QTest::newRow("node_id_alone") << 5 << "$nodeId" << "$NODEID";
         QTest::newRow("node_id_with_nonsense") << 7 << "$NODEID+x" << "$NODEID+x";
         QTest::newRow("i8_negative") << 2 << "0xFF" << "-1";
-        QTest::newRow("i8_positive") << 2 << "0x7F" << "0x7F";
         QTest::newRow("i24_negative") << 16 << "0x800000" << "-8388608";
         QTest::newRow("i64_negative") << 21 << "0xFFFFFFFFFFFFFFF6" << "-10";
         QTest::newRow("i64_lowest") << 21 << "0x8000000000000000" << "-9223372036854775808";
         QTest::newRow("i8_too_wide") << 2 << "0x100" << "0x100";
         QTest::newRow("u8_is_never_signed") << 5 << "0xFF" << "0xFF";
-        QTest::newRow("real") << 8 << "1e5 ; x" << "1e5";
         QTest::newRow("string_keeps_all") << 9 << "1+$nodeid ; 'x'" << "1+$nodeid ; 'x'";
         QTest::newRow("huge_number") << 7 << QString(300, '9') << QString(300, '9');
         QTest::newRow("empty") << 5 << "" << "";
@@ -127,7 +114,6 @@ private slots:
             return sub.hasLimits ? sub.lowLimit + ".." + sub.upLimit : "none";
         };
         QCOMPARE(limitsOf("DataType=6\nLowLimit=0x2\nHighLimit=100 ;x"), "0x2..100");
-        QCOMPARE(limitsOf("DataType=6\nHighLimit=100"), "..100");
         QCOMPARE(limitsOf("DataType=6\nLowLimit=\nHighLimit="), "none");
         QCOMPARE(limitsOf("DataType=3\nLowLimit=0xFFF6\nHighLimit=0x7F"), "-10..127");
         QCOMPARE(limitsOf("DataType=8\nLowLimit=4.5"), "4.5..");
@@ -141,12 +127,9 @@ private slots:
                      "[2000Denotation]\n254=Last\n"));
         QCOMPARE(order.join(' '), "2000:9");
         const CANopen::CANopenIndex object = indices.first();
-        QCOMPARE(object.compactSubObj, quint8(254));
-        QCOMPARE(object.defaultValue, "3");
-        QVERIFY(object.flag);
-        QCOMPARE(object.member.accessType, "rw");
-        QCOMPARE(object.member.upLimit, "9");
-        QVERIFY(object.member.pdoMapping);
+        QCOMPARE(joined(object.compactSubObj, object.defaultValue, object.flag,
+                        object.member.accessType, object.member.upLimit, object.member.pdoMapping),
+                 "254/3/true/rw/9/true");
         QCOMPARE(object.memberNames, (QMap<quint8, QString>{{2, "Second"}}));
         QCOMPARE(object.memberValues, (QMap<quint8, QString>{{1, "-1"}}));
         QCOMPARE(object.memberDenotations, (QMap<quint8, QString>{{254, "Last"}}));
@@ -160,11 +143,10 @@ private slots:
         QVERIFY(load("[2000]\nObjectType=8\nCompactSubObj=2\n[2000sub1]\nParameterName=Own\n"
                      "[2000sub2]\nParameterValue=7\n[2000Name]\n1=Listed\n2=Second\n"
                      "[2000Value]\n1=1A\n2=9\n[2000Denotation]\n1=One\n"));
-        QCOMPARE(subs[0].name, "Own");
-        QCOMPARE(subs[0].currentValue, "0x1A");
-        QCOMPARE(subs[0].denotation, "One");
-        QCOMPARE(subs[1].name, "Second");
-        QCOMPARE(subs[1].currentValue, "7");
+        QStringList found;
+        for (const CANopenSubindex &sub : subs)
+            found << sub.name << sub.currentValue << sub.denotation;
+        QCOMPARE(found.join('|'), "Own|0x1A|One|Second|7|");
     }
 
     void commentOfAVariableIsTakenOnce()

@@ -33,7 +33,6 @@ private slots:
         QTest::newRow("text_behind_the_head") << "[A] k=v\nl=w\n" << "[a]l=w";
         QTest::newRow("open_head") << "[1000\nk=v\n" << "[1000]k=v";
         QTest::newRow("stray_lines") << "k=v\n[A]\nnonsense\n=v\n[]\n" << "[a][]";
-        QTest::newRow("nothing") << "" << "";
         // clang-format on
     }
     void sectionsAndEntries()
