@@ -1,11 +1,7 @@
 // The driver on an open store: what the command line's tests cannot see or set up.
 #include "app/generatormainhandler.h"
 #include "app/outputhandlerbase.h"
-#include "tests/unit/store/storefixture.h"
-
-#include <QFile>
-#include <QSignalSpy>
-#include <QTest>
+#include "tests/fixtures/storefixture.h"
 
 using Result = GeneratorMainHandler::GeneratorResult;
 
@@ -22,26 +18,21 @@ public:
     QStringList lines;
 };
 
-class tst_GeneratorMainHandler : public QObject
+class tst_GeneratorMainHandler : public StoreTest
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        fixture = std::make_unique<StoreFixture>();
-        store = std::make_unique<ObjectDataBase>();
-        QVERIFY(store->createNewDataBase());
-    }
+    void init() { store = makeStore(); }
 
     void headsEachLineOfSeveral()
     {
-        store->addNode(7, ObjectDataBase::NODE_DATA_T());
+        store->addNode(7, Node());
         setLineType(0, "5");
         setLineType(7, "3");
         RecordingHandler report;
         QCOMPARE(run(report), Result::GenerationOk);
-        const QString folder = fixture->path(QString());
+        const QString folder = fixture.path();
         const QString bar(40, '_');
         const QStringList expected = {
             "\nCheck of model consistency started",
@@ -56,79 +47,59 @@ private slots:
             "Generation finished.",
         };
         QCOMPARE(report.lines, expected);
-        QVERIFY(QFile::exists(fixture->path("demo_0.txt")));
+        QVERIFY(QFile::exists(fixture.path("demo_0.txt")));
     }
 
     void stopsAtAMissingFolder()
     {
         RecordingHandler report;
-        const QString folder = fixture->path("none");
+        const QString folder = fixture.path("none");
         QCOMPARE(run(report, folder), Result::GenerationOutputNotWritable);
         QCOMPARE(report.lines.last(), "ABORT - The output folder " + folder + " is not writeable.");
     }
 
     void dropsTheDeclaredGroup()
     {
-        const QString file = fixture->path("groups.tsrp");
         setLineType(0, "2");
-        QVERIFY(store->saveDataBase(file));
-        QVERIFY(StoreFixture::runSql(
-            file, {"insert into PGNs0 (number, direction) values (60928, 85)",
-                   "insert into PGNs0 (number, direction) values (60928, 119)"}));
-        QVERIFY(store->openDataBase(file));
+        store->executeSql("insert into PGNs0 (number,direction) values (60928,85), (60928,119)");
         RecordingHandler report;
         run(report);
         QVERIFY(store->getPGNs(0, 0x55, false).isEmpty());
         QCOMPARE(store->getPGNs(0, 0x77, false), QList<quint32>{60928});
     }
 
-    void removesForeignFilesOfJ1939Projects_data()
-    {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QString>("adapter");
-        QTest::addColumn<QStringList>("left");
-        const QString adapterFile = QStringLiteral("j1939_adapter.c");
-        const QString indications = QStringLiteral("gen_indication.h");
-        QTest::newRow("pure_j1939") << "2"
-                                    << "" << QStringList();
-        QTest::newRow("with_adapter") << "2"
-                                      << "1" << QStringList{adapterFile};
-        QTest::newRow("with_canopen") << "5"
-                                      << "" << QStringList{indications, adapterFile};
-    }
     void removesForeignFilesOfJ1939Projects()
     {
-        QFETCH(QString, type);
-        QFETCH(QString, adapter);
         const QStringList names = {"gen_indication.h", "j1939_adapter.c"};
-        for (const QString &name : names)
-            QVERIFY(QFile(fixture->path(name)).open(QIODevice::WriteOnly));
-        setLineType(0, type);
-        store->setJ1939SettingsValue("j1939adapter", adapter);
-        RecordingHandler report;
-        run(report);
-        QTEST(QDir(fixture->path(QString())).entryList(names, QDir::Files, QDir::Name), "left");
+        const auto filesLeft = [&](const QString &type, const QString &adapter) {
+            for (const QString &name : names)
+                writeFile(fixture.path(name), {});
+            setLineType(0, type);
+            store->setJ1939SettingsValue("j1939adapter", adapter);
+            RecordingHandler report;
+            run(report);
+            return QDir(fixture.path()).entryList(names, QDir::Files, QDir::Name).join(' ');
+        };
+        QCOMPARE(filesLeft("2", ""), "");
+        QCOMPARE(filesLeft("2", "1"), "j1939_adapter.c");
+        QCOMPARE(filesLeft("5", ""), "gen_indication.h j1939_adapter.c");
     }
 
 private:
     void setLineType(int line, const QString &type)
     {
-        store->setGeneralSettingsValue(QStringLiteral("line%1type").arg(line), type);
+        store->setGeneralSettingsValue(QString("line%1type").arg(line), type);
     }
 
     Result run(RecordingHandler &report, const QString &folder = QString())
     {
         GeneratorMainHandler driver(&report);
-        driver.openProject(store.get(), folder.isEmpty() ? fixture->path(QString()) : folder,
-                           QStringLiteral("demo"));
+        driver.openProject(store.get(), folder.isEmpty() ? fixture.path() : folder, "demo");
         QSignalSpy finished(&driver, &GeneratorMainHandler::finished);
         driver.generateOutput(false);
         return finished.count() == 1 ? finished.first().first().value<Result>()
                                      : static_cast<Result>(-1);
     }
-
-    std::unique_ptr<StoreFixture> fixture;
-    std::unique_ptr<ObjectDataBase> store;
 };
 
 QTEST_GUILESS_MAIN(tst_GeneratorMainHandler)

@@ -1,8 +1,6 @@
 // Which steps a project asks for.
 #include "app/generatorsteps.h"
-#include "tests/unit/store/storefixture.h"
-
-#include <QTest>
+#include "tests/fixtures/storefixture.h"
 
 using Lines = QMap<int, int>; ///< number and type
 
@@ -13,49 +11,41 @@ class tst_GeneratorSteps : public QObject
 private slots:
     void readsFacts_data()
     {
-        QTest::addColumn<Lines>("lines");
-        QTest::addColumn<QString>("protocols");
-        QTest::addColumn<bool>("multiLine");
-        QTest::newRow("canopen") << Lines{{0, 1}} << "C" << false;
-        QTest::newRow("j1939") << Lines{{0, 2}} << "Jp" << false;
-        QTest::newRow("raw") << Lines{{0, 4}} << "R" << false;
-        QTest::newRow("both_on_one_line") << Lines{{0, 5}} << "CJ" << false;
-        QTest::newRow("raw_beside_j1939") << Lines{{0, 2}, {1, 4}} << "JR" << true;
-        QTest::newRow("unknown_type") << Lines{{0, 3}} << "" << false;
-        QTest::newRow("lines_that_choose_nothing") << Lines{{0, 9}, {240, 1}} << "" << true;
-        QTest::newRow("last_line_that_chooses") << Lines{{0, 9}, {239, 1}} << "C" << true;
-        QTest::newRow("scratch_line") << Lines{{0, 1}, {254, 2}} << "C" << false;
+        columns<Lines, QString>("lines", "expected");
+        QTest::newRow("j1939") << Lines{{0, 2}} << "Jp";
+        QTest::newRow("raw") << Lines{{0, 4}} << "R";
+        QTest::newRow("both_on_one_line") << Lines{{0, 5}} << "CJ";
+        QTest::newRow("raw_beside_j1939") << Lines{{0, 2}, {1, 4}} << "JRm";
+        QTest::newRow("unknown_type") << Lines{{0, 3}} << "";
+        QTest::newRow("lines_that_choose_nothing") << Lines{{0, 9}, {240, 1}} << "m";
+        QTest::newRow("last_line_that_chooses") << Lines{{0, 9}, {239, 1}} << "Cm";
+        QTest::newRow("scratch_line") << Lines{{0, 1}, {254, 2}} << "C";
     }
     void readsFacts()
     {
         QFETCH(Lines, lines);
         const StoreFixture fixture;
-        ObjectDataBase store;
-        QVERIFY(store.createNewDataBase());
+        const auto store = makeStore();
         for (auto line = lines.cbegin(); line != lines.cend(); ++line) {
-            store.addNode(static_cast<quint8>(line.key()), ObjectDataBase::NODE_DATA_T());
-            store.setGeneralSettingsValue(QStringLiteral("line%1type").arg(line.key()),
-                                          QString::number(line.value()));
+            store->addNode(static_cast<quint8>(line.key()), Node());
+            store->setGeneralSettingsValue(QString("line%1type").arg(line.key()),
+                                           QString::number(line.value()));
         }
-        const ProjectFacts facts = readProjectFacts(store);
-        QString protocols;
-        protocols += facts.hasCANopen ? "C" : "";
-        protocols += facts.hasJ1939 ? "J" : "";
-        protocols += facts.hasRaw ? "R" : "";
-        protocols += facts.isPureJ1939() ? "p" : "";
-        QTEST(protocols, "protocols");
-        QTEST(facts.isMultiLine(), "multiLine");
+        const ProjectFacts facts = readProjectFacts(*store);
+        QTEST(QString(facts.hasCANopen ? "C" : "") + (facts.hasJ1939 ? "J" : "") +
+                  (facts.hasRaw ? "R" : "") + (facts.isPureJ1939() ? "p" : "") +
+                  (facts.isMultiLine() ? "m" : ""),
+              "expected");
     }
 
     void choosesTheLinesOfAStep()
     {
         ProjectFacts facts;
         facts.hasCANopen = true;
-        facts.lines = {{1, LineType::CANopen},
-                       {2, LineType::J1939},
-                       {3, LineType::RawCan},
-                       {4, LineType::CANopenAndJ1939},
-                       {5, static_cast<LineType>(0)}};
+        // clang-format off
+        facts.lines = {{1, LineType::CANopen}, {2, LineType::J1939}, {3, LineType::RawCan},
+                       {4, LineType::CANopenAndJ1939}, {5, static_cast<LineType>(0)}};
+        // clang-format on
         GeneratorStep step = *generatorSteps().begin();
         step.when = [](const ProjectFacts &f) { return f.hasCANopen; };
         const auto linesFor = [&](StepLines lines) {

@@ -1,35 +1,36 @@
 // The text documentation of a CANopen line.
 #include "generators/descriptions/textdocgenerator.h"
-#include "generators/textwriter.h"
-#include "tests/unit/store/storefixture.h"
+#include "tests/fixtures/storefixture.h"
 
-#include <QBuffer>
-#include <QFile>
-#include <QTest>
-
-#include <functional>
-
-class tst_TextDocGenerator : public QObject
+class tst_TextDocGenerator : public StoreTest
 {
     Q_OBJECT
 
 private slots:
     void init()
     {
-        store = std::make_unique<ObjectDataBase>();
-        QVERIFY(store->createNewDataBase());
-        QFile::remove(fixture.path(QStringLiteral("demo_doc.txt")));
+        store = makeStore();
+        QFile::remove(fixture.path("demo_doc.txt"));
     }
 
     void writesTheWholeLine()
     {
-        addMotor();
-        store->addIndex(0, 0x0FFF, ObjectDataBase::INDEX_DATA_T());
-        store->addIndex(0, 0xFFFF, ObjectDataBase::INDEX_DATA_T());
+        Object motor;
+        motor.name = "Mötor ${index}";
+        motor.dataType = 6;
+        motor.objectCode = CANopen::ObjectCode::Record;
+        motor.description = "all of it";
+        store->addIndex(0, 0x2A00, motor);
+        store->addSubIndex(0, 0x2A00, 0, makeSub("Count", 5, QString()));
+        auto speed = makeSub("Speed ${sub} %1", 4, "-5");
+        speed.accessType = "rww";
+        speed.pdoMapping = PDOMappingType::Optional;
+        speed.description = "rounds";
+        store->addSubIndex(0, 0x2A00, 0x1F, speed);
+        store->addIndex(0, 0x0FFF, Object());
+        store->addIndex(0, 0xFFFF, Object());
         store->cacheAllSubs(0, 0);
-        const QByteArray expected = "CANopen Object Dictionary Documenation for demo\n"
-                                    "\n"
-                                    "\n"
+        const QByteArray expected = "CANopen Object Dictionary Documenation for demo\n\n\n"
                                     "Index:       0x2a00 - M\xC3\xB6tor 2a00\n"
                                     "DataType:    UNSIGNED16\n"
                                     "ObjectCode:  RECORD\n"
@@ -59,60 +60,24 @@ private slots:
 
     void multiLineFileTellsTheLine()
     {
-        store->addNode(3, ObjectDataBase::NODE_DATA_T());
-        const auto configure = [](TextDocGenerator &generator) {
-            generator.generateML = true;
-            generator.setActiveLine(3);
-        };
-        QVERIFY(!generate("demo_3.txt", configure).isEmpty());
-        QVERIFY(!QFile::exists(fixture.path(QStringLiteral("demo_doc.txt"))));
-    }
-
-    void missingRecordsWriteNothing()
-    {
-        QBuffer buffer;
-        QVERIFY(buffer.open(QIODevice::WriteOnly));
-        TextWriter out(&buffer);
-        TextDoc::documentIndex(out, *store, 0, 0x2000);
-        TextDoc::documentSubIndex(out, *store, 9, 0x2000, 1);
-        QVERIFY(out.finish());
-        QVERIFY(buffer.data().isEmpty());
+        store->addNode(3, Node());
+        QVERIFY(!generate("demo_3.txt", 3, true).isEmpty());
+        QVERIFY(!QFile::exists(fixture.path("demo_doc.txt")));
     }
 
 private:
-    void addMotor()
-    {
-        ObjectDataBase::INDEX_DATA_T motor;
-        motor.name = QString::fromUtf8("Mötor ${index}");
-        motor.dataType = 6;
-        motor.objectCode = CANopen::ObjectCode::Record;
-        motor.description = QStringLiteral("all of it");
-        store->addIndex(0, 0x2A00, motor);
-        store->addSubIndex(0, 0x2A00, 0, makeSub(QStringLiteral("Count"), 5, QString()));
-        auto speed = makeSub(QStringLiteral("Speed ${sub} %1"), 4, QStringLiteral("-5"));
-        speed.accessType = QStringLiteral("rww");
-        speed.pdoMapping = PDOMappingType::Optional;
-        speed.description = QStringLiteral("rounds");
-        store->addSubIndex(0, 0x2A00, 0x1F, speed);
-    }
-
-    QByteArray generate(
-        const char *fileName,
-        const std::function<void(TextDocGenerator &)> &configure = [](TextDocGenerator &) {})
+    QByteArray generate(const char *fileName, quint8 line = 0, bool isMultiLine = false)
     {
         TextDocGenerator generator;
-        generator.setOutputDirectory(fixture.path(QString()));
-        generator.setProjectName(QStringLiteral("demo"));
+        generator.setOutputDirectory(fixture.path());
+        generator.setProjectName("demo");
         generator.setDataBase(store.get());
-        configure(generator);
+        generator.generateML = isMultiLine;
+        generator.setActiveLine(line);
         generator.startGeneration();
         generator.wait();
-        QFile file(fixture.path(QLatin1String(fileName)));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return readFile(fixture.path(fileName));
     }
-
-    StoreFixture fixture;
-    std::unique_ptr<ObjectDataBase> store;
 };
 
 QTEST_GUILESS_MAIN(tst_TextDocGenerator)

@@ -1,41 +1,30 @@
 // Corrections of a project that has just been opened, and the modifier file.
 #include "store/databasemodifier.h"
 #include "store/projectconverter.h"
-#include "tests/unit/store/storefixture.h"
-
-#include <QFile>
-#include <QTest>
+#include "tests/fixtures/storefixture.h"
 
 using Settings = QMap<QString, QString>;
 
-class tst_ProjectCorrections : public QObject
+class tst_ProjectCorrections : public StoreTest
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        store = std::make_unique<ObjectDataBase>();
-        QVERIFY(store->createNewDataBase());
-    }
+    void init() { store = makeStore(); }
 
     void correctsCANopenSettings_data()
     {
-        QTest::addColumn<Settings>("before");
-        QTest::addColumn<Settings>("after");
-        QTest::newRow("master_list") << Settings{{"co_ml_ms", "1,0"}, {"nmtmaster", "0"}}
-                                     << Settings{{"co_ml_ms", ""}, {"nmtmaster", "1,0"}};
-        QTest::newRow("master_value") << Settings{{"co_ml_ms", "1"}, {"nmtmaster", "0"}}
-                                      << Settings{{"co_ml_ms", "1"}, {"nmtmaster", "0"}};
-        QTest::newRow("counted_server")
-            << Settings{{"usdo_server_cnt", "2"}}
-            << Settings{{"usdo_server_enabled", "1"}, {"usdo_client_enabled", ""}};
-        QTest::newRow("counted_client")
-            << Settings{{"usdo_client_cnt", "255"}, {"usdo_client_enabled", "256"}}
-            << Settings{{"usdo_client_enabled", "1"}};
-        QTest::newRow("count_beyond_a_byte")
-            << Settings{{"usdo_server_cnt", "256"}, {"usdo_server_enabled", "0"}}
-            << Settings{{"usdo_server_enabled", "0"}};
+        columns<Settings, Settings>("before", "after");
+        const auto row = [](const char *name, const Settings &before, const Settings &after) {
+            QTest::newRow(name) << before << after;
+        };
+        // clang-format off
+        row("master_list", {{"co_ml_ms", "1,0"}, {"nmtmaster", "0"}}, {{"co_ml_ms", ""}, {"nmtmaster", "1,0"}});
+        row("master_value", {{"co_ml_ms", "1"}, {"nmtmaster", "0"}}, {{"co_ml_ms", "1"}, {"nmtmaster", "0"}});
+        row("server", {{"usdo_server_cnt", "2"}}, {{"usdo_server_enabled", "1"}, {"usdo_client_enabled", ""}});
+        row("client", {{"usdo_client_cnt", "255"}, {"usdo_client_enabled", "256"}}, {{"usdo_client_enabled", "1"}});
+        row("beyond_a_byte", {{"usdo_server_cnt", "256"}, {"usdo_server_enabled", "0"}}, {{"usdo_server_enabled", "0"}});
+        // clang-format on
     }
     void correctsCANopenSettings()
     {
@@ -50,49 +39,36 @@ private slots:
             QCOMPARE(store->getGeneralSettingsValue(entry.key()), entry.value());
     }
 
-    void appliesModifierFile_data()
-    {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("general");
-        QTest::addColumn<QString>("j1939");
-        QTest::newRow("both_stores")
-            << QByteArray("GeneralSettings:key:1\nJ1939Settings:key:2") << "1"
-            << "2";
-        QTest::newRow("dos_line_ends") << QByteArray("\r\nGeneralSettings:key:1\r\n") << "1"
-                                       << "";
-        QTest::newRow("utf8") << QByteArray("GeneralSettings:key:\xC3\xBC\n") << "\u00FC"
-                              << "";
-        QTest::newRow("last_wins")
-            << QByteArray("GeneralSettings:key:1\nGeneralSettings:key:2") << "2"
-            << "";
-        QTest::newRow("four_fields") << QByteArray("GeneralSettings:key:C:/x.h\n") << ""
-                                     << "";
-        QTest::newRow("comments") << QByteArray("#GeneralSettings:key:1\n #GeneralSettings:key:1\n")
-                                  << ""
-                                  << "";
-        QTest::newRow("bytes") << QByteArrayLiteral("\0\xFF:\x80:\n::\nJ1939Settings:key:3") << ""
-                               << "3";
-    }
     void appliesModifierFile()
     {
-        QFETCH(QByteArray, text);
         store->setLockWriteAccess(true);
-        QVERIFY(apply(text));
-        QTEST(store->getGeneralSettingsValue(QStringLiteral("key")), "general");
-        QTEST(store->getJ1939SettingsValue(QStringLiteral("key")), "j1939");
+        const auto applied = [this](const QByteArray &text) { // the values in both stores
+            store->setGeneralSettingsValue("key", "");
+            store->setJ1939SettingsValue("key", "");
+            return apply(text) ? store->getGeneralSettingsValue("key") + '|' +
+                                     store->getJ1939SettingsValue("key")
+                               : "failed";
+        };
+        QCOMPARE(applied("GeneralSettings:key:1\nJ1939Settings:key:2"), "1|2");
+        QCOMPARE(applied("\r\nGeneralSettings:key:1\r\n"), "1|");
+        QCOMPARE(applied("GeneralSettings:key:\xC3\xBC\n"), "\u00FC|");
+        QCOMPARE(applied("GeneralSettings:key:1\nGeneralSettings:key:2"), "2|");
+        QCOMPARE(applied("GeneralSettings:key:C:/x.h\n"), "|"); // four fields
+        QCOMPARE(applied("#GeneralSettings:key:1\n #GeneralSettings:key:1\n"), "|");
+        QCOMPARE(applied(QByteArrayLiteral("\0\xFF:\x80:\n::\nJ1939Settings:key:3")), "|3");
     }
 
     void otherStoresAreOutOfReach()
     {
         QVERIFY(apply("MiscSettings:generateML:true\n"));
-        QVERIFY(!store->existMiscSettingsValue(QStringLiteral("generateML")));
+        QVERIFY(!store->existMiscSettingsValue("generateML"));
     }
 
     void refusesWhatIsNoFile()
     {
         DatabaseModifier modifier(store.get());
-        QVERIFY(!modifier.setModifierFile(fixture.path(QStringLiteral("none"))));
-        QVERIFY(!modifier.setModifierFile(fixture.path(QString())));
+        QVERIFY(!modifier.setModifierFile(fixture.path("none")));
+        QVERIFY(!modifier.setModifierFile(fixture.path()));
         QVERIFY(!modifier.getLastError().isEmpty());
         QVERIFY(!modifier.applyModifierFile());
     }
@@ -100,16 +76,10 @@ private slots:
 private:
     bool apply(const QByteArray &text)
     {
-        QFile file(fixture.path(QStringLiteral("mod.txt")));
-        if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
-            return false;
-        file.close();
         DatabaseModifier modifier(store.get());
-        return modifier.setModifierFile(file.fileName()) && modifier.applyModifierFile();
+        return writeFile(fixture.path("mod.txt"), text) &&
+               modifier.setModifierFile(fixture.path("mod.txt")) && modifier.applyModifierFile();
     }
-
-    StoreFixture fixture;
-    std::unique_ptr<ObjectDataBase> store;
 };
 
 QTEST_GUILESS_MAIN(tst_ProjectCorrections)

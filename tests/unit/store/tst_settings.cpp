@@ -1,145 +1,100 @@
 // The five settings stores and their values by line.
-#include "storefixture.h"
+#include "tests/fixtures/storefixture.h"
 
-#include <QSignalSpy>
-#include <QtTest>
-
-class TestSettings : public QObject
+class TestSettings : public StoreTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void generalElements_data();
-    void generalElements();
-    void j1939ElementBeyondTheEnd();
-    void identicalValueIsNoChange();
-    void apostrophes();
-    void removedLineTakesItsElement();
-    void newLineCopiesHighestLine();
-    void listsAreCutToTheLines();
-    void descriptionLines();
+    void init() { store = makeStore(); }
+
+    void generalElements()
+    {
+        // The element of a line, and the list once that element was set to 9.
+        const auto elements = [this](const QString &list, quint8 line) {
+            store->setGeneralSettingsValue("some_key", list);
+            const QString element = store->getGeneralSettingsValueLine("some_key", line);
+            store->setGeneralSettingsValueLine("some_key", "9", line);
+            return element + '|' + general("some_key");
+        };
+        QCOMPARE(elements("", 0), "|9");
+        QCOMPARE(elements("1,2", 1), "2|1,9");
+        QCOMPARE(elements("1,2", 3), "2|1,2, ,9"); // beyond the end the last one, and blanks
+        QCOMPARE(elements("1", 3), "1|1, , ,9");
+        QCOMPARE(elements("1,,3", 1), "|1,9,3");
+        store->setJ1939SettingsValue("function", "1,2");
+        QCOMPARE(store->getJ1939SettingsValueLine("function", 1), "2");
+        QCOMPARE(store->getJ1939SettingsValueLine("function", 3), "1,2"); // beyond the end all
+    }
+
+    void identicalValueIsNoChange()
+    {
+        store->setGeneralSettingsValue("k", "v");
+        QSignalSpy spy(store.get(), &ObjectDataBase::updateNotify);
+        QVERIFY(store->setGeneralSettingsValue("k", "v"));
+        QCOMPARE(spy.count(), 0);
+        QVERIFY(store->setGeneralSettingsValue("k", "w"));
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(int(spy.first().first().value<ObjectDataBase::ChangeSet>().kind), 9);
+    }
+
+    void apostrophes()
+    {
+        QVERIFY(!store->setGeneralSettingsValue("k", "it's"));
+        QVERIFY(!store->setEnergyBusSettingsValue("k", "it's"));
+        QVERIFY(!store->existGeneralSettingsValue("k"));
+        QVERIFY(store->setDescriptionSettingsValue("k", "it's"));
+        QVERIFY(store->setMiscSettingsValue("k", "it's"));
+        QVERIFY(store->setJ1939SettingsValue("k", "it's"));
+        QCOMPARE(store->getMiscSettingsValue("k"), "it's");
+    }
+
+    void removedLineTakesItsElement()
+    {
+        store->setGeneralSettingsValue("list", "a,b,c");
+        store->setGeneralSettingsValue("single", "x");
+        store->setGeneralSettingsValue("line1type", "1");
+        store->removeNodeInGeneralSettings(1);
+        QCOMPARE(general("list"), "a,c");
+        QCOMPARE(general("single"), "x");
+        QVERIFY(!store->existGeneralSettingsValue("line1type"));
+        store->removeNodeInGeneralSettings(0);
+        QCOMPARE(general("single"), "");
+    }
+
+    void listsFollowTheLines()
+    {
+        store->setGeneralSettingsValue("co_node_id", "5");
+        store->addNode(1, {});
+        QCOMPARE(general("co_node_id"), "5,5"); // the new line copies the highest one
+        store->setGeneralSettingsValue("co_node_id", "1,2,3");
+        store->setGeneralSettingsValue("hw_defines", "1,2,3");
+        store->fixGeneralsettingsLineCount();
+        QCOMPARE(general("co_node_id"), "1,2");
+        QCOMPARE(general("hw_defines"), "1,2,3");
+    }
+
+    void descriptionLines()
+    {
+        store->setDescriptionSettingsValue("Comment", "zero");
+        store->setDescriptionSettingsLine(2);
+        QVERIFY(!store->existDescriptionSettingsValue("Comment"));
+        QVERIFY(store->setDescriptionSettingsValue("Comment", "x"));
+        QVERIFY(store->addDescriptionSettingsValue("Comment", "y"));
+        QCOMPARE(store->getDescriptionSettingsValue("Comment"), "x");
+        QVERIFY(store->existDescriptionSettingsValue("Comment_2"));
+        QVERIFY(store->getDescriptionSettingsKeys().contains("Comment_2"));
+        store->setDescriptionSettingsLine(0);
+        QCOMPARE(store->getDescriptionSettingsValue("Comment"), "zero");
+
+        store->addDefaultDescriptionSettings(3);
+        QCOMPARE(store->getDescriptionSettingsValue("OrderCode"), "0815-BUY-ME");
+        QVERIFY(store->getDescriptionSettingsKeys().contains("BaudRate_125_3"));
+    }
 
 private:
-    StoreFixture fixture;
-    std::unique_ptr<ObjectDataBase> store;
+    QString general(const QString &key) const { return store->getGeneralSettingsValue(key); }
 };
-
-void TestSettings::init()
-{
-    store = std::make_unique<ObjectDataBase>();
-    QVERIFY(store->createNewDataBase());
-}
-
-void TestSettings::generalElements_data()
-{
-    QTest::addColumn<QString>("list");
-    QTest::addColumn<int>("line");
-    QTest::addColumn<QString>("element");
-    QTest::addColumn<QString>("afterSetting9");
-    QTest::newRow("empty") << "" << 0 << ""
-                           << "9";
-    QTest::newRow("inside") << "1,2" << 1 << "2"
-                            << "1,9";
-    QTest::newRow("beyond gives last") << "1,2" << 3 << "2"
-                                       << "1,2, ,9";
-    QTest::newRow("gap is a blank") << "1" << 3 << "1"
-                                    << "1, , ,9";
-    QTest::newRow("empty element") << "1,,3" << 1 << ""
-                                   << "1,9,3";
-}
-
-void TestSettings::generalElements()
-{
-    QFETCH(QString, list);
-    QFETCH(int, line);
-    const QString key = QStringLiteral("some_key");
-    store->setGeneralSettingsValue(key, list);
-    QTEST(store->getGeneralSettingsValueLine(key, quint8(line)), "element");
-    QVERIFY(store->setGeneralSettingsValueLine(key, QStringLiteral("9"), quint8(line)));
-    QTEST(store->getGeneralSettingsValue(key), "afterSetting9");
-}
-
-void TestSettings::j1939ElementBeyondTheEnd()
-{
-    store->setJ1939SettingsValue(QStringLiteral("function"), QStringLiteral("1,2"));
-    QCOMPARE(store->getJ1939SettingsValueLine(QStringLiteral("function"), 1), QStringLiteral("2"));
-    QCOMPARE(store->getJ1939SettingsValueLine(QStringLiteral("function"), 3),
-             QStringLiteral("1,2"));
-}
-
-void TestSettings::identicalValueIsNoChange()
-{
-    store->setGeneralSettingsValue(QStringLiteral("k"), QStringLiteral("v"));
-    QSignalSpy spy(store.get(), &ObjectDataBase::updateNotify);
-    QVERIFY(store->setGeneralSettingsValue(QStringLiteral("k"), QStringLiteral("v")));
-    QCOMPARE(spy.count(), 0);
-    QVERIFY(store->setGeneralSettingsValue(QStringLiteral("k"), QStringLiteral("w")));
-    QCOMPARE(spy.count(), 1);
-    const auto change = spy.first().first().value<ObjectDataBase::ChangeSet>();
-    QCOMPARE(int(change.kind), 9);
-}
-
-void TestSettings::apostrophes()
-{
-    const QString key = QStringLiteral("k");
-    const QString value = QStringLiteral("it's");
-    QVERIFY(!store->setGeneralSettingsValue(key, value));
-    QVERIFY(!store->setEnergyBusSettingsValue(key, value));
-    QVERIFY(!store->existGeneralSettingsValue(key));
-    QVERIFY(store->setDescriptionSettingsValue(key, value));
-    QVERIFY(store->setMiscSettingsValue(key, value));
-    QVERIFY(store->setJ1939SettingsValue(key, value));
-    QCOMPARE(store->getMiscSettingsValue(key), value);
-}
-
-void TestSettings::removedLineTakesItsElement()
-{
-    store->setGeneralSettingsValue(QStringLiteral("list"), QStringLiteral("a,b,c"));
-    store->setGeneralSettingsValue(QStringLiteral("single"), QStringLiteral("x"));
-    store->setGeneralSettingsValue(QStringLiteral("line1type"), QStringLiteral("1"));
-    store->removeNodeInGeneralSettings(1);
-    QCOMPARE(store->getGeneralSettingsValue(QStringLiteral("list")), QStringLiteral("a,c"));
-    QCOMPARE(store->getGeneralSettingsValue(QStringLiteral("single")), QStringLiteral("x"));
-    QVERIFY(!store->existGeneralSettingsValue(QStringLiteral("line1type")));
-    store->removeNodeInGeneralSettings(0);
-    QCOMPARE(store->getGeneralSettingsValue(QStringLiteral("single")), QString());
-}
-
-void TestSettings::newLineCopiesHighestLine()
-{
-    store->setGeneralSettingsValue(QStringLiteral("co_node_id"), QStringLiteral("5"));
-    store->addNode(1, {});
-    QCOMPARE(store->getGeneralSettingsValue(QStringLiteral("co_node_id")), QStringLiteral("5,5"));
-}
-
-void TestSettings::listsAreCutToTheLines()
-{
-    store->setGeneralSettingsValue(QStringLiteral("co_node_id"), QStringLiteral("1,2,3"));
-    store->setGeneralSettingsValue(QStringLiteral("hw_defines"), QStringLiteral("1,2,3"));
-    store->fixGeneralsettingsLineCount();
-    QCOMPARE(store->getGeneralSettingsValue(QStringLiteral("co_node_id")), QStringLiteral("1"));
-    QCOMPARE(store->getGeneralSettingsValue(QStringLiteral("hw_defines")), QStringLiteral("1,2,3"));
-}
-
-void TestSettings::descriptionLines()
-{
-    store->setDescriptionSettingsValue(QStringLiteral("Comment"), QStringLiteral("zero"));
-    store->setDescriptionSettingsLine(2);
-    QVERIFY(!store->existDescriptionSettingsValue(QStringLiteral("Comment")));
-    QVERIFY(store->setDescriptionSettingsValue(QStringLiteral("Comment"), QStringLiteral("x")));
-    QVERIFY(store->addDescriptionSettingsValue(QStringLiteral("Comment"), QStringLiteral("y")));
-    QCOMPARE(store->getDescriptionSettingsValue(QStringLiteral("Comment")), QStringLiteral("x"));
-    QVERIFY(store->existDescriptionSettingsValue(QStringLiteral("Comment_2")));
-    QVERIFY(store->getDescriptionSettingsKeys().contains(QStringLiteral("Comment_2")));
-    store->setDescriptionSettingsLine(0);
-    QCOMPARE(store->getDescriptionSettingsValue(QStringLiteral("Comment")), QStringLiteral("zero"));
-
-    store->addDefaultDescriptionSettings(3);
-    QCOMPARE(store->getDescriptionSettingsValue(QStringLiteral("OrderCode")),
-             QStringLiteral("0815-BUY-ME"));
-    QVERIFY(store->getDescriptionSettingsKeys().contains(QStringLiteral("BaudRate_125_3")));
-}
 
 QTEST_GUILESS_MAIN(TestSettings)
 #include "tst_settings.moc"
