@@ -137,7 +137,7 @@ private slots:
         QVERIFY(makeStore()->saveDataBase(folder + "/db.tsrp"));
         const QByteArray before = read("db.tsrp");
         // The name under which the new file is written first is taken by a folder.
-        QVERIFY(QDir().mkpath(folder + "/db.tsrp.new"));
+        QVERIFY(QDir().mkpath(folder + "/db.tsrp.tessarine-new"));
         QVERIFY(
             run("-project db.tsrp -save").endsWith(ended(0, "errors:\nCould not save db.tsrp\n")));
         QCOMPARE(read("db.tsrp"), before);

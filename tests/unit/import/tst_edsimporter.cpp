@@ -242,9 +242,9 @@ private slots:
         QCOMPARE(text(0x1A00, 8), "Mappping Entry 8//7/rw/0x00000000//0/4294967295/0E");
     }
 
-    void fileWithoutObjectsAddsNone()
+    void fileWithoutObjects()
     {
-        QVERIFY(import("[DeviceInfo]\nVendorName=M\nNrOfRXPDO=2\n"));
+        QVERIFY(import("[DeviceInfo]\nVendorName=M\n"));
         QVERIFY(store->getIndices(0, 0, 0xFFFF).isEmpty());
         QVERIFY(import(QByteArray("\x7F\xFF\0[\xFE=", 6)));
         QVERIFY(import(QByteArray()));

@@ -77,6 +77,9 @@ private slots:
         store->cacheAllSubs(0, 0);
         QVERIFY(store->addSubIndex(0, 0x2000, 0, makeSub("it's", 9, "it's")));
         QCOMPARE(store->getSubIndexValue(0, 0x2000, 0), "it''s");
+        Sub sub = subOf(*store, 0, 0x2000, 0);
+        sub.size = 4;
+        QVERIFY(store->addSubIndex(0, 0x2000, 0, sub)); // read, changed and written back
         store->clearAllCachedSubs();
         QCOMPARE(store->getSubIndexValue(0, 0x2000, 0), "it's");
         QCOMPARE(store->getSubIndexName(0, 0x2000, 0, true), "it's");
@@ -190,6 +193,7 @@ private slots:
         store->addSubIndex(0, 0x2000, 2, makeSub({}, 7, "x"));
         QCOMPARE(store->getSubsByProperty(0, "datatype", "7").size(), 1);
         QCOMPARE(store->getSubsByProperty(0, "defaultvalue", "7").size(), 1);
+        QCOMPARE(store->getSubsByProperty(0, "1", "1").size(), 2); // all of them
         QVERIFY(store->getSubsByProperty(0, "1=1 or datatype", "7").isEmpty());
     }
 
@@ -225,6 +229,18 @@ private slots:
         QVERIFY(!store->existSubIndexName(0, "unused"));
         QCOMPARE(store->getIndexName(0, 0x2000), "kept");
         QVERIFY(store->getStringId("unused") >= 0);
+    }
+
+    void manyLines()
+    {
+        QVERIFY(!store->addIndex(200, 0x2000, {})); // before its line is there
+        for (int line = 1; line <= 200; ++line)
+            QVERIFY(store->addNode(static_cast<quint8>(line), {}));
+        QVERIFY(store->addIndex(200, 0x2000, {}));
+        store->getStringId("unused");
+        store->cleanUpStrings();
+        QVERIFY(!store->existSubIndexName(0, "unused"));
+        QCOMPARE(store->getIndexName(200, 0x2000), "unnamed object");
     }
 
     void blockedThreadWaits()

@@ -2,6 +2,10 @@
 #include "store/temporaryfiles.h"
 #include "tests/fixtures/storefixture.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 class TestProjectLifecycle : public QObject
 {
     Q_OBJECT
@@ -24,7 +28,8 @@ private slots:
     {
         columns<QString>("kind");
         for (const char *kind : {"missing", "empty", "noise", "text", "folder", "foreign",
-                                 "cut in half", "no nodes", "noise behind the head"})
+                                 "cut in half", "cut by little", "no nodes", "foreign nodes",
+                                 "endless view", "noise behind the head"})
             QTest::newRow(kind) << kind;
     }
     void badFilesAreNoProject()
@@ -36,6 +41,7 @@ private slots:
             {"noise", readFile(QCoreApplication::applicationFilePath()).left(5000)},
             {"text", "[Nodes]\n0\\name=\n"},
             {"cut in half", good.left(good.size() / 2)},
+            {"cut by little", good.chopped(100)},
             {"noise behind the head", good.left(8192) + QByteArray(good.size() - 8192, 'x')}};
         if (contents.contains(kind))
             QVERIFY(writeFile(file, contents.value(kind)));
@@ -47,6 +53,13 @@ private slots:
             QVERIFY(QDir().mkpath(file));
         else if (kind == "foreign")
             QVERIFY(StoreFixture::runSql(file, {"create table Cars (id integer)"}));
+        else if (kind == "foreign nodes")
+            QVERIFY(StoreFixture::runSql(
+                file, {"create table Nodes (nodeId, city)", "insert into Nodes values(0, 1)"}));
+        else if (kind == "endless view")
+            QVERIFY(StoreFixture::runSql(file, {"create view Nodes as with recursive n(nodeId) as "
+                                                "(select 1 union all select nodeId from n) "
+                                                "select nodeId from n"}));
         QVERIFY(!open());
         QCOMPARE(store->getLastErrorString(), "");
         store.reset();
@@ -148,13 +161,46 @@ private slots:
     {
         QVERIFY(open());
         // A folder where the new file is to be made stops the save even for the super user.
-        QVERIFY(QDir().mkpath(file + ".new/x"));
+        QVERIFY(QDir().mkpath(file + ".tessarine-new/x"));
         QVERIFY(!store->saveDataBase(QString()));
         ObjectDataBase saved;
         QVERIFY(saved.openDataBase(file));
         QVERIFY(!QFile::exists(file + ".bak"));
         QVERIFY(!store->saveDataBase(fixture->path("no/such/folder/p.tsrp")));
         QCOMPARE(store->getProjectFileName(), file);
+    }
+
+    void saveWaitsForAnotherRun()
+    {
+        const QString fresh = file + ".tessarine-new";
+        const int other = ::open(QFile::encodeName(fresh), O_RDWR | O_CREAT, 0600);
+        QVERIFY(::flock(other, LOCK_EX) == 0);
+        QVERIFY(open()); // what another run is writing is no leftover
+        QVERIFY(QFile::exists(fresh));
+        std::unique_ptr<QThread> otherRun(QThread::create([other] {
+            QThread::msleep(100);
+            ::close(other);
+        }));
+        otherRun->start();
+        QVERIFY(store->saveDataBase(QString()));
+        QVERIFY(otherRun->isFinished() && !QFile::exists(fresh));
+
+        QVERIFY(writeFile(fresh, "left by a killed run"));
+        QVERIFY(open());
+        QVERIFY(!QFile::exists(fresh));
+    }
+
+    void projectBehindALink()
+    {
+        const QString link = fixture->path("link.tsrp");
+        QVERIFY(QFile::link(file, link));
+        ObjectDataBase linked;
+        QVERIFY(linked.openDataBase(link));
+        linked.setMiscSettingsValue("mark", "1");
+        QVERIFY(linked.saveDataBase(QString()));
+        QVERIFY(QFileInfo(link).isSymLink());
+        QVERIFY(open());
+        QCOMPARE(store->getMiscSettingsValue("mark"), "1");
     }
 
     void dataFileResetsUserMarks()

@@ -92,12 +92,17 @@ private slots:
 
     void linesByWholeNumber()
     {
-        QVERIFY(writeFile(file, "[Nodes]\n0\\prefix=_\n12\\prefix=_\n[Objects12]\n0x2000\\name=a\n"
-                                "[Objects2]\n0x2001\\name=b\n[Objects012]\n0x2002\\name=c\n"));
+        QVERIFY(writeFile(file, "[Nodes]\n0\\prefix=p_\n12\\prefix=_\n[Objects12]\n0x2000\\name=a\n"
+                                "[Objects2]\n0x2001\\name=b\n[Objects012]\n0x2002\\name=c\n"
+                                "[Nodes]\n0\\outputpath=out\n"));
         ObjectDataBase store;
         QVERIFY(store.openDataBase(file));
         QCOMPARE(store.getNodes(), (QList<quint8>{0, 12}));
         QCOMPARE(store.getIndices(12, 0, 0xFFFF), QList<quint16>{0x2000});
+        Node node;
+        QVERIFY(store.getNodeData(0, node));
+        QCOMPARE(node.prefix + node.outputPath, "p_out"); // cells of a node may stand apart
+        QVERIFY(!store.saveDataBase(QString()));         // two objects have no place in it
         QVERIFY(store.getIndices(0, 0, 0xFFFF).isEmpty());
     }
 
