@@ -75,7 +75,7 @@ public:
         for (int waited = 0; waited < kLongestWaitMs; waited += kWaitStepMs) {
             if (take(true))
                 return true;
-            if (errno != EWOULDBLOCK && errno != ENOENT && errno != 0)
+            if (errno != EWOULDBLOCK && errno != 0)
                 return false; // no such folder, or not writable
             QThread::msleep(kWaitStepMs);
         }
