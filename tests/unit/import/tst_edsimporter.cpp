@@ -76,7 +76,8 @@ private slots:
     {
         columns<QString, QString>("entries", "expected");
         // clang-format off
-        QTest::newRow("refuse_write") << "DataType=6\nAccessType=rw\nDefaultValue=$nodeid+1\nObjFlags=1" << "x//6/rw/$NODEID+1//0/65535/0EW";
+        QTest::newRow("refuse_write")
+            << "DataType=6\nAccessType=rw\nDefaultValue=$nodeid+1\nObjFlags=1" << "x//6/rw/$NODEID+1//0/65535/0EW";
         QTest::newRow("refuse_read_without_default") << "ObjFlags=2" << "x//5/ro///0/255/0R";
         QTest::newRow("signs_in_the_name") << "ParameterName=It's 5 % \"x\"" << "It's 5 % \"x\"//5/ro///0/255/0";
         QTest::newRow("value_of_a_dcf") << "ParameterValue=0\nDenotation=Left pump" << "x/Left pump/5/ro//0/0/255/0D";

@@ -18,7 +18,9 @@ private slots:
         // clang-format off
         QTest::newRow("empty") << "a" << "";
         QTest::newRow("path") << "0x1000/0x1/name" << "x";
-        QTest::newRow("separators") << "a" << "1,2;3=4";
+        QTest::newRow("comma") << "a" << "1,2";
+        QTest::newRow("semicolon") << "a" << "1;2";
+        QTest::newRow("equals") << "a" << "1=2";
         QTest::newRow("blanks at the ends") << "a" << " b ";
         QTest::newRow("inner blanks") << "a" << "b  c";
         QTest::newRow("quotes and backslash") << "a" << "say \"C:\\x\"";

@@ -262,7 +262,9 @@ private slots:
                   "nvstorage integer, implementation integer not null, defaultvalue text, extra "
                   "text)",
                   "insert into SubObjects0 values(8192,0,0,7,'rw',1,2,'first','x')",
-                  "insert into SubObjects0 values(8192,0,0,7,'rw',1,2,'second','x')"}));
+                  "insert into SubObjects0 values(8192,0,0,7,'rw',1,2,'second','x')",
+                  "insert into SubObjects0 values(8192,1,0,7,'rw',1,2,'third','x')"}));
+        QCOMPARE(ask("select defaultvalue from SubObjects0"), (QStringList{"first ", "third "}));
         const Sub sub = subOf(*store, 0, 0x2000, 0);
         QCOMPARE(joined(sub.defaultValue, sub.accessType, sub.implementation, sub.nvStorage),
                  "first/rw/2/true");
