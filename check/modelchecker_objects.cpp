@@ -65,6 +65,13 @@ qint64 toNumber(const QVariant &value)
     return ok ? number : Numbers::toLongLongByPrefix(value.toString());
 }
 
+/// A range without upper end is marked by the one character U+FFFF, for which SQLite gives U+FFFD
+/// when it reads it back.
+bool isOpenEnd(const QString &limit)
+{
+    return limit == QChar(0xFFFF) || limit == QChar(0xFFFD);
+}
+
 bool isMappingObject(quint16 index)
 {
     return (index >= 0x1600 && index <= 0x17FF) || (index >= 0x1A00 && index <= 0x1BFF);
@@ -225,8 +232,7 @@ void ModelChecker::checkRanges(quint16 index, quint8 subIndex, const SubIndexDat
     const qint64 low = Numbers::toLongLongByPrefix(data.lowLimit);
     const qint64 high = Numbers::toLongLongByPrefix(data.upLimit);
     const qint64 value = Numbers::toLongLongByPrefix(data.defaultValue, &isNumber);
-    const bool isOpen = data.upLimit == QChar(0xFFFF); // so a range without upper end is marked
-    if (isNumber && !isOpen && (value < low || high < value))
+    if (isNumber && !isOpenEnd(data.upLimit) && (value < low || high < value))
         reportSub(Msg::DefaultOutOfLimits, index, subIndex);
 }
 
