@@ -6,11 +6,6 @@
 #include <QSet>
 #include <QTest>
 
-using Sub = Model::Sub;
-using Code = Model::ObjectCode;
-using Setup = std::function<void(Model &)>;
-Q_DECLARE_METATYPE(Setup)
-
 namespace
 {
 
@@ -19,52 +14,52 @@ const QString R = "<strong><font color='red'>Error: </font></strong>";
 const QString W = "Warning: ";
 const QString S = "<strong>Warning: </strong>";
 const QString H = "<strong>Hint: </strong>";
-const QStringList kSilent;
+const QString C = "<i>Corrected: ";
 
 const QString kDynamicGranularity =
     E + "Dynamic mapping cannot be used with a granularity of 0. Correct device description "
         "settings or PDO mapping.";
-const QString kCobAdvice =
-    "Enable CANopen Stack Settings -> Overwrite pre-defined connection set and call "
-    "userOverwriteCobIdSettings() to use these COB-ID settings.\n\n";
 
 void addColumns()
 {
-    QTest::addColumn<Setup>("setup");
+    QTest::addColumn<QStringList>("changes");
     QTest::addColumn<QStringList>("texts");
 }
 
-void row(const char *name, const Setup &setup, const QStringList &texts)
+/// Without texts: nothing may be reported.
+void row(const char *name, const QStringList &changes, const QStringList &texts = {})
 {
-    QTest::newRow(name) << setup << texts;
+    QTest::newRow(name) << changes << texts;
 }
 
-/// A mapping object's only entry, and the object behind it.
-Setup mapped(quint16 mapping, const QString &entry, quint16 type, const QString &access)
+int countErrors(const QStringList &texts)
 {
-    return [=](Model &m) {
-        m.variable(0x2001, type, access);
-        m.value(mapping, 1, entry);
-        m.general("bitwise_mapping=1");
-        m.granularity(0, "1");
-    };
+    return texts.filter("Error: ").size() - texts.count(kDynamicGranularity);
 }
 
-/// A value of object 0x2000 with its limits.
-Setup limited(quint16 type, const QString &low, const QString &value, const QString &high)
+/// An application variable 0x2002 with a default value, and limits if given.
+QStringList limited(const QString &type, const QString &value, const QString &low = QString(),
+                    const QString &high = QString())
 {
-    return [=](Model &m) {
-        Sub sub = makeSub("Value", type, value);
-        sub.accessType = "rw";
-        sub.pdoMapping = PDOMapping(PDOMappingType::Optional);
-        sub.implementation = 2;
-        sub.varName = "v";
-        sub.limitInEds = !low.isEmpty();
-        sub.lowLimit = low;
-        sub.upLimit = high;
-        m.object(0x2002, Code::Var);
-        m.store.addSubIndex(0, 0x2002, 0, sub);
-    };
+    QStringList changes = {"variable 2002 " + type + " rw", "put 2002:0 implementation 2",
+                           "put 2002:0 varname v", "put 2002:0 value " + value,
+                           "put 2002:0 high " + high};
+    if (!low.isEmpty())
+        changes << "put 2002:0 low " + low;
+    return changes;
+}
+
+/// An entry of a mapping object, for an object 0x2001 of that access and 16 bits.
+QStringList mapped(const QString &mapping, const QString &entry, const QString &access)
+{
+    return {"variable 2001 6 " + access, "put " + mapping + ":1 value " + entry};
+}
+
+/// A dynamic mapping object of \a count entries of one byte.
+QStringList entries(const QString &mapping, int count, const QString &active)
+{
+    return {"record " + mapping + " rw" + QString(" 0x20000008").repeated(count),
+            "put " + mapping + ":0 value " + active};
 }
 
 } // namespace
@@ -76,154 +71,95 @@ class tst_ModelChecker : public QObject
 private slots:
     void initTestCase() { QLoggingCategory::setFilterRules("tessarine.*=false"); }
 
-    void init()
-    {
-        QCoreApplication::setApplicationName("CANopen Tessarine");
-        QCoreApplication::setApplicationVersion("3.11.2");
-    }
-
     void object_data()
     {
         addColumns();
-        row(
-            "sound", [](Model &) {}, kSilent);
-        row("empty_array", [](Model &m) { m.object(0x2001, Code::Array); },
+        const QString count =
+            C + "Object 0x1018</i>: The value of subindex 0 does not fit to the highest subindex.";
+        const QString constant = C + "Object 0x1018-0</i>:'Managed Const' is used as "
+                                     "implementation type for this subindex.";
+        const QString flag =
+            E + "Object 0x1018-0:The 'default value' flag must be set for this subindex.";
+        row("sound", {});
+        row("empty_array", {"object 2001 8"},
             {E + "Object 0x2001: This array does not contain any sub-indices"});
-        row(
-            "empty_variable", [](Model &m) { m.object(0x2001, Code::Var); }, kSilent);
-        row("count_wrong", [](Model &m) { m.value(0x1018, 0, "2"); },
-            {"<i>Corrected: Object 0x1018</i>: The value of subindex 0 does not fit to the "
-             "highest subindex."});
-        row("count_cut_to_a_byte", [](Model &m) { m.value(0x1018, 0, "0x103"); },
+        row("empty_variable", {"object 2001 7"});
+        row("count_wrong", {"put 1018:0 value 2"}, {count});
+        row("count_cut_to_a_byte", {"put 1018:0 value 0x103"},
             {E + "Object 0x1018-0x00: The values of the limits or defaultvalue does to fit to the "
                  "datatype."});
-        row("count_and_constant",
-            [](Model &m) {
-                m.value(0x1018, 0, "2");
-                m.set(0x1018, 0, &Sub::implementation, 0);
-            },
-            {"<i>Corrected: Object 0x1018</i>: The value of subindex 0 does not fit to the "
-             "highest subindex.",
-             "<i>Corrected: Object 0x1018-0</i>:'Managed Const' is used as implementation type "
-             "for this subindex."});
-        row(
-            "corrections_off",
-            [](Model &m) {
-                m.value(0x1018, 0, "2");
-                m.set(0x1018, 0, &Sub::implementation, 0);
-                m.user("disableautocorrection", true);
-            },
-            kSilent);
-        row(
-            "virtual_constant", [](Model &m) { m.set(0x1018, 0, &Sub::implementation, 3); },
-            kSilent);
-        row(
-            "error_list",
-            [](Model &m) {
-                m.variable(0x1014, 7, "ro");
-                m.record(0x1003, {"0"});
-                m.value(0x1003, 0, "0");
-                m.set(0x1003, 0, &Sub::implementation, 0);
-            },
-            kSilent);
-        row(
-            "multiplexed_mapping", [](Model &m) { m.value(0x1600, 0, "254"); }, kSilent);
-        row(
-            "dynamic_mapping",
-            [](Model &m) {
-                m.record(0x1600, {"0x20000008", "0x20000008"}, "rw");
-                m.value(0x1600, 0, "1");
-            },
-            kSilent);
-        row("count_not_in_eds", [](Model &m) { m.set(0x1018, 0, &Sub::defaultInEds, false); },
-            {E + "Object 0x1018-0:The 'default value' flag must be set for this subindex.",
-             W + "Object 0x1018-0:The defaultvalue of this subindex should be written into the "
-                 "EDS/XDD file."});
-        row("count_always_in_eds",
-            [](Model &m) {
-                m.set(0x1018, 0, &Sub::defaultInEds, false);
-                m.set(0x1018, 0, &Sub::writeDefaultToEds, 2);
-            },
-            {E + "Object 0x1018-0:The 'default value' flag must be set for this subindex."});
-        row("nameless", [](Model &m) { m.store.setIndexName(0, 0x2000, ""); },
-            {E + "Object 0x2000: The object does not have a name. (Required for EDS)"});
-        row("variable_with_members",
-            [](Model &m) { m.store.addSubIndex(0, 0x2000, 1, makeSub("", 5, "0")); },
-            {E + "Object 0x2000: The object is a VARIABLE but has multiple subindices."});
-        row(
-            "below_communication_area", [](Model &m) { m.object(0x0FFF, Code::Array); }, kSilent);
+        row("count_and_constant", {"put 1018:0 value 2", "put 1018:0 implementation 0"},
+            {count, constant});
+        row("corrections_off", {"put 1018:0 value 2", "put 1018:0 implementation 0",
+                                "user disableautocorrection true"});
+        row("virtual_constant", {"put 1018:0 implementation 3"});
+        row("error_list", {"variable 1014 7 ro", "record 1003 ro 0", "put 1003:0 value 0",
+                           "put 1003:0 implementation 0"});
+        row("multiplexed_mapping", {"put 1600:0 value 254"});
+        row("dynamic_mapping", entries("1600", 2, "1"));
+        row("count_not_in_eds", {"put 1018:0 in_eds 0"},
+            {flag, W + "Object 0x1018-0:The defaultvalue of this subindex should be written into "
+                       "the EDS/XDD file."});
+        row("count_always_in_eds", {"put 1018:0 in_eds 0", "put 1018:0 write_to_eds 2"}, {flag});
+        row("variable_with_members", {"record 2001 ro 0", "object 2001 7"},
+            {E + "Object 0x2001: The object is a VARIABLE but has multiple subindices."});
+        row("below_communication_area", {"object fff 8"});
     }
     void object() { checkLine(); }
 
     void subindex_data()
     {
         addColumns();
-        row("limits_unchecked",
-            [](Model &m) {
-                limited(5, "0", "1", "2")(m);
-                m.general("limit_check=2");
-            },
-            {W + "Object 0x2002-0x00: Limit Check is activated, but it is deactivated in the "
-                 "global settings."});
-        row(
-            "no_limits",
-            [](Model &m) {
-                limited(5, "", "1", "")(m);
-                m.general("limit_check=0");
-            },
-            kSilent);
-        row("nameless_member", [](Model &m) { m.set(0x1018, 3, &Sub::name, QString()); },
-            {E + "Object 0x1018-0x03: The object does not have a name. (Required for EDS)"});
-        row(
-            "nameless_variable", [](Model &m) { m.set(0x2000, 0, &Sub::name, QString()); },
-            kSilent);
-        for (const auto &name : {"a b", "a,b", "a;b"})
-            row(name, variableNamed(name),
-                {E + "Object 0x2000-0x00: The variable name contains invalid characters like "
-                     "spaces or commas."});
-        row("no_variable_name", variableNamed(""),
-            {E + "Object 0x2000-0x00: The variable name is missing."});
-        row("array_element", variableNamed("a[1].b"), kSilent);
-        row("access_case", [](Model &m) { m.set(0x2000, 0, &Sub::accessType, QString("Rw")); },
-            {E + "Object 0x2000-0x00: The access type 'Rw' is invalid. Use ro, rw, const, wo, "
-                 "rww or rwr instead."});
-        row("access_with_place_holder",
-            [](Model &m) { m.set(0x1017, 0, &Sub::accessType, QString("%2")); },
-            {E + "Object 0x1017-0x00: The access type '%2' is invalid. Use ro, rw, const, wo, "
-                 "rww or rwr instead."});
-        row("writable_constant", [](Model &m) { m.set(0x1017, 0, &Sub::implementation, 1); },
-            {E + "Object 0x1017-0x00: The implementation type is Managed Const, but the access "
-                 "type allows write access."});
-        row(
-            "read_only_constant", [](Model &m) { m.set(0x1001, 0, &Sub::implementation, 1); },
-            kSilent);
-        row("octet_string", [](Model &m) { m.variable(0x2001, 10, "ro"); },
-            {E + "Object 0x2001-0x00: The implementation type 'Managed Variable' is not possible "
-                 "for octet strings."});
-        row("visible_string", [](Model &m) { m.variable(0x2001, 9, "ro"); },
-            {E + "Object 0x2001-0x00: The implementation type 'Managed Variable' is not possible "
-                 "for visible strings. Use 'Managed Const' or 'Variable' instead."});
-        row("utf8_string", [](Model &m) { m.variable(0x2001, 124, "ro"); },
-            {E + "Object 0x2001-0x00: The implementation type 'Managed Variable' is not possible "
-                 "for UTF8 strings. Use 'Managed Const' or 'Variable' instead."});
-        row("constant_string", limited(9, "5", "text", "1"), kSilent);
-        const QString unfit =
-            E + "Object 0x2002-0x00: The values of the limits or defaultvalue does to fit to the "
-                "datatype.";
+        const QString invalid = E + "Object 0x2000-0x00: The variable name contains invalid "
+                                    "characters like spaces or commas.";
+        const QString unfit = E + "Object 0x2002-0x00: The values of the limits or defaultvalue "
+                                  "does to fit to the datatype.";
         const QString outside =
             E + "Object 0x2002-0x00: The defaultvalue is not in the range of the limits.";
-        row("default_unfit", limited(5, "", "256", ""), {unfit});
-        row("default_fits", limited(5, "", "0xFF", ""), kSilent);
-        row("limit_unfit", limited(2, "-129", "0", "127"), {unfit});
-        row("limit_unused", limited(2, "", "-128", "300"), kSilent);
-        row("domain", limited(15, "5", "-1", "1"), kSilent);
-        row("unknown_type", limited(0, "", "1", ""),
+        const QString variable = "put 2000:0 implementation 2";
+        row("limits_unchecked", limited("5", "1", "0", "2") << "set limit_check=2",
+            {W + "Object 0x2002-0x00: Limit Check is activated, but it is deactivated in the "
+                 "global settings."});
+        row("no_limits", limited("5", "1") << "set limit_check=0");
+        row("nameless_member", {"put 1018:3 name "},
+            {E + "Object 0x1018-0x03: The object does not have a name. (Required for EDS)"});
+        row("nameless_variable", {"put 2000:0 name "});
+        for (const char *name : {"a b", "a,b", "a;b"})
+            row(name, {variable, QString("put 2000:0 varname ") + name}, {invalid});
+        row("no_variable_name", {variable},
+            {E + "Object 0x2000-0x00: The variable name is missing."});
+        row("array_element", {variable, "put 2000:0 varname a[1].b"});
+        row("access_case", {"put 1017:0 access Rw"},
+            {E + "Object 0x1017-0x00: The access type 'Rw' is invalid. Use ro, rw, const, wo, rww "
+                 "or rwr instead."});
+        row("access_with_place_holder", {"put 1017:0 access %2"},
+            {E + "Object 0x1017-0x00: The access type '%2' is invalid. Use ro, rw, const, wo, rww "
+                 "or rwr instead."});
+        row("writable_constant", {"put 1017:0 implementation 1"},
+            {E + "Object 0x1017-0x00: The implementation type is Managed Const, but the access "
+                 "type allows write access."});
+        row("read_only_constant", {"put 1001:0 implementation 1"});
+        row("octet_string", {"variable 2001 10 ro"},
+            {E + "Object 0x2001-0x00: The implementation type 'Managed Variable' is not possible "
+                 "for octet strings."});
+        row("visible_string", {"variable 2001 9 ro"},
+            {E + "Object 0x2001-0x00: The implementation type 'Managed Variable' is not possible "
+                 "for visible strings. Use 'Managed Const' or 'Variable' instead."});
+        row("utf8_string", {"variable 2001 124 ro"},
+            {E + "Object 0x2001-0x00: The implementation type 'Managed Variable' is not possible "
+                 "for UTF8 strings. Use 'Managed Const' or 'Variable' instead."});
+        row("string_of_application", limited("9", "text", "5", "1"));
+        row("default_unfit", limited("5", "256"), {unfit});
+        row("limit_unfit", limited("2", "0", "-129", "127"), {unfit});
+        row("limit_unused", limited("2", "-128", "", "300"));
+        row("domain", limited("15", "-1", "5", "1"));
+        row("unknown_type", limited("0", "1"),
             {E + "Object 0x2002-0x00: Unknown or unsupported datatype."});
-        row("default_below", limited(3, "-5", "-6", "5"), {outside});
-        row("default_at_limits", limited(3, "-0x5", "-5", "-5"), kSilent);
-        row("default_above", limited(124, "0", "6", "5"), {outside});
-        row("default_no_number", limited(124, "1", "text", "5"), kSilent);
-        row("open_upper_end", limited(5, "1", "0", QString(QChar(0xFFFF))), kSilent);
+        row("default_below", limited("3", "-6", "-5", "5"), {outside});
+        row("default_at_limits", limited("3", "-5", "-0x5", "-5"));
+        row("default_above", limited("124", "6", "0", "5"), {outside});
+        row("default_no_number", limited("124", "text", "1", "5"));
+        row("open_upper_end", limited("5", "0", "1", QChar(0xFFFF)));
     }
     void subindex() { checkLine(); }
 
@@ -244,36 +180,34 @@ private slots:
                                {21, nullptr, "-9223372036854775808", "0xffffffffffffffff", nullptr},
                                {22, "-1", "0", "16777215", "16777216"},
                                {24, "-1", "0", "1099511627775", "1099511627776"},
-                               {25, "-1", "0", "281474976710655", "281474976710656"},
-                               {200, "-1", "0", "text", nullptr}}) {
+                               {25, "-1", "0", "281474976710655", "281474976710656"}}) {
             const auto type = static_cast<CAN::CANopenDataType>(r.type);
             QVERIFY(ModelChecker::checkValues(type, {r.lowest, r.highest}));
             QVERIFY(!r.below || !ModelChecker::checkValues(type, {r.lowest, r.below}));
             QVERIFY(!r.above || !ModelChecker::checkValues(type, {r.above, r.lowest}));
         }
-        QVERIFY(ModelChecker::checkValues(CAN::CANopenDataType::Boolean, {}));
     }
 
-    void helpers()
+    void limitsByBits()
     {
         qint64 low = 0;
         qint64 high = 0;
         const auto limits = [&](quint8 bits, bool isUnsigned) {
-            return ModelChecker::getLimitsByBits(bits, isUnsigned, low, high)
-                       ? QString("%1..%2").arg(low).arg(high)
-                       : QString();
+            ModelChecker::getLimitsByBits(bits, isUnsigned, low, high);
+            return QString("%1..%2").arg(low).arg(high);
         };
         QCOMPARE(limits(8, false), QString("-128..127"));
         QCOMPARE(limits(5, true), QString("0..31"));
         QCOMPARE(limits(64, false), QString("-9223372036854775808..9223372036854775807"));
         QCOMPARE(limits(64, true), QString("0..9223372036854775807"));
-        QCOMPARE(limits(0, false), QString("0..0"));
+    }
 
+    void disabledCobIds()
+    {
         const QMap<QString, QString> cobIds = {{"$NodeId+0x180", "$NodeId+0x80000180"},
                                                {"0xC0000180", "0xC0000180"},
                                                {" 0x1aB ", "0x800001ab"},
-                                               {"384", "384"},
-                                               {"$nodeid+$nodeid+0x1", "$nodeid+0x80000001"}};
+                                               {"384", "384"}};
         for (auto it = cobIds.cbegin(); it != cobIds.cend(); ++it)
             QCOMPARE(ModelChecker::disableCob(it.key()), it.value());
     }
@@ -284,41 +218,25 @@ private slots:
         const QString uds = R + "UDS server and UDS client together on one line is not possible.";
         const QString block = R + "CANopen SDO block size may not exceed 127.";
         const QString timer = R + "Timer interval not set in Common Settings -> Hardware/Target.";
-        const auto settings = [](const QStringList &list, int lines = 1) {
-            return [=](Model &m) {
-                for (int line = 1; line < lines; ++line)
-                    m.store.addNode(quint8(line), ObjectDataBase::NODE_DATA_T());
-                m.store.addNode(32, ObjectDataBase::NODE_DATA_T());
-                for (const QString &setting : list)
-                    m.general(setting);
-            };
-        };
-        const QString server = "udsserver_supported=1";
-        const QString client = "udsclient_supported=2";
-        row("uds_single", settings({server, client}), {uds});
-        row("uds_server_only", settings({server, "udsclient_supported=0"}), kSilent);
+        const QString server = "set udsserver_supported=1";
+        const QString client = "set udsclient_supported=2";
+        row("uds_single", {server, client, "node 32"}, {uds});
+        row("uds_server_only", {server, "set udsclient_supported=0"});
         row("uds_apart",
-            settings({server, client, "uds_server_active=1,0", "uds_client_cnt=0,1"}, 2), kSilent);
+            {server, client, "node 1", "set uds_server_active=1,0", "set uds_client_cnt=0,1"});
         row("uds_together",
-            settings({server, client, "uds_server_active=0,1", "uds_client_cnt=0,0x2"}, 2), {uds});
-        row("block_size", settings({"sdo_blocktransfer_block_size=0x80"}), {block});
-        row("block_size_127", settings({"sdo_blocktransfer_block_size=127"}), kSilent);
-        row("block_size_byte", settings({"sdo_blocktransfer_block_size=256"}), kSilent);
+            {server, client, "node 1", "set uds_server_active=0,1", "set uds_client_cnt=0,0x2"},
+            {uds});
+        row("block_size", {"set sdo_blocktransfer_block_size=0x80"}, {block});
+        row("block_size_127", {"set sdo_blocktransfer_block_size=127"});
+        row("block_size_byte", {"set sdo_blocktransfer_block_size=256"});
         row("all",
-            settings({server, client, "sdo_blocktransfer_block_size=255", "co_timer_interval="}),
+            {server, client, "set sdo_blocktransfer_block_size=255", "set co_timer_interval="},
             {uds, block, timer});
     }
     void project()
     {
-        QFETCH(Setup, setup);
-        QFETCH(QStringList, texts);
-        Model model;
-        setup(model);
-        const Outcome outcome =
-            run([&](ModelChecker &c) { return c.startGlobalCheck(&model.store); });
-        QCOMPARE(outcome.texts, texts);
-        QCOMPARE(outcome.errors, texts.size());
-        QCOMPARE(outcome.lines, QSet<int>(texts.isEmpty() ? QSet<int>() : QSet<int>{-1}));
+        compare([](ModelChecker &c, Model &m) { return c.startGlobalCheck(&m.store); });
     }
 
     void upgrade_data()
@@ -330,24 +248,24 @@ private slots:
         const QString end = "</font> to your project or Makefile.";
         const QString canopen = "CANopen Tessarine";
         const QString other = "CAN Tessarine";
-        const QStringList init = {add + "uds_init.c" + end};
-        QTest::newRow("3.0") << "3.0" << canopen
-                             << QStringList{add + "co_common.c and co_memcpy.c" + end};
-        QTest::newRow("3.6_other")
-            << "3.6.9" << other
-            << QStringList{add + "co_common.c, co_memcpy.c and co_mapping.c" + end};
-        QTest::newRow("3.7") << "3.7" << canopen << QStringList{add + "co_memcpy.c" + end} + init;
-        QTest::newRow("3.8_other")
-            << "3.8" << other << QStringList{add + "co_memcpy.c and co_mapping.c" + end} + init;
+        const QString init = add + "uds_init.c" + end;
+        const auto hints = [](const char *name, const QString &application,
+                              const QStringList &texts) {
+            QTest::newRow(name) << QString(name).section('_', 0, 0) << application << texts;
+        };
+        hints("3.0", canopen, {add + "co_common.c and co_memcpy.c" + end});
+        hints("3.6.9_other", other, {add + "co_common.c, co_memcpy.c and co_mapping.c" + end});
+        hints("3.7", canopen, {add + "co_memcpy.c" + end, init});
+        hints("3.8_other", other, {add + "co_memcpy.c and co_mapping.c" + end, init});
         for (const char *version : {"", "3.9", "2.5"})
-            QTest::newRow(version) << version << canopen << kSilent;
+            hints(version, canopen, {});
     }
     void upgrade()
     {
         QFETCH(QString, version);
         QFETCH(QString, application);
         Model model;
-        model.general("udsclient_supported=1");
+        model.change("set udsclient_supported=1");
         model.store.setMiscSettingsValue("PreviousToolVersion", version);
         QCoreApplication::setApplicationName(application);
         const Outcome outcome =
@@ -362,211 +280,126 @@ private slots:
     {
         addColumns();
         const QString cannot = "Cannot check if generated code fits to installed stack/framework.";
-        row("no_path", [](Model &m) { m.user("costackpath", ""); },
+        row("no_path", {"user costackpath "},
             {"Info: Path to protocol stack not specified. " + cannot,
              "Specify path to protocol stack at Options -> Settings."});
-        row("path_of_sibling",
-            [](Model &m) {
-                m.user("costackpath", "");
-                m.user("costackpath", "/none", "CANopen Olvenmark 2.3");
-                m.user("costackpath", "/else", "CANopen Olvenmark 2.4");
-            },
+        row("path_of_sibling", {"user costackpath ", "sibling 2.3 /none", "sibling 2.4 /else"},
             {"Info: No *_featureinfo_*.xml file found in protocol stack folder /none. " + cannot});
-        row("hand_written_setting",
-            [](Model &m) {
-                m.user("costackpath", "");
-                QFile file(QSettings("Korvel", "CANopen Tessarine").fileName());
-                file.open(QIODevice::WriteOnly);
-                file.write("[General]\ncostackpath=/hand\n");
-            },
-            {"Info: No *_featureinfo_*.xml file found in protocol stack folder /hand. " + cannot});
-        row("no_version", [](Model &m) { m.feature("a", ""); },
+        row("no_version", {"feature a "},
             {R + "Version of installed stack does not fit. It requires an older version of the "
                  "tool. Cannot generate files."});
         row("first_misfit",
-            [](Model &m) {
-                m.feature("b", "<required_tool_version> 3.11 </required_tool_version>");
-                m.feature("c", "<required_tool_version>3.12</required_tool_version>");
-                m.feature("d", "");
-            },
+            {"feature b <required_tool_version> 3.11 </required_tool_version>",
+             "feature c <required_tool_version>3.12</required_tool_version>", "feature d "},
             {R + "Version of installed stack does not fit. It requires tool version 3.12. Cannot "
                  "generate files."});
-        row(
-            "four_parts", [](Model &) { QCoreApplication::setApplicationVersion("3.11.2.7"); },
-            kSilent);
-        row(
-            "two_parts", [](Model &) { QCoreApplication::setApplicationVersion("3.11"); }, kSilent);
     }
     void stack() { checkLine(); }
 
-    void lineSettings_data()
+    void cutsItsVersion()
+    {
+        for (const char *version : {"3.11", "3.11.2", "3.11.2.7"}) {
+            Model model;
+            QCoreApplication::setApplicationVersion(version);
+            QCOMPARE(run([&](ModelChecker &c) { return line(c, model); }).texts, QStringList());
+        }
+    }
+
+    void settings_data()
     {
         addColumns();
-        const auto setting = [](const QString &text) { return [=](Model &m) { m.general(text); }; };
-        const QString function = E +
-                                 "CANopen basic Stack Settings: The name of the NodeId function "
-                                 "may not include a ";
-        row("no_node_id", setting("co_node_id="),
+        const QString function = E + "CANopen basic Stack Settings: The name of the NodeId "
+                                     "function may not include a ";
+        row("no_node_id", {"set co_node_id="},
             {E + "CANopen basic Stack Settings: No Node-Id specified for line 0: Specify a number "
                  "between 1 and 127, or 255 for LSS or a function name like e.g. readDipSwitch in "
                  "the line below."});
-        row(
-            "node_id_function",
-            [](Model &m) {
-                m.general("co_node_id=,1");
-                m.general("co_node_id_fct=readSwitch,");
-            },
-            kSilent);
-        row("function_call", setting("co_node_id_fct=readSwitch()"),
+        row("node_id_function", {"set co_node_id=,1", "set co_node_id_fct=readSwitch,"});
+        row("function_call", {"set co_node_id_fct=readSwitch()"},
             {function + "(.", function + ")."});
-        row("call_of_other_line", setting("co_node_id_fct=readSwitch,other()"), kSilent);
-        row("receive_buffer", setting("receivebuffersize=,10"),
+        row("call_of_other_line", {"set co_node_id_fct=readSwitch,other()"});
+        row("receive_buffer", {"set receivebuffersize=,10"},
             {E + "Common Settings: CAN receive buffer size must be specified individually for each "
                  "line."});
-        row("transmit_buffer", setting("transmitbuffersize=0x10"),
+        row("transmit_buffer", {"set transmitbuffersize=0x10"},
             {E + "Common Settings: CAN transmit buffer size must be specified individually for "
                  "each line."});
-        row("flying_master_first_line", setting("nmtmaster=2"), kSilent);
+        row("master_list_of_first_line", {"set nmtmaster=2", "set co_ml_ms=1"});
     }
-    void lineSettings() { checkLine(); }
+    void settings() { checkLine(); }
 
-    void secondLine_data()
+    void settingsOfSecondLine()
     {
-        QTest::addColumn<QString>("masters");
-        QTest::addColumn<QStringList>("texts");
-        QTest::newRow("one") << "1"
-                             << QStringList{E + "General Settings: The ML master/slave settings "
-                                                "size must be specified individually for each "
-                                                "line. (e.g 0,1)"};
-        QTest::newRow("list") << "1,0" << kSilent;
-    }
-    void secondLine()
-    {
-        QFETCH(QString, masters);
         Model model;
-        model.store.addNode(1, ObjectDataBase::NODE_DATA_T());
-        model.identify(1);
-        model.granularity(1, "8");
-        for (const QString &setting :
-             {QString("co_node_id=1,2"), QString("receivebuffersize=1,2"),
-              QString("transmitbuffersize=1,2"), QString("nmtmaster=2"), "co_ml_ms=" + masters})
-            model.general(setting);
-        bool corrected = false;
-        const Outcome outcome =
-            run([&](ModelChecker &c) { return c.startCANopenCheck(1, &model.store, corrected); });
-        QTEST(outcome.texts, "texts");
-        QCOMPARE(outcome.errors, outcome.texts.size());
+        model.change("node 1");
+        for (const char *setting : {"co_node_id=1,2", "receivebuffersize=1,2", "nmtmaster=2",
+                                    "transmitbuffersize=1,2", "co_ml_ms=1"})
+            model.change(QString("set ") + setting);
+        const auto check = [&](ModelChecker &c) { return line(c, model, 1); };
+        const QString text = E + "General Settings: The ML master/slave settings size must be "
+                                 "specified individually for each line. (e.g 0,1)";
+        QCOMPARE(run(check).texts.first(), text);
+        model.change("set co_ml_ms=1,0");
+        QVERIFY(!run(check).texts.contains(text));
     }
 
     void communication_data()
     {
         addColumns();
-        const auto without = [](quint16 index) {
-            return [=](Model &m) { m.store.delIndex(0, index, true); };
-        };
-        const QString noArray = E + "Object 0x1000 (Device Type) must be an ARRAY according to the "
-                                    "CANopen FD specification.";
-        row("no_device_type", without(0x1000),
+        const QString slaves = E + "Object 0x1f81: Value of 'max slave Assigment count' may not "
+                                   "exceed number of subindices of object 0x1f81.";
+        const QString noVendor =
+            E + "Object 0x1018-0x01: The value of subindex 1 (vendor-ID) is empty.";
+        row("no_device_type", {"remove 1000"},
             {E + "Object 0x1000 (Device Type) must be a VARIABLE according to the CANopen "
                  "specification.",
              E + "Object 0x1000 (Device Type) does not exist, but it is mandatory according to "
                  "CANopen specification."});
-        row("fd_variable", [](Model &m) { m.general("canfd_supported=1"); }, {noArray});
-        row(
-            "fd_array",
-            [](Model &m) {
-                m.general("canfd_supported=1");
-                m.record(0x1000, {"0"});
-                m.object(0x1000, Code::Array);
-            },
-            kSilent);
-        row("no_error_register", without(0x1001),
+        row("fd_variable", {"set canfd_supported=1"},
+            {E + "Object 0x1000 (Device Type) must be an ARRAY according to the CANopen FD "
+                 "specification."});
+        row("fd_array", {"set canfd_supported=1", "record 1000 ro 0", "object 1000 8"});
+        row("no_error_register", {"remove 1001"},
             {E + "Object 0x1001 (Error Register) does not exist, but it is mandatory according to "
                  "CANopen specification."});
-        row("no_error_control", without(0x1017),
+        row("no_error_control", {"remove 1017"},
             {E + "Object 0x1017 (Producer Heartbeat) and 0x100C (Guard Time) do not exist, but one "
                  "of them is mandatory."});
-        row(
-            "guard_time",
-            [](Model &m) {
-                m.store.delIndex(0, 0x1017, true);
-                m.variable(0x100C, 6, "rw");
-            },
-            kSilent);
-        const auto slaves = [](const QString &count, bool withObject = true) {
-            return [=](Model &m) {
-                m.general("max_slave_assignment=" + count);
-                if (withObject)
-                    m.record(0x1F81, {"0", "0"});
-            };
-        };
-        row("too_many_slaves", slaves(" 3 "),
-            {E + "Object 0x1f81: Value of 'max slave Assigment count' may not exceed number of "
-                 "subindices of object 0x1f81."});
-        row("slaves_fit", slaves("2"), kSilent);
-        row("slaves_without_object", slaves("3", false), kSilent);
-        for (const quint16 index : {0x1016, 0x1028, 0x1F81})
-            row(QByteArray("gap_" + QByteArray::number(index, 16)).constData(),
-                [=](Model &m) {
-                    m.record(index, {"1", "1", "1"});
-                    m.store.delSubIndex(0, index, 2, true);
-                },
-                {E + "Object 0x" + QString::number(index, 16) + " may not have gaps."});
-        row(
-            "gap_elsewhere", [](Model &m) { m.store.delSubIndex(0, 0x1018, 2, true); }, kSilent);
-        row("store_values",
-            [](Model &m) {
-                m.record(0x1010, {"1", "2", "", "2"});
-                m.record(0x1011, {"0x2"});
-            },
-            {storeText("1010:2", "0 and 1"), storeText("1011:1", "0 and 1")});
-        row("store_values_by_application",
-            [](Model &m) {
-                m.general("1010autostore_by_application=1");
-                m.record(0x1010, {"3", "4"});
-            },
-            {storeText("1010:2", "0 and 3")});
-        row("master", [](Model &m) { m.general("nmtmaster=1"); },
+        row("guard_time", {"remove 1017", "variable 100c 6 rw"});
+        row("too_many_slaves", {"set max_slave_assignment= 3 ", "record 1f81 ro 0 0"}, {slaves});
+        row("slaves_fit", {"set max_slave_assignment=2", "record 1f81 ro 0 0"});
+        row("slaves_without_object", {"set max_slave_assignment=3"});
+        for (const char *index : {"1016", "1028", "1f81"})
+            row(index,
+                {QString("record %1 ro 1 1 1").arg(index), QString("remove %1:2").arg(index)},
+                {E + "Object 0x" + index + " may not have gaps."});
+        row("gap_elsewhere", {"remove 1018:2"});
+        row("store_values", {"record 1010 rw 1 2  2", "record 1011 rw 0x2"},
+            {E + "Object 0x1010:2 only default values between 0 and 1 are supported. Enable "
+                 "CO_AUTO_STORE_HANDLED_BY_APPLICATION to support other values",
+             E + "Object 0x1011:1 only default values between 0 and 1 are supported. Enable "
+                 "CO_AUTO_STORE_HANDLED_BY_APPLICATION to support other values"});
+        row("store_values_of_application",
+            {"set 1010autostore_by_application=1", "record 1010 rw 3 4"},
+            {E + "Object 0x1010:2 only default values between 0 and 3 are supported."});
+        row("master", {"set nmtmaster=1"},
             {W + "Object 0x102a: The object 0x102A (NMT inhibit time) is highly recommended for "
                  "masters. It may be added via 'Add Communication Service'."});
-        row(
-            "master_with_inhibit_time",
-            [](Model &m) {
-                m.general("nmtmaster=1");
-                m.variable(0x102A, 6, "rw");
-            },
-            kSilent);
-        const QString noVendor =
-            E + "Object 0x1018-0x01: The value of subindex 1 (vendor-ID) is empty.";
-        row("no_identity", without(0x1018), {noVendor});
-        row("empty_identity",
-            [](Model &m) {
-                m.record(0x1018, {"", "", ""});
-            },
+        row("master_with_inhibit_time", {"set nmtmaster=1", "variable 102a 6 rw"});
+        row("no_identity", {"remove 1018"}, {noVendor});
+        row("empty_identity", {"record 1018 ro   "},
             {noVendor, E + "Object 0x1018: The value of subindex 2 (product code) is empty.",
              E + "Object 0x1018: The value of subindex 3 (revision number) is empty."});
-        row(
-            "identity_of_zeros",
-            [](Model &m) {
-                m.record(0x1018, {"0", "0", "0", "0"});
-            },
-            kSilent);
-        row("makers_vendor_id", [](Model &m) { m.value(0x1018, 1, "793"); },
+        row("identity_of_zeros", {"record 1018 ro 0 0 0 0"});
+        row("makers_vendor_id", {"put 1018:1 value 793"},
             {"<strong>Warning: Object 0x1018-0x01: The vendor-ID 0x319 (Korvel) may not be used "
              "for production. </strong>"});
-        row("constant_serial_number",
-            [](Model &m) {
-                m.record(0x1018, {"1", "1", "1", "1"});
-                m.set(0x1018, 4, &Sub::implementation, 1);
-            },
+        row("constant_serial_number", {"record 1018 ro 1 1 1 1", "put 1018:4 implementation 1"},
             {"<strong>Warning</strong>: Object 0x1018: The implementation type of subindex 4 "
              "(serial number) is 'Managed Const'. This is not useful in most cases."});
-        row("errors_without_emergency", [](Model &m) { m.record(0x1003, {"0"}); },
+        row("errors_without_emergency", {"record 1003 ro 0"},
             {E + "Object 0x1003: This object can only be used, if object 0x1014 exists as well."});
-        row("emergency_consumers",
-            [](Model &m) {
-                m.record(0x1028, {"0x81", "0x0"});
-            },
+        row("emergency_consumers", {"record 1028 rw 0x81 0x0"},
             {E + "Object 0x1028-2: The value of this sub index may not be 0x00000000."});
     }
     void communication() { checkLine(); }
@@ -574,151 +407,101 @@ private slots:
     void mapping_data()
     {
         addColumns();
-        const QString m1600 = E + "Object 0x1600: ";
-        const QString m1a00 = E + "Object 0x1a00: ";
-        row("no_parameters",
-            [](Model &m) {
-                m.store.delIndex(0, 0x1400, true);
-                m.store.delIndex(0, 0x1800, true);
-            },
-            {m1600 + "The corresponding PDO communication parameter object 0x1400 does not exist.",
-             m1a00 +
-                 "The corresponding PDO communication parameter object 0x1800 does not exist."});
-        row("no_entry", [](Model &m) { m.store.delSubIndex(0, 0x1600, 1, true); },
-            {"<i>Corrected: Object 0x1600</i>: The value of subindex 0 does not fit to the highest "
-             "subindex.",
-             E + "Object 0x1600 of line 0: The PDO mapping table does not contain any mapped "
+        const QString r = E + "Object 0x1600: ";
+        const QString t = E + "Object 0x1a00: ";
+        const QString fd = "set canfd_supported=1";
+        row("no_parameters", {"remove 1400", "remove 1800"},
+            {r + "The corresponding PDO communication parameter object 0x1400 does not exist.",
+             t + "The corresponding PDO communication parameter object 0x1800 does not exist."});
+        row("no_entry", {"remove 1600:1", "put 1600:0 value 0"},
+            {E + "Object 0x1600 of line 0: The PDO mapping table does not contain any mapped "
                  "object."});
-        row("mixed_access", [](Model &m) { m.set(0x1600, 1, &Sub::accessType, QString("ro")); },
-            {m1600 +
-             "All subindices of a PDO mapping object must have the same access type. (const "
-             "for static mapping or rw for dynamic mapping"});
-        row("rpdo_of_nothing", [](Model &m) { m.value(0x1600, 1, "0x20010008"); },
-            {m1600 + "The mapped object 0x2001:00 does not exist.",
-             m1600 + "The access right of the mapped object 0x2001:00 does not fit for an RPDO."});
-        row("tpdo_of_nothing", [](Model &m) { m.value(0x1A00, 1, "0x2000ff08"); },
-            {m1a00 + "The mapped object 0x2000:ff does not exist."});
-        row(
-            "dummies", [](Model &m) { m.value(0x1600, 1, "0x00070020"); }, kSilent);
-        row("above_dummies", [](Model &m) { m.value(0x1A00, 1, "0x00080020"); },
-            {m1a00 + "The mapped object 0x0008:00 does not exist."});
-        row("not_mappable", [](Model &m) { m.set(0x2000, 0, &Sub::pdoMapping, PDOMapping()); },
-            {m1600 + "PDO mapping is not allowed for object 0x2000:00.",
-             m1a00 + "PDO mapping is not allowed for object 0x2000:00."});
-        row("size_too_small", mapped(0x1600, "0x20010008", 6, "rw"),
+        row("mixed_access", {"put 1600:1 access ro"},
+            {r + "All subindices of a PDO mapping object must have the same access type. (const "
+                 "for static mapping or rw for dynamic mapping"});
+        row("rpdo_of_nothing", {"put 1600:1 value 0x20010008"},
+            {r + "The mapped object 0x2001:00 does not exist.",
+             r + "The access right of the mapped object 0x2001:00 does not fit for an RPDO."});
+        row("tpdo_of_nothing", {"put 1a00:1 value 0x2000ff08"},
+            {t + "The mapped object 0x2000:ff does not exist."});
+        row("dummy", {"put 1600:1 value 0x00070020"});
+        row("above_dummies", {"put 1a00:1 value 0x00080020"},
+            {t + "The mapped object 0x0008:00 does not exist."});
+        row("not_mappable", {"put 2000:0 mapping 0"},
+            {r + "PDO mapping is not allowed for object 0x2000:00.",
+             t + "PDO mapping is not allowed for object 0x2000:00."});
+        row("size_too_small", mapped("1600", "0x20010008", "rw"),
             {W + "Object 0x1600: The size of the mapped object 0x2001:00 is too small."});
-        row("size_too_large", mapped(0x1600, "0x20010011", 6, "rw"),
-            {m1600 + "The size of the mapped object 0x2001:00 is too large."});
+        row("size_too_large", mapped("1600", "0x20010011", "rw"),
+            {r + "The size of the mapped object 0x2001:00 is too large."});
         for (const char *access : {"ro", "const", "rwr"}) {
-            row(QByteArray("rpdo_") + access, mapped(0x1600, "0x20010010", 6, access),
-                {m1600 +
-                 "The access right of the mapped object 0x2001:00 does not fit for an RPDO."});
-            row(QByteArray("tpdo_") + access, mapped(0x1A00, "0x20010010", 6, access), kSilent);
+            row(QByteArray("rpdo_") + access, mapped("1600", "0x20010010", access),
+                {r + "The access right of the mapped object 0x2001:00 does not fit for an RPDO."});
+            row(QByteArray("tpdo_") + access, mapped("1a00", "0x20010010", access));
         }
         for (const char *access : {"wo", "rww"}) {
-            row(QByteArray("tpdo_") + access, mapped(0x1A00, "0x20010010", 6, access),
-                {m1a00 +
-                 "The access right of the mapped object 0x2001:00 does not fit for a TPDO."});
-            row(QByteArray("rpdo_") + access, mapped(0x1600, "0x20010010", 6, access), kSilent);
+            row(QByteArray("tpdo_") + access, mapped("1a00", "0x20010010", access),
+                {t + "The access right of the mapped object 0x2001:00 does not fit for a TPDO."});
+            row(QByteArray("rpdo_") + access, mapped("1600", "0x20010010", access));
         }
-        const auto entries = [](const QString &entry, int count, const QString &active) {
-            return [=](Model &m) {
-                QStringList list;
-                for (int i = 0; i < count; ++i)
-                    list << entry;
-                m.record(0x1600, list, "rw");
-                m.value(0x1600, 0, active);
-            };
-        };
-        row("full", entries("0x20000008", 8, "8"), kSilent);
-        row("too_long", entries("0x20000008", 9, "9"), {m1600 + "Size of PDO exceeds the limit. "});
-        row("inactive_entries", entries("0x20000008", 9, "8"), kSilent);
-        row(
-            "fd_full",
-            [=](Model &m) {
-                entries("0x20000008", 64, "64")(m);
-                m.general("canfd_supported=1");
-                m.record(0x1000, {"0"});
-                m.object(0x1000, Code::Array);
-            },
-            kSilent);
-        row("count_too_high", entries("0x20000008", 1, "2"),
-            {m1600 + " Invalid number of mapping entries."});
-        row("count_is_marker", entries("0x20000008", 1, "254"), kSilent);
-        const auto unused = [](quint16 mapping, const QString &access) {
-            return [=](Model &m) {
-                m.general("overwrite_predef=1");
-                m.pdo(mapping - 0x200, "$nodeid+0x180");
-                m.record(mapping, {"0x20000008"}, access);
-                m.value(mapping, 0, access == "rw" ? "0" : "1");
-            };
-        };
-        row("unused_pdo", unused(0x1A03, "rw"),
-            {"<i>Corrected: Object 0x1803</i>: The COB-ID of this PDO has been disabled "
-             "($nodeid+0x80000180), because it does not contain active mapping entries."});
-        row("unused_fifth_pdo", unused(0x1A04, "rw"), kSilent);
-        row("unused_receive_pdo", unused(0x1600, "rw"), kSilent);
-        row("used_pdo", unused(0x1A03, "const"), kSilent);
-        row(
-            "unused_pdo_corrections_off",
-            [=](Model &m) {
-                unused(0x1A03, "rw")(m);
-                m.user("disableautocorrection", true);
-            },
-            kSilent);
-        row("bitwise", [](Model &m) { m.value(0x1600, 1, "0x20000005"); },
-            {W + "Object 0x1600: The size of the mapped object 0x2000:00 is too small.",
+        row("full", entries("1600", 8, "8"));
+        row("too_long", entries("1600", 9, "9"), {r + "Size of PDO exceeds the limit. "});
+        row("inactive_entries", entries("1600", 9, "8"));
+        row("fd_full", entries("1600", 64, "64") << fd << "record 1000 ro 0"
+                                                 << "object 1000 8");
+        row("count_too_high", entries("1600", 1, "2"),
+            {E + "Object 0x1600:  Invalid number of mapping entries."});
+        row("count_is_marker", entries("1600", 1, "254"));
+        const QStringList fourth = {"record 1803 ro 0x200 255", "set overwrite_predef=1"};
+        row("unused_pdo", fourth + entries("1a03", 1, "0"),
+            {C +
+             "Object 0x1803</i>: The COB-ID of this PDO has been disabled (0x80000200), because "
+             "it does not contain active mapping entries."});
+        row("unused_fifth_pdo", QStringList("record 1804 ro 0x200 255") + entries("1a04", 1, "0"));
+        row("unused_receive_pdo", entries("1600", 1, "0"));
+        row("used_pdo", fourth + entries("1a03", 1, "1"));
+        row("unused_pdo_corrections_off", fourth + entries("1a03", 1, "0")
+                                              << "user disableautocorrection true");
+        const QString small =
+            W + "Object 0x1600: The size of the mapped object 0x2000:00 is too small.";
+        row("bitwise", {"put 1600:1 value 0x20000005"},
+            {small,
              S + "Bitwise mapping cannot be used with a granularity of 8. Correct device "
                  "description settings or PDO mapping.",
              E + "Bitwise mapping not enabled in general settings. Correct general settings or PDO "
                  "mapping."});
-        row("dynamic_granularity",
-            [=](Model &m) {
-                entries("0x20000008", 1, "1")(m);
-                m.granularity(0, "0");
-            },
+        row("bitwise_allowed",
+            {"put 1600:1 value 0x20000005", "granularity 1", "set bitwise_mapping=1"}, {small});
+        row("dynamic_granularity", entries("1600", 1, "1") << "granularity 0",
             {kDynamicGranularity});
-        row(
-            "static_granularity", [](Model &m) { m.granularity(0, "0"); }, kSilent);
+        row("static_granularity", {"granularity 0"});
     }
     void mapping() { checkLine(); }
 
     void pdo_data()
     {
         addColumns();
-        row("no_mapping", [](Model &m) { m.store.delIndex(0, 0x1600, true); },
+        const QString other = "-0x01: The COB-ID for this PDO does not follow the pre-defined "
+                              "connection set.";
+        const QString advice =
+            "Enable CANopen Stack Settings -> Overwrite pre-defined connection set and call "
+            "userOverwriteCobIdSettings() to use these COB-ID settings.\n\n";
+        row("no_mapping", {"remove 1600"},
             {E + "Object 0x1400: The corresponding PDO mapping object 0x1600 does not exist."});
         row("not_in_eds",
-            [](Model &m) {
-                m.set(0x1400, 1, &Sub::writeDefaultToEds, 0);
-                m.set(0x1400, 2, &Sub::defaultInEds, false);
-                m.set(0x1800, 1, &Sub::defaultInEds, false);
-                m.set(0x1800, 1, &Sub::writeDefaultToEds, 2);
-            },
+            {"put 1400:1 write_to_eds 0", "put 1400:2 in_eds 0", "put 1800:1 in_eds 0",
+             "put 1800:1 write_to_eds 2"},
             {H + "Subindex 1 of 0x1400 should have its default value in the EDS file.",
              H + "Subindex 2 of 0x1400 should have its default value in the EDS file."});
-        const auto timers = [](const QString &inhibit, const QString &event) {
-            return [=](Model &m) {
-                m.record(0x1800, {"$nodeid+0x180", "255", inhibit, "0", event});
-            };
-        };
-        row("event_timer", timers("100", "10"),
+        row("event_timer", {"record 1800 ro $nodeid+0x180 255 100 0 10"},
             {S + "Subindex 3 and 5 of 0x1800: Event timer value should be greater than inhibit "
                  "time value."});
-        row("event_timer_longer", timers("109", "11"), kSilent);
-        row("event_timer_off", timers("100", "0"), kSilent);
-        row("srdo_parameters",
-            [](Model &m) {
-                m.record(0x1301, {"1"});
-                m.record(0x1340, {"1"});
-                m.record(0x1341, {"1"});
-            },
+        row("event_timer_longer", {"record 1800 ro $nodeid+0x180 255 109 0 11"});
+        row("event_timer_off", {"record 1800 ro $nodeid+0x180 255 100 0 0"});
+        row("srdo_parameters", {"record 1301 ro 1", "record 1340 ro 1", "record 1341 ro 1"},
             {E + "Object 0x1301: The corresponding SRDO mapping object 0x1381 does not exist.",
              E + "Object 0x1340: The corresponding SRDO mapping object 0x13c0 does not exist."});
-        row("srdo_mapping",
-            [](Model &m) {
-                m.record(0x1381, {"0x20000008", "0x10180120", "0"});
-            },
+        row("srdo_mapping", {"record 1381 ro 0x20000008 0x10180120 0"},
             {E + "Object 0x1381: The object 0x2000:00 mapped into an SRDO must be an application "
                  "variable.",
              E + "Object 0x1381: The object 0x1018:01 mapped into an SRDO must be an application "
@@ -726,34 +509,15 @@ private slots:
              E + "Object 0x1381: The PDO mapping must be enabled for object 0x1018:01 to use it in "
                  "an SRDO.",
              E + "Object 0x1381: The object 0x0000:00 mapped into an SRDO does not exist."});
-        row(
-            "srdo_mapping_fits",
-            [](Model &m) {
-                limited(5, "", "0", "")(m);
-                m.record(0x13BF, {"0x20020008"});
-            },
-            kSilent);
-        row(
-            "srdo_last_mapping", [](Model &m) { m.record(0x13C0, {"0x20030008"}); }, kSilent);
-        const auto cobId = [](const QString &text, const QString &overwrite = "0") {
-            return [=](Model &m) {
-                m.value(0x1400, 1, text);
-                m.general("overwrite_predef=" + overwrite);
-            };
-        };
-        const QString other = "-0x01: The COB-ID for this PDO does not follow the pre-defined "
-                              "connection set.";
-        row("cob_id_number", cobId("0x200"), {W + "Object 0x1400" + other, kCobAdvice});
-        row("cob_id_case", cobId("$NODEID+0X200"), kSilent);
-        row("cob_id_allowed", cobId("0x200", "1"), kSilent);
-        row("cob_id_just_disabled",
-            [](Model &m) {
-                m.record(0x1A00, {"0x20000008"}, "rw");
-                m.value(0x1A00, 0, "0");
-            },
-            {"<i>Corrected: Object 0x1800</i>: The COB-ID of this PDO has been disabled "
-             "($NODEID+0x80000180), because it does not contain active mapping entries.",
-             W + "Object 0x1800" + other, kCobAdvice});
+        row("srdo_mapping_fits", limited("5", "0") << "record 13bf ro 0x20020008");
+        row("srdo_last_mapping", {"record 13c0 ro 0x20030008"});
+        row("cob_id_number", {"put 1400:1 value 0x200"}, {W + "Object 0x1400" + other, advice});
+        row("cob_id_case", {"put 1400:1 value $NODEID+0X200"});
+        row("cob_id_allowed", {"put 1400:1 value 0x200", "set overwrite_predef=1"});
+        row("cob_id_just_disabled", entries("1a00", 1, "0"),
+            {C + "Object 0x1800</i>: The COB-ID of this PDO has been disabled "
+                 "($NODEID+0x80000180), because it does not contain active mapping entries.",
+             W + "Object 0x1800" + other, advice});
     }
     void pdo() { checkLine(); }
 
@@ -762,76 +526,48 @@ private slots:
         addColumns();
         const QString unsupported = " not supported by stack version.";
         const QString limit = " in project exceed limit (1) of stack version.";
-        row(
-            "offered", [](Model &) {}, kSilent);
-        row("no_path", [](Model &m) { m.user("costackpath", ""); },
+        const QString version = "<required_tool_version>3.11</required_tool_version>";
+        const QString pdos = "feature base " + version +
+                             "<pdo_producer>1</pdo_producer><pdo_consumer>1</pdo_consumer>";
+        const QString ones = pdos + "<sdo_server>1</sdo_server><sdo_client>1</sdo_client>"
+                                    "<emcy_consumer>1</emcy_consumer><nmt_slave>1</nmt_slave>"
+                                    "<heartbeat_consumer>1</heartbeat_consumer>";
+        row("offered", {ones, "record 1200 ro 0"});
+        row("no_path", {"user costackpath "},
             {"\n<strong><font color='red'>Error: Path to protocol stack not specified. "
              "</font></strong>Cannot check if generated code fits to installed stack/framework.",
              "Info: Specify path to protocol stack at Options -> Settings."});
-        row("no_file",
-            [](Model &m) {
-                m.user("costackpath", "");
-                m.user("costackpath", "/3", "CANopen Olvenmark 2.3");
-                m.user("costackpath", "/4", "CANopen Olvenmark 2.4");
-            },
+        row("no_file", {"user costackpath ", "sibling 2.3 /3", "sibling 2.4 /4"},
             {"<strong><font color='red'>Error: No *_featureinfo_*.xml file found in protocol stack "
              "folder /4.</font></strong> Cannot check if generated code fits to installed "
              "stack/framework."});
-        row("version", [](Model &m) { m.feature("z", ""); },
+        row("version", {ones, "feature z "},
             {R + "Version of installed stack does not fit. It requires an older version of the "
                  "tool. Cannot generate files."});
         row("counts",
-            [](Model &m) {
-                for (const quint16 index : {0x1200, 0x127F, 0x1280, 0x12FF, 0x1401, 0x1801})
-                    m.record(index, {"0"});
-                m.record(0x1028, {"1", "1"});
-                m.record(0x1016, {"1", "1"});
-            },
+            {ones, "record 1200 ro 0", "record 127f ro 0", "record 1280 ro 0", "record 12ff ro 0",
+             "record 1401 ro 0", "record 1801 ro 0", "record 1028 ro 1 1", "record 1016 ro 1 1"},
             {R + "Number of SDO servers" + limit, R + "Number of SDO clients" + limit,
              R + "Number of Transmit-PDOs" + limit, R + "Number of Recieve-PDOs" + limit,
              R + "Number of Emergency consumers" + limit,
              R + "Number of Heartbeat consumers" + limit});
-        row(
-            "second_file",
-            [](Model &m) {
-                m.record(0x1200, {"0"});
-                m.record(0x1201, {"0"});
-                m.feature("more", "<required_tool_version>3.11</required_tool_version>"
-                                  "<sdo_server>2</sdo_server>");
-            },
-            kSilent);
+        row("second_file", {ones, "record 1200 ro 0", "record 1201 ro 0",
+                            "feature more " + version + "<sdo_server>2</sdo_server>"});
         row("slave",
-            [](Model &m) {
-                bare(m);
-                m.general("lss_supported=1");
-                m.variable(0x1005, 7, "rw");
-                m.value(0x1005, 0, "0x80000080");
-            },
+            {pdos, "set lss_supported=1", "variable 1005 7 rw", "put 1005:0 value 0x80000080"},
             {R + "NMT slave functionality is" + unsupported,
              R + "LSS slave functionality is" + unsupported,
              R + "SYNC consumer functionality is" + unsupported});
         row("master",
-            [](Model &m) {
-                bare(m);
-                m.general("nmtmaster=1");
-                m.general("lss_supported=1");
-                m.variable(0x1005, 7, "rw");
-                m.value(0x1005, 0, "0x40000080");
-            },
+            {pdos, "set nmtmaster=1", "set lss_supported=1", "variable 1005 7 rw",
+             "put 1005:0 value 0x40000080"},
             {R + "NMT master functionality is" + unsupported,
              R + "LSS master functionality is" + unsupported,
              R + "SYNC producer functionality is" + unsupported});
         row("services",
-            [](Model &m) {
-                bare(m);
-                m.general("nmtmaster=2");
-                m.general("bootup_manager=1");
-                m.general("config_manager=1");
-                m.record(0x13FF, {"0"});
-                m.record(0x1600, {"0x20000008"}, "rw");
-                m.record(0x1A00, {"0x20000008"}, "rw");
-                m.value(0x1A00, 0, "254");
-            },
+            QStringList{pdos, "set nmtmaster=2", "set bootup_manager=1", "set config_manager=1",
+                        "record 13ff ro 0"} +
+                entries("1600", 1, "1") + entries("1a00", 1, "254"),
             {R + "SRDO functionality is" + unsupported, R + "Dynamic PDO mapping is" + unsupported,
              R + "MPDOs are" + unsupported,
              R + "CANopen Bootup Manager functionality is" + unsupported,
@@ -839,19 +575,7 @@ private slots:
     }
     void features()
     {
-        QFETCH(Setup, setup);
-        QFETCH(QStringList, texts);
-        Model model;
-        model.feature("base", "<required_tool_version>3.11</required_tool_version>"
-                              "<sdo_server>1</sdo_server><sdo_client>1</sdo_client>"
-                              "<pdo_producer>1</pdo_producer><pdo_consumer>1</pdo_consumer>"
-                              "<emcy_consumer>1</emcy_consumer>"
-                              "<heartbeat_consumer>1</heartbeat_consumer><nmt_slave>1</nmt_slave>");
-        setup(model);
-        const Outcome outcome =
-            run([&](ModelChecker &c) { return c.startCANopenFeatureCheck(0, &model.store); });
-        QCOMPARE(outcome.texts, texts);
-        QCOMPARE(outcome.errors, countErrors(texts));
+        compare([](ModelChecker &c, Model &m) { return c.startCANopenFeatureCheck(0, &m.store); });
     }
 
     /// What one step has repaired, a later step that writes the same record keeps.
@@ -859,14 +583,11 @@ private slots:
     {
         for (const bool withCache : {false, true}) {
             Model model;
-            model.value(0x1018, 0, "2");
-            model.set(0x1018, 0, &Sub::implementation, 0);
-            model.set(0x1018, 0, &Sub::denotation, QString("it's"));
+            for (const char *field : {"value 2", "implementation 0", "denotation it's"})
+                model.change(QString("put 1018:0 ") + field);
             if (withCache)
                 model.store.cacheAllSubs(0, 0);
-            bool corrected = false;
-            run([&](ModelChecker &c) { return c.startCANopenCheck(0, &model.store, corrected); });
-            QVERIFY(corrected);
+            run([&](ModelChecker &c) { return line(c, model); });
             model.store.clearAllCachedSubs(); // the rows count, not what is known of them
             QCOMPARE(model.get(0x1018, 0).defaultValue, QString("3"));
             QCOMPARE(int(model.get(0x1018, 0).implementation), 1);
@@ -877,21 +598,25 @@ private slots:
     void findingsTellThePlace()
     {
         Model model;
-        model.set(0x1018, 0, &Sub::implementation, 0);
-        model.set(0x1018, 3, &Sub::accessType, QString("<b>"));
+        model.store.setIndexName(0, 0x2000, "");
+        for (const char *words :
+             {"put 1018:0 implementation 0", "put 1018:3 access <b>", "set co_timer_interval="})
+            model.change(words);
         ModelChecker checker;
-        bool corrected = false;
-        checker.startCANopenCheck(0, &model.store, corrected);
-        QCOMPARE(checker.findings().size(), 2);
-        const Finding first = checker.findings().first();
-        QCOMPARE(first.text, QString("Corrected: Object 0x1018-0:'Managed Const' is used as "
-                                     "implementation type for this subindex."));
-        const Finding second = checker.findings().last();
-        QCOMPARE(second.text,
-                 QString("Error: Object 0x1018-0x03: The access type '<b>' is invalid. "
-                         "Use ro, rw, const, wo, rww or rwr instead."));
-        QCOMPARE(QString("%1 %2 %3").arg(second.line).arg(second.index).arg(second.subindex),
-                 QString("0 4120 3"));
+        checker.startGlobalCheck(&model.store);
+        line(checker, model);
+        QStringList findings;
+        for (const Finding &f : checker.findings())
+            findings << QString("%1/%2/%3 ").arg(f.line).arg(f.index).arg(f.subindex) + f.text;
+        const QStringList expected = {
+            "-1/-1/-1 Error: Timer interval not set in Common Settings -> Hardware/Target.",
+            "0/4120/0 Corrected: Object 0x1018-0:'Managed Const' is used as implementation type "
+            "for this subindex.",
+            "0/4120/3 Error: Object 0x1018-0x03: The access type '<b>' is invalid. Use ro, rw, "
+            "const, wo, rww or rwr instead.",
+            "0/8192/-1 Error: Object 0x2000: The object does not have a name. (Required for EDS)"};
+        QCOMPARE(findings, expected);
+        sent.insert(int(checker.findings().last().rule));
     }
 
     /// Runs last: no row of the table is without a case above.
@@ -911,37 +636,7 @@ private:
     struct Outcome {
         QStringList texts;
         int errors = 0;
-        QSet<int> lines;
     };
-
-    static QString storeText(const QString &place, const QString &range)
-    {
-        const QString end = range.endsWith('1') ? " Enable CO_AUTO_STORE_HANDLED_BY_APPLICATION to "
-                                                  "support other values"
-                                                : "";
-        return E + "Object 0x" + place + " only default values between " + range +
-               " are supported." + end;
-    }
-
-    static Setup variableNamed(const QString &name)
-    {
-        return [=](Model &m) {
-            m.set(0x2000, 0, &Sub::implementation, 2);
-            m.set(0x2000, 0, &Sub::varName, name);
-        };
-    }
-
-    /// A stack that knows PDOs, and nothing else.
-    static void bare(Model &m)
-    {
-        m.feature("base", "<required_tool_version>3.11</required_tool_version>"
-                          "<pdo_producer>1</pdo_producer><pdo_consumer>1</pdo_consumer>");
-    }
-
-    static int countErrors(const QStringList &texts)
-    {
-        return texts.filter("Error: ").size() - texts.count(kDynamicGranularity);
-    }
 
     Outcome run(const std::function<qint32(ModelChecker &)> &check)
     {
@@ -950,26 +645,38 @@ private:
         connect(&checker, &ModelChecker::newError,
                 [&outcome](const QString &text) { outcome.texts << text; });
         outcome.errors = check(checker);
-        for (const Finding &finding : checker.findings()) {
+        for (const Finding &finding : checker.findings())
             sent.insert(static_cast<int>(finding.rule));
-            outcome.lines.insert(finding.line);
-        }
         return outcome;
+    }
+
+    /// The check of a line, with a flag that tells the same as the texts.
+    static qint32 line(ModelChecker &checker, Model &model, quint8 number = 0)
+    {
+        bool corrected = false;
+        const qint32 errors = checker.startCANopenCheck(number, &model.store, corrected);
+        bool isTold = false;
+        for (const Finding &finding : checker.findings())
+            isTold |= finding.text.startsWith("Corrected: ");
+        return corrected == isTold ? errors : -1;
+    }
+
+    void compare(const std::function<qint32(ModelChecker &, Model &)> &check)
+    {
+        QFETCH(QStringList, changes);
+        QFETCH(QStringList, texts);
+        Model model;
+        for (const QString &words : changes)
+            model.change(words);
+        model.store.cacheAllSubs(0, 0);
+        const Outcome outcome = run([&](ModelChecker &c) { return check(c, model); });
+        QCOMPARE(outcome.texts, texts);
+        QCOMPARE(outcome.errors, countErrors(texts));
     }
 
     void checkLine()
     {
-        QFETCH(Setup, setup);
-        QFETCH(QStringList, texts);
-        Model model;
-        setup(model);
-        model.store.cacheAllSubs(0, 0);
-        bool corrected = false;
-        const Outcome outcome =
-            run([&](ModelChecker &c) { return c.startCANopenCheck(0, &model.store, corrected); });
-        QCOMPARE(outcome.texts, texts);
-        QCOMPARE(outcome.errors, countErrors(texts));
-        QCOMPARE(corrected, !texts.filter("Corrected: ").isEmpty());
+        compare([](ModelChecker &c, Model &m) { return line(c, m); });
     }
 
     QSet<int> sent;
