@@ -2,6 +2,9 @@
 #include "tests/unit/store/storefixture.h"
 
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QTest>
@@ -20,13 +23,42 @@ const QByteArray kHelp =
     "\t-s\t\tSaves the project file. Could be helpful in combination with import option.\n"
     "\t-save\t\tSaves the project file. Could be helpful in combination with import option.\n";
 
-const QByteArray kCheck = "\nCheck of model consistency started\n"
-                          "\nCheck of model consistency finished.\n\n";
+const QByteArray kCheckStart =
+    "\nCheck of model consistency started\n"
+    "Info: Path to protocol stack not specified. Cannot check if generated code fits to installed "
+    "stack/framework.\n"
+    "Specify path to protocol stack at Options -> Settings.\n";
+
+const QByteArray kCheck = kCheckStart + "\nCheck of model consistency finished.\n\n";
 
 const QByteArray kFullRun =
     kCheck + "Generation of textual object dictionary documentation in %DIR% started\n"
              "Generation of textual documenation completed.\n"
              "Generation finished.\n";
+
+/// As much of a project as the check asks for, without the type of its line.
+const QByteArray kUntyped = "[GeneralSettings]\n"
+                            "co_node_id=1\n"
+                            "receivebuffersize=1\n"
+                            "transmitbuffersize=1\n"
+                            "co_timer_interval=1000\n"
+                            "[Objects0]\n"
+                            "0x1000\\name=type\n0x1000\\objecttype=7\n"
+                            "0x1001\\name=error\n0x1001\\objecttype=7\n"
+                            "0x1017\\name=heartbeat\n0x1017\\objecttype=7\n"
+                            "0x1018\\name=identity\n0x1018\\objecttype=9\n"
+                            "[SubObjects0]\n"
+                            "0x1018\\0x0\\name=count\n0x1018\\0x0\\datatype=5\n"
+                            "0x1018\\0x0\\accesstype=const\n0x1018\\0x0\\defaultvalue=%COUNT%\n"
+                            "0x1018\\0x0\\implementation=1\n0x1018\\0x0\\defaultineds=1\n"
+                            "0x1018\\0x0\\writedefaulttoeds=1\n"
+                            "0x1018\\0x1\\name=vendor\n0x1018\\0x1\\datatype=7\n"
+                            "0x1018\\0x1\\accesstype=ro\n0x1018\\0x1\\defaultvalue=1\n";
+
+QByteArray project(const QByteArray &settings, const QByteArray &count = "1")
+{
+    return QByteArray(kUntyped).replace("%COUNT%", count) + "[GeneralSettings]\n" + settings;
+}
 
 /// A device with one object that no other file of the tests has.
 const QByteArray kDescription = "[MandatoryObjects]\n"
@@ -57,8 +89,8 @@ private slots:
         folder = fixture->path(QString::fromUtf8("wörk"));
         QVERIFY(QDir().mkpath(folder + "/folder.tsrt"));
         QVERIFY(QDir().mkpath(folder + "/folder.eds"));
-        QVERIFY(write("pümp.tsrt", "[GeneralSettings]\nline0type=1\n"));
-        QVERIFY(write("untyped.tsrt", ""));
+        QVERIFY(write("pümp.tsrt", project("line0type=1\n")));
+        QVERIFY(write("untyped.tsrt", project("")));
         QVERIFY(write("foreign.tsrp", "no database at all"));
         QVERIFY(write("gauge.EDS", kDescription));
         QVERIFY(write("gauge.txt", kDescription));
@@ -180,7 +212,7 @@ private slots:
     void failedSaveIsReported()
     {
         ObjectDataBase store;
-        QVERIFY(store.createNewDataBase());
+        QVERIFY(store.openDataBase(folder + "/pümp.tsrt"));
         QVERIFY(store.saveDataBase(folder + "/db.tsrp"));
         const QByteArray before = read("db.tsrp");
         // The name under which the new file is written first is taken by a folder.
@@ -189,6 +221,93 @@ private slots:
         QCOMPARE(outcome.errors, QByteArray("Could not save db.tsrp\n"));
         QCOMPARE(outcome.exitCode, 0);
         QCOMPARE(read("db.tsrp"), before);
+    }
+
+    void failedCheckEndsTheRun()
+    {
+        const QByteArray found =
+            kCheckStart + "Common Settings: CAN receive buffer size must be specified individually "
+                          "for each line.\n";
+        QVERIFY(write("bad.tsrt", project("line0type=1\nreceivebuffersize=\n", "5")));
+        QVERIFY(write("__tsrerrorlog.txt.bak", "of a former run"));
+        Outcome outcome = run({"-project", "bad.tsrt", "-save"});
+        // The console drops what stands between two tags of a sentence, here the object.
+        const QByteArray corrected = ": The value of subindex 0 does not fit to the highest "
+                                     "subindex.\n";
+        QCOMPARE(outcome.output,
+                 found + corrected +
+                     "ABORT - Check of model consistency finished: failed (1 errors)\n"
+                     "Error - Check of model consistency returns error.\n");
+        QCOMPARE(outcome.exitCode, 7);
+        QCOMPARE(read("__tsrerrorlog.txt"), found + corrected);
+        QVERIFY(!QFile::exists(folder + "/bad_doc.txt"));
+        // The correction was saved. A run without errors leaves the older copy of the log alone.
+        QVERIFY(write("options.txt", "GeneralSettings:receivebuffersize:1\n"));
+        outcome = run({"-project", "bad.tsrt", "-dbmod", "options.txt"});
+        QVERIFY(outcome.output.startsWith(kCheck));
+        QCOMPARE(outcome.exitCode, 0);
+        QVERIFY(!QFile::exists(folder + "/__tsrerrorlog.txt"));
+        QCOMPARE(read("__tsrerrorlog.txt.bak"), QByteArray("of a former run"));
+    }
+
+    void writesFindingsForMachines()
+    {
+        QVERIFY(write("bad.tsrt", project("line0type=1\nreceivebuffersize=\n", "5")));
+        const Outcome outcome = run({"-report", "out.sarif", "-project", "bad.tsrt"});
+        QCOMPARE(outcome.exitCode, 7);
+        QCOMPARE(outcome.errors, QByteArray());
+        const QJsonObject log = QJsonDocument::fromJson(read("out.sarif")).object();
+        QCOMPARE(log["version"].toString(), QString("2.1.0"));
+        const QJsonObject report = log["runs"].toArray().at(0).toObject();
+        const QJsonObject invocation = report["invocations"].toArray().at(0).toObject();
+        QCOMPARE(invocation["exitCode"].toInt(), 7);
+        QCOMPARE(invocation["exitCodeDescription"].toString(),
+                 QString("Check of model consistency returns error."));
+        QVERIFY(!invocation["executionSuccessful"].toBool(true));
+
+        const QJsonArray rules = report["tool"].toObject()["driver"].toObject()["rules"].toArray();
+        QStringList results;
+        for (const QJsonValue &value : report["results"].toArray()) {
+            const QJsonObject result = value.toObject();
+            QCOMPARE(rules.at(result["ruleIndex"].toInt()).toObject()["id"], result["ruleId"]);
+            const QJsonObject location = result["locations"].toArray().at(0).toObject();
+            QVERIFY(location["physicalLocation"]
+                        .toObject()["artifactLocation"]
+                        .toObject()["uri"]
+                        .toString()
+                        .endsWith("/w%C3%B6rk/bad.tsrt"));
+            results << result["level"].toString() + ' ' + result["ruleId"].toString() + ' ' +
+                           QJsonDocument(result["properties"].toObject())
+                               .toJson(QJsonDocument::Compact);
+            if (results.size() == 4)
+                QCOMPARE(result["message"].toObject()["text"].toString(),
+                         QString("Corrected: Object 0x1018: The value of subindex 0 does not fit "
+                                 "to the highest subindex."));
+        }
+        const QStringList expected = {
+            "note StackPathMissing {\"line\":0}", "note StackPathAdvice {\"line\":0}",
+            "error ReceiveBufferInvalid {\"line\":0}",
+            "note Sub0ValueCorrected {\"index\":4120,\"line\":0,\"subindex\":0}"};
+        QCOMPARE(results, expected);
+    }
+
+    void reportSparesOtherFiles_data()
+    {
+        QTest::addColumn<QString>("report");
+        QTest::newRow("folder") << "folder.eds";
+        QTest::newRow("missing_folder") << "none/out.sarif";
+        QTest::newRow("project") << "../wörk/pümp.tsrt";
+        QTest::newRow("modifier") << "mod.txt";
+    }
+    void reportSparesOtherFiles()
+    {
+        QFETCH(QString, report);
+        const QByteArray before = read(report);
+        const Outcome outcome =
+            run({"-project", "pümp.tsrt", "-dbmod", "mod.txt", "-report", report});
+        QCOMPARE(outcome.errors, "Could not write " + report.toUtf8() + "\n");
+        QCOMPARE(outcome.exitCode, 0);
+        QCOMPARE(read(report), before);
     }
 
     void logsOnRequest()

@@ -32,6 +32,12 @@ private slots:
         fixture = std::make_unique<StoreFixture>();
         store = std::make_unique<ObjectDataBase>();
         QVERIFY(store->createNewDataBase());
+        for (const char *key :
+             {"co_node_id", "receivebuffersize", "transmitbuffersize", "co_timer_interval"})
+            store->setGeneralSettingsValue(key, "1");
+        for (const quint16 index : {0x1000, 0x1001, 0x1017, 0x1018})
+            store->addIndex(0, index, ObjectDataBase::INDEX_DATA_T());
+        store->addSubIndex(0, 0x1018, 1, makeSub("Vendor-ID", 7, "1"));
     }
 
     void headsEachLineOfSeveral()
@@ -47,6 +53,9 @@ private slots:
             "\nCheck of model consistency started",
             "@",
             "@<strong>" + bar + " Checking line 0 " + bar + "</strong>",
+            "Info: Path to protocol stack not specified. Cannot check if generated code fits to "
+            "installed stack/framework.",
+            "Specify path to protocol stack at Options -> Settings.",
             "@",
             "@<strong>" + bar + " Checking line 7 " + bar + "</strong>",
             "Warning line type not set for line 7.",
@@ -57,6 +66,38 @@ private slots:
         };
         QCOMPARE(report.lines, expected);
         QVERIFY(QFile::exists(fixture->path("demo_0.txt")));
+    }
+
+    void tellsOfCorrections()
+    {
+        for (const bool isWrong : {false, true}) {
+            setLineType(0, "1");
+            ObjectDataBase::INDEX_DATA_T identity;
+            identity.objectCode = CANopen::ObjectCode::Record;
+            store->addIndex(0, 0x1018, identity);
+            auto count = makeSub("Count", 5, isWrong ? "0" : "1");
+            count.accessType = "const";
+            count.implementation = 1;
+            store->addSubIndex(0, 0x1018, 0, count);
+            RecordingHandler report;
+            GeneratorMainHandler driver(&report);
+            driver.openProject(store.get(), fixture->path(QString()), "demo");
+            QSignalSpy corrected(&driver, &GeneratorMainHandler::doneCorrection);
+            driver.generateOutput(false);
+            QCOMPARE(corrected.count(), isWrong ? 1 : 0);
+            QCOMPARE(driver.findings().size(), isWrong ? 3 : 2);
+        }
+    }
+
+    void errorsCanBeIgnored()
+    {
+        store->setGeneralSettingsValue("co_timer_interval", "");
+        RecordingHandler report;
+        QCOMPARE(run(report), Result::GenerationCheckFailed);
+        QVERIFY(QFile::exists(fixture->path("__tsrerrorlog.txt")));
+        QCOMPARE(run(report, QString(), true), Result::GenerationOk);
+        QVERIFY(!QFile::exists(fixture->path("__tsrerrorlog.txt")));
+        QVERIFY(QFile::exists(fixture->path("__tsrerrorlog.txt.bak")));
     }
 
     void stopsAtAMissingFolder()
@@ -116,13 +157,14 @@ private:
         store->setGeneralSettingsValue(QStringLiteral("line%1type").arg(line), type);
     }
 
-    Result run(RecordingHandler &report, const QString &folder = QString())
+    Result run(RecordingHandler &report, const QString &folder = QString(),
+               bool ignoreErrors = false)
     {
         GeneratorMainHandler driver(&report);
         driver.openProject(store.get(), folder.isEmpty() ? fixture->path(QString()) : folder,
                            QStringLiteral("demo"));
         QSignalSpy finished(&driver, &GeneratorMainHandler::finished);
-        driver.generateOutput(false);
+        driver.generateOutput(ignoreErrors);
         return finished.count() == 1 ? finished.first().first().value<Result>()
                                      : static_cast<Result>(-1);
     }
