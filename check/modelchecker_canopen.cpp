@@ -50,6 +50,7 @@ qint32 ModelChecker::startCANopenCheck(quint8 lineNumber, ObjectDataBase *store,
     readUserSettings(
         {QStringLiteral("CANopen Olvenmark 2.2"), QStringLiteral("CANopen Olvenmark 2.3")});
 
+    project->beginBatch(); // an import may leave thousands of corrections
     checkStack();
     checkLineSettings();
     checkDeviceType();
@@ -68,6 +69,7 @@ qint32 ModelChecker::startCANopenCheck(quint8 lineNumber, ObjectDataBase *store,
     checkSrdoObjects();
     checkMappingSettings(use);
     errorCount += doCANopenCOBCheck(line, project);
+    project->commitBatch();
     return errorCount;
 }
 

@@ -16,7 +16,6 @@ public:
 
     Model()
     {
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, files.path(QString()));
         store.createNewDataBase();
         for (const char *words :
              {"set line0type=1", "set co_node_id=1", "set receivebuffersize=10",

@@ -5,18 +5,21 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QSettings>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
-/// Puts the folder of temporary copies into a folder that vanishes with the fixture.
+/// Puts the folder of temporary copies and the user settings into a folder that vanishes with the
+/// fixture.
 class StoreFixture
 {
 public:
     StoreFixture()
     {
         qputenv("XDG_DATA_HOME", folder.path().toUtf8());
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
         QCoreApplication::setApplicationName(QStringLiteral("CANopen Tessarine"));
         QCoreApplication::setApplicationVersion(QStringLiteral("3.11.2"));
         QCoreApplication::setOrganizationName(QStringLiteral("Korvel"));
