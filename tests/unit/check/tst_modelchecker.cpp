@@ -296,6 +296,18 @@ private slots:
     }
     void stack() { checkLine(); }
 
+    /// A settings file that was edited by hand has no percent sign before the group.
+    void readsHandWrittenSettings()
+    {
+        Model model;
+        QFile file(QSettings("Korvel", "CANopen Tessarine").fileName());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[General]\ncostackpath=/hand\n");
+        file.close();
+        const QString text = run([&](ModelChecker &c) { return line(c, model); }).texts.value(0);
+        QVERIFY2(text.contains("stack folder /hand. Cannot"), qPrintable(text));
+    }
+
     void cutsItsVersion()
     {
         for (const char *version : {"3.11", "3.11.2", "3.11.2.7"}) {
