@@ -172,6 +172,7 @@ bool DatabaseTextConverter::convertSqlToText()
         return false;
     IniText::Writer output(&file);
     writer = &output;
+    isComplete = true;
     fixAllDefaultValues();
     const QVector<QStringList> tables = d->allRows(
         QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' ORDER BY name"));
@@ -191,7 +192,7 @@ bool DatabaseTextConverter::convertSqlToText()
             printTable(table);
     }
     writer = nullptr;
-    return output.finish() && file.flush();
+    return output.finish() && file.flush() && isComplete;
 }
 
 void DatabaseTextConverter::fixAllDefaultValues()
@@ -222,7 +223,7 @@ void DatabaseTextConverter::fixAllDefaultValues()
             }
         }
         if (!fixes.isEmpty())
-            d->exec(QStringLiteral("update %1 set %2 where %3")
+            d->exec(QStringLiteral("update or ignore %1 set %2 where %3")
                         .arg(quoted(table), fixes.join(QLatin1Char(',')),
                              conditions.join(QStringLiteral(" or "))));
     }
@@ -260,7 +261,8 @@ void DatabaseTextConverter::handleNodes(const QString &table)
 {
     static const QStringList columns = namesInOrder(kNodeColumns);
     Statement rows(*d, QStringLiteral("SELECT nodeId,%1 FROM %2 ORDER BY CAST(nodeId AS TEXT)")
-                           .arg(columns.join(QLatin1Char(',')), table));
+                           .arg(columns.join(QLatin1Char(',')), quoted(table)));
+    isComplete = isComplete && rows.ok();
     RowSection section(*writer, table);
     while (rows.next()) {
         section.start();
@@ -275,8 +277,10 @@ void DatabaseTextConverter::handleNodes(const QString &table)
 void DatabaseTextConverter::handleObjects(const QString &table)
 {
     static const QStringList columns = namesInOrder(kIndexColumns);
-    Statement rows(*d, QStringLiteral("SELECT objectindex,%1 FROM %2 ORDER BY %3")
-                           .arg(columns.join(QLatin1Char(',')), table, hexOrder("objectindex")));
+    Statement rows(*d, QStringLiteral("SELECT objectindex,%1 FROM %2 WHERE %4 ORDER BY %3")
+                           .arg(columns.join(QLatin1Char(',')), quoted(table),
+                                hexOrder("objectindex"), QLatin1String(Schema::kIndexInRange)));
+    isComplete = isComplete && rows.ok();
     RowSection section(*writer, table);
     while (rows.next()) {
         section.start();
@@ -291,9 +295,11 @@ void DatabaseTextConverter::handleSubObjects(const QString &table)
     QStringList columns = namesInOrder(kSubIndexColumns);
     for (const char *column : kExcludedSubColumns)
         columns.removeAll(QLatin1String(column));
-    Statement rows(*d, QStringLiteral("SELECT objectindex,subindex,%1 FROM %2 ORDER BY %3, %4")
-                           .arg(columns.join(QLatin1Char(',')), table, hexOrder("objectindex"),
-                                hexOrder("subindex")));
+    Statement rows(*d,
+                   QStringLiteral("SELECT objectindex,subindex,%1 FROM %2 WHERE %5 ORDER BY %3, %4")
+                       .arg(columns.join(QLatin1Char(',')), quoted(table), hexOrder("objectindex"),
+                            hexOrder("subindex"), QLatin1String(Schema::kSubIndexInRange)));
+    isComplete = isComplete && rows.ok();
     RowSection section(*writer, table);
     while (rows.next()) {
         section.start();
@@ -331,6 +337,7 @@ bool DatabaseTextConverter::convertTextToSql()
     bool understood = IniText::read(file.readAll(), &groups);
     if (!understood)
         qCWarning(lcStore) << inputFile << "has lines that are no part of a text project";
+    isComplete = true;
     store->beginBatch();
     importNodes(groups.value(QStringLiteral("Nodes")));
     bool isProject = groups.contains(QStringLiteral("Nodes"));
@@ -352,17 +359,21 @@ bool DatabaseTextConverter::convertTextToSql()
         isProject = isProject || known;
     }
     store->commitBatch();
-    return understood && isProject;
+    return understood && isProject && isComplete;
 }
 
 void DatabaseTextConverter::importNodes(const QVector<IniText::Entry> &entries)
 {
-    forEachRow(entries, 1, [this](const QStringList &place, const auto &cells) {
+    QSet<uint> added; // cells of a node may stand apart; adding it again would reset it
+    forEachRow(entries, 1, [&](const QStringList &place, const auto &cells) {
         bool ok = false;
         const uint line = place.first().toUInt(&ok);
+        isComplete = isComplete && ok && line <= 0xFF;
         if (!ok || line > 0xFF)
             return;
-        store->addNode(static_cast<quint8>(line), ObjectDataBase::NODE_DATA_T());
+        if (!added.contains(line))
+            store->addNode(static_cast<quint8>(line), ObjectDataBase::NODE_DATA_T());
+        added.insert(line);
         for (const ObjectDataBase::ColumnValue &cell : cells)
             store->setNodeSqlValue(cell.column, cell.value.toString(), place.first());
     });
@@ -372,7 +383,7 @@ void DatabaseTextConverter::importObjects(const QString &group,
                                           const QVector<IniText::Entry> &entries)
 {
     forEachRow(entries, 1, [&](const QStringList &place, const auto &cells) {
-        store->setObjectIndexSqlValues(group, place.at(0), cells);
+        isComplete = store->setObjectIndexSqlValues(group, place.at(0), cells) && isComplete;
     });
 }
 
@@ -380,7 +391,8 @@ void DatabaseTextConverter::importSubObjects(const QString &group,
                                              const QVector<IniText::Entry> &entries)
 {
     forEachRow(entries, 2, [&](const QStringList &place, const auto &cells) {
-        store->setSubindexSqlValues(group, place.at(0), place.at(1), cells);
+        isComplete =
+            store->setSubindexSqlValues(group, place.at(0), place.at(1), cells) && isComplete;
     });
 }
 
@@ -390,11 +402,13 @@ void DatabaseTextConverter::importSettings(const QString &group,
     store->setDescriptionSettingsLine(0); // the keys carry their lines' suffixes
     for (const IniText::Entry &entry : entries) {
         const QString value = textOf(entry.value);
+        bool done = false;
         if (group.contains(QLatin1String("DescriptionSettings")))
-            store->setDescriptionSettingsValue(entry.key, value);
+            done = store->setDescriptionSettingsValue(entry.key, value);
         else if (group.contains(QLatin1String("GeneralSettings")))
-            store->setGeneralSettingsValue(entry.key, value);
+            done = store->setGeneralSettingsValue(entry.key, value);
         else
-            store->setMiscSettingsValue(entry.key, value);
+            done = store->setMiscSettingsValue(entry.key, value);
+        isComplete = isComplete && done;
     }
 }

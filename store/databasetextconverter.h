@@ -30,7 +30,8 @@ public:
     bool convertSqlToText();
 
     /// Reads into a store that createNewDataBase() has just made. False if the file could not be
-    /// read or is no text project; what was understood is in the store all the same.
+    /// read is no text project, or holds what a store cannot take over; the rest is in the store
+    /// all the same.
     bool convertTextToSql();
 
 private:
@@ -51,5 +52,6 @@ private:
     StorePrivate *d = nullptr;
     QString outputFile;
     QString inputFile;
+    bool isComplete = true;            ///< all that was there has been written, or taken over
     IniText::Writer *writer = nullptr; ///< while convertSqlToText runs
 };

@@ -28,7 +28,8 @@ void StorePrivate::refreshCachedName(quint8 line, quint16 index, quint8 sub,
 void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
 {
     const auto present = d->cachedSubs.constFind(line);
-    if (index == 0 && present != d->cachedSubs.constEnd() && present->complete && present->exact)
+    if (index == 0 && present != d->cachedSubs.constEnd() && present->complete &&
+        present->escaped.isEmpty())
         return; // as the rows are, for all writers saw to it
     d->cachedSubs.remove(line);
     LineCache cache;
@@ -37,11 +38,12 @@ void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
         cacheStrings();
     {
         Statement statement(*d,
-                            QStringLiteral("select objectindex,subindex,%1 from %2%3 "
+                            QStringLiteral("select objectindex,subindex,%1 from %2 where %4%3 "
                                            "order by objectindex,subindex")
                                 .arg(columnList(kSubIndexColumns),
                                      Schema::table("SubObjects", line),
-                                     index ? QStringLiteral(" where objectindex = ?") : QString()),
+                                     index ? QStringLiteral(" and objectindex = ?") : QString(),
+                                     QLatin1String(Schema::kSubIndexInRange)),
                             index ? Cells{index} : Cells());
         while (statement.next()) {
             const quint32 key =
@@ -54,9 +56,10 @@ void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
         }
     }
     if (cache.complete) {
-        Statement statement(*d,
-                            QStringLiteral("select objectindex,%1 from %2 order by objectindex")
-                                .arg(columnList(kIndexColumns), Schema::table("Objects", line)));
+        Statement statement(
+            *d, QStringLiteral("select objectindex,%1 from %2 where %3 order by objectindex")
+                    .arg(columnList(kIndexColumns), Schema::table("Objects", line),
+                         QLatin1String(Schema::kIndexInRange)));
         while (statement.next()) {
             const quint16 key = static_cast<quint16>(statement.value(0).toUInt());
             IndexData &record = *cache.objects.insert(cache.objects.constEnd(), key, IndexData());
@@ -103,6 +106,15 @@ void ObjectDataBase::cacheAllSubNames(quint8 line, quint16 index)
                                      static_cast<quint8>(statement.value(3).toUInt()));
         d->cachedSubNames.insert(key, denotation.isEmpty() ? getString(statement.value(1).toInt())
                                                            : denotation);
+    }
+}
+
+void StorePrivate::forgetCachedNames(quint8 line, int index)
+{
+    for (auto it = cachedSubNames.begin(); it != cachedSubNames.end();) {
+        const bool isOfLine = quint8(it.key() >> 8) == line;
+        const bool isOfObject = index < 0 || int(it.key() >> 16) == index;
+        it = isOfLine && isOfObject ? cachedSubNames.erase(it) : std::next(it);
     }
 }
 

@@ -86,7 +86,7 @@ bool ObjectDataBase::openDataBase(const QString &file, bool)
         qCWarning(lcStore) << "cannot copy" << file << "to" << copy;
     d->projectFile = file;
     d->sourceUnreadable = false;
-    if (!d->openConnection(copy) || getNodes().isEmpty())
+    if (!d->openConnection(copy) || d->hasActiveSchema() || getNodes().isEmpty())
         return false;
     d->applyPragmas(kOpenedProjectCachePages);
     if (!upgradeOpenedProject())
@@ -133,7 +133,7 @@ bool ObjectDataBase::executeSql(const QString &sql)
     const bool done = query.exec(sql);
     // Free SQL may have written anywhere.
     d->forgetSettings();
-    d->stringsComplete = false;
+    d->forgetStrings();
     clearAllCachedSubs();
     clearCachedSubNames();
     if (!done) {

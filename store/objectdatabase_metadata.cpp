@@ -29,10 +29,15 @@ bool ObjectDataBase::getAllIndexMetaData(quint8 line, QList<Metadata> &result) c
     Statement statement(*d, QStringLiteral("select metadata from %1 where objectindex >= 4096 "
                                            "order by objectindex")
                                 .arg(Schema::table("Objects", line)));
+    QSet<QByteArray> known;
+    for (const Metadata &metadata : qAsConst(result))
+        known.insert(packMetadata(metadata));
     while (statement.next()) {
         const Metadata metadata = unpackMetadata(statement.value(0).toByteArray());
-        if (!metadata.isEmpty() && !result.contains(metadata))
+        const QByteArray packed = packMetadata(metadata);
+        if (!metadata.isEmpty() && !known.contains(packed))
             result << metadata;
+        known.insert(packed);
     }
     return true;
 }

@@ -128,6 +128,7 @@ bool ObjectDataBase::delNode(quint8 line)
     removeConnnection(line);
     commitBatch();
     clearCachedSubs(line);
+    d->forgetCachedNames(line);
 
     ChangeSet change;
     change.kind = ChangeSet::Kind::DelNode;

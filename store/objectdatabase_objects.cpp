@@ -1,6 +1,7 @@
 // Objects of the object dictionaries.
 #include "store/objectdatabase_p.h"
 #include "support/logging.h"
+#include "support/numbers.h"
 
 namespace
 {
@@ -100,9 +101,13 @@ bool ObjectDataBase::delIndex(quint8 line, quint16 index, bool keepConnections)
     if (cache != d->cachedSubs.end()) {
         cache->objects.remove(index);
         auto sub = cache->subs.lowerBound(StorePrivate::subKey(index, 0));
-        while (sub != cache->subs.end() && sub.key() >> 8 == index)
+        while (sub != cache->subs.end() && sub.key() >> 8 == index) {
+            cache->escaped.remove(sub.key());
             sub = cache->subs.erase(sub);
+        }
     }
+    for (int sub = 0; sub <= 0xFF && !d->cachedSubNames.isEmpty(); ++sub)
+        d->cachedSubNames.remove(StorePrivate::subNameKey(line, index, static_cast<quint8>(sub)));
     if (deleted) {
         ChangeSet change;
         change.kind = ChangeSet::Kind::DelIndex;
@@ -150,13 +155,15 @@ QList<quint16> ObjectDataBase::getIndicesByProperty(quint8 line, const QString &
 {
     QList<quint16> indices;
     const QString name = searchColumn(kIndexColumns, column);
-    if (name.isEmpty())
+    bool isNumber = false;
+    const qint64 number = Numbers::toLongLongByPrefix(value, &isNumber);
+    if (name.isEmpty() || !isNumber)
         return indices;
     Statement statement(
         *d,
         QStringLiteral("select objectindex from %1 where %2 = ? order by objectindex")
             .arg(Schema::table("Objects", line), name),
-        {value.toLongLong()});
+        {number});
     while (statement.next())
         indices << static_cast<quint16>(statement.value(0).toUInt());
     return indices;

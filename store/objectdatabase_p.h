@@ -10,6 +10,7 @@
 
 #include <QHash>
 #include <QMutex>
+#include <QSet>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QSqlRecord>
@@ -31,7 +32,7 @@ enum class RowKind { Object, SubIndex, TextObject, TextSubIndex };
 /// and every writer keeps it so. Otherwise it holds the subindices of one object only.
 struct LineCache {
     bool complete = false;
-    bool exact = true;                ///< no record differs from its row; see cacheWrittenSub()
+    QSet<quint32> escaped; ///< keys of records that differ from their row; see cacheWrittenSub()
     QMap<quint32, SubIndexData> subs; ///< by subKey()
     QMap<quint16, IndexData> objects;
 };
@@ -57,6 +58,8 @@ public:
     void applyPragmas(int cacheSize);
     /// Runs a prepared statement whose values are bound; all statements of the store end up here.
     bool runPrepared(QSqlQuery &query);
+    /// Does the file hold views or triggers?
+    bool hasActiveSchema();
     /// Makes a thread that does not hold the block wait for it.
     void awaitUnblocked();
     void noteFailure(const QSqlQuery &query);
@@ -66,12 +69,14 @@ public:
 
     // --- upgrade of older projects (objectdatabase_upgrade.cpp) ---
 
-    void addMissingColumns(const QString &table, const char *columns);
+    void addMissingColumns(const QString &table, const QString &columns);
     /// Makes a line's table anew with the constraints of today, and takes its rows over.
     bool rebuildTable(const char *family, int line, bool stopAtFailure);
 
     /// Number of the new row, or -1.
     int insertString(const QString &text);
+    /// The maps of texts are read again when they are needed.
+    void forgetStrings();
 
     // --- caches ---
 
@@ -89,6 +94,10 @@ public:
     // --- rows ---
 
     void cacheWrittenSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
+    /// \a data as it is to be stored: what was read from an escaped copy is taken back to plain
+    /// text.
+    SubIndexData withoutEscapes(quint8 line, quint16 index, quint8 sub, SubIndexData data) const;
+    void forgetCachedNames(quint8 line, int index = -1);
     /// The inserter of a line's objects or subindices, for records or for rows of the text form.
     RowInserter &inserter(RowKind kind, quint8 line);
     bool writeSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);

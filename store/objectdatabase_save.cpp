@@ -27,7 +27,9 @@ bool ObjectDataBase::saveDataBase(const QString &file)
 
 bool ObjectDataBase::mayReplace(const QString &file) const
 {
-    if (!d->damaged && !(d->sourceUnreadable && file == d->projectFile))
+    const bool isSource = file == d->projectFile ||
+                          (QFileInfo::exists(file) && QFileInfo(file) == QFileInfo(d->projectFile));
+    if (!d->damaged && d->batchDepth == 0 && !(d->sourceUnreadable && isSource))
         return true;
     qCWarning(lcStore) << "not saved, the project could not be read or held as a whole:" << file;
     return false;
@@ -77,6 +79,8 @@ bool ObjectDataBase::saveDatabaseAsSql(const QString &file)
 
 bool ObjectDataBase::saveDatabaseAsText(const QString &file)
 {
+    delNode(254);
+    delNode(255);
     noteSavingTool();
     if (!mayReplace(file))
         return false;

@@ -106,10 +106,11 @@ bool StorePrivate::writeSetting(SettingsStore store, const QString &key, const Q
         return false;
     }
     const QString text = value.isNull() ? QStringLiteral("") : value;
-    const bool done = exec(QStringLiteral("insert into %1 values(?,?) "
-                                          "on conflict(item) do update set value = excluded.value")
-                               .arg(QLatin1String(row.table)),
-                           {key, text});
+    const QLatin1String table(row.table);
+    const bool done =
+        present != cache.constEnd()
+            ? exec(QStringLiteral("update %1 set value = ? where item = ?").arg(table), {text, key})
+            : exec(QStringLiteral("insert into %1 values(?,?)").arg(table), {key, text});
     if (done)
         cache.insert(key, text);
     ChangeSetData change;
@@ -302,6 +303,7 @@ QStringList ObjectDataBase::getGeneralLineDependentSettings()
 
 void ObjectDataBase::removeNodeInGeneralSettings(quint8 line)
 {
+    const QSignalBlocker quiet(this); // whoever removes a line tells it
     const QString typeKey = QStringLiteral("line%1type").arg(line);
     const QStringList keys = getGeneralSettingsKeys();
     for (const QString &key : keys) {

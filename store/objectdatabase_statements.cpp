@@ -46,9 +46,7 @@ void StorePrivate::closeConnection()
     db.close();
     damaged = false;
     batchDepth = 0;
-    stringIds.clear();
-    strings.clear();
-    stringsComplete = false;
+    forgetStrings();
     cachedSubs.clear();
     cachedSubNames.clear();
     forgetSettings();
@@ -64,6 +62,15 @@ void StorePrivate::applyPragmas(int cacheSize)
           QStringLiteral("PRAGMA locking_mode = EXCLUSIVE"),
           QStringLiteral("PRAGMA synchronous  = OFF")})
         exec(pragma);
+}
+
+bool StorePrivate::hasActiveSchema()
+{
+    // No project has any. A view or trigger in a file from outside could run without an end as soon
+    // as its table is read or written.
+    return !allRows(
+                QStringLiteral("select name from sqlite_master where type in ('view','trigger')"))
+                .isEmpty();
 }
 
 bool StorePrivate::exec(const QString &sql, const Cells &values)

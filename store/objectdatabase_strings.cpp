@@ -86,13 +86,19 @@ QString ObjectDataBase::getString(int id) const
     return text;
 }
 
+void StorePrivate::forgetStrings()
+{
+    stringIds.clear();
+    strings.clear();
+    stringsComplete = false;
+}
+
 void ObjectDataBase::cacheStrings()
 {
     // The maps take part in every write, so once they are complete they stay so.
     if (d->stringsComplete)
         return;
-    d->stringIds.clear();
-    d->strings.clear();
+    d->forgetStrings();
     Statement statement(*d, QStringLiteral("select id,string from Strings order by id"));
     while (statement.next()) {
         const int id = statement.value(0).toInt();
@@ -110,19 +116,24 @@ void ObjectDataBase::cleanUpStrings()
     const QVector<QStringList> rows =
         d->allRows(QStringLiteral("select name from sqlite_master where type = 'table'"));
     for (const QStringList &row : rows)
-        tables.insert(row.first());
+        tables.insert(row.first().toLower()); // case makes no difference to SQL
 
     QString sql = QStringLiteral("delete from Strings where id not in "
                                  "(select name from Signals where name is not NULL)");
     const QList<quint8> lines = getNodes();
     for (const quint8 line : lines) {
+        QStringList used;
         for (const StringColumns &row : kLineStringColumns) {
             const QString table = Schema::table(row.family, line);
-            if (tables.contains(table))
-                sql += QStringLiteral(" and id not in (%1)").arg(usedStrings(row, table));
+            if (tables.contains(table.toLower()))
+                used << usedStrings(row, table);
         }
+        // One term a line: SQL takes neither a thousand terms nor five hundred parts of a union.
+        if (!used.isEmpty())
+            sql +=
+                QStringLiteral(" and id not in (%1)").arg(used.join(QStringLiteral(" union all ")));
     }
-    const int deleted = Statement(*d, sql).affectedRows();
-    d->stringsComplete = d->stringsComplete && deleted == 0;
+    if (Statement(*d, sql).affectedRows() != 0)
+        d->forgetStrings();
     cacheStrings();
 }

@@ -11,6 +11,19 @@ constexpr quint32 kNoFreeSubIndex = 0xFFFFFFFF;
 
 const QString kWhereSub = QStringLiteral(" where objectindex = ? and subindex = ?");
 
+/// What stands in a statement for the column of a search: a column's name, or a number as it is,
+/// which selects all rows or none. Empty for anything else.
+QString searchableColumn(const QString &column)
+{
+    if (column == QLatin1String("objectindex") || column == QLatin1String("subindex"))
+        return column;
+    if (const Column<SubIndexData> *field = findColumn(kSubIndexColumns, column))
+        return QString::fromLatin1(field->name);
+    bool isNumber = false;
+    const qint64 number = Numbers::toLongLongByPrefix(column, &isNumber);
+    return isNumber ? QString::number(number) : QString();
+}
+
 } // namespace
 
 template <auto Member>
@@ -46,6 +59,7 @@ bool ObjectDataBase::setSubField(quint8 line, quint16 index, quint8 sub, const c
     if (SubIndexData *cached = d->cachedSub(line, index, sub); done && cached) {
         cached->*Member = value;
         d->refreshCachedName(line, index, sub, *cached);
+        d->cachedSubs[line].escaped.remove(StorePrivate::subKey(index, sub));
     } else if (done) {
         d->cachedSubNames.remove(StorePrivate::subNameKey(line, index, sub));
     }
@@ -87,8 +101,9 @@ bool ObjectDataBase::getSubIndexData(quint8 line, quint16 index, quint8 sub,
     return true;
 }
 
-bool StorePrivate::writeSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data)
+bool StorePrivate::writeSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &given)
 {
+    const SubIndexData data = withoutEscapes(line, index, sub, given);
     // Interned in this order, which is the order of the new rows in the table of texts.
     const int description = owner->getStringId(data.description);
     const int name = owner->getStringId(data.name);
@@ -105,9 +120,11 @@ bool StorePrivate::writeSub(quint8 line, quint16 index, quint8 sub, const SubInd
         else
             cells << (column == QLatin1String("denotation") ? denotation : description);
     }
-    const bool done = inserter(RowKind::SubIndex, line).write(*this, cells);
+    if (!inserter(RowKind::SubIndex, line).write(*this, cells))
+        return false;
+    refreshCachedName(line, index, sub, data);
     cacheWrittenSub(line, index, sub, data);
-    return done;
+    return true;
 }
 
 void StorePrivate::cacheWrittenSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data)
@@ -120,15 +137,32 @@ void StorePrivate::cacheWrittenSub(quint8 line, quint16 index, quint8 sub, const
         return;
     SubIndexData &record = cache->subs[key];
     record = data;
+    cache->escaped.remove(key);
     // Deliberate: of a visible string the cached copy keeps its apostrophes doubled, while the row
     // holds the text as given; held by tst_objectdatabase "apostrophes".
     if (data.dataType == static_cast<quint16>(CAN::CANopenDataType::VisibleString)) {
         owner->prepareQuotationMark(record.defaultValue);
         owner->prepareQuotationMark(record.currentValue);
-        cache->exact = cache->exact && record.defaultValue == data.defaultValue &&
-                       record.currentValue == data.currentValue;
+        if (record.defaultValue != data.defaultValue || record.currentValue != data.currentValue)
+            cache->escaped.insert(key);
     }
-    refreshCachedName(line, index, sub, record);
+}
+
+SubIndexData StorePrivate::withoutEscapes(quint8 line, quint16 index, quint8 sub,
+                                          SubIndexData data) const
+{
+    const auto cache = cachedSubs.constFind(line);
+    const quint32 key = subKey(index, sub);
+    if (cache == cachedSubs.constEnd() || !cache->escaped.contains(key))
+        return data;
+    // Who reads, changes one field and writes back must not double the apostrophes in the row.
+    const SubIndexData copy = cache->subs.value(key);
+    for (QString SubIndexData::*field :
+         {&SubIndexData::defaultValue, &SubIndexData::currentValue}) {
+        if (data.*field == copy.*field)
+            (data.*field).replace(QLatin1String("''"), QLatin1String("'"));
+    }
+    return data;
 }
 
 bool ObjectDataBase::addSubIndex(quint8 line, quint16 index, quint8 sub,
@@ -166,8 +200,10 @@ bool ObjectDataBase::delSubIndex(quint8 line, quint16 index, quint8 sub, bool ke
         removeConsumerConnection(line, index, sub);
     }
     const auto cache = d->cachedSubs.find(line);
-    if (cache != d->cachedSubs.end())
+    if (cache != d->cachedSubs.end()) {
         cache->subs.remove(StorePrivate::subKey(index, sub));
+        cache->escaped.remove(StorePrivate::subKey(index, sub));
+    }
     d->cachedSubNames.remove(StorePrivate::subNameKey(line, index, sub));
     if (existed)
         notifySub(ChangeSet::Kind::DelSubIndex, line, index, sub);
@@ -285,7 +321,7 @@ QList<quint8> ObjectDataBase::selectSubs(quint8 line, quint16 index, quint8 minS
     }
     Statement statement(*d,
                         QStringLiteral("select subindex from %1 where objectindex = ? and "
-                                       "subindex >= ?%2 order by subindex")
+                                       "subindex between ? and 255%2 order by subindex")
                             .arg(Schema::table("SubObjects", line),
                                  onlyMappable ? QStringLiteral(" and pdomapping != 0") : QString()),
                         {index, minSub});
@@ -356,16 +392,16 @@ QList<SubAddressData> ObjectDataBase::getMappableSubs(quint8 line, quint16 dataT
 QList<SubAddressData> ObjectDataBase::getSubsByProperty(quint8 line, const QString &column,
                                                         const QString &value) const
 {
-    const Column<SubIndexData> *field = findColumn(kSubIndexColumns, column);
-    if (!field) {
+    const QString property = searchableColumn(column);
+    if (property.isEmpty()) {
         qCDebug(lcStore) << "no such property" << column;
         return {};
     }
-    const QString sql = QStringLiteral("select objectindex,subindex from %1 where %2 = ? and "
-                                       "objectindex in (select objectindex from %3) "
-                                       "order by objectindex,subindex")
-                            .arg(Schema::table("SubObjects", line), QLatin1String(field->name),
-                                 Schema::table("Objects", line));
+    const QString sql =
+        QStringLiteral("select objectindex,subindex from %1 where %2 = ? and "
+                       "objectindex in (select objectindex from %3) "
+                       "order by objectindex,subindex")
+            .arg(Schema::table("SubObjects", line), property, Schema::table("Objects", line));
     // Cells hold numbers or texts; both are looked for, and numbers come first.
     QList<SubAddress> result;
     bool isNumber = false;

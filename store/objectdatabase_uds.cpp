@@ -34,8 +34,12 @@ bool ObjectDataBase::setUdsColumn(quint8 line, quint8 sid, const char *column,
 {
     if (d->lockWriteAccess)
         return false;
-    return d->exec(QStringLiteral("insert into %1 (sid,%2) values(?,?) "
-                                  "on conflict(sid) do update set %2=excluded.%2")
-                       .arg(Schema::table("UDSSettings", line), QLatin1String(column)),
+    const QString table = Schema::table("UDSSettings", line);
+    const Statement update(
+        *d, QStringLiteral("update %1 set %2=? where sid = ?").arg(table, QLatin1String(column)),
+        {value, sid});
+    return update.affectedRows() > 0 ||
+           d->exec(QStringLiteral("insert into %1 (sid,%2) values(?,?)")
+                       .arg(table, QLatin1String(column)),
                    {sid, value});
 }

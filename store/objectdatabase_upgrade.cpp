@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace
 {
@@ -38,12 +39,12 @@ QString translated(const char *text)
 
 } // namespace
 
-void StorePrivate::addMissingColumns(const QString &table, const char *columns)
+void StorePrivate::addMissingColumns(const QString &table, const QString &columns)
 {
     const QStringList present = columnNames(table);
     if (present.isEmpty())
         return; // no such table
-    const QStringList wanted = QString::fromLatin1(columns).split(QStringLiteral(", "));
+    const QStringList wanted = columns.split(QStringLiteral(", "));
     for (const QString &column : wanted) {
         const QString name = column.section(QLatin1Char(' '), 0, 0);
         if (!present.contains(name, Qt::CaseInsensitive))
@@ -71,9 +72,13 @@ bool StorePrivate::rebuildTable(const char *family, int line, bool stopAtFailure
             columns.removeAt(i);
     }
     const QString list = columns.join(QLatin1Char(','));
+    // An empty cell where none may be is no reason to lose the row.
+    QString cells = list;
+    cells.replace(QRegularExpression(QStringLiteral("\\b(datatype|accesstype|implementation)\\b")),
+                  QStringLiteral("ifnull(\\1,0)"));
     done =
-        !columns.isEmpty() && exec(QStringLiteral("INSERT OR IGNORE INTO %1 (%2) SELECT %2 FROM %3")
-                                       .arg(table, list, old));
+        !columns.isEmpty() && exec(QStringLiteral("INSERT OR IGNORE INTO %1 (%2) SELECT %4 FROM %3")
+                                       .arg(table, list, old, cells));
     if (!done && stopAtFailure)
         return false;
     return exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(old));
@@ -115,20 +120,24 @@ bool ObjectDataBase::createMissingTables()
 void ObjectDataBase::runLadder()
 {
     for (const Schema::AddedColumns &row : Schema::kFixedLadder)
-        d->addMissingColumns(QString::fromLatin1(row.table), row.columns);
+        d->addMissingColumns(QString::fromLatin1(row.table), QLatin1String(row.columns));
 
     const quint32 version =
         Numbers::toUIntDecimal(getMiscSettingsValue(QStringLiteral("DatabaseVersion")));
     const QList<quint8> lines = getNodes();
     for (const quint8 line : lines) {
         for (const Schema::AddedColumns &row : Schema::kLineLadder)
-            d->addMissingColumns(Schema::table(row.table, line), row.columns);
+            d->addMissingColumns(Schema::table(row.table, line), QLatin1String(row.columns));
+        // What still is missing no tool of the family left out; without it no row could be read.
+        d->addMissingColumns(Schema::table("Objects", line), Schema::nullableColumns("Objects"));
+        d->addMissingColumns(Schema::table("SubObjects", line),
+                             Schema::nullableColumns("SubObjects"));
         if (version < kVersionUniqueSubObjects)
             d->rebuildTable("SubObjects", line, true);
         if (version < kVersionUniqueUds)
             d->rebuildTable("UDSSettings", line, false);
     }
-    d->addMissingColumns(QStringLiteral("Connections"), "priority integer");
+    d->addMissingColumns(QStringLiteral("Connections"), QStringLiteral("priority integer"));
 }
 
 void ObjectDataBase::createMissingLineZeroTables()

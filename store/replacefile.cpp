@@ -38,14 +38,16 @@ void keepBackup(const QByteArray &file, const QByteArray &backup)
 
 } // namespace
 
-bool ReplaceFile::replace(const QString &file, Backup backup,
+bool ReplaceFile::replace(const QString &name, Backup backup,
                           const std::function<bool(const QString &)> &write)
 {
+    // A link stays a link; the file that it leads to is the one to replace.
+    const QString file = QFileInfo(name).isSymLink() ? QFileInfo(name).canonicalFilePath() : name;
     // One fixed name, so that what a killed run left is overwritten by the next save.
     const QString fresh = file + QLatin1String(".new");
     QFile::remove(fresh);
     const QFileInfo old(file);
-    if (old.isDir() || !write(fresh) || !syncToDisk(fresh)) {
+    if (file.isEmpty() || old.isDir() || !write(fresh) || !syncToDisk(fresh)) {
         QFile::remove(fresh);
         return false;
     }

@@ -14,9 +14,9 @@ enum class Backup {
 };
 
 /// Lets \a write make the new file under the name it is given, brings it to disk and puts it in the
-/// place of \a file. False if \a write gives false or the file could not be replaced; the old file
+/// place of \a name. False if \a write gives false or the file could not be replaced; the old file
 /// then stands as it was, and nothing else is left.
-bool replace(const QString &file, Backup backup, const std::function<bool(const QString &)> &write);
+bool replace(const QString &name, Backup backup, const std::function<bool(const QString &)> &write);
 
 /// Copies the bytes of \a source into \a target, which is made or emptied. False if either cannot
 /// be opened, read or written to the end.

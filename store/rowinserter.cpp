@@ -81,7 +81,7 @@ bool RowInserter::write(StorePrivate &store, const QVector<QVariant> &cells, qui
     }
     if (statements.size() >= kMaxShapes && !statements.contains(shape))
         shape.literal = 0;
-    QSqlQuery &query = statement(store, shape);
+    QSqlQuery query = statement(store, shape);
     const quint32 bound = shape.given & ~shape.literal;
     for (int i = 0; i < cells.size(); ++i) {
         if (bound & bit(i))
@@ -92,7 +92,7 @@ bool RowInserter::write(StorePrivate &store, const QVector<QVariant> &cells, qui
     return done;
 }
 
-QSqlQuery &RowInserter::statement(StorePrivate &store, const Shape &shape)
+QSqlQuery RowInserter::statement(StorePrivate &store, const Shape &shape)
 {
     const auto known = statements.find(shape);
     if (known != statements.end())
@@ -101,9 +101,11 @@ QSqlQuery &RowInserter::statement(StorePrivate &store, const Shape &shape)
         statements.clear();
     QSqlQuery query(store.db);
     query.setForwardOnly(true);
-    if (!query.prepare(statementText(shape)))
-        store.noteFailure(query);
-    return *statements.insert(shape, query);
+    if (query.prepare(statementText(shape)))
+        statements.insert(shape, query);
+    else
+        store.noteFailure(query); // not kept: the table may come with its line
+    return query;
 }
 
 QString RowInserter::statementText(const Shape &shape) const

@@ -49,7 +49,7 @@ private:
         }
     };
 
-    QSqlQuery &statement(StorePrivate &store, const Shape &shape);
+    QSqlQuery statement(StorePrivate &store, const Shape &shape);
     QString statementText(const Shape &shape) const;
 
     QString table;

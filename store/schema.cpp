@@ -131,6 +131,19 @@ QString Schema::createTable(const TableRow &row, bool ifNotExists)
              QString::fromLatin1(row.name), columns);
 }
 
+QString Schema::nullableColumns(const char *family)
+{
+    QStringList result;
+    const QStringList columns = lineColumns(family).split(QStringLiteral(", "));
+    for (const QString &column : columns) {
+        const bool isKey =
+            column.contains(QLatin1String("primary")) || column.startsWith(QLatin1String("UNIQUE"));
+        if (!isKey && !column.endsWith(QLatin1String("not null")))
+            result << column;
+    }
+    return result.join(QStringLiteral(", "));
+}
+
 QString Schema::createLineTable(const char *family, int line)
 {
     return QStringLiteral("create table if not exists %1 (%2)")

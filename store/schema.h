@@ -27,8 +27,16 @@ QString createTable(const TableRow &row, bool ifNotExists);
 /// "SPNs", "CANIDs", "DataElements" or "UDSSettings".
 QString createLineTable(const char *family, int line);
 
+/// Declarations of the columns of "Objects" or "SubObjects" that can be added to a table with rows.
+QString nullableColumns(const char *family);
+
 /// The tables that every line has but its UDS settings, in the order of creation.
 extern const char *const kLineFamilies[6];
+
+/// Conditions that leave out rows which no object dictionary can hold.
+inline constexpr char kIndexInRange[] = "objectindex between 0 and 65535";
+inline constexpr char kSubIndexInRange[] =
+    "objectindex between 0 and 65535 and subindex between 0 and 255";
 
 /// Columns that a table got over time, in the order in which they are added to an older project.
 struct AddedColumns {

@@ -164,8 +164,10 @@ quint16 COHelper::mapDataTypeString(const QString &text)
     static const QHash<QString, quint16> numbers = makeTypeNumbers();
     const QString word = text.trimmed().toUpper();
     const auto found = numbers.constFind(word);
-    return found != numbers.constEnd() ? *found
-                                       : static_cast<quint16>(Numbers::toUIntByPrefix(word));
+    if (found != numbers.constEnd())
+        return *found;
+    const quint32 number = Numbers::toUIntByPrefix(word);
+    return number <= 0xFFFF ? static_cast<quint16>(number) : 0;
 }
 
 QString COHelper::objectCode2String(CANopen::ObjectCode code)

@@ -63,7 +63,11 @@ QString nodeIdSum(const QString &text)
         number = sum.mid(nodeId.size() + 1);
     else if (sum.endsWith(QLatin1String("+$NODEID"), Qt::CaseInsensitive))
         number = sum.chopped(nodeId.size() + 1);
-    return isNumber(number) ? QString(nodeId) + QLatin1Char('+') + number : text;
+    if (!isNumber(number))
+        return text;
+    if (isBareHex(number))
+        number.prepend(QLatin1String("0x"));
+    return QString(nodeId) + QLatin1Char('+') + number;
 }
 
 /// A hexadecimal number of a signed type of \a bits in decimal; \a text if it does not fit, or if

@@ -5,6 +5,13 @@
 #include <QSaveFile>
 #include <QStringList>
 
+namespace
+{
+
+constexpr int kLongestPlaceHolder = 9; // "${number}"
+
+} // namespace
+
 QString Helper::substituteVariables(const QString &text, quint16 count, quint8 subindex)
 {
     QString result;
@@ -12,9 +19,9 @@ QString Helper::substituteVariables(const QString &text, quint16 count, quint8 s
     // One pass, so that a name which holds the text of another place holder is not filled twice.
     for (int start = text.indexOf(QLatin1String("${")); start >= 0;
          start = text.indexOf(QLatin1String("${"), start + 2)) {
-        const int end = text.indexOf(QLatin1Char('}'), start);
-        if (end < 0)
-            break;
+        const int end = start + text.midRef(start, kLongestPlaceHolder).indexOf(QLatin1Char('}'));
+        if (end < start)
+            continue;
         const QStringRef name = text.midRef(start + 2, end - start - 2);
         QString value;
         if (name == QLatin1String("number"))
