@@ -66,7 +66,7 @@ public:
     /// number that does. Always true.
     static bool getLimitsByBits(quint8 bits, bool isUnsigned, qint64 &low, qint64 &high);
 
-    /// The same COB-ID with bit 31, "PDO does not exist", set (CiA 301, 7.5.2.36). A text that is
+    /// The same COB-ID with bit 31, "PDO does not exist", set (CiA 301, 7.5.2.37). A text that is
     /// no COB-ID in hexadecimal comes back as it is.
     static QString disableCob(const QString &cobId);
 
