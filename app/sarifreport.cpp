@@ -95,7 +95,7 @@ QJsonObject resultOf(const Finding &finding, const QString &projectUri)
         {QStringLiteral("ruleId"), Check::ruleName(finding.rule)},
         {QStringLiteral("ruleIndex"), static_cast<int>(finding.rule)},
         {QStringLiteral("level"), levelName(finding.rule)},
-        {QStringLiteral("message"), textObject(finding.text)},
+        {QStringLiteral("message"), textObject(finding.text())},
         {QStringLiteral("locations"), QJsonArray{locationOf(finding, projectUri)}},
         {QStringLiteral("properties"), propertiesOf(finding)},
     };

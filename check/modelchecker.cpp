@@ -41,8 +41,7 @@ void ModelChecker::report(Msg id, const Place &place, const QStringList &argumen
     const Check::MessageRow &row = Check::messageRow(id);
     if (row.counted)
         ++errorCount;
-    found.append({id, Check::plainText(row, arguments), place.isProject ? -1 : qint32(line),
-                  place.index, place.subindex});
+    found.append({id, arguments, place.isProject ? -1 : qint32(line), place.index, place.subindex});
     emit newError(Check::markedUpText(row, arguments));
 }
 

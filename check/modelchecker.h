@@ -17,10 +17,13 @@
 /// A message as data, for reports that machines read.
 struct Finding {
     Check::Msg rule;
-    QString text;         ///< without markup, with the words of its kind
-    qint32 line = -1;     ///< -1: the whole project
-    qint32 index = -1;    ///< -1: no object
-    qint32 subindex = -1; ///< -1: the object as a whole
+    QStringList arguments; ///< of the message
+    qint32 line = -1;      ///< -1: the whole project
+    qint32 index = -1;     ///< -1: no object
+    qint32 subindex = -1;  ///< -1: the object as a whole
+
+    /// The message without markup, with the words of its kind.
+    QString text() const { return Check::plainText(Check::messageRow(rule), arguments); }
 };
 
 /// Walks a project and reports each finding as one line of text; never stops at one. The driver

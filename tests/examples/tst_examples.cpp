@@ -140,7 +140,7 @@ void TestExamples::passesTheCheck()
     QCOMPARE(checker.startCANopenCheck(0, &store, corrected), 0);
     for (const Finding &finding : checker.findings()) {
         const Check::Level level = Check::levelOf(Check::messageRow(finding.rule));
-        QVERIFY2(level == Check::Level::Note, qPrintable(finding.text));
+        QVERIFY2(level == Check::Level::Note, qPrintable(finding.text()));
     }
 }
 

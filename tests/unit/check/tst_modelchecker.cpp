@@ -619,7 +619,7 @@ private slots:
         line(checker, model);
         QStringList findings;
         for (const Finding &f : checker.findings())
-            findings << QString("%1/%2/%3 ").arg(f.line).arg(f.index).arg(f.subindex) + f.text;
+            findings << QString("%1/%2/%3 ").arg(f.line).arg(f.index).arg(f.subindex) + f.text();
         const QStringList expected = {
             "-1/-1/-1 Error: Timer interval not set in Common Settings -> Hardware/Target.",
             "0/4120/0 Corrected: Object 0x1018-0:'Managed Const' is used as implementation type "
@@ -669,7 +669,7 @@ private:
         const qint32 errors = checker.startCANopenCheck(number, &model.store, corrected);
         bool isTold = false;
         for (const Finding &finding : checker.findings())
-            isTold |= finding.text.startsWith("Corrected: ");
+            isTold |= finding.text().startsWith("Corrected: ");
         return corrected == isTold ? errors : -1;
     }
 
