@@ -2,9 +2,12 @@
 #include "app/climainapp.h"
 
 #include "app/clioutputhandler.h"
+#include "app/sarifreport.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace
@@ -47,6 +50,12 @@ void CLIMainApp::start()
         printHelp();
         return finishWith(ReturnCode::NoProject);
     }
+    runProject(project);
+    writeReport(project);
+}
+
+void CLIMainApp::runProject(const QString &project)
+{
     QString importFile;
     const bool hasImport = checkImportFile(arguments, importFile);
     if (!generatorMainHandler->openProject(project))
@@ -102,6 +111,11 @@ bool CLIMainApp::checkDbModifier(const QStringList &list, QString &value)
     return findOptionValue(list, "-dbmod", value);
 }
 
+bool CLIMainApp::checkReportFile(const QStringList &list, QString &value)
+{
+    return findOptionValue(list, "-report", value);
+}
+
 void CLIMainApp::printHelp()
 {
     *outputHandler << QCoreApplication::applicationName() << QCoreApplication::applicationVersion();
@@ -148,4 +162,26 @@ void CLIMainApp::saveProject(const QString &project)
 {
     if (!generatorMainHandler->saveProject())
         std::fprintf(stderr, "Could not save %s\n", qUtf8Printable(project));
+}
+
+void CLIMainApp::writeReport(const QString &project)
+{
+    QString path;
+    if (!checkReportFile(arguments, path))
+        return;
+    QStringList inputs(project);
+    for (const auto check : {checkImportFile, checkDbModifier}) {
+        QString input;
+        if (check(arguments, input))
+            inputs << input;
+    }
+    // A slip in a script must not cost the user the project.
+    const QFileInfo target(path);
+    const bool isInput =
+        std::any_of(inputs.cbegin(), inputs.cend(),
+                    [&target](const QString &name) { return QFileInfo(name) == target; });
+    const RunReport report = {project, generatorMainHandler->findings(),
+                              static_cast<int>(returnCode), errorStrings.value(returnCode)};
+    if (isInput || !writeSarifReport(report, path))
+        std::fprintf(stderr, "Could not write %s\n", qUtf8Printable(path));
 }

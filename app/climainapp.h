@@ -39,6 +39,7 @@ public:
     static bool checkProjectFile(const QStringList &list, QString &value);
     static bool checkImportFile(const QStringList &list, QString &value);
     static bool checkDbModifier(const QStringList &list, QString &value);
+    static bool checkReportFile(const QStringList &list, QString &value);
 
 public slots:
     void start();
@@ -51,8 +52,11 @@ private:
     void printHelp();
     void fillArgumentHelpMap();
     void fillErrorStringMap();
+    void runProject(const QString &project);
     void finishWith(ReturnCode code);
     void saveProject(const QString &project);
+    /// Writes the report on the run that the user asked for, if he did.
+    void writeReport(const QString &project);
 
     QStringList arguments;
     CLIOutputHandler *outputHandler;

@@ -194,10 +194,16 @@ void GeneratorMainHandler::fillCaches(const ProjectFacts &facts)
 
 bool GeneratorMainHandler::checkModel(const ProjectFacts &facts, bool ignoreCheckErrors)
 {
+    ModelChecker checker;
     outputHandler->printLine(QStringLiteral("\nCheck of model consistency started"));
-    quint32 errorCount = 0;
+    connect(&checker, &ModelChecker::newError, this, &GeneratorMainHandler::handleCheckError);
+    bool didCorrection = false;
+    qint32 errorCount = checker.startGlobalCheck(database);
     for (const ProjectLine &line : facts.lines)
-        errorCount += checkLine(line, facts.lines.size() > 1);
+        errorCount += checkLine(checker, line, facts.isMultiLine(), didCorrection);
+    checkFindings = checker.findings();
+    if (didCorrection)
+        emit doneCorrection();
 
     const QString log = outputDirectory + QStringLiteral("/__tsrerrorlog.txt");
     writeCheckLog(log);
@@ -213,7 +219,8 @@ bool GeneratorMainHandler::checkModel(const ProjectFacts &facts, bool ignoreChec
     return true;
 }
 
-quint32 GeneratorMainHandler::checkLine(const ProjectLine &line, bool isOneOfSeveral)
+qint32 GeneratorMainHandler::checkLine(ModelChecker &checker, const ProjectLine &line,
+                                       bool isOneOfSeveral, bool &didCorrection)
 {
     if (isOneOfSeveral) {
         outputHandler->printLinePassTime(QVariant());
@@ -224,14 +231,20 @@ quint32 GeneratorMainHandler::checkLine(const ProjectLine &line, bool isOneOfSev
     }
     switch (line.type) {
     case LineType::CANopen:
+    case LineType::CANopenAndJ1939:
+        return checker.startCANopenCheck(line.number, database, didCorrection);
     case LineType::J1939:
     case LineType::RawCan:
-    case LineType::CANopenAndJ1939:
         return 0;
     }
     outputHandler->printLine(
         QStringLiteral("Warning line type not set for line %1.").arg(line.number));
     return 0;
+}
+
+void GeneratorMainHandler::handleCheckError(const QString &errorString)
+{
+    outputHandler->printLine(errorString);
 }
 
 void GeneratorMainHandler::writeCheckLog(const QString &path)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/generatorsteps.h"
+#include "check/modelchecker.h"
 
 #include <QObject>
 #include <QPointer>
@@ -41,6 +42,9 @@ public:
     /// Saves in place.
     bool saveProject();
 
+    /// What the check of the last run has found.
+    const QVector<Finding> &findings() const { return checkFindings; }
+
 public slots:
     /// Opens a database or, where the path ends in "tsrt", a text project. The output goes to the
     /// file's folder. False if it is no file that can be read, or no project of this tool.
@@ -49,8 +53,14 @@ public slots:
     /// Reports a generator's end, which is 100.
     void generatorProgress(quint8 progress);
 
+    /// Reports a finding of the check.
+    void handleCheckError(const QString &errorString);
+
 signals:
     void finished(GeneratorMainHandler::GeneratorResult result);
+
+    /// The check has changed the project.
+    void doneCorrection();
 
 private:
     void openTextBasedProject(const QString &filePath);
@@ -60,8 +70,9 @@ private:
     void fillCaches(const ProjectFacts &facts);
     /// False if the check ends the run.
     bool checkModel(const ProjectFacts &facts, bool ignoreCheckErrors);
-    /// Number of errors of the line.
-    quint32 checkLine(const ProjectLine &line, bool isOneOfSeveral);
+    /// Number of errors of the line. Sets \a didCorrection if the check changed the project.
+    qint32 checkLine(ModelChecker &checker, const ProjectLine &line, bool isOneOfSeveral,
+                     bool &didCorrection);
     void writeCheckLog(const QString &path);
     void generateFiles(const ProjectFacts &facts);
     void runStep(const GeneratorStep &step, quint8 line, const ProjectFacts &facts);
@@ -71,4 +82,5 @@ private:
     QString outputDirectory; ///< the folder of the project file
     QString projectName;     ///< the project file's name without folder and last suffix
     OutputHandlerBase *outputHandler;
+    QVector<Finding> checkFindings;
 };

@@ -1,6 +1,7 @@
 // The worker thread of a job.
 #include "support/jobthread.h"
 
+#include <QCoreApplication>
 #include <QEventLoop>
 
 JobThread::~JobThread()
@@ -45,4 +46,6 @@ void JobThread::wait()
     if (!thread->isFinished())
         loop.exec();
     thread->wait();
+    // The last signals of a short job may have been posted before the loop began, or while it ended.
+    QCoreApplication::processEvents();
 }

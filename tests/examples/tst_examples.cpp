@@ -1,4 +1,6 @@
 // The text projects of examples/ are written by hand: what they say must be what the tool reads.
+#include "check/modelchecker.h"
+#include "import/edsimporter.h"
 #include "tests/fixtures/storefixture.h"
 
 class TestExamples : public QObject
@@ -50,6 +52,30 @@ private slots:
                 QVERIFY2(store.getSubIndexPdoMapping(0, index, mapped).toBinary(),
                          qPrintable(place));
                 QCOMPARE(store.getSubIndexBitSize(0, index, mapped), entry & 0xFF);
+            }
+        }
+    }
+
+    void passesTheCheck()
+    {
+        for (const QString example : {"pump", "empty"}) {
+            ObjectDataBase store;
+            store.openDataBase(path(example));
+            if (example == "empty") {
+                EDSImporter importer;
+                importer.setActiveLine(0);
+                importer.setDatabase(&store);
+                importer.setImportFileName(TESSARINE_EXAMPLES "/levelsensor/levelsensor.eds");
+                importer.startImport();
+                importer.wait();
+            }
+            ModelChecker checker;
+            bool corrected = false;
+            QCOMPARE(checker.startGlobalCheck(&store), 0);
+            QCOMPARE(checker.startCANopenCheck(0, &store, corrected), 0);
+            for (const Finding &finding : checker.findings()) {
+                const Check::Level level = Check::levelOf(Check::messageRow(finding.rule));
+                QVERIFY2(level == Check::Level::Note, qPrintable(finding.text()));
             }
         }
     }

@@ -1,6 +1,9 @@
 // The program as its users see it: arguments in, standard output, exit code and files out.
 #include "tests/fixtures/storefixture.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QTextCodec>
@@ -15,15 +18,37 @@ const QByteArray kHelp =
     "\t-s\t\tSaves the project file. Could be helpful in combination with import option.\n"
     "\t-save\t\tSaves the project file. Could be helpful in combination with import option.\n";
 
-const QByteArray kCheck = "\nCheck of model consistency started\n"
-                          "\nCheck of model consistency finished.\n\n";
+const QByteArray kCheckStart =
+    "\nCheck of model consistency started\n"
+    "Info: Path to protocol stack not specified. Cannot check if generated code fits to installed "
+    "stack/framework.\n"
+    "Specify path to protocol stack at Options -> Settings.\n";
+
+const QByteArray kCheck = kCheckStart + "\nCheck of model consistency finished.\n\n";
 
 const QByteArray kFullRun =
     kCheck + "Generation of textual object dictionary documentation in %DIR% started\n"
              "Generation of textual documenation completed.\n"
              "Generation finished.\n";
 
-const QByteArray kProject = "[GeneralSettings]\nline0type=1\n";
+/// As much of a project as the check asks for, without the type of its line.
+const QByteArray kUntyped =
+    "[GeneralSettings]\nco_node_id=1\nreceivebuffersize=1\ntransmitbuffersize=1\n"
+    "co_timer_interval=1000\n"
+    "[Objects0]\n0x1000\\name=type\n0x1000\\objecttype=7\n0x1001\\name=error\n"
+    "0x1001\\objecttype=7\n0x1017\\name=heartbeat\n0x1017\\objecttype=7\n"
+    "0x1018\\name=identity\n0x1018\\objecttype=9\n"
+    "[SubObjects0]\n0x1018\\0x0\\name=count\n0x1018\\0x0\\datatype=5\n"
+    "0x1018\\0x0\\accesstype=const\n0x1018\\0x0\\defaultvalue=1\n"
+    "0x1018\\0x0\\implementation=1\n0x1018\\0x0\\defaultineds=1\n"
+    "0x1018\\0x0\\writedefaulttoeds=1\n0x1018\\0x1\\name=vendor\n"
+    "0x1018\\0x1\\datatype=7\n0x1018\\0x1\\accesstype=ro\n0x1018\\0x1\\defaultvalue=1\n";
+
+const QByteArray kProject = kUntyped + "[GeneralSettings]\nline0type=1\n";
+
+/// One error, and a wrong value of subindex 0 that can be corrected.
+const QByteArray kFaulty =
+    kProject + "receivebuffersize=\n[SubObjects0]\n0x1018\\0x0\\defaultvalue=5\n";
 
 /// A device with one object that no other file of the tests has.
 const QByteArray kDescription = "[MandatoryObjects]\nSupportedObjects=1\n1=0x1000\n"
@@ -46,7 +71,8 @@ private slots:
             QVERIFY(QDir().mkpath(folder + name));
         QVERIFY(write("taken.tsrt", kProject));
         QVERIFY(write("pümp.tsrt", kProject));
-        QVERIFY(write("untyped.tsrt", ""));
+        QVERIFY(write("untyped.tsrt", kUntyped));
+        QVERIFY(write("bad.tsrt", kFaulty));
         QVERIFY(write("foreign.tsrp", "no database at all"));
         QVERIFY(write("gauge.EDS", kDescription));
         QVERIFY(write("gauge.txt", kDescription));
@@ -134,13 +160,83 @@ private slots:
 
     void failedSaveIsReported()
     {
-        QVERIFY(makeStore()->saveDataBase(folder + "/db.tsrp"));
+        ObjectDataBase store;
+        QVERIFY(store.openDataBase(folder + "/pümp.tsrt"));
+        QVERIFY(store.saveDataBase(folder + "/db.tsrp"));
         const QByteArray before = read("db.tsrp");
         // The name under which the new file is written first is taken by a folder.
         QVERIFY(QDir().mkpath(folder + "/db.tsrp.tessarine-new"));
         QVERIFY(
             run("-project db.tsrp -save").endsWith(ended(0, "errors:\nCould not save db.tsrp\n")));
         QCOMPARE(read("db.tsrp"), before);
+    }
+
+    void failedCheckEndsTheRun()
+    {
+        // The console drops what stands between two tags of a sentence, here the object.
+        const QByteArray report =
+            kCheckStart + "Common Settings: CAN receive buffer size must be specified individually "
+                          "for each line.\n"
+                          ": The value of subindex 0 does not fit to the highest subindex.\n";
+        QVERIFY(write("__tsrerrorlog.txt.bak", "of a former run"));
+        QCOMPARE(run("-project bad.tsrt -save"),
+                 ended(7, report +
+                              "ABORT - Check of model consistency finished: failed (1 errors)\n"
+                              "Error - Check of model consistency returns error.\n"));
+        QCOMPARE(read("__tsrerrorlog.txt"), report);
+        QVERIFY(!QFile::exists(folder + "/bad_doc.txt"));
+        // The correction was saved. A run without errors leaves the older copy of the log alone.
+        QVERIFY(write("options.txt", "GeneralSettings:receivebuffersize:1\n"));
+        QCOMPARE(run("-project bad.tsrt -dbmod options.txt"), ended(0, kFullRun));
+        QVERIFY(!QFile::exists(folder + "/__tsrerrorlog.txt"));
+        QCOMPARE(read("__tsrerrorlog.txt.bak"), "of a former run");
+    }
+
+    void writesFindingsForMachines()
+    {
+        QVERIFY(run("-report out.sarif -project bad.tsrt").endsWith(" 7\n"));
+        const QJsonObject log = QJsonDocument::fromJson(read("out.sarif")).object();
+        QCOMPARE(log["version"].toString(), "2.1.0");
+        const QJsonObject report = log["runs"].toArray().at(0).toObject();
+        const QJsonObject outcome = report["invocations"].toArray().at(0).toObject();
+        QCOMPARE(outcome["exitCode"].toInt(), 7);
+        QCOMPARE(outcome["exitCodeDescription"].toString(),
+                 "Check of model consistency returns error.");
+        QVERIFY(!outcome["executionSuccessful"].toBool(true));
+
+        const QJsonArray rules = report["tool"].toObject()["driver"].toObject()["rules"].toArray();
+        QStringList results;
+        for (const QJsonValue &value : report["results"].toArray()) {
+            const QJsonObject result = value.toObject();
+            QCOMPARE(rules.at(result["ruleIndex"].toInt()).toObject()["id"], result["ruleId"]);
+            const QJsonObject place =
+                result["locations"].toArray().at(0).toObject()["physicalLocation"].toObject();
+            QVERIFY(place["artifactLocation"].toObject()["uri"].toString().endsWith(
+                "/w%C3%B6rk/bad.tsrt"));
+            const QByteArray properties =
+                QJsonDocument(result["properties"].toObject()).toJson(QJsonDocument::Compact);
+            results << joined(result["level"].toString(), result["ruleId"].toString(), properties);
+        }
+        QCOMPARE(
+            report["results"].toArray().last().toObject()["message"].toObject()["text"].toString(),
+            "Corrected: Object 0x1018: The value of subindex 0 does not fit to the highest "
+            "subindex.");
+        QCOMPARE(results, (QStringList{joined("note", "StackPathMissing", "{\"line\":0}"),
+                                       joined("note", "StackPathAdvice", "{\"line\":0}"),
+                                       joined("error", "ReceiveBufferInvalid", "{\"line\":0}"),
+                                       joined("note", "Sub0ValueCorrected",
+                                              "{\"index\":4120,\"line\":0,\"subindex\":0}")}));
+    }
+
+    void reportSparesOtherFiles()
+    {
+        for (const QString report :
+             {"folder.eds", "none/out.sarif", "../wörk/pümp.tsrt", "mod.txt"}) {
+            const QByteArray before = read(report);
+            QVERIFY(run("-project pümp.tsrt -dbmod mod.txt -report " + report)
+                        .endsWith(ended(0, "errors:\nCould not write " + report.toUtf8() + "\n")));
+            QCOMPARE(read(report), before);
+        }
     }
 
     void logsOnRequest()

@@ -23,7 +23,16 @@ class tst_GeneratorMainHandler : public StoreTest
     Q_OBJECT
 
 private slots:
-    void init() { store = makeStore(); }
+    void init()
+    {
+        store = makeStore();
+        for (const char *key :
+             {"co_node_id", "receivebuffersize", "transmitbuffersize", "co_timer_interval"})
+            store->setGeneralSettingsValue(key, "1");
+        for (const quint16 index : {0x1000, 0x1001, 0x1017, 0x1018})
+            store->addIndex(0, index, {});
+        store->addSubIndex(0, 0x1018, 1, makeSub("Vendor-ID", 7, "1"));
+    }
 
     void headsEachLineOfSeveral()
     {
@@ -38,6 +47,9 @@ private slots:
             "\nCheck of model consistency started",
             "@",
             "@<strong>" + bar + " Checking line 0 " + bar + "</strong>",
+            "Info: Path to protocol stack not specified. Cannot check if generated code fits to "
+            "installed stack/framework.",
+            "Specify path to protocol stack at Options -> Settings.",
             "@",
             "@<strong>" + bar + " Checking line 7 " + bar + "</strong>",
             "Warning line type not set for line 7.",
@@ -48,6 +60,38 @@ private slots:
         };
         QCOMPARE(report.lines, expected);
         QVERIFY(QFile::exists(fixture.path("demo_0.txt")));
+    }
+
+    void tellsOfCorrections()
+    {
+        for (const bool isWrong : {false, true}) {
+            setLineType(0, "1");
+            Object identity;
+            identity.objectCode = CANopen::ObjectCode::Record;
+            store->addIndex(0, 0x1018, identity);
+            Sub count = makeSub("Count", 5, isWrong ? "0" : "1");
+            count.accessType = "const";
+            count.implementation = 1;
+            store->addSubIndex(0, 0x1018, 0, count);
+            RecordingHandler report;
+            GeneratorMainHandler driver(&report);
+            driver.openProject(store.get(), fixture.path(), "demo");
+            QSignalSpy corrected(&driver, &GeneratorMainHandler::doneCorrection);
+            driver.generateOutput(false);
+            QCOMPARE(corrected.count(), isWrong ? 1 : 0);
+            QCOMPARE(driver.findings().size(), isWrong ? 3 : 2);
+        }
+    }
+
+    void errorsCanBeIgnored()
+    {
+        store->setGeneralSettingsValue("co_timer_interval", "");
+        RecordingHandler report;
+        QCOMPARE(run(report), Result::GenerationCheckFailed);
+        QVERIFY(QFile::exists(fixture.path("__tsrerrorlog.txt")));
+        QCOMPARE(run(report, QString(), true), Result::GenerationOk);
+        QVERIFY(!QFile::exists(fixture.path("__tsrerrorlog.txt")));
+        QVERIFY(QFile::exists(fixture.path("__tsrerrorlog.txt.bak")));
     }
 
     void stopsAtAMissingFolder()
@@ -91,12 +135,13 @@ private:
         store->setGeneralSettingsValue(QString("line%1type").arg(line), type);
     }
 
-    Result run(RecordingHandler &report, const QString &folder = QString())
+    Result run(RecordingHandler &report, const QString &folder = QString(),
+               bool ignoreErrors = false)
     {
         GeneratorMainHandler driver(&report);
         driver.openProject(store.get(), folder.isEmpty() ? fixture.path() : folder, "demo");
         QSignalSpy finished(&driver, &GeneratorMainHandler::finished);
-        driver.generateOutput(false);
+        driver.generateOutput(ignoreErrors);
         return finished.count() == 1 ? finished.first().first().value<Result>()
                                      : static_cast<Result>(-1);
     }

@@ -1,0 +1,22 @@
+// The findings of a run in a form that build servers and editors read: SARIF 2.1.0 (OASIS).
+#pragma once
+
+#include "check/modelchecker.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QVector>
+
+/// A run, as its report tells it.
+struct RunReport {
+    QString projectFile; ///< as the user gave it
+    QVector<Finding> findings;
+    int exitCode = 0;
+    QString outcome; ///< the exit code in words
+};
+
+/// The report as JSON text. The same run gives the same bytes.
+QByteArray sarifText(const RunReport &report);
+
+/// Replaces \a path in one step; false if it cannot be written.
+bool writeSarifReport(const RunReport &report, const QString &path);

@@ -1,0 +1,147 @@
+// Reporting of the check, the user's settings, and short ways to read the project.
+#include "check/modelchecker.h"
+
+#include "check/modelchecker_p.h"
+#include "support/logging.h"
+#include "support/numbers.h"
+
+#include <QCoreApplication>
+#include <QSettings>
+
+using Check::Msg;
+
+namespace
+{
+
+/// A value of the group General. Tools write it with the group's name, which an INI file shows as
+/// "[%General]"; whoever edits the file by hand writes "[General]".
+QVariant userSetting(const QSettings &settings, const QString &key)
+{
+    return settings.value(QStringLiteral("General/") + key, settings.value(key));
+}
+
+} // namespace
+
+ModelChecker::ModelChecker(QObject *parent)
+    : QObject(parent), predefinedConnections{
+                           {0x1400, 1, QStringLiteral("$nodeid+0x200")},
+                           {0x1401, 1, QStringLiteral("$nodeid+0x300")},
+                           {0x1402, 1, QStringLiteral("$nodeid+0x400")},
+                           {0x1403, 1, QStringLiteral("$nodeid+0x500")},
+                           {0x1800, 1, QStringLiteral("$nodeid+0x180")},
+                           {0x1801, 1, QStringLiteral("$nodeid+0x280")},
+                           {0x1802, 1, QStringLiteral("$nodeid+0x380")},
+                           {0x1803, 1, QStringLiteral("$nodeid+0x480")},
+                       }
+{
+}
+
+void ModelChecker::report(Msg id, const Place &place, const QStringList &arguments)
+{
+    const Check::MessageRow &row = Check::messageRow(id);
+    if (row.counted)
+        ++errorCount;
+    found.append({id, arguments, place.isProject ? -1 : qint32(line), place.index, place.subindex});
+    emit newError(Check::markedUpText(row, arguments));
+}
+
+void ModelChecker::correct(bool &corrected, Msg id, const Place &place,
+                           const QStringList &arguments, const std::function<void()> &change)
+{
+    if (autoCorrectionDisabled)
+        return;
+    report(id, place, arguments);
+    corrected = true;
+    change();
+}
+
+void ModelChecker::reportObject(Msg id, quint16 index)
+{
+    report(id, {index}, {hex4(index)});
+}
+
+void ModelChecker::reportSub(Msg id, quint16 index, quint8 subIndex)
+{
+    report(id, {index, subIndex}, {hex4(index), hex2(subIndex)});
+}
+
+void ModelChecker::startLine(quint8 lineNumber, ObjectDataBase *store)
+{
+    line = lineNumber;
+    project = store;
+    errorCount = 0;
+}
+
+void ModelChecker::readUserSettings(const QStringList &siblings)
+{
+    const QSettings settings(QCoreApplication::organizationName(),
+                             QCoreApplication::applicationName());
+    const QString pathKey = QStringLiteral("costackpath");
+    autoCorrectionDisabled =
+        userSetting(settings, QStringLiteral("disableautocorrection")).toBool();
+    stackPath = userSetting(settings, pathKey).toString();
+    for (const QString &sibling : siblings) {
+        if (stackPath.isEmpty())
+            stackPath =
+                userSetting(QSettings(QStringLiteral("Korvel"), sibling), pathKey).toString();
+    }
+    qCDebug(lcCheck) << "stack" << stackPath << "corrections" << !autoCorrectionDisabled;
+}
+
+qint32 ModelChecker::decimalSetting(const char *key) const
+{
+    return Numbers::toIntDecimal(project->getGeneralSettingsValue(QLatin1String(key)));
+}
+
+quint32 ModelChecker::numberSetting(const char *key) const
+{
+    return Numbers::toUIntByPrefix(project->getGeneralSettingsValue(QLatin1String(key)));
+}
+
+QString ModelChecker::lineEntry(const char *key) const
+{
+    const QString list = project->getGeneralSettingsValue(QLatin1String(key));
+    return list.split(QLatin1Char(',')).value(line);
+}
+
+bool ModelChecker::hasIndex(quint16 index) const
+{
+    return project->existIndex(line, index);
+}
+
+bool ModelChecker::hasSub(quint16 index, quint8 subIndex) const
+{
+    return project->existSubIndex(line, index, subIndex);
+}
+
+QString ModelChecker::textOf(quint16 index, quint8 subIndex) const
+{
+    return project->getSubIndexValue(line, index, subIndex);
+}
+
+quint32 ModelChecker::valueOf(quint16 index, quint8 subIndex) const
+{
+    return Numbers::toUIntByPrefix(textOf(index, subIndex));
+}
+
+SubIndexData ModelChecker::recordOf(quint16 index, quint8 subIndex) const
+{
+    SubIndexData data;
+    (void)project->getSubIndexData(line, index, subIndex, data); // then the defaults stand
+    return data;
+}
+
+int ModelChecker::countEntries(quint16 index) const
+{
+    return project->getSubIndices(line, index, 1).size();
+}
+
+QList<quint16> ModelChecker::indicesOf(quint16 low, quint16 high) const
+{
+    return project->getIndices(line, low, high);
+}
+
+QList<quint16> ModelChecker::mappingObjects() const
+{
+    return indicesOf(0x1600, 0x17FF) + indicesOf(0x1A00, 0x1BFF);
+}

@@ -1,0 +1,83 @@
+// What holds for the project as a whole.
+#include "check/modelchecker.h"
+#include "support/numbers.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+using Check::Msg;
+
+namespace
+{
+
+constexpr quint8 kMostLines = 32;
+
+/// One byte of the setting's entry for the line.
+quint8 byteOfLine(const ObjectDataBase &store, const char *key, quint8 line)
+{
+    return static_cast<quint8>(
+        Numbers::toUIntByPrefix(store.getGeneralSettingsValueLine(QLatin1String(key), line)));
+}
+
+} // namespace
+
+qint32 ModelChecker::startGlobalCheck(ObjectDataBase *store)
+{
+    project = store;
+    const qint32 lineErrors = errorCount; // the count belongs to the line checks
+    errorCount = 0;
+    const bool hasServer = decimalSetting("udsserver_supported") != 0;
+    const bool hasClient = decimalSetting("udsclient_supported") != 0;
+    const Place wholeProject = {-1, -1, true};
+    checkUdsExclusion(hasServer, hasClient);
+    hintAtUpgrade(hasServer || hasClient);
+    // Deliberate: the setting is a byte, so 256 is none; held by tst_modelchecker
+    // "block_size_byte".
+    if (numberSetting("sdo_blocktransfer_block_size") & 0x80)
+        report(Msg::SdoBlockSizeTooLarge, wholeProject);
+    if (project->getGeneralSettingsValue(QStringLiteral("co_timer_interval")).isEmpty())
+        report(Msg::TimerIntervalMissing, wholeProject);
+    const qint32 errors = errorCount;
+    errorCount = lineErrors;
+    return errors;
+}
+
+void ModelChecker::checkUdsExclusion(bool hasServer, bool hasClient)
+{
+    if (!hasServer || !hasClient)
+        return;
+    QList<quint8> lines = project->getNodes();
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [](quint8 number) { return number >= kMostLines; }),
+                lines.end());
+    const auto hasBoth = [this, &lines](quint8 number) {
+        return lines.size() == 1 || (byteOfLine(*project, "uds_server_active", number) != 0 &&
+                                     byteOfLine(*project, "uds_client_cnt", number) != 0);
+    };
+    if (std::any_of(lines.cbegin(), lines.cend(), hasBoth))
+        report(Msg::UdsServerAndClient, {-1, -1, true});
+}
+
+/// Newer versions need sources of the stack that older ones did not.
+void ModelChecker::hintAtUpgrade(bool hasUds)
+{
+    const QString key = QStringLiteral("PreviousToolVersion");
+    const QStringList parts = project->getMiscSettingsValue(key).split(QLatin1Char('.'));
+    if (Numbers::toUIntDecimal(parts.value(0)) != 3)
+        return;
+    const auto minor = static_cast<quint8>(Numbers::toUIntDecimal(parts.value(1)));
+    const bool isCANopenTool =
+        QCoreApplication::applicationName() == QLatin1String("CANopen Tessarine");
+    const Place wholeProject = {-1, -1, true};
+    if (minor <= 6) {
+        report(isCANopenTool ? Msg::AddCommonMemcpy : Msg::AddCommonMemcpyMapping, wholeProject);
+    } else if (minor <= 8) {
+        report(isCANopenTool ? Msg::AddMemcpy : Msg::AddMemcpyMapping, wholeProject);
+        if (hasUds)
+            report(Msg::AddUdsInit, wholeProject);
+    } else {
+        return;
+    }
+    project->setMiscSettingsValue(key, QString());
+}

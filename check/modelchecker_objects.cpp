@@ -1,0 +1,270 @@
+// One object and its subindices.
+#include "check/modelchecker.h"
+#include "check/modelchecker_p.h"
+#include "support/logging.h"
+#include "support/numbers.h"
+
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <limits>
+
+using CAN::CANopenDataType;
+using Check::Msg;
+
+namespace
+{
+
+constexpr qint64 kLowest = std::numeric_limits<qint64>::min();
+constexpr qint64 kHighest = std::numeric_limits<qint64>::max();
+
+/// From this value on, subindex 0 of a mapping object marks a multiplexed PDO and is no count
+/// (CiA 301, 7.5.2.36).
+constexpr quint8 kFirstMarker = 254;
+
+enum Implementation : quint8 { ManagedVariable = 0, ManagedConst = 1, Variable = 2, Virtual = 3 };
+
+struct RangeRow {
+    CANopenDataType type;
+    qint64 low;
+    qint64 high;
+};
+
+// clang-format off
+// Deliberate: a type that is not listed takes no negative number, a signed one neither; held by
+// tst_modelchecker "ranges".
+constexpr RangeRow kRanges[] = {
+    {CANopenDataType::Boolean,                0,             1},
+    {CANopenDataType::Integer8,            -128,           127},
+    {CANopenDataType::Integer16,         -32768,         32767},
+    {CANopenDataType::Integer32,  -2147483648LL,    2147483647},
+    {CANopenDataType::Unsigned8,              0,           255},
+    {CANopenDataType::Unsigned16,             0,         65535},
+    {CANopenDataType::Unsigned32,             0,  4294967295LL},
+    {CANopenDataType::Real32,     -2147483648LL,      kHighest},
+    {CANopenDataType::Integer64,        kLowest,      kHighest},
+    {CANopenDataType::Unsigned24,             0,      16777215},
+    {CANopenDataType::Unsigned40,             0, 1099511627775},
+    {CANopenDataType::Unsigned48,             0, 281474976710655},
+};
+// clang-format on
+
+RangeRow rangeOf(CANopenDataType type)
+{
+    for (const RangeRow &row : kRanges) {
+        if (row.type == type)
+            return row;
+    }
+    return {type, 0, kHighest};
+}
+
+qint64 toNumber(const QVariant &value)
+{
+    bool ok = false;
+    const qint64 number = value.toLongLong(&ok);
+    return ok ? number : Numbers::toLongLongByPrefix(value.toString());
+}
+
+/// A range without upper end is marked by the one character U+FFFF, for which SQLite gives U+FFFD
+/// when it reads it back.
+bool isOpenEnd(const QString &limit)
+{
+    return limit == QChar(0xFFFF) || limit == QChar(0xFFFD);
+}
+
+bool isMappingObject(quint16 index)
+{
+    return (index >= 0x1600 && index <= 0x17FF) || (index >= 0x1A00 && index <= 0x1BFF);
+}
+
+CANopenDataType typeOf(const SubIndexData &data)
+{
+    return static_cast<CANopenDataType>(data.dataType);
+}
+
+} // namespace
+
+void ModelChecker::checkIndex(quint16 index, bool &corrected)
+{
+    IndexData object;
+    (void)project->getIndexData(line, index, object); // then the defaults stand
+    QList<quint8> subs = project->getSubIndices(line, index, 0);
+    std::sort(subs.begin(), subs.end());
+    const bool isVariable = object.objectCode == CANopen::ObjectCode::Var;
+    if (!isVariable && subs.isEmpty()) {
+        reportObject(Msg::SubIndicesMissing, index);
+    } else if (!isVariable) {
+        checkEntryCount(index, subs, corrected);
+        checkSub0Attributes(index, corrected);
+    }
+    if (object.name.isEmpty())
+        reportObject(Msg::ObjectNameMissing, index);
+    if (isVariable && subs.size() > 1)
+        reportObject(Msg::VariableHasSubIndices, index);
+    for (const quint8 sub : qAsConst(subs))
+        checkSub(index, sub, object.objectCode);
+}
+
+void ModelChecker::checkEntryCount(quint16 index, const QList<quint8> &subs, bool &corrected)
+{
+    const quint8 highest = subs.last();
+    if (highest == static_cast<quint8>(valueOf(index, 0)) || !checkSub0Required(line, index))
+        return;
+    correct(corrected, Msg::Sub0ValueCorrected, {index, 0}, {hex4(index)}, [this, index, highest] {
+        project->setSubIndexValue(line, index, 0, QString::number(highest));
+    });
+}
+
+/// Must run after checkEntryCount(): the record that is written back here holds what that one has
+/// corrected.
+void ModelChecker::checkSub0Attributes(quint16 index, bool &corrected)
+{
+    SubIndexData data;
+    if (project->getSubIndexData(line, index, 0, data)) {
+        const bool required = checkSub0Required(line, index);
+        if (!data.defaultInEds && required)
+            report(Msg::Sub0DefaultFlagMissing, {index, 0}, {hex4(index)});
+        const bool isVariable =
+            data.implementation != ManagedConst && data.implementation != Virtual;
+        if (isVariable && required && data.accessType == QLatin1String("const")) {
+            correct(corrected, Msg::Sub0MadeConstant, {index, 0}, {hex4(index)},
+                    [this, index, data]() mutable {
+                        data.implementation = ManagedConst;
+                        project->addSubIndex(line, index, 0, data);
+                    });
+        }
+    }
+    if (!isDefaultWrittenToEds(data))
+        report(Msg::Sub0DefaultNotInEds, {index, 0}, {hex4(index)});
+}
+
+bool ModelChecker::checkSub0Required(quint8 lineNumber, quint16 index) const
+{
+    if (index == 0x1003)
+        return false; // there it is the number of errors that happened
+    if (!isMappingObject(index))
+        return true;
+    if (isDynamicMapping(lineNumber, index))
+        return false;
+    const QString value = project->getSubIndexValue(lineNumber, index, 0);
+    return static_cast<quint8>(Numbers::toUIntByPrefix(value)) < kFirstMarker;
+}
+
+bool ModelChecker::isDynamicMapping(quint8 lineNumber, quint16 index) const
+{
+    SubIndexData data;
+    return project->getSubIndexData(lineNumber, index, 0, data) &&
+           data.accessType == QLatin1String("rw");
+}
+
+void ModelChecker::checkSub(quint16 index, quint8 subIndex, CANopen::ObjectCode objectCode)
+{
+    const SubIndexData data = recordOf(index, subIndex);
+    if (!limitCheckEnabled && data.limitInEds && index >= 0x1000)
+        reportSub(Msg::LimitCheckOff, index, subIndex);
+    const bool hasMembers =
+        objectCode == CANopen::ObjectCode::Array || objectCode == CANopen::ObjectCode::Record;
+    if (hasMembers && data.name.isEmpty())
+        reportSub(Msg::SubIndexNameMissing, index, subIndex);
+    checkImplementation(index, subIndex, data);
+    checkStrings(index, subIndex, data);
+    if (typeOf(data) != CANopenDataType::VisibleString &&
+        typeOf(data) != CANopenDataType::OctetString)
+        checkRanges(index, subIndex, data);
+}
+
+void ModelChecker::checkImplementation(quint16 index, quint8 subIndex, const SubIndexData &data)
+{
+    if (data.implementation == Variable) {
+        static const QRegularExpression invalid(QStringLiteral("[ ,;]"));
+        if (data.varName.isEmpty())
+            reportSub(Msg::VariableNameMissing, index, subIndex);
+        else if (data.varName.contains(invalid))
+            reportSub(Msg::VariableNameInvalid, index, subIndex);
+    }
+    checkAccess(index, subIndex, data);
+    if (data.implementation == ManagedConst && data.accessType.contains(QLatin1Char('w')))
+        reportSub(Msg::ConstantIsWritable, index, subIndex);
+}
+
+void ModelChecker::checkAccess(quint16 index, quint8 subIndex, const SubIndexData &data)
+{
+    for (const char *known : {"ro", "const", "rw", "rwr", "rww", "wo"}) {
+        if (data.accessType == QLatin1String(known))
+            return;
+    }
+    report(Msg::AccessTypeInvalid, {index, subIndex},
+           {hex4(index), hex2(subIndex), data.accessType});
+}
+
+/// A managed variable has a number as its memory.
+void ModelChecker::checkStrings(quint16 index, quint8 subIndex, const SubIndexData &data)
+{
+    if (data.implementation != ManagedVariable)
+        return;
+    switch (typeOf(data)) {
+    case CANopenDataType::OctetString:
+        return reportSub(Msg::OctetStringManaged, index, subIndex);
+    case CANopenDataType::VisibleString:
+        return reportSub(Msg::VisibleStringManaged, index, subIndex);
+    case CANopenDataType::Utf8String:
+        return reportSub(Msg::Utf8StringManaged, index, subIndex);
+    default:
+        return;
+    }
+}
+
+void ModelChecker::checkRanges(quint16 index, quint8 subIndex, const SubIndexData &data)
+{
+    const bool isDomain = typeOf(data) == CANopenDataType::Domain;
+    if (!isDomain && typeOf(data) != CANopenDataType::Utf8String) {
+        QList<QVariant> values{data.defaultValue};
+        if (data.limitInEds)
+            values << data.lowLimit << data.upLimit;
+        if (!checkValues(typeOf(data), values))
+            reportSub(Msg::ValueOutOfType, index, subIndex);
+    }
+    if (typeOf(data) == CANopenDataType::Unknown)
+        reportSub(Msg::DatatypeUnknown, index, subIndex);
+    if (isDomain || !data.limitInEds)
+        return;
+    bool isNumber = false;
+    const qint64 low = Numbers::toLongLongByPrefix(data.lowLimit);
+    const qint64 high = Numbers::toLongLongByPrefix(data.upLimit);
+    const qint64 value = Numbers::toLongLongByPrefix(data.defaultValue, &isNumber);
+    if (isNumber && !isOpenEnd(data.upLimit) && (value < low || high < value))
+        reportSub(Msg::DefaultOutOfLimits, index, subIndex);
+}
+
+bool ModelChecker::checkValues(CANopenDataType type, const QList<QVariant> &values)
+{
+    const RangeRow range = rangeOf(type);
+    return std::all_of(values.cbegin(), values.cend(), [&range](const QVariant &value) {
+        const qint64 number = toNumber(value);
+        return number >= range.low && number <= range.high;
+    });
+}
+
+bool ModelChecker::getLimitsByBits(quint8 bits, bool isUnsigned, qint64 &low, qint64 &high)
+{
+    const int valueBits = isUnsigned ? bits : bits - 1;
+    high = valueBits >= 63 ? kHighest : valueBits < 1 ? 0 : (qint64(1) << valueBits) - 1;
+    low = isUnsigned || bits == 0 ? 0 : -high - 1;
+    return true;
+}
+
+QString ModelChecker::disableCob(const QString &cobId)
+{
+    static const QRegularExpression pattern(QStringLiteral("(\\$nodeid\\+)*(0x[0-9A-Fa-f]+)"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    constexpr quint32 kInvalid = 0x80000000;
+    const QRegularExpressionMatch match = pattern.match(cobId);
+    qCDebug(lcCheck) << "COB-ID" << match.capturedTexts();
+    if (!match.hasMatch())
+        return cobId;
+    QString number = match.captured(2);
+    const quint32 value = Numbers::toUIntByPrefix(number);
+    if (!(value & kInvalid))
+        number = QStringLiteral("0x%1").arg(value | kInvalid, 8, 16, QLatin1Char('0'));
+    return match.captured(1) + number;
+}
