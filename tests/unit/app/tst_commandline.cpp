@@ -81,21 +81,14 @@ private slots:
 
     void printsAndReturns_data()
     {
+        // clang-format off
         columns<QString, QByteArray, int>("arguments", "output", "exitCode");
         const QByteArray noParameter = kHelp + "Error - Parameter error.\n";
-        const QByteArray noProject =
-            "Project not given.\n" + kHelp + "Error - No project specified.\n";
+        const QByteArray noProject = "Project not given.\n" + kHelp + "Error - No project specified.\n";
         const QByteArray notOpened = "Error - Open project failed.\n";
         const QByteArray notImported = "Import failed.\nError - Import error.\n";
-        const QByteArray untyped = "\nCheck of model consistency started\n"
-                                   "Warning line type not set for line 0.\n"
-                                   "\nCheck of model consistency finished.\n\n"
-                                   "Generation finished.\n";
-        const QByteArray notWritten =
-            kCheck + "Generation of textual object dictionary documentation in %DIR% started\n"
-                     "ERROR - Generation of textual documenation failed. "
-                     "Could not open %DIR%/taken_doc.txt\n"
-                     "Generation finished.\n";
+        const QByteArray untyped = "\nCheck of model consistency started\nWarning line type not set for line 0.\n\nCheck of model consistency finished.\n\nGeneration finished.\n";
+        const QByteArray notWritten = kCheck + "Generation of textual object dictionary documentation in %DIR% started\nERROR - Generation of textual documenation failed. Could not open %DIR%/taken_doc.txt\nGeneration finished.\n";
         // clang-format off
         QTest::newRow("no_arguments") << "" << noParameter << 4;
         QTest::newRow("help") << "-help" << kHelp << 0;
@@ -117,6 +110,7 @@ private slots:
         QTest::newRow("folder_in_place_of_an_output") << "-project taken.tsrt" << notWritten << 0;
         QTest::newRow("untyped_line") << "-project untyped.tsrt" << untyped << 0;
         QTest::newRow("modifier_before_check") << "-project untyped.tsrt -dbmod mod.txt" << kFullRun << 0;
+        // clang-format on
         // clang-format on
     }
     void printsAndReturns()

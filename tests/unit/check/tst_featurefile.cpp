@@ -14,17 +14,15 @@ private slots:
 
     void readsVersions_data()
     {
+        // clang-format off
         QTest::addColumn<QByteArray>("text");
         QTest::addColumn<QString>("required");
         QTest::addColumn<QString>("current");
-        const auto row = [](const char *name, const QByteArray &text, const char *required,
-                            const char *current) {
+        const auto row = [](const char *name, const QByteArray &text, const char *required, const char *current) {
             QTest::newRow(name) << text << QString(required) << QString(current);
         };
         const QByteArray deep = QByteArray("<a>").repeated(200000);
-        row("both",
-            "<s><version>1.2</version><required_tool_version>3.11</required_tool_version></s>",
-            "3.11", "1.2");
+        row("both", "<s><version>1.2</version><required_tool_version>3.11</required_tool_version></s>", "3.11", "1.2");
         row("first_counts", "<s><x><version>1</version></x><version>2</version></s>", "0.0", "1");
         row("cdata", "<version><![CDATA[1.5]]></version>", "0.0", "1.5");
         row("without_text", "<s><version/></s>", "0.0", "0.0");
@@ -34,11 +32,8 @@ private slots:
         row("bytes", QByteArray("\0\xFF<\x80", 4), "0.0", "0.0");
         row("endless_nesting", deep, "0.0", "0.0");
         row("closed_nesting", deep + QByteArray("</a>").repeated(200000), "0.0", "0.0");
-        row("entities",
-            "<!DOCTYPE s [<!ENTITY a 'xxxxxxxxxx'><!ENTITY b '&a;&a;&a;&a;&a;&a;&a;&a;&a;'>"
-            "<!ENTITY c '&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;'><!ENTITY d '&c;&c;&c;&c;&c;&c;'>]>"
-            "<s><version>&d;</version></s>",
-            "0.0", "0.0");
+        row("entities", "<!DOCTYPE s [<!ENTITY a 'xxxxxxxxxx'><!ENTITY b '&a;&a;&a;&a;&a;&a;&a;&a;&a;'><!ENTITY c '&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;'><!ENTITY d '&c;&c;&c;&c;&c;&c;'>]><s><version>&d;</version></s>", "0.0", "0.0");
+        // clang-format on
     }
     void readsVersions()
     {

@@ -73,93 +73,64 @@ private slots:
 
     void object_data()
     {
+        // clang-format off
         addColumns();
-        const QString count =
-            C + "Object 0x1018</i>: The value of subindex 0 does not fit to the highest subindex.";
-        const QString constant = C + "Object 0x1018-0</i>:'Managed Const' is used as "
-                                     "implementation type for this subindex.";
-        const QString flag =
-            E + "Object 0x1018-0:The 'default value' flag must be set for this subindex.";
+        const QString count = C + "Object 0x1018</i>: The value of subindex 0 does not fit to the highest subindex.";
+        const QString constant = C + "Object 0x1018-0</i>:'Managed Const' is used as implementation type for this subindex.";
+        const QString flag = E + "Object 0x1018-0:The 'default value' flag must be set for this subindex.";
         row("sound", {});
-        row("empty_array", {"object 2001 8"},
-            {E + "Object 0x2001: This array does not contain any sub-indices"});
+        row("empty_array", {"object 2001 8"}, {E + "Object 0x2001: This array does not contain any sub-indices"});
         row("empty_variable", {"object 2001 7"});
         row("count_wrong", {"put 1018:0 value 2"}, {count});
-        row("count_cut_to_a_byte", {"put 1018:0 value 0x103"},
-            {E + "Object 0x1018-0x00: The values of the limits or defaultvalue does to fit to the "
-                 "datatype."});
-        row("count_and_constant", {"put 1018:0 value 2", "put 1018:0 implementation 0"},
-            {count, constant});
-        row("corrections_off", {"put 1018:0 value 2", "put 1018:0 implementation 0",
-                                "user disableautocorrection true"});
+        row("count_cut_to_a_byte", {"put 1018:0 value 0x103"}, {E + "Object 0x1018-0x00: The values of the limits or defaultvalue does to fit to the datatype."});
+        row("count_and_constant", {"put 1018:0 value 2", "put 1018:0 implementation 0"}, {count, constant});
+        row("corrections_off", {"put 1018:0 value 2", "put 1018:0 implementation 0", "user disableautocorrection true"});
         row("virtual_constant", {"put 1018:0 implementation 3"});
-        row("error_list", {"variable 1014 7 ro", "record 1003 ro 0", "put 1003:0 value 0",
-                           "put 1003:0 implementation 0"});
+        row("error_list", {"variable 1014 7 ro", "record 1003 ro 0", "put 1003:0 value 0", "put 1003:0 implementation 0"});
         row("multiplexed_mapping", {"put 1600:0 value 254"});
         row("dynamic_mapping", entries("1600", 2, "1"));
-        row("count_not_in_eds", {"put 1018:0 in_eds 0"},
-            {flag, W + "Object 0x1018-0:The defaultvalue of this subindex should be written into "
-                       "the EDS/XDD file."});
+        row("count_not_in_eds", {"put 1018:0 in_eds 0"}, {flag, W + "Object 0x1018-0:The defaultvalue of this subindex should be written into the EDS/XDD file."});
         row("count_always_in_eds", {"put 1018:0 in_eds 0", "put 1018:0 write_to_eds 2"}, {flag});
-        row("variable_with_members", {"record 2001 ro 0", "object 2001 7"},
-            {E + "Object 0x2001: The object is a VARIABLE but has multiple subindices."});
+        row("variable_with_members", {"record 2001 ro 0", "object 2001 7"}, {E + "Object 0x2001: The object is a VARIABLE but has multiple subindices."});
         row("below_communication_area", {"object fff 8"});
+        // clang-format on
     }
     void object() { checkLine(); }
 
     void subindex_data()
     {
+        // clang-format off
         addColumns();
-        const QString invalid = E + "Object 0x2000-0x00: The variable name contains invalid "
-                                    "characters like spaces or commas.";
-        const QString unfit = E + "Object 0x2002-0x00: The values of the limits or defaultvalue "
-                                  "does to fit to the datatype.";
-        const QString outside =
-            E + "Object 0x2002-0x00: The defaultvalue is not in the range of the limits.";
+        const QString invalid = E + "Object 0x2000-0x00: The variable name contains invalid characters like spaces or commas.";
+        const QString unfit = E + "Object 0x2002-0x00: The values of the limits or defaultvalue does to fit to the datatype.";
+        const QString outside = E + "Object 0x2002-0x00: The defaultvalue is not in the range of the limits.";
         const QString variable = "put 2000:0 implementation 2";
-        row("limits_unchecked", limited("5", "1", "0", "2") << "set limit_check=2",
-            {W + "Object 0x2002-0x00: Limit Check is activated, but it is deactivated in the "
-                 "global settings."});
+        row("limits_unchecked", limited("5", "1", "0", "2") << "set limit_check=2", {W + "Object 0x2002-0x00: Limit Check is activated, but it is deactivated in the global settings."});
         row("no_limits", limited("5", "1") << "set limit_check=0");
-        row("nameless_member", {"put 1018:3 name "},
-            {E + "Object 0x1018-0x03: The object does not have a name. (Required for EDS)"});
+        row("nameless_member", {"put 1018:3 name "}, {E + "Object 0x1018-0x03: The object does not have a name. (Required for EDS)"});
         row("nameless_variable", {"put 2000:0 name "});
-        for (const char *name : {"a b", "a,b", "a;b"})
-            row(name, {variable, QString("put 2000:0 varname ") + name}, {invalid});
-        row("no_variable_name", {variable},
-            {E + "Object 0x2000-0x00: The variable name is missing."});
+        for (const char *name : {"a b", "a,b", "a;b"}) row(name, {variable, QString("put 2000:0 varname ") + name}, {invalid});
+        row("no_variable_name", {variable}, {E + "Object 0x2000-0x00: The variable name is missing."});
         row("array_element", {variable, "put 2000:0 varname a[1].b"});
-        row("access_case", {"put 1017:0 access Rw"},
-            {E + "Object 0x1017-0x00: The access type 'Rw' is invalid. Use ro, rw, const, wo, rww "
-                 "or rwr instead."});
-        row("access_with_place_holder", {"put 1017:0 access %2"},
-            {E + "Object 0x1017-0x00: The access type '%2' is invalid. Use ro, rw, const, wo, rww "
-                 "or rwr instead."});
-        row("writable_constant", {"put 1017:0 implementation 1"},
-            {E + "Object 0x1017-0x00: The implementation type is Managed Const, but the access "
-                 "type allows write access."});
+        row("access_case", {"put 1017:0 access Rw"}, {E + "Object 0x1017-0x00: The access type 'Rw' is invalid. Use ro, rw, const, wo, rww or rwr instead."});
+        row("access_with_place_holder", {"put 1017:0 access %2"}, {E + "Object 0x1017-0x00: The access type '%2' is invalid. Use ro, rw, const, wo, rww or rwr instead."});
+        row("writable_constant", {"put 1017:0 implementation 1"}, {E + "Object 0x1017-0x00: The implementation type is Managed Const, but the access type allows write access."});
         row("read_only_constant", {"put 1001:0 implementation 1"});
-        row("octet_string", {"variable 2001 10 ro"},
-            {E + "Object 0x2001-0x00: The implementation type 'Managed Variable' is not possible "
-                 "for octet strings."});
-        row("visible_string", {"variable 2001 9 ro"},
-            {E + "Object 0x2001-0x00: The implementation type 'Managed Variable' is not possible "
-                 "for visible strings. Use 'Managed Const' or 'Variable' instead."});
-        row("utf8_string", {"variable 2001 124 ro"},
-            {E + "Object 0x2001-0x00: The implementation type 'Managed Variable' is not possible "
-                 "for UTF8 strings. Use 'Managed Const' or 'Variable' instead."});
+        row("octet_string", {"variable 2001 10 ro"}, {E + "Object 0x2001-0x00: The implementation type 'Managed Variable' is not possible for octet strings."});
+        row("visible_string", {"variable 2001 9 ro"}, {E + "Object 0x2001-0x00: The implementation type 'Managed Variable' is not possible for visible strings. Use 'Managed Const' or 'Variable' instead."});
+        row("utf8_string", {"variable 2001 124 ro"}, {E + "Object 0x2001-0x00: The implementation type 'Managed Variable' is not possible for UTF8 strings. Use 'Managed Const' or 'Variable' instead."});
         row("string_of_application", limited("9", "text", "5", "1"));
         row("default_unfit", limited("5", "256"), {unfit});
         row("limit_unfit", limited("2", "0", "-129", "127"), {unfit});
         row("limit_unused", limited("2", "-128", "", "300"));
         row("domain", limited("15", "-1", "5", "1"));
-        row("unknown_type", limited("0", "1"),
-            {E + "Object 0x2002-0x00: Unknown or unsupported datatype."});
+        row("unknown_type", limited("0", "1"), {E + "Object 0x2002-0x00: Unknown or unsupported datatype."});
         row("default_below", limited("3", "-6", "-5", "5"), {outside});
         row("default_at_limits", limited("3", "-5", "-0x5", "-5"));
         row("default_above", limited("124", "6", "0", "5"), {outside});
         row("default_no_number", limited("124", "text", "1", "5"));
         row("open_upper_end", limited("5", "0", "1", QChar(0xFFFF)));
+        // clang-format on
     }
     void subindex() { checkLine(); }
 
@@ -214,6 +185,7 @@ private slots:
 
     void project_data()
     {
+        // clang-format off
         addColumns();
         const QString uds = R + "UDS server and UDS client together on one line is not possible.";
         const QString block = R + "CANopen SDO block size may not exceed 127.";
@@ -222,17 +194,13 @@ private slots:
         const QString client = "set udsclient_supported=2";
         row("uds_single", {server, client, "node 32"}, {uds});
         row("uds_server_only", {server, "set udsclient_supported=0"});
-        row("uds_apart",
-            {server, client, "node 1", "set uds_server_active=1,0", "set uds_client_cnt=0,1"});
-        row("uds_together",
-            {server, client, "node 1", "set uds_server_active=0,1", "set uds_client_cnt=0,0x2"},
-            {uds});
+        row("uds_apart", {server, client, "node 1", "set uds_server_active=1,0", "set uds_client_cnt=0,1"});
+        row("uds_together", {server, client, "node 1", "set uds_server_active=0,1", "set uds_client_cnt=0,0x2"}, {uds});
         row("block_size", {"set sdo_blocktransfer_block_size=0x80"}, {block});
         row("block_size_127", {"set sdo_blocktransfer_block_size=127"});
         row("block_size_byte", {"set sdo_blocktransfer_block_size=256"});
-        row("all",
-            {server, client, "set sdo_blocktransfer_block_size=255", "set co_timer_interval="},
-            {uds, block, timer});
+        row("all", {server, client, "set sdo_blocktransfer_block_size=255", "set co_timer_interval="}, {uds, block, timer});
+        // clang-format on
     }
     void project()
     {
@@ -241,6 +209,7 @@ private slots:
 
     void upgrade_data()
     {
+        // clang-format off
         QTest::addColumn<QString>("version");
         QTest::addColumn<QString>("application");
         QTest::addColumn<QStringList>("texts");
@@ -249,16 +218,15 @@ private slots:
         const QString canopen = "CANopen Tessarine";
         const QString other = "CAN Tessarine";
         const QString init = add + "uds_init.c" + end;
-        const auto hints = [](const char *name, const QString &application,
-                              const QStringList &texts) {
+        const auto hints = [](const char *name, const QString &application, const QStringList &texts) {
             QTest::newRow(name) << QString(name).section('_', 0, 0) << application << texts;
         };
         hints("3.0", canopen, {add + "co_common.c and co_memcpy.c" + end});
         hints("3.6.9_other", other, {add + "co_common.c, co_memcpy.c and co_mapping.c" + end});
         hints("3.7", canopen, {add + "co_memcpy.c" + end, init});
         hints("3.8_other", other, {add + "co_memcpy.c and co_mapping.c" + end, init});
-        for (const char *version : {"", "3.9", "2.5"})
-            hints(version, canopen, {});
+        for (const char *version : {"", "3.9", "2.5"}) hints(version, canopen, {});
+        // clang-format on
     }
     void upgrade()
     {
@@ -278,21 +246,14 @@ private slots:
 
     void stack_data()
     {
+        // clang-format off
         addColumns();
         const QString cannot = "Cannot check if generated code fits to installed stack/framework.";
-        row("no_path", {"user costackpath "},
-            {"Info: Path to protocol stack not specified. " + cannot,
-             "Specify path to protocol stack at Options -> Settings."});
-        row("path_of_sibling", {"user costackpath ", "sibling 2.3 /none", "sibling 2.4 /else"},
-            {"Info: No *_featureinfo_*.xml file found in protocol stack folder /none. " + cannot});
-        row("no_version", {"feature a "},
-            {R + "Version of installed stack does not fit. It requires an older version of the "
-                 "tool. Cannot generate files."});
-        row("first_misfit",
-            {"feature b <required_tool_version> 3.11 </required_tool_version>",
-             "feature c <required_tool_version>3.12</required_tool_version>", "feature d "},
-            {R + "Version of installed stack does not fit. It requires tool version 3.12. Cannot "
-                 "generate files."});
+        row("no_path", {"user costackpath "}, {"Info: Path to protocol stack not specified. " + cannot, "Specify path to protocol stack at Options -> Settings."});
+        row("path_of_sibling", {"user costackpath ", "sibling 2.3 /none", "sibling 2.4 /else"}, {"Info: No *_featureinfo_*.xml file found in protocol stack folder /none. " + cannot});
+        row("no_version", {"feature a "}, {R + "Version of installed stack does not fit. It requires an older version of the tool. Cannot generate files."});
+        row("first_misfit", {"feature b <required_tool_version> 3.11 </required_tool_version>", "feature c <required_tool_version>3.12</required_tool_version>", "feature d "}, {R + "Version of installed stack does not fit. It requires tool version 3.12. Cannot generate files."});
+        // clang-format on
     }
     void stack() { checkLine(); }
 
@@ -319,24 +280,17 @@ private slots:
 
     void settings_data()
     {
+        // clang-format off
         addColumns();
-        const QString function = E + "CANopen basic Stack Settings: The name of the NodeId "
-                                     "function may not include a ";
-        row("no_node_id", {"set co_node_id="},
-            {E + "CANopen basic Stack Settings: No Node-Id specified for line 0: Specify a number "
-                 "between 1 and 127, or 255 for LSS or a function name like e.g. readDipSwitch in "
-                 "the line below."});
+        const QString function = E + "CANopen basic Stack Settings: The name of the NodeId function may not include a ";
+        row("no_node_id", {"set co_node_id="}, {E + "CANopen basic Stack Settings: No Node-Id specified for line 0: Specify a number between 1 and 127, or 255 for LSS or a function name like e.g. readDipSwitch in the line below."});
         row("node_id_function", {"set co_node_id=,1", "set co_node_id_fct=readSwitch,"});
-        row("function_call", {"set co_node_id_fct=readSwitch()"},
-            {function + "(.", function + ")."});
+        row("function_call", {"set co_node_id_fct=readSwitch()"}, {function + "(.", function + ")."});
         row("call_of_other_line", {"set co_node_id_fct=readSwitch,other()"});
-        row("receive_buffer", {"set receivebuffersize=,10"},
-            {E + "Common Settings: CAN receive buffer size must be specified individually for each "
-                 "line."});
-        row("transmit_buffer", {"set transmitbuffersize=0x10"},
-            {E + "Common Settings: CAN transmit buffer size must be specified individually for "
-                 "each line."});
+        row("receive_buffer", {"set receivebuffersize=,10"}, {E + "Common Settings: CAN receive buffer size must be specified individually for each line."});
+        row("transmit_buffer", {"set transmitbuffersize=0x10"}, {E + "Common Settings: CAN transmit buffer size must be specified individually for each line."});
         row("master_list_of_first_line", {"set nmtmaster=2", "set co_ml_ms=1"});
+        // clang-format on
     }
     void settings() { checkLine(); }
 
@@ -357,233 +311,124 @@ private slots:
 
     void communication_data()
     {
+        // clang-format off
         addColumns();
-        const QString slaves = E + "Object 0x1f81: Value of 'max slave Assigment count' may not "
-                                   "exceed number of subindices of object 0x1f81.";
-        const QString noVendor =
-            E + "Object 0x1018-0x01: The value of subindex 1 (vendor-ID) is empty.";
-        row("no_device_type", {"remove 1000"},
-            {E + "Object 0x1000 (Device Type) must be a VARIABLE according to the CANopen "
-                 "specification.",
-             E + "Object 0x1000 (Device Type) does not exist, but it is mandatory according to "
-                 "CANopen specification."});
-        row("fd_variable", {"set canfd_supported=1"},
-            {E + "Object 0x1000 (Device Type) must be an ARRAY according to the CANopen FD "
-                 "specification."});
+        const QString slaves = E + "Object 0x1f81: Value of 'max slave Assigment count' may not exceed number of subindices of object 0x1f81.";
+        const QString noVendor = E + "Object 0x1018-0x01: The value of subindex 1 (vendor-ID) is empty.";
+        row("no_device_type", {"remove 1000"}, {E + "Object 0x1000 (Device Type) must be a VARIABLE according to the CANopen specification.", E + "Object 0x1000 (Device Type) does not exist, but it is mandatory according to CANopen specification."});
+        row("fd_variable", {"set canfd_supported=1"}, {E + "Object 0x1000 (Device Type) must be an ARRAY according to the CANopen FD specification."});
         row("fd_array", {"set canfd_supported=1", "record 1000 ro 0", "object 1000 8"});
-        row("no_error_register", {"remove 1001"},
-            {E + "Object 0x1001 (Error Register) does not exist, but it is mandatory according to "
-                 "CANopen specification."});
-        row("no_error_control", {"remove 1017"},
-            {E + "Object 0x1017 (Producer Heartbeat) and 0x100C (Guard Time) do not exist, but one "
-                 "of them is mandatory."});
+        row("no_error_register", {"remove 1001"}, {E + "Object 0x1001 (Error Register) does not exist, but it is mandatory according to CANopen specification."});
+        row("no_error_control", {"remove 1017"}, {E + "Object 0x1017 (Producer Heartbeat) and 0x100C (Guard Time) do not exist, but one of them is mandatory."});
         row("guard_time", {"remove 1017", "variable 100c 6 rw"});
         row("too_many_slaves", {"set max_slave_assignment= 3 ", "record 1f81 ro 0 0"}, {slaves});
         row("slaves_fit", {"set max_slave_assignment=2", "record 1f81 ro 0 0"});
         row("slaves_without_object", {"set max_slave_assignment=3"});
-        for (const char *index : {"1016", "1028", "1f81"})
-            row(index,
-                {QString("record %1 ro 1 1 1").arg(index), QString("remove %1:2").arg(index)},
-                {E + "Object 0x" + index + " may not have gaps."});
+        for (const char *index : {"1016", "1028", "1f81"}) row(index, {QString("record %1 ro 1 1 1").arg(index), QString("remove %1:2").arg(index)}, {E + "Object 0x" + index + " may not have gaps."});
         row("gap_elsewhere", {"remove 1018:2"});
-        row("store_values", {"record 1010 rw 1 2  2", "record 1011 rw 0x2"},
-            {E + "Object 0x1010:2 only default values between 0 and 1 are supported. Enable "
-                 "CO_AUTO_STORE_HANDLED_BY_APPLICATION to support other values",
-             E + "Object 0x1011:1 only default values between 0 and 1 are supported. Enable "
-                 "CO_AUTO_STORE_HANDLED_BY_APPLICATION to support other values"});
-        row("store_values_of_application",
-            {"set 1010autostore_by_application=1", "record 1010 rw 3 4"},
-            {E + "Object 0x1010:2 only default values between 0 and 3 are supported."});
-        row("master", {"set nmtmaster=1"},
-            {W + "Object 0x102a: The object 0x102A (NMT inhibit time) is highly recommended for "
-                 "masters. It may be added via 'Add Communication Service'."});
+        row("store_values", {"record 1010 rw 1 2  2", "record 1011 rw 0x2"}, {E + "Object 0x1010:2 only default values between 0 and 1 are supported. Enable CO_AUTO_STORE_HANDLED_BY_APPLICATION to support other values", E + "Object 0x1011:1 only default values between 0 and 1 are supported. Enable CO_AUTO_STORE_HANDLED_BY_APPLICATION to support other values"});
+        row("store_values_of_application", {"set 1010autostore_by_application=1", "record 1010 rw 3 4"}, {E + "Object 0x1010:2 only default values between 0 and 3 are supported."});
+        row("master", {"set nmtmaster=1"}, {W + "Object 0x102a: The object 0x102A (NMT inhibit time) is highly recommended for masters. It may be added via 'Add Communication Service'."});
         row("master_with_inhibit_time", {"set nmtmaster=1", "variable 102a 6 rw"});
         row("no_identity", {"remove 1018"}, {noVendor});
-        row("empty_identity", {"record 1018 ro   "},
-            {noVendor, E + "Object 0x1018: The value of subindex 2 (product code) is empty.",
-             E + "Object 0x1018: The value of subindex 3 (revision number) is empty."});
+        row("empty_identity", {"record 1018 ro   "}, {noVendor, E + "Object 0x1018: The value of subindex 2 (product code) is empty.", E + "Object 0x1018: The value of subindex 3 (revision number) is empty."});
         row("identity_of_zeros", {"record 1018 ro 0 0 0 0"});
-        row("makers_vendor_id", {"put 1018:1 value 793"},
-            {"<strong>Warning: Object 0x1018-0x01: The vendor-ID 0x319 (Korvel) may not be used "
-             "for production. </strong>"});
-        row("constant_serial_number", {"record 1018 ro 1 1 1 1", "put 1018:4 implementation 1"},
-            {"<strong>Warning</strong>: Object 0x1018: The implementation type of subindex 4 "
-             "(serial number) is 'Managed Const'. This is not useful in most cases."});
-        row("errors_without_emergency", {"record 1003 ro 0"},
-            {E + "Object 0x1003: This object can only be used, if object 0x1014 exists as well."});
-        row("emergency_consumers", {"record 1028 rw 0x81 0x0"},
-            {E + "Object 0x1028-2: The value of this sub index may not be 0x00000000."});
+        row("makers_vendor_id", {"put 1018:1 value 793"}, {"<strong>Warning: Object 0x1018-0x01: The vendor-ID 0x319 (Korvel) may not be used for production. </strong>"});
+        row("constant_serial_number", {"record 1018 ro 1 1 1 1", "put 1018:4 implementation 1"}, {"<strong>Warning</strong>: Object 0x1018: The implementation type of subindex 4 (serial number) is 'Managed Const'. This is not useful in most cases."});
+        row("errors_without_emergency", {"record 1003 ro 0"}, {E + "Object 0x1003: This object can only be used, if object 0x1014 exists as well."});
+        row("emergency_consumers", {"record 1028 rw 0x81 0x0"}, {E + "Object 0x1028-2: The value of this sub index may not be 0x00000000."});
+        // clang-format on
     }
     void communication() { checkLine(); }
 
     void mapping_data()
     {
+        // clang-format off
         addColumns();
         const QString r = E + "Object 0x1600: ";
         const QString t = E + "Object 0x1a00: ";
         const QString fd = "set canfd_supported=1";
-        row("no_parameters", {"remove 1400", "remove 1800"},
-            {r + "The corresponding PDO communication parameter object 0x1400 does not exist.",
-             t + "The corresponding PDO communication parameter object 0x1800 does not exist."});
-        row("no_entry", {"remove 1600:1", "put 1600:0 value 0"},
-            {E + "Object 0x1600 of line 0: The PDO mapping table does not contain any mapped "
-                 "object."});
-        row("mixed_access", {"put 1600:1 access ro"},
-            {r + "All subindices of a PDO mapping object must have the same access type. (const "
-                 "for static mapping or rw for dynamic mapping"});
-        row("rpdo_of_nothing", {"put 1600:1 value 0x20010008"},
-            {r + "The mapped object 0x2001:00 does not exist.",
-             r + "The access right of the mapped object 0x2001:00 does not fit for an RPDO."});
-        row("tpdo_of_nothing", {"put 1a00:1 value 0x2000ff08"},
-            {t + "The mapped object 0x2000:ff does not exist."});
+        row("no_parameters", {"remove 1400", "remove 1800"}, {r + "The corresponding PDO communication parameter object 0x1400 does not exist.", t + "The corresponding PDO communication parameter object 0x1800 does not exist."});
+        row("no_entry", {"remove 1600:1", "put 1600:0 value 0"}, {E + "Object 0x1600 of line 0: The PDO mapping table does not contain any mapped object."});
+        row("mixed_access", {"put 1600:1 access ro"}, {r + "All subindices of a PDO mapping object must have the same access type. (const for static mapping or rw for dynamic mapping"});
+        row("rpdo_of_nothing", {"put 1600:1 value 0x20010008"}, {r + "The mapped object 0x2001:00 does not exist.", r + "The access right of the mapped object 0x2001:00 does not fit for an RPDO."});
+        row("tpdo_of_nothing", {"put 1a00:1 value 0x2000ff08"}, {t + "The mapped object 0x2000:ff does not exist."});
         row("dummy", {"put 1600:1 value 0x00070020"});
-        row("above_dummies", {"put 1a00:1 value 0x00080020"},
-            {t + "The mapped object 0x0008:00 does not exist."});
-        row("not_mappable", {"put 2000:0 mapping 0"},
-            {r + "PDO mapping is not allowed for object 0x2000:00.",
-             t + "PDO mapping is not allowed for object 0x2000:00."});
-        row("size_too_small", mapped("1600", "0x20010008", "rw"),
-            {W + "Object 0x1600: The size of the mapped object 0x2001:00 is too small."});
-        row("size_too_large", mapped("1600", "0x20010011", "rw"),
-            {r + "The size of the mapped object 0x2001:00 is too large."});
+        row("above_dummies", {"put 1a00:1 value 0x00080020"}, {t + "The mapped object 0x0008:00 does not exist."});
+        row("not_mappable", {"put 2000:0 mapping 0"}, {r + "PDO mapping is not allowed for object 0x2000:00.", t + "PDO mapping is not allowed for object 0x2000:00."});
+        row("size_too_small", mapped("1600", "0x20010008", "rw"), {W + "Object 0x1600: The size of the mapped object 0x2001:00 is too small."});
+        row("size_too_large", mapped("1600", "0x20010011", "rw"), {r + "The size of the mapped object 0x2001:00 is too large."});
         for (const char *access : {"ro", "const", "rwr"}) {
-            row(QByteArray("rpdo_") + access, mapped("1600", "0x20010010", access),
-                {r + "The access right of the mapped object 0x2001:00 does not fit for an RPDO."});
+            row(QByteArray("rpdo_") + access, mapped("1600", "0x20010010", access), {r + "The access right of the mapped object 0x2001:00 does not fit for an RPDO."});
             row(QByteArray("tpdo_") + access, mapped("1a00", "0x20010010", access));
         }
         for (const char *access : {"wo", "rww"}) {
-            row(QByteArray("tpdo_") + access, mapped("1a00", "0x20010010", access),
-                {t + "The access right of the mapped object 0x2001:00 does not fit for a TPDO."});
+            row(QByteArray("tpdo_") + access, mapped("1a00", "0x20010010", access), {t + "The access right of the mapped object 0x2001:00 does not fit for a TPDO."});
             row(QByteArray("rpdo_") + access, mapped("1600", "0x20010010", access));
         }
         row("full", entries("1600", 8, "8"));
         row("too_long", entries("1600", 9, "9"), {r + "Size of PDO exceeds the limit. "});
         row("inactive_entries", entries("1600", 9, "8"));
-        row("fd_full", entries("1600", 64, "64") << fd << "record 1000 ro 0"
-                                                 << "object 1000 8");
-        row("count_too_high", entries("1600", 1, "2"),
-            {E + "Object 0x1600:  Invalid number of mapping entries."});
+        row("fd_full", entries("1600", 64, "64") << fd << "record 1000 ro 0" << "object 1000 8");
+        row("count_too_high", entries("1600", 1, "2"), {E + "Object 0x1600:  Invalid number of mapping entries."});
         row("count_is_marker", entries("1600", 1, "254"));
         const QStringList fourth = {"record 1803 ro 0x200 255", "set overwrite_predef=1"};
-        row("unused_pdo", fourth + entries("1a03", 1, "0"),
-            {C +
-             "Object 0x1803</i>: The COB-ID of this PDO has been disabled (0x80000200), because "
-             "it does not contain active mapping entries."});
+        row("unused_pdo", fourth + entries("1a03", 1, "0"), {C + "Object 0x1803</i>: The COB-ID of this PDO has been disabled (0x80000200), because it does not contain active mapping entries."});
         row("unused_fifth_pdo", QStringList("record 1804 ro 0x200 255") + entries("1a04", 1, "0"));
         row("unused_receive_pdo", entries("1600", 1, "0"));
         row("used_pdo", fourth + entries("1a03", 1, "1"));
-        row("unused_pdo_corrections_off", fourth + entries("1a03", 1, "0")
-                                              << "user disableautocorrection true");
-        const QString small =
-            W + "Object 0x1600: The size of the mapped object 0x2000:00 is too small.";
-        row("bitwise", {"put 1600:1 value 0x20000005"},
-            {small,
-             S + "Bitwise mapping cannot be used with a granularity of 8. Correct device "
-                 "description settings or PDO mapping.",
-             E + "Bitwise mapping not enabled in general settings. Correct general settings or PDO "
-                 "mapping."});
-        row("bitwise_allowed",
-            {"put 1600:1 value 0x20000005", "granularity 1", "set bitwise_mapping=1"}, {small});
-        row("dynamic_granularity", entries("1600", 1, "1") << "granularity 0",
-            {kDynamicGranularity});
+        row("unused_pdo_corrections_off", fourth + entries("1a03", 1, "0") << "user disableautocorrection true");
+        const QString small = W + "Object 0x1600: The size of the mapped object 0x2000:00 is too small.";
+        row("bitwise", {"put 1600:1 value 0x20000005"}, {small, S + "Bitwise mapping cannot be used with a granularity of 8. Correct device description settings or PDO mapping.", E + "Bitwise mapping not enabled in general settings. Correct general settings or PDO mapping."});
+        row("bitwise_allowed", {"put 1600:1 value 0x20000005", "granularity 1", "set bitwise_mapping=1"}, {small});
+        row("dynamic_granularity", entries("1600", 1, "1") << "granularity 0", {kDynamicGranularity});
         row("static_granularity", {"granularity 0"});
+        // clang-format on
     }
     void mapping() { checkLine(); }
 
     void pdo_data()
     {
+        // clang-format off
         addColumns();
-        const QString other = "-0x01: The COB-ID for this PDO does not follow the pre-defined "
-                              "connection set.";
-        const QString advice =
-            "Enable CANopen Stack Settings -> Overwrite pre-defined connection set and call "
-            "userOverwriteCobIdSettings() to use these COB-ID settings.\n\n";
-        row("no_mapping", {"remove 1600"},
-            {E + "Object 0x1400: The corresponding PDO mapping object 0x1600 does not exist."});
-        row("not_in_eds",
-            {"put 1400:1 write_to_eds 0", "put 1400:2 in_eds 0", "put 1800:1 in_eds 0",
-             "put 1800:1 write_to_eds 2"},
-            {H + "Subindex 1 of 0x1400 should have its default value in the EDS file.",
-             H + "Subindex 2 of 0x1400 should have its default value in the EDS file."});
-        row("event_timer", {"record 1800 ro $nodeid+0x180 255 100 0 10"},
-            {S + "Subindex 3 and 5 of 0x1800: Event timer value should be greater than inhibit "
-                 "time value."});
+        const QString other = "-0x01: The COB-ID for this PDO does not follow the pre-defined connection set.";
+        const QString advice = "Enable CANopen Stack Settings -> Overwrite pre-defined connection set and call userOverwriteCobIdSettings() to use these COB-ID settings.\n\n";
+        row("no_mapping", {"remove 1600"}, {E + "Object 0x1400: The corresponding PDO mapping object 0x1600 does not exist."});
+        row("not_in_eds", {"put 1400:1 write_to_eds 0", "put 1400:2 in_eds 0", "put 1800:1 in_eds 0", "put 1800:1 write_to_eds 2"}, {H + "Subindex 1 of 0x1400 should have its default value in the EDS file.", H + "Subindex 2 of 0x1400 should have its default value in the EDS file."});
+        row("event_timer", {"record 1800 ro $nodeid+0x180 255 100 0 10"}, {S + "Subindex 3 and 5 of 0x1800: Event timer value should be greater than inhibit time value."});
         row("event_timer_longer", {"record 1800 ro $nodeid+0x180 255 109 0 11"});
         row("event_timer_off", {"record 1800 ro $nodeid+0x180 255 100 0 0"});
-        row("srdo_parameters", {"record 1301 ro 1", "record 1340 ro 1", "record 1341 ro 1"},
-            {E + "Object 0x1301: The corresponding SRDO mapping object 0x1381 does not exist.",
-             E + "Object 0x1340: The corresponding SRDO mapping object 0x13c0 does not exist."});
-        row("srdo_mapping", {"record 1381 ro 0x20000008 0x10180120 0"},
-            {E + "Object 0x1381: The object 0x2000:00 mapped into an SRDO must be an application "
-                 "variable.",
-             E + "Object 0x1381: The object 0x1018:01 mapped into an SRDO must be an application "
-                 "variable.",
-             E + "Object 0x1381: The PDO mapping must be enabled for object 0x1018:01 to use it in "
-                 "an SRDO.",
-             E + "Object 0x1381: The object 0x0000:00 mapped into an SRDO does not exist."});
+        row("srdo_parameters", {"record 1301 ro 1", "record 1340 ro 1", "record 1341 ro 1"}, {E + "Object 0x1301: The corresponding SRDO mapping object 0x1381 does not exist.", E + "Object 0x1340: The corresponding SRDO mapping object 0x13c0 does not exist."});
+        row("srdo_mapping", {"record 1381 ro 0x20000008 0x10180120 0"}, {E + "Object 0x1381: The object 0x2000:00 mapped into an SRDO must be an application variable.", E + "Object 0x1381: The object 0x1018:01 mapped into an SRDO must be an application variable.", E + "Object 0x1381: The PDO mapping must be enabled for object 0x1018:01 to use it in an SRDO.", E + "Object 0x1381: The object 0x0000:00 mapped into an SRDO does not exist."});
         row("srdo_mapping_fits", limited("5", "0") << "record 13bf ro 0x20020008");
         row("srdo_last_mapping", {"record 13c0 ro 0x20030008"});
         row("cob_id_number", {"put 1400:1 value 0x200"}, {W + "Object 0x1400" + other, advice});
         row("cob_id_case", {"put 1400:1 value $NODEID+0X200"});
         row("cob_id_allowed", {"put 1400:1 value 0x200", "set overwrite_predef=1"});
-        row("cob_id_just_disabled", entries("1a00", 1, "0"),
-            {C + "Object 0x1800</i>: The COB-ID of this PDO has been disabled "
-                 "($NODEID+0x80000180), because it does not contain active mapping entries.",
-             W + "Object 0x1800" + other, advice});
+        row("cob_id_just_disabled", entries("1a00", 1, "0"), {C + "Object 0x1800</i>: The COB-ID of this PDO has been disabled ($NODEID+0x80000180), because it does not contain active mapping entries.", W + "Object 0x1800" + other, advice});
+        // clang-format on
     }
     void pdo() { checkLine(); }
 
     void features_data()
     {
+        // clang-format off
         addColumns();
         const QString unsupported = " not supported by stack version.";
         const QString limit = " in project exceed limit (1) of stack version.";
         const QString version = "<required_tool_version>3.11</required_tool_version>";
-        const QString pdos = "feature base " + version +
-                             "<pdo_producer>1</pdo_producer><pdo_consumer>1</pdo_consumer>";
-        const QString ones = pdos + "<sdo_server>1</sdo_server><sdo_client>1</sdo_client>"
-                                    "<emcy_consumer>1</emcy_consumer><nmt_slave>1</nmt_slave>"
-                                    "<heartbeat_consumer>1</heartbeat_consumer>";
+        const QString pdos = "feature base " + version + "<pdo_producer>1</pdo_producer><pdo_consumer>1</pdo_consumer>";
+        const QString ones = pdos + "<sdo_server>1</sdo_server><sdo_client>1</sdo_client><emcy_consumer>1</emcy_consumer><nmt_slave>1</nmt_slave><heartbeat_consumer>1</heartbeat_consumer>";
         row("offered", {ones, "record 1200 ro 0"});
-        row("no_path", {"user costackpath "},
-            {"\n<strong><font color='red'>Error: Path to protocol stack not specified. "
-             "</font></strong>Cannot check if generated code fits to installed stack/framework.",
-             "Info: Specify path to protocol stack at Options -> Settings."});
-        row("no_file", {"user costackpath ", "sibling 2.3 /3", "sibling 2.4 /4"},
-            {"<strong><font color='red'>Error: No *_featureinfo_*.xml file found in protocol stack "
-             "folder /4.</font></strong> Cannot check if generated code fits to installed "
-             "stack/framework."});
-        row("version", {ones, "feature z "},
-            {R + "Version of installed stack does not fit. It requires an older version of the "
-                 "tool. Cannot generate files."});
-        row("counts",
-            {ones, "record 1200 ro 0", "record 127f ro 0", "record 1280 ro 0", "record 12ff ro 0",
-             "record 1401 ro 0", "record 1801 ro 0", "record 1028 ro 1 1", "record 1016 ro 1 1"},
-            {R + "Number of SDO servers" + limit, R + "Number of SDO clients" + limit,
-             R + "Number of Transmit-PDOs" + limit, R + "Number of Recieve-PDOs" + limit,
-             R + "Number of Emergency consumers" + limit,
-             R + "Number of Heartbeat consumers" + limit});
-        row("second_file", {ones, "record 1200 ro 0", "record 1201 ro 0",
-                            "feature more " + version + "<sdo_server>2</sdo_server>"});
-        row("slave",
-            {pdos, "set lss_supported=1", "variable 1005 7 rw", "put 1005:0 value 0x80000080"},
-            {R + "NMT slave functionality is" + unsupported,
-             R + "LSS slave functionality is" + unsupported,
-             R + "SYNC consumer functionality is" + unsupported});
-        row("master",
-            {pdos, "set nmtmaster=1", "set lss_supported=1", "variable 1005 7 rw",
-             "put 1005:0 value 0x40000080"},
-            {R + "NMT master functionality is" + unsupported,
-             R + "LSS master functionality is" + unsupported,
-             R + "SYNC producer functionality is" + unsupported});
-        row("services",
-            QStringList{pdos, "set nmtmaster=2", "set bootup_manager=1", "set config_manager=1",
-                        "record 13ff ro 0"} +
-                entries("1600", 1, "1") + entries("1a00", 1, "254"),
-            {R + "SRDO functionality is" + unsupported, R + "Dynamic PDO mapping is" + unsupported,
-             R + "MPDOs are" + unsupported,
-             R + "CANopen Bootup Manager functionality is" + unsupported,
-             R + "CANopen Configuration Manager functionality is" + unsupported});
+        row("no_path", {"user costackpath "}, {"\n<strong><font color='red'>Error: Path to protocol stack not specified. </font></strong>Cannot check if generated code fits to installed stack/framework.", "Info: Specify path to protocol stack at Options -> Settings."});
+        row("no_file", {"user costackpath ", "sibling 2.3 /3", "sibling 2.4 /4"}, {"<strong><font color='red'>Error: No *_featureinfo_*.xml file found in protocol stack folder /4.</font></strong> Cannot check if generated code fits to installed stack/framework."});
+        row("version", {ones, "feature z "}, {R + "Version of installed stack does not fit. It requires an older version of the tool. Cannot generate files."});
+        row("counts", {ones, "record 1200 ro 0", "record 127f ro 0", "record 1280 ro 0", "record 12ff ro 0", "record 1401 ro 0", "record 1801 ro 0", "record 1028 ro 1 1", "record 1016 ro 1 1"}, {R + "Number of SDO servers" + limit, R + "Number of SDO clients" + limit, R + "Number of Transmit-PDOs" + limit, R + "Number of Recieve-PDOs" + limit, R + "Number of Emergency consumers" + limit, R + "Number of Heartbeat consumers" + limit});
+        row("second_file", {ones, "record 1200 ro 0", "record 1201 ro 0", "feature more " + version + "<sdo_server>2</sdo_server>"});
+        row("slave", {pdos, "set lss_supported=1", "variable 1005 7 rw", "put 1005:0 value 0x80000080"}, {R + "NMT slave functionality is" + unsupported, R + "LSS slave functionality is" + unsupported, R + "SYNC consumer functionality is" + unsupported});
+        row("master", {pdos, "set nmtmaster=1", "set lss_supported=1", "variable 1005 7 rw", "put 1005:0 value 0x40000080"}, {R + "NMT master functionality is" + unsupported, R + "LSS master functionality is" + unsupported, R + "SYNC producer functionality is" + unsupported});
+        row("services", QStringList{pdos, "set nmtmaster=2", "set bootup_manager=1", "set config_manager=1", "record 13ff ro 0"} + entries("1600", 1, "1") + entries("1a00", 1, "254"), {R + "SRDO functionality is" + unsupported, R + "Dynamic PDO mapping is" + unsupported, R + "MPDOs are" + unsupported, R + "CANopen Bootup Manager functionality is" + unsupported, R + "CANopen Configuration Manager functionality is" + unsupported});
+        // clang-format on
     }
     void features()
     {

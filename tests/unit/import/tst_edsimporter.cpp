@@ -74,10 +74,10 @@ private slots:
 
     void variables_data()
     {
+        // clang-format off
         columns<QString, QString>("entries", "expected");
         // clang-format off
-        QTest::newRow("refuse_write")
-            << "DataType=6\nAccessType=rw\nDefaultValue=$nodeid+1\nObjFlags=1" << "x//6/rw/$NODEID+1//0/65535/0EW";
+        QTest::newRow("refuse_write") << "DataType=6\nAccessType=rw\nDefaultValue=$nodeid+1\nObjFlags=1" << "x//6/rw/$NODEID+1//0/65535/0EW";
         QTest::newRow("refuse_read_without_default") << "ObjFlags=2" << "x//5/ro///0/255/0R";
         QTest::newRow("signs_in_the_name") << "ParameterName=It's 5 % \"x\"" << "It's 5 % \"x\"//5/ro///0/255/0";
         QTest::newRow("value_of_a_dcf") << "ParameterValue=0\nDenotation=Left pump" << "x/Left pump/5/ro//0/0/255/0D";
@@ -91,6 +91,7 @@ private slots:
         QTest::newRow("limits_of_the_type") << "DataType=3" << "x//3/ro///-32768/32767/0";
         QTest::newRow("one_limit") << "DataType=2\nHighLimit=0xFE" << "x//2/ro///-128/-2/0L";
         QTest::newRow("type_without_range") << "DataType=8\nLowLimit=1" << "x//8/ro///1//0L";
+        // clang-format on
         // clang-format on
     }
     void variables()

@@ -26,11 +26,10 @@ private slots:
 
     void badFilesAreNoProject_data()
     {
+        // clang-format off
         columns<QString>("kind");
-        for (const char *kind : {"missing", "empty", "noise", "text", "folder", "foreign",
-                                 "cut in half", "cut by little", "no nodes", "foreign nodes",
-                                 "endless view", "noise behind the head"})
-            QTest::newRow(kind) << kind;
+        for (const char *kind : {"missing", "empty", "noise", "text", "folder", "foreign", "cut in half", "cut by little", "no nodes", "foreign nodes", "endless view", "noise behind the head"}) QTest::newRow(kind) << kind;
+        // clang-format on
     }
     void badFilesAreNoProject()
     {

@@ -11,8 +11,8 @@ class TestCOHelper : public QObject
 private slots:
     void types_data()
     {
-        columns<int, QString>("type", "expected"); // bits, limits, names
-        QTest::newRow("boolean") << 1 << "1/0/1/BOOLEAN/B";
+        // clang-format off
+        columns<int, QString>("type", "expected"); // bits, limits, names QTest::newRow("boolean") << 1 << "1/0/1/BOOLEAN/B";
         QTest::newRow("u8") << 5 << "8/0/255/UNSIGNED8/U8";
         QTest::newRow("real32") << 8 << "32///REAL32/R32";
         QTest::newRow("visible_string") << 9 << "0///VISIBLE_STRING/VS";
@@ -22,6 +22,7 @@ private slots:
         QTest::newRow("u15") << 112 << "15/0/32767/UNSIGNED15/U15";
         QTest::newRow("string_asterisk") << 121 << "0///STRING_ASTERISK/STRING_ASTERIKS";
         QTest::newRow("unknown") << 64 << "0////";
+        // clang-format on
     }
     void types()
     {

@@ -13,9 +13,8 @@ private slots:
 
     void objects_data()
     {
-        columns<QString, QString>("text", "expected"); // nothing expected: loading fails
         // clang-format off
-        QTest::newRow("variable") << "[2000]\nObjectType=0x7\n" << "2000:7 2000.0";
+        columns<QString, QString>("text", "expected"); // nothing expected: loading fails // clang-format off QTest::newRow("variable") << "[2000]\nObjectType=0x7\n" << "2000:7 2000.0";
         QTest::newRow("domain_has_its_own_value") << "[2000]\nObjectType=2\n" << "2000:2 2000.0";
         QTest::newRow("hex_code") << "[2000]\nobjecttype = 0x09\n[2000sub1]\n" << "2000:9 2000.1";
         QTest::newRow("word_as_code") << "[2000]\nObjectType=array\n" << "2000:8";
@@ -24,17 +23,14 @@ private slots:
         QTest::newRow("no_code_with_subs") << "[2000]\n[2000sub0]\n[2000sub1]\n" << "2000:9 2000.0 2000.1";
         QTest::newRow("no_code_compact") << "[2000]\nCompactSubObj=2\n" << "2000:8";
         QTest::newRow("sub_0_of_a_variable") << "[2000]\nObjectType=7\n[2000sub0]\n" << "2000:7 2000.0";
-        QTest::newRow("order_of_the_file")
-            << "[3000]\n[2001sub2]\n[2000]\n[2001]\nObjectType=8\n[2001sub1]\n" << "3000:7 3000.0 2001:8 2001.2 2001.1 2000:7 2000.0";
+        QTest::newRow("order_of_the_file") << "[3000]\n[2001sub2]\n[2000]\n[2001]\nObjectType=8\n[2001sub1]\n" << "3000:7 3000.0 2001:8 2001.2 2001.1 2000:7 2000.0";
         QTest::newRow("sub_without_object") << "[2000sub0]\n[2000sub3]\n" << "2000:9 2000.0 2000.3";
-        QTest::newRow("forms_of_names")
-            << "[0x1A00]\nObjectType=9\n[1a00Sub00] x\n[ 1A00 SUB 0a ]\n[0X1a00sub1F]\n" << "1a00:9 1a00.0 1a00.10 1a00.31";
-        QTest::newRow("repeated_sections_count_once")
-            << "[2000]\nObjectType=9\n[2000sub1]\n[2000]\n[2000Sub01]\n" << "2000:9 2000.1";
-        QTest::newRow("names_that_are_no_objects") << "[2000]\n[100]\n[10000]\n[20g0]\n[2000sub]\n[2000sub100]\n[2000subx]\n"
-               "[2000sub99999999999]\n[2000ObjectLinks]\n[+200]\n[0x12]\n" << "2000:7 2000.0";
+        QTest::newRow("forms_of_names") << "[0x1A00]\nObjectType=9\n[1a00Sub00] x\n[ 1A00 SUB 0a ]\n[0X1a00sub1F]\n" << "1a00:9 1a00.0 1a00.10 1a00.31";
+        QTest::newRow("repeated_sections_count_once") << "[2000]\nObjectType=9\n[2000sub1]\n[2000]\n[2000Sub01]\n" << "2000:9 2000.1";
+        QTest::newRow("names_that_are_no_objects") << "[2000]\n[100]\n[10000]\n[20g0]\n[2000sub]\n[2000sub100]\n[2000subx]\n[2000sub99999999999]\n[2000ObjectLinks]\n[+200]\n[0x12]\n" << "2000:7 2000.0";
         QTest::newRow("lists_alone_make_no_object") << "[2000Value]\n1=1\n" << "";
         QTest::newRow("empty_file") << "" << "";
+        // clang-format on
         // clang-format on
     }
     void objects()
@@ -47,13 +43,10 @@ private slots:
 
     void entries_data()
     {
-        columns<QString, QString>("section", "expected"); // name/type/access/pdo/denotation, flags
         // clang-format off
-        QTest::newRow("all") << "PARAMETERNAME=Speed; rpm\nDataType=0x0003\nAccessType=RWW\nPDOMapping=0x1\n"
-               "ObjFlags=3\nDenotation=Fan\nUploadFile=x" << "Speed; rpm/3/rww/1/Fan/1/1";
+        columns<QString, QString>("section", "expected"); // name/type/access/pdo/denotation, flags // clang-format off QTest::newRow("all") << "PARAMETERNAME=Speed; rpm\nDataType=0x0003\nAccessType=RWW\nPDOMapping=0x1\nObjFlags=3\nDenotation=Fan\nUploadFile=x" << "Speed; rpm/3/rww/1/Fan/1/1";
         QTest::newRow("none") << "" << "unnamed object/5/ro/0//0/0";
-        QTest::newRow("comments_behind_numbers")
-            << "ParameterName=a\nDataType=7 ; long\nAccessType=rw ;x\nPDOMapping=1;y" << "a/7/rw/1//0/0";
+        QTest::newRow("comments_behind_numbers") << "ParameterName=a\nDataType=7 ; long\nAccessType=rw ;x\nPDOMapping=1;y" << "a/7/rw/1//0/0";
         QTest::newRow("type_0") << "ParameterName=a\nDataType=0x0" << "a/5/ro/0//0/0";
         QTest::newRow("type_001") << "ParameterName=a\nDataType=001" << "a/1/ro/0//0/0";
         QTest::newRow("type_in_bare_hex") << "ParameterName=a\nDataType=1B" << "a/27/ro/0//0/0";
@@ -64,6 +57,7 @@ private slots:
         QTest::newRow("domain_with_type") << "ParameterName=a\nObjectType=2\nDataType=7" << "a/7/ro/0//0/0";
         QTest::newRow("odd_access") << "ParameterName=a\nAccessType=W\nPDOMapping=yes" << "a/5/wo/0//0/0";
         QTest::newRow("repeated_key") << "ParameterName=a\nParameterName=b" << "b/5/ro/0//0/0";
+        // clang-format on
         // clang-format on
     }
     void entries()
