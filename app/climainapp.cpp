@@ -178,10 +178,15 @@ void CLIMainApp::writeReport(const QString &project)
     // A slip in a script must not cost the user the project.
     const QFileInfo target(path);
     const bool isInput =
-        std::any_of(inputs.cbegin(), inputs.cend(),
-                    [&target](const QString &name) { return QFileInfo(name) == target; });
+        std::any_of(inputs.cbegin(), inputs.cend(), [&target](const QString &name) {
+            return target.exists() && QFileInfo(name) == target;
+        });
+    // A check that finds errors is a check that did its work.
+    const bool isComplete =
+        returnCode == ReturnCode::NoError || returnCode == ReturnCode::CheckError;
     const RunReport report = {project, generatorMainHandler->findings(),
-                              static_cast<int>(returnCode), errorStrings.value(returnCode)};
+                              static_cast<int>(returnCode), errorStrings.value(returnCode),
+                              isComplete};
     if (isInput || !writeSarifReport(report, path))
         std::fprintf(stderr, "Could not write %s\n", qUtf8Printable(path));
 }

@@ -206,15 +206,17 @@ bool GeneratorMainHandler::checkModel(const ProjectFacts &facts, bool ignoreChec
         emit doneCorrection();
 
     const QString log = outputDirectory + QStringLiteral("/__tsrerrorlog.txt");
-    writeCheckLog(log);
+    const bool hasLog = writeCheckLog(log);
     if (errorCount >= 1 && !ignoreCheckErrors) {
         outputHandler->printLine(
             QStringLiteral("ABORT - Check of model consistency finished: failed (%1 errors)")
                 .arg(errorCount));
         return false;
     }
-    QFile::copy(log, log + QStringLiteral(".bak"));
-    QFile::remove(log);
+    if (hasLog) {
+        QFile::copy(log, log + QStringLiteral(".bak"));
+        QFile::remove(log);
+    }
     outputHandler->printLine(QStringLiteral("\nCheck of model consistency finished.\n"));
     return true;
 }
@@ -247,15 +249,16 @@ void GeneratorMainHandler::handleCheckError(const QString &errorString)
     outputHandler->printLine(errorString);
 }
 
-void GeneratorMainHandler::writeCheckLog(const QString &path)
+bool GeneratorMainHandler::writeCheckLog(const QString &path)
 {
     QFile log(path);
     const QFileInfo present(path);
     if (present.exists() && !present.isFile())
-        return; // a pipe would wait for a reader
+        return false; // a pipe would wait for a reader
     if (!log.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return; // the report stands on the console too
+        return false; // the report stands on the console too
     log.write(outputHandler->getLogging().toUtf8());
+    return true;
 }
 
 void GeneratorMainHandler::generateFiles(const ProjectFacts &facts)

@@ -73,7 +73,7 @@ private:
     /// Number of errors of the line. Sets \a didCorrection if the check changed the project.
     qint32 checkLine(ModelChecker &checker, const ProjectLine &line, bool isOneOfSeveral,
                      bool &didCorrection);
-    void writeCheckLog(const QString &path);
+    bool writeCheckLog(const QString &path);
     void generateFiles(const ProjectFacts &facts);
     void runStep(const GeneratorStep &step, quint8 line, const ProjectFacts &facts);
     void removeForeignFiles();

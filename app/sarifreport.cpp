@@ -89,13 +89,21 @@ QJsonObject propertiesOf(const Finding &finding)
     return properties;
 }
 
+/// Braces in a message enclose place holders, so braces of the text are doubled
+/// (SARIF 2.1.0, 3.11.5).
+QString messageText(QString text)
+{
+    return text.replace(QLatin1Char('{'), QLatin1String("{{"))
+        .replace(QLatin1Char('}'), QLatin1String("}}"));
+}
+
 QJsonObject resultOf(const Finding &finding, const QString &projectUri)
 {
     return {
         {QStringLiteral("ruleId"), Check::ruleName(finding.rule)},
         {QStringLiteral("ruleIndex"), static_cast<int>(finding.rule)},
         {QStringLiteral("level"), levelName(finding.rule)},
-        {QStringLiteral("message"), textObject(finding.text())},
+        {QStringLiteral("message"), textObject(messageText(finding.text()))},
         {QStringLiteral("locations"), QJsonArray{locationOf(finding, projectUri)}},
         {QStringLiteral("properties"), propertiesOf(finding)},
     };
@@ -104,7 +112,7 @@ QJsonObject resultOf(const Finding &finding, const QString &projectUri)
 QJsonObject invocationOf(const RunReport &report)
 {
     return {
-        {QStringLiteral("executionSuccessful"), report.exitCode == 0},
+        {QStringLiteral("executionSuccessful"), report.isComplete},
         {QStringLiteral("exitCode"), report.exitCode},
         {QStringLiteral("exitCodeDescription"), report.outcome},
     };
@@ -143,6 +151,10 @@ QByteArray sarifText(const RunReport &report)
 
 bool writeSarifReport(const RunReport &report, const QString &path)
 {
+    // The save puts a new file in the place of the old one, which would be the end of a device.
+    const QFileInfo target(path);
+    if (target.exists() && !target.isFile())
+        return false;
     QSaveFile file(path);
     const QByteArray text = sarifText(report);
     return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();

@@ -12,7 +12,8 @@ struct RunReport {
     QString projectFile; ///< as the user gave it
     QVector<Finding> findings;
     int exitCode = 0;
-    QString outcome; ///< the exit code in words
+    QString outcome;         ///< the exit code in words
+    bool isComplete = false; ///< the tool could do its work, whatever it found
 };
 
 /// The report as JSON text. The same run gives the same bytes.

@@ -17,7 +17,11 @@ namespace
 /// "[%General]"; whoever edits the file by hand writes "[General]".
 QVariant userSetting(const QSettings &settings, const QString &key)
 {
-    return settings.value(QStringLiteral("General/") + key, settings.value(key));
+    const QVariant value = settings.value(QStringLiteral("General/") + key, settings.value(key));
+    // A text with a comma that was written by hand without quotes is a list to QSettings.
+    return value.type() == QVariant::StringList
+               ? QVariant(value.toStringList().join(QLatin1Char(',')))
+               : value;
 }
 
 } // namespace

@@ -73,6 +73,10 @@ public:
     /// no COB-ID in hexadecimal comes back as it is.
     static QString disableCob(const QString &cobId);
 
+    /// Are the signals of a parameter group laid out so that a safe message can carry them
+    /// (SAE J1939-76)? \a direction is 0x55 for transmitted, 0x77 for received.
+    bool checkSafePGNStructure(quint8 lineNumber, quint16 pgn, quint8 direction) const;
+
     /// All that was reported so far, in its order.
     const QVector<Finding> &findings() const { return found; }
 

@@ -240,6 +240,8 @@ public:
 
     /// \a direction is 0x55 for transmitted, 0x77 for received, 0 for both.
     QList<quint32> getPGNs(quint8 line, quint8 direction, bool noSafe) const;
+    /// Data types of the signals of a group, in their order in the frame.
+    QList<quint16> getSPNDataTypes(quint8 line, quint32 pgn, quint8 direction) const;
     bool delPGN(quint8 line, quint32 pgn, quint8 direction);
     void fixFaultyPGNSPNCount();
     void updatePGNdirectionAttributes(quint8 line);

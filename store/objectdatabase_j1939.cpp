@@ -24,6 +24,19 @@ QList<quint32> ObjectDataBase::getPGNs(quint8 line, quint8 direction, bool noSaf
     return numbers;
 }
 
+QList<quint16> ObjectDataBase::getSPNDataTypes(quint8 line, quint32 pgn, quint8 direction) const
+{
+    QList<quint16> types;
+    Statement statement(*d,
+                        QStringLiteral("select datatype from %1 where pgnnumber = ? and "
+                                       "direction = ? order by pos asc")
+                            .arg(Schema::table("SPNs", line)),
+                        {pgn, direction});
+    while (statement.next())
+        types << static_cast<quint16>(statement.value(0).toUInt());
+    return types;
+}
+
 bool ObjectDataBase::delPGN(quint8 line, quint32 pgn, quint8 direction)
 {
     if (d->lockWriteAccess)

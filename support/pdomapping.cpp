@@ -20,7 +20,7 @@ PDOMapping PDOMapping::fromUInt(quint32 number)
 void PDOMapping::fromCSVString(const QString &word)
 {
     type = PDOMappingType::No;
-    for (quint8 i = 0; i < std::size(kWords); ++i) {
+    for (size_t i = 0; i < std::size(kWords); ++i) {
         if (word.compare(QLatin1String(kWords[i]), Qt::CaseInsensitive) == 0)
             type = static_cast<PDOMappingType>(i);
     }

@@ -196,7 +196,7 @@ private slots:
         QCOMPARE(outcome["exitCode"].toInt(), 7);
         QCOMPARE(outcome["exitCodeDescription"].toString(),
                  "Check of model consistency returns error.");
-        QVERIFY(!outcome["executionSuccessful"].toBool(true));
+        QVERIFY(outcome["executionSuccessful"].toBool());
 
         const QJsonArray rules = report["tool"].toObject()["driver"].toObject()["rules"].toArray();
         QStringList results;
@@ -224,6 +224,8 @@ private slots:
 
     void reportSparesOtherFiles()
     {
+        QVERIFY(run("-project none.tsrp -report out.sarif").endsWith(" 3\n"));
+        QVERIFY(read("out.sarif").contains("\"executionSuccessful\": false"));
         for (const QString report :
              {"folder.eds", "none/out.sarif", "../wörk/pümp.tsrt", "mod.txt"}) {
             const QByteArray before = read(report);

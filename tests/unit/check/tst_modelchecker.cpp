@@ -82,6 +82,7 @@ private slots:
         row("empty_array", {"object 2001 8"}, {E + "Object 0x2001: This array does not contain any sub-indices"});
         row("empty_variable", {"object 2001 7"});
         row("count_wrong", {"put 1018:0 value 2"}, {count});
+        row("no_subindex_0", {"remove 1018:0"}, {count});
         row("count_cut_to_a_byte", {"put 1018:0 value 0x103"}, {E + "Object 0x1018-0x00: The values of the limits or defaultvalue does to fit to the datatype."});
         row("count_and_constant", {"put 1018:0 value 2", "put 1018:0 implementation 0"}, {count, constant});
         row("corrections_off", {"put 1018:0 value 2", "put 1018:0 implementation 0", "user disableautocorrection true"});
@@ -171,6 +172,27 @@ private slots:
         QCOMPARE(limits(5, true), QString("0..31"));
         QCOMPARE(limits(64, false), QString("-9223372036854775808..9223372036854775807"));
         QCOMPARE(limits(64, true), QString("0..9223372036854775807"));
+    }
+
+    void safeGroups()
+    {
+        Model model;
+        ModelChecker checker;
+        const auto isSafe = [&](const QStringList &types) {
+            model.store.executeSql("delete from SPNs0");
+            for (int i = 0; i < types.size(); ++i)
+                model.store.executeSql(QString("insert into SPNs0 (pgnnumber,spnnumber,direction,pos,"
+                                               "datatype) values(100,%1,85,%2,%3)")
+                                           .arg(QString::number(9 - i), QString::number(i), types.at(i)));
+            checker.startGlobalCheck(&model.store);
+            return checker.checkSafePGNStructure(0, 100, 0x55);
+        };
+        QVERIFY(isSafe({}));
+        QVERIFY(isSafe({"5", "6", "7", "22"}));
+        QVERIFY(isSafe({"102", "100", "107"})); // 10 bits from bit 6 on
+        QVERIFY(!isSafe({"102", "107"}));
+        QVERIFY(!isSafe({"100", "5"}));
+        QVERIFY(!isSafe({"4"}));
     }
 
     void disabledCobIds()
