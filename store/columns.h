@@ -78,6 +78,16 @@ inline constexpr Column<SubIndexData> kSubIndexColumns[] = {
     column<&SubIndexData::nvStorage>         ("nvstorage", "integer"),
     column<&SubIndexData::metadata>          ("metadata", "blob", Coding::Blob),
 };
+
+inline constexpr Column<ConnectionData> kConnectionColumns[] = {
+    column<&ConnectionData::prodNode> ("prodnode", "integer"),
+    column<&ConnectionData::prodIndex>("prodindex", "integer"),
+    column<&ConnectionData::prodSub>  ("prodsub", "integer"),
+    column<&ConnectionData::conNode>  ("connode", "integer"),
+    column<&ConnectionData::conIndex> ("conindex", "integer"),
+    column<&ConnectionData::conSub>   ("consub", "integer"),
+    column<&ConnectionData::priority> ("priority", "integer"),
+};
 // clang-format on
 
 /// The column of that name, or null. Names come from project files and are data, never SQL.

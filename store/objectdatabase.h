@@ -14,6 +14,7 @@
 #include <QVector>
 
 #include <memory>
+#include <optional>
 
 class StorePrivate;
 
@@ -36,6 +37,7 @@ public:
     using SUBINDEX_DATA_T = SubIndexData;
     using SubEntry = SubEntryData;
     using SubAddress = SubAddressData;
+    using Connection = ConnectionData;
     using INDEX_SUB_METADATA_T = IndexSubMetadata;
     using ChangeSet = ChangeSetData;
 
@@ -230,11 +232,97 @@ public:
 
     // --- Connections (objectdatabase_connections.cpp) ---
 
+    /// Does not look for one that is there already.
+    bool addConnection(quint8 prodNode, quint16 prodIndex, quint8 prodSub, quint8 conNode,
+                       quint16 conIndex, quint8 conSub, quint8 priority);
+    bool removeConnnection(quint8 prodNode, quint16 prodIndex, quint8 prodSub, quint8 conNode,
+                           quint16 conIndex, quint8 conSub);
     bool removeConnnection(quint8 line);
     bool removeConnnection(quint8 line, quint16 index);
     bool removeConnnection(quint8 line, quint16 index, quint8 sub);
     bool removeProducerConnections(quint8 line, quint16 index, quint8 sub);
     bool removeConsumerConnection(quint8 line, quint16 index, quint8 sub);
+    /// Those from one line to the other; all of the project if both are 0.
+    void clearConnections(quint8 prodNode, quint8 conNode);
+    /// Puts the connection anew, with the priority that it has now.
+    bool updateConnectionPriority(const Connection &connection);
+    bool isConnected(quint8 prodNode, quint16 prodIndex, quint8 prodSub, quint8 conNode,
+                     quint16 conIndex, quint8 conSub) const;
+    bool isConsumerConnected(quint8 line, quint16 index, quint8 sub) const;
+    bool isProducerConnected(quint8 line, quint16 index, quint8 sub) const;
+    /// Line of the first producer that feeds this consumer; also 0 if there is none.
+    quint8 getProducerNode(quint8 line, quint16 index, quint8 sub) const;
+    /// The first producer that feeds this consumer.
+    std::optional<SubAddress> getProducer(quint8 line, quint16 index, quint8 sub) const;
+    /// The first consumer that this producer feeds.
+    std::optional<SubAddress> getConsumer(quint8 line, quint16 index, quint8 sub) const;
+    int getConnectionCount() const;
+    /// In the order of their producers' lines. Without multiplexed PDOs those are left out whose
+    /// producer belongs to a signal that is sent in one.
+    QList<Connection> getPDOConnections(bool withMpdo) const;
+    /// Always empty; filter the list of all connections for those between two lines.
+    QList<Connection> getPDOConnections(quint8 prodNode, quint8 conNode, bool withMpdo) const;
+    /// All connections of a line become those of another.
+    bool moveConnections(quint8 from, quint8 to);
+    /// All connections of an object, on whichever line, become those of another.
+    bool updateConnections(quint16 oldIndex, quint16 newIndex);
+    void dumpConnections() const; ///< to the debug log
+    /// Takes a snapshot of the types of two lines for isConnectionPossible() with a data type.
+    void initPossibleConnectionQuery(quint8 prodNode, quint8 conNode);
+    /// Are these on different lines and of one type? Two that do not exist are of one type, 0.
+    /// Answers from the snapshot. \a dataType becomes that of the producer; it stays as it is for
+    /// one line or an index of 0, which no connection may have.
+    bool isConnectionPossible(quint8 prodNode, quint16 prodIndex, quint8 prodSub, quint8 conNode,
+                              quint16 conIndex, quint8 conSub, quint16 &dataType) const;
+    /// Answers from the project itself. The place 0xFFFF, 255 goes with any other.
+    bool isConnectionPossible(quint8 prodNode, quint16 prodIndex, quint8 prodSub, quint8 conNode,
+                              quint16 conIndex, quint8 conSub) const;
+
+    // --- Locks: PDOs and mappings that the user fixed (objectdatabase_locks.cpp) ---
+
+    bool isPdoLocked(quint8 line, quint16 pdoIndex) const;
+    bool isMappingLocked(quint8 line, quint16 pdoIndex) const;
+    void setLockedPdo(quint8 line, quint16 pdoIndex, bool lock);
+    void setLockedMapping(quint8 line, quint16 pdoIndex, bool lock);
+    QList<quint16> getLockedPDOs(quint8 line) const; ///< ascending, as getLockedMappings()
+    QList<quint16> getLockedMappings(quint8 line) const;
+    bool clearLockedPDOs(); ///< of all lines
+    bool clearLockedPDOs(quint8 line);
+    bool clearLockedMappings();
+    bool clearLockedMappings(quint8 line);
+
+    // --- PDOs and their mappings (objectdatabase_pdos.cpp) ---
+
+    /// Can the mapping of this communication object not be written at run time? A mapping whose
+    /// first two subindices are not there is static.
+    bool isMappingStatic(quint8 line, quint16 commIndex) const;
+    /// Objects below 0x2000 count as not mapped.
+    bool isObjectMapped(quint8 line, quint16 index, quint8 sub) const;
+    /// The mapping entries that name this subindex, ascending.
+    QList<SubAddress> getMappingObjectsForObject(quint8 line, quint16 index, quint8 sub) const;
+    /// Deletes PDOs without entries, without COB-ID or with its bit 27 set, and makes the mappings
+    /// of the others constant and as long as their count of entries.
+    bool removeUnusedPDOsAndMakeOtherPDOsstatic(quint8 line);
+
+    // --- Process image of network variables, CiA 302-4 (objectdatabase_processimage.cpp) ---
+
+    /// Byte position of a variable among those of its type and direction; \a sub is 1 to 254. 0
+    /// below the process image.
+    static quint32 startPosInProcessImage(quint16 index, quint8 sub);
+    /// The first free place for a variable of \a dataType. Variables of all types and directions
+    /// keep their distance. None for a type that has no range, and if its range is full.
+    std::optional<SubAddress> findFreeNVVariable(quint8 line, quint16 dataType, bool output) const;
+    /// Adds a variable, and its object, at the first free place.
+    std::optional<SubAddress> addNVObj(quint8 line, quint16 dataType, bool output,
+                                       const QString &name);
+    /// A text line for each variable, by position and with its bytes; "ERROR" behind one that
+    /// overlaps the one before it.
+    QString getProcessImage(quint8 line) const;
+    /// Deletes the variables of all lines that no connection names.
+    bool removeUnusedNV();
+    /// Deletes the process image of a line; for line 0 that of each line from 1 to 127. The flag is
+    /// not looked at.
+    bool deleteAllNV(quint8 line, bool unused);
 
     // --- J1939 groups (objectdatabase_j1939.cpp) ---
 

@@ -20,7 +20,7 @@ SubIndexData *StorePrivate::cachedSub(quint8 line, quint16 index, quint8 sub)
 void StorePrivate::refreshCachedName(quint8 line, quint16 index, quint8 sub,
                                      const SubIndexData &data)
 {
-    const auto cached = cachedSubNames.find(subNameKey(line, index, sub));
+    const auto cached = cachedSubNames.find(placeKey(line, index, sub));
     if (cached != cachedSubNames.end())
         *cached = data.denotation.isEmpty() ? data.name : data.denotation;
 }
@@ -88,8 +88,8 @@ void ObjectDataBase::cacheAllSubNames(quint8 line, quint16 index)
         // The line's records are in memory, the names with them.
         for (auto it = cache->subs.lowerBound(StorePrivate::subKey(index, 0));
              it != cache->subs.constEnd() && (index == 0 || it.key() >> 8 == index); ++it) {
-            const quint32 key = StorePrivate::subNameKey(line, static_cast<quint16>(it.key() >> 8),
-                                                         static_cast<quint8>(it.key()));
+            const quint32 key = StorePrivate::placeKey(line, static_cast<quint16>(it.key() >> 8),
+                                                       static_cast<quint8>(it.key()));
             d->cachedSubNames.insert(key, it->denotation.isEmpty() ? it->name : it->denotation);
         }
         return;
@@ -102,8 +102,8 @@ void ObjectDataBase::cacheAllSubNames(quint8 line, quint16 index)
     while (statement.next()) {
         const QString denotation = getString(statement.value(0).toInt());
         const quint32 key =
-            StorePrivate::subNameKey(line, static_cast<quint16>(statement.value(2).toUInt()),
-                                     static_cast<quint8>(statement.value(3).toUInt()));
+            StorePrivate::placeKey(line, static_cast<quint16>(statement.value(2).toUInt()),
+                                   static_cast<quint8>(statement.value(3).toUInt()));
         d->cachedSubNames.insert(key, denotation.isEmpty() ? getString(statement.value(1).toInt())
                                                            : denotation);
     }

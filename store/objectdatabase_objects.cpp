@@ -107,7 +107,7 @@ bool ObjectDataBase::delIndex(quint8 line, quint16 index, bool keepConnections)
         }
     }
     for (int sub = 0; sub <= 0xFF && !d->cachedSubNames.isEmpty(); ++sub)
-        d->cachedSubNames.remove(StorePrivate::subNameKey(line, index, static_cast<quint8>(sub)));
+        d->cachedSubNames.remove(StorePrivate::placeKey(line, index, static_cast<quint8>(sub)));
     if (deleted) {
         ChangeSet change;
         change.kind = ChangeSet::Kind::DelIndex;

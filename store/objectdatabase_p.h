@@ -44,7 +44,7 @@ public:
     ~StorePrivate();
 
     static quint32 subKey(quint16 index, quint8 sub) { return (quint32(index) << 8) | sub; }
-    static quint32 subNameKey(quint8 line, quint16 index, quint8 sub)
+    static quint32 placeKey(quint8 line, quint16 index, quint8 sub)
     {
         return (quint32(index) << 16) | (quint32(line) << 8) | sub;
     }
@@ -98,6 +98,10 @@ public:
     /// text.
     SubIndexData withoutEscapes(quint8 line, quint16 index, quint8 sub, SubIndexData data) const;
     void forgetCachedNames(quint8 line, int index = -1);
+    /// Type of each subindex of a line, by subKey().
+    QHash<quint32, quint16> dataTypes(quint8 line);
+    /// The placeKey() of each subindex that a signal makes the source of a multiplexed PDO.
+    QSet<quint32> mpdoProducers();
     /// The inserter of a line's objects or subindices, for records or for rows of the text form.
     RowInserter &inserter(RowKind kind, quint8 line);
     bool writeSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
@@ -146,7 +150,9 @@ public:
     QHash<int, QString> strings;
     bool stringsComplete = false; ///< both maps hold all rows of the table
     QHash<quint8, LineCache> cachedSubs;
-    QHash<quint32, QString> cachedSubNames; ///< by subNameKey()
+    QHash<quint32, QString> cachedSubNames; ///< by placeKey()
+    QHash<quint32, quint16> producerTypes;  ///< of initPossibleConnectionQuery(), by subKey()
+    QHash<quint32, quint16> consumerTypes;
     std::array<QHash<QString, QString>, 5> settingsCache;
     std::array<bool, 5> settingsRead{};
 };

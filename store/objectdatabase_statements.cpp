@@ -49,6 +49,8 @@ void StorePrivate::closeConnection()
     forgetStrings();
     cachedSubs.clear();
     cachedSubNames.clear();
+    producerTypes.clear();
+    consumerTypes.clear();
     forgetSettings();
 }
 

@@ -61,7 +61,7 @@ bool ObjectDataBase::setSubField(quint8 line, quint16 index, quint8 sub, const c
         d->refreshCachedName(line, index, sub, *cached);
         d->cachedSubs[line].escaped.remove(StorePrivate::subKey(index, sub));
     } else if (done) {
-        d->cachedSubNames.remove(StorePrivate::subNameKey(line, index, sub));
+        d->cachedSubNames.remove(StorePrivate::placeKey(line, index, sub));
     }
     return done;
 }
@@ -204,7 +204,7 @@ bool ObjectDataBase::delSubIndex(quint8 line, quint16 index, quint8 sub, bool ke
         cache->subs.remove(StorePrivate::subKey(index, sub));
         cache->escaped.remove(StorePrivate::subKey(index, sub));
     }
-    d->cachedSubNames.remove(StorePrivate::subNameKey(line, index, sub));
+    d->cachedSubNames.remove(StorePrivate::placeKey(line, index, sub));
     if (existed)
         notifySub(ChangeSet::Kind::DelSubIndex, line, index, sub);
     return done;
@@ -281,7 +281,7 @@ QString ObjectDataBase::getSubIndexName(quint8 line, quint16 index, quint8 sub,
                                         bool withDenotation) const
 {
     // Deliberate: a cached name is the display name, whether or not it was asked for.
-    const auto cached = d->cachedSubNames.constFind(StorePrivate::subNameKey(line, index, sub));
+    const auto cached = d->cachedSubNames.constFind(StorePrivate::placeKey(line, index, sub));
     if (cached != d->cachedSubNames.constEnd())
         return *cached;
     SUBINDEX_DATA_T data;

@@ -124,6 +124,17 @@ struct IndexSubMetadata {
     Metadata metadata;
 };
 
+/// The value of a producer's subindex on one line goes to a consumer's on another.
+struct ConnectionData {
+    quint8 prodNode = 0; ///< a line, as conNode
+    quint16 prodIndex = 0;
+    quint8 prodSub = 0;
+    quint8 conNode = 0;
+    quint16 conIndex = 0;
+    quint8 conSub = 0;
+    quint8 priority = 0;
+};
+
 /// What changed in a project. Fields that a kind does not use are zero.
 struct ChangeSetData {
     enum class Kind : qint32 {

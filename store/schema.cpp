@@ -39,6 +39,15 @@ constexpr LineTable kLineTables[] = {
 };
 // clang-format on
 
+QString tableColumns(const Schema::TableRow &row)
+{
+    if (row.columns)
+        return QString::fromLatin1(row.columns);
+    if (QLatin1String(row.name) == QLatin1String("Connections"))
+        return declare(kConnectionColumns);
+    return QStringLiteral("nodeId integer primary key, ") + declare(kNodeColumns);
+}
+
 QString lineColumns(const char *family)
 {
     const QLatin1String name(family);
@@ -61,14 +70,13 @@ QString lineColumns(const char *family)
 // clang-format off
 const Schema::TableRow Schema::kTables[14] = {
     {"Strings",             "id integer primary key, string text", false},
-    {"Nodes",               nullptr, false}, // made from the column table of the node record
+    {"Nodes",               nullptr, false}, // made from the column table of its record
     {"GeneralSettings",     "item text unique, value text", true},
     {"DescriptionSettings", "item text unique, value text", true},
     {"EnergyBusSettings",   "item text unique, value text", true},
     {"J1939Settings",       "item text unique, value text", true},
     {"MiscSettings",        "item text unique, value text", true},
-    {"Connections",         "prodnode integer, prodindex integer, prodsub integer, connode integer, "
-                            "conindex integer, consub integer, priority integer", false},
+    {"Connections",         nullptr, false}, // as well
     {"LockedMappings",      "node integer, pdoindex integer", false},
     {"LockedPDOs",          "node integer, pdoindex integer", false},
     {"VirtualNodes",        "virtualnodeid integer primary key, line integer, dbnodeid integer, name text", true},
@@ -123,12 +131,9 @@ QString Schema::table(const char *family, int line)
 
 QString Schema::createTable(const TableRow &row, bool ifNotExists)
 {
-    const QString columns =
-        row.columns ? QString::fromLatin1(row.columns)
-                    : QStringLiteral("nodeId integer primary key, ") + declare(kNodeColumns);
     return QStringLiteral("create table %1%2 (%3)")
         .arg(ifNotExists ? QStringLiteral("if not exists ") : QString(),
-             QString::fromLatin1(row.name), columns);
+             QString::fromLatin1(row.name), tableColumns(row));
 }
 
 QString Schema::nullableColumns(const char *family)
