@@ -60,7 +60,7 @@ SubIndexData countOfMembers(int count)
 {
     SubIndexData sub;
     sub.name = QStringLiteral("Highest subindex supported");
-    sub.accessType = QStringLiteral("const");
+    sub.accessType = QStringLiteral("ro"); // as most device descriptions have it
     sub.defaultValue = QString::number(count);
     sub.implementation = 1;
     return sub;

@@ -75,6 +75,9 @@ public:
 
     /// Number of the new row, or -1.
     int insertString(const QString &text);
+    /// Takes the numbers that the columns of a table refer to out of \a ids; false if it cannot be
+    /// read.
+    bool dropUsedStrings(const QString &columns, const QString &table, QSet<int> *ids);
     /// The maps of texts are read again when they are needed.
     void forgetStrings();
 
@@ -94,6 +97,9 @@ public:
     // --- rows ---
 
     void cacheWrittenSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
+    bool writePlainSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
+    /// Does the cached copy of the record hold its apostrophes doubled?
+    bool isEscaped(quint8 line, quint16 index, quint8 sub) const;
     /// \a data as it is to be stored: what was read from an escaped copy is taken back to plain
     /// text.
     SubIndexData withoutEscapes(quint8 line, quint16 index, quint8 sub, SubIndexData data) const;

@@ -9,30 +9,17 @@ namespace
 /// The columns that hold a text's number; \a family is the table of each line, or a table.
 struct StringColumns {
     const char *family;
-    const char *columns[3];
+    const char *columns;
 };
 
 constexpr StringColumns kLineStringColumns[] = {
-    {"Objects", {"name", "description", "device_class"}},
-    {"SubObjects", {"name", "denotation", "description"}},
-    {"PGNs", {"name", "desc", nullptr}},
-    {"CANIDs", {"name", "desc", nullptr}},
-    {"SPNs", {"name", "desc", nullptr}},
-    {"DataElements", {"name", "desc", nullptr}},
+    {"Objects", "name,description,device_class"},
+    {"SubObjects", "name,denotation,description"},
+    {"PGNs", "name,desc"},
+    {"CANIDs", "name,desc"},
+    {"SPNs", "name,desc"},
+    {"DataElements", "name,desc"},
 };
-
-/// A query for the numbers that a table refers to. None may be NULL, or "not in" would find
-/// nothing.
-QString usedStrings(const StringColumns &row, const QString &table)
-{
-    QStringList queries;
-    for (const char *column : row.columns) {
-        if (column)
-            queries << QStringLiteral("select %1 from %2 where %1 is not NULL")
-                           .arg(QLatin1String(column), table);
-    }
-    return queries.join(QStringLiteral(" union all "));
-}
 
 } // namespace
 
@@ -110,30 +97,47 @@ void ObjectDataBase::cacheStrings()
     d->stringsComplete = statement.ok();
 }
 
+bool StorePrivate::dropUsedStrings(const QString &columns, const QString &table, QSet<int> *ids)
+{
+    Statement rows(*this, QStringLiteral("select %1 from %2").arg(columns, table));
+    const int count = columns.count(QLatin1Char(',')) + 1;
+    while (rows.next()) {
+        for (int i = 0; i < count; ++i)
+            ids->remove(rows.value(i).toInt());
+    }
+    return rows.ok();
+}
+
 void ObjectDataBase::cleanUpStrings()
 {
+    QSet<int> unused;
+    {
+        Statement rows(*d, QStringLiteral("select id from Strings"));
+        while (rows.next())
+            unused.insert(rows.value(0).toInt());
+    }
     QSet<QString> tables; // an old project may lack some
     const QVector<QStringList> rows =
         d->allRows(QStringLiteral("select name from sqlite_master where type = 'table'"));
     for (const QStringList &row : rows)
         tables.insert(row.first().toLower()); // case makes no difference to SQL
 
-    QString sql = QStringLiteral("delete from Strings where id not in "
-                                 "(select name from Signals where name is not NULL)");
+    // Where a table cannot be read, nobody knows what it refers to.
+    bool allRead = d->dropUsedStrings(QStringLiteral("name"), QStringLiteral("Signals"), &unused);
     const QList<quint8> lines = getNodes();
     for (const quint8 line : lines) {
-        QStringList used;
         for (const StringColumns &row : kLineStringColumns) {
             const QString table = Schema::table(row.family, line);
             if (tables.contains(table.toLower()))
-                used << usedStrings(row, table);
+                allRead = d->dropUsedStrings(QLatin1String(row.columns), table, &unused) && allRead;
         }
-        // One term a line: SQL takes neither a thousand terms nor five hundred parts of a union.
-        if (!used.isEmpty())
-            sql +=
-                QStringLiteral(" and id not in (%1)").arg(used.join(QStringLiteral(" union all ")));
     }
-    if (Statement(*d, sql).affectedRows() != 0)
-        d->forgetStrings();
+    if (unused.isEmpty() || !allRead)
+        return;
+    beginBatch();
+    for (const int id : qAsConst(unused))
+        d->exec(QStringLiteral("delete from Strings where id = ?"), {id});
+    commitBatch();
+    d->forgetStrings();
     cacheStrings();
 }

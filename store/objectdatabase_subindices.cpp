@@ -103,7 +103,13 @@ bool ObjectDataBase::getSubIndexData(quint8 line, quint16 index, quint8 sub,
 
 bool StorePrivate::writeSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &given)
 {
-    const SubIndexData data = withoutEscapes(line, index, sub, given);
+    return isEscaped(line, index, sub)
+               ? writePlainSub(line, index, sub, withoutEscapes(line, index, sub, given))
+               : writePlainSub(line, index, sub, given);
+}
+
+bool StorePrivate::writePlainSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data)
+{
     // Interned in this order, which is the order of the new rows in the table of texts.
     const int description = owner->getStringId(data.description);
     const int name = owner->getStringId(data.name);
@@ -148,15 +154,17 @@ void StorePrivate::cacheWrittenSub(quint8 line, quint16 index, quint8 sub, const
     }
 }
 
+bool StorePrivate::isEscaped(quint8 line, quint16 index, quint8 sub) const
+{
+    const auto cache = cachedSubs.constFind(line);
+    return cache != cachedSubs.constEnd() && cache->escaped.contains(subKey(index, sub));
+}
+
 SubIndexData StorePrivate::withoutEscapes(quint8 line, quint16 index, quint8 sub,
                                           SubIndexData data) const
 {
-    const auto cache = cachedSubs.constFind(line);
-    const quint32 key = subKey(index, sub);
-    if (cache == cachedSubs.constEnd() || !cache->escaped.contains(key))
-        return data;
     // Who reads, changes one field and writes back must not double the apostrophes in the row.
-    const SubIndexData copy = cache->subs.value(key);
+    const SubIndexData copy = cachedSubs.value(line).subs.value(subKey(index, sub));
     for (QString SubIndexData::*field :
          {&SubIndexData::defaultValue, &SubIndexData::currentValue}) {
         if (data.*field == copy.*field)

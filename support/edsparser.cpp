@@ -183,8 +183,9 @@ public:
         for (const EdsEntry &entry : section.entries) {
             for (int field = 0; field < FieldCount; ++field) {
                 const QLatin1String key = kFieldKeys[field];
+                // Nearly all files have the keys in this case, which is told faster.
                 if (entry.key.size() == key.size() &&
-                    entry.key.compare(key, Qt::CaseInsensitive) == 0)
+                    (entry.key == key || entry.key.compare(key, Qt::CaseInsensitive) == 0))
                     found[size_t(field)] = &entry;
             }
         }
