@@ -76,11 +76,7 @@ bool ObjectDataBase::addIndex(quint8 line, quint16 index, const INDEX_DATA_T &da
         if (data.metadata.isEmpty())
             cache->objects[index].metadata = stored;
     }
-    ChangeSet change;
-    change.kind = ChangeSet::Kind::AddIndex;
-    change.line = line;
-    change.index = index;
-    emit updateNotify(change);
+    notifySub(ChangeSet::Kind::AddIndex, line, index, 0);
     return done;
 }
 
@@ -108,13 +104,8 @@ bool ObjectDataBase::delIndex(quint8 line, quint16 index, bool keepConnections)
     }
     for (int sub = 0; sub <= 0xFF && !d->cachedSubNames.isEmpty(); ++sub)
         d->cachedSubNames.remove(StorePrivate::placeKey(line, index, static_cast<quint8>(sub)));
-    if (deleted) {
-        ChangeSet change;
-        change.kind = ChangeSet::Kind::DelIndex;
-        change.line = line;
-        change.index = index;
-        emit updateNotify(change);
-    }
+    if (deleted)
+        notifySub(ChangeSet::Kind::DelIndex, line, index, 0);
     return deleted;
 }
 
