@@ -109,12 +109,11 @@ void ObjectDataBase::cacheAllSubNames(quint8 line, quint16 index)
     }
 }
 
-void StorePrivate::forgetCachedNames(quint8 line, int index)
+void StorePrivate::forgetCachedNames(quint8 line)
 {
     for (auto it = cachedSubNames.begin(); it != cachedSubNames.end();) {
         const bool isOfLine = quint8(it.key() >> 8) == line;
-        const bool isOfObject = index < 0 || int(it.key() >> 16) == index;
-        it = isOfLine && isOfObject ? cachedSubNames.erase(it) : std::next(it);
+        it = isOfLine ? cachedSubNames.erase(it) : std::next(it);
     }
 }
 

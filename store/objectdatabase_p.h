@@ -103,7 +103,7 @@ public:
     /// \a data as it is to be stored: what was read from an escaped copy is taken back to plain
     /// text.
     SubIndexData withoutEscapes(quint8 line, quint16 index, quint8 sub, SubIndexData data) const;
-    void forgetCachedNames(quint8 line, int index = -1);
+    void forgetCachedNames(quint8 line);
     /// Type of each subindex of a line, by subKey().
     QHash<quint32, quint16> dataTypes(quint8 line);
     /// The placeKey() of each subindex that a signal makes the source of a multiplexed PDO.

@@ -96,11 +96,3 @@ QString TemporaryFiles::create()
     qCWarning(lcStore) << "no temporary file can be made in" << path;
     return QString();
 }
-
-QStringList TemporaryFiles::names() const
-{
-    QStringList result;
-    for (const auto &file : descriptors)
-        result << file.first;
-    return result;
-}

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 
 #include <map>
 
@@ -19,8 +18,6 @@ public:
     /// Makes an empty file with a name that no other file has; an empty text if that is impossible.
     /// The first call of a process also removes copies that killed runs left more than a day ago.
     QString create();
-
-    QStringList names() const;
 
 private:
     std::map<QString, int> descriptors; ///< the locked file by its name
