@@ -2,7 +2,6 @@
 #include "app/generatorsteps.h"
 
 #include "generators/descriptions/textdocgenerator.h"
-#include "support/numbers.h"
 
 #include <iterator>
 
@@ -26,12 +25,6 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
      "Generation of textual object dictionary documentation in %1 started"},
 };
 // clang-format on
-
-LineType readLineType(const ObjectDataBase &store, quint8 line)
-{
-    const QString key = QStringLiteral("line%1type").arg(line);
-    return static_cast<LineType>(Numbers::toIntDecimal(store.getGeneralSettingsValue(key)));
-}
 
 bool isMeantFor(StepLines lines, LineType type)
 {

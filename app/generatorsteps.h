@@ -2,31 +2,13 @@
 #pragma once
 
 #include "generators/abstractgenerator.h"
+#include "store/linetype.h"
 #include "store/objectdatabase.h"
 
 #include <QList>
 #include <QVector>
 
 #include <memory>
-
-/// Protocol of a line, the number of the general setting "line<n>type"; any other number is
-/// unknown.
-enum class LineType : qint32 {
-    CANopen = 1,
-    J1939 = 2,
-    RawCan = 4,
-    CANopenAndJ1939 = 5,
-};
-
-constexpr bool carriesCANopen(LineType type)
-{
-    return type == LineType::CANopen || type == LineType::CANopenAndJ1939;
-}
-
-constexpr bool carriesJ1939(LineType type)
-{
-    return type == LineType::J1939 || type == LineType::CANopenAndJ1939;
-}
 
 struct ProjectLine {
     quint8 number;

@@ -12,6 +12,8 @@ public:
 
     /// \a text as it stands; whoever wants a line end gives "\n".
     void raw(const QString &text) { stream << text; }
+    void raw(const char *utf8) { stream << QString::fromUtf8(utf8); }
+    void raw(quint32 number) { stream << number; }
 
     /// Hands all text to the device. False if any of it, early or late, could not be written.
     bool finish();

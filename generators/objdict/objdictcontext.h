@@ -1,0 +1,149 @@
+// What the sections of the object dictionary source share: the differences of the two stack
+// generations, the form of the file, and the positions that one section leaves for the next.
+#pragma once
+
+#include "generators/dialect.h"
+#include "generators/generalsettings.h"
+#include "generators/textwriter.h"
+#include "store/objectdatabase.h"
+
+#include <QHash>
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <QVector>
+
+#include <array>
+#include <optional>
+
+namespace ObjDict
+{
+
+/// What the two generations of the stack differ in.
+struct Dialect : ::Dialect {
+    const char *constMacro = "";        ///< before constant data
+    const char *storageMacro = "";      ///< storage class of variables
+    const char *constStorageMacro = ""; ///< storage class of constant data
+    const char *watchdogMacro = "";     ///< called between the steps of the start-up
+    const char *lineCountMacro = "";    ///< number of lines, as the definitions header names it
+    const char *titleSuffix = "";       ///< end of the title in the head comment
+    const char *commonStart = "";       ///< call that starts what all protocols share
+};
+
+constexpr Dialect classicDialect()
+{
+    Dialect d;
+    d.constMacro = "CO_CONST";
+    d.storageMacro = "CO_STORAGE_CLASS";
+    d.constStorageMacro = "CO_CONST_STORAGE_CLASS";
+    d.watchdogMacro = "CO_HANDLE_WATCHDOG";
+    d.lineCountMacro = "CO_MULTI_LINE_CNT";
+    d.commonStart = "    retVal = commonStackInit(&commonInitVars);\n";
+    return d;
+}
+
+constexpr Dialect v4Dialect()
+{
+    Dialect d = classicDialect();
+    d.preferV4 = true;
+    d.constMacro = "CORE_CONST";
+    d.storageMacro = "CORE_STORAGE_CLASS";
+    d.constStorageMacro = "CORE_CONST_STORAGE_CLASS";
+    d.watchdogMacro = "CORE_HANDLE_WATCHDOG";
+    d.lineCountMacro = "CAN_MULTI_LINE_CNT";
+    d.titleSuffix = " (V4)";
+    d.commonStart = "    retVal = coreStackInit(&commonInitVars);\n";
+    return d;
+}
+
+/// The types of values that have an array of their own, `od_<tag>`.
+enum class ValueClass { U8, U16, U24, U32, U40, U48, U64, I8, I16, I24, I32, R32 };
+constexpr int kValueClassCount = 12;
+
+/// None for strings, domains and types without an array.
+std::optional<ValueClass> valueClassOf(quint16 dataType);
+
+/// The line, index and subindex in one number, ascending in that order.
+using Key = quint32;
+constexpr Key keyOf(quint8 line, quint16 index, quint8 sub)
+{
+    return quint32(line) << 24 | quint32(index) << 8 | sub;
+}
+
+/// Where values went. The sections of values fill it (objdictvalues), those of descriptions, PDO
+/// tables and start-up code read it; descriptionRows is filled by the description table and read by
+/// the assignment table. What is absent has no place.
+struct Positions {
+    using Map = QHash<Key, quint16>;
+    Map managed;   ///< in `od_<tag>`, or `od_ptr_<tag>` and strings for application variables
+    Map constants; ///< default value in `od_const_<tag>`
+    Map lowLimits;
+    Map highLimits;
+    QHash<Key, quint16> descriptionRows; ///< by the key of subindex 0
+
+    /// String defaults of application variables in `stringDefaultValues`.
+    struct StringPlace {
+        quint32 offset = 0; ///< bytes
+        quint32 size = 0;   ///< bytes
+    };
+    QMap<Key, StringPlace> strings; ///< ascending, the order of the file
+
+    /// Arrays that were written, by ValueClass.
+    using Presence = std::array<bool, kValueClassCount>;
+    Presence constArrays{};
+    Presence managedArrays{};
+    Presence pointerArrays{};
+    bool hasConstVisString = false;
+    bool hasVisString = false;
+    bool hasOctetString = false;
+    bool hasDomain = false;
+    bool hasConstUtf8String = false;
+    bool hasUtf8String = false;
+};
+
+/// One static RPDO mapping; equal ones of a line share a table.
+struct MappingTable {
+    struct Entry {
+        QString address; ///< C expression
+        quint8 bits = 0;
+        quint32 mapping = 0; ///< index, subindex and length of CiA 301, 7.4.8.2
+
+        bool operator==(const Entry &other) const
+        {
+            return address == other.address && bits == other.bits && mapping == other.mapping;
+        }
+    };
+    quint8 mappedCount = 0; ///< subindex 0 of the mapping object; 254 and 255 are multiplexed PDOs
+    QVector<Entry> entries;
+
+    bool operator==(const MappingTable &other) const
+    {
+        return mappedCount == other.mappedCount && entries == other.entries;
+    }
+};
+
+/// The shape of the file, decided once before its first section.
+struct Form {
+    QList<quint8> lines;       ///< existing lines 0..31 that have objects, ascending
+    QList<quint8> servedLines; ///< those with at least two objects: they get a start-up function
+    bool multiLine = false;    ///< see ProjectLines
+    quint8 singleLine = 0;     ///< the line that the single-line form starts
+    bool compactArrays = false;
+    bool canFd = false;
+    bool sdoServerOnly = false; ///< the form for the CAM11/CAM21 SDO server of a J1939 device
+    bool hasLimitCheck = false;
+};
+
+/// Handed to each section. The sections of a file share one context.
+struct Context {
+    ObjectDataBase &store;
+    TextWriter &out;
+    const Dialect &dialect;
+    GeneralSettings settings;
+    Form form;
+    Positions positions;
+    QHash<quint8, QVector<MappingTable>> rpdoTables; ///< by line; written by the PDO tables, read
+                                                     ///< by the calls that hand them to the stack
+};
+
+} // namespace ObjDict

@@ -1,0 +1,30 @@
+// The values of the object dictionary: arrays of managed variables, constants, string defaults and
+// pointers to application variables, and the structure by which the stack finds them.
+#pragma once
+
+#include "generators/objdict/objdictcontext.h"
+
+namespace ObjDict
+{
+
+// The sections, in file order.
+void defineManagedVariables(Context &context);
+void defineAllConsts(Context &context);
+void generateStringDefaultValues(Context &context);
+void defineApplicationVariables(Context &context);
+void initDataTypeStructure(Context &context);
+void generateStringDefaultValueFunction(Context &context);
+
+/// C expression for the address of a subindex's value; "NULL" for one that does not exist.
+QString getObjectAddress(const Context &context, quint8 line, quint16 index, quint8 sub);
+
+/// The `CO_DTYPE_...` tag of a subindex: how the stack treats the entry.
+QString getImplementationDataType(const ObjectDataBase::SUBINDEX_DATA_T &data, quint16 index,
+                                  quint8 sub);
+
+bool isWriteable(const QString &accessType);
+
+/// " /* 0x2000:1 */", the comment behind an entry, in a multi-line form with the line in front.
+QString entryComment(const Context &context, Key key);
+
+} // namespace ObjDict
