@@ -66,12 +66,11 @@ void CsvImporter::doImport()
     const CsvColumns columns(reader.fields());
     while (reader.next()) {
         const QStringList &fields = reader.fields();
-        const bool isTaken = fields.size() >= kLeastFields;
         if (reader.firstCharacter() == QLatin1Char('d'))
             handleDeleteLine(fields);
         else if (reader.firstCharacter() == QLatin1Char('c'))
             handleCopyLine(fields);
-        else if (!isTaken || !handleImportLine(columns.read(fields)))
+        else if (fields.size() < kLeastFields || !handleImportLine(columns.read(fields)))
             qCDebug(lcImport).noquote().nospace()
                 << importFileName << ':' << reader.line() << ": the line is passed over";
     }
@@ -113,17 +112,19 @@ bool CsvImporter::handleImportLine(const CsvRow &row)
     return true;
 }
 
-bool CsvImporter::isUsableLine(qint64 line)
+bool CsvImporter::isUsableLine(qint64 number)
 {
+    if (number > 0xFF)
+        return false;
+    const auto line = static_cast<quint8>(number);
     const auto known = usableLines.constFind(line);
     if (known != usableLines.constEnd())
         return *known;
-    const bool isUsable = line <= 0xFF && database->existNode(static_cast<quint8>(line));
+    const bool isUsable = database->existNode(line);
     // What is written goes into the cache as well, so that no row needs a query.
     if (isUsable)
-        database->cacheAllSubs(static_cast<quint8>(line), 0);
-    if (line <= 0xFF)
-        usableLines.insert(line, isUsable);
+        database->cacheAllSubs(line, 0);
+    usableLines.insert(line, isUsable);
     return isUsable;
 }
 

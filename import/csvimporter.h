@@ -35,7 +35,7 @@ private:
     void handleCopyLine(const QStringList &fields);
     /// False if the row names no place of the project or none in the range.
     bool handleImportLine(const CsvRow &row);
-    bool isUsableLine(qint64 line);
+    bool isUsableLine(qint64 number);
     void importObject(const ObjectKey &key, const CsvRow &row);
     void importSubIndex(const ObjectKey &key, CsvRow row);
     void provideObject(const ObjectKey &key, const CsvRow &row);
@@ -48,7 +48,7 @@ private:
 
     QList<SubAddress> deleteList;
     QList<SubAddress> copyList;
-    QMap<qint64, bool> usableLines;            ///< those that rows named
+    QMap<quint8, bool> usableLines;            ///< those that rows named
     QMap<ObjectKey, ObjectData> madeObjects;   ///< made for the sake of a subindex
     std::set<ObjectKey> arrays;                ///< objects that a row calls an array
     QList<ObjectDataBase::SubEntry> collected; ///< not yet in the store

