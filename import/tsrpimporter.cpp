@@ -3,6 +3,13 @@
 
 #include "store/objectdatabase.h"
 
+namespace
+{
+
+constexpr quint8 kBothDirections = 0; // of parameter groups
+
+} // namespace
+
 void TSRPImporter::doImport()
 {
     const Job job(*this);
@@ -14,9 +21,10 @@ void TSRPImporter::doImport()
         return;
     }
     emit progress(20);
-    bool done = database->copyLineFromDatabase(other, activeLine, sourceLine, lowIndex, highIndex);
-    done = done && database->copyPGNsFromDatabase(other, activeLine, sourceLine, lowIndex,
-                                                  highIndex, direction);
+    constexpr quint8 from = ObjectDataBase::kFirstLine;
+    bool done = database->copyLineFromDatabase(other, activeLine, from, lowIndex, highIndex);
+    done = done && database->copyPGNsFromDatabase(other, activeLine, from, lowIndex, highIndex,
+                                                  kBothDirections);
     if (!done)
         fail(QStringLiteral("Could not copy all of %1").arg(importFileName));
 }

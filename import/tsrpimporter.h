@@ -14,8 +14,4 @@ public:
 
 public slots:
     void doImport() override;
-
-private:
-    quint8 sourceLine = 255; ///< the source's first line, whichever number it has
-    quint8 direction = 0;    ///< of parameter groups: both
 };

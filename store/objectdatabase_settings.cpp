@@ -335,11 +335,11 @@ bool ObjectDataBase::copyLineSettings(ObjectDataBase &other, quint8 line, quint8
         if (!value.isEmpty() && value != getJ1939SettingsValueLine(key, line))
             done = setJ1939SettingsValueLine(key, value, line) && done;
     }
-    const QString type = QStringLiteral("line%1type");
-    if (getGeneralSettingsValue(type.arg(line)).isEmpty())
-        done = setGeneralSettingsValue(type.arg(line),
-                                       other.getGeneralSettingsValue(type.arg(otherLine))) &&
-               done;
+    // What the line carries is the project's choice, where it has made one.
+    const QString typeKey = QStringLiteral("line%1type");
+    const QString type = other.getGeneralSettingsValue(typeKey.arg(otherLine));
+    if (!type.isEmpty() && getGeneralSettingsValue(typeKey.arg(line)).isEmpty())
+        done = setGeneralSettingsValue(typeKey.arg(line), type) && done;
     return done;
 }
 

@@ -101,6 +101,19 @@ constexpr char kStyleSheet[] =
     "{\n"
     "margin: 0 auto; width:600px;\n"
     "}\n"
+    "}\n"
+    // Deliberate: rules of our own. Without them a long text runs below the contents, or off the
+    // paper; held by tst_htmlgenerator.
+    "@media screen\n"
+    "{\n"
+    "div.left, div.center\n"
+    "{\n"
+    "max-width:600px;\n"
+    "}\n"
+    "}\n"
+    "td + td, th, div.left td\n"
+    "{\n"
+    "overflow-wrap: anywhere;\n"
     "}\n";
 // clang-format on
 
@@ -173,11 +186,5 @@ void HtmlPage::row(const char *labelCell, const QString &value, const char *valu
     out.raw(valueCell);
     out.raw(value);
     out.raw("</td>\n");
-    out.raw("   </tr>\n");
-}
-
-void HtmlPage::emptyRow()
-{
-    openRow();
     out.raw("   </tr>\n");
 }

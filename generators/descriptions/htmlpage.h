@@ -35,9 +35,6 @@ public:
     /// its cell.
     void row(const char *labelCell, const QString &value, const char *valueCell = "    <td>");
 
-    /// A row without cells; it takes its turn in the colours too.
-    void emptyRow();
-
     /// Opening tag of a row, for rows that are not in turn.
     static const char *rowTag(bool isAlternate);
 
