@@ -43,7 +43,11 @@ public:
     using SPN = SpnData;
     using CANID = CanIdData;
     using DataElement = DataElementData;
+    using LineDifference = LineDifferenceData;
     using ChangeSet = ChangeSetData;
+
+    /// As line of another store: the first one that it has.
+    static constexpr quint8 kFirstLine = 255;
 
     /// Version of the schema that this tool writes.
     static constexpr int kDatabaseVersion = 104;
@@ -391,6 +395,26 @@ public:
     bool CANIDEqual(ObjectDataBase *other, quint8 line, quint8 otherLine, quint32 id,
                     quint32 otherId, quint8 direction) const;
 
+    // --- Lines of two stores (objectdatabase_copy.cpp) ---
+
+    /// Brings the objects \a low to \a high of a line of another store, with all that belongs to
+    /// them, and the settings of that line. An object that both lines have is replaced as a whole;
+    /// those that only this one has stay, and so do connections. A line that does not exist is
+    /// added. Subindices lose their ties to signals, which are not copied; the settings that other
+    /// lines share, the node's record and the locks of PDOs stay out too. One transaction, and one
+    /// notification of the kind Project. False if write access is locked, if the other project
+    /// could not be read or has no such line, or if something could not be written.
+    bool copyLineFromDatabase(ObjectDataBase &other, quint8 line, quint8 otherLine, quint32 low,
+                              quint32 high);
+    /// Likewise the parameter groups with numbers \a low to \a high, with their signals;
+    /// \a direction as for getPGNs().
+    bool copyPGNsFromDatabase(ObjectDataBase &other, quint8 line, quint8 otherLine, quint32 low,
+                              quint32 high, quint8 direction);
+    /// Ascending; of an object only one line has, just the object. Compares contentCompare() of
+    /// objects and subindices. "Here" is this store.
+    QList<LineDifference> compareLine(quint8 line, ObjectDataBase &other, quint8 otherLine,
+                                      quint16 low, quint16 high);
+
     // --- Text form (objectdatabase_text.cpp), used by DatabaseTextConverter ---
 
     struct ColumnValue {
@@ -432,6 +456,18 @@ private:
 
     // Part of addNode: what a line has beside its objects (objectdatabase_nodes.cpp)
     void addLineSettings(quint8 line);
+
+    // Steps of copying from another store (objectdatabase_copy.cpp, objectdatabase_settings.cpp)
+    std::optional<quint8> sourceLine(quint8 line) const;
+    bool mayCopy(const ObjectDataBase &other, quint8 line, std::optional<quint8> otherLine) const;
+    /// Calls \a copy with the other store's line, within the frame that all copying has.
+    template <class Copy>
+    bool runCopy(const ObjectDataBase &other, quint8 line, quint8 otherLine, const Copy &copy);
+    bool copyObjects(ObjectDataBase &other, quint8 line, quint8 otherLine, quint32 low,
+                     quint32 high);
+    bool copyLineSettings(ObjectDataBase &other, quint8 line, quint8 otherLine);
+    bool copyLineRows(ObjectDataBase &other, const char *family, quint8 line, quint8 otherLine,
+                      const QString &condition, const QVector<QVariant> &values);
 
     // Steps of saving and comparing (objectdatabase_save.cpp)
     bool mayReplace(const QString &file) const;

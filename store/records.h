@@ -9,6 +9,8 @@
 #include <QMetaType>
 #include <QString>
 
+#include <optional>
+
 using Metadata = QMap<QString, QString>;
 
 /// One CAN line of the device.
@@ -56,6 +58,9 @@ struct IndexData {
 
     bool operator==(const IndexData &other) const;
     bool operator!=(const IndexData &other) const { return !(*this == other); }
+
+    /// As that of a subindex: name, type and code.
+    bool contentCompare(const IndexData &other) const;
 };
 
 /// One subindex; an object that is a plain variable has just subindex 0.
@@ -114,6 +119,19 @@ struct SubAddressData {
     bool operator==(const SubAddressData &other) const
     {
         return index == other.index && subindex == other.subindex;
+    }
+};
+
+/// A place where a line differs from a line of another project.
+struct LineDifferenceData {
+    enum class Kind { OnlyHere, OnlyThere, Content };
+    Kind kind = Kind::Content;
+    quint16 index = 0;
+    std::optional<quint8> subindex; ///< none: the object itself
+
+    bool operator==(const LineDifferenceData &other) const
+    {
+        return kind == other.kind && index == other.index && subindex == other.subindex;
     }
 };
 

@@ -120,6 +120,17 @@ QString Schema::createTable(const TableRow &row, bool ifNotExists)
              QString::fromLatin1(row.name), tableColumns(row));
 }
 
+QStringList Schema::lineColumnNames(const char *family)
+{
+    QStringList names;
+    const QStringList columns = lineColumns(family).split(QStringLiteral(", "));
+    for (const QString &column : columns) {
+        if (!column.startsWith(QLatin1String("UNIQUE")))
+            names << column.section(QLatin1Char(' '), 0, 0);
+    }
+    return names;
+}
+
 QString Schema::nullableColumns(const char *family)
 {
     QStringList result;
