@@ -86,9 +86,9 @@ public:
             if (!cache.frames.contains(key))
                 cache.frames.insert(key, frame);
         }
-        const QVector<Signal> all =
-            select(Family::kSignalColumns, Family::kSignalTable, line,
-                   QStringLiteral("order by %1").arg(QLatin1String(Family::kSignalOrder)), {});
+        const QVector<Signal> all = select(
+            Family::kSignalColumns, Family::kSignalTable, line,
+            QStringLiteral("order by %1, rowid").arg(QLatin1String(Family::kSignalOrder)), {});
         for (const Signal &signal : all)
             cache.signalsOf[{signal.*Family::kSignalFrame, quint8(signal.direction)}] << signal;
         (d.*Family::kCache).insert(line, cache);
@@ -151,7 +151,7 @@ public:
             return cache->signalsOf.value(key);
         return select(
             Family::kSignalColumns, Family::kSignalTable, line,
-            QStringLiteral("where %1 = ? and direction = ? order by %2")
+            QStringLiteral("where %1 = ? and direction = ? order by %2, rowid")
                 .arg(QLatin1String(Family::kSignalFrameKey), QLatin1String(Family::kSignalOrder)),
             {key.number, key.direction});
     }
