@@ -331,11 +331,12 @@ void tst_ObjDictInit::countsRowsOfAllLines()
 void tst_ObjDictInit::startsLinesWithGaps()
 {
     addServices(2);
+    addLine(*store, 27); // 2 is less than the count of lines by one, and not the last
     set("canfd_supported=1");
     Sections sections(*store, classicDialect());
     initObjectDictionaryMultiLine(sections.context);
     const QString text = sections.text();
-    QVERIFY(text.startsWith("\nUNSIGNED8 canLineTable[CO_LINE_ARRAY_DECL] = {0, 2,  };\n\n"));
+    QVERIFY(text.startsWith("\nUNSIGNED8 canLineTable[CO_LINE_ARRAY_DECL] = {0, 2, 27,  };\n\n"));
     QVERIFY(text.contains("serviceInitVars.fdMode[CO_LINE] = pModes[canLineTable[CO_LINE]];\n"));
     QVERIFY(text.contains("        retVal = coCanOpenStackInit_line2(2, pCoInitOpt, pModes);\n"));
     QVERIFY(text.contains("   \tcase 2:\n   \t\tretVal = coCanOpenStackInit_line2(canLine, "
