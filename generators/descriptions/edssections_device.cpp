@@ -91,7 +91,7 @@ void writeObjectList(const Context &context, const char *head, const QList<quint
     int number = 0;
     for (const quint16 index : objects)
         context.out.raw(
-            QStringLiteral("%1=0x%2\n").arg(++number).arg(index, 4, 16, QLatin1Char('0')));
+            QStringLiteral("%1=0x%2\n").arg(QString::number(++number), EdsSections::hex4(index)));
     context.out.raw("\n");
 }
 
@@ -180,6 +180,11 @@ void EdsSections::writeAdditionalSections(const Context &context)
     const QString sections = setting(context, "AdditionalSections");
     if (!sections.isEmpty())
         context.out.raw(sections + QLatin1Char('\n'));
+}
+
+QString EdsSections::hex4(quint16 index)
+{
+    return QStringLiteral("%1").arg(index, 4, 16, QLatin1Char('0'));
 }
 
 QString EdsSections::oneLine(const QString &text)

@@ -17,11 +17,6 @@ constexpr int kCommentWidth = 250;
 /// Types from here on have no number of CiA 301 and are described as bytes.
 constexpr quint16 kFirstOwnType = 100;
 
-QString hex4(quint16 index)
-{
-    return QStringLiteral("%1").arg(index, 4, 16, QLatin1Char('0'));
-}
-
 /// Objects that only a CAN FD device describes.
 bool isCanFdObject(quint16 index)
 {
@@ -89,8 +84,8 @@ void writeSubIndex(const Context &context, quint16 index, quint8 subIndex, quint
 {
     SubData data;
     (void)context.store.getSubIndexData(context.line, index, subIndex, data); // or the defaults
-    context.out.raw(
-        QStringLiteral("\n[%1sub%2]\n").arg(hex4(index), QString::number(subIndex, 16)));
+    context.out.raw(QStringLiteral("\n[%1sub%2]\n")
+                        .arg(EdsSections::hex4(index), QString::number(subIndex, 16)));
     writeName(context.out, data.name, index, subIndex);
     context.out.raw("ObjectType=7\n");
     // An object of which a variant leaves out the end still tells its own highest subindex.

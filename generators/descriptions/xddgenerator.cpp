@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QThread>
+#include <QVector>
 #include <QXmlStreamWriter>
 
 #include <atomic>
@@ -19,7 +20,8 @@
 namespace
 {
 
-/// \a text without the characters that XML 1.0 has no form for: they become blanks.
+/// \a text without the characters that XML 1.0 has no form for: they become blanks. Half of a
+/// surrogate pair, at which the stream writer would give up the file, becomes a replacement.
 QString xmlText(const QString &text)
 {
     QString result = text;
@@ -29,7 +31,8 @@ QString xmlText(const QString &text)
         if (isControl || code >= 0xFFFE)
             character = QLatin1Char(' ');
     }
-    return result;
+    const QVector<uint> whole = result.toUcs4(); // replaces the halves
+    return QString::fromUcs4(whole.constData(), whole.size());
 }
 
 /// \a text for the inside of a comment, which two hyphens would end.
@@ -44,11 +47,6 @@ QString xmlComment(const QString &text)
 QString hex2(quint16 number)
 {
     return QStringLiteral("%1").arg(number, 2, 16, QLatin1Char('0'));
-}
-
-QString hex4(quint16 number)
-{
-    return QStringLiteral("%1").arg(number, 4, 16, QLatin1Char('0'));
 }
 
 /// The words in which the two profiles differ.
@@ -189,7 +187,7 @@ void XddWriter::describeDataObject(quint16 index)
     ObjectDataBase::INDEX_DATA_T object;
     (void)store.getIndexData(line, index, object); // or the defaults
     start("CANopenFDDataObject");
-    attribute("index", hex4(index));
+    attribute("index", EdsSections::hex4(index));
     attribute("name", xmlText(Helper::substituteVariables(object.name, index, 0)));
     attribute("objectType", QString::number(static_cast<int>(object.objectCode)));
     if (object.objectCode != CANopen::ObjectCode::Record)
