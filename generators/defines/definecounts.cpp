@@ -12,7 +12,7 @@ namespace
 constexpr quint8 kTransmit = 0x55; // directions of groups and identifiers in the store
 constexpr quint8 kReceive = 0x77;
 constexpr quint32 kAddressClaimedPgn = 0xEE00; // SAE J1939-81
-constexpr quint32 kFlyingMasterBit = 0x20;     // 0x1F80, CiA 302-2
+constexpr quint32 kFlyingMasterBit = 0x20;
 
 using Defines::countIndices;
 using Defines::countSubs;
@@ -109,7 +109,7 @@ quint16 cobsOfLine(const DefineContext &context, quint8 line, int position)
     cobs += has(0x1F10); // SDO requesting device
     cobs += 2 * countIndices(store, line, 0x1301, 0x137F);
     cobs += additionalCobs(settings, position);
-    cobs += Defines::subValue(store, line, 0x1F80, 0) & kFlyingMasterBit ? 10 : 0;
+    cobs += Defines::hasFlyingMaster(store, line) ? 10 : 0;
     if (!context.multiProtocol)
         cobs += cobsOfTransport(settings, line);
     return cobs;
@@ -185,6 +185,11 @@ quint16 Defines::countSubs(const ObjectDataBase &store, quint8 line, quint16 ind
 quint32 Defines::subValue(const ObjectDataBase &store, quint8 line, quint16 index, quint8 sub)
 {
     return Numbers::toUIntByPrefix(store.getSubIndexValue(line, index, sub));
+}
+
+bool Defines::hasFlyingMaster(const ObjectDataBase &store, quint8 line)
+{
+    return (subValue(store, line, 0x1F80, 0) & kFlyingMasterBit) != 0;
 }
 
 quint32 Defines::isoTpCobs(const GeneralSettings &settings, quint8 line)

@@ -36,4 +36,7 @@ quint16 countSubs(const ObjectDataBase &store, quint8 line, quint16 index, quint
 /// Default value of a subindex as a number, read by its prefix.
 quint32 subValue(const ObjectDataBase &store, quint8 line, quint16 index, quint8 sub);
 
+/// Can the line take part in the choice of a flying master (0x1F80, CiA 302-2)?
+bool hasFlyingMaster(const ObjectDataBase &store, quint8 line);
+
 } // namespace Defines
