@@ -9,7 +9,7 @@ class TestCText : public QObject
 private slots:
     void commentsEndWhereTheyShould()
     {
-        QCOMPARE(CText::comment("a */ b*/"), QString("a * / b* /"));
+        QCOMPARE(CText::comment("a */ b*/ /* /*/"), QString("a * / b* / / * / * /"));
         QCOMPARE(CText::comment("/*/ x"), QString("/ * / x"));
     }
 
