@@ -106,6 +106,9 @@ protected:
     /// Ends the writing of \a file; what could not be written makes the job a failed one.
     void closeOutputFile(TextWriter &out, QFile &file);
 
+    /// The same behind a writer of another kind, which tells whether it could write.
+    void closeOutputFile(bool isWritten, QFile &file);
+
     void fail(const QString &error);
 
     quint8 activeLine = 0;

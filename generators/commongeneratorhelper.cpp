@@ -170,7 +170,8 @@ QString tableText(const QString &head, const QVector<Service> &services)
         const QStringList subFunctions = subFunctionsOf(service.sid);
         for (const QString &subFunction : subFunctions) {
             text += QStringLiteral("\t\t{ %1, %2,\n").arg(twoHexDigits(service.sid), subFunction) +
-                    QStringLiteral("\t\t\t{%1}, %2u},\n").arg(list).arg(service.list.size());
+                    QStringLiteral("\t\t\t{%1}, %2u},\n")
+                        .arg(list, QString::number(service.list.size()));
         }
     }
     return text + QStringLiteral("\n\t};\n\n");

@@ -32,6 +32,10 @@ private slots:
         for (const quint16 index : {0x1000, 0x1001, 0x1017, 0x1018})
             store->addIndex(0, index, {});
         store->addSubIndex(0, 0x1018, 1, makeSub("Vendor-ID", 7, "1"));
+        for (const char *key :
+             {"identitynumber", "manufacturercode", "ecuinstance", "functioninstance", "function",
+              "vehiclesystem", "vehicleinstance", "industrygroup", "startaddress"})
+            store->setJ1939SettingsValue(key, "1");
     }
 
     void headsEachLineOfSeveral()
@@ -92,6 +96,18 @@ private slots:
         QCOMPARE(run(report, QString(), true), Result::GenerationOk);
         QVERIFY(!QFile::exists(fixture.path("__tsrerrorlog.txt")));
         QVERIFY(QFile::exists(fixture.path("__tsrerrorlog.txt.bak")));
+    }
+
+    /// Those of the first check count again in the second one of the same line.
+    void countsTheErrorsOfBothProtocols()
+    {
+        setLineType(0, "5");
+        store->setGeneralSettingsValue("co_node_id", "");
+        store->setJ1939SettingsValue("function", "");
+        RecordingHandler report;
+        QCOMPARE(run(report), Result::GenerationCheckFailed);
+        QCOMPARE(report.lines.last(),
+                 "ABORT - Check of model consistency finished: failed (3 errors)");
     }
 
     void stopsAtAMissingFolder()
