@@ -2,6 +2,9 @@
 #include "app/generatormainhandler.h"
 
 #include "app/outputhandlerbase.h"
+#include "generators/descriptions/edsgenerator.h"
+#include "generators/descriptions/edsvariants.h"
+#include "import/csvimporter.h"
 #include "import/edsimporter.h"
 #include "store/databasemodifier.h"
 #include "store/objectdatabase.h"
@@ -37,6 +40,7 @@ std::unique_ptr<BaseDataImporter> make()
 }
 
 constexpr ImporterRow kImporters[] = {
+    {"csv", make<CsvImporter>},
     {"dcf", make<EDSImporter>},
     {"eds", make<EDSImporter>},
 };
@@ -55,14 +59,6 @@ bool isReadableFile(const QString &path)
 {
     const QFileInfo info(path);
     return info.isFile() && info.isReadable();
-}
-
-/// \a text with its %1 and, where it has one, its %2.
-QString filled(const char *text, const QString &directory, const QString &name)
-{
-    const QString pattern = QLatin1String(text);
-    return pattern.contains(QLatin1String("%2")) ? pattern.arg(directory, name)
-                                                 : pattern.arg(directory);
 }
 
 } // namespace
@@ -193,6 +189,7 @@ void GeneratorMainHandler::fillCaches(const ProjectFacts &facts)
     for (const ProjectLine &line : facts.lines) {
         database->cacheAllSubs(line.number, 0);
         database->cacheAllSubNames(line.number, 0);
+        database->cacheAllSpnDataForLine(line.number);
     }
     database->cacheStrings();
 }
@@ -268,43 +265,95 @@ bool GeneratorMainHandler::writeCheckLog(const QString &path)
     return true;
 }
 
-void GeneratorMainHandler::generateFiles(const ProjectFacts &facts)
+void GeneratorMainHandler::generateFiles(ProjectFacts facts)
 {
-    for (const GeneratorStep &step : generatorSteps()) {
-        const QList<quint8> lines = linesOfStep(step, facts);
-        for (const quint8 line : lines)
-            runStep(step, line, facts);
-    }
-    if (facts.isPureJ1939())
-        removeForeignFiles();
+    readContentFacts(*database, facts);
+    runSteps(generatorSteps(), facts);
+    if (facts.hasCANopen)
+        generateEdsFiles(facts);
+    runSteps(stepsBehindEds(), facts);
+    removeStaleFiles(facts);
 }
 
-void GeneratorMainHandler::runStep(const GeneratorStep &step, quint8 line,
-                                   const ProjectFacts &facts)
+void GeneratorMainHandler::runSteps(StepRange steps, const ProjectFacts &facts)
 {
-    qCDebug(lcApp) << "step" << step.letter << "line" << line;
-    const auto generator = step.create(*database);
-    generator->generateML = step.takesMultiLine && facts.isMultiLine();
-    generator->setOutputDirectory(outputDirectory);
-    generator->setDataBase(database);
-    generator->setProjectName(projectName);
-    generator->setActiveLine(line);
-    if (!generator->checkWritability()) {
-        outputHandler->printLine(filled(step.notWritable, outputDirectory, projectName));
+    for (const GeneratorStep &step : steps) {
+        const QList<quint8> lines = linesOfStep(step, facts);
+        for (const quint8 line : lines) {
+            qCDebug(lcApp) << "step" << step.letter << "line" << line;
+            const auto generator = step.create(*database, facts);
+            generator->generateML = step.takesMultiLine && facts.isMultiLine();
+            runGenerator(*generator, line, filled(step.notWritable, projectName),
+                         filled(step.started, projectName));
+        }
+    }
+}
+
+/// \a text with the output directory for its %1 and, where it has one, \a name for its %2.
+QString GeneratorMainHandler::filled(const char *text, const QString &name) const
+{
+    const QString pattern = QLatin1String(text);
+    return pattern.contains(QLatin1String("%2")) ? pattern.arg(outputDirectory, name)
+                                                 : pattern.arg(outputDirectory);
+}
+
+void GeneratorMainHandler::runGenerator(AbstractGenerator &generator, quint8 line,
+                                        const QString &notWritable, const QString &started)
+{
+    generator.setOutputDirectory(outputDirectory);
+    generator.setDataBase(database);
+    generator.setProjectName(projectName);
+    generator.setActiveLine(line);
+    if (!generator.checkWritability()) {
+        outputHandler->printLine(notWritable);
         return;
     }
-    connect(generator.get(), &AbstractGenerator::progress, this,
+    connect(&generator, &AbstractGenerator::progress, this,
             &GeneratorMainHandler::generatorProgress);
-    generator->startGeneration();
-    outputHandler->printLine(filled(step.started, outputDirectory, projectName));
-    generator->wait();
+    generator.startGeneration();
+    if (!started.isEmpty())
+        outputHandler->printLine(started);
+    generator.wait();
     // Its last signal must reach generatorProgress() while the generator, its sender, lives.
     QCoreApplication::processEvents();
+    const QString remark = generator.closingRemark();
+    if (!remark.isEmpty())
+        outputHandler->printLine(remark);
 }
 
-/// A project that has become a pure J1939 one leaves no files that its stack would not compile.
-void GeneratorMainHandler::removeForeignFiles()
+void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
 {
+    for (const ProjectLine &line : facts.lines) {
+        if (!carriesCANopen(line.type))
+            continue;
+        const QStringList defines = edsDefines(*database, line.number);
+        for (const QString &define : defines) {
+            EDSGenerator device(define, facts.hasCanFd, false);
+            device.generateML = facts.isMultiLine();
+            runGenerator(device, line.number,
+                         filled("The EDS file %2.eds in %1 is not writable", projectName),
+                         filled("Generation of %2 EDS file in %1 started", define));
+            if (!facts.hasCanFd)
+                continue;
+            EDSGenerator classical(define, false, true);
+            classical.generateML = facts.isMultiLine();
+            runGenerator(classical, line.number,
+                         filled("The EDS file %2_classical.eds in %1 is not writable", projectName),
+                         filled("Generation of %2 classical EDS file in %1 started", define));
+        }
+        if (defines.size() > 1)
+            outputHandler->printLine(
+                QStringLiteral("Warning: multiple different EDS files to be generated.\n"));
+    }
+}
+
+/// What a project no longer writes must not be compiled with its stack.
+void GeneratorMainHandler::removeStaleFiles(const ProjectFacts &facts)
+{
+    if (facts.isPureCANopen() && !facts.hasVirtualObjects)
+        QFile::remove(outputDirectory + QStringLiteral("/gen_vobjdict.c"));
+    if (!facts.isPureJ1939())
+        return;
     static constexpr const char *kAdapterFiles[] = {"gen_j1939_adapter.c", "gen_j1939_adapter.cs",
                                                     "j1939_adapter.cs", "j1939_adapter.c"};
     const QString adapter = database->getJ1939SettingsValue(QStringLiteral("j1939adapter"));

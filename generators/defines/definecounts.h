@@ -1,6 +1,5 @@
-// The arithmetic of gen_define.h: how many CAN message objects (COBs) lines need, and the runs of
-// like subindices that share a table row. The stack allocates nothing, so each term is kept that
-// may need memory. All sums are of 16 bits and wrap.
+// The arithmetic of gen_define.h: how many CAN message objects (COBs) lines need. The stack
+// allocates nothing, so each term is kept that may need memory. All sums are of 16 bits and wrap.
 #pragma once
 
 #include "generators/defines/definecontext.h"
@@ -21,11 +20,6 @@ quint16 getMultiProtocolCobs(const DefineContext &context, quint8 line);
 
 /// How many message objects the ISO-TP connections of a line take.
 quint32 isoTpCobs(const GeneralSettings &settings, quint8 line);
-
-/// First subindex of the run of like subindices that ends an array: only up to it do subindices
-/// need a row of their own. The last subindex of a record, and of an array of fewer than three; 0
-/// for any other object.
-quint8 getSameStartSub(const ObjectDataBase &store, quint8 line, quint16 index);
 
 /// Number of objects from \a low to \a high.
 quint16 countIndices(const ObjectDataBase &store, quint8 line, quint16 low, quint16 high);

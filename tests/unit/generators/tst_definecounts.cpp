@@ -100,30 +100,6 @@ private slots:
         QTEST(int(Defines::getJ1939Cobs(project.context(out), 0)), "cobs");
     }
 
-    void startsOfLikeSubs_data()
-    {
-        columns<QString, int>("changes", "start");
-        // clang-format off
-        QTest::newRow("no object") << "" << 0;
-        QTest::newRow("variable") << "var 2000 1" << 0;
-        QTest::newRow("record") << "record 2000 4" << 4;
-        QTest::newRow("array of two") << "array 2000 1" << 1;
-        QTest::newRow("like entries") << "array 2000 4" << 1;
-        QTest::newRow("one of another type") << "array 2000 5; put 2000:3 type 6" << 4;
-        QTest::newRow("the last differs") << "array 2000 5; put 2000:5 value 1" << 5;
-        QTest::newRow("a gap ends the run") << "array 2000 6; remove 2000:3" << 4;
-        QTest::newRow("the count may be like them") << "array 2000 2; put 2000:0 type 7; put 2000:0 value 0" << 0;
-        // clang-format on
-    }
-
-    void startsOfLikeSubs()
-    {
-        QFETCH(QString, changes);
-        DefineProject project;
-        project.change(changes);
-        QTEST(int(Defines::getSameStartSub(project.store, 0, 0x2000)), "start");
-    }
-
     void listsByLine_data()
     {
         columns<QString, QList<quint8>, QString>("setting", "lines", "list");
