@@ -229,6 +229,10 @@ public:
     bool setUDSServiceActive(quint8 line, quint8 sid, bool active);
     QString getUDSServiceSessions(quint8 line, quint8 sid) const;
     bool setUDSServiceSessions(quint8 line, quint8 sid, const QString &sessions);
+    /// A comma list of numbers, as the sessions are.
+    QString getUDSServiceUserLevels(quint8 line, quint8 sid) const;
+    bool setUDSServiceUserLevels(quint8 line, quint8 sid, const QString &levels);
+    int getUDSServiceActiveCnt(quint8 line) const; ///< of the services 16 to 254
 
     // --- Connections (objectdatabase_connections.cpp) ---
 

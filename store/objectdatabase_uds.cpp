@@ -19,6 +19,23 @@ QString ObjectDataBase::getUDSServiceSessions(quint8 line, quint8 sid) const
     return statement.next() ? statement.value(0).toString() : QString();
 }
 
+QString ObjectDataBase::getUDSServiceUserLevels(quint8 line, quint8 sid) const
+{
+    Statement statement(*d,
+                        QStringLiteral("select userlevels from %1 where sid = ?")
+                            .arg(Schema::table("UDSSettings", line)),
+                        {sid});
+    return statement.next() ? statement.value(0).toString() : QString();
+}
+
+int ObjectDataBase::getUDSServiceActiveCnt(quint8 line) const
+{
+    Statement statement(*d, QStringLiteral("select count(*) from %1 where active != 0 and "
+                                           "sid between 16 and 254")
+                                .arg(Schema::table("UDSSettings", line)));
+    return statement.next() ? statement.value(0).toInt() : 0;
+}
+
 bool ObjectDataBase::setUDSServiceActive(quint8 line, quint8 sid, bool active)
 {
     return setUdsColumn(line, sid, "active", int(active));
@@ -27,6 +44,11 @@ bool ObjectDataBase::setUDSServiceActive(quint8 line, quint8 sid, bool active)
 bool ObjectDataBase::setUDSServiceSessions(quint8 line, quint8 sid, const QString &sessions)
 {
     return setUdsColumn(line, sid, "sessions", sessions);
+}
+
+bool ObjectDataBase::setUDSServiceUserLevels(quint8 line, quint8 sid, const QString &levels)
+{
+    return setUdsColumn(line, sid, "userlevels", levels);
 }
 
 bool ObjectDataBase::setUdsColumn(quint8 line, quint8 sid, const char *column,

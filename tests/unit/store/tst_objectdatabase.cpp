@@ -41,6 +41,17 @@ private slots:
         QVERIFY(store->delNode(254)); // a line that never was
     }
 
+    void udsServicesOfALine()
+    {
+        QCOMPARE(store->getUDSServiceActiveCnt(0), 5);
+        QVERIFY(store->setUDSServiceActive(0, 16, false));
+        QVERIFY(store->setUDSServiceActive(0, 15, true)); // below the services
+        QCOMPARE(store->getUDSServiceActiveCnt(0), 4);
+        QVERIFY(store->setUDSServiceUserLevels(0, 17, "1,it's"));
+        QCOMPARE(store->getUDSServiceUserLevels(0, 17), "1,it's");
+        QCOMPARE(store->getUDSServiceUserLevels(0, 34), "");
+    }
+
     void lockedStoreRefusesWrites()
     {
         store->setLockWriteAccess(true);

@@ -1,0 +1,37 @@
+// gen_indication.h: prototypes of the application's functions that the stack calls by name.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+
+/// Writes the header once for all CANopen lines of a project. The names are general settings;
+/// nothing checks that they are names of C.
+class indicationgenerator : public AbstractGenerator
+{
+    Q_OBJECT
+
+public:
+    indicationgenerator();
+
+    bool checkWritability() override;
+
+public slots:
+    void doJob() override;
+
+private:
+    QString targetFile() const;
+};
+
+/// The sections of the file.
+namespace Indications
+{
+
+void writeHead(TextWriter &out, const QString &projectName, const QString &toolVersion);
+
+/// Is a function set that would be declared here? Read and write functions of the USDO server count
+/// without the server too.
+bool staticIndisAvailable(const ObjectDataBase &store);
+
+/// In the multi-line form each function takes the line as its first parameter.
+void writePrototypes(TextWriter &out, const ObjectDataBase &store, bool multiLine);
+
+} // namespace Indications

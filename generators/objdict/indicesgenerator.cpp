@@ -1,0 +1,226 @@
+// Names of objects and subindices.
+#include "generators/objdict/indicesgenerator.h"
+
+#include "generators/ctext.h"
+#include "generators/textwriter.h"
+#include "support/helper.h"
+#include "support/logging.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QThread>
+
+namespace
+{
+
+/// Objects up to this one describe communication; those of a kind have the same subindices.
+constexpr quint16 kLastCommunicationIndex = 0x1FFF;
+
+bool canStandInName(QChar character)
+{
+    const ushort code = character.unicode();
+    return (code >= 'A' && code <= 'Z') || (code >= 'a' && code <= 'z') ||
+           (code >= '0' && code <= '9') || code == '_';
+}
+
+/// Upper case comes first: that of a sharp s is two letters.
+QString upperWithoutBlanks(const QString &text)
+{
+    return text.toUpper().replace(QLatin1Char(' '), QLatin1Char('_'));
+}
+
+QString onlyNameCharacters(QString text)
+{
+    for (QChar &character : text) {
+        if (!canStandInName(character))
+            character = QLatin1Char('_');
+    }
+    return text;
+}
+
+QString objectName(const IndexData &data, quint16 index)
+{
+    // Deliberate: the user's own name keeps its runs of "_", and has no "I_" before it unless a
+    // digit begins it, which no name of C can; held by tst_indicesgenerator.
+    const QString given =
+        onlyNameCharacters(upperWithoutBlanks(data.metadata.value(QStringLiteral("objectdefine"))));
+    if (!given.isEmpty())
+        return given.at(0).isDigit() ? QStringLiteral("I_") + given : given;
+    const QString name = data.name.isEmpty() ? IndexData().name : data.name;
+    return IndexDefines::replaceInvalidCharacters(
+        QStringLiteral("I_") + upperWithoutBlanks(Helper::substituteVariables(name, index, 0)));
+}
+
+QString subIndexName(const SubIndexData &data, quint16 index, quint8 sub)
+{
+    const QString given = data.metadata.value(QStringLiteral("subdefine"));
+    const QString name =
+        given.isEmpty() ? Helper::substituteVariables(data.name, index, sub) : given;
+    return IndexDefines::replaceInvalidCharacters(QStringLiteral("S_") + upperWithoutBlanks(name));
+}
+
+} // namespace
+
+DefineNames::DefineNames()
+{
+    // What the file itself defines.
+    writtenNames.insert(QStringLiteral("S_NUMBER_OF_ENTRIES"), 0);
+    writtenNames.insert(QStringLiteral("GEN_INDICES_H"), 1);
+}
+
+void DefineNames::startLine(const QString &linePrefix)
+{
+    prefix = linePrefix;
+    usedNames.clear();
+}
+
+std::optional<QString> DefineNames::claimCounted(const QString &name, quint32 value)
+{
+    if (!usedNames.contains(name)) {
+        usedNames.insert(name, 0);
+        const auto written = writtenNames.constFind(prefix + name);
+        if (written == writtenNames.constEnd()) {
+            writtenNames.insert(prefix + name, value);
+            return name;
+        }
+        if (*written == value)
+            return std::nullopt;
+    }
+    // Deliberate: the count goes on until the name is new, since a name that was given with its
+    // digits would lose its define otherwise; held by tst_indicesgenerator.
+    quint32 &count = usedNames[name];
+    QString counted;
+    do {
+        ++count;
+        counted = name + QString::number(count);
+    } while (writtenNames.contains(prefix + counted));
+    writtenNames.insert(prefix + counted, value);
+    return counted;
+}
+
+std::optional<QString> DefineNames::claimShared(const QString &name, quint32 value)
+{
+    if (writtenNames.contains(prefix + name))
+        return std::nullopt;
+    writtenNames.insert(prefix + name, value);
+    return name;
+}
+
+void IndexDefines::startLine(quint8 number)
+{
+    line = number;
+    prefix = multiLine ? QStringLiteral("L%1_").arg(line) : QString();
+    names.startLine(prefix);
+}
+
+void IndexDefines::generateIndexDefine(quint16 index)
+{
+    IndexData data;
+    if (!store.getIndexData(line, index, data))
+        return;
+    writeDefine("#define ", names.claimCounted(objectName(data, index), index), index);
+    if (data.objectCode != CANopen::ObjectCode::Array &&
+        data.objectCode != CANopen::ObjectCode::Record)
+        return;
+    const QList<quint8> subIndices = store.getSubIndices(line, index, 1);
+    for (const quint8 sub : subIndices)
+        generateSubDefine(index, sub);
+}
+
+void IndexDefines::generateSubDefine(quint16 index, quint8 sub)
+{
+    SubIndexData data;
+    (void)store.getSubIndexData(line, index, sub, data); // one that fails keeps its default name
+    const QString name = subIndexName(data, index, sub);
+    writeDefine("#define  ",
+                index > kLastCommunicationIndex ? names.claimCounted(name, sub)
+                                                : names.claimShared(name, sub),
+                sub);
+}
+
+void IndexDefines::writeDefine(const char *directive, const std::optional<QString> &name,
+                               quint32 value)
+{
+    if (!name)
+        return;
+    out.raw(directive);
+    out.raw(prefix + fillString(*name));
+    out.raw(QStringLiteral("\t0x%1u\n").arg(value, 0, 16));
+}
+
+void IndexDefines::writeEnd()
+{
+    out.raw("#define  ");
+    out.raw(fillString(QStringLiteral("S_NUMBER_OF_ENTRIES")));
+    out.raw("\t0x0u\n"
+            "\n"
+            "#endif /* GEN_INDICES_H */\n");
+}
+
+QString IndexDefines::fillString(const QString &text)
+{
+    constexpr int kNameWidth = 25;
+    return text.leftJustified(kNameWidth);
+}
+
+QString IndexDefines::replaceInvalidCharacters(const QString &text)
+{
+    constexpr int kLongestRun = 7;
+    QString name = onlyNameCharacters(text);
+    for (int length = kLongestRun; length > 1; --length)
+        name.replace(QString(length, QLatin1Char('_')), QStringLiteral("_"));
+    return name;
+}
+
+IndicesGenerator::IndicesGenerator() : AbstractGenerator(QStringLiteral("gen_indices.h generator"))
+{
+}
+
+QString IndicesGenerator::targetFile() const
+{
+    return QStringLiteral("%1/gen_indices.h").arg(outputDirectory);
+}
+
+bool IndicesGenerator::checkWritability()
+{
+    return isNewOrWritable(targetFile());
+}
+
+void IndicesGenerator::writeHead(TextWriter &out) const
+{
+    out.raw("/*\n");
+    out.raw(
+        QStringLiteral(" *  CO index/J1939 PGN/raw CAN-ID  defines for %1 - generated by %2 %3\n")
+            .arg(CText::comment(projectName), QCoreApplication::applicationName(), toolVersion));
+    out.raw(QStringLiteral(" * %1\n").arg(CText::generationTime()));
+    out.raw(" */\n\n"
+            "/* protect against multiple inclusion of the file */\n"
+            "#ifndef GEN_INDICES_H\n"
+            "#define GEN_INDICES_H 1\n\n");
+}
+
+void IndicesGenerator::doJob()
+{
+    const JobBracket bracket(*this);
+    checkForceMLFlag();
+    QFile file(targetFile());
+    if (!openOutputFile(file))
+        return;
+    TextWriter out(&file);
+    writeHead(out);
+    IndexDefines defines(*database, out, isMultiLine());
+    for (const quint8 line : qAsConst(lines)) {
+        defines.startLine(line);
+        const QList<quint16> indices = database->getIndices(line, 0x1000, 0xFFFF);
+        for (const quint16 index : indices) {
+            if (abortRequested) {
+                qCDebug(lcGenerator) << "Generation aborted";
+                break;
+            }
+            defines.generateIndexDefine(index);
+            QThread::yieldCurrentThread();
+        }
+    }
+    defines.writeEnd();
+    closeOutputFile(out, file);
+}

@@ -1,0 +1,89 @@
+// gen_indices.h: names for the numbers of a project, for the application's code.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+
+#include <QHash>
+#include <QList>
+
+#include <optional>
+
+/// Writes one header for the lines of all protocols; the first file of a run.
+class IndicesGenerator : public AbstractGenerator
+{
+    Q_OBJECT
+
+public:
+    IndicesGenerator();
+
+    /// The lines of the file, in file order. Set before the start.
+    void setLines(const QList<quint8> &projectLines) { lines = projectLines; }
+
+    bool checkWritability() override;
+
+public slots:
+    void doJob() override;
+
+private:
+    QString targetFile() const;
+    void writeHead(TextWriter &out) const;
+
+    QList<quint8> lines;
+};
+
+/// The names that have a define in a file. A look-up costs the same however many there are.
+class DefineNames
+{
+public:
+    DefineNames();
+
+    /// \a prefix stands before each name of the line in the file; names of lines with different
+    /// prefixes do not meet.
+    void startLine(const QString &linePrefix);
+
+    /// The name to define as \a value: \a name, or if that was asked for before on this line, or
+    /// stands for another value, with the first count behind it that makes it new. None if there is
+    /// just this define already.
+    std::optional<QString> claimCounted(const QString &name, quint32 value);
+
+    /// \a name, or none if it has a define, whatever its value.
+    std::optional<QString> claimShared(const QString &name, quint32 value);
+
+private:
+    QString prefix;
+    QHash<QString, quint32> usedNames;    ///< how often a name was repeated on this line
+    QHash<QString, quint32> writtenNames; ///< values of all defines, by name with prefix
+};
+
+/// The defines of a file, line by line.
+class IndexDefines
+{
+public:
+    IndexDefines(const ObjectDataBase &database, TextWriter &writer, bool isMultiLine)
+        : store(database), out(writer), multiLine(isMultiLine)
+    {
+    }
+
+    void startLine(quint8 number);
+
+    /// Names of an object of the line and, of arrays and records, of their subindices from 1 up.
+    void generateIndexDefine(quint16 index);
+
+    void writeEnd();
+
+    /// At least 25 characters, filled with blanks.
+    static QString fillString(const QString &text);
+    /// "_" for what cannot stand in a name of C, and one of it for a run of them.
+    static QString replaceInvalidCharacters(const QString &text);
+
+private:
+    void generateSubDefine(quint16 index, quint8 sub);
+    void writeDefine(const char *directive, const std::optional<QString> &name, quint32 value);
+
+    const ObjectDataBase &store;
+    TextWriter &out;
+    bool multiLine;
+    quint8 line = 0;
+    QString prefix; ///< "L<n>_" in the multi-line form, else empty
+    DefineNames names;
+};
