@@ -1,0 +1,248 @@
+// Start-up of a single line, and of the SDO server of a J1939 device.
+#include "generators/objdict/objdictinit.h"
+
+namespace ObjDict
+{
+
+namespace
+{
+
+// Behind the first SDO server, in the order of the start-up.
+constexpr WriteService kServices[] = {
+    initCommonServices, initGfc, initSrdos, initIsoTp, initIdNego, initGuarding,
+};
+
+/// Where the mode of the line stands, at the start and in the later test of it. Deliberate: in the
+/// old form there is no structure of what all protocols share, held by tst_objdictinit.
+const char *modeOfLine(const Context &context)
+{
+    return hasNewInitStructure(context) ? "commonInitVars.fdMode[0]" : "serviceInitVars.fdMode[0]";
+}
+
+/// The options of the run tell whether the device is NMT master.
+bool isDynamic(const Context &context)
+{
+    return context.settings.decimal("nmtmaster") == 2;
+}
+
+void writeHead(Context &context)
+{
+    TextWriter &out = context.out;
+    out.raw("\n");
+    if (isDynamic(context)) {
+        out.raw("RET_T coCanOpenStackInitPara(\n"
+                "         CO_EVENT_STORE_T pLoadFunction,\n"
+                "         CO_INIT_OPTION_T *pCoOptions\n");
+        if (context.form.canFd)
+            out.raw("         , BOOL_T *pModes\n");
+    } else if (context.form.canFd) {
+        out.raw("RET_T coCanOpenStackInit(\n"
+                "         CO_EVENT_STORE_T pLoadFunction,\n"
+                "         BOOL_T *pModes\n");
+    } else {
+        out.raw("RET_T coCanOpenStackInit(\n"
+                "         CO_EVENT_STORE_T pLoadFunction\n");
+    }
+    out.raw("    )\n"
+            "{\n"
+            "    RET_T retVal;\n");
+}
+
+void writeInitStructures(Context &context)
+{
+    TextWriter &out = context.out;
+    out.raw(commonInitVarsText(context));
+    out.raw("\n");
+    writeServiceInitVars(context, "u,\n");
+    out.raw(udsStructuresText(context));
+    out.raw("\n");
+    if (!context.form.canFd)
+        return;
+    out.raw("    if (pModes != NULL) {\n");
+    out.raw(QStringLiteral("        %1 = pModes[0];\n").arg(QLatin1String(modeOfLine(context))));
+    out.raw("    }\n");
+}
+
+void writeCommonStart(Context &context)
+{
+    TextWriter &out = context.out;
+    if (hasNewInitStructure(context)) {
+        out.raw("    /* common initialization */\n");
+        out.raw(context.dialect.commonStart);
+        addRetValHandling(context, 0);
+    }
+    out.raw(udsCommonText(context));
+    out.raw("    /* variable initialization */\n"
+            "    retVal = coCanOpenStackVarInit(&serviceInitVars);\n");
+    addRetValHandling(context, 0);
+    out.raw("\n"
+            "    /* initialize object dictionary variables and pointers */\n"
+            "    coOdInitOdPtr(&od_assign[0], CO_OD_ASSIGN_CNT, &od_description[0], "
+            "CO_OBJ_DESC_CNT, NULL, &od_data_variables);\n"
+            "\n");
+}
+
+void writeFirstSdoServer(Context &context)
+{
+    TextWriter &out = context.out;
+    if (!context.form.canFd) {
+        out.raw("    /* initialize sdo server(s) */\n"
+                "    retVal = coSdoServerInit(1u);\n");
+        addRetValHandling(context, 0);
+        return;
+    }
+    out.raw("    /* initialize (u)sdo server(s) */\n");
+    out.raw(QStringLiteral("    if (%1 == CO_TRUE) {\n").arg(QLatin1String(modeOfLine(context))));
+    out.raw("       retVal = coUsdoServerInit();\n"
+            "       if (retVal != RET_OK) {\n"
+            "           return(retVal);\n"
+            "       }\n"
+            "#ifdef CO_SDO_SERVER_CNT\n"
+            "    } else {\n"
+            "        retVal = coSdoServerInit(1);\n"
+            "       if (retVal != RET_OK) {\n"
+            "           return(retVal);\n"
+            "       }\n"
+            "#endif /* CO_SDO_SERVER_CNT */\n"
+            "    }\n");
+}
+
+void writeSdoClients(Context &context, const CallForm &form)
+{
+    if (context.store.existIndex(form.line, 0x1280))
+        context.out.raw("    /* initialize sdo clients(s) */\n");
+    initUsdoClient(context, form);
+    const QList<quint16> clients = context.store.getIndices(form.line, 0x1280, 0x12FF);
+    for (const quint16 index : clients)
+        writeCheckedCall(context, form, "    retVal = coSdoClientInit(",
+                         QStringLiteral("%1u").arg(index - 0x127F));
+}
+
+/// A comment and a call of NMT or LSS, with its check.
+struct RoleStep {
+    const char *comment;
+    const char *call;
+    const char *argument = "";
+};
+
+// clang-format off
+constexpr RoleStep kLssMaster = {"    /* initialize LSS Master */\n",  "    retVal = coLssMasterInit("};
+constexpr RoleStep kLssSlave  = {"    /* initialize LSS Slave */\n",   "    retVal =  coLssInit("};
+constexpr RoleStep kNmtMaster = {"    /* initialize NMT master */ \n", "    retVal = coNmtInit(", "1u"};
+constexpr RoleStep kNmtSlave  = {"    /* initialize NMT slave */ \n",  "    retVal = coNmtInit(", "0u"};
+
+// Inside the test of the options.
+constexpr RoleStep kDynamicLssMaster = {"        /* initialize LSS Master */\n",  "        retVal = coLssMasterInit("};
+constexpr RoleStep kDynamicLssSlave  = {"        /* initialize LSS Slave */\n",   "        retVal = coLssInit("};
+constexpr RoleStep kDynamicNmtMaster = {"        /* initialize NMT master */ \n", "        retVal = coNmtInit(", "1u"};
+constexpr RoleStep kDynamicNmtSlave  = {"        /* initialize NMT slave */ \n",  "        retVal = coNmtInit(", "0u"};
+// clang-format on
+
+void writeStep(Context &context, const CallForm &form, const RoleStep &step, int indent)
+{
+    context.out.raw(step.comment);
+    writeCheckedCall(context, form, step.call, QLatin1String(step.argument), indent);
+}
+
+void writeDynamicRole(Context &context, const CallForm &form, bool hasLss)
+{
+    TextWriter &out = context.out;
+    out.raw("\n"
+            "    /* Check dynamic options for master flag */\n"
+            "    if (pCoOptions->master == 1) {\n");
+    if (hasLss)
+        writeStep(context, form, kDynamicLssMaster, 4);
+    writeStep(context, form, kDynamicNmtMaster, 4);
+    out.raw("    } else {\n");
+    if (hasLss)
+        writeStep(context, form, kDynamicLssSlave, 4);
+    writeStep(context, form, kDynamicNmtSlave, 4);
+    out.raw("    }\n");
+}
+
+void writeRole(Context &context, const CallForm &form)
+{
+    const bool hasLss = context.settings.decimal("lss_supported") > 0;
+    if (isDynamic(context)) {
+        writeDynamicRole(context, form, hasLss);
+        return;
+    }
+    const qint32 master = context.settings.decimal("nmtmaster");
+    if (hasLss) {
+        context.out.raw("\n");
+        writeStep(context, form, master == 1 ? kLssMaster : kLssSlave, 0);
+    }
+    writeStep(context, form, master < 1 ? kNmtSlave : kNmtMaster, 0);
+}
+
+} // namespace
+
+void initObjectDictionary(Context &context)
+{
+    // Deliberate: objects and UDS tables are those of the line that exists, also where it is not
+    // line 0, held by tst_objdictinit.
+    const CallForm form = {context.form.singleLine, false};
+    writeHead(context);
+    writeInitStructures(context);
+    writeCommonStart(context);
+    context.out.raw(udsLineText(context, form));
+    initLed(context, form);
+    writeFirstSdoServer(context);
+    initFurtherSdoServers(context, form);
+    writeSdoClients(context, form);
+    for (const WriteService service : kServices)
+        service(context, form);
+    writeLoadParameterBlock(context);
+    writeRole(context, form);
+    context.out.raw("    return(RET_OK);\n"
+                    "}\n");
+}
+
+void writeOdInitCall(Context &context, const char *call, quint8 line, int &offset)
+{
+    const int rows = countAssignRows(context, line);
+    context.out.raw(call);
+    context.out.raw(QStringLiteral("canLine, &od_assign[%1], %2, od_description, %3, NULL, "
+                                   "&od_data_variables);\n"
+                                   "\n")
+                        .arg(offset)
+                        .arg(rows)
+                        .arg(countSubIndices(context, line)));
+    offset += rows;
+}
+
+void initCamod(Context &context)
+{
+    TextWriter &out = context.out;
+    out.raw("\n");
+    if (!context.form.multiLine) {
+        out.raw("RET_T\tj1939OdInit(void)\n"
+                "{\n"
+                "\tcoOdInitOdPtr(&od_assign[0], CO_OD_ASSIGN_CNT, &od_description[0], "
+                "CO_OBJ_DESC_CNT, NULL, &od_data_variables);\n"
+                "\n\treturn(RET_OK);\n"
+                "}\n");
+        return;
+    }
+    out.raw("RET_T\tj1939OdInit(\n"
+            "\tUNSIGNED8 canLine\n"
+            ")\n"
+            "{\n"
+            "\tswitch (canLine) {\n");
+    // Deliberate: virtual objects are left out of the rows, as they are of the table, so that each
+    // line begins at its own; held by tst_objdictinit.
+    int offset = 0;
+    for (const quint8 line : qAsConst(context.form.lines)) {
+        out.raw(QStringLiteral("\t\tcase %1:\n").arg(line));
+        out.raw("\t\t/* initialize object dictionary variables and pointers */\n");
+        writeOdInitCall(context, "\t\tcoOdInitOdPtr(", line, offset);
+        out.raw("\t\tbreak;\n");
+    }
+    out.raw("\tdefault:\n"
+            "\tbreak;\n"
+            "\t}\n"
+            "\treturn(RET_OK);\n"
+            "}\n");
+}
+
+} // namespace ObjDict

@@ -1,0 +1,460 @@
+// Mapping tables of static PDOs.
+#include "generators/objdict/objdictpdo.h"
+
+#include "generators/objdict/objdictvalues.h"
+#include "generators/projectlines.h"
+
+#include <algorithm>
+
+namespace ObjDict
+{
+
+namespace
+{
+
+constexpr quint16 kToMapping = 0x200;     ///< from a communication object to its mapping object
+constexpr quint16 kRouting = 0x1F2C;      ///< PDO routing of a gateway
+constexpr quint8 kHighestCount = 64;      ///< entries of one mapping
+constexpr quint8 kFirstMultiplexed = 254; ///< 254 and 255 are multiplexed PDOs of CiA 301
+
+quint16 mappedIndex(quint32 mapping)
+{
+    return quint16(mapping >> 16);
+}
+
+quint8 mappedSub(quint32 mapping)
+{
+    return quint8(mapping >> 8);
+}
+
+quint32 lengthBytes(quint32 mapping)
+{
+    return (mapping >> 3) & 0x1F;
+}
+
+quint32 readMapping(const ObjectDataBase &store, quint8 line, quint16 mappingIndex, quint8 sub)
+{
+    return Numbers::toUIntByPrefix(store.getSubIndexValue(line, mappingIndex, sub));
+}
+
+quint8 readMappedCount(const Context &context, quint8 line, quint16 pdoIndex)
+{
+    return quint8(readMapping(context.store, line, pdoIndex + kToMapping, 0));
+}
+
+/// Entries that a table holds for the value of subindex 0; a multiplexed PDO has one.
+int entriesFor(quint8 mappedCount)
+{
+    return mappedCount > kHighestCount ? 1 : mappedCount;
+}
+
+/// Of all tables of the project.
+struct TableShape {
+    int rows = 1; ///< what the stack reserves for a table, at least 1
+    bool hasEntries = false;
+    bool bitwise = false;
+    bool bitLengths() const { return hasEntries && bitwise; }
+};
+
+TableShape readTableShape(const Context &context)
+{
+    int maxEntries = 0;
+    for (const quint8 line : context.form.servedLines) {
+        const QList<quint16> mappings = context.store.getIndices(line, 0x1600, 0x17FF) +
+                                        context.store.getIndices(line, 0x1A00, 0x1BFF);
+        for (const quint16 index : mappings)
+            maxEntries =
+                std::max(maxEntries, context.store.getSubIndices(line, index, 0).size() - 1);
+    }
+    TableShape shape;
+    shape.rows = std::max(1, maxEntries);
+    shape.hasEntries = maxEntries > 0;
+    shape.bitwise = context.settings.byPrefix("bitwise_mapping") != 0;
+    return shape;
+}
+
+/// The rows of a table that carry entries. Deliberate: a mapping that claims more entries than any
+/// mapping object of the project has is cut, for the stack reserves no more rows, held by
+/// tst_objdictpdo.
+int filledRows(quint8 mappedCount, const TableShape &shape)
+{
+    return std::min(entriesFor(mappedCount), shape.rows);
+}
+
+/// Deliberate: a count above the rows is cut to them, so that the stack does not read beyond the
+/// table; the counts of multiplexed PDOs are marks, not counts. Held by tst_objdictpdo.
+int writtenCount(quint8 mappedCount, const TableShape &shape)
+{
+    if (mappedCount >= kFirstMultiplexed)
+        return mappedCount;
+    return std::min<int>(mappedCount, filledRows(mappedCount, shape));
+}
+
+/// Between "mapTable..." and the number: tells the tables of several lines apart. Deliberate: the
+/// letters go on with capitals behind line 25, for the next characters of ASCII end an identifier,
+/// held by tst_objdictpdo.
+QString lineSuffix(const Context &context, quint8 line)
+{
+    if (!context.form.multiLine)
+        return QString();
+    const int letter = line <= 'z' - 'a' ? 'a' + line : 'A' + line - ('z' - 'a' + 1);
+    return QString(QLatin1Char(char(letter)));
+}
+
+QString hex8(quint32 number)
+{
+    return QStringLiteral("0x%1UL").arg(number, 8, 16, QLatin1Char('0'));
+}
+
+QString entryAddress(const Context &context, quint8 line, quint32 mapping)
+{
+    return getObjectAddress(context, line, mappedIndex(mapping), mappedSub(mapping));
+}
+
+/// Deliberate: an RPDO never writes into a constant; its bytes are passed over, like those of a
+/// dummy entry. Held by tst_objdictpdo.
+QString receiveAddress(const Context &context, quint8 line, quint32 mapping)
+{
+    constexpr quint8 kConstant = 1;
+    ObjectDataBase::SUBINDEX_DATA_T data;
+    const bool isConstant =
+        context.store.getSubIndexData(line, mappedIndex(mapping), mappedSub(mapping), data) &&
+        data.implementation == kConstant;
+    return isConstant ? QStringLiteral("NULL") : entryAddress(context, line, mapping);
+}
+
+/// From the declaration up to the rows.
+void openTable(Context &context, const char *type, const char *name, quint8 line, int number,
+               int count)
+{
+    TextWriter &out = context.out;
+    out.raw(QStringLiteral("static %1 %2 %3\t%4")
+                .arg(QLatin1String(context.dialect.constMacro), QLatin1String(type),
+                     QLatin1String(context.dialect.constStorageMacro), QLatin1String(name)));
+    out.raw(lineSuffix(context, line));
+    out.raw(QString::number(number));
+    out.raw(" = {\n");
+    out.raw(QStringLiteral("\t(UNSIGNED8)%1u,\n").arg(count));
+    out.raw("\t{\n");
+}
+
+/// All tables have the same number of rows; \a emptyRow fills those behind the last entry.
+void closeTable(TextWriter &out, int filled, const TableShape &shape, const QString &emptyRow)
+{
+    for (int row = filled + 1; row <= shape.rows; ++row) {
+        out.raw(emptyRow);
+        out.raw(row < shape.rows ? ",\n" : "\n");
+    }
+    out.raw("\t}\n");
+    out.raw("};\n");
+}
+
+const char *const kEmptyRow = "\t\t{NULL, (UNSIGNED8)0u, CO_FALSE, 0ul}";
+
+bool isNumeric(quint16 dataType)
+{
+    constexpr auto kReal32 = static_cast<quint16>(CAN::CANopenDataType::Real32);
+    constexpr auto kInteger24 = static_cast<quint16>(CAN::CANopenDataType::Integer24);
+    return dataType <= kReal32 || dataType == kInteger24;
+}
+
+void writeTpdoRow(Context &context, quint8 line, quint32 mapping, const TableShape &shape)
+{
+    const quint32 length = shape.bitLengths() ? quint8(mapping) : lengthBytes(mapping);
+    const quint16 dataType =
+        context.store.getSubIndexDatatype(line, mappedIndex(mapping), mappedSub(mapping));
+    context.out.raw(QStringLiteral("\t\t{%1, %2u, %3, %4 },\n")
+                        .arg(entryAddress(context, line, mapping), QString::number(length),
+                             QLatin1String(isNumeric(dataType) ? "CO_TRUE" : "CO_FALSE"),
+                             hex8(mapping)));
+}
+
+void writeTpdoTable(Context &context, quint8 line, quint16 pdoIndex, const TableShape &shape)
+{
+    const int number = pdoIndex - 0x17FF;
+    context.out.raw(QStringLiteral("/* Mapping table TPDO %1*/\n").arg(number));
+    const quint8 mappedCount = readMappedCount(context, line, pdoIndex);
+    if (mappedCount == 0)
+        return;
+    openTable(context, "PDO_TR_MAP_TABLE_T", "mapTableTPDO", line, number,
+              writtenCount(mappedCount, shape));
+    const int filled = filledRows(mappedCount, shape);
+    for (int sub = 1; sub <= filled; ++sub)
+        writeTpdoRow(context, line,
+                     readMapping(context.store, line, pdoIndex + kToMapping, quint8(sub)), shape);
+    closeTable(context.out, filled, shape, QLatin1String(kEmptyRow));
+}
+
+QList<quint16> staticPdos(const Context &context, quint8 line, quint16 low, quint16 high)
+{
+    QList<quint16> found;
+    const QList<quint16> all = context.store.getIndices(line, low, high);
+    for (const quint16 index : all) {
+        if (isStaticMapping(context, line, index))
+            found << index;
+    }
+    return found;
+}
+
+MappingTable readRpdoMapping(const Context &context, quint8 line, quint16 pdoIndex)
+{
+    MappingTable table;
+    table.mappedCount = readMappedCount(context, line, pdoIndex);
+    const int count = entriesFor(table.mappedCount);
+    for (int sub = 1; sub <= count; ++sub) {
+        MappingTable::Entry entry;
+        entry.mapping = readMapping(context.store, line, pdoIndex + kToMapping, quint8(sub));
+        entry.bits = quint8(entry.mapping);
+        entry.address = receiveAddress(context, line, entry.mapping);
+        table.entries << entry;
+    }
+    return table;
+}
+
+void writeUniqueRpdoTable(Context &context, quint8 line, int position, const TableShape &shape)
+{
+    const MappingTable table = context.rpdoTables[line][position];
+    // Deliberate: the comment's spelling, held by tst_objdictpdo.
+    context.out.raw("/* unique rpdo defintion */\n");
+    openTable(context, "PDO_REC_MAP_TABLE_T", "mapTableRPDO", line, position,
+              writtenCount(table.mappedCount, shape));
+    const int filled = filledRows(table.mappedCount, shape);
+    for (int row = 0; row < filled; ++row) {
+        const MappingTable::Entry &entry = table.entries[row];
+        const int length = shape.bitwise ? entry.bits : entry.bits >> 3;
+        context.out.raw(QStringLiteral("\t\t{%1, %2u, CO_TRUE, %3 },\n")
+                            .arg(entry.address, QString::number(length), hex8(entry.mapping)));
+    }
+    closeTable(context.out, filled, shape, QLatin1String(kEmptyRow));
+}
+
+void writeUniqueRpdoTables(Context &context, quint8 line, const TableShape &shape)
+{
+    QVector<MappingTable> &tables = context.rpdoTables[line];
+    for (const quint16 pdoIndex : staticPdos(context, line, 0x1400, 0x15FF)) {
+        const MappingTable table = readRpdoMapping(context, line, pdoIndex);
+        if (!tables.contains(table)) // a line has at most 512
+            tables << table;
+    }
+    for (int position = 0; position < tables.size(); ++position)
+        writeUniqueRpdoTable(context, line, position, shape);
+}
+
+/// What the tables of a gateway have beside those of other devices.
+struct RouteTables {
+    QList<quint8> lines; ///< columns of a routing list
+    TpdoLookup tpdos;
+};
+
+/// The TPDO of each line that sends the received object on.
+QString routingList(const Context &context, RouteTables &routes, quint32 mapping)
+{
+    QStringList numbers;
+    for (const quint8 line : qAsConst(routes.lines)) {
+        ObjectDataBase::SUBINDEX_DATA_T data;
+        const bool isShared =
+            context.store.getSubIndexData(line, mappedIndex(mapping), mappedSub(mapping), data) &&
+            data.sharedLines;
+        numbers << QString::number(isShared ? routes.tpdos.getTPDO(line, mapping) : 0);
+    }
+    return QStringLiteral("{%1}").arg(numbers.join(QLatin1Char(',')));
+}
+
+QString emptyRoutedRow(int lines)
+{
+    const QString noRoutes = QStringLiteral("0,").repeated(lines);
+    return QStringLiteral("\t\t{NULL, (UNSIGNED8)0u, CO_FALSE, 0ul,{%1}}").arg(noRoutes.chopped(1));
+}
+
+void writeRoutedRpdoTable(Context &context, quint8 line, quint16 pdoIndex, RouteTables &routes,
+                          const TableShape &shape)
+{
+    const int number = pdoIndex - 0x13FF;
+    context.out.raw(QStringLiteral("/* Mapping table RPDO %1*/\n").arg(number));
+    const quint8 mappedCount = readMappedCount(context, line, pdoIndex);
+    if (mappedCount == 0)
+        return;
+    openTable(context, "PDO_REC_MAP_TABLE_T", "mapTableRPDO", line, number,
+              writtenCount(mappedCount, shape));
+    const int filled = filledRows(mappedCount, shape);
+    for (int sub = 1; sub <= filled; ++sub) {
+        const quint32 mapping =
+            readMapping(context.store, line, pdoIndex + kToMapping, quint8(sub));
+        context.out.raw(QStringLiteral("\t\t{%1, %2u, CO_TRUE, %3, %4 },\n")
+                            .arg(receiveAddress(context, line, mapping),
+                                 QString::number(lengthBytes(mapping)), hex8(mapping),
+                                 routingList(context, routes, mapping)));
+    }
+    closeTable(context.out, filled, shape, emptyRoutedRow(routes.lines.size()));
+}
+
+bool routesPdos(const Context &context)
+{
+    return std::any_of(
+        context.form.servedLines.cbegin(), context.form.servedLines.cend(),
+        [&](quint8 line) { return !context.store.getSubIndices(line, kRouting, 1).isEmpty(); });
+}
+
+const char *constantArray(ValueClass valueClass)
+{
+    switch (valueClass) {
+    case ValueClass::U8:
+        return "od_const_u8";
+    case ValueClass::U16:
+        return "od_const_u16";
+    case ValueClass::U32:
+        return "od_const_u32";
+    default:
+        return nullptr; // no communication parameter has another class
+    }
+}
+
+QString literal(quint32 value, ValueClass valueClass)
+{
+    switch (valueClass) {
+    case ValueClass::U8:
+        return QStringLiteral("%1u").arg(quint8(value));
+    case ValueClass::U16:
+        return QStringLiteral("%1u").arg(quint16(value));
+    default:
+        return value == 0 ? QStringLiteral("0u") : QStringLiteral("%1UL").arg(value);
+    }
+}
+
+/// The value that the constants of another class hold for this subindex.
+quint32 parameterValue(const Context &context, quint8 line, quint16 index, quint8 sub)
+{
+    QString text = context.store.getSubIndexValue(line, index, sub);
+    text.remove(QStringLiteral("$nodeid+"), Qt::CaseInsensitive);
+    return Numbers::toUIntByPrefix(text);
+}
+
+/// Line and number, transmission type, inhibit time and event timer: what both directions have.
+void writePdoArguments(Context &context, quint8 line, quint16 index, int number)
+{
+    TextWriter &out = context.out;
+    if (context.form.multiLine)
+        out.raw(QStringLiteral("%1, ").arg(line));
+    out.raw(QStringLiteral("%1u").arg(number));
+    constexpr struct {
+        quint8 sub;
+        ValueClass valueClass;
+    } kParameters[] = {{2, ValueClass::U8}, {3, ValueClass::U16}, {5, ValueClass::U16}};
+    for (const auto &parameter : kParameters) {
+        out.raw(", ");
+        out.raw(constantArgument(context, line, index, parameter.sub, parameter.valueClass));
+    }
+}
+
+} // namespace
+
+void createMappingTables(Context &context)
+{
+    const TableShape shape = readTableShape(context);
+    const bool routed = routesPdos(context);
+    // Deliberate: a routing list has a column for each existing line, as the counts of the
+    // definitions header have, not only for those that get tables; held by tst_objdictpdo.
+    RouteTables routes{readProjectLines(context.store).numbers, TpdoLookup(context.store)};
+    context.out.raw("\n/* static PDO mapping tables */\n");
+    for (const quint8 line : qAsConst(context.form.servedLines)) {
+        context.rpdoTables[line].clear();
+        for (const quint16 pdoIndex : staticPdos(context, line, 0x1800, 0x19FF))
+            writeTpdoTable(context, line, pdoIndex, shape);
+        if (!routed) {
+            writeUniqueRpdoTables(context, line, shape);
+            continue;
+        }
+        for (const quint16 pdoIndex : staticPdos(context, line, 0x1400, 0x15FF))
+            writeRoutedRpdoTable(context, line, pdoIndex, routes, shape);
+    }
+    context.out.raw("\n");
+}
+
+bool isStaticMapping(const Context &context, quint8 line, quint16 pdoIndex)
+{
+    ObjectDataBase::SUBINDEX_DATA_T data;
+    return !context.store.getSubIndexData(line, pdoIndex + kToMapping, 0, data) ||
+           data.accessType != QLatin1String("rw");
+}
+
+quint16 TpdoLookup::getTPDO(quint8 line, quint32 mapping)
+{
+    const auto known = numbersByLine.constFind(line);
+    if (known != numbersByLine.constEnd())
+        return known->value(mapping);
+    QHash<quint32, quint16> &numbers = numbersByLine[line];
+    const QList<quint16> indices = store.getIndices(line, 0x1A00, 0x1BFF);
+    for (const quint16 index : indices) {
+        const QList<quint8> subs = store.getSubIndices(line, index, 1);
+        for (const quint8 sub : subs)
+            numbers.insert(readMapping(store, line, index, sub), index - 0x19FF);
+    }
+    return numbers.value(mapping);
+}
+
+void updatePdoVarName(const Context &context, quint8 line, quint16 pdoIndex, QString &name)
+{
+    const QVector<MappingTable> tables = context.rpdoTables.value(line);
+    if (tables.isEmpty()) // not shared: spares the reading of the mapping
+        return;
+    const int position = tables.indexOf(readRpdoMapping(context, line, pdoIndex));
+    if (position >= 0)
+        name = QStringLiteral("&mapTableRPDO%1%2")
+                   .arg(lineSuffix(context, line), QString::number(position));
+}
+
+void initTpdo(Context &context, quint8 line, quint16 index)
+{
+    const int number = index - 0x17FF;
+    TextWriter &out = context.out;
+    out.raw(QStringLiteral("    /* initialize TPDO %1 */\n").arg(number));
+    out.raw("    retVal = coPdoTransmitInit(");
+    writePdoArguments(context, line, index, number);
+    out.raw(", ");
+    out.raw(constantArgument(context, line, index, 6, ValueClass::U8));
+    // Deliberate: no table was written for an empty mapping, held by tst_objdictpdo.
+    const bool hasTable =
+        isStaticMapping(context, line, index) && readMappedCount(context, line, index) != 0;
+    if (hasTable)
+        out.raw(QStringLiteral(", &mapTableTPDO%1%2);\n")
+                    .arg(lineSuffix(context, line), QString::number(number)));
+    else
+        out.raw(", NULL);\n");
+}
+
+void initRpdo(Context &context, quint8 line, quint16 index)
+{
+    const int number = index - 0x13FF;
+    TextWriter &out = context.out;
+    out.raw(QStringLiteral("    /* initialize RPDO %1 */\n").arg(number));
+    out.raw("    retVal = coPdoReceiveInit(");
+    writePdoArguments(context, line, index, number);
+    QString name = QStringLiteral("NULL");
+    if (isStaticMapping(context, line, index)) {
+        // Deliberate: a gateway has no table for an empty mapping, held by tst_objdictpdo.
+        if (readMappedCount(context, line, index) != 0)
+            name = QStringLiteral("&mapTableRPDO%1%2")
+                       .arg(lineSuffix(context, line), QString::number(number));
+        updatePdoVarName(context, line, index, name);
+    }
+    out.raw(QStringLiteral(", %1);\n").arg(name));
+}
+
+QString constantArgument(const Context &context, quint8 line, quint16 index, quint8 sub,
+                         ValueClass valueClass)
+{
+    // Deliberate: a literal instead of the first constant of the array, which belongs to some other
+    // object; held by tst_objdictpdo.
+    if (!context.store.existSubIndex(line, index, sub))
+        return QStringLiteral("0u");
+    const auto place = context.positions.constants.constFind(keyOf(line, index, sub));
+    const bool hasPlace =
+        place != context.positions.constants.constEnd() && constantArray(valueClass) &&
+        valueClassOf(context.store.getSubIndexDatatype(line, index, sub)) == valueClass;
+    if (!hasPlace)
+        return literal(parameterValue(context, line, index, sub), valueClass);
+    return QStringLiteral("%1[%2]").arg(QLatin1String(constantArray(valueClass)),
+                                        QString::number(*place));
+}
+
+} // namespace ObjDict

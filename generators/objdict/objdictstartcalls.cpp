@@ -1,0 +1,351 @@
+// Start-up calls of the single services.
+#include "generators/objdict/objdictstartcalls.h"
+
+#include "generators/commongeneratorhelper.h"
+#include "generators/objdict/objdictpdo.h"
+
+namespace ObjDict
+{
+
+namespace
+{
+
+/// A service that an object brings, whose call has no argument but the line.
+struct ObjectService {
+    quint16 index;
+    const char *comment;
+    const char *call;
+};
+
+// clang-format off
+constexpr ObjectService kEmcyProducer = {0x1014, "    /* initialize emergency */\n",                           "    retVal = coEmcyProducerInit("};
+constexpr ObjectService kSrd          = {0x1F10, "\n    /* initialize SDO Requesting Device (SRD) */\n",       "    retVal = coSrdInit("};
+constexpr ObjectService kGuarding     = {0x1F81, "\n    /* initialization of node guarding master*/\n",        "    retVal = coGuardingInit("};
+
+// Between the services that all forms start in one order.
+constexpr WriteService kCommonServices[] = {
+    initErrorControl, initEmcyProducer, initSync, initEmcyConsumer, initTime, initPdos, initSrd,
+};
+
+// The macros come from the definitions header.
+constexpr const char *kServiceCounts =
+    "       { CO_OBJECT_COUNTS },\n"
+    "       { CO_TXPDO_COUNTS },\n"
+    "       { CO_RXPDO_COUNTS },\n"
+    "#ifdef CO_SRDO_SUPPORTED\n"
+    "       { CO_SRDO_COUNTS },\n"
+    "#endif /* CO_SRDO_SUPPORTED */\n"
+    "       { CO_SSDO_COUNTS },\n"
+    "       { CO_CSDO_COUNTS },\n"
+    "       { CO_ERR_CTRL_COUNTS },\n"
+    "       { CO_ERR_HIST_COUNTS },\n"
+    "       { CO_ACT_ERR_HIST_COUNTS },\n"
+    "       { CO_EMCY_CONS_COUNTS },\n"
+    "#ifdef CO_NETWORK_ROUTING_CNT\n"
+    "       { CO_NETWORK_ROUTING_COUNTS }, \n"
+    "#endif /* CO_NETWORK_ROUTING_CNT */\n"
+    "       { CO_ASSIGN_COUNTS },\n"
+    "       { CO_GUARDING_COUNTS },\n"
+    "       { CO_NODE_IDS }, \n";
+// clang-format on
+
+/// Up to the bracket and the line, without the other arguments.
+void openCall(Context &context, const CallForm &form, const char *call, bool hasArguments)
+{
+    context.out.raw(call);
+    if (form.namesLine)
+        context.out.raw(hasArguments ? "canLine, " : "canLine");
+}
+
+void writeObjectService(Context &context, const CallForm &form, const ObjectService &service)
+{
+    if (!context.store.existIndex(form.line, service.index))
+        return;
+    context.out.raw(service.comment);
+    writeCheckedCall(context, form, service.call);
+}
+
+/// Subindices without the count in subindex 0; 0 for an object that is not there.
+int countEntries(const Context &context, quint8 line, quint16 index)
+{
+    return qMax(0, context.store.getSubIndices(line, index, 0).size() - 1);
+}
+
+/// The helper in the words of the context's stack.
+class StartUpTexts : public CommonGeneratorHelper
+{
+public:
+    explicit StartUpTexts(const Context &context)
+        : CommonGeneratorHelper(&context.store, context.dialect, nullptr)
+    {
+    }
+};
+
+/// Set apart by an empty line, if there is any.
+QString withEmptyLine(const QString &text)
+{
+    return text.isEmpty() ? text : text + QLatin1Char('\n');
+}
+
+} // namespace
+
+void addRetValHandling(Context &context, int indent)
+{
+    const QString blanks(indent, QLatin1Char(' '));
+    TextWriter &out = context.out;
+    out.raw(blanks + QLatin1String("    if (retVal != RET_OK) {\n"));
+    out.raw(blanks + QLatin1String("        return(retVal);\n"));
+    out.raw(blanks + QLatin1String("    }\n"));
+    out.raw(blanks + QStringLiteral("    %1\n").arg(QLatin1String(context.dialect.watchdogMacro)));
+}
+
+void writeCheckedCall(Context &context, const CallForm &form, const char *call,
+                      const QString &arguments, int indent)
+{
+    openCall(context, form, call, !arguments.isEmpty());
+    context.out.raw(arguments);
+    context.out.raw(");\n");
+    addRetValHandling(context, indent);
+}
+
+void initFurtherSdoServers(Context &context, const CallForm &form)
+{
+    const QList<quint16> servers = context.store.getIndices(form.line, 0x1201, 0x127F);
+    for (const quint16 index : servers)
+        writeCheckedCall(context, form, "    retVal = coSdoServerInit(",
+                         QStringLiteral("%1u").arg(index - 0x11FF));
+}
+
+void initUsdoClient(Context &context, const CallForm &form)
+{
+    if (!context.form.canFd || context.settings.byPrefix("usdo_client_cnt") == 0)
+        return;
+    context.out.raw("    /* initialize sdo clients(s) */\n");
+    writeCheckedCall(context, form, "    retVal = coUsdoClientInit(");
+}
+
+void initErrorControl(Context &context, const CallForm &form)
+{
+    const bool hasHeartbeat = context.store.existIndex(form.line, 0x1017);
+    if (!hasHeartbeat && !context.store.existIndex(form.line, 0x100C))
+        return;
+    const QString consumers = QStringLiteral(", %1u").arg(countEntries(context, form.line, 0x1016));
+    if (hasHeartbeat) {
+        const QString time = constantArgument(context, form.line, 0x1017, 0, ValueClass::U16);
+        context.out.raw("    /* initialize error control */\n");
+        writeCheckedCall(context, form, "    retVal = coErrorCtrlInit(", time + consumers);
+    } else {
+        context.out.raw("    /* initialize error control (Node Guarding) */\n");
+        writeCheckedCall(context, form, "    retVal = coErrorCtrlInit(",
+                         QLatin1Char('0') + consumers);
+    }
+}
+
+void initEmcyProducer(Context &context, const CallForm &form)
+{
+    writeObjectService(context, form, kEmcyProducer);
+}
+
+void initSync(Context &context, const CallForm &form)
+{
+    if (!context.store.existIndex(form.line, 0x1005))
+        return;
+    context.out.raw("    /* initialize sync */\n");
+    writeCheckedCall(context, form, "    retVal = coSyncInit(",
+                     constantArgument(context, form.line, 0x1005, 0, ValueClass::U32));
+}
+
+void initEmcyConsumer(Context &context, const CallForm &form)
+{
+    if (!context.store.existIndex(form.line, 0x1028))
+        return;
+    context.out.raw("\n"
+                    "    /* initialize EMCY consumer */\n");
+    const auto consumers = static_cast<quint8>(countEntries(context, form.line, 0x1028));
+    writeCheckedCall(context, form, "    retVal = coEmcyConsumerInit(",
+                     QStringLiteral("%1u").arg(consumers));
+}
+
+void initTime(Context &context, const CallForm &form)
+{
+    if (!context.store.existIndex(form.line, 0x1012))
+        return;
+    constexpr quint32 kProducer = 1u << 30; // CiA 301, 7.5.2.16
+    constexpr quint32 kConsumer = 1u << 31;
+    const quint32 cobId =
+        Numbers::toUIntByPrefix(context.store.getSubIndexValue(form.line, 0x1012, 0));
+    const auto word = [cobId](quint32 bit) {
+        return QLatin1String(cobId & bit ? "CO_TRUE" : "CO_FALSE");
+    };
+    context.out.raw("\n"
+                    "    /* initialize Time service */\n");
+    writeCheckedCall(context, form, "    retVal = coTimeInit(",
+                     QStringLiteral("%1, %2").arg(word(kProducer), word(kConsumer)));
+}
+
+void initPdos(Context &context, const CallForm &form)
+{
+    const QList<quint16> tpdos = context.store.getIndices(form.line, 0x1800, 0x19FF);
+    for (const quint16 index : tpdos) {
+        initTpdo(context, form.line, index);
+        addRetValHandling(context, 0);
+    }
+    const QList<quint16> rpdos = context.store.getIndices(form.line, 0x1400, 0x15FF);
+    for (const quint16 index : rpdos) {
+        initRpdo(context, form.line, index);
+        addRetValHandling(context, 0);
+    }
+}
+
+void initSrd(Context &context, const CallForm &form)
+{
+    writeObjectService(context, form, kSrd);
+}
+
+void initCommonServices(Context &context, const CallForm &form)
+{
+    for (const WriteService service : kCommonServices)
+        service(context, form);
+}
+
+void initGfc(Context &context, const CallForm &form)
+{
+    if (!context.store.existIndex(form.line, 0x1300))
+        return;
+    context.out.raw(form.namesLine ? "\n"
+                                     "    /* initialize  GFC (Producer, Consumer) */\n"
+                                   : "\n"
+                                     "    /* initialize  GFC Producer - Consumer */\n");
+    writeCheckedCall(context, form, "    retVal = coGfcInit(", QStringLiteral("CO_TRUE, CO_TRUE"));
+}
+
+void initSrdos(Context &context, const CallForm &form)
+{
+    const QList<quint16> srdos = context.store.getIndices(form.line, 0x1301, 0x1340);
+    for (const quint16 index : srdos) {
+        context.out.raw("\n"
+                        "    /* initialize SRDO  */\n");
+        writeCheckedCall(context, form, "    retVal = coSrdoInit(",
+                         QStringLiteral("%1u").arg(index - 0x1300));
+    }
+}
+
+void initIsoTp(Context &context, const CallForm &form)
+{
+    if (quint8(context.settings.byPrefix("isotp_connection_cnt")) == 0)
+        return;
+    context.out.raw("\n"
+                    "    /* initialize ISO-TP */\n");
+    writeCheckedCall(context, form, "    retVal = isoTpInit(");
+}
+
+void initIdNego(Context &context, const CallForm &form)
+{
+    if (context.settings.decimal("idnego_supported") <= 0)
+        return;
+    context.out.raw("\n"
+                    "    /* initialization of ID negotiation module */\n");
+    writeCheckedCall(context, form, "    coIdNegoInit(");
+}
+
+void initGuarding(Context &context, const CallForm &form)
+{
+    writeObjectService(context, form, kGuarding);
+}
+
+void initLed(Context &context, const CallForm &form)
+{
+    if (context.settings.decimal("event_led") <= 0)
+        return;
+    context.out.raw("    /* initialization of LED module */\n");
+    openCall(context, form, "    coLedInit(", false);
+    context.out.raw(");\n\n");
+}
+
+void writeLoadParameterBlock(Context &context)
+{
+    TextWriter &out = context.out;
+    out.raw("\n    /* initialize load parameter function */\n"
+            "#if defined(CO_EVENT_DYNAMIC_STORE) || defined(CO_EVENT_PROFILE_STORE)\n"
+            "    retVal = coEventRegister_LOAD_PARA(pLoadFunction);\n"
+            "    if (retVal != RET_OK) {\n"
+            "        return(retVal);\n"
+            "    }\n"
+            "#else\n");
+    // Deliberate: with a function that is bound at compile time the parameter is not looked at, and
+    // compilers warn of it; held by tst_objdictinit.
+    out.raw(context.settings.isSet("fct_store") ? "    (void) pLoadFunction;\n"
+                                                : "    if (pLoadFunction != NULL) {\n"
+                                                  "        return(RET_INVALID_PARAMETER);\n"
+                                                  "    }\n");
+    out.raw("#endif /* CO_EVENT_DYNAMIC_STORE || CO_EVENT_PROFILE_STORE */\n");
+}
+
+void writeServiceInitVars(Context &context, const char *versionEnd)
+{
+    TextWriter &out = context.out;
+    out.raw("    CO_SERVICE_INIT_VAL_T\tserviceInitVars = {\n");
+    if (hasNewInitStructure(context)) {
+        const quint8 version = StartUpTexts(context).getInitStructVersion(InitStruct::CANopen);
+        out.raw(QStringLiteral("       %1").arg(version));
+        out.raw(versionEnd);
+    }
+    out.raw(kServiceCounts);
+    // The old structure holds the mode of the line as well. Deliberate: so in both forms, for a
+    // member without a value makes compilers warn; held by tst_objdictinit.
+    if (context.form.canFd && !hasNewInitStructure(context))
+        out.raw("       { CO_NODE_ID_FUNCTIONS }, \n"
+                "       { CO_TRUE }\n");
+    else
+        out.raw("       { CO_NODE_ID_FUNCTIONS } \n");
+    out.raw("    };\n");
+}
+
+QString commonInitVarsText(const Context &context)
+{
+    return hasNewInitStructure(context) ? StartUpTexts(context).getCommonInitVars() : QString();
+}
+
+QString udsStructuresText(const Context &context)
+{
+    return withEmptyLine(StartUpTexts(context).getUDSInitStructures());
+}
+
+QString udsCommonText(const Context &context)
+{
+    return withEmptyLine(StartUpTexts(context).getUDSInit_common());
+}
+
+QString udsLineText(const Context &context, const CallForm &form)
+{
+    return withEmptyLine(StartUpTexts(context).getUDSInit_lines(form.line, form.namesLine));
+}
+
+bool hasNewInitStructure(const Context &context)
+{
+    return context.settings.decimal("new_init_structure") == 1;
+}
+
+int countAssignRows(const Context &context, quint8 line)
+{
+    constexpr quint8 kVirtual = 3;
+    int rows = 0;
+    const QList<quint16> indices = context.store.getIndices(line, 0x1000, 0xFFFF);
+    for (const quint16 index : indices) {
+        ObjectDataBase::SUBINDEX_DATA_T data;
+        const bool hasData = context.store.getSubIndexData(line, index, 0, data);
+        rows += hasData && data.implementation == kVirtual ? 0 : 1;
+    }
+    return rows;
+}
+
+int countSubIndices(const Context &context, quint8 line)
+{
+    int count = 0;
+    const QList<quint16> indices = context.store.getIndices(line, 0x1000, 0xFFFF);
+    for (const quint16 index : indices)
+        count += context.store.getSubIndices(line, index, 0).size();
+    return count;
+}
+
+} // namespace ObjDict
