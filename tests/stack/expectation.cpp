@@ -356,9 +356,25 @@ QString Expectation::valueText(const Place &place, const SubIndexData &sub, cons
     }
     const StorageRow *service = serviceOf(place.index, place.sub);
     if (!service || service->reference == 0)
-        return storage.isEmpty() ? QStringLiteral(" domain=") : QString();
+        return storage.isEmpty() ? QStringLiteral(" domain=%1").arg(domainNumber(place)) : QString();
     return QStringLiteral(" ref=%1").arg(service->reference == 1 ? place.index
                                                                   : place.index - service->reference);
+}
+
+/// Each domain has a place of its own.
+int Expectation::domainNumber(const Place &place) const
+{
+    int number = 0;
+    for (quint8 line = 0; line <= homeOf(place); ++line) {
+        for (const auto &each : store.getSubsByProperty(line, "datatype", "15")) {
+            const bool isBefore =
+                line < homeOf(place) || each.index < place.index ||
+                (each.index == place.index && each.subindex < place.sub);
+            const quint8 implementation = subOf({line, each.index, each.subindex}).implementation;
+            number += isBefore && implementation != 1 && implementation != 3 ? 1 : 0;
+        }
+    }
+    return number;
 }
 
 QString Expectation::boundsText(const SubIndexData &sub) const
@@ -567,6 +583,86 @@ bool Expectation::routesAtRunTime() const
     return isRouted() && isDynamic;
 }
 
+// --- What the application may call later ---
+
+QStringList Expectation::cobIds() const
+{
+    QStringList calls;
+    if (!multiLine && number("overwrite_predef") != 0) {
+        setCobIds(calls, lines.first(), 0x1201, 0x127F, 2);
+        setCobIds(calls, lines.first(), 0x1280, 0x12FF, 2);
+        setCobIds(calls, lines.first(), 0x1400, 0x15FF, 1);
+        setCobIds(calls, lines.first(), 0x1800, 0x19FF, 1);
+    }
+    for (const quint8 line : lines) {
+        if (!multiLine || number("overwrite_predef", line) == 0)
+            continue;
+        setCobIds(calls, line, 0x1400, 0x15FF, 1);
+        setCobIds(calls, line, 0x1800, 0x19FF, 1);
+        setCobIds(calls, line, 0x1201, 0x127F, 2);
+        setCobIds(calls, line, 0x1280, 0x12FF, 2);
+    }
+    return calls;
+}
+
+void Expectation::setCobIds(QStringList &calls, quint8 line, quint16 low, quint16 high, int subs) const
+{
+    for (const quint16 index : store.getIndices(line, low, high)) {
+        for (quint8 sub = 1; sub <= subs; ++sub) {
+            // The test stack gives node numbers, and defaults that tell what was asked for.
+            const bool isRelative = hasNodeId(store.getSubIndexValue(line, index, sub));
+            const quint32 cobId = isRelative ? 5u + (multiLine ? line : 0) + value(line, index, sub)
+                                             : quint32(index) << 8 | sub;
+            calls << call("coOdSetCobid", line, {index, sub, cobId});
+        }
+    }
+}
+
+QStringList Expectation::safety() const
+{
+    QStringList rows;
+    for (const quint8 line : lines) {
+        for (const quint16 index : store.getIndices(line, 0x1301, 0x137F)) {
+            QStringList words = {QString::number(line), QString::number(index - 0x1300)};
+            for (const quint8 sub : {1, 2, 3, 5, 6}) {
+                const int nodeIds = store.getSubIndexValue(line, index, sub).toUpper().count("$NODEID");
+                words << QString::number(value(line, index, sub) + static_cast<quint32>(nodeIds));
+            }
+            rows << "srdo " + words.join(' ');
+            const quint16 mappingIndex = index + 0x80;
+            for (quint32 row = 1; row <= value(line, mappingIndex, 0); ++row) {
+                const quint32 mapping = value(line, mappingIndex, static_cast<quint8>(row));
+                const QString place = target(line, mapping);
+                rows << QStringLiteral("srdo  bits=%1 inverted=%2 %3")
+                            .arg(mapping & 0xFF)
+                            .arg(row % 2 == 0 ? 1 : 0)
+                            .arg(place.startsWith(QLatin1String("->")) ? place : QString());
+            }
+        }
+    }
+    return rows;
+}
+
+QStringList Expectation::stringDefaults() const
+{
+    QMap<QString, QString> rows;
+    constexpr int kShownBytes = 20;
+    for (const quint8 line : number("generate_string_defaults") > 0 ? lines : QList<quint8>()) {
+        for (const auto &place : store.getSubsByProperty(line, "implementation", "2")) {
+            const SubIndexData sub = subOf({line, place.index, place.subindex});
+            if (sub.dataType != 9 && sub.dataType != 10)
+                continue;
+            QByteArray bytes = sub.defaultValue.startsWith(QLatin1String("|x"))
+                                   ? QByteArray::fromHex(sub.defaultValue.mid(2).toLatin1())
+                                   : sub.defaultValue.toUtf8();
+            bytes = bytes.leftJustified(static_cast<int>(sub.size), 0, true).leftJustified(kShownBytes, 0, true);
+            const QString name = Helper::substituteVariables(sub.varName, place.index, place.subindex);
+            rows.insert(name, QStringLiteral("string %1 ").arg(name) + QString::fromLatin1(bytes.toHex()));
+        }
+    }
+    return rows.values();
+}
+
 // --- PDOs ---
 
 void Expectation::startPdos(QStringList &calls, quint8 line) const
@@ -614,7 +710,7 @@ void Expectation::rpdo(QStringList &calls, quint8 line, quint16 index) const
         calls << QStringLiteral("  map %1 length=%2 numeric=1 %3%4")
                      .arg(mapping, 8, 16, QLatin1Char('0'))
                      .arg(inBits ? mapping & 0xFF : mapping >> 3 & 0x1F)
-                     .arg(target(line, mapping), isRouted() ? routing(mapping) : QString());
+                     .arg(receiver(line, mapping), isRouted() ? routing(mapping) : QString());
     }
 }
 
@@ -634,6 +730,13 @@ QString Expectation::target(quint8 line, quint32 mapping) const
         .arg(homeOf(place))
         .arg(place.index, 4, 16, QLatin1Char('0'))
         .arg(place.sub);
+}
+
+/// Nothing is received into a constant.
+QString Expectation::receiver(quint8 line, quint32 mapping) const
+{
+    const QString place = target(line, mapping);
+    return place.startsWith(QLatin1String("constant")) ? QStringLiteral("NULL") : place;
 }
 
 /// TPDO on each line that sends the mapped variable on; 0 where none does.

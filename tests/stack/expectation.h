@@ -16,6 +16,9 @@ public:
     QStringList start(int variant) const;
     QStringList counts() const; ///< rows of the start structure
     QStringList indications() const;
+    QStringList cobIds() const;         ///< calls that set COB-IDs of the predefined connection set
+    QStringList safety() const; ///< rows "srdo"
+    QStringList stringDefaults() const; ///< rows "string": variables that hold their defaults
 
     bool isMultiLine() const { return multiLine; }
     bool hasType(quint16 dataType) const;
@@ -41,9 +44,11 @@ private:
 
     QString subRow(const Place &place) const;
     QString valueText(const Place &place, const SubIndexData &sub, const QString &storage) const;
+    int domainNumber(const Place &place) const;
     QString boundsText(const SubIndexData &sub) const;
     quint8 homeOf(const Place &place) const;
 
+    void setCobIds(QStringList &calls, quint8 line, quint16 low, quint16 high, int subs) const;
     void startServices(QStringList &calls, quint8 line, bool isFd) const;
     void startSdo(QStringList &calls, quint8 line, bool isFd) const;
     void startErrorControl(QStringList &calls, quint8 line) const;
@@ -55,6 +60,7 @@ private:
     void rpdo(QStringList &calls, quint8 line, quint16 index) const;
     bool isStatic(quint8 line, quint16 index) const;
     QString target(quint8 line, quint32 mapping) const;
+    QString receiver(quint8 line, quint32 mapping) const;
     QString routing(quint32 mapping) const;
     bool isRouted() const;
     bool routesAtRunTime() const;

@@ -90,7 +90,7 @@ static void printStart(int variant)
     printf("result %d\n", start(variant));
 }
 
-/* Lets one call after the other fail; one whose result is lost is named by its number. */
+/* Lets one call after the other fail; one whose result is lost is named. */
 static void printLostFailures(void)
 {
     int calls;
@@ -101,7 +101,7 @@ static void printLostFailures(void)
     for (failAt = 1; failAt <= calls; ++failAt) {
         callCount = 0;
         if (start(0) == RET_OK || callCount != failAt)
-            printf("lost failure of call %d\n", failAt);
+            printf("lost failure of %s\n", failedCall);
     }
     failAt = 0;
     isQuiet = 0;
@@ -132,6 +132,7 @@ int main(void)
         if (dictionaries[line].assign)
             printDictionary(line);
     }
+    printSafetyObjects();
     printIndications();
     if (userOverwriteCobIdSettings) {
         printf("overwrite\n");

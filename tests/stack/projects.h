@@ -288,11 +288,11 @@ constexpr const char *kServices = R"(
     1301:2 U16 rw 0 50
     1301:3 U8 rw 0 20
     1301:4 U8 rw 0 254
-    1301:5 U32 rw 0 0x101
-    1301:6 U32 rw 0 0x102
+    1301:5 U32 rw 0 $NODEID+$NODEID+0xFF
+    1301:6 U32 rw 0 $NODEID+$NODEID+0x100
     1381:0 U8 rw 0 2
-    1381:1 U32 rw 0 0x21000008
-    1381:2 U32 rw 0 0x22000008
+    1381:1 U32 rw 0 0x22020520
+    1381:2 U32 rw 0 0x22020b20
     13fe:0 U8 rw 0 0xA5
     13ff:0 U8 const 1 1
     13ff:1 U16 rw 0 0x1234
@@ -395,4 +395,59 @@ constexpr const char *kShared = R"(
     2300:2 U32 rw 2 0 shared map var=common
     2301:0 U8 rw 0 6 shared
     2302:0 U8 rw 0 7 shared
+)";
+
+/// A gateway: some values received on one line are sent on another.
+constexpr const char *kRouting = R"(
+    line 0
+    sdo_routing=1
+    1f2c:0 U8 const 1 1
+    1f2c:1 U64 rw 0 1
+    1409:0 U8 const 1 2
+    1409:1 U32 rw 0 0x301
+    1409:2 U8 rw 0 255
+    1609:0 U8 const 1 2
+    1609:1 U32 const 1 0x23000110
+    1609:2 U32 const 1 0x23000220
+    1a10:0 U8 const 1 1
+    1a10:1 U32 const 1 0x23000110
+    line 1
+    1a04:0 U8 const 1 2
+    1a04:1 U32 const 1 0x23000220
+    1a04:2 U32 const 1 0x23000110
+)";
+
+/// Objects that the application answers for, and those between them.
+constexpr const char *kVirtual = R"(
+    2400:0 U8 ro 3 0
+    2401:0 U16 ro 0 5
+    2402:0 U8 ro 3 3
+    2402:1 U16 rw 3 1
+    2402:2 U32 rw 3 2
+    2402:3 VS ro 3 -
+    2403:0 U8 const 1 2
+    2403:1 U16 rw 3 1
+    2403:2 U16 rw 0 9
+    2404:0 U8 ro 3 4
+    2404:1 I16 rw 3 0
+    2404:2 I16 rw 3 0
+    2404:3 I16 rw 3 0
+    2404:4 I16 rw 3 0
+    2405:0 U16 ro 0 6
+)";
+
+/// Objects that are not as they should be.
+constexpr const char *kOdd = R"(
+    2500 var
+    2501 arr
+    2502:1 U8 rw 0 1
+    2502:2 U8 rw 0 2
+    1800:0 U8 const 1 1
+    1800:1 U32 rw 0 0x181
+    1a00:0 U8 const 1 8
+    1a00:1 U32 const 1 0x10010008
+    1400:0 U8 const 1 1
+    1400:1 U32 rw 0 0x201
+    1017:0 U32 rw 0 100
+    1005:0 U16 rw 0 0x80
 )";

@@ -7,6 +7,7 @@
 
 DICTIONARY_T dictionaries[32];
 int failAt, callCount, isQuiet;
+const char *failedCall;
 
 RET_T called(const char *name, int line, int argumentCount, ...)
 {
@@ -22,7 +23,10 @@ RET_T called(const char *name, int line, int argumentCount, ...)
         va_end(arguments);
         printf("\n");
     }
-    return callCount == failAt ? RET_STAND_IN_FAILED : RET_OK;
+    if (callCount != failAt)
+        return RET_OK;
+    failedCall = name;
+    return RET_STAND_IN_FAILED;
 }
 
 #define UL(value) ((unsigned long)(value))
@@ -46,7 +50,6 @@ RECORD_2(coTimeInit, BOOL_T, BOOL_T)
 RECORD_0(coSrdInit)
 RECORD_2(coGfcInit, BOOL_T, BOOL_T)
 RECORD_1(coSrdoInit, UNSIGNED8)
-RECORD_0(coIdNegoInit)
 RECORD_0(coGuardingInit)
 RECORD_0(coLssMasterInit)
 RECORD_0(coLssInit)
@@ -54,6 +57,7 @@ RECORD_1(coNmtInit, UNSIGNED8)
 RECORD_0(isoTpInit)
 
 void coLedInit(LINE_ONLY) { (void)called("coLedInit", LINE_VALUE, 0); }
+void coIdNegoInit(LINE_ONLY) { (void)called("coIdNegoInit", LINE_VALUE, 0); }
 RET_T coPdoNetworkRouting(void) { return called("coPdoNetworkRouting", -1, 0); }
 RET_T coEventRegister_LOAD_PARA(CO_EVENT_STORE_T load)
 {

@@ -24,6 +24,7 @@ extern DICTIONARY_T dictionaries[32];
 /* Records one call. The call with number failAt, from 1 up, fails; 0 lets all succeed. Quiet calls
  * print nothing. */
 extern int failAt, callCount, isQuiet;
+extern const char *failedCall;
 RET_T called(const char *name, int line, int argumentCount, ...);
 
 void printDictionary(int line);

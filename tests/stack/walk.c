@@ -293,3 +293,23 @@ void printTarget(const void *address)
     else if (!printManagedVariable(address))
         printAppVariable(address);
 }
+
+/* SRDOs are printed with their COB-IDs for the node with number 1. */
+void printSafetyObjects(void)
+{
+#ifdef CO_SRDO_SUPPORTED
+    unsigned i, entry;
+    for (i = 0; i < CO_SRDO_CNT; ++i) {
+        const CO_SRDO_TABLE_T *srdo = &srdo_table[i];
+        printf("srdo %u %u %u %u %u %lu %lu\n", srdo->line, srdo->number, srdo->direction, srdo->refreshTimeMs,
+            srdo->validationTimeMs, (unsigned long)srdo->cobIds[0].base + srdo->cobIds[0].nodeIdFactor,
+            (unsigned long)srdo->cobIds[1].base + srdo->cobIds[1].nodeIdFactor);
+        for (entry = 0; entry < srdo->entryCount; ++entry) {
+            printf("srdo  bits=%u inverted=%u ", srdo->entries[entry].bits, srdo->entries[entry].isInverted);
+            if (srdo->entries[entry].variable)
+                printAppVariable(srdo->entries[entry].variable);
+            printf("\n");
+        }
+    }
+#endif
+}

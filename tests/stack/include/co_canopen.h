@@ -27,7 +27,7 @@ typedef struct {
 } PDO_TR_MAP_TABLE_T;
 
 typedef struct {
-    const void *variable;
+    void *variable;
     UNSIGNED8 length;
     BOOL_T isNumeric;
     UNSIGNED32 mapping;
@@ -39,6 +39,25 @@ typedef struct {
     UNSIGNED8 count;
     PDO_REC_MAP_ENTRY_T rows[STACK_MAP_ROWS];
 } PDO_REC_MAP_TABLE_T;
+
+/* --- SRDOs of CiA 304 --- */
+
+#ifdef CO_SRDO_SUPPORTED
+typedef struct {
+    void *variable;
+    UNSIGNED8 bits;
+    BOOL_T isInverted;
+} CO_SRDO_MAP_ENTRY_T;
+typedef struct {
+    UNSIGNED8 line, number, direction;
+    UNSIGNED16 refreshTimeMs;
+    UNSIGNED8 validationTimeMs;
+    struct { UNSIGNED32 base; UNSIGNED8 nodeIdFactor; } cobIds[2];
+    UNSIGNED8 entryCount;
+    const CO_SRDO_MAP_ENTRY_T *entries;
+} CO_SRDO_TABLE_T;
+extern const CO_SRDO_TABLE_T srdo_table[CO_SRDO_CNT];
+#endif
 
 /* --- Start structures --- */
 
@@ -172,7 +191,7 @@ RET_T coPdoReceiveInit(LINE_FIRST UNSIGNED16 number, UNSIGNED8 transmissionType,
 RET_T coSrdInit(LINE_ONLY);
 RET_T coGfcInit(LINE_FIRST BOOL_T isProducer, BOOL_T isConsumer);
 RET_T coSrdoInit(LINE_FIRST UNSIGNED8 number);
-RET_T coIdNegoInit(LINE_ONLY);
+void coIdNegoInit(LINE_ONLY);
 RET_T coGuardingInit(LINE_ONLY);
 RET_T coLssMasterInit(LINE_ONLY);
 RET_T coLssInit(LINE_ONLY);
