@@ -59,6 +59,11 @@ public:
     bool getWasError() const { return wasError; }
     QString getLastErrorString() const { return lastErrorString; }
 
+    /// Byte-wise initialiser of a value whose type has no native C type, such as
+    /// "U24_SET(0x12,0xab,0x05)"; "0" for all other types. Bits above the type's width are dropped.
+    static QString convertValue(CAN::CANopenDataType type, quint64 unsignedValue,
+                                qint64 signedValue);
+
     /// The project has several lines: file names and texts tell the line. Set before the start.
     bool generateML = false;
 
@@ -92,11 +97,6 @@ protected:
     /// Sets forceML if the misc setting "generateML" is "true", in just this spelling.
     void checkForceMLFlag();
     bool isMultiLine() const { return generateML || forceML; }
-
-    /// Byte-wise initialiser of a value whose type has no native C type, such as
-    /// "U24_SET(0x12,0xab,0x05)"; "0" for all other types. Bits above the type's width are dropped.
-    static QString convertValue(CAN::CANopenDataType type, quint64 unsignedValue,
-                                qint64 signedValue);
 
     static bool isNewOrWritable(const QString &path);
 

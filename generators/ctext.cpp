@@ -3,32 +3,114 @@
 
 #include <QDateTime>
 
+namespace
+{
+
+constexpr int kHexDigits = 2;   // of a byte
+constexpr int kOctalDigits = 3; // at most
+
+bool isHexDigit(const QString &text, int position)
+{
+    if (position >= text.size())
+        return false;
+    const ushort c = text.at(position).unicode();
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+/// Length of the escape that the backslash at \a start begins, up to the one byte that it stands
+/// for; 0 if it begins none.
+int escapeLength(const QString &text, int start)
+{
+    const int next = start + 1;
+    if (next >= text.size())
+        return 0;
+    const QChar kind = text.at(next);
+    if (kind == QLatin1Char('x')) {
+        if (!isHexDigit(text, next + 1))
+            return 0;
+        return isHexDigit(text, next + kHexDigits) ? 2 + kHexDigits : 1 + kHexDigits;
+    }
+    int digits = 0;
+    int value = 0;
+    while (digits < kOctalDigits && next + digits < text.size()) {
+        const int digit = text.at(next + digits).unicode() - '0';
+        if (digit < 0 || digit > 7)
+            break;
+        value = value * 8 + digit;
+        ++digits;
+    }
+    if (digits > 0)
+        return value <= 0xFF ? 1 + digits : 0;
+    return QStringLiteral("'\"?\\abfnrtv").contains(kind) ? 2 : 0;
+}
+
+/// What stands in a literal for a character that is no backslash.
+QString literalCharacter(QChar character, bool followsQuestionMark)
+{
+    switch (character.unicode()) {
+    case '\n':
+        return QStringLiteral("\\n");
+    case '\r':
+        return QStringLiteral("\\r");
+    case '"':
+        return QStringLiteral("\\\"");
+    case '?': // two of them may begin a trigraph
+        return followsQuestionMark ? QStringLiteral("\\?") : QString(character);
+    default:
+        break;
+    }
+    if (character.unicode() >= ' ' || character == QLatin1Char('\t'))
+        return character;
+    return QStringLiteral("\\%1").arg(character.unicode(), kOctalDigits, 8, QLatin1Char('0'));
+}
+
+} // namespace
+
 QString CText::comment(const QString &text)
 {
     QString safe = text;
-    // Deliberate: the only change to a comment's text, held by tst_ctext.
-    return safe.replace(QLatin1String("*/"), QLatin1String("* /"));
+    // Deliberate: the only changes to a comment's text, held by tst_ctext.
+    safe.replace(QLatin1String("*/"), QLatin1String("* /"));
+    return safe.replace(QLatin1String("/*"), QLatin1String("/ *"));
 }
 
 QString CText::stringContent(const QString &text)
 {
     QString content;
     content.reserve(text.size());
-    bool isEscaped = false;
-    for (const QChar character : text) {
-        if (character == QLatin1Char('\n'))
-            content += isEscaped ? QLatin1String("\\\\n") : QLatin1String("\\n");
-        else if (character == QLatin1Char('\r'))
-            content += isEscaped ? QLatin1String("\\\\r") : QLatin1String("\\r");
-        else if (character == QLatin1Char('"') && !isEscaped)
-            content += QLatin1String("\\\"");
-        else
-            content += character;
-        isEscaped = character == QLatin1Char('\\') && !isEscaped;
+    for (int i = 0; i < text.size(); ++i) {
+        if (text.at(i) != QLatin1Char('\\')) {
+            content += literalCharacter(text.at(i), content.endsWith(QLatin1Char('?')));
+            continue;
+        }
+        const int length = escapeLength(text, i);
+        if (length == 0) {
+            content += QLatin1String("\\\\");
+            continue;
+        }
+        content += text.midRef(i, length);
+        const bool isHex = text.at(i + 1) == QLatin1Char('x');
+        i += length - 1;
+        if (isHex && isHexDigit(text, i + 1))
+            content += QLatin1String("\"\""); // a digit of the text must not join the escape
     }
-    if (isEscaped)
-        content += QLatin1Char('\\');
     return content;
+}
+
+quint32 CText::literalBytes(const QString &content)
+{
+    int escaped = 0;
+    QString plain;
+    for (int i = 0; i < content.size(); ++i) {
+        const int length = content.at(i) == QLatin1Char('\\') ? escapeLength(content, i) : 0;
+        if (length > 0) {
+            ++escaped;
+            i += length - 1;
+        } else if (content.at(i) != QLatin1Char('"')) { // two quotes part a literal
+            plain += content.at(i);
+        }
+    }
+    return static_cast<quint32>(escaped + plain.toUtf8().size());
 }
 
 QString CText::generationTime()

@@ -6,12 +6,16 @@
 namespace CText
 {
 
-/// \a text for the inside of a comment: an end of comment in it becomes "* /".
+/// \a text for the inside of a comment: an end of comment in it becomes "* /", a start "/ *".
 QString comment(const QString &text);
 
-/// \a text for the inside of a string literal, quotes not included. A quote, a line end, or a lone
-/// backslash at the end would end the literal and is escaped; escapes that the text holds stand.
+/// \a text for the inside of a string literal, quotes not included. Escapes of C that the text
+/// holds stand; all that would end the literal or make the compiler warn is escaped, such as a
+/// quote, a line end, or a backslash that begins no escape.
 QString stringContent(const QString &text);
+
+/// Bytes of a literal with that content, as stringContent() gives it, without the closing zero.
+quint32 literalBytes(const QString &content);
 
 /// Date and time of the run, as the heads of generated files tell it; English in any locale.
 QString generationTime();

@@ -99,6 +99,10 @@ struct Positions {
     bool hasDomain = false;
     bool hasConstUtf8String = false;
     bool hasUtf8String = false;
+
+    /// An array has more values than a position can tell; set by whoever gives positions, read by
+    /// the shell, which fails the job.
+    bool isOverfull = false;
 };
 
 /// One static RPDO mapping; equal ones of a line share a table.
@@ -131,8 +135,11 @@ struct Form {
     bool compactArrays = false;
     bool canFd = false;
     bool sdoServerOnly = false; ///< the form for the CAM11/CAM21 SDO server of a J1939 device
-    bool hasLimitCheck = false;
+    bool hasLimitCheck = false; ///< rows of the description tell limits
 };
+
+/// The form that the project asks for. compactArrays and sdoServerOnly are left to the caller.
+Form readForm(const ObjectDataBase &store, quint8 activeLine);
 
 /// Handed to each section. The sections of a file share one context.
 struct Context {

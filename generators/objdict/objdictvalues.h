@@ -24,6 +24,17 @@ QString getImplementationDataType(const ObjectDataBase::SUBINDEX_DATA_T &data, q
 
 bool isWriteable(const QString &accessType);
 
+/// Are limits recorded for values of this type?
+bool takesLimits(quint16 dataType);
+
+/// Fills the positions of constants as defineAllConsts() does, and writes nothing.
+void collectConstants(Context &context);
+
+/// The line whose arrays hold the value of a subindex: 0 if \a line shares it with line 0, which
+/// must have the same subindex and share it too; else \a line.
+quint8 valueLine(const ObjectDataBase &store, quint8 line, quint16 index, quint8 sub,
+                 const ObjectDataBase::SUBINDEX_DATA_T &data);
+
 /// " /* 0x2000:1 */", the comment behind an entry, in a multi-line form with the line in front.
 QString entryComment(const Context &context, Key key);
 

@@ -55,6 +55,18 @@ bool hasLimits(quint16 dataType)
     return names.contains(typeName(dataType));
 }
 
+/// Has the subindex a default that a table can tell?
+bool hasDefault(const SubIndexData &sub)
+{
+    const bool isText = sub.dataType == 9 || sub.dataType == 10 || sub.dataType == 124;
+    return hasArray(sub.dataType) || sub.dataType == 16 || (isText && sub.implementation == 1);
+}
+
+bool isWritten(const SubIndexData &sub)
+{
+    return sub.accessType.contains(QLatin1Char('w'));
+}
+
 QString numberText(quint16 dataType, const QString &value)
 {
     const QString type = typeName(dataType);
@@ -161,25 +173,25 @@ const StorageRow *serviceOf(quint16 index, quint8 sub)
     return nullptr;
 }
 
-QString attributes(const SubIndexData &sub)
+/// \a tellsLimits: the tables have columns for limits, which only those that are written fill.
+QString attributes(const SubIndexData &sub, bool tellsLimits)
 {
     QStringList words;
     if (sub.dataType <= 8 || sub.dataType == 22)
         words << "NUM";
     const bool isMapped = sub.pdoMapping != PDOMapping();
     const bool isRead = sub.accessType != QLatin1String("wo");
-    const bool isWritten = sub.accessType != QLatin1String("ro") && sub.accessType != QLatin1String("const");
     if (isRead)
         words << "READ";
-    if (isWritten)
+    if (isWritten(sub))
         words << "WRITE";
     if (isMapped && isRead && sub.accessType != QLatin1String("rww"))
         words << "MAP_TR";
-    if (isMapped && isWritten && sub.accessType != QLatin1String("rwr"))
+    if (isMapped && isWritten(sub) && sub.accessType != QLatin1String("rwr"))
         words << "MAP_REC";
-    if (sub.defaultInEds)
+    if (sub.defaultInEds && hasDefault(sub))
         words << "DEFVAL";
-    if (sub.limitInEds && hasLimits(sub.dataType))
+    if (sub.limitInEds && hasLimits(sub.dataType) && (isWritten(sub) || !tellsLimits))
         words << "LIMIT";
     if (sub.nvStorage)
         words << "STORE";
@@ -291,7 +303,7 @@ QStringList Expectation::dictionary() const
         for (const quint16 index : store.getIndices(line, 0x1000, 0xFFFF)) {
             const QList<quint8> subs = store.getSubIndices(line, index, 0);
             SubIndexData first;
-            if (!store.getSubIndexData(line, index, 0, first) || first.implementation == 3)
+            if (store.getSubIndexData(line, index, 0, first) && first.implementation == 3)
                 continue;
             IndexData object;
             (void)store.getIndexData(line, index, object); // it was listed
@@ -299,7 +311,7 @@ QStringList Expectation::dictionary() const
             rows << QStringLiteral("object %1 %2 highest=%3 %4")
                         .arg(line)
                         .arg(index, 4, 16, QLatin1Char('0'))
-                        .arg(subs.last())
+                        .arg(subs.isEmpty() ? 0 : subs.last())
                         .arg(kinds.value(code, subs.size() > 1 ? "STRUCT" : "VAR"));
             for (const quint8 sub : subs) {
                 if (subOf({line, index, sub}).implementation != 3)
@@ -329,7 +341,7 @@ QString Expectation::subRow(const Place &place) const
                .arg(place.index, 4, 16, QLatin1Char('0'))
                .arg(place.sub)
                .arg(type, storage) +
-           attributes(sub) + valueText(place, sub, storage) + boundsText(sub);
+           attributes(sub, number("limit_check") > 0) + valueText(place, sub, storage) + boundsText(sub);
 }
 
 QString Expectation::valueText(const Place &place, const SubIndexData &sub, const QString &storage) const
@@ -382,11 +394,32 @@ QString Expectation::boundsText(const SubIndexData &sub) const
     QString text;
     if (hasArray(sub.dataType))
         text = QStringLiteral(" default=") + numberText(sub.dataType, withoutNodeId(sub.defaultValue));
-    const bool isWritten = sub.accessType.contains(QLatin1Char('w'));
-    if (number("limit_check") > 0 && sub.limitInEds && hasLimits(sub.dataType) && isWritten)
+    if (number("limit_check") > 0 && sub.limitInEds && hasLimits(sub.dataType) && isWritten(sub))
         text += QStringLiteral(" limits=%1..%2")
                     .arg(numberText(sub.dataType, sub.lowLimit), numberText(sub.dataType, sub.upLimit));
     return text;
+}
+
+QStringList Expectation::virtualObjects() const
+{
+    QStringList rows;
+    for (const quint8 line : served) {
+        for (const quint16 index : store.getIndices(line, 0x1000, 0xFFFF)) {
+            const QList<quint8> subs = store.getSubIndices(line, index, 0);
+            QStringList entries;
+            for (const quint8 each : subs) {
+                const SubIndexData sub = subOf({line, index, each});
+                if (sub.implementation == 3)
+                    entries << QStringLiteral("virtual  %1 %2 %3")
+                                   .arg(each)
+                                   .arg(typeName(sub.dataType), attributes(sub, false));
+            }
+            if (!entries.isEmpty())
+                rows << QStringLiteral("virtual %1 highest=%2").arg(index, 4, 16, QLatin1Char('0')).arg(subs.last())
+                     << entries;
+        }
+    }
+    return rows;
 }
 
 // --- Start structure and indications ---

@@ -14,6 +14,7 @@ public:
     /// Rows "call" of a start, and those of mapping tables below it. \a variant is 1 for a start in
     /// CAN FD mode, and as master where the project leaves the choice.
     QStringList start(int variant) const;
+    QStringList virtualObjects() const; ///< rows "virtual"
     QStringList counts() const; ///< rows of the start structure
     QStringList indications() const;
     QStringList cobIds() const;         ///< calls that set COB-IDs of the predefined connection set

@@ -132,6 +132,7 @@ int main(void)
         if (dictionaries[line].assign)
             printDictionary(line);
     }
+    printVirtualObjects();
     printSafetyObjects();
     printIndications();
     if (userOverwriteCobIdSettings) {

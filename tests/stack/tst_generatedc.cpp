@@ -35,6 +35,12 @@ void generate(AbstractGenerator &generator, ObjectDataBase &store, const QString
     QVERIFY2(!generator.getWasError(), qPrintable(generator.getLastErrorString()));
 }
 
+bool isNeeded(VObjDictGenerator &virtualObjects, ObjectDataBase &store)
+{
+    virtualObjects.setDataBase(&store);
+    return virtualObjects.areVirtualObjectsPresent();
+}
+
 void generateAll(ObjectDataBase &store, const QString &folder, bool sdoServer)
 {
     const bool isV4 = store.getGeneralSettingsValue("use_core_headers") == "V4";
@@ -55,8 +61,10 @@ void generateAll(ObjectDataBase &store, const QString &folder, bool sdoServer)
     VObjDictGenerator virtualObjects;
     const QVector<AbstractGenerator *> all = {defines.get(), &indications, dictionary.get(), &safety,
                                               &virtualObjects};
-    for (AbstractGenerator *generator : all)
-        generate(*generator, store, folder);
+    for (AbstractGenerator *generator : all) {
+        if (generator != &virtualObjects || isNeeded(virtualObjects, store))
+            generate(*generator, store, folder);
+    }
 }
 
 /// Definition of an application variable of the project; \a expression names it.
@@ -387,6 +395,7 @@ private:
             QVERIFY2(row.endsWith("coLedInit") || row.endsWith("coIdNegoInit") || row.endsWith("coOdInitOdPtr"),
                      qPrintable(row)); // these have no result
         SAME_ROWS(rowsOf(section(output, "overwrite\n"), {"call coOdSetCobid"}), expected.cobIds());
+        SAME_ROWS(rowsOf(output, {"virtual"}), expected.virtualObjects());
         SAME_ROWS(rowsOf(output, {"srdo"}), expected.safety());
         SAME_ROWS(rowsOf(output, {"string"}), expected.stringDefaults());
         const bool hasVariants = expected.choosesMaster() || expected.isSet("canfd_supported");

@@ -294,6 +294,28 @@ void printTarget(const void *address)
         printAppVariable(address);
 }
 
+void printVirtualObjects(void)
+{
+#ifdef CO_VOD_ASSIGN_CNT
+    unsigned i, r, sub;
+    for (i = 0; i < CO_VOD_ASSIGN_CNT; ++i) {
+        const CO_VOD_ASSIGN_T *object = &vod_assign[i];
+        printf("virtual %04x highest=%u\n", object->index, object->highestSub);
+        if (object->firstRow + object->rowCount > CO_VOBJ_DESC_CNT)
+            printf("rows beyond the end\n");
+        for (r = 0; r < object->rowCount; ++r) {
+            const CO_VOBJ_DESC_T *row = &vobj_description[object->firstRow + r];
+            const unsigned last = row->attributes & CO_ATTR_COMPACT ? object->highestSub : row->subIndex;
+            for (sub = row->subIndex; sub <= last; ++sub) {
+                printf("virtual  %u %s", sub, typeNames[row->dataType / 32]);
+                printAttributes(row->attributes & ~CO_ATTR_COMPACT);
+                printf("\n");
+            }
+        }
+    }
+#endif
+}
+
 /* SRDOs are printed with their COB-IDs for the node with number 1. */
 void printSafetyObjects(void)
 {

@@ -67,6 +67,10 @@ typedef struct {
     UNSIGNED16 defValIdx;
 } CO_VOBJ_DESC_T;
 typedef CO_OD_ASSIGN_T CO_VOD_ASSIGN_T;
+#ifdef CO_VOD_ASSIGN_CNT
+extern const CO_VOBJ_DESC_T vobj_description[CO_VOBJ_DESC_CNT];
+extern const CO_VOD_ASSIGN_T vod_assign[CO_VOD_ASSIGN_CNT];
+#endif
 
 #define STACK_CONST_ARRAY(type, name) const type *const_##name;
 #define STACK_ARRAY(type, name) type *name;

@@ -1,0 +1,300 @@
+// Description and assignment of objects.
+#include "generators/objdict/objdictdescription.h"
+
+#include "generators/objdict/objdictservices.h"
+#include "generators/objdict/objdictvalues.h"
+#include "generators/subindexrun.h"
+
+namespace
+{
+
+using namespace ObjDict;
+using SubData = ObjectDataBase::SUBINDEX_DATA_T;
+
+constexpr quint8 kVirtual = 3;                ///< implementation without rows
+constexpr quint16 kFirstCompactable = 0x1200; ///< the stack looks at those below by subindex
+constexpr int kShortestCompactable = 3;       ///< subindices, 0 included
+constexpr quint16 kFirstObject = 0x1000;
+constexpr quint16 kLastObject = 0xFFFF;
+
+/// The subindices of an object that have a row, ascending.
+struct ObjectRows {
+    QList<quint8> subs;
+    int runStart = -1; ///< the last of them, if it stands for a run
+};
+
+ObjectRows rowsOf(const Context &context, quint8 line, quint16 index)
+{
+    ObjectRows rows;
+    rows.runStart = getSameStartSub(context, line, index);
+    SubData data;
+    const QList<quint8> subs = context.store.getSubIndices(line, index, 0);
+    for (const quint8 sub : subs) {
+        if (rows.runStart >= 0 && sub > rows.runStart)
+            break;
+        if (context.store.getSubIndexData(line, index, sub, data) &&
+            data.implementation != kVirtual)
+            rows.subs << sub;
+    }
+    return rows;
+}
+
+bool isShared(const Context &context, quint8 line, quint16 index, quint8 sub)
+{
+    SubData data;
+    return line != 0 && context.store.getSubIndexData(line, index, sub, data) &&
+           valueLine(context.store, line, index, sub, data) == 0;
+}
+
+/// Does an object use the rows of line 0? Rows stand in one piece, so all of its subindices must be
+/// shared, and be those of line 0.
+bool sharesRows(const Context &context, quint8 line, quint16 index)
+{
+    // The common case first: most objects share nothing.
+    if (!isShared(context, line, index, 0))
+        return false;
+    const QList<quint8> subs = context.store.getSubIndices(line, index, 0);
+    if (subs != context.store.getSubIndices(0, index, 0))
+        return false;
+    for (const quint8 sub : subs) {
+        if (!isShared(context, line, index, sub))
+            return false;
+    }
+    return true;
+}
+
+/// The last subindex, the others being those before it.
+int startOfRun(const Context &context, quint8 line, quint16 index, const QList<quint8> &subs)
+{
+    SubData last;
+    SubData data;
+    (void)context.store.getSubIndexData(line, index, subs.last(), last); // listed, so it exists
+    const bool isLastShared = isShared(context, line, index, subs.last());
+    int start = -1;
+    for (int i = subs.size() - 2; i >= 0; --i) {
+        const quint8 sub = subs.at(i);
+        // Deliberate: a gap ends the search without a run, held by tst_objdictdescription.
+        if (sub + 1 != subs.at(i + 1))
+            return -1;
+        (void)context.store.getSubIndexData(line, index, sub, data); // as above
+        // Values of a run stand side by side, so it lies on one line.
+        if (!areDescribedAlike(data, last) || isShared(context, line, index, sub) != isLastShared)
+            return start;
+        start = sub;
+    }
+    return start;
+}
+
+void describeSubObject(Context &context, quint8 line, quint16 index, quint8 sub, bool isCompact)
+{
+    SubData data;
+    if (!context.store.getSubIndexData(line, index, sub, data))
+        return;
+    const Key key = keyOf(line, index, sub);
+    const Positions &positions = context.positions;
+    const bool isConstant = data.implementation == 1;
+    const quint32 reference = isConstant ? positions.constants.value(key)
+                                         : getReferencePosition(context, line, index, sub);
+    // Deliberate: no default and no limit where none was recorded, since the position would be that
+    // of another object's value. Held by tst_objdictdescription.
+    const bool hasDefault = data.defaultInEds && positions.constants.contains(key);
+    const bool hasLimit =
+        data.limitInEds && (context.form.hasLimitCheck ? positions.lowLimits.contains(key)
+                                                       : takesLimits(data.dataType));
+    context.out.raw(descriptionStart(sub, getImplementationDataType(data, index, sub), reference,
+                                     getODAttributes(data, hasDefault, hasLimit, isCompact)));
+    context.out.raw(QStringLiteral(" (UNSIGNED16)%1").arg(positions.constants.value(key)));
+    if (context.form.hasLimitCheck) {
+        context.out.raw(QStringLiteral("u, (UNSIGNED16)%1").arg(positions.lowLimits.value(key)));
+        context.out.raw(QStringLiteral("u, (UNSIGNED16)%1").arg(positions.highLimits.value(key)));
+    }
+    context.out.raw(descriptionEnd(context, line, index, sub));
+}
+
+quint32 describeObject(Context &context, quint8 line, quint16 index, quint32 firstRow)
+{
+    if (sharesRows(context, line, index))
+        return 0;
+    const ObjectRows rows = rowsOf(context, line, index);
+    context.positions.descriptionRows.insert(keyOf(line, index, 0), static_cast<quint16>(firstRow));
+    for (const quint8 sub : rows.subs)
+        describeSubObject(context, line, index, sub, sub == rows.runStart);
+    return static_cast<quint32>(rows.subs.size());
+}
+
+bool hasAssignment(const Context &context, quint8 line, quint16 index)
+{
+    SubData data;
+    return !context.store.getSubIndexData(line, index, 0, data) || data.implementation != kVirtual;
+}
+
+QString assignIndex(const Context &context, quint8 line, quint16 index)
+{
+    ObjectDataBase::INDEX_DATA_T object;
+    (void)context.store.getIndexData(line, index, object); // listed, so it exists
+    const QList<quint8> subs = context.store.getSubIndices(line, index, 0);
+    const quint8 rowLine = sharesRows(context, line, index) ? 0 : line;
+    AssignRow row;
+    row.index = index;
+    row.rows = rowsOf(context, rowLine, index).subs.size();
+    row.highestSub = subs.isEmpty() ? 0 : subs.last();
+    row.objectType = objectTypeWord(object.objectCode, subs.size());
+    row.firstRow =
+        row.rows == 0 ? 0 : context.positions.descriptionRows.value(keyOf(rowLine, index, 0));
+    return assignText(row);
+}
+
+/// The declaration of a table. C knows no empty one, so it then gets a row that nothing refers to.
+void writeTableStart(Context &context, const char *withRows, const char *withoutRows, bool hasRows)
+{
+    // Deliberate: the form without rows, held by tst_objdictdescription.
+    context.out.raw(QString::fromLatin1(hasRows ? withRows : withoutRows)
+                        .arg(QLatin1String(context.dialect.constMacro),
+                             QLatin1String(context.dialect.constStorageMacro)));
+}
+
+} // namespace
+
+int ObjDict::getSameStartSub(const Context &context, quint8 line, quint16 index)
+{
+    if (!context.form.compactArrays || index < kFirstCompactable)
+        return -1;
+    const QList<quint8> subs = context.store.getSubIndices(line, index, 0);
+    if (subs.size() < kShortestCompactable)
+        return -1;
+    return startOfRun(context, line, index, subs.first() == 0 ? subs.mid(1) : subs);
+}
+
+TableRows ObjDict::countRows(const Context &context)
+{
+    TableRows count;
+    for (const quint8 line : context.form.lines) {
+        const QList<quint16> indices = context.store.getIndices(line, kFirstObject, kLastObject);
+        for (const quint16 index : indices) {
+            count.descriptions += quint32(rowsOf(context, line, index).subs.size());
+            // Deliberate: an object without subindex 0 counts as well, it has a row; held by
+            // tst_objdictdescription.
+            if (hasAssignment(context, line, index))
+                ++count.assignments;
+        }
+    }
+    return count;
+}
+
+void ObjDict::describeObjects(Context &context)
+{
+    context.out.raw("\n/* description of the objects */\n");
+    writeTableStart(context, "%1 CO_OBJECT_DESC_T %2 od_description[CO_OBJ_DESC_CNT] = {\n",
+                    "%1 CO_OBJECT_DESC_T %2 od_description[1] = {\n\t{ 0 }\n",
+                    countRows(context).descriptions > 0);
+    quint32 row = 0;
+    for (const quint8 line : context.form.lines) {
+        const QList<quint16> indices = context.store.getIndices(line, kFirstObject, kLastObject);
+        for (const quint16 index : indices)
+            row += describeObject(context, line, index, row);
+    }
+    if (row > 0xFFFF)
+        context.positions.isOverfull = true;
+    context.out.raw("};\n");
+}
+
+void ObjDict::assignObjects(Context &context)
+{
+    context.out.raw("\n/* object dictionary assignment */\n");
+    writeTableStart(context, "%1 CO_OD_ASSIGN_T %2 od_assign[CO_OD_ASSIGN_CNT] = {\n",
+                    "%1 CO_OD_ASSIGN_T %2 od_assign[1] = {\n\t{ 0 }\n",
+                    countRows(context).assignments > 0);
+    for (const quint8 line : context.form.lines) {
+        const QList<quint16> indices = context.store.getIndices(line, kFirstObject, kLastObject);
+        for (const quint16 index : indices) {
+            if (hasAssignment(context, line, index))
+                context.out.raw(assignIndex(context, line, index));
+        }
+    }
+    context.out.raw("};\n");
+}
+
+QString ObjDict::getODAttributes(const ObjectDataBase::SUBINDEX_DATA_T &data, bool hasDefault,
+                                 bool hasLimit, bool isCompact)
+{
+    const bool isMappable = !data.pdoMapping.isEqualToType(PDOMappingType::No);
+    const QString &access = data.accessType;
+    const bool isReadOnly = access == QLatin1String("const") || access == QLatin1String("ro");
+    QString text;
+    if (data.dataType <= static_cast<quint16>(CAN::CANopenDataType::Real32) ||
+        data.dataType == static_cast<quint16>(CAN::CANopenDataType::Unsigned24))
+        text += QLatin1String("CO_ATTR_NUM | ");
+    if (isReadOnly)
+        text += QLatin1String("CO_ATTR_READ");
+    else if (access == QLatin1String("wo"))
+        text += QLatin1String("CO_ATTR_WRITE");
+    else
+        text += QLatin1String("CO_ATTR_READ | CO_ATTR_WRITE");
+    if (isMappable && access != QLatin1String("wo") && access != QLatin1String("rww"))
+        text += QLatin1String(" | CO_ATTR_MAP_TR");
+    if (isMappable && !isReadOnly && access != QLatin1String("rwr"))
+        text += QLatin1String(" | CO_ATTR_MAP_REC");
+    if (hasDefault)
+        text += QLatin1String(" | CO_ATTR_DEFVAL");
+    if (hasLimit)
+        text += QLatin1String(" | CO_ATTR_LIMIT");
+    if (data.nvStorage)
+        text += QLatin1String(" | CO_ATTR_STORE");
+    if (isCompact)
+        text += QLatin1String(" | CO_ATTR_COMPACT");
+    return text;
+}
+
+quint32 ObjDict::getReferencePosition(const Context &context, quint8 line, quint16 index,
+                                      quint8 sub)
+{
+    const ServiceRow *service = serviceOf(index, sub);
+    if (service && service->reference == Reference::Index)
+        return index;
+    if (service && service->reference == Reference::Number)
+        return quint32(index - service->low) + 1;
+    SubData data;
+    (void)context.store.getSubIndexData(line, index, sub, data); // else a value of the line itself
+    const quint8 owner = valueLine(context.store, line, index, sub, data);
+    return context.positions.managed.value(keyOf(owner, index, sub));
+}
+
+const char *ObjDict::objectTypeWord(CANopen::ObjectCode code, int subs)
+{
+    switch (code) {
+    case CANopen::ObjectCode::Domain:
+        return "CO_ODTYPE_DOM";
+    case CANopen::ObjectCode::Var:
+        return "CO_ODTYPE_VAR";
+    case CANopen::ObjectCode::Array:
+        return "CO_ODTYPE_ARRAY";
+    case CANopen::ObjectCode::Record:
+        return "CO_ODTYPE_STRUCT";
+    default:
+        // Deliberate: a row without a word is no C, held by tst_objdictdescription.
+        return subs > 1 ? "CO_ODTYPE_STRUCT" : "CO_ODTYPE_VAR";
+    }
+}
+
+QString ObjDict::descriptionStart(quint8 sub, const QString &tag, quint32 reference,
+                                  const QString &attributes)
+{
+    return QStringLiteral("\t{ (UNSIGNED8)%1u, %2, (UNSIGNED16)%3u, %4, ")
+        .arg(QString::number(sub), tag, QString::number(reference), attributes);
+}
+
+QString ObjDict::descriptionEnd(const Context &context, quint8 line, quint16 index, quint8 sub)
+{
+    const QString place =
+        QStringLiteral("0x%1:%2*/ \n").arg(index, 4, 16, QLatin1Char('0')).arg(sub);
+    return context.form.multiLine ? QStringLiteral("u},/* %1-%2").arg(QString::number(line), place)
+                                  : QStringLiteral("u},/* ") + place;
+}
+
+QString ObjDict::assignText(const AssignRow &row)
+{
+    return QStringLiteral("\t{ 0x%1u, %2u, %3u, %4, %5u },\n")
+        .arg(QStringLiteral("%1").arg(row.index, 4, 16, QLatin1Char('0')),
+             QString::number(row.rows), QString::number(row.highestSub),
+             QLatin1String(row.objectType), QString::number(row.firstRow));
+}

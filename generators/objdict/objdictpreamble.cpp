@@ -1,0 +1,269 @@
+// The sections before the tables.
+#include "generators/objdict/objdictpreamble.h"
+
+#include "generators/ctext.h"
+#include "generators/objdict/objdictdescription.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QStringList>
+
+namespace
+{
+
+using namespace ObjDict;
+
+constexpr quint8 kHighestLine = 31;
+
+/// A pointer to a function of the application, written if the setting names one.
+struct IndicationRow {
+    const char *setting;
+    const char *declaration; ///< behind the constant macro
+};
+
+// clang-format off
+constexpr IndicationRow kIndications[] = { // row order is file order
+    {"fct_sdo_server_read", "CO_EVENT_SDO_SERVER_T coEventSdoServerReadInd = "},
+    {"fct_sdo_server_write", "CO_EVENT_SDO_SERVER_T coEventSdoServerWriteInd = "},
+    {"fct_sdo_server_check_write", "CO_EVENT_SDO_SERVER_CHECK_WRITE_T coEventSdoServerCheckWriteInd = "},
+    {"fct_pdo", "CO_EVENT_PDO_T coEventPdoInd = "},
+    {"fct_pdo_receive", "CO_EVENT_PDO_T coEventPdoRecInd = "},
+    {"fct_pdo_sync", "CO_EVENT_PDO_T coEventPdoSyncInd = "},
+    {"fct_nmt", "CO_EVENT_NMT_T coEventNmtInd = "},
+    {"fct_errctrl", "CO_EVENT_ERRCTRL_T coEventErrCtrlInd = "},
+    {"fct_sync", "CO_EVENT_SYNC_T coEventSyncInd = "},
+    {"fct_sync_finished", "CO_EVENT_SYNC_FINISHED_T coEventSyncFinishedInd = "},
+    {"fct_led_green", "CO_EVENT_LED_T coEventLedGreenInd = "},
+    {"fct_led_red", "CO_EVENT_LED_T coEventLedRedInd = "},
+    {"fct_can", "CO_EVENT_CAN_STATE_T coEventCanStateInd = "},
+    {"fct_cfgman", "CO_EVENT_CFG_MANAGER_T coEventCfgManInd = "},
+    {"fct_flyma", "CO_EVENT_FLYMA_T coEventFlyMaInd = "},
+    {"fct_sdo_client_read", "CO_EVENT_SDO_CLIENT_READ_T coEventSdoClientReadInd = "},
+    {"fct_sdo_client_write", "CO_EVENT_SDO_CLIENT_WRITE_T coEventSdoClientWriteInd = "},
+    {"fct_emcy", "CO_EVENT_EMCY_T coEventEmcyInd = "},
+    {"fct_emcy_consumer", "CO_EVENT_EMCY_CONS_T coEventEmcyConsumerInd = "},
+    {"fct_time", "CO_EVENT_TIME_T coEventTimeInd = "},
+    {"fct_store", "CO_EVENT_STORE_T coEventStoreInd = "},
+    {"fct_lss", "CO_EVENT_LSS_T coEventLssInd = "},
+    {"fct_lss_master", "CO_EVENT_LSS_MASTER_T coEventLssMasterInd = "},
+    {"fct_comm", "CO_EVENT_COMM_T coEventCommInd = "},
+    {"fct_manager", "CO_EVENT_MANAGER_BOOTUP_T coEventManagerInd = "},
+    {"fct_mpdo", "CO_EVENT_MPDO_T coEventMPdoInd = "},
+};
+
+constexpr IndicationRow kUsdoServerIndications[] = {
+    {"usdo_server_read_ind_function", "CO_EVENT_USDO_SERVER_T coEventUsdoServerReadInd = "},
+    {"usdo_server_read_finished_ind_function", "CO_EVENT_USDO_SERVER_FINISHED_T coEventUsdoServerReadFinishedInd = "},
+    {"usdo_server_write_ind_function", "CO_EVENT_USDO_SERVER_T coEventUsdoServerWriteInd = "},
+    {"usdo_server_ind_check_write_function", "CO_EVENT_USDO_SERVER_CHECK_WRITE_T coEventUsdoServerCheckWriteInd = "},
+    {"usdo_server_domain_read_ind_function", "CO_EVENT_USDO_SERVER_DOMAIN_READ_T coEventUsdoServerDomainReadInd = "},
+    {"usdo_server_domain_write_ind_function", "CO_EVENT_USDO_SERVER_DOMAIN_WRITE_T coEventUsdoServerDomainWriteInd = "},
+};
+
+constexpr IndicationRow kUsdoClientIndications[] = {
+    {"usdo_client_read_ind_function", "CO_EVENT_USDO_CLIENT_READ_T coEventUsdoClientReadInd = "},
+    {"usdo_client_write_ind_function", "CO_EVENT_USDO_CLIENT_WRITE_T coEventUsdoClientWriteInd = "},
+    {"usdo_client_domain_read_ind_function", "CO_EVENT_USDO_CLIENT_DOMAIN_TRANSFER_T coEventUsdoClientDomainReadInd = "},
+    {"usdo_client_domain_write_ind_function", "CO_EVENT_USDO_CLIENT_DOMAIN_TRANSFER_T coEventUsdoClientDomainWriteInd = "},
+};
+// clang-format on
+
+template <std::size_t Count>
+void writePointers(Context &context, const IndicationRow (&rows)[Count])
+{
+    for (const IndicationRow &row : rows) {
+        const QString function = context.settings.trimmed(row.setting);
+        if (function.isEmpty())
+            continue;
+        context.out.raw(context.dialect.constMacro);
+        context.out.raw(" ");
+        context.out.raw(row.declaration);
+        context.out.raw(function + QLatin1String(";\n"));
+    }
+}
+
+void writeUdsIncludes(Context &context)
+{
+    if (context.settings.decimal("udsserver_supported") == 1 ||
+        context.settings.decimal("udsclient_supported") == 1)
+        context.out.raw("#include <iso_tp.h>\n"
+                        "#include <uds_uds.h>\n");
+}
+
+void writeSdoServerIncludes(Context &context)
+{
+    // Deliberate: "1", not the "V4" of other places, held by tst_objdictgenerator.
+    context.out.raw(context.settings.text("use_core_headers") == QLatin1String("1")
+                        ? "#include <core_datatype.h>\n"
+                        : "#include <co_datatype.h>\n");
+    context.out.raw("#include <co_odaccess.h>\n"
+                    "#include <j1939_cam11_cam21.h>\n");
+    writeUdsIncludes(context);
+}
+
+/// The prototypes of a device with one bus speed, or of one that may use CAN FD.
+struct PrototypeTexts {
+    const char *common;
+    const char *ofLine; ///< with %1 for its number
+    const char *byNumber;
+};
+
+constexpr PrototypeTexts kClassicCan = {
+    "RET_T coCanOpenStackInit_common(CO_EVENT_STORE_T pLoadFunction);\n",
+    "RET_T coCanOpenStackInit_line%1(UNSIGNED8 canLine, CO_INIT_OPTION_T *pCoOptions);\n",
+    "RET_T coCanOpenStackInit_line(UNSIGNED8 canLine, CO_INIT_OPTION_T *pCoOptions);\n"};
+
+constexpr PrototypeTexts kCanFd = {
+    "RET_T coCanOpenStackInit_common(CO_EVENT_STORE_T pLoadFunction, BOOL_T *pModes);\n",
+    "RET_T coCanOpenStackInit_line%1(UNSIGNED8 canLine, CO_INIT_OPTION_T *pCoOptions, BOOL_T "
+    "*pModes);\n",
+    "RET_T coCanOpenStackInit_line(UNSIGNED8 canLine, CO_INIT_OPTION_T *pCoOptions, BOOL_T "
+    "*pModes);\n"};
+
+} // namespace
+
+void ObjDict::writeHead(Context &context, const char *subject, const HeadFacts &facts)
+{
+    context.out.raw("/*\n");
+    context.out.raw(QStringLiteral(" * %1 for %2 - generated by %3 %4%5\n")
+                        .arg(QLatin1String(subject), CText::comment(facts.projectName),
+                             QCoreApplication::applicationName(), facts.toolVersion,
+                             QLatin1String(context.dialect.titleSuffix)));
+    context.out.raw(QStringLiteral(" * %1\n").arg(CText::generationTime()));
+    context.out.raw(" */\n");
+}
+
+bool ObjDict::hasStandardLibrary(const QString &outputDirectory)
+{
+    return !QFileInfo::exists(QStringLiteral("%1/no_stdlib_include.txt").arg(outputDirectory));
+}
+
+bool ObjDict::needsUserHeader(const Context &context)
+{
+    qint64 wanted = context.settings.decimal("overwrite_predef");
+    if (wanted == 0) {
+        for (quint8 line = 0; line <= kHighestLine; ++line)
+            wanted += context.settings.decimalOfLine("overwrite_predef", line);
+    }
+    return wanted + context.settings.decimal("generate_string_defaults") > 0;
+}
+
+void ObjDict::writeUserHeader(TextWriter &out, const HeadFacts &facts)
+{
+    out.raw("/*\n");
+    out.raw(QStringLiteral(" * gen_user.h for %1 - generated by %2 %3\n")
+                .arg(CText::comment(facts.projectName), QCoreApplication::applicationName(),
+                     facts.toolVersion));
+    out.raw(" */\n\n"
+            "/* protect against multiple inclusion of the file */\n"
+            "#ifndef GEN_USER_H\n"
+            "#define GEN_USER_H 1\n\n"
+            "#include <gen_define.h>\n"
+            "#include <co_canopen.h>\n"
+            "\n"
+            "/* prototype for function to overwrite predefined connection set */\n"
+            "RET_T userOverwriteCobIdSettings(void);\n"
+            "\n"
+            "/* prototype for function to set default values of strings */\n"
+            "RET_T userOverwriteStringDefaultvalues(void);\n"
+            "\n#endif /* GEN_USER */\n");
+}
+
+void ObjDict::writeIncludes(Context &context, bool withStandardLibrary)
+{
+    TextWriter &out = context.out;
+    if (withStandardLibrary)
+        out.raw("#include <stdlib.h>\n\n");
+    out.raw("#include <gen_define.h>\n");
+    if (context.form.sdoServerOnly) {
+        writeSdoServerIncludes(context);
+    } else {
+        out.raw("#include <co_canopen.h>\n");
+        writeUdsIncludes(context);
+        out.raw("#include <gen_indication.h>\n");
+    }
+    if (needsUserHeader(context))
+        out.raw("#include <gen_user.h>\n");
+    out.raw("\n");
+}
+
+void ObjDict::writeStartPrototypes(Context &context)
+{
+    if (!context.form.multiLine || context.form.sdoServerOnly)
+        return;
+    const PrototypeTexts &texts = context.form.canFd ? kCanFd : kClassicCan;
+    TextWriter &out = context.out;
+    out.raw("/* these functions may be used by the application to initialize only a sub set of all "
+            "lines.*/\n");
+    out.raw(texts.common);
+    for (const quint8 line : context.form.servedLines)
+        out.raw(QString::fromLatin1(texts.ofLine).arg(line));
+    out.raw("RET_T coCanOpenStackInit_finish(void);\n");
+    out.raw(texts.byNumber);
+}
+
+void ObjDict::writeApplicationHeaders(Context &context)
+{
+    TextWriter &out = context.out;
+    if (QCoreApplication::applicationName() == QLatin1String("EnergyBus Morvane"))
+        out.raw("/* EnergyBus header files */\n"
+                "#include <eb_energybus.h>\n"
+                "\n");
+    if (!context.settings.isSet("applicationheader"))
+        return;
+    out.raw("/* application header file(s) */\n");
+    // Deliberate: names of headers that are empty are no names, held by tst_objdictgenerator.
+    const QStringList headers =
+        context.settings.text("applicationheader").split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    for (const QString &header : headers)
+        out.raw(QStringLiteral("#include \"%1\"\n").arg(header));
+    out.raw("\n");
+}
+
+void ObjDict::writeMemorySpecifiers(Context &context)
+{
+    const Dialect &dialect = context.dialect;
+    TextWriter &out = context.out;
+    out.raw("/* definition of memory specifier */\n");
+    out.raw(QStringLiteral("#ifndef %1\n"
+                           "#define %1 const\n"
+                           "#endif\n\n")
+                .arg(QLatin1String(dialect.constMacro)));
+    out.raw("/* definition of compiler-specific storage classes */\n");
+    out.raw(QStringLiteral("#ifndef %1\n"
+                           "#define %1\n"
+                           "#endif\n")
+                .arg(QLatin1String(dialect.storageMacro)));
+    out.raw(QStringLiteral("#ifndef %1\n"
+                           "#define %1\n"
+                           "#endif\n\n")
+                .arg(QLatin1String(dialect.constStorageMacro)));
+    out.raw("/* definition of watchdog handle during initialization */\n");
+    out.raw(QStringLiteral("#ifndef %1\n"
+                           "#define %1\n"
+                           "#endif /* %1 */\n\n"
+                           "\n")
+                .arg(QLatin1String(dialect.watchdogMacro)));
+}
+
+void ObjDict::writeIndicationPointers(Context &context)
+{
+    context.out.raw("/* definition of static indication function pointers */\n");
+    // Deliberate: the SDO server of a J1939 device has no header that declares the events' types,
+    // held by tst_objdictgenerator.
+    if (context.form.sdoServerOnly)
+        return;
+    writePointers(context, kIndications);
+    if (context.settings.decimal("usdo_server_enabled") != 0)
+        writePointers(context, kUsdoServerIndications);
+    if (context.settings.decimal("usdo_client_enabled") != 0)
+        writePointers(context, kUsdoClientIndications);
+}
+
+void ObjDict::writeObjectCounts(Context &context)
+{
+    const TableRows rows = countRows(context);
+    context.out.raw("\n/* number of objects */\n");
+    context.out.raw(QStringLiteral("#define CO_OD_ASSIGN_CNT %1u\n").arg(rows.assignments));
+    context.out.raw(QStringLiteral("#define CO_OBJ_DESC_CNT %1u\n").arg(rows.descriptions));
+}

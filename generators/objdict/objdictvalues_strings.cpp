@@ -1,0 +1,135 @@
+// Default values of strings that are application variables, and the function that sets them.
+#include "generators/ctext.h"
+#include "generators/objdict/objdictstrings.h"
+#include "generators/objdict/objdictvalues.h"
+#include "support/helper.h"
+
+namespace
+{
+
+using namespace ObjDict;
+
+constexpr int kColumnsPerByte = 6;
+constexpr int kLastColumn = 73;
+constexpr int kLongestFill = 0x10000;
+
+bool hasStringDefault(const ObjectDataBase::SUBINDEX_DATA_T &data)
+{
+    const auto type = static_cast<CAN::CANopenDataType>(data.dataType);
+    return data.implementation == 2 && (type == CAN::CANopenDataType::VisibleString ||
+                                        type == CAN::CANopenDataType::OctetString);
+}
+
+void collectObject(Context &context, quint8 line, quint16 index, quint32 &offset)
+{
+    ObjectDataBase::SUBINDEX_DATA_T data;
+    const QList<quint8> subs = context.store.getSubIndices(line, index, 0);
+    for (const quint8 sub : subs) {
+        if (!context.store.getSubIndexData(line, index, sub, data) || !hasStringDefault(data))
+            continue;
+        context.positions.strings.insert(keyOf(line, index, sub), {offset, data.size});
+        offset += data.size;
+    }
+}
+
+QString bytesText(const QByteArray &bytes)
+{
+    QString text;
+    int column = 0;
+    for (const char byte : bytes) {
+        text += QStringLiteral("0x%1, ").arg(quint8(byte), 2, 16, QLatin1Char('0'));
+        column += kColumnsPerByte;
+        if (column >= kLastColumn) {
+            text += QLatin1Char('\n');
+            column = 0;
+        }
+    }
+    return text + QLatin1Char('\n');
+}
+
+/// \a bytes, cut to the size or filled up with zeros. What would be a long fill is left to the
+/// array's next designator.
+QByteArray fitted(QByteArray bytes, quint32 size, bool *isComplete)
+{
+    const qint64 missing = qint64(size) - bytes.size();
+    *isComplete = missing <= kLongestFill;
+    if (missing < 0)
+        bytes.truncate(static_cast<int>(size));
+    else if (*isComplete)
+        bytes += QByteArray(static_cast<int>(missing), '\0');
+    return bytes;
+}
+
+quint16 indexOf(Key key)
+{
+    return static_cast<quint16>(key >> 8);
+}
+
+quint8 subOf(Key key)
+{
+    return static_cast<quint8>(key);
+}
+
+quint8 lineOf(Key key)
+{
+    return static_cast<quint8>(key >> 24);
+}
+
+} // namespace
+
+void ObjDict::generateStringDefaultValues(Context &context)
+{
+    TextWriter &out = context.out;
+    context.positions.strings.clear();
+    quint32 total = 0;
+    for (const quint8 line : context.form.servedLines) {
+        const QList<quint16> indices = context.store.getIndices(line, 0x1000, 0xFFFF);
+        for (const quint16 index : indices)
+            collectObject(context, line, index, total);
+    }
+    const auto &strings = context.positions.strings;
+    if (strings.isEmpty())
+        return;
+    out.raw("\n/* definition of string default values for variables */\n");
+    out.raw(QStringLiteral("static %1 char stringDefaultValues[] = {\n")
+                .arg(QLatin1String(context.dialect.constMacro)));
+    for (auto string = strings.constBegin(); string != strings.constEnd(); ++string) {
+        const Key key = string.key();
+        const QString value = context.store.getSubIndexValue(lineOf(key), indexOf(key), subOf(key));
+        out.raw(QStringLiteral("/* %1 */ \n").arg(CText::comment(value)));
+        // Deliberate: each string takes its size, so that the next one begins at its offset; held
+        // by tst_objdictvalues.
+        bool isComplete = true;
+        out.raw(bytesText(fitted(stringBytes(value), string->size, &isComplete)));
+        if (!isComplete)
+            out.raw(QStringLiteral("[%1] = ").arg(string->offset + string->size));
+    }
+    out.raw("0x00}; \n\n");
+}
+
+void ObjDict::generateStringDefaultValueFunction(Context &context)
+{
+    TextWriter &out = context.out;
+    out.raw("\n"
+            "\n"
+            "RET_T userOverwriteStringDefaultvalues(void)\n"
+            "{\n");
+    const auto &strings = context.positions.strings;
+    for (auto string = strings.constBegin(); string != strings.constEnd(); ++string) {
+        const Key key = string.key();
+        ObjectDataBase::SUBINDEX_DATA_T data;
+        if (!context.store.getSubIndexData(lineOf(key), indexOf(key), subOf(key), data))
+            continue;
+        out.raw(QStringLiteral("    /* %1: %2 - %3 */\n")
+                    .arg(lineOf(key))
+                    .arg(indexOf(key), 4, 16, QLatin1Char('0'))
+                    .arg(subOf(key)));
+        // Deliberate: place holders of the name are filled as in the table of pointers, held by
+        // tst_objdictvalues.
+        out.raw(QStringLiteral("    memcpy(%1, &stringDefaultValues[%2], %3);\n")
+                    .arg(Helper::substituteVariables(data.varName, indexOf(key), subOf(key)),
+                         QString::number(string->offset), QString::number(string->size)));
+    }
+    out.raw("\n    return(RET_OK);\n"
+            "}\n");
+}

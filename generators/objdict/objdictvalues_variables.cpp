@@ -1,0 +1,179 @@
+// Pointers to the variables of the application.
+#include "generators/objdict/objdictarrays.h"
+#include "generators/objdict/objdictvalues.h"
+#include "support/helper.h"
+
+#include <QStringList>
+
+namespace
+{
+
+using namespace ObjDict;
+using Type = CAN::CANopenDataType;
+
+struct Pointer {
+    Key key;
+    QString name;
+    quint32 size;
+};
+
+using Pointers = QVector<Pointer>;
+
+struct ApplicationVariables {
+    std::array<Pointers, kValueClassCount> numbers;
+    Pointers visStrings;
+    Pointers utf8Strings;
+    Pointers octetStrings;
+    Pointers domains;
+
+    Pointers *listOf(quint16 dataType)
+    {
+        if (const std::optional<ValueClass> valueClass = valueClassOf(dataType))
+            return &numbers[numberOf(*valueClass)];
+        switch (static_cast<Type>(dataType)) {
+        case Type::VisibleString:
+            return &visStrings;
+        case Type::Utf8String:
+            return &utf8Strings;
+        case Type::OctetString:
+            return &octetStrings;
+        case Type::Domain:
+            return &domains;
+        default:
+            return nullptr;
+        }
+    }
+};
+
+/// The three arrays of a kind of strings.
+struct StringRow {
+    const char *pointers;
+    const char *lengths; ///< %1 is the storage class
+    const char *actualLengths;
+};
+
+constexpr StringRow kVisRow = {"static VIS_STRING\tod_vis_string[",
+                               "static UNSIGNED32\tod_vis_string_len[",
+                               "static UNSIGNED32\tod_vis_string_actLen["};
+// Deliberate: the stack takes pointers to UTF-8 as visible strings, held by tst_objdictvalues.
+constexpr StringRow kUtf8Row = {"static VIS_STRING\tod_utf8_string[",
+                                "static UNSIGNED32\tod_utf8_string_len[",
+                                "static UNSIGNED32\tod_utf8_string_actLen["};
+constexpr StringRow kOctetRow = {"static OCTET_STRING\t*od_octet_string[",
+                                 "static UNSIGNED32 %1\tod_octet_string_len[",
+                                 "static UNSIGNED32 %1\tod_octet_string_actLen["};
+constexpr StringRow kDomainRow = {"static CO_DOMAIN_PTR\tod_domain[",
+                                  "static UNSIGNED32 %1\tod_domain_len[",
+                                  "static UNSIGNED32 %1\tod_domain_actLen["};
+
+/// Domains get their place also as managed objects: their tag tells no difference.
+bool isPointedTo(const ObjectDataBase::SUBINDEX_DATA_T &data)
+{
+    return data.implementation == 2 ||
+           (data.implementation == 0 && data.dataType == static_cast<quint16>(Type::Domain));
+}
+
+ApplicationVariables collect(Context &context)
+{
+    ApplicationVariables variables;
+    forEachSub(context, [&](const Place &place, const ObjectDataBase::SUBINDEX_DATA_T &data) {
+        Pointers *list = isPointedTo(data) ? variables.listOf(data.dataType) : nullptr;
+        if (!list)
+            return;
+        note(context.positions, &Positions::managed, place.key(), list->size());
+        *list << Pointer{place.key(),
+                         Helper::substituteVariables(data.varName, place.index, place.sub),
+                         data.size};
+    });
+    return variables;
+}
+
+void writeStart(TextWriter &out, const QString &declaration, int count)
+{
+    out.raw(declaration);
+    out.raw(quint32(count));
+    out.raw("] = {\n");
+}
+
+void writeNumbers(Context &context, ValueClass valueClass, const Pointers &pointers)
+{
+    QStringList entries;
+    for (const Pointer &pointer : pointers) {
+        // A macro or a cast gives an address itself.
+        const QString pattern = pointer.name.contains(QLatin1Char('('))
+                                    ? QStringLiteral("\t%1%2")
+                                    : QStringLiteral("\t&(%1)%2");
+        entries << pattern.arg(pointer.name, entryComment(context, pointer.key));
+    }
+    writeStart(context.out,
+               QString::fromLatin1(rowOf(valueClass).pointers)
+                   .arg(QLatin1String(context.dialect.constStorageMacro),
+                        QLatin1String(context.dialect.constMacro)),
+               pointers.size());
+    writeEntries(context.out, entries, ",\n");
+}
+
+/// Both arrays of lengths; the application changes the second one.
+void writeLengths(Context &context, const StringRow &row, const QStringList &lengths)
+{
+    const QString storage = QString::fromLatin1(context.dialect.storageMacro);
+    for (const char *declaration : {row.lengths, row.actualLengths}) {
+        QString start = QString::fromLatin1(declaration);
+        start.replace(QLatin1String("%1"), storage);
+        writeStart(context.out, start, lengths.size());
+        writeEntries(context.out, lengths, ",\n");
+    }
+}
+
+void writeStrings(Context &context, const StringRow &row, const Pointers &pointers)
+{
+    QStringList entries;
+    QStringList lengths;
+    for (const Pointer &pointer : pointers) {
+        entries << QStringLiteral("\t&(%1[0])").arg(pointer.name);
+        lengths << QStringLiteral("\t%1ul").arg(pointer.size);
+    }
+    writeStart(context.out, QString::fromLatin1(row.pointers), pointers.size());
+    writeEntries(context.out, entries, ",\n");
+    writeLengths(context, row, lengths);
+}
+
+/// The application hands its domains to the stack at run time.
+void writeDomains(Context &context, const Pointers &domains)
+{
+    QStringList entries;
+    QStringList lengths;
+    for (int i = 0; i < domains.size(); ++i) {
+        entries << QStringLiteral("\tNULL");
+        lengths << QStringLiteral("\t0ul");
+    }
+    writeStart(context.out, QString::fromLatin1(kDomainRow.pointers), domains.size());
+    writeEntries(context.out, entries, ",\n");
+    writeLengths(context, kDomainRow, lengths);
+}
+
+} // namespace
+
+void ObjDict::defineApplicationVariables(Context &context)
+{
+    context.out.raw("\n/* definition of application variables */\n");
+    const ApplicationVariables variables = collect(context);
+    Positions &positions = context.positions;
+    for (std::size_t i = 0; i < variables.numbers.size(); ++i) {
+        positions.pointerArrays[i] = !variables.numbers[i].isEmpty();
+        if (positions.pointerArrays[i])
+            writeNumbers(context, static_cast<ValueClass>(i), variables.numbers[i]);
+    }
+    positions.hasVisString = !variables.visStrings.isEmpty();
+    if (positions.hasVisString)
+        writeStrings(context, kVisRow, variables.visStrings);
+    positions.hasUtf8String = !variables.utf8Strings.isEmpty();
+    if (positions.hasUtf8String)
+        writeStrings(context, kUtf8Row, variables.utf8Strings);
+    positions.hasOctetString = !variables.octetStrings.isEmpty();
+    if (positions.hasOctetString)
+        writeStrings(context, kOctetRow, variables.octetStrings);
+    positions.hasDomain = !variables.domains.isEmpty();
+    if (positions.hasDomain)
+        writeDomains(context, variables.domains);
+}

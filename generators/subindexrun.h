@@ -1,0 +1,7 @@
+// When one description serves several subindices of an object.
+#pragma once
+
+struct SubIndexData;
+
+/// Do these agree in all that a description tells? Their names do not count.
+bool areDescribedAlike(const SubIndexData &one, const SubIndexData &other);
