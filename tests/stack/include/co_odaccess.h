@@ -4,7 +4,7 @@
 
 #include <co_datatype.h>
 
-/* A tag is CO_DTYPE_<type>_<storage>. Its number tells both, so that a walk can take it apart. */
+/* A tag is CO_DTYPE_<type>_<storage>; domains and virtual objects have no storage. Its number tells both, so that a walk can take it apart. */
 #define STACK_STORAGES(X, T) \
     X(T, CONST) X(T, VAR) X(T, PTR) X(T, SYNC) X(T, EMCY) X(T, ERRCTRL) X(T, STORE) X(T, TIME) X(T, NMT) \
     X(T, SDO_SERVER) X(T, SDO_CLIENT) X(T, GFC) X(T, SRDO) X(T, RPDO) X(T, RMAP) X(T, TPDO) X(T, TMAP) \
@@ -20,11 +20,8 @@ enum { STACK_TYPES(STACK_TYPE_NUMBER) STACK_TYPE_CNT };
 #define STACK_STORAGE_NUMBER(T, S) STACK_STORAGE_##S,
 enum { STACK_STORAGES(STACK_STORAGE_NUMBER, none) STACK_STORAGE_PLAIN };
 #define STACK_TAG(T, S) CO_DTYPE_##T##_##S = STACK_TYPE_##T * 32 + STACK_STORAGE_##S,
-#define STACK_TAGS(T) STACK_STORAGES(STACK_TAG, T)
-typedef enum {
-    STACK_TYPES(STACK_TAGS)
-    CO_DTYPE_DOMAIN = STACK_TYPE_DOMAIN * 32 + STACK_STORAGE_PLAIN
-} CO_DATA_TYPE_T;
+#define STACK_TAGS(T) STACK_STORAGES(STACK_TAG, T) CO_DTYPE_##T = STACK_TYPE_##T * 32 + STACK_STORAGE_PLAIN,
+typedef enum { STACK_TYPES(STACK_TAGS) STACK_NO_TAG } CO_DATA_TYPE_T;
 
 #define CO_ATTR_NUM     0x001u
 #define CO_ATTR_READ    0x002u
