@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QTextStream>
+#include <QVector>
 
 /// Writes one file in UTF-8. Lives as long as the sections of the file are written; the device
 /// belongs to the caller and outlives the writer.
@@ -14,6 +15,13 @@ public:
     void raw(const QString &text) { stream << text; }
     void raw(const char *utf8) { stream << QString::fromUtf8(utf8); }
     void raw(quint32 number) { stream << number; }
+
+    /// A C define with a number. \a start is all of the line before it, since the gap behind a name
+    /// is part of the format: define("#define LAMP_CNT\t", 5) is "#define LAMP_CNT\t5u\n".
+    void define(const char *start, quint32 value);
+
+    /// The same with one number a line of the device: "#define LAMP_COUNTS\t5u, 7u\n".
+    void defineList(const char *start, const QVector<quint32> &perLine);
 
     /// Hands all text to the device. False if any of it, early or late, could not be written.
     bool finish();

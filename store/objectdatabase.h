@@ -338,6 +338,11 @@ public:
     void fixFaultyPGNSPNCount();
     void updatePGNdirectionAttributes(quint8 line);
 
+    // --- Raw CAN (objectdatabase_rawcan.cpp) ---
+
+    /// Identifiers in ascending order; \a direction as for getPGNs().
+    QList<quint32> getCANIDs(quint8 line, quint8 direction) const;
+
     // --- Text form (objectdatabase_text.cpp), used by DatabaseTextConverter ---
 
     struct ColumnValue {

@@ -1,0 +1,76 @@
+// What the sections of gen_define.h share: the differences of the two stack generations, the facts
+// that all of them ask for, and the notes that one section leaves for the next.
+#pragma once
+
+#include "generators/dialect.h"
+#include "generators/generalsettings.h"
+#include "generators/projectlines.h"
+#include "generators/textwriter.h"
+#include "store/objectdatabase.h"
+
+/// What the two generations of the stack differ in; single words stand in their rows.
+struct DefineDialect : Dialect {
+    const char *titleSuffix = "";             ///< end of the title in the head comment
+    const char *j1939TimerLine = "";          ///< timer of J1939 in terms of the CANopen timer
+    bool virtualsBesideOtherProtocols = true; ///< virtual objects in multi-protocol projects
+    bool virtualsOfFirstLineOnly = false;     ///< in the counts by data type
+    bool hasVirtualStrings = true;            ///< virtual strings and domains are counted
+    bool listsVirtualsByLine = true;
+};
+
+constexpr DefineDialect classicDefineDialect()
+{
+    DefineDialect d;
+    d.j1939TimerLine = "#define J1939_TIMER_INTERVAL\tCO_TIMER_INTERVAL\n";
+    return d;
+}
+
+constexpr DefineDialect v4DefineDialect()
+{
+    DefineDialect d = classicDefineDialect();
+    d.preferV4 = true;
+    d.titleSuffix = " (v4)";
+    d.j1939TimerLine = "";
+    d.virtualsBesideOtherProtocols = false;
+    d.virtualsOfFirstLineOnly = true;
+    d.hasVirtualStrings = false;
+    d.listsVirtualsByLine = false;
+    return d;
+}
+
+/// Defines that several sections would write. The first of them writes and sets the flag, the later
+/// ones look. Multi-line to inhibit: set by the services; dynamicCan: by the events.
+struct WrittenDefines {
+    bool multiLine = false;
+    bool bufferCounts = false;
+    bool sdoServerCnt = false;
+    bool sdoClientCnt = false;
+    bool inhibit = false;
+    bool dynamicCan = false;
+};
+
+/// Handed to each section. The sections of a file share one context.
+struct DefineContext {
+    ObjectDataBase &store;
+    TextWriter &out;
+    const DefineDialect &dialect;
+    GeneralSettings settings;
+    ProjectLines lines;
+    quint8 activeLine = 0; ///< the line whose device profile and description count
+    bool canFd = false;
+    bool multiProtocol = false; ///< lines of several protocols, or a raw CAN line
+    WrittenDefines written;
+
+    DefineContext(ObjectDataBase &database, TextWriter &writer, const DefineDialect &words)
+        : store(database), out(writer), dialect(words), settings(database),
+          lines(readProjectLines(database)), canFd(settings.decimal("canfd_supported") > 0)
+    {
+    }
+
+    void raw(const Word &text) { out.raw(dialect.of(text)); }
+    void define(const Word &start, quint32 value) { out.define(dialect.of(start), value); }
+    void defineList(const Word &start, const QVector<quint32> &perLine)
+    {
+        out.defineList(dialect.of(start), perLine);
+    }
+};

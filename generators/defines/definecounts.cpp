@@ -1,0 +1,281 @@
+// Counts of message objects and of table rows.
+#include "generators/defines/definecounts.h"
+
+#include "generators/j1939settings.h"
+#include "store/linetype.h"
+
+#include <QStringList>
+
+namespace
+{
+
+constexpr quint8 kTransmit = 0x55; // directions of groups and identifiers in the store
+constexpr quint8 kReceive = 0x77;
+constexpr quint32 kAddressClaimedPgn = 0xEE00; // SAE J1939-81
+constexpr quint32 kFlyingMasterBit = 0x20;     // 0x1F80, CiA 302-2
+
+using Defines::countIndices;
+using Defines::countSubs;
+
+quint16 cobsOfSdos(const ObjectDataBase &store, quint8 line)
+{
+    const quint16 servers = countIndices(store, line, 0x1200, 0x127F);
+    // Without objects for it, a device still has its default server (CiA 301, 7.2.4.2.5).
+    const quint16 serverCobs = servers ? 2 * servers : (store.existIndex(line, 0x1000) ? 2 : 0);
+    return serverCobs + 2 * countIndices(store, line, 0x1280, 0x12FF);
+}
+
+quint16 cobsOfHeartbeat(const DefineContext &context, quint8 line)
+{
+    const quint16 subs = countSubs(context.store, line, 0x1016, 0);
+    if (subs <= 1)
+        return 0;
+    return context.settings.decimal("only_one_hb_buffer") > 0 ? 1 : subs - 1;
+}
+
+quint16 cobsOfEmergency(const ObjectDataBase &store, quint8 line)
+{
+    const quint16 consumers = countSubs(store, line, 0x1028, 0);
+    return store.existIndex(line, 0x1014) + (consumers > 1 ? consumers - 1 : 0);
+}
+
+quint16 cobsOfSlaves(const DefineContext &context, quint8 line)
+{
+    if (!context.store.existIndex(line, 0x1F81))
+        return 0;
+    const qint32 most = context.settings.decimal("max_slave_assignment");
+    return static_cast<quint16>(most ? most : countSubs(context.store, line, 0x1F81, 1));
+}
+
+quint16 cobsOfSleepMode(const GeneralSettings &settings, quint8 line)
+{
+    switch (settings.decimal("sleep_mode_selection")) {
+    case 1:
+        return settings.decimalOfLine("nmtmaster", line) != 0 ? 16 : 2;
+    case 2:
+        return 3;
+    default:
+        return 0;
+    }
+}
+
+/// \a position is the place of the line in a list.
+quint16 additionalCobs(const GeneralSettings &settings, int position)
+{
+    const QString setting = settings.text("additional_cob_count");
+    if (!setting.contains(QLatin1Char(',')))
+        return settings.byPrefix("additional_cob_count")
+                   ? static_cast<quint16>(settings.decimal("additional_cob_count"))
+                   : 0;
+    const QStringList elements = setting.split(QLatin1Char(','));
+    return position < elements.size()
+               ? static_cast<quint8>(Numbers::toIntDecimal(elements.at(position)))
+               : 0;
+}
+
+/// Of ISO-TP and UDS, which a project of several protocols counts by itself.
+quint16 cobsOfTransport(const GeneralSettings &settings, quint8 line)
+{
+    quint16 cobs = 0;
+    if (settings.decimal("isotp_supported") == 1)
+        cobs += static_cast<quint8>(Defines::isoTpCobs(settings, line));
+    quint8 uds = settings.decimal("udsserver_supported") == 1 ? 6 : 0;
+    if (settings.decimal("udsclient_supported") == 1)
+        uds += 3 * Numbers::toUIntByPrefix(settings.ofLine("uds_client_cnt", 0));
+    return cobs + uds;
+}
+
+quint16 cobsOfLine(const DefineContext &context, quint8 line, int position)
+{
+    const ObjectDataBase &store = context.store;
+    const GeneralSettings &settings = context.settings;
+    const auto has = [&store, line](quint16 index) { return store.existIndex(line, index); };
+
+    quint16 cobs = 0;
+    if (context.canFd)
+        cobs += settings.byPrefix("usdo_client_cnt") ? 4 : 2;
+    cobs += has(0x1000) ? 2 : 0; // NMT and error control
+    cobs += cobsOfEmergency(store, line);
+    cobs += cobsOfSdos(store, line);
+    cobs += has(0x1300) ? 2 : 0; // global fail-safe command
+    cobs += countIndices(store, line, 0x1A00, 0x1BFF) + countIndices(store, line, 0x1600, 0x17FF);
+    cobs += has(0x1005); // SYNC
+    cobs += cobsOfHeartbeat(context, line);
+    cobs += has(0x1012) ? 2 : 0; // TIME
+    cobs += settings.decimal("lss_supported") > 0 ? 2 : 0;
+    cobs += settings.decimal("idnego_supported") > 0 ? 2 : 0;
+    cobs += cobsOfSlaves(context, line);
+    cobs += cobsOfSleepMode(settings, line);
+    cobs += has(0x1F10); // SDO requesting device
+    cobs += 2 * countIndices(store, line, 0x1301, 0x137F);
+    cobs += additionalCobs(settings, position);
+    cobs += Defines::subValue(store, line, 0x1F80, 0) & kFlyingMasterBit ? 10 : 0;
+    if (!context.multiProtocol)
+        cobs += cobsOfTransport(settings, line);
+    return cobs;
+}
+
+template <size_t N>
+quint16 countSet(const J1939Settings &settings, const QString &keyFormat,
+                 const quint8 (&numbers)[N])
+{
+    quint16 count = 0;
+    for (const quint8 number : numbers)
+        count += Numbers::toIntDecimal(settings.text(keyFormat.arg(number))) > 0;
+    return count;
+}
+
+/// Diagnostic messages of SAE J1939-73, of the device and as a tool.
+quint16 cobsOfDiagnostics(const J1939Settings &settings)
+{
+    static constexpr quint8 kMessages[] = {7, 13, 14, 16, 17, 18, 22, 23, 57, 34, 36, 37, 39};
+    static constexpr quint8 kToolMessages[] = {1,  2,  7,  13, 14, 16, 17, 18,
+                                               22, 23, 57, 34, 36, 37, 39};
+    quint16 cobs = 3;
+    if (settings.isOn("diagsupport"))
+        cobs += 1 + countSet(settings, QStringLiteral("diagsupport_dm%1"), kMessages);
+    if (settings.isOn("diagtoolsupport"))
+        cobs += 1 + countSet(settings, QStringLiteral("diagsupport_dmtool%1"), kToolMessages);
+    return cobs;
+}
+
+/// What the modules of the J1939 stack take beside groups and diagnostics.
+quint16 cobsOfJ1939Modules(const J1939Settings &settings)
+{
+    quint16 cobs = 0;
+    cobs += settings.isOn("diagtoolsupport") ? 2 : 0;
+    cobs += settings.isOn("requestsupport");
+    cobs += settings.isOn("acknowledgeindication_cnt");
+    cobs += settings.isOn("bamsupport") || settings.isOn("cmdtsupport") ? 6 : 0;
+    cobs += settings.isOn("nmea2000support") ? 2 : 0;
+    cobs += settings.isOn("safetysupport") ? 2 : 0;
+    cobs += settings.isOn("dynsupport");
+    cobs += settings.byPrefix("cia510serversupport") == 1 ? 2 : 0;
+    cobs += settings.byPrefix("cia510clientsupport") == 1 ? 2 : 0;
+    cobs += settings.decimal("j1939fd_11bitmultipg") == 1;
+    return cobs;
+}
+
+/// Do the two need no row of their own each? Names may differ.
+bool areAlike(const SubIndexData &one, const SubIndexData &other)
+{
+    return one.dataType == other.dataType && one.accessType == other.accessType &&
+           one.pdoMapping == other.pdoMapping && one.lowLimit == other.lowLimit &&
+           one.upLimit == other.upLimit && one.size == other.size &&
+           one.defaultInEds == other.defaultInEds && one.limitInEds == other.limitInEds &&
+           one.refuseRead == other.refuseRead && one.refuseWrite == other.refuseWrite &&
+           one.implementation == other.implementation &&
+           one.varName.simplified() == other.varName.simplified() &&
+           one.nvStorage == other.nvStorage && one.defaultValue == other.defaultValue &&
+           one.writeDefaultToEds == other.writeDefaultToEds;
+}
+
+} // namespace
+
+quint16 Defines::countIndices(const ObjectDataBase &store, quint8 line, quint16 low, quint16 high)
+{
+    return static_cast<quint16>(store.getIndices(line, low, high).size());
+}
+
+quint16 Defines::countSubs(const ObjectDataBase &store, quint8 line, quint16 index, quint8 minSub)
+{
+    return static_cast<quint16>(store.getSubIndices(line, index, minSub).size());
+}
+
+quint32 Defines::subValue(const ObjectDataBase &store, quint8 line, quint16 index, quint8 sub)
+{
+    return Numbers::toUIntByPrefix(store.getSubIndexValue(line, index, sub));
+}
+
+quint32 Defines::isoTpCobs(const GeneralSettings &settings, quint8 line)
+{
+    return 2 * Numbers::toUIntByPrefix(settings.ofLine("isotp_client_con", line)) +
+           2 * Numbers::toUIntByPrefix(settings.ofLine("isotp_server_con", line));
+}
+
+quint16 Defines::getCobCount(const DefineContext &context, quint8 line)
+{
+    if (line != kAllLines)
+        return cobsOfLine(context, line, line);
+    quint16 cobs = 0;
+    int position = 0;
+    for (const quint8 number : context.lines.numbers) {
+        if (context.store.existIndex(number, 0x1000))
+            cobs += cobsOfLine(context, number, position++);
+    }
+    return cobs;
+}
+
+quint16 Defines::getJ1939Cobs(const DefineContext &context, quint8 line)
+{
+    const QList<quint32> sent = context.store.getPGNs(line, kTransmit, false);
+    const QList<quint32> received = context.store.getPGNs(line, kReceive, false);
+    const int transmit =
+        sent.size() + (sent.isEmpty() ? 0 : 1) - (sent.contains(kAddressClaimedPgn) ? 1 : 0);
+    const int receive = received.size() + (received.isEmpty() ? 0 : 1);
+
+    const J1939Settings settings(context.store);
+    int cobs = cobsOfDiagnostics(settings) + cobsOfJ1939Modules(settings) + transmit + receive;
+    // A line with CAN FD always has room for three groups.
+    if (transmit + receive <= 2 && context.settings.decimal("canfd_supported") == 1)
+        cobs += 3 - transmit - receive;
+    cobs += qMax(0, context.settings.decimal("additional_cob_count"));
+    return static_cast<quint16>(cobs);
+}
+
+quint16 Defines::getMultiProtocolCobs(const DefineContext &context, quint8 line)
+{
+    const GeneralSettings &settings = context.settings;
+    quint16 cobs = 0;
+    switch (readLineType(context.store, line)) {
+    case LineType::CANopen:
+        cobs = getCobCount(context, line);
+        break;
+    case LineType::J1939:
+        cobs = getJ1939Cobs(context, line);
+        break;
+    case LineType::CANopenAndJ1939:
+        cobs = getCobCount(context, line) + getJ1939Cobs(context, line);
+        break;
+    case LineType::RawCan:
+        cobs = static_cast<quint16>(context.store.getCANIDs(line, kTransmit).size() +
+                                    context.store.getCANIDs(line, kReceive).size());
+        break;
+    default:
+        return 0;
+    }
+    cobs += qMax(0, settings.decimal("additional_cob_count"));
+    if (settings.decimal("isotp_supported") == 1)
+        cobs += isoTpCobs(settings, line);
+    if (settings.decimal("udsserver_supported") == 1 &&
+        settings.decimalOfLine("uds_server_active", line) == 1)
+        cobs += 6;
+    if (settings.decimal("udsclient_supported") == 1)
+        cobs += static_cast<quint8>(
+            3 * Numbers::toUIntByPrefix(settings.ofLine("uds_client_cnt", line)));
+    return cobs;
+}
+
+quint8 Defines::getSameStartSub(const ObjectDataBase &store, quint8 line, quint16 index)
+{
+    IndexData object;
+    const QList<quint8> subs = store.getSubIndices(line, index, 0);
+    if (!store.getIndexData(line, index, object) || subs.isEmpty())
+        return 0;
+    if (object.objectCode != CANopen::ObjectCode::Array &&
+        object.objectCode != CANopen::ObjectCode::Record)
+        return 0;
+    if (object.objectCode == CANopen::ObjectCode::Record || subs.size() < 3)
+        return subs.last();
+    SubIndexData last;
+    (void)store.getSubIndexData(line, index, subs.last(), last); // it is in the list
+    quint8 start = subs.last();
+    for (int i = subs.size() - 2; i >= 0 && subs.at(i) + 1 == start; --i) {
+        SubIndexData candidate;
+        (void)store.getSubIndexData(line, index, subs.at(i), candidate);
+        if (!areAlike(candidate, last))
+            break;
+        start = subs.at(i);
+    }
+    return start;
+}

@@ -1,0 +1,13 @@
+// The section of gen_define.h on the events that the application hears of.
+#pragma once
+
+#include "generators/defines/definecontext.h"
+
+namespace Defines
+{
+
+/// Static events are calls of one named function, dynamic ones need slots for registrations. Sets
+/// the flag dynamicCan.
+void generateEventDefines(DefineContext &context);
+
+} // namespace Defines

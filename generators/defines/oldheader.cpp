@@ -1,0 +1,79 @@
+// What a generated header hands on.
+#include "generators/defines/oldheader.h"
+
+#include "support/logging.h"
+#include "support/numbers.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTextCodec>
+
+namespace
+{
+
+constexpr qint64 kLongestHeaderBytes = 64 * 1024 * 1024;
+
+QString decoded(const QByteArray &bytes)
+{
+    QTextCodec::ConverterState state;
+    const QString text =
+        QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
+    const bool isUtf8 = state.invalidChars == 0 && state.remainingChars == 0;
+    return isUtf8 ? text : QString::fromLatin1(bytes);
+}
+
+QStringList linesOf(const QString &text)
+{
+    QStringList lines = text.split(QLatin1Char('\n'));
+    if (lines.last().isEmpty())
+        lines.removeLast(); // the text ended with its last line
+    return lines;
+}
+
+} // namespace
+
+QString Defines::readOldHeader(const QString &file)
+{
+    const QFileInfo info(file);
+    QFile source(file);
+    // Opening a pipe could wait for ever.
+    if (!info.isFile() || !info.isReadable() || !source.open(QIODevice::ReadOnly))
+        return QString();
+    const QByteArray bytes = source.read(kLongestHeaderBytes + 1);
+    if (bytes.size() > kLongestHeaderBytes) {
+        qCWarning(lcGenerator) << "no header, too long:" << file;
+        return QString();
+    }
+    QString text = decoded(bytes);
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    return text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+}
+
+QString Defines::extractUserSection(const QString &header)
+{
+    QString section;
+    bool isInside = false;
+    const QStringList lines = linesOf(header);
+    for (const QString &line : lines) {
+        if (line.compare(QLatin1String(kUserSectionEnd), Qt::CaseInsensitive) == 0)
+            isInside = false;
+        else if (isInside)
+            section += line + QLatin1Char('\n');
+        else
+            isInside = line.compare(QLatin1String(kUserSectionStart), Qt::CaseInsensitive) == 0;
+    }
+    return section;
+}
+
+quint32 Defines::extractGenerationCounter(const QString &header)
+{
+    const QStringList lines = linesOf(header);
+    for (const QString &line : lines) {
+        if (!line.contains(QLatin1String("GEN_GENERATION_COUNT")))
+            continue;
+        QString number = line.section(QLatin1Char('\t'), -1);
+        number.chop(2); // "ul"
+        return Numbers::toUIntByPrefix(number);
+    }
+    return 0;
+}

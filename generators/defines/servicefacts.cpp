@@ -1,0 +1,240 @@
+// Facts of the service section.
+#include "generators/defines/servicefacts.h"
+
+#include "generators/defines/definecounts.h"
+#include "generators/j1939settings.h"
+
+#include <initializer_list>
+
+namespace
+{
+
+using Defines::countIndices;
+using Defines::countSubs;
+using Defines::LineServices;
+using Defines::ServiceFacts;
+using Defines::subValue;
+
+constexpr quint32 kFlyingMasterBit = 0x20; // 0x1F80, CiA 302-2
+constexpr quint32 kMpdoScanner = 254;      // subindex 0 of a mapping, CiA 301, 7.5.2.36
+constexpr quint32 kMpdoDestination = 255;
+constexpr quint16 kUtf8String = static_cast<quint16>(CAN::CANopenDataType::Utf8String);
+
+/// The stack handles these types only on demand.
+bool isExtendedType(quint16 dataType)
+{
+    switch (static_cast<CAN::CANopenDataType>(dataType)) {
+    case CAN::CANopenDataType::TimeOfDay:
+    case CAN::CANopenDataType::Unsigned24:
+    case CAN::CANopenDataType::Unsigned40:
+    case CAN::CANopenDataType::Unsigned48:
+    case CAN::CANopenDataType::Unsigned64:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Subindices without the first, which counts them; an object with one keeps it.
+quint32 withoutCount(quint32 subs)
+{
+    return subs > 1 ? subs - 1 : subs;
+}
+
+/// The default server of a classic line needs no object; CAN FD has USDO in its place.
+quint32 listedServers(const LineServices &line, bool canFd, bool isCia510)
+{
+    if (line.sdoServers != 0)
+        return line.sdoServers;
+    if (carriesCANopen(line.type))
+        return canFd ? 0 : 1;
+    return line.type == LineType::J1939 && isCia510 ? 1 : 0;
+}
+
+quint32 listedClients(const LineServices &line, bool isCia510)
+{
+    if (line.sdoClients != 0)
+        return line.sdoClients;
+    return line.type == LineType::J1939 && isCia510 ? 1 : 0;
+}
+
+LineServices readLine(const DefineContext &context, quint8 number)
+{
+    const ObjectDataBase &store = context.store;
+    const J1939Settings j1939(store);
+    const qint32 most = context.settings.decimal("max_slave_assignment");
+
+    LineServices line;
+    line.number = number;
+    line.type = readLineType(store, number);
+    line.objects = countIndices(store, number, 0x1000, 0xFFFF);
+    if (!context.multiProtocol)
+        line.cobs = Defines::getCobCount(context, number);
+    line.tpdos = countIndices(store, number, 0x1800, 0x19FF);
+    line.rpdos = countIndices(store, number, 0x1400, 0x15FF);
+    line.tpdoMappings = countIndices(store, number, 0x1A00, 0x1BFF);
+    line.rpdoMappings = countIndices(store, number, 0x1600, 0x17FF);
+    line.sdoServers = countIndices(store, number, 0x1200, 0x127F);
+    line.sdoClients = countIndices(store, number, 0x1280, 0x12FF);
+    line.listedServers =
+        listedServers(line, context.canFd, j1939.byPrefix("cia510serversupport") == 1);
+    line.listedClients = listedClients(line, j1939.byPrefix("cia510clientsupport") == 1);
+    line.srdos = countIndices(store, number, 0x1301, 0x137F);
+    line.assignments = countSubs(store, number, 0x1F81, 1);
+    line.maxAssignments = most != 0 ? quint32(most) : line.assignments;
+    line.hbConsumers = countSubs(store, number, 0x1016, 1);
+    line.storeGroups = countSubs(store, number, 0x1010, 1);
+    line.errorHistory = countSubs(store, number, 0x1003, 1);
+    line.activeErrors = countSubs(store, number, 0x1032, 1);
+    line.emcyConsumers = countSubs(store, number, 0x1028, 1);
+    line.routes = countSubs(store, number, 0x1F2C, 1);
+    return line;
+}
+
+/// The one walk over all subindices of a line.
+void readSubs(const ObjectDataBase &store, LineServices *line, ServiceFacts *facts)
+{
+    const QList<quint16> indices = store.getIndices(line->number, 0x1000, 0xFFFF);
+    for (const quint16 index : indices) {
+        const QList<quint8> subs = store.getSubIndices(line->number, index, 0);
+        for (const quint8 sub : subs) {
+            SubIndexData data;
+            (void)store.getSubIndexData(line->number, index, sub, data); // it is in the list
+            line->nvSubs += data.nvStorage;
+            facts->hasExtendedTypes = facts->hasExtendedTypes || isExtendedType(data.dataType);
+            facts->hasUtf8 = facts->hasUtf8 || data.dataType == kUtf8String;
+        }
+    }
+}
+
+void readExistence(const ObjectDataBase &store, quint8 line, ServiceFacts *facts)
+{
+    const auto hasAny = [&store, line](std::initializer_list<quint16> indices) {
+        bool found = false;
+        for (const quint16 index : indices)
+            found = found || store.existIndex(line, index);
+        return found;
+    };
+    const auto hasSub = [&store, line](quint16 low, quint16 high, quint8 sub) {
+        bool found = false;
+        const QList<quint16> indices = store.getIndices(line, low, high);
+        for (const quint16 index : indices)
+            found = found || store.existSubIndex(line, index, sub);
+        return found;
+    };
+    facts->hasGfc |= hasAny({0x1300});
+    facts->hasSync |= hasAny({0x1005});
+    facts->hasEmcyProducer |= hasAny({0x1014});
+    facts->hasSrd |= hasAny({0x1F10});
+    facts->hasGuarding |= hasAny({0x100C});
+    facts->hasStore |= hasAny({0x1010, 0x1011});
+    facts->hasTime |= hasAny({0x1012});
+    facts->hasConfiguration |= hasAny({0x1F20, 0x1F22});
+    facts->hasInhibit |= hasAny({0x1015, 0x102A}) || hasSub(0x1800, 0x19FF, 3);
+    facts->hasEventTimer |= hasSub(0x1400, 0x15FF, 5);
+}
+
+/// The mapping objects from \a low to \a high.
+void readMappings(const ObjectDataBase &store, quint8 line, quint16 low, quint16 high,
+                  quint32 *dynamicEntries, bool *hasMpdo, ServiceFacts *facts)
+{
+    const QList<quint16> indices = store.getIndices(line, low, high);
+    for (const quint16 index : indices) {
+        const quint32 subs = countSubs(store, line, index, 0);
+        const quint32 entries = subs > 0 ? subs - 1 : 0;
+        facts->maxMapEntries = qMax(facts->maxMapEntries, entries);
+        SubIndexData first;
+        if (!store.getSubIndexData(line, index, 0, first))
+            continue;
+        if (first.accessType == QLatin1String("rw"))
+            *dynamicEntries += entries;
+        const quint32 mapped = Numbers::toUIntByPrefix(first.defaultValue);
+        facts->hasScannerMpdo |= mapped == kMpdoScanner;
+        facts->hasDestinationMpdo |= mapped == kMpdoDestination;
+        *hasMpdo |= mapped == kMpdoScanner || mapped == kMpdoDestination;
+    }
+}
+
+/// The sums that follow rules of their own.
+void addTotals(const DefineContext &context, const LineServices &line, ServiceFacts *facts)
+{
+    const ObjectDataBase &store = context.store;
+    const qint32 masterMode = context.settings.decimalOfLine("nmtmaster", line.number);
+    facts->hasMaster |= masterMode == 1 || masterMode == 2;
+    facts->hasFlyingMaster |= (subValue(store, line.number, 0x1F80, 0) & kFlyingMasterBit) != 0;
+    facts->hbConsumers += withoutCount(countSubs(store, line.number, 0x1016, 0));
+    facts->emcyConsumers += withoutCount(countSubs(store, line.number, 0x1028, 0));
+    facts->errorHistory += withoutCount(countSubs(store, line.number, 0x1003, 0));
+    if (store.existIndex(line.number, 0x1F81))
+        facts->maxAssignments +=
+            static_cast<quint16>(context.settings.decimal("max_slave_assignment"));
+}
+
+void addSdos(const ObjectDataBase &store, ServiceFacts *facts)
+{
+    const J1939Settings j1939(store);
+    quint32 j1939Lines = 0;
+    for (const LineServices &line : qAsConst(facts->lines)) {
+        const bool hasDefault = carriesCANopen(line.type) && !facts->canFd;
+        facts->sdoServers += qMax<quint32>(line.sdoServers, hasDefault ? 1 : 0);
+        facts->sdoClients += line.sdoClients;
+        j1939Lines += line.type == LineType::J1939;
+    }
+    if (facts->sdoServers > 0 && j1939.byPrefix("cia510serversupport") == 1)
+        facts->sdoServers += j1939Lines;
+    if (facts->sdoClients > 0 && j1939.byPrefix("cia510clientsupport") == 1)
+        facts->sdoClients += j1939Lines;
+}
+
+void readProfile(const ObjectDataBase &store, quint8 line, ServiceFacts *facts)
+{
+    IndexData deviceType;
+    (void)store.getIndexData(line, 0x1000, deviceType); // without it there is no value either
+    const bool isVariable = deviceType.objectCode == CANopen::ObjectCode::Var;
+    facts->profile = static_cast<quint16>(subValue(store, line, 0x1000, isVariable ? 0 : 1));
+    facts->vdfgs[0] = subValue(store, line, 0x6000, 1);
+    facts->vdfgs[1] = subValue(store, line, 0x6000, 2);
+}
+
+} // namespace
+
+QVector<quint32> Defines::ServiceFacts::perLine(quint32 LineServices::*value) const
+{
+    QVector<quint32> values;
+    for (const LineServices &line : lines)
+        values << line.*value;
+    return values;
+}
+
+quint32 Defines::ServiceFacts::sum(quint32 LineServices::*value) const
+{
+    quint32 total = 0;
+    for (const LineServices &line : lines)
+        total += line.*value;
+    return total;
+}
+
+Defines::ServiceFacts Defines::readServiceFacts(const DefineContext &context)
+{
+    ObjectDataBase &store = context.store;
+    ServiceFacts facts(context.settings);
+    facts.canFd = context.canFd;
+    for (const quint8 number : context.lines.numbers) {
+        store.cacheAllSubs(number, 0);
+        LineServices line = readLine(context, number);
+        readSubs(store, &line, &facts);
+        readExistence(store, number, &facts);
+        readMappings(store, number, 0x1600, 0x17FF, &facts.dynamicRpdoEntries,
+                     &facts.isMpdoConsumer, &facts);
+        readMappings(store, number, 0x1A00, 0x1BFF, &facts.dynamicTpdoEntries,
+                     &facts.isMpdoProducer, &facts);
+        addTotals(context, line, &facts);
+        facts.lines.append(line);
+    }
+    addSdos(store, &facts);
+    readProfile(store, context.activeLine, &facts);
+    store.setDescriptionSettingsLine(context.activeLine);
+    facts.isSelfStarting =
+        store.getDescriptionSettingsValue(QStringLiteral("SelfStarting")) == QLatin1String("1");
+    return facts;
+}
