@@ -115,7 +115,8 @@ constexpr StorageRow kServiceObjects[] = {
     {0x1F10, 0x1F11, -1, "SRD", 0},
     {0x1F2C, 0x1F2C,  0, "NETWORK", 1},
     {0x1F80, 0x1F82, -1, "NMT", 1},
-    {0x1F90, 0x1F90, -1, "FLYMA", 1},
+    {0x1F90, 0x1F90,  0, "FLYMA", 1},
+    {0x1F90, 0x1F90, -1, "FLYMA", 0}, // subindex 0
 };
 
 struct IndicationRow {
@@ -351,7 +352,7 @@ QString Expectation::valueText(const Place &place, const SubIndexData &sub, cons
     if (storage == QLatin1String("_CONST") && isText) {
         const QByteArray bytes = sub.defaultValue.startsWith(QLatin1String("|x"))
                                      ? QByteArray::fromHex(sub.defaultValue.mid(2).toLatin1())
-                                     : sub.defaultValue.toUtf8();
+                                     : QString(sub.defaultValue).replace("\\\"", "\"").toUtf8();
         return QStringLiteral(" value=") + printable(bytes) + size;
     }
     if (storage == QLatin1String("_PTR") && (isText || hasArray(sub.dataType)))
@@ -491,10 +492,10 @@ QStringList Expectation::start(int variant) const
         loadParameters(calls);
     for (const quint8 line : multiLine ? served : lines) {
         if (multiLine && hasUds)
-            calls << call("udsStackInit_line", line);
+            calls << uds(line);
         calls << call("coOdInitOdPtr", line, {0});
         if (!multiLine && hasUds)
-            calls << call("udsStackInit_line", line);
+            calls << uds(line);
         startServices(calls, line, isFd && variant == 1);
         if (!multiLine)
             loadParameters(calls);
@@ -503,6 +504,23 @@ QStringList Expectation::start(int variant) const
     if (multiLine && routesAtRunTime())
         calls << call("coPdoNetworkRouting", noLine);
     return calls;
+}
+
+QString Expectation::uds(quint8 line) const
+{
+    // clang-format off
+    static const char *const lists[] = {
+        "uds_physical_request_id", "uds_physical_response_id", "uds_functional_request_id",
+        "uds_physical_request_ext_addr", "uds_physical_response_ext_addr", "uds_functional_request_ext_addr",
+        "uds_ext_addressing",
+    };
+    // clang-format on
+    QVector<quint32> arguments;
+    for (const char *list : lists)
+        arguments << static_cast<quint32>(numberOf(store.getGeneralSettingsValueLine(list, line)));
+    const bool isServer = number("uds_server_active", line) != 0;
+    arguments << (isServer ? 1 : 0);
+    return call("udsStackInit_line", line, arguments);
 }
 
 void Expectation::startServices(QStringList &calls, quint8 line, bool isFd) const
@@ -713,10 +731,23 @@ bool Expectation::isStatic(quint8 line, quint16 index) const
     return !store.getSubIndexData(line, index, 0, count) || count.accessType != QLatin1String("rw");
 }
 
+/// Value of subindex 0 of a static mapping, which no table of the project exceeds but as the mark of a
+/// multiplexed PDO.
+quint32 Expectation::mappedCount(quint8 line, quint16 index) const
+{
+    int rows = 1;
+    for (const quint8 each : served) {
+        for (const quint16 mapping : store.getIndices(each, 0x1600, 0x17FF) + store.getIndices(each, 0x1A00, 0x1BFF))
+            rows = qMax(rows, entries(each, mapping));
+    }
+    const quint32 count = isStatic(line, index) ? value(line, index, 0) & 0xFF : 0;
+    return count > 64 ? count : qMin(count, static_cast<quint32>(rows));
+}
+
 void Expectation::tpdo(QStringList &calls, quint8 line, quint16 index) const
 {
     const quint16 mappingIndex = index + 0x200;
-    const quint32 count = isStatic(line, mappingIndex) ? value(line, mappingIndex, 0) & 0xFF : 0;
+    const quint32 count = mappedCount(line, mappingIndex);
     calls << call("coPdoTransmitInit", line,
                   {index - 0x17FFu, value(line, index, 2), value(line, index, 3), value(line, index, 5),
                    value(line, index, 6), count});
@@ -734,7 +765,7 @@ void Expectation::tpdo(QStringList &calls, quint8 line, quint16 index) const
 void Expectation::rpdo(QStringList &calls, quint8 line, quint16 index) const
 {
     const quint16 mappingIndex = index + 0x200;
-    const quint32 count = isStatic(line, mappingIndex) ? value(line, mappingIndex, 0) & 0xFF : 0;
+    const quint32 count = mappedCount(line, mappingIndex);
     calls << call("coPdoReceiveInit", line,
                   {index - 0x13FFu, value(line, index, 2), value(line, index, 3), value(line, index, 5), count});
     for (quint32 row = 1; row <= (count > 64 ? 1 : count); ++row) {
@@ -743,7 +774,7 @@ void Expectation::rpdo(QStringList &calls, quint8 line, quint16 index) const
         calls << QStringLiteral("  map %1 length=%2 numeric=1 %3%4")
                      .arg(mapping, 8, 16, QLatin1Char('0'))
                      .arg(inBits ? mapping & 0xFF : mapping >> 3 & 0x1F)
-                     .arg(receiver(line, mapping), isRouted() ? routing(mapping) : QString());
+                     .arg(receiver(line, mapping), routing(mapping));
     }
 }
 
@@ -772,14 +803,18 @@ QString Expectation::receiver(quint8 line, quint32 mapping) const
     return place.startsWith(QLatin1String("constant")) ? QStringLiteral("NULL") : place;
 }
 
-/// TPDO on each line that sends the mapped variable on; 0 where none does.
+/// TPDO on each line that sends the mapped variable on, 0 where none does; empty in a device that routes
+/// nothing.
 QString Expectation::routing(quint32 mapping) const
 {
+    if (!isRouted() && !isSet("sdo_routing"))
+        return QString();
     QVector<quint32> numbers;
     for (const quint8 line : lines) {
         SubIndexData sub;
         quint32 tpdo = 0;
-        if (store.getSubIndexData(line, mapping >> 16, mapping >> 8 & 0xFF, sub) && sub.sharedLines) {
+        if (isRouted() && store.getSubIndexData(line, mapping >> 16, mapping >> 8 & 0xFF, sub) &&
+            sub.sharedLines) {
             for (const quint16 index : store.getIndices(line, 0x1A00, 0x1BFF)) {
                 for (const quint8 entry : store.getSubIndices(line, index, 1))
                     tpdo = value(line, index, entry) == mapping ? index - 0x19FFu : tpdo;

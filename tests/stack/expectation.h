@@ -60,6 +60,8 @@ private:
     void tpdo(QStringList &calls, quint8 line, quint16 index) const;
     void rpdo(QStringList &calls, quint8 line, quint16 index) const;
     bool isStatic(quint8 line, quint16 index) const;
+    quint32 mappedCount(quint8 line, quint16 index) const;
+    QString uds(quint8 line) const;
     QString target(quint8 line, quint32 mapping) const;
     QString receiver(quint8 line, quint32 mapping) const;
     QString routing(quint32 mapping) const;

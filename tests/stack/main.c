@@ -120,8 +120,10 @@ int main(void)
             (void)j1939OdInit();
 #  endif
 #else
-#  ifdef CO_CANFD_SUPPORTED
+#  if defined(CO_CANFD_SUPPORTED) || defined(STACK_PARA)
     printStart(0);
+#  endif
+#  ifdef CO_CANFD_SUPPORTED
     for (line = 0; line < 32; ++line)
         modes[line] = CO_TRUE;
 #  endif

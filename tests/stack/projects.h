@@ -30,7 +30,7 @@ constexpr const char *kSecondLine = R"(
     2001:0 U32 rw    2 0 var=onLine%1 map
     1800:0 U8  const 1 2
     1800:1 U32 rw    0 $NODEID+0x180
-    1800:2 U8  rw    0 25%1
+    1800:2 U8  rw    0 2%1
     1a00:0 U8  const 1 2
     1a00:1 U32 const 1 0x20000010
     1a00:2 U32 const 1 0x20010020
@@ -45,7 +45,7 @@ constexpr const char *kPdos = R"(
     2100:0 U8  rw 0 17 map
     2101:0 U16 rw 2 0 map var=levels[2]
     2102:0 U8  const 1 4
-    2102:1 BOOL rw 0 1 map
+    2102:1 B rw 0 1 map
     2102:2 U2  rw 0 3 map
     2102:3 U3  rw 0 5 map
     2102:4 U4  rw 0 9 map
@@ -138,7 +138,7 @@ constexpr const char *kTypes = R"(
     overwrite_predef=1
     2200:0 U8 const 1 19
     2200 rec
-    2200:1 BOOL rw 0 1
+    2200:1 B rw 0 1
     2200:2 U8  rw 0 0xFF lim=0..0xFF
     2200:3 U16 rww 0 65535 map lim=1..65535 nv
     2200:4 U24 rw 0 0xABCDEF
@@ -157,9 +157,9 @@ constexpr const char *kTypes = R"(
     2200:17 R64 rw 0 1
     2200:18 U16 ro 0 $nodeid+0x10
     2200:19 U8 rw 0 text
-    2201:0 U8 const 1 19
+    2201:0 U8 const 1 20
     2201 rec
-    2201:1 BOOL const 1 1
+    2201:1 B const 1 1
     2201:2 U8  ro 1 0xFF
     2201:3 U16 const 1 65535 map
     2201:4 U24 const 1 0xABCDEF
@@ -178,9 +178,10 @@ constexpr const char *kTypes = R"(
     2201:17 VS const 1 what??!%20100% size=13
     2201:18 VS const 1 - size=0
     2201:19 DOMAIN const 1 -
+    2201:20 VS const 1 C:\dir\ size=7
     2202:0 U8 const 1 17
     2202 rec
-    2202:1 BOOL rw 2 1 var=flag
+    2202:1 B rw 2 1 var=flag
     2202:2 U8  rw 2 5 var=CELL_OF(3) lim=0..9
     2202:3 U16 rw 2 65535 var=row[${sub}]
     2202:4 U24 rw 2 0xABCDEF var=CELL24_OF(1)

@@ -20,13 +20,11 @@
 namespace
 {
 
-enum Generation { Classic, V4 };
-
 /// Runs a generator as the driver does.
 void generate(AbstractGenerator &generator, ObjectDataBase &store, const QString &folder)
 {
     generator.setOutputDirectory(folder);
-    generator.setProjectName("Test /* of */ ??/");
+    generator.setProjectName("Test /* of */ ?""?/");
     generator.setDataBase(&store);
     generator.setActiveLine(store.getNodes().first());
     QVERIFY(generator.checkWritability());
@@ -35,7 +33,7 @@ void generate(AbstractGenerator &generator, ObjectDataBase &store, const QString
     QVERIFY2(!generator.getWasError(), qPrintable(generator.getLastErrorString()));
 }
 
-bool isNeeded(VObjDictGenerator &virtualObjects, ObjectDataBase &store)
+bool isNeeded(VobjDictGenerator &virtualObjects, ObjectDataBase &store)
 {
     virtualObjects.setDataBase(&store);
     return virtualObjects.areVirtualObjectsPresent();
@@ -58,7 +56,7 @@ void generateAll(ObjectDataBase &store, const QString &folder, bool sdoServer)
     dictionary->cia510ServerMode = sdoServer;
     indicationgenerator indications;
     SrdoGenerator safety;
-    VObjDictGenerator virtualObjects;
+    VobjDictGenerator virtualObjects;
     const QVector<AbstractGenerator *> all = {defines.get(), &indications, dictionary.get(), &safety,
                                               &virtualObjects};
     for (AbstractGenerator *generator : all) {
@@ -262,7 +260,7 @@ private slots:
     void means_data()
     {
         QTest::addColumn<QString>("text");
-        QTest::addColumn<Generation>("generation");
+        QTest::addColumn<bool>("isV4");
         const auto second = [](int line) { return QString(kSecondLine).replace("%1", QString::number(line)); };
         const QString device = kDevice;
         const QString all = device + kTypes + kServices + kPdos + kIndicationSettings;
@@ -307,35 +305,35 @@ private slots:
         };
         // clang-format on
         for (const auto &project : projects) {
-            QTest::addRow("%s_classic", project.first) << project.second << Classic;
-            QTest::addRow("%s_v4", project.first) << project.second << V4;
+            QTest::addRow("%s_classic", project.first) << project.second << false;
+            QTest::addRow("%s_v4", project.first) << project.second << true;
         }
     }
 
     void means()
     {
         QFETCH(QString, text);
-        QFETCH(Generation, generation);
+        QFETCH(bool, isV4);
         store = makeStore();
         buildProject(*store, "line 0\n" + text);
-        if (generation == V4)
+        if (isV4)
             store->setGeneralSettingsValue("use_core_headers", "V4");
         checkProject();
     }
 
     void pump_data()
     {
-        QTest::addColumn<Generation>("generation");
-        QTest::addRow("classic") << Classic;
-        QTest::addRow("v4") << V4;
+        QTest::addColumn<bool>("isV4");
+        QTest::addRow("classic") << false;
+        QTest::addRow("v4") << true;
     }
 
     void pump()
     {
-        QFETCH(Generation, generation);
+        QFETCH(bool, isV4);
         store = std::make_unique<ObjectDataBase>();
         QVERIFY(store->openDataBase(TESSARINE_EXAMPLES "/pump/pump.tsrt"));
-        if (generation == V4)
+        if (isV4)
             store->setGeneralSettingsValue("use_core_headers", "V4");
         checkProject();
         QVERIFY(!rowsOf(output, {"folded 0 "}).contains("folded 0 0"));

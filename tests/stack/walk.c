@@ -160,6 +160,13 @@ static void printAppVariable(const void *address)
 
 static int hasArray(unsigned type) { return type <= STACK_TYPE_R32; }
 
+/* Services of which a device has one do not look at what their objects refer to. */
+static int hasReference(unsigned storage, unsigned subIndex)
+{
+    return storage != STACK_STORAGE_TIME && storage != STACK_STORAGE_GFC && storage != STACK_STORAGE_SRD &&
+        (storage != STACK_STORAGE_FLYMA || subIndex != 0);
+}
+
 static void printValue(const CO_OD_DATA_VARIABLES_T *v, const CO_OBJECT_DESC_T *row, unsigned distance)
 {
     const unsigned type = row->dataType / 32, storage = row->dataType % 32;
@@ -167,11 +174,13 @@ static void printValue(const CO_OD_DATA_VARIABLES_T *v, const CO_OBJECT_DESC_T *
     const long size = sizeOf(v, row->dataType, row->tableIdx + distance);
     if (row->dataType == CO_DTYPE_DOMAIN)
         printf(" domain=%d", v->domain && v->domain_len && v->domain_actLen ? (int)row->tableIdx : -1);
-    else if (storage > STACK_STORAGE_PTR)
-        printf(" ref=%u", row->tableIdx);
-    else if (!address)
+    else if (storage > STACK_STORAGE_PTR) {
+        if (hasReference(storage, row->subIndex))
+            printf(" ref=%u", row->tableIdx);
+    }
+    else if (!address) {
         printf(" value=none");
-    else if (storage == STACK_STORAGE_PTR) {
+    } else if (storage == STACK_STORAGE_PTR) {
         printf(" value=");
         printAppVariable(address);
     } else {
@@ -324,8 +333,8 @@ void printSafetyObjects(void)
     for (i = 0; i < CO_SRDO_CNT; ++i) {
         const CO_SRDO_TABLE_T *srdo = &srdo_table[i];
         printf("srdo %u %u %u %u %u %lu %lu\n", srdo->line, srdo->number, srdo->direction, srdo->refreshTimeMs,
-            srdo->validationTimeMs, (unsigned long)srdo->cobIds[0].base + srdo->cobIds[0].nodeIdFactor,
-            (unsigned long)srdo->cobIds[1].base + srdo->cobIds[1].nodeIdFactor);
+            srdo->validationTimeMs, (unsigned long)srdo->cobId1.base + srdo->cobId1.nodeIdFactor,
+            (unsigned long)srdo->cobId2.base + srdo->cobId2.nodeIdFactor);
         for (entry = 0; entry < srdo->entryCount; ++entry) {
             printf("srdo  bits=%u inverted=%u ", srdo->entries[entry].bits, srdo->entries[entry].isInverted);
             if (srdo->entries[entry].variable)

@@ -52,7 +52,7 @@ typedef struct {
     UNSIGNED8 line, number, direction;
     UNSIGNED16 refreshTimeMs;
     UNSIGNED8 validationTimeMs;
-    struct { UNSIGNED32 base; UNSIGNED8 nodeIdFactor; } cobIds[2];
+    struct { UNSIGNED32 base; UNSIGNED8 nodeIdFactor; } cobId1, cobId2;
     UNSIGNED8 entryCount;
     const CO_SRDO_MAP_ENTRY_T *entries;
 } CO_SRDO_TABLE_T;
