@@ -6,6 +6,8 @@
 
 #include <QRegularExpression>
 
+#include <cmath>
+
 namespace
 {
 
@@ -70,8 +72,10 @@ bool isWritten(const SubIndexData &sub)
 QString numberText(quint16 dataType, const QString &value)
 {
     const QString type = typeName(dataType);
-    if (type == QLatin1String("R32"))
-        return QString::number(static_cast<double>(value.toFloat()), 'g', 6);
+    if (type == QLatin1String("R32")) {
+        const double real = static_cast<double>(value.toFloat()); // C has no literal for infinity
+        return QString::number(std::isfinite(real) ? real : 0.0, 'g', 6);
+    }
     const quint64 bits = static_cast<quint64>(numberOf(value));
     const int width = type == QLatin1String("BOOL") ? 8 : type.mid(1).toInt();
     if (type.startsWith(QLatin1Char('I')))
@@ -199,6 +203,14 @@ QString attributes(const SubIndexData &sub, bool tellsLimits)
     return words.join('|');
 }
 
+/// The bytes of a string; its escapes are those of C.
+QByteArray textBytes(const QString &value)
+{
+    if (value.startsWith(QLatin1String("|x")))
+        return QByteArray::fromHex(value.mid(2).toLatin1());
+    return QString(value).replace("\\\"", "\"").replace("\\x41", "A").toUtf8();
+}
+
 /// A text as the test program prints it.
 QString printable(const QByteArray &text)
 {
@@ -310,7 +322,7 @@ QStringList Expectation::dictionary() const
             (void)store.getIndexData(line, index, object); // it was listed
             const int code = static_cast<int>(object.objectCode);
             rows << QStringLiteral("object %1 %2 highest=%3 %4")
-                        .arg(line)
+                        .arg(shown(line))
                         .arg(index, 4, 16, QLatin1Char('0'))
                         .arg(subs.isEmpty() ? 0 : subs.last())
                         .arg(kinds.value(code, subs.size() > 1 ? "STRUCT" : "VAR"));
@@ -338,7 +350,7 @@ QString Expectation::subRow(const Place &place) const
     if (storage == QLatin1String("_CONST") && type == QLatin1String("OS"))
         type = QStringLiteral("VS");
     return QStringLiteral("sub %1 %2:%3 %4%5 ")
-               .arg(place.line)
+               .arg(shown(place.line))
                .arg(place.index, 4, 16, QLatin1Char('0'))
                .arg(place.sub)
                .arg(type, storage) +
@@ -350,10 +362,9 @@ QString Expectation::valueText(const Place &place, const SubIndexData &sub, cons
     const bool isText = sub.dataType == 9 || sub.dataType == 10 || sub.dataType == 124;
     const QString size = isText ? QStringLiteral(" size=%1").arg(sub.size) : QString();
     if (storage == QLatin1String("_CONST") && isText) {
-        const QByteArray bytes = sub.defaultValue.startsWith(QLatin1String("|x"))
-                                     ? QByteArray::fromHex(sub.defaultValue.mid(2).toLatin1())
-                                     : QString(sub.defaultValue).replace("\\\"", "\"").toUtf8();
-        return QStringLiteral(" value=") + printable(bytes) + size;
+        const int bytes = static_cast<int>(sub.size);
+        return QStringLiteral(" value=") +
+               printable(textBytes(sub.defaultValue).leftJustified(bytes, 0, true)) + size;
     }
     if (storage == QLatin1String("_PTR") && (isText || hasArray(sub.dataType)))
         return QStringLiteral(" value=->") +
@@ -404,6 +415,14 @@ QString Expectation::boundsText(const SubIndexData &sub) const
 QStringList Expectation::virtualObjects() const
 {
     QStringList rows;
+    // The newer stack asks for none if no number of line 0 is among them.
+    static const QList<quint16> numbers = {2, 3, 4, 5, 6, 7, 8, 22};
+    const auto all = store.getSubsByProperty(0, "implementation", "3");
+    const bool hasNumber = std::any_of(all.begin(), all.end(), [this](const auto &place) {
+        return numbers.contains(store.getSubIndexDatatype(0, place.index, place.subindex));
+    });
+    if (store.getGeneralSettingsValue("use_core_headers") == "V4" && !hasNumber)
+        return rows;
     for (const quint8 line : served) {
         for (const quint16 index : store.getIndices(line, 0x1000, 0xFFFF)) {
             const QList<quint8> subs = store.getSubIndices(line, index, 0);
@@ -436,6 +455,8 @@ QStringList Expectation::counts() const
         {"objects", [](const Expectation &e, quint8 line) { return e.store.getIndices(line, 0x1000, 0xFFFF).size(); }},
         {"tpdos", [](const Expectation &e, quint8 line) { return e.store.getIndices(line, 0x1800, 0x19FF).size(); }},
         {"rpdos", [](const Expectation &e, quint8 line) { return e.store.getIndices(line, 0x1400, 0x15FF).size(); }},
+        {"sdoServers", [](const Expectation &e, quint8 line) { return qMax(e.store.getIndices(line, 0x1200, 0x127F).size(), e.isSet("canfd_supported") ? 0 : 1); }},
+        {"nodeIds", [](const Expectation &e, quint8 line) { return e.number("co_node_id", line); }},
         {"sdoClients", [](const Expectation &e, quint8 line) { return e.store.getIndices(line, 0x1280, 0x12FF).size(); }},
         {"monitoredNodes", [](const Expectation &e, quint8 line) { return e.entries(line, 0x1016); }},
         {"errorHistory", [](const Expectation &e, quint8 line) { return e.entries(line, 0x1003); }},
@@ -506,7 +527,29 @@ QStringList Expectation::start(int variant) const
     return calls;
 }
 
-QString Expectation::uds(quint8 line) const
+/// Rows of a table of diagnostic services, one for each of a service's functions.
+QStringList Expectation::udsRows(quint8 line, const char *kind) const
+{
+    QStringList rows;
+    for (int service = 0; service <= 0xFF; ++service) {
+        const auto sid = static_cast<quint8>(service);
+        const bool isSession = QLatin1String(kind) == QLatin1String("session");
+        const QString list = isSession ? store.getUDSServiceSessions(line, sid)
+                                       : store.getUDSServiceUserLevels(line, sid);
+        if (!store.isUDSServiceActive(line, sid) || (!isSession && list.isEmpty()))
+            continue;
+        const bool hasFunctions = service == 0x11 || service == 0x31; // reset, routine control
+        for (int function = hasFunctions ? 1 : 0; function <= (hasFunctions ? 3 : 0); ++function)
+            rows << QStringLiteral("  %1 %2 %3: %4")
+                        .arg(QLatin1String(kind))
+                        .arg(service, 2, 16, QLatin1Char('0'))
+                        .arg(function)
+                        .arg(QString(list).replace(',', ' '));
+    }
+    return rows;
+}
+
+QStringList Expectation::uds(quint8 line) const
 {
     // clang-format off
     static const char *const lists[] = {
@@ -520,7 +563,8 @@ QString Expectation::uds(quint8 line) const
         arguments << static_cast<quint32>(numberOf(store.getGeneralSettingsValueLine(list, line)));
     const bool isServer = number("uds_server_active", line) != 0;
     arguments << (isServer ? 1 : 0);
-    return call("udsStackInit_line", line, arguments);
+    return QStringList{call("udsStackInit_line", line, arguments)} + udsRows(line, "session") +
+           udsRows(line, "security");
 }
 
 void Expectation::startServices(QStringList &calls, quint8 line, bool isFd) const
@@ -703,10 +747,9 @@ QStringList Expectation::stringDefaults() const
             const SubIndexData sub = subOf({line, place.index, place.subindex});
             if (sub.dataType != 9 && sub.dataType != 10)
                 continue;
-            QByteArray bytes = sub.defaultValue.startsWith(QLatin1String("|x"))
-                                   ? QByteArray::fromHex(sub.defaultValue.mid(2).toLatin1())
-                                   : sub.defaultValue.toUtf8();
-            bytes = bytes.leftJustified(static_cast<int>(sub.size), 0, true).leftJustified(kShownBytes, 0, true);
+            const QByteArray bytes = textBytes(sub.defaultValue)
+                                         .leftJustified(static_cast<int>(sub.size), 0, true)
+                                         .leftJustified(kShownBytes, 0, true);
             const QString name = Helper::substituteVariables(sub.varName, place.index, place.subindex);
             rows.insert(name, QStringLiteral("string %1 ").arg(name) + QString::fromLatin1(bytes.toHex()));
         }
@@ -791,7 +834,7 @@ QString Expectation::target(quint8 line, quint32 mapping) const
     if (sub.implementation == 1)
         return QStringLiteral("constant ") + numberText(sub.dataType, sub.defaultValue);
     return QStringLiteral("%1-%2:%3")
-        .arg(homeOf(place))
+        .arg(shown(homeOf(place)))
         .arg(place.index, 4, 16, QLatin1Char('0'))
         .arg(place.sub);
 }

@@ -61,7 +61,10 @@ private:
     void rpdo(QStringList &calls, quint8 line, quint16 index) const;
     bool isStatic(quint8 line, quint16 index) const;
     quint32 mappedCount(quint8 line, quint16 index) const;
-    QString uds(quint8 line) const;
+    QStringList uds(quint8 line) const;
+    QStringList udsRows(quint8 line, const char *kind) const;
+    /// In the single-line form the line has no number.
+    quint8 shown(quint8 line) const { return multiLine ? line : 0; }
     QString target(quint8 line, quint32 mapping) const;
     QString receiver(quint8 line, quint32 mapping) const;
     QString routing(quint32 mapping) const;

@@ -381,6 +381,11 @@ constexpr const char *kUds = R"(
     uds_physical_response_id=0x7E8,
     uds_functional_request_id=0x7DF
     uds_ext_addressing=1,2
+    uds_physical_request_ext_addr=7
+    uds 16 1,3,64,70
+    uds 17 1 1,2
+    uds 49 2,3 4
+    uds 34 1
 )";
 
 /// Shared subindices: line 0 holds the values; line 1 has one that line 0 does not share.
@@ -451,4 +456,144 @@ constexpr const char *kOdd = R"(
     1400:1 U32 rw 0 0x201
     1017:0 U32 rw 0 100
     1005:0 U16 rw 0 0x80
+)";
+
+/// Shared runs of equal entries, and runs that are shared in part.
+constexpr const char *kSharedRuns = R"(
+    compact_array_description=1
+    line 0
+    2600:0 U8 const 1 3 shared
+    2600:1 U16 rw 0 4 shared map
+    2600:2 U16 rw 0 4 shared map
+    2600:3 U16 rw 0 4 shared map
+    2601:0 U8 const 1 3 shared
+    2601:1 U16 rw 0 4 shared
+    2601:2 U16 rw 0 4 shared
+    2601:3 U16 rw 0 4
+    2602:0 U8 const 1 3
+    2602:1 U16 rw 0 4 shared
+    2602:2 U16 rw 0 4 shared
+    2602:3 U16 rw 0 4 shared
+    2603:0 U8 const 1 2 shared
+    2603:1 U16 rw 0 4 shared
+    2603:2 U16 rw 0 5 shared
+    line 1
+    2600:0 U8 const 1 3 shared
+    2600:1 U16 rw 0 4 shared map
+    2600:2 U16 rw 0 4 shared map
+    2600:3 U16 rw 0 4 shared map
+    2601:0 U8 const 1 3 shared
+    2601:1 U16 rw 0 4 shared
+    2601:2 U16 rw 0 4 shared
+    2601:3 U16 rw 0 4
+    2602:0 U8 const 1 3
+    2602:1 U16 rw 0 4 shared
+    2602:2 U16 rw 0 4 shared
+    2602:3 U16 rw 0 4 shared
+    2603:0 U8 const 1 3
+    2603:1 U16 rw 0 4 shared
+    2603:2 U16 rw 0 5 shared
+    2603:3 U16 rw 0 6 shared
+    1a00:1 U32 const 1 0x26000210
+    1a00:2 U32 const 1 0x26020210
+)";
+
+/// Values at the edges of what texts may hold.
+constexpr const char *kOddValues = R"(
+    2700:0 U8 rw 0 010
+    2701:0 I16 rw 0 0xFFFE
+    2702:0 R32 rw 0 1e10
+    2703:0 R32 rw 0 nan
+    2704:0 R32 rw 0 inf
+    2705:0 R32 rw 0 1e39
+    2706:0 U32 rw 0 -
+    2707:0 I8 rw 0 -1
+    2708:0 U64 rw 0 0xFFFFFFFFFFFFFFFF
+    2709:0 R32 rw 0 -1e-3
+    270a:0 U32 rw 0 $NODEID+0x80
+    270b:0 VS const 1 |x00ff size=2
+    270c:0 VS const 1 ab\x41bc size=5
+    270d:0 UTF8 const 1 - size=0
+    270e:0 I32 rw 0 0xFFFFFFFE
+)";
+
+/// All settings of services, events and hardware.
+constexpr const char *kSwitches = R"(
+    co_network_id=3
+    only_one_hb_buffer=1
+    sorted_coblist=1
+    user_tx_cob=2
+    user_rx_cob=3
+    receivebuffersize=20u
+    transmitbuffersize=
+    sleep_mode_selection=1
+    sleep_wait_time=5
+    lss_inquiry_supported=1
+    dynod=1
+    csdo_write_special=1
+    emcy_routing=1
+    sdo_routing=1
+    config_manager=1
+    1f20:0 U8 const 1 0
+    6000:0 U8 const 1 2
+    6000:1 U32 ro 0 0x80000001
+    6000:2 U32 ro 0 0x3
+    1000:0 U32 const 1 0x000001BF
+    1010autostore_by_application=1
+    sdo_blocktransfer_block_size=20
+    sdo_blocktransfer_crc_supported=1
+    sdo_client_queue_size=4
+    sdo_client_queue_internal_access_supported=1
+    event_ssdo_domain_counter=8
+    sdo_split=1
+    usdo_server_domain_write_ind_size=7
+    usdo_server_ind_read_cnt=1
+    usdo_server_ind_write_cnt=1
+    usdo_client_ind_read_cnt=1
+    event_sdo_server_read=1
+    event_sdo_server_write=1
+    event_sdo_server_check_write=1
+    event_pdo=1
+    event_pdo_update=1
+    event_errctrl=1
+    event_sync=1
+    event_sync_finished=1
+    event_finished=1
+    event_cfg=1
+    event_flyma=1
+    event_sdorouter=1
+    event_can=1
+    event_sdo_client_read=1
+    event_sdo_client_write=1
+    event_emcy=1
+    event_emcy_consumer=1
+    event_time=1
+    event_srd=1
+    event_lss=1
+    event_idnego=1
+    event_manager=1
+    event_mpdo=1
+    event_gfc=1
+    event_ssdo_domain_write=1
+    event_ssdo_domain_read=1
+    isotp_server_event=1
+    isotp_client_event=1
+    fct_finished=onFinished
+    fct_srd=onSrd
+    all_targets=1
+    targetsettings_cnt=3
+    targetsettings_active=1
+    targetsettings_0_name=first /* board */
+    targetsettings_1_name=second
+    targetsettings_1_timer=2000
+    targetsettings_1_defines=#define SECOND_BOARD 1u
+    targetsettings_1_endianess=0x1
+    targetsettings_2_name=third
+    endian=1
+    drv_filter=1
+    drv_group_filter=1
+    hw_defines=#define FIRST_BOARD 1u
+    user_defines=#define OWN_DEFINE 1u
+    generate_generation_counter=1
+    static_memory_specifier=/* fast */
 )";

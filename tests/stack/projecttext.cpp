@@ -18,6 +18,8 @@ public:
             return;
         if (words.first() == QLatin1String("line"))
             startLine(words.at(1).toUShort());
+        else if (words.first() == QLatin1String("uds"))
+            diagnosticService(words);
         else if (isAddress(words.first()) && words.size() > 3)
             subindex(words);
         else if (isAddress(words.first()))
@@ -40,6 +42,14 @@ private:
         if (!store.existNode(line))
             store.addNode(line, NodeData());
         store.setGeneralSettingsValue(QStringLiteral("line%1type").arg(line), QStringLiteral("1"));
+    }
+
+    void diagnosticService(const QStringList &words)
+    {
+        const quint8 service = words.at(1).toUShort() & 0xFF;
+        store.setUDSServiceActive(line, service, true);
+        store.setUDSServiceSessions(line, service, words.at(2));
+        store.setUDSServiceUserLevels(line, service, words.value(3));
     }
 
     void setting(const QString &text)

@@ -7,6 +7,7 @@
 ///
 ///     key=value                 a general setting; "misc:key=value" is a misc setting,
 ///                               "j1939:key=value" a J1939 setting
+///     uds 49 1,3 2              an active diagnostic service with its sessions and user levels
 ///     line 2                    what follows is of line 2, which is added as a CANopen line
 ///     1a00 rec                  an object with its kind: var, arr, rec, dom, or a number
 ///     1a00:1 U32 rw 0 0x20000010 map lim=0..9 nv shared nodef size=8 var=name

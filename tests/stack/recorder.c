@@ -123,11 +123,17 @@ RET_T coreStackInit(const STACK_COMMON_INIT_VAL_T *values)
 RET_T commonStackInit(const STACK_COMMON_INIT_VAL_T *values)
 #endif
 {
+    unsigned line, cobs = 0;
     RET_T result = called("commonStackInit", -1, 1, UL(values->lines));
     if (isQuiet)
         return result;
     PRINT(receiveBuffers);
     PRINT(transmitBuffers);
+    PRINT(cobs);
+    for (line = 0; line < STACK_LINES; ++line)
+        cobs += values->cobs[line];
+    if (cobs != STACK_COB_CNT)
+        printf("COBs of the lines make not the sum %u\n", STACK_COB_CNT);
     PRINT(protocols);
 #ifdef STACK_UDS
     PRINT(isoTpClients);
@@ -235,6 +241,13 @@ RET_T coPdoReceiveInit(LINE_FIRST UNSIGNED16 number, UNSIGNED8 transmissionType,
     }
     return result;
 }
+
+/* --- Tables whose lengths the definitions tell --- */
+
+#define ROWS(count) ((count) > 0 ? (count) : 1)
+unsigned char cobTable[ROWS(STACK_COB_CNT)];
+unsigned char bufferTable[STACK_BUFFERS];
+unsigned char transmitPdoTable[ROWS(CO_PDO_TRANSMIT_CNT)], receivePdoTable[ROWS(CO_PDO_RECEIVE_CNT)];
 
 /* --- COB-IDs: the node has the number 5 + line, and a default COB-ID tells where it was asked for --- */
 

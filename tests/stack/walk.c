@@ -136,9 +136,9 @@ static void printNumber(const void *address, unsigned type)
     printf("%llu", number);
 }
 
-static void printText(const char *text)
+static void printText(const char *text, long size)
 {
-    for (; *text; ++text) {
+    for (; size > 0; ++text, --size) {
         if (*text > ' ' && *text <= '~' && *text != '%')
             putchar(*text);
         else
@@ -188,7 +188,7 @@ static void printValue(const CO_OD_DATA_VARIABLES_T *v, const CO_OBJECT_DESC_T *
         if (hasArray(type))
             printNumber(address, type);
         else
-            printText(address);
+            printText(address, size);
     }
     if (size >= 0)
         printf(" size=%ld", size);
