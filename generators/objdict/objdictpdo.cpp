@@ -53,6 +53,7 @@ struct TableShape {
     int rows = 1; ///< what the stack reserves for a table, at least 1
     bool hasEntries = false;
     bool bitwise = false;
+    int routeColumns = 0; ///< of an RPDO's row; each an existing line
     bool bitLengths() const { return hasEntries && bitwise; }
 };
 
@@ -211,6 +212,20 @@ MappingTable readRpdoMapping(const Context &context, quint8 line, quint16 pdoInd
     return table;
 }
 
+/// "{0,0}": nothing is sent on.
+QString noRoutes(const TableShape &shape)
+{
+    return QStringLiteral("{%1}").arg(QStringLiteral("0,").repeated(shape.routeColumns).chopped(1));
+}
+
+/// Fills an RPDO table behind its last entry.
+QString emptyRpdoRow(const TableShape &shape)
+{
+    if (shape.routeColumns == 0)
+        return QLatin1String(kEmptyRow);
+    return QStringLiteral("\t\t{NULL, (UNSIGNED8)0u, CO_FALSE, 0ul,%1}").arg(noRoutes(shape));
+}
+
 void writeUniqueRpdoTable(Context &context, quint8 line, int position, const TableShape &shape)
 {
     const MappingTable table = context.rpdoTables[line][position];
@@ -219,13 +234,16 @@ void writeUniqueRpdoTable(Context &context, quint8 line, int position, const Tab
     openTable(context, "PDO_REC_MAP_TABLE_T", "mapTableRPDO", line, position,
               writtenCount(table.mappedCount, shape));
     const int filled = filledRows(table.mappedCount, shape);
+    const QString routes =
+        shape.routeColumns == 0 ? QString() : QStringLiteral(", ") + noRoutes(shape);
     for (int row = 0; row < filled; ++row) {
         const MappingTable::Entry &entry = table.entries[row];
         const int length = shape.bitwise ? entry.bits : entry.bits >> 3;
-        context.out.raw(QStringLiteral("\t\t{%1, %2u, CO_TRUE, %3 },\n")
-                            .arg(entry.address, QString::number(length), hex8(entry.mapping)));
+        context.out.raw(
+            QStringLiteral("\t\t{%1, %2u, CO_TRUE, %3%4 },\n")
+                .arg(entry.address, QString::number(length), hex8(entry.mapping), routes));
     }
-    closeTable(context.out, filled, shape, QLatin1String(kEmptyRow));
+    closeTable(context.out, filled, shape, emptyRpdoRow(shape));
 }
 
 void writeUniqueRpdoTables(Context &context, quint8 line, const TableShape &shape)
@@ -260,12 +278,6 @@ QString routingList(const Context &context, RouteTables &routes, quint32 mapping
     return QStringLiteral("{%1}").arg(numbers.join(QLatin1Char(',')));
 }
 
-QString emptyRoutedRow(int lines)
-{
-    const QString noRoutes = QStringLiteral("0,").repeated(lines);
-    return QStringLiteral("\t\t{NULL, (UNSIGNED8)0u, CO_FALSE, 0ul,{%1}}").arg(noRoutes.chopped(1));
-}
-
 void writeRoutedRpdoTable(Context &context, quint8 line, quint16 pdoIndex, RouteTables &routes,
                           const TableShape &shape)
 {
@@ -285,7 +297,7 @@ void writeRoutedRpdoTable(Context &context, quint8 line, quint16 pdoIndex, Route
                                  QString::number(lengthBytes(mapping)), hex8(mapping),
                                  routingList(context, routes, mapping)));
     }
-    closeTable(context.out, filled, shape, emptyRoutedRow(routes.lines.size()));
+    closeTable(context.out, filled, shape, emptyRpdoRow(shape));
 }
 
 bool routesPdos(const Context &context)
@@ -350,11 +362,15 @@ void writePdoArguments(Context &context, quint8 line, quint16 index, int number)
 
 void createMappingTables(Context &context)
 {
-    const TableShape shape = readTableShape(context);
+    TableShape shape = readTableShape(context);
     const bool routed = routesPdos(context);
     // Deliberate: a routing list has a column for each existing line, as the counts of the
     // definitions header have, not only for those that get tables; held by tst_objdictpdo.
     RouteTables routes{readProjectLines(context.store).numbers, TpdoLookup(context.store)};
+    // Deliberate: routing of SDOs alone gives the rows of the stack their column of routes too,
+    // held by tst_generatedc.
+    if (routed || context.settings.decimal("sdo_routing") > 0)
+        shape.routeColumns = routes.lines.size();
     context.out.raw("\n/* static PDO mapping tables */\n");
     for (const quint8 line : qAsConst(context.form.servedLines)) {
         context.rpdoTables[line].clear();

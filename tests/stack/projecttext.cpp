@@ -1,0 +1,137 @@
+// Reads projects from short tables of text.
+#include "tests/stack/projecttext.h"
+
+#include "support/cohelper.h"
+
+namespace
+{
+
+class Builder
+{
+public:
+    explicit Builder(ObjectDataBase &database) : store(database) {}
+
+    void row(const QString &text)
+    {
+        const QStringList words = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        if (words.isEmpty())
+            return;
+        if (words.first() == QLatin1String("line"))
+            startLine(words.at(1).toUShort());
+        else if (words.first() == QLatin1String("uds"))
+            diagnosticService(words);
+        else if (isAddress(words.first()) && words.size() > 3)
+            subindex(words);
+        else if (isAddress(words.first()))
+            object(words.first().toUShort(nullptr, 16), words.at(1));
+        else
+            setting(text);
+    }
+
+private:
+    static bool isAddress(const QString &word)
+    {
+        bool ok = false;
+        (void)word.section(QLatin1Char(':'), 0, 0).toUShort(&ok, 16); // the test alone counts
+        return ok && !word.contains(QLatin1Char('='));
+    }
+
+    void startLine(quint16 number)
+    {
+        line = static_cast<quint8>(number);
+        if (!store.existNode(line))
+            store.addNode(line, NodeData());
+        store.setGeneralSettingsValue(QStringLiteral("line%1type").arg(line), QStringLiteral("1"));
+    }
+
+    void diagnosticService(const QStringList &words)
+    {
+        const quint8 service = words.at(1).toUShort() & 0xFF;
+        store.setUDSServiceActive(line, service, true);
+        store.setUDSServiceSessions(line, service, words.at(2));
+        store.setUDSServiceUserLevels(line, service, words.value(3));
+    }
+
+    void setting(const QString &text)
+    {
+        const QString key = text.section(QLatin1Char('='), 0, 0).trimmed();
+        const QString value = text.section(QLatin1Char('='), 1);
+        if (key.startsWith(QLatin1String("misc:")))
+            store.setMiscSettingsValue(key.mid(5), value);
+        else if (key.startsWith(QLatin1String("j1939:")))
+            store.setJ1939SettingsValue(key.mid(6), value);
+        else
+            store.setGeneralSettingsValue(key, value);
+    }
+
+    void object(quint16 index, const QString &kind)
+    {
+        static const QMap<QString, int> kinds = {{"var", 7}, {"arr", 8}, {"rec", 9}, {"dom", 2}};
+        IndexData data;
+        (void)store.getIndexData(line, index, data); // a new one starts from the defaults
+        data.objectCode = static_cast<CANopen::ObjectCode>(kinds.value(kind, kind.toInt()));
+        store.addIndex(line, index, data);
+    }
+
+    void subindex(const QStringList &words)
+    {
+        const quint16 index = words.at(0).section(QLatin1Char(':'), 0, 0).toUShort(nullptr, 16);
+        const quint8 sub = words.at(0).section(QLatin1Char(':'), 1).toUShort() & 0xFF;
+        SubIndexData data;
+        data.name = QStringLiteral("entry %1").arg(sub);
+        data.dataType = COHelper::mapDataTypeString(words.at(1));
+        data.accessType = words.at(2);
+        data.implementation = static_cast<quint8>(words.at(3).toUShort());
+        if (words.at(4) != QLatin1String("-"))
+            data.defaultValue = QString(words.at(4)).replace(QLatin1String("%20"), QLatin1String(" "));
+        for (const QString &flag : words.mid(5))
+            applyFlag(data, flag.section(QLatin1Char('='), 0, 0), flag.section(QLatin1Char('='), 1));
+        if (!store.existIndex(line, index))
+            object(index, sub == 0 ? QStringLiteral("var") : QStringLiteral("arr"));
+        else if (sub == 1)
+            makeArray(index);
+        store.addSubIndex(line, index, sub, data);
+    }
+
+    void makeArray(quint16 index)
+    {
+        IndexData data;
+        if (store.getIndexData(line, index, data) && data.objectCode == CANopen::ObjectCode::Var)
+            object(index, QStringLiteral("arr"));
+    }
+
+    static void applyFlag(SubIndexData &data, const QString &flag, const QString &value)
+    {
+        if (flag == QLatin1String("map"))
+            data.pdoMapping = PDOMapping(PDOMappingType::Optional);
+        else if (flag == QLatin1String("nv"))
+            data.nvStorage = true;
+        else if (flag == QLatin1String("shared"))
+            data.sharedLines = true;
+        else if (flag == QLatin1String("nodef"))
+            data.defaultInEds = false;
+        else if (flag == QLatin1String("size"))
+            data.size = value.toUInt();
+        else if (flag == QLatin1String("var"))
+            data.varName = value;
+        else if (flag == QLatin1String("lim")) {
+            data.limitInEds = true;
+            data.lowLimit = value.section(QLatin1String(".."), 0, 0);
+            data.upLimit = value.section(QLatin1String(".."), 1);
+        }
+    }
+
+    ObjectDataBase &store;
+    quint8 line = 0;
+};
+
+} // namespace
+
+void buildProject(ObjectDataBase &store, const QString &text)
+{
+    store.beginBatch();
+    Builder builder(store);
+    for (const QString &row : text.split(QLatin1Char('\n')))
+        builder.row(row.trimmed());
+    store.commitBatch();
+}

@@ -1,0 +1,19 @@
+// Projects for tests as short tables of text.
+#pragma once
+
+#include "store/objectdatabase.h"
+
+/// Adds to a store what \a text tells, a row a line:
+///
+///     key=value                 a general setting; "misc:key=value" is a misc setting,
+///                               "j1939:key=value" a J1939 setting
+///     uds 49 1,3 2              an active diagnostic service with its sessions and user levels
+///     line 2                    what follows is of line 2, which is added as a CANopen line
+///     1a00 rec                  an object with its kind: var, arr, rec, dom, or a number
+///     1a00:1 U32 rw 0 0x20000010 map lim=0..9 nv shared nodef size=8 var=name
+///                               a subindex: type, access, implementation, default value ("-" is
+///                               none, %20 a blank), and flags in any order; the object is made
+///                               if it does not exist: a variable, or an array behind sub 0
+///
+/// Blanks around a row, and empty rows, count as nothing.
+void buildProject(ObjectDataBase &store, const QString &text);

@@ -1,0 +1,37 @@
+/* What the parts of the test program share; generated sources do not see it. */
+#ifndef STACK_H
+#define STACK_H 1
+
+#include <co_canopen.h>
+
+/* A variable of the application, by the expression that the project names it with. */
+typedef struct {
+    const char *expression;
+    const void *address;
+} APP_VARIABLE_T;
+extern const APP_VARIABLE_T appVariables[]; /* ends with an empty row */
+
+/* What coOdInitOdPtr() was given for a line. */
+typedef struct {
+    const CO_OD_ASSIGN_T *assign;
+    unsigned assignCount;
+    const CO_OBJECT_DESC_T *description;
+    unsigned descriptionCount;
+    const CO_OD_DATA_VARIABLES_T *variables;
+} DICTIONARY_T;
+extern DICTIONARY_T dictionaries[32];
+
+/* Records one call. The call with number failAt, from 1 up, fails; 0 lets all succeed. Quiet calls
+ * print nothing. */
+extern int failAt, callCount, isQuiet;
+extern const char *failedCall;
+RET_T called(const char *name, int line, int argumentCount, ...);
+
+void printDictionary(int line);
+void printVirtualObjects(void);
+void printSafetyObjects(void);
+
+/* Prints what an entry of a mapping table points to. */
+void printTarget(const void *address);
+
+#endif /* STACK_H */

@@ -1,0 +1,438 @@
+// Generated C as a device has it: compiled without warnings against a stack of our own, linked, run,
+// and asked for its object dictionary and the calls of its start. What it must answer is read from
+// the project alone.
+#include "generators/defines/codefinegenerator.h"
+#include "generators/defines/gendefinegenerator.h"
+#include "generators/multiproto/indicationgenerator.h"
+#include "generators/objdict/objdictgenerator.h"
+#include "generators/objdict/srdogenerator.h"
+#include "generators/objdict/vobjdictgenerator.h"
+#include "support/cohelper.h"
+#include "support/helper.h"
+#include "tests/fixtures/storefixture.h"
+#include "tests/stack/expectation.h"
+#include "tests/stack/projects.h"
+#include "tests/stack/projecttext.h"
+
+#include <QProcess>
+#include <QRegularExpression>
+
+namespace
+{
+
+/// Runs a generator as the driver does.
+void generate(AbstractGenerator &generator, ObjectDataBase &store, const QString &folder)
+{
+    generator.setOutputDirectory(folder);
+    generator.setProjectName("Test /* of */ ?""?/");
+    generator.setDataBase(&store);
+    generator.setActiveLine(store.getNodes().first());
+    QVERIFY(generator.checkWritability());
+    generator.startGeneration();
+    generator.wait();
+    QVERIFY2(!generator.getWasError(), qPrintable(generator.getLastErrorString()));
+}
+
+bool isNeeded(VobjDictGenerator &virtualObjects, ObjectDataBase &store)
+{
+    virtualObjects.setDataBase(&store);
+    return virtualObjects.areVirtualObjectsPresent();
+}
+
+void generateAll(ObjectDataBase &store, const QString &folder, bool sdoServer)
+{
+    const bool isV4 = store.getGeneralSettingsValue("use_core_headers") == "V4";
+    const bool isCompact = store.getGeneralSettingsValue("compact_array_description").toInt() == 1;
+    std::unique_ptr<AbstractGenerator> defines;
+    std::unique_ptr<ObjDictGenerator> dictionary;
+    if (isV4)
+        defines = std::make_unique<GenDefineGenerator>();
+    else
+        defines = std::make_unique<CoDefineGenerator>();
+    if (isV4 && !sdoServer)
+        dictionary = std::make_unique<ObjDictGeneratorV4>(isCompact);
+    else
+        dictionary = std::make_unique<ObjDictGenerator>(isCompact && !sdoServer);
+    dictionary->cia510ServerMode = sdoServer;
+    indicationgenerator indications;
+    SrdoGenerator safety;
+    VobjDictGenerator virtualObjects;
+    const QVector<AbstractGenerator *> all = {defines.get(), &indications, dictionary.get(), &safety,
+                                              &virtualObjects};
+    for (AbstractGenerator *generator : all) {
+        if (generator != &virtualObjects || isNeeded(virtualObjects, store))
+            generate(*generator, store, folder);
+    }
+}
+
+/// Definition of an application variable of the project; \a expression names it.
+QString variableDeclaration(const QString &expression, quint16 dataType)
+{
+    static const QMap<quint16, QString> textTypes = {
+        {9, "char"}, {10, "UNSIGNED8"}, {124, "char"}};
+    if (expression.contains('('))
+        return QString();
+    const QString base = expression.section('[', 0, 0);
+    if (textTypes.contains(dataType))
+        return QStringLiteral("%1 %2[256];\n").arg(textTypes.value(dataType), base);
+    QString type = COHelper::index2DataTypeString(dataType);
+    if (type == "BOOLEAN" || dataType >= 100)
+        type = "UNSIGNED8";
+    if (type == "TIME_OF_DAY")
+        type = "UNSIGNED48";
+    return QStringLiteral("%1 %2%3;\n").arg(type, base, expression.contains('[') ? "[256]" : "");
+}
+
+QString variableAddress(const QString &expression, quint16 dataType)
+{
+    if (expression.contains('('))
+        return expression;
+    const bool isText = dataType == 9 || dataType == 10 || dataType == 124;
+    return isText ? QStringLiteral("&(%1[0])").arg(expression) : QStringLiteral("&(%1)").arg(expression);
+}
+
+/// The application around the generated sources: its variables, its functions.
+class Application
+{
+public:
+    Application(ObjectDataBase &database, const Expectation &expected)
+        : store(database), variables(expected.appVariables()), functions(expected.indications())
+    {
+    }
+
+    void write(const QString &folder) const
+    {
+        QString declarations = "extern UNSIGNED8 cells[8];\n"
+                               "extern UNSIGNED24 cells24[8];\n"
+                               "#define CELL_OF(n) (&cells[n])\n"
+                               "#define CELL24_OF(n) (&cells24[n])\n"
+                               "UNSIGNED8 nodeIdOfLine(void);\n";
+        QStringList bases;
+        for (auto it = variables.begin(); it != variables.end(); ++it)
+            bases << variableDeclaration(it.key(), it.value());
+        bases.removeDuplicates();
+        for (const QString &base : qAsConst(bases))
+            declarations += base.isEmpty() ? QString() : "extern " + base;
+        const bool isOwnHeader = store.getGeneralSettingsValue("applicationheader").isEmpty();
+        if (isOwnHeader)
+            store.setGeneralSettingsValue("applicationheader", "app_variables.h  app_more.h");
+        writeFile(folder + "/app_more.h", "/* nothing */\n");
+        if (isOwnHeader)
+            writeFile(folder + "/app_variables.h", declarations.toUtf8());
+        writeFile(folder + "/app.c", source(isOwnHeader ? declarations : projectHeader()).toUtf8());
+    }
+
+private:
+    /// Variables of a header of the examples.
+    static QString projectHeader()
+    {
+        return QString::fromUtf8(readFile(TESSARINE_EXAMPLES "/pump/pump_variables.h"));
+    }
+
+    QString source(const QString &declarations) const
+    {
+        QString text = "#include <stdio.h>\n#include \"stack.h\"\n";
+        text += QString(declarations).replace(QRegularExpression("^extern ", QRegularExpression::MultilineOption), "");
+        text += "UNSIGNED8 nodeIdOfLine(void) { return 1; }\n";
+        text += "const APP_VARIABLE_T appVariables[] = {\n";
+        for (auto it = variables.begin(); it != variables.end(); ++it)
+            text += QStringLiteral("    { \"%1\", %2 },\n").arg(it.key(), variableAddress(it.key(), it.value()));
+        text += "    { NULL, NULL }\n};\n" + stringPrinter();
+        for (const QString &row : functions) {
+            const QString name = row.section(' ', 2);
+            text += QStringLiteral("void %1(void);\nvoid %1(void) { puts(\"%1\"); }\n").arg(name);
+        }
+        return text;
+    }
+
+    /// Prints the strings whose defaults generated code sets.
+    QString stringPrinter() const
+    {
+        QString text = "void printAppStrings(void);\nvoid printAppStrings(void)\n{\n    unsigned i;\n"
+                       "    (void)i;\n";
+        for (auto it = variables.begin(); it != variables.end(); ++it) {
+            if (it.value() == 9 || it.value() == 10)
+                text += QStringLiteral("    printf(\"string %1 \");\n"
+                                       "    for (i = 0; i < 20; ++i)\n"
+                                       "        printf(\"%02x\", (unsigned)(UNSIGNED8)%1[i]);\n"
+                                       "    printf(\"\\n\");\n")
+                            .replace("%1", it.key());
+        }
+        return text + "}\n";
+    }
+
+    ObjectDataBase &store;
+    QMap<QString, quint16> variables;
+    QStringList functions;
+};
+
+struct RunResult {
+    int exitCode = -1;
+    QString output;
+};
+
+RunResult run(const QString &program, const QStringList &arguments, const QString &folder)
+{
+    QProcess process;
+    process.setWorkingDirectory(folder);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    RunResult result;
+    if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit)
+        result.exitCode = process.exitCode();
+    result.output = QString::fromUtf8(process.readAll());
+    return result;
+}
+
+QStringList compilerFlags(const Expectation &expected, bool isV4, bool sdoServer)
+{
+    QStringList flags = {"-std=c99", "-O0", "-Wall", "-Wextra", "-Werror", "-fsanitize=address",
+                         "-I.", "-I" TEST_STACK "/include", "-I" TEST_STACK,
+                         "-I" TESSARINE_EXAMPLES "/pump"};
+    if (isV4)
+        flags << "-DSTACK_V4";
+    if (expected.isSet("new_init_structure"))
+        flags << "-DSTACK_NEW_INIT";
+    if (expected.choosesMaster())
+        flags << "-DSTACK_PARA";
+    if (expected.isSet("udsserver_supported") || expected.isSet("udsclient_supported"))
+        flags << "-DSTACK_UDS";
+    if (sdoServer)
+        flags << "-DSTACK_SDO_SERVER";
+    // Signed values of 24 bits have arrays, but no place in the structure that the stack reads.
+    if (expected.hasType(16))
+        flags << "-Wno-unused-variable" << "-Wno-unused-const-variable";
+    return flags;
+}
+
+/// The rows of \a output that begin with one of these words.
+QStringList rowsOf(const QString &output, const QStringList &words)
+{
+    QStringList rows;
+    for (const QString &row : output.split('\n')) {
+        for (const QString &word : words) {
+            if (row.startsWith(word))
+                rows << row;
+        }
+    }
+    return rows;
+}
+
+/// What stands in \a output from the row \a begin to the next row "result ...".
+QString section(const QString &output, const QString &begin)
+{
+    const int start = output.indexOf(begin);
+    return start < 0 ? QString() : output.mid(start, output.indexOf("\nresult ", start) - start);
+}
+
+/// Empty if both are the same; else the first rows that are not, with what stands around them.
+QByteArray difference(const QStringList &actual, const QStringList &expected)
+{
+    int row = 0;
+    while (row < actual.size() && row < expected.size() && actual[row] == expected[row])
+        ++row;
+    if (row == actual.size() && row == expected.size())
+        return QByteArray();
+    const auto part = [row](const QStringList &rows) {
+        return rows.mid(qMax(0, row - 2), 8).join("\n    ");
+    };
+    return QStringLiteral("row %1\n  actual:\n    %2\n  expected:\n    %3")
+        .arg(row)
+        .arg(part(actual), part(expected))
+        .toUtf8();
+}
+
+} // namespace
+
+#define SAME_ROWS(actual, expected)                                                                \
+    do {                                                                                           \
+        const QByteArray difference_ = difference(actual, expected);                               \
+        QVERIFY2(difference_.isEmpty(), difference_.constData());                                  \
+    } while (false)
+
+class tst_GeneratedC : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        folder = std::make_unique<QTemporaryDir>();
+        // Set to look into the generated sources of a row.
+        folder->setAutoRemove(!qEnvironmentVariableIsSet("GENERATED_C_KEEP"));
+    }
+
+    void means_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("isV4");
+        const auto second = [](int line) { return QString(kSecondLine).replace("%1", QString::number(line)); };
+        const QString device = kDevice;
+        const QString all = device + kTypes + kServices + kPdos + kIndicationSettings;
+        const QString several = device + kPdos;
+        // clang-format off
+        const QVector<QPair<const char *, QString>> projects = {
+            {"one_object",            "1000:0 U32 const 1 0"},
+            {"empty_line",            "co_timer_interval=1000"},
+            {"device",                device},
+            {"pdos",                  device + kPdos},
+            {"pdos_bitwise",          device + kPdos + "bitwise_mapping=1"},
+            {"all",                   all},
+            {"all_without_values",    all + "init_static_variables=0\nlimit_check=0\ncompact_array_description=0"},
+            {"master",                all + "nmtmaster=1"},
+            {"master_by_options",     all + "nmtmaster=2"},
+            {"forced_multi_line",     all + "misc:generateML=true"},
+            {"forced_by_options",     all + "misc:generateML=true\nnmtmaster=2"},
+            {"new_init",              all + "new_init_structure=1"},
+            {"can_fd",                all + kCanFd},
+            {"can_fd_new_init",       all + kCanFd + "new_init_structure=1"},
+            {"can_fd_by_options",     all + kCanFd + "new_init_structure=1\nnmtmaster=2"},
+            {"uds",                   all + kUds},
+            {"event_profile",         device + "1000:0 U32 const 1 0x000001C6"},
+            {"two_lines",             several + second(1)},
+            {"two_lines_roles",       several + second(1) + "line 0\nnmtmaster=1,2\nlss_supported=1\nco_node_id=5,6\nco_node_id_fct=NULL,nodeIdOfLine"},
+            {"two_lines_everything",  all + second(1) + kServices + "line 0\noverwrite_predef=1,1\nnew_init_structure=1"},
+            {"two_lines_fd",          all + kCanFd + second(1) + "line 0"},
+            {"two_lines_fd_new",      all + kCanFd + second(1) + "line 0\nnew_init_structure=1"},
+            {"two_lines_uds",         several + second(1) + "line 0" + kUds},
+            {"two_lines_uds_client",  several + second(1) + "line 0" + kUds + "udsserver_supported=0"},
+            {"gap",                   several + second(2) + "line 0\nco_node_id=5,,7"},
+            {"gap_fd",                several + second(2) + "line 0" + kCanFd + "new_init_structure=1"},
+            {"single_object_between", several + "line 1\n1000:0 U32 const 1 9\n" + second(2)},
+            {"line_without_objects",  several + "line 1\n" + "line 0"},
+            {"high_lines",            device + second(26) + second(27) + second(31)},
+            {"shared",                several + second(1) + second(2) + kShared + "compact_array_description=1"},
+            {"routed",                several + second(1) + kShared + kRouting},
+            {"sdo_routing_alone",     several + second(1) + "line 0\nsdo_routing=1"},
+            {"virtual_objects",       device + kVirtual},
+            {"virtual_two_lines",     device + kVirtual + second(1) + kVirtual},
+            {"virtual_compact",       device + kVirtual + "compact_array_description=1"},
+            {"virtual_strings_alone", device + "2400:0 VS ro 3 -\n2401:0 DOMAIN rw 3 -"},
+            {"virtual_all",           "1000:0 U32 ro 3 0\n1001:0 U8 ro 3 0"},
+            {"every_switch",          all + kSwitches},
+            {"every_switch_fd",       all + kCanFd + kSwitches},
+            {"two_lines_switches",    all + kCanFd + second(1) + "line 0" + kSwitches},
+            {"other_number",          "line 5" + device + kPdos + kUds},
+            {"routed_gap",            several + kShared + second(3) + kRouting},
+            {"shared_runs",           device + second(1) + kSharedRuns},
+            {"odd_objects",           device + kOdd},
+            {"odd_values",            device + kOddValues},
+        };
+        // clang-format on
+        for (const auto &project : projects) {
+            QTest::addRow("%s_classic", project.first) << project.second << false;
+            QTest::addRow("%s_v4", project.first) << project.second << true;
+        }
+    }
+
+    void means()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, isV4);
+        store = makeStore();
+        if (text.startsWith("line 5")) {
+            store->addNode(5, Node());
+            store->delNode(0);
+        } else {
+            buildProject(*store, "line 0");
+        }
+        buildProject(*store, text);
+        if (isV4)
+            store->setGeneralSettingsValue("use_core_headers", "V4");
+        checkProject();
+    }
+
+    void pump_data()
+    {
+        QTest::addColumn<bool>("isV4");
+        QTest::addRow("classic") << false;
+        QTest::addRow("v4") << true;
+    }
+
+    void pump()
+    {
+        QFETCH(bool, isV4);
+        store = std::make_unique<ObjectDataBase>();
+        QVERIFY(store->openDataBase(TESSARINE_EXAMPLES "/pump/pump.tsrt"));
+        if (isV4)
+            store->setGeneralSettingsValue("use_core_headers", "V4");
+        checkProject();
+        QVERIFY(!rowsOf(output, {"folded 0 "}).contains("folded 0 0"));
+    }
+
+    /// The object dictionary of a J1939 device, without the other CANopen services.
+    void sdoServer_data()
+    {
+        columns<QString>("text");
+        QTest::addRow("one_line") << QString();
+        QTest::addRow("two_lines") << QString(kSecondLine).replace("%1", "1");
+        QTest::addRow("virtual") << QString(kVirtual) + QString(kSecondLine).replace("%1", "1");
+    }
+
+    void sdoServer()
+    {
+        QFETCH(QString, text);
+        store = makeStore();
+        buildProject(*store, QStringLiteral("line 0\n") + kDevice + text + kIndicationSettings);
+        const Expectation expected(*store);
+        build(expected, true);
+        SAME_ROWS(dictionaryRows(), expected.dictionary());
+    }
+
+private:
+    /// Generates, compiles and runs; a fault of any of these fails the test.
+    void build(const Expectation &expected, bool sdoServer)
+    {
+        output.clear();
+        const bool isV4 = store->getGeneralSettingsValue("use_core_headers") == "V4";
+        Application(*store, expected).write(folder->path());
+        for (const quint8 line : store->getNodes())
+            store->cacheAllSubs(line, 0);
+        generateAll(*store, folder->path(), sdoServer);
+        QStringList files = QDir(folder->path()).entryList({"*.c"});
+        for (const char *part : {"main.c", "recorder.c", "walk.c"})
+            files << QStringLiteral(TEST_STACK "/%1").arg(part);
+        const RunResult compiled =
+            run(TEST_C_COMPILER, compilerFlags(expected, isV4, sdoServer) + files + QStringList{"-o", "device"},
+                folder->path());
+        QVERIFY2(compiled.exitCode == 0, qPrintable(compiled.output.left(4000)));
+        const RunResult device = run(folder->filePath("device"), {}, folder->path());
+        QVERIFY2(device.exitCode == 0, qPrintable(device.output.right(4000)));
+        output = device.output;
+    }
+
+    void checkProject()
+    {
+        const Expectation expected(*store);
+        build(expected, false);
+        if (QTest::currentTestFailed())
+            return;
+        SAME_ROWS(dictionaryRows(), expected.dictionary());
+        SAME_ROWS(rowsOf(output, {"indication"}), expected.indications());
+        SAME_ROWS(rowsOf(output, {"rows beyond", "  row ", "COBs"}), QStringList());
+        for (const QString &row : rowsOf(output, {"lost failure"}))
+            QVERIFY2(row.endsWith("coLedInit") || row.endsWith("coIdNegoInit") || row.endsWith("coOdInitOdPtr"),
+                     qPrintable(row)); // these have no result
+        SAME_ROWS(rowsOf(section(output, "overwrite\n"), {"call coOdSetCobid"}), expected.cobIds());
+        SAME_ROWS(rowsOf(output, {"virtual"}), expected.virtualObjects());
+        SAME_ROWS(rowsOf(output, {"srdo"}), expected.safety());
+        SAME_ROWS(rowsOf(output, {"string"}), expected.stringDefaults());
+        const bool hasVariants = expected.choosesMaster() || expected.isSet("canfd_supported");
+        for (int variant = hasVariants ? 0 : 1; variant <= 1; ++variant) {
+            const QString start = section(output, QStringLiteral("start %1\n").arg(variant));
+            SAME_ROWS(rowsOf(start, {"call", "  map", "  session", "  security"}), expected.start(variant));
+            for (const QString &row : expected.counts())
+                QVERIFY2(start.split('\n').contains(row), qPrintable(row + "\n" + start.left(1500)));
+        }
+    }
+
+    QStringList dictionaryRows() const { return rowsOf(output, {"object", "sub"}); }
+
+    StoreFixture fixture;
+    std::unique_ptr<ObjectDataBase> store;
+    std::unique_ptr<QTemporaryDir> folder;
+    QString output;
+};
+
+QTEST_GUILESS_MAIN(tst_GeneratedC)
+#include "tst_generatedc.moc"
