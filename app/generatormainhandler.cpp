@@ -13,6 +13,7 @@
 #include "support/numbers.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 
@@ -157,8 +158,13 @@ void GeneratorMainHandler::generateOutput(bool ignoreCheckErrors)
 {
     const ProjectFacts facts = readProjectFacts(*database);
     dropDeclaredGroups(facts);
+    QElapsedTimer timer;
+    timer.start();
     fillCaches(facts);
-    if (!checkModel(facts, ignoreCheckErrors)) {
+    qCDebug(lcApp) << "reading took" << timer.restart() << "ms";
+    const bool isSound = checkModel(facts, ignoreCheckErrors);
+    qCDebug(lcApp) << "check took" << timer.elapsed() << "ms";
+    if (!isSound) {
         emit finished(GeneratorResult::GenerationCheckFailed);
         return;
     }
@@ -310,10 +316,13 @@ void GeneratorMainHandler::runGenerator(AbstractGenerator &generator, quint8 lin
     }
     connect(&generator, &AbstractGenerator::progress, this,
             &GeneratorMainHandler::generatorProgress);
+    QElapsedTimer timer;
+    timer.start();
     generator.startGeneration();
     if (!started.isEmpty())
         outputHandler->printLine(started);
     generator.wait();
+    qCDebug(lcApp) << generator.objectName() << "took" << timer.elapsed() << "ms";
     // Its last signal must reach generatorProgress() while the generator, its sender, lives.
     QCoreApplication::processEvents();
     const QString remark = generator.closingRemark();

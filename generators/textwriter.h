@@ -1,8 +1,11 @@
 // The text format of generated files: encoding and line ends. Knows no setting and no record.
 #pragma once
 
-#include <QTextStream>
+#include <QByteArray>
+#include <QString>
 #include <QVector>
+
+class QIODevice;
 
 /// Writes one file in UTF-8. Lives as long as the sections of the file are written; the device
 /// belongs to the caller and outlives the writer.
@@ -10,11 +13,21 @@ class TextWriter
 {
 public:
     explicit TextWriter(QIODevice *device);
+    ~TextWriter();
+    TextWriter(const TextWriter &) = delete;
+    TextWriter &operator=(const TextWriter &) = delete;
 
     /// \a text as it stands; whoever wants a line end gives "\n".
-    void raw(const QString &text) { stream << text; }
-    void raw(const char *utf8) { stream << QString::fromUtf8(utf8); }
-    void raw(quint32 number) { stream << number; }
+    void raw(const QString &text);
+    void raw(const char *utf8);
+    void raw(quint32 number);
+
+    /// Several texts and numbers, one behind the other.
+    template <typename... Parts>
+    void parts(const Parts &...list)
+    {
+        (raw(list), ...);
+    }
 
     /// A C define with a number. \a start is all of the line before it, since the gap behind a name
     /// is part of the format: define("#define LAMP_CNT\t", 5) is "#define LAMP_CNT\t5u\n".
@@ -23,9 +36,15 @@ public:
     /// The same with one number a line of the device: "#define LAMP_COUNTS\t5u, 7u\n".
     void defineList(const char *start, const QVector<quint32> &perLine);
 
-    /// Hands all text to the device. False if any of it, early or late, could not be written.
+    /// Hands all text to the device; so does the end of the writer. False if any of it, early or
+    /// late, could not be written.
     bool finish();
 
 private:
-    QTextStream stream;
+    void flush();
+    void flushIfFull();
+
+    QIODevice *device;
+    QByteArray buffer;
+    bool failed = false;
 };

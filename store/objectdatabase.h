@@ -13,6 +13,7 @@
 #include <QVariant>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -156,6 +157,11 @@ public:
     bool existSubIndexName(quint8 line, const QString &text) const;
     /// Ascending, from \a minSub up.
     QList<quint8> getSubIndices(quint8 line, quint16 index, quint8 minSub) const;
+    /// Calls \a visit for these subindices, in this order. The record lives for the call only, and
+    /// the store may not be written meanwhile. The fast way through a cached line: nothing is
+    /// copied.
+    using SubVisitor = std::function<void(quint8 sub, const SUBINDEX_DATA_T &data)>;
+    void visitSubIndices(quint8 line, quint16 index, quint8 minSub, const SubVisitor &visit) const;
     QList<quint8> getSubIndicesMappable(quint8 line, quint16 index, quint8 minSub) const;
     /// The first free number that follows an existing subindex; 0xFFFFFFFF if there is none.
     quint32 getNextFreeSubIndex(quint8 line, quint16 index, quint8 start) const;

@@ -24,6 +24,37 @@ QString searchableColumn(const QString &column)
     return isNumber ? QString::number(number) : QString();
 }
 
+/// The searches that generators make, as tests of a record: by implementation, and for all
+/// subindices, which callers write as "1" = "1".
+using SubTest = bool (*)(const SubIndexData &);
+
+std::optional<SubTest> cachedTest(const QString &column, const QString &value)
+{
+    const QLatin1String implementation("implementation");
+    if (column == QLatin1String("1") && value == QLatin1String("1"))
+        return [](const SubIndexData &) { return true; };
+    if (column == implementation && value == QLatin1String("0"))
+        return [](const SubIndexData &data) { return data.implementation == 0; };
+    if (column == implementation && value == QLatin1String("2"))
+        return [](const SubIndexData &data) { return data.implementation == 2; };
+    return std::nullopt;
+}
+
+/// Ascending; without subindices that have no object.
+QList<SubAddressData> cachedAddresses(const LineCache &cache, SubTest test)
+{
+    QList<SubAddressData> result;
+    auto object = cache.objects.constBegin();
+    for (auto sub = cache.subs.constBegin(); sub != cache.subs.constEnd(); ++sub) {
+        const auto index = static_cast<quint16>(sub.key() >> 8);
+        while (object != cache.objects.constEnd() && object.key() < index)
+            ++object;
+        if (object != cache.objects.constEnd() && object.key() == index && test(*sub))
+            result << SubAddressData{index, static_cast<quint8>(sub.key())};
+    }
+    return result;
+}
+
 } // namespace
 
 template <auto Member>
@@ -343,6 +374,23 @@ QList<quint8> ObjectDataBase::getSubIndices(quint8 line, quint16 index, quint8 m
     return selectSubs(line, index, minSub, false);
 }
 
+void ObjectDataBase::visitSubIndices(quint8 line, quint16 index, quint8 minSub,
+                                     const SubVisitor &visit) const
+{
+    if (const LineCache *cache = d->completeCache(line)) {
+        for (auto it = cache->subs.lowerBound(StorePrivate::subKey(index, minSub));
+             it != cache->subs.constEnd() && it.key() >> 8 == index; ++it)
+            visit(static_cast<quint8>(it.key()), *it);
+        return;
+    }
+    const QList<quint8> subs = getSubIndices(line, index, minSub);
+    for (const quint8 sub : subs) {
+        SUBINDEX_DATA_T data;
+        if (getSubIndexData(line, index, sub, data))
+            visit(sub, data);
+    }
+}
+
 QList<quint8> ObjectDataBase::getSubIndicesMappable(quint8 line, quint16 index, quint8 minSub) const
 {
     return selectSubs(line, index, minSub, true);
@@ -400,6 +448,10 @@ QList<SubAddressData> ObjectDataBase::getMappableSubs(quint8 line, quint16 dataT
 QList<SubAddressData> ObjectDataBase::getSubsByProperty(quint8 line, const QString &column,
                                                         const QString &value) const
 {
+    if (const LineCache *cache = d->completeCache(line)) {
+        if (const auto test = cachedTest(column, value))
+            return cachedAddresses(*cache, *test);
+    }
     const QString property = searchableColumn(column);
     if (property.isEmpty()) {
         qCDebug(lcStore) << "no such property" << column;

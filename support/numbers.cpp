@@ -37,3 +37,17 @@ qint64 Numbers::toLongLongByPrefix(const QString &text, bool *ok)
 {
     return text.toLongLong(ok, baseOf(text));
 }
+
+// QString::arg() would do, but it looks for a locale and a place each time, and generated files
+// hold several numbers a line.
+QString Numbers::toHex(quint64 number, int digits)
+{
+    constexpr int kMostDigits = 16;
+    QChar text[kMostDigits];
+    int start = kMostDigits;
+    while (number != 0 || (start > kMostDigits - digits && start > 0)) {
+        text[--start] = QLatin1Char("0123456789abcdef"[number & 0xF]);
+        number >>= 4;
+    }
+    return QString(text + start, kMostDigits - start);
+}

@@ -17,4 +17,7 @@ quint32 toUIntByPrefix(const QString &text, bool *ok = nullptr);
 quint64 toULongLongByPrefix(const QString &text, bool *ok = nullptr);
 qint64 toLongLongByPrefix(const QString &text, bool *ok = nullptr);
 
+/// At least \a digits digits, in lower case and without a prefix.
+QString toHex(quint64 number, int digits);
+
 } // namespace Numbers

@@ -4,6 +4,7 @@
 #include "generators/textwriter.h"
 #include "support/cohelper.h"
 #include "support/logging.h"
+#include "support/numbers.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -18,23 +19,26 @@ struct SubFacts {
     quint8 line = 0;
     quint16 index = 0;
     quint8 sub = 0;
+    bool withDescription = true;
     ObjectDataBase::INDEX_DATA_T object;
-    ObjectDataBase::SUBINDEX_DATA_T data;
+    const ObjectDataBase::SUBINDEX_DATA_T *data = nullptr; ///< none in the row of an object
 };
 
 /// An integer without limits. Empty cells would be read as the limits of its type, unless they are
 /// in quotes.
 bool isWithoutLimits(const ObjectDataBase::SUBINDEX_DATA_T &data)
 {
+    if (!data.lowLimit.isEmpty() || !data.upLimit.isEmpty())
+        return false;
     QString low;
     QString high;
     COHelper::getDefaultLimits(static_cast<CAN::CANopenDataType>(data.dataType), low, high);
-    return data.lowLimit.isEmpty() && data.upLimit.isEmpty() && !low.isEmpty();
+    return !low.isEmpty();
 }
 
 QString hex(quint32 number, int digits)
 {
-    return QStringLiteral("0x%1").arg(number, digits, 16, QLatin1Char('0'));
+    return QStringLiteral("0x") + Numbers::toHex(number, digits);
 }
 
 QString yesNo(bool isYes)
@@ -76,26 +80,26 @@ constexpr ColumnRow kColumns[] = { // row order is column order
              [](const SubFacts &f) { return QString::number(f.line); }},
     {"objectcode", [](const SubFacts &f) { return COHelper::objectCode2String(f.object.objectCode); },
                    [](const SubFacts &f) { return COHelper::objectCode2String(f.object.objectCode); }},
-    {"edsname", [](const SubFacts &f) { return f.data.name; },
+    {"edsname", [](const SubFacts &f) { return f.data->name; },
                 [](const SubFacts &f) { return f.object.name; }},
-    {"datatype", [](const SubFacts &f) { return typeWord(f.data.dataType); },
+    {"datatype", [](const SubFacts &f) { return typeWord(f.data->dataType); },
                  [](const SubFacts &f) { return typeWord(f.object.dataType); }},
-    {"access", [](const SubFacts &f) { return f.data.accessType; }},
-    {"mapable", [](const SubFacts &f) { return COHelper::pdoMapping2String(f.data.pdoMapping); }},
-    {"value", [](const SubFacts &f) { return f.data.defaultValue; }},
-    {"hasdefault", [](const SubFacts &f) { return QString::number(f.data.defaultInEds ? 1 : 0); }},
-    {"defaultineds", [](const SubFacts &f) { return QString::number(f.data.writeDefaultToEds); }},
-    {"haslimit", [](const SubFacts &f) { return yesNo(f.data.limitInEds); }},
-    {"lowlimit", [](const SubFacts &f) { return f.data.lowLimit; }, nullptr, false, true},
-    {"uplimit", [](const SubFacts &f) { return f.data.upLimit; }, nullptr, false, true},
-    {"size", [](const SubFacts &f) { return QString::number(f.data.size); }},
-    {"implementation", [](const SubFacts &f) { return COHelper::implementation2Word(f.data.implementation); }},
-    {"varname", [](const SubFacts &f) { return f.data.varName; }},
-    {"nvstorage", [](const SubFacts &f) { return yesNo(f.data.nvStorage); }},
-    {"description", [](const SubFacts &f) { return f.data.description; },
-                    [](const SubFacts &f) { return f.object.description; }},
-    {"denotation", [](const SubFacts &f) { return f.data.denotation; }, nullptr, true},
-    {"metadata", [](const SubFacts &f) { return metadataText(f.data.metadata); },
+    {"access", [](const SubFacts &f) { return f.data->accessType; }},
+    {"mapable", [](const SubFacts &f) { return COHelper::pdoMapping2String(f.data->pdoMapping); }},
+    {"value", [](const SubFacts &f) { return f.data->defaultValue; }},
+    {"hasdefault", [](const SubFacts &f) { return QString::number(f.data->defaultInEds ? 1 : 0); }},
+    {"defaultineds", [](const SubFacts &f) { return QString::number(f.data->writeDefaultToEds); }},
+    {"haslimit", [](const SubFacts &f) { return yesNo(f.data->limitInEds); }},
+    {"lowlimit", [](const SubFacts &f) { return f.data->lowLimit; }, nullptr, false, true},
+    {"uplimit", [](const SubFacts &f) { return f.data->upLimit; }, nullptr, false, true},
+    {"size", [](const SubFacts &f) { return QString::number(f.data->size); }},
+    {"implementation", [](const SubFacts &f) { return COHelper::implementation2Word(f.data->implementation); }},
+    {"varname", [](const SubFacts &f) { return f.data->varName; }},
+    {"nvstorage", [](const SubFacts &f) { return yesNo(f.data->nvStorage); }},
+    {"description", [](const SubFacts &f) { return f.withDescription ? f.data->description : QString(); },
+                    [](const SubFacts &f) { return f.withDescription ? f.object.description : QString(); }},
+    {"denotation", [](const SubFacts &f) { return f.data->denotation; }, nullptr, true},
+    {"metadata", [](const SubFacts &f) { return metadataText(f.data->metadata); },
                  [](const SubFacts &f) { return metadataText(f.object.metadata); }, true},
 };
 // clang-format on
@@ -104,12 +108,15 @@ constexpr ColumnRow kColumns[] = { // row order is column order
 template <typename FieldOf>
 void writeRow(TextWriter &out, const CsvLayout &layout, FieldOf fieldOf)
 {
-    QStringList fields;
+    const char *separator = "";
     for (const ColumnRow &column : kColumns) {
-        if (layout.isGroupedTable || !column.isOfGroupedTable)
-            fields << fieldOf(column);
+        if (!layout.isGroupedTable && column.isOfGroupedTable)
+            continue;
+        out.raw(separator);
+        out.raw(fieldOf(column));
+        separator = ";";
     }
-    out.raw(fields.join(QLatin1Char(';')) + QLatin1Char('\n'));
+    out.raw("\n");
 }
 
 } // namespace
@@ -137,27 +144,22 @@ void CsvTable::writeObject(TextWriter &out, const CsvLayout &layout, const Objec
     SubFacts facts;
     facts.line = line;
     facts.index = index;
+    facts.withDescription = layout.withDescription;
     if (!store.getIndexData(line, index, facts.object))
         return;
-    if (!layout.withDescription)
-        facts.object.description.clear();
     if (layout.isGroupedTable) {
         writeRow(out, layout, [&facts](const ColumnRow &column) {
             return column.ofObject ? CsvTable::field(column.ofObject(facts)) : QString();
         });
     }
-    const QList<quint8> subs = store.getSubIndices(line, index, 0);
-    for (const quint8 sub : subs) {
+    store.visitSubIndices(line, index, 0, [&](quint8 sub, const SubIndexData &data) {
         facts.sub = sub;
-        if (!store.getSubIndexData(line, index, sub, facts.data))
-            continue;
-        if (!layout.withDescription)
-            facts.data.description.clear();
-        const bool withoutLimits = isWithoutLimits(facts.data);
+        facts.data = &data;
+        const bool withoutLimits = isWithoutLimits(data);
         writeRow(out, layout, [&](const ColumnRow &column) {
             return CsvTable::field(column.ofSub(facts), column.isLimit && withoutLimits);
         });
-    }
+    });
 }
 
 CsvTableGenerator::CsvTableGenerator(const QString &name, const CsvLayout &tableLayout)

@@ -184,12 +184,13 @@ void EdsSections::writeAdditionalSections(const Context &context)
 
 QString EdsSections::hex4(quint16 index)
 {
-    return QStringLiteral("%1").arg(index, 4, 16, QLatin1Char('0'));
+    return Numbers::toHex(index, 4);
 }
 
 QString EdsSections::oneLine(const QString &text)
 {
-    return textLines(text).join(QLatin1Char(' '));
+    const bool isOneLine = !text.contains(QLatin1Char('\n')) && !text.contains(QLatin1Char('\r'));
+    return isOneLine ? text : textLines(text).join(QLatin1Char(' '));
 }
 
 QStringList EdsSections::textLines(const QString &text)

@@ -63,7 +63,7 @@ void writeDescription(TextWriter &out, const QString &description)
 void writeName(TextWriter &out, const QString &name, quint16 index, quint8 subIndex)
 {
     const QString filled = Helper::substituteVariables(name, index, subIndex);
-    out.raw(QStringLiteral("ParameterName=%1\n").arg(EdsSections::oneLine(filled)));
+    out.parts("ParameterName=", EdsSections::oneLine(filled), "\n");
 }
 
 quint16 describedType(const SubData &data)
@@ -84,8 +84,7 @@ void writeSubIndex(const Context &context, quint16 index, quint8 subIndex, quint
 {
     SubData data;
     (void)context.store.getSubIndexData(context.line, index, subIndex, data); // or the defaults
-    context.out.raw(QStringLiteral("\n[%1sub%2]\n")
-                        .arg(EdsSections::hex4(index), QString::number(subIndex, 16)));
+    context.out.parts("\n[", EdsSections::hex4(index), "sub", Numbers::toHex(subIndex, 1), "]\n");
     writeName(context.out, data.name, index, subIndex);
     context.out.raw("ObjectType=7\n");
     // An object of which a variant leaves out the end still tells its own highest subindex.
@@ -99,7 +98,7 @@ void writeMembers(const Context &context, quint16 index, const QString &descript
     const QList<quint8> subIndices =
         reduceSubList(context.store, context.line, index,
                       context.store.getSubIndices(context.line, index, 0), context.define);
-    context.out.raw(QStringLiteral("SubNumber=%1\n").arg(subIndices.size()));
+    context.out.parts("SubNumber=", subIndices.size(), "\n");
     writeDescription(context.out, description);
     for (const quint8 subIndex : subIndices)
         writeSubIndex(context, index, subIndex, subIndices.last());
@@ -121,7 +120,7 @@ void describeClassical1000(const Context &context)
 
 void writeContent(const Context &context, quint16 index, const ObjectDataBase::INDEX_DATA_T &object)
 {
-    context.out.raw(QStringLiteral("ObjectType=%1\n").arg(static_cast<int>(object.objectCode)));
+    context.out.parts("ObjectType=", static_cast<int>(object.objectCode), "\n");
     switch (object.objectCode) {
     case CANopen::ObjectCode::Array:
     case CANopen::ObjectCode::Record:
@@ -158,7 +157,7 @@ void EdsSections::generateIndexSection(const Context &context, quint16 index)
 {
     ObjectDataBase::INDEX_DATA_T object;
     (void)context.store.getIndexData(context.line, index, object); // or the defaults
-    context.out.raw(QStringLiteral("[%1]\n").arg(hex4(index)));
+    context.out.parts("[", hex4(index), "]\n");
     writeName(context.out, object.name, index, 0);
     if (!context.canFd && index == 0x1000 && object.objectCode == CANopen::ObjectCode::Array)
         describeClassical1000(context);
@@ -169,18 +168,18 @@ void EdsSections::generateIndexSection(const Context &context, quint16 index)
 
 void EdsSections::generateSubInfo(TextWriter &out, const SubData &data)
 {
-    out.raw(QStringLiteral("DataType=%1\n").arg(describedType(data)));
-    out.raw(QStringLiteral("AccessType=%1\n").arg(oneLine(data.accessType)));
-    out.raw(QStringLiteral("PDOMapping=%1\n").arg(data.pdoMapping.toBinary()));
+    out.parts("DataType=", describedType(data), "\n");
+    out.parts("AccessType=", oneLine(data.accessType), "\n");
+    out.parts("PDOMapping=", data.pdoMapping.toBinary(), "\n");
     if (isDefaultDescribed(data))
-        out.raw(QStringLiteral("DefaultValue=%1\n").arg(describedDefault(data.defaultValue)));
+        out.parts("DefaultValue=", describedDefault(data.defaultValue), "\n");
     if (data.limitInEds) {
-        out.raw(QStringLiteral("LowLimit=%1\n").arg(oneLine(data.lowLimit)));
-        out.raw(QStringLiteral("HighLimit=%1\n").arg(oneLine(data.upLimit)));
+        out.parts("LowLimit=", oneLine(data.lowLimit), "\n");
+        out.parts("HighLimit=", oneLine(data.upLimit), "\n");
     }
     if (data.refuseRead || data.refuseWrite) {
         const int flags = (data.refuseWrite ? 1 : 0) | (data.refuseRead ? 2 : 0);
-        out.raw(QStringLiteral("ObjFlags=%1\n").arg(flags));
+        out.parts("ObjFlags=", flags, "\n");
     }
     writeDescription(out, data.description);
 }

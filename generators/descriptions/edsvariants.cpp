@@ -35,12 +35,8 @@ public:
     }
     void addSubIndices(const ObjectDataBase &store, quint8 line, quint16 index)
     {
-        const QList<quint8> subIndices = store.getSubIndices(line, index, 0);
-        for (const quint8 subIndex : subIndices) {
-            ObjectDataBase::SUBINDEX_DATA_T data;
-            if (store.getSubIndexData(line, index, subIndex, data))
-                add(data.metadata);
-        }
+        store.visitSubIndices(line, index, 0,
+                              [this](quint8, const SubIndexData &data) { add(data.metadata); });
     }
 
     QStringList defines;

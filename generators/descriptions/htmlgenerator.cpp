@@ -7,6 +7,7 @@
 #include "support/cohelper.h"
 #include "support/helper.h"
 #include "support/logging.h"
+#include "support/numbers.h"
 
 #include <QFile>
 #include <QThread>
@@ -43,7 +44,7 @@ struct SubFacts {
     quint16 index;
     quint8 subIndex;
     bool implementationInfo;
-    ObjectDataBase::SUBINDEX_DATA_T data;
+    const ObjectDataBase::SUBINDEX_DATA_T &data;
 };
 
 QString filled(const SubFacts &facts, const QString &text)
@@ -110,7 +111,7 @@ constexpr SubRow kSubRows[] = {                 // row order is file order
 
 QString hexIndex(quint16 index)
 {
-    return QStringLiteral("0x%1").arg(index, 4, 16, QLatin1Char('0'));
+    return QStringLiteral("0x") + Numbers::toHex(index, 4);
 }
 
 QString objectName(quint16 index, const QString &name)
@@ -145,6 +146,19 @@ void writeGap(TextWriter &out)
 {
     out.raw("<br />\n");
     out.raw("<br />\n");
+}
+
+void describeSubIndex(const HtmlDoc::Context &context, const SubFacts &facts)
+{
+    context.out.raw("  <table border=\"1\">\n");
+    context.page.row("    <td style=\"font-weight:bold\">Sub </td>\n",
+                     QStringLiteral("0x") + Numbers::toHex(facts.subIndex, 2),
+                     "    <td style=\"font-weight:bold\">");
+    for (const SubRow &row : kSubRows) {
+        if (row.when(facts))
+            context.page.row(row.labelCell, row.value(facts));
+    }
+    context.out.raw("  </table>\n");
 }
 
 } // namespace
@@ -235,29 +249,13 @@ void HtmlDoc::describeIndex(const Context &context, quint16 index)
     if (!data.description.isEmpty())
         context.page.row("    <td>Description</td>\n", HtmlText::stringConvert(data.description));
     out.raw("  </table>\n");
-    const QList<quint8> subIndices = context.store.getSubIndices(context.line, index, 0);
-    for (const quint8 subIndex : subIndices) {
+    const auto describe = [&](quint8 subIndex, const ObjectDataBase::SUBINDEX_DATA_T &sub) {
         out.raw(" <br/>\n");
-        describeSubIndex(context, index, subIndex);
-    }
+        describeSubIndex(context, {index, subIndex, context.implementationInfo, sub});
+    };
+    context.store.visitSubIndices(context.line, index, 0, describe);
     out.raw(" </p>\n");
     out.raw("  <hr />\n");
-}
-
-void HtmlDoc::describeSubIndex(const Context &context, quint16 index, quint8 subIndex)
-{
-    SubFacts facts{index, subIndex, context.implementationInfo, {}};
-    if (!context.store.getSubIndexData(context.line, index, subIndex, facts.data))
-        return;
-    context.out.raw("  <table border=\"1\">\n");
-    context.page.row("    <td style=\"font-weight:bold\">Sub </td>\n",
-                     QStringLiteral("0x%1").arg(subIndex, 2, 16, QLatin1Char('0')),
-                     "    <td style=\"font-weight:bold\">");
-    for (const SubRow &row : kSubRows) {
-        if (row.when(facts))
-            context.page.row(row.labelCell, row.value(facts));
-    }
-    context.out.raw("  </table>\n");
 }
 
 HTMLGenerator::HTMLGenerator() : AbstractGenerator(QStringLiteral("HTML documentation")) {}

@@ -56,6 +56,5 @@ void writeCommentTable(const Context &context);
 void writeTitleTable(const Context &context, const QString &projectName);
 void createTOC(const Context &context, quint16 index, TocGaps &gaps);
 void describeIndex(const Context &context, quint16 index);
-void describeSubIndex(const Context &context, quint16 index, quint8 subIndex);
 
 } // namespace HtmlDoc

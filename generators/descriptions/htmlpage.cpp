@@ -124,6 +124,8 @@ QString HtmlText::escaped(const QString &text)
 {
     // Deliberate: no more than that, so that "A & B" stands in the file as it stands in the
     // project; held by tst_htmlgenerator.
+    if (!text.contains(QLatin1Char('<')) && !text.contains(QLatin1Char('&')))
+        return text;
     static const QRegularExpression tag(QStringLiteral("<(?=[A-Za-z/!?])"));
     static const QRegularExpression reference(QStringLiteral("&(?=[A-Za-z#])"));
     return QString(text)

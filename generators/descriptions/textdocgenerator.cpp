@@ -5,6 +5,7 @@
 #include "support/cohelper.h"
 #include "support/helper.h"
 #include "support/logging.h"
+#include "support/numbers.h"
 
 #include <QFile>
 #include <QThread>
@@ -23,31 +24,27 @@ void documentIndex(TextWriter &out, const ObjectDataBase &store, quint8 line, qu
     ObjectDataBase::INDEX_DATA_T data;
     if (!store.getIndexData(line, index, data))
         return;
-    out.raw(QStringLiteral("\nIndex:       0x%1 - ").arg(index, 4, 16, QLatin1Char('0')));
-    out.raw(Helper::substituteVariables(data.name, index, 0) + QLatin1Char('\n'));
-    out.raw(QStringLiteral("DataType:    %1\n").arg(COHelper::index2DataTypeString(data.dataType)));
-    out.raw(QStringLiteral("ObjectCode:  %1\n").arg(COHelper::objectCode2String(data.objectCode)));
+    out.parts("\nIndex:       0x", Numbers::toHex(index, 4), " - ",
+              Helper::substituteVariables(data.name, index, 0), "\n");
+    out.parts("DataType:    ", COHelper::index2DataTypeString(data.dataType), "\n");
+    out.parts("ObjectCode:  ", COHelper::objectCode2String(data.objectCode), "\n");
     if (!data.description.isEmpty())
-        out.raw(QStringLiteral("Description: %1\n").arg(data.description));
+        out.parts("Description: ", data.description, "\n");
 }
 
-void documentSubIndex(TextWriter &out, const ObjectDataBase &store, quint8 line, quint16 index,
-                      quint8 subIndex)
+void documentSubIndex(TextWriter &out, quint16 index, quint8 subIndex,
+                      const ObjectDataBase::SUBINDEX_DATA_T &data)
 {
-    ObjectDataBase::SUBINDEX_DATA_T data;
-    if (!store.getSubIndexData(line, index, subIndex, data))
-        return;
-    out.raw(QStringLiteral("  Sub:          0x%1 - ").arg(subIndex, 2, 16, QLatin1Char('0')));
-    out.raw(Helper::substituteVariables(data.name, index, subIndex) + QLatin1Char('\n'));
-    out.raw(
-        QStringLiteral("  DataType:     %1\n").arg(COHelper::index2DataTypeString(data.dataType)));
+    out.parts("  Sub:          0x", Numbers::toHex(subIndex, 2), " - ",
+              Helper::substituteVariables(data.name, index, subIndex), "\n");
+    out.parts("  DataType:     ", COHelper::index2DataTypeString(data.dataType), "\n");
     if (!data.defaultValue.isEmpty())
-        out.raw(QStringLiteral("  DefaultValue: %1\n").arg(data.defaultValue));
-    out.raw(QStringLiteral("  AccessType:   %1\n").arg(data.accessType));
-    out.raw(QStringLiteral("  PDOMapping:   %1\n").arg(data.pdoMapping.toUInt()));
+        out.parts("  DefaultValue: ", data.defaultValue, "\n");
+    out.parts("  AccessType:   ", data.accessType, "\n");
+    out.parts("  PDOMapping:   ", data.pdoMapping.toUInt(), "\n");
     // Deliberate: one column short of the labels above, held by tst_textdocgenerator.
     if (!data.description.isEmpty())
-        out.raw(QStringLiteral("  Description: %1\n").arg(data.description));
+        out.parts("  Description: ", data.description, "\n");
 }
 
 } // namespace TextDoc
@@ -83,9 +80,9 @@ void TextDocGenerator::doJob()
             break;
         }
         TextDoc::documentIndex(out, *database, activeLine, index);
-        const QList<quint8> subIndices = database->getSubIndices(activeLine, index, 0);
-        for (const quint8 subIndex : subIndices)
-            TextDoc::documentSubIndex(out, *database, activeLine, index, subIndex);
+        database->visitSubIndices(activeLine, index, 0, [&](quint8 sub, const SubIndexData &data) {
+            TextDoc::documentSubIndex(out, index, sub, data);
+        });
         QThread::yieldCurrentThread();
     }
     closeOutputFile(out, file);

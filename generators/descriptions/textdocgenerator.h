@@ -27,7 +27,7 @@ namespace TextDoc
 
 void writeTitle(TextWriter &out, const QString &projectName);
 void documentIndex(TextWriter &out, const ObjectDataBase &store, quint8 line, quint16 index);
-void documentSubIndex(TextWriter &out, const ObjectDataBase &store, quint8 line, quint16 index,
-                      quint8 subIndex);
+void documentSubIndex(TextWriter &out, quint16 index, quint8 subIndex,
+                      const ObjectDataBase::SUBINDEX_DATA_T &data);
 
 } // namespace TextDoc
