@@ -354,7 +354,7 @@ QString Expectation::subRow(const Place &place) const
                .arg(place.index, 4, 16, QLatin1Char('0'))
                .arg(place.sub)
                .arg(type, storage) +
-           attributes(sub, number("limit_check") > 0) + valueText(place, sub, storage) + boundsText(sub);
+           attributes(sub, numberOf(store.getGeneralSettingsValue("limit_check")) > 0) + valueText(place, sub, storage) + boundsText(sub);
 }
 
 QString Expectation::valueText(const Place &place, const SubIndexData &sub, const QString &storage) const
@@ -406,7 +406,7 @@ QString Expectation::boundsText(const SubIndexData &sub) const
     QString text;
     if (hasArray(sub.dataType))
         text = QStringLiteral(" default=") + numberText(sub.dataType, withoutNodeId(sub.defaultValue));
-    if (number("limit_check") > 0 && sub.limitInEds && hasLimits(sub.dataType) && isWritten(sub))
+    if (numberOf(store.getGeneralSettingsValue("limit_check")) > 0 && sub.limitInEds && hasLimits(sub.dataType) && isWritten(sub))
         text += QStringLiteral(" limits=%1..%2")
                     .arg(numberText(sub.dataType, sub.lowLimit), numberText(sub.dataType, sub.upLimit));
     return text;
@@ -472,7 +472,37 @@ QStringList Expectation::counts() const
             numbers << static_cast<quint32>(row.count(*this, line));
         texts << QStringLiteral("  %1 %2").arg(QLatin1String(row.name), joinNumbers(numbers));
     }
+    return texts + commonCounts();
+}
+
+/// What all protocols share, and the diagnostic services.
+QStringList Expectation::commonCounts() const
+{
+    static const QMap<int, quint32> protocols = {{1, 1}, {2, 2}, {4, 4}, {5, 3}};
+    const bool hasUds = number("udsserver_supported") == 1 || number("udsclient_supported") == 1;
+    QVector<quint32> types, received, sent, clients;
+    for (const quint8 line : lines) {
+        const int type = store.getGeneralSettingsValue(QStringLiteral("line%1type").arg(line)).toInt();
+        types << (protocols.value(type) | (hasUds ? 8 : 0));
+        received << qMax(bufferCount("receivebuffersize", line), 0);
+        sent << qMax(bufferCount("transmitbuffersize", line), 0);
+        clients << (number("udsclient_supported") == 1 ? number("uds_client_cnt", line) : 0);
+    }
+    QStringList texts;
+    if (number("new_init_structure") == 1)
+        texts << "  protocols " + joinNumbers(types) << "  receiveBuffers " + joinNumbers(received)
+              << "  transmitBuffers " + joinNumbers(sent);
+    if (hasUds)
+        texts << "  clientCounts " + joinNumbers(clients);
     return texts;
+}
+
+int Expectation::bufferCount(const char *setting, quint8 line) const
+{
+    const QString text = store.getGeneralSettingsValueLine(setting, line).remove('u').trimmed();
+    if (!text.isEmpty())
+        return text.toInt();
+    return QLatin1String(setting) == QLatin1String("receivebuffersize") ? 10 : 5;
 }
 
 QStringList Expectation::indications() const

@@ -43,6 +43,8 @@ private:
     int entries(quint8 line, quint16 index) const; ///< subindices from 1
     SubIndexData subOf(const Place &place) const;
 
+    QStringList commonCounts() const;
+    int bufferCount(const char *setting, quint8 line) const;
     QString subRow(const Place &place) const;
     QString valueText(const Place &place, const SubIndexData &sub, const QString &storage) const;
     int domainNumber(const Place &place) const;

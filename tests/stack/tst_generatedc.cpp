@@ -306,6 +306,15 @@ private slots:
             {"sdo_routing_alone",     several + second(1) + "line 0\nsdo_routing=1"},
             {"virtual_objects",       device + kVirtual},
             {"virtual_two_lines",     device + kVirtual + second(1) + kVirtual},
+            {"limits_by_prefix",      all + "limit_check=0x1"},
+            {"can_fd_device",         device + kCanFd},
+            {"can_fd_device_new",     device + kCanFd + "new_init_structure=1"},
+            {"can_fd_device_lines",   device + kCanFd + second(1) + "line 0\nnew_init_structure=1\nnmtmaster=2"},
+            {"overwrite_nothing",     device + "overwrite_predef=1\ngenerate_string_defaults=1"},
+            {"overwrite_one_line",    device + second(1) + "line 0\noverwrite_predef=0,1"},
+            {"overwrite_tpdos",       device + "overwrite_predef=1\n1800:0 U8 const 1 1\n1800:1 U32 rw 0 $NODEID+0x180"},
+            {"static_store_function", device + "fct_store=onStore"},
+            {"buffers_of_lines",      device + second(1) + "line 0\nnew_init_structure=1\nreceivebuffersize=20,30\ntransmitbuffersize=7,8u"},
             {"virtual_compact",       device + kVirtual + "compact_array_description=1"},
             {"virtual_strings_alone", device + "2400:0 VS ro 3 -\n2401:0 DOMAIN rw 3 -"},
             {"virtual_all",           "1000:0 U32 ro 3 0\n1001:0 U8 ro 3 0"},
@@ -366,6 +375,9 @@ private slots:
         columns<QString>("text");
         QTest::addRow("one_line") << QString();
         QTest::addRow("two_lines") << QString(kSecondLine).replace("%1", "1");
+        QTest::addRow("core_headers") << QStringLiteral("use_core_headers=1");
+        QTest::addRow("values") << QString(kTypes) + kPdos;
+        QTest::addRow("uds_and_fd") << QString(kUds) + kCanFd;
         QTest::addRow("virtual") << QString(kVirtual) + QString(kSecondLine).replace("%1", "1");
     }
 
