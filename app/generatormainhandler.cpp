@@ -2,6 +2,9 @@
 #include "app/generatormainhandler.h"
 
 #include "app/outputhandlerbase.h"
+#include "generators/descriptions/edsgenerator.h"
+#include "generators/descriptions/edsvariants.h"
+#include "import/csvimporter.h"
 #include "import/edsimporter.h"
 #include "store/databasemodifier.h"
 #include "store/objectdatabase.h"
@@ -19,6 +22,11 @@ namespace
 constexpr quint32 kAddressClaimed = 0xEE00; // SAE J1939-81
 constexpr quint8 kTransmitted = 0x55;
 
+/// Groups that the J1939 stack handles itself: requests, address claims, transport protocols,
+/// acknowledgements and commanded addresses among them (SAE J1939-21, J1939-81).
+const QList<quint32> kGroupsOfStack = {0xEA00, 0xEE00, 0xEC00, 0xEB00,
+                                       0xE800, 0x0E00, 0xFED8, 0x2500};
+
 /// The importer of a kind of file; the suffix is in lower case.
 struct ImporterRow {
     const char *suffix;
@@ -32,6 +40,7 @@ std::unique_ptr<BaseDataImporter> make()
 }
 
 constexpr ImporterRow kImporters[] = {
+    {"csv", make<CsvImporter>},
     {"dcf", make<EDSImporter>},
     {"eds", make<EDSImporter>},
 };
@@ -50,14 +59,6 @@ bool isReadableFile(const QString &path)
 {
     const QFileInfo info(path);
     return info.isFile() && info.isReadable();
-}
-
-/// \a text with its %1 and, where it has one, its %2.
-QString filled(const char *text, const QString &directory, const QString &name)
-{
-    const QString pattern = QLatin1String(text);
-    return pattern.contains(QLatin1String("%2")) ? pattern.arg(directory, name)
-                                                 : pattern.arg(directory);
 }
 
 } // namespace
@@ -188,6 +189,7 @@ void GeneratorMainHandler::fillCaches(const ProjectFacts &facts)
     for (const ProjectLine &line : facts.lines) {
         database->cacheAllSubs(line.number, 0);
         database->cacheAllSubNames(line.number, 0);
+        database->cacheAllSpnDataForLine(line.number);
     }
     database->cacheStrings();
 }
@@ -200,7 +202,7 @@ bool GeneratorMainHandler::checkModel(const ProjectFacts &facts, bool ignoreChec
     bool didCorrection = false;
     qint32 errorCount = checker.startGlobalCheck(database);
     for (const ProjectLine &line : facts.lines)
-        errorCount += checkLine(checker, line, facts.isMultiLine(), didCorrection);
+        errorCount += checkLine(checker, line, facts.lines.size(), didCorrection);
     checkFindings = checker.findings();
     if (didCorrection)
         emit doneCorrection();
@@ -222,26 +224,28 @@ bool GeneratorMainHandler::checkModel(const ProjectFacts &facts, bool ignoreChec
 }
 
 qint32 GeneratorMainHandler::checkLine(ModelChecker &checker, const ProjectLine &line,
-                                       bool isOneOfSeveral, bool &didCorrection)
+                                       int lineCount, bool &didCorrection)
 {
-    if (isOneOfSeveral) {
+    if (lineCount > 1) {
         outputHandler->printLinePassTime(QVariant());
         outputHandler->printLinePassTime(
             QStringLiteral("<strong>________________________________________ Checking line %1 "
                            "________________________________________</strong>")
                 .arg(line.number));
     }
-    switch (line.type) {
-    case LineType::CANopen:
-    case LineType::CANopenAndJ1939:
-        return checker.startCANopenCheck(line.number, database, didCorrection);
-    case LineType::J1939:
-    case LineType::RawCan:
+    if (!isKnown(line.type)) {
+        outputHandler->printLine(
+            QStringLiteral("Warning line type not set for line %1.").arg(line.number));
         return 0;
     }
-    outputHandler->printLine(
-        QStringLiteral("Warning line type not set for line %1.").arg(line.number));
-    return 0;
+    qint32 errors = 0;
+    if (carriesCANopen(line.type))
+        errors += checker.startCANopenCheck(line.number, database, didCorrection);
+    // Deliberate: on a line of both protocols this count includes that of the check before, held by
+    // tst_generatormainhandler.
+    if (carriesJ1939(line.type))
+        errors += checker.startJ1939Check(quint8(lineCount), line.number, database, kGroupsOfStack);
+    return errors;
 }
 
 void GeneratorMainHandler::handleCheckError(const QString &errorString)
@@ -261,43 +265,95 @@ bool GeneratorMainHandler::writeCheckLog(const QString &path)
     return true;
 }
 
-void GeneratorMainHandler::generateFiles(const ProjectFacts &facts)
+void GeneratorMainHandler::generateFiles(ProjectFacts facts)
 {
-    for (const GeneratorStep &step : generatorSteps()) {
-        const QList<quint8> lines = linesOfStep(step, facts);
-        for (const quint8 line : lines)
-            runStep(step, line, facts);
-    }
-    if (facts.isPureJ1939())
-        removeForeignFiles();
+    readContentFacts(*database, facts);
+    runSteps(generatorSteps(), facts);
+    if (facts.hasCANopen)
+        generateEdsFiles(facts);
+    runSteps(stepsBehindEds(), facts);
+    removeStaleFiles(facts);
 }
 
-void GeneratorMainHandler::runStep(const GeneratorStep &step, quint8 line,
-                                   const ProjectFacts &facts)
+void GeneratorMainHandler::runSteps(StepRange steps, const ProjectFacts &facts)
 {
-    qCDebug(lcApp) << "step" << step.letter << "line" << line;
-    const auto generator = step.create(*database);
-    generator->generateML = step.takesMultiLine && facts.isMultiLine();
-    generator->setOutputDirectory(outputDirectory);
-    generator->setDataBase(database);
-    generator->setProjectName(projectName);
-    generator->setActiveLine(line);
-    if (!generator->checkWritability()) {
-        outputHandler->printLine(filled(step.notWritable, outputDirectory, projectName));
+    for (const GeneratorStep &step : steps) {
+        const QList<quint8> lines = linesOfStep(step, facts);
+        for (const quint8 line : lines) {
+            qCDebug(lcApp) << "step" << step.letter << "line" << line;
+            const auto generator = step.create(*database, facts);
+            generator->generateML = step.takesMultiLine && facts.isMultiLine();
+            runGenerator(*generator, line, filled(step.notWritable, projectName),
+                         filled(step.started, projectName));
+        }
+    }
+}
+
+/// \a text with the output directory for its %1 and, where it has one, \a name for its %2.
+QString GeneratorMainHandler::filled(const char *text, const QString &name) const
+{
+    const QString pattern = QLatin1String(text);
+    return pattern.contains(QLatin1String("%2")) ? pattern.arg(outputDirectory, name)
+                                                 : pattern.arg(outputDirectory);
+}
+
+void GeneratorMainHandler::runGenerator(AbstractGenerator &generator, quint8 line,
+                                        const QString &notWritable, const QString &started)
+{
+    generator.setOutputDirectory(outputDirectory);
+    generator.setDataBase(database);
+    generator.setProjectName(projectName);
+    generator.setActiveLine(line);
+    if (!generator.checkWritability()) {
+        outputHandler->printLine(notWritable);
         return;
     }
-    connect(generator.get(), &AbstractGenerator::progress, this,
+    connect(&generator, &AbstractGenerator::progress, this,
             &GeneratorMainHandler::generatorProgress);
-    generator->startGeneration();
-    outputHandler->printLine(filled(step.started, outputDirectory, projectName));
-    generator->wait();
+    generator.startGeneration();
+    if (!started.isEmpty())
+        outputHandler->printLine(started);
+    generator.wait();
     // Its last signal must reach generatorProgress() while the generator, its sender, lives.
     QCoreApplication::processEvents();
+    const QString remark = generator.closingRemark();
+    if (!remark.isEmpty())
+        outputHandler->printLine(remark);
 }
 
-/// A project that has become a pure J1939 one leaves no files that its stack would not compile.
-void GeneratorMainHandler::removeForeignFiles()
+void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
 {
+    for (const ProjectLine &line : facts.lines) {
+        if (!carriesCANopen(line.type))
+            continue;
+        const QStringList defines = edsDefines(*database, line.number);
+        for (const QString &define : defines) {
+            EDSGenerator device(define, facts.hasCanFd, false);
+            device.generateML = facts.isMultiLine();
+            runGenerator(device, line.number,
+                         filled("The EDS file %2.eds in %1 is not writable", projectName),
+                         filled("Generation of %2 EDS file in %1 started", define));
+            if (!facts.hasCanFd)
+                continue;
+            EDSGenerator classical(define, false, true);
+            classical.generateML = facts.isMultiLine();
+            runGenerator(classical, line.number,
+                         filled("The EDS file %2_classical.eds in %1 is not writable", projectName),
+                         filled("Generation of %2 classical EDS file in %1 started", define));
+        }
+        if (defines.size() > 1)
+            outputHandler->printLine(
+                QStringLiteral("Warning: multiple different EDS files to be generated.\n"));
+    }
+}
+
+/// What a project no longer writes must not be compiled with its stack.
+void GeneratorMainHandler::removeStaleFiles(const ProjectFacts &facts)
+{
+    if (facts.isPureCANopen() && !facts.hasVirtualObjects)
+        QFile::remove(outputDirectory + QStringLiteral("/gen_vobjdict.c"));
+    if (!facts.isPureJ1939())
+        return;
     static constexpr const char *kAdapterFiles[] = {"gen_j1939_adapter.c", "gen_j1939_adapter.cs",
                                                     "j1939_adapter.cs", "j1939_adapter.c"};
     const QString adapter = database->getJ1939SettingsValue(QStringLiteral("j1939adapter"));

@@ -71,12 +71,18 @@ private:
     /// False if the check ends the run.
     bool checkModel(const ProjectFacts &facts, bool ignoreCheckErrors);
     /// Number of errors of the line. Sets \a didCorrection if the check changed the project.
-    qint32 checkLine(ModelChecker &checker, const ProjectLine &line, bool isOneOfSeveral,
+    qint32 checkLine(ModelChecker &checker, const ProjectLine &line, int lineCount,
                      bool &didCorrection);
     bool writeCheckLog(const QString &path);
-    void generateFiles(const ProjectFacts &facts);
-    void runStep(const GeneratorStep &step, quint8 line, const ProjectFacts &facts);
-    void removeForeignFiles();
+    void generateFiles(ProjectFacts facts);
+    void runSteps(StepRange steps, const ProjectFacts &facts);
+    /// One file, with what is said when it is begun or cannot be written; an empty text is not
+    /// said.
+    void runGenerator(AbstractGenerator &generator, quint8 line, const QString &notWritable,
+                      const QString &started);
+    void generateEdsFiles(const ProjectFacts &facts);
+    void removeStaleFiles(const ProjectFacts &facts);
+    QString filled(const char *text, const QString &name) const;
 
     QPointer<ObjectDataBase> database;
     QString outputDirectory; ///< the folder of the project file

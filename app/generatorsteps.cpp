@@ -1,7 +1,19 @@
 // The table of generation steps and the facts that select them.
 #include "app/generatorsteps.h"
 
+#include "generators/defines/codefinegenerator.h"
+#include "generators/defines/gendefinegenerator.h"
+#include "generators/descriptions/csvgenerator.h"
+#include "generators/descriptions/htmlgenerator.h"
+#include "generators/descriptions/icsvgenerator.h"
 #include "generators/descriptions/textdocgenerator.h"
+#include "generators/descriptions/xddgenerator.h"
+#include "generators/generalsettings.h"
+#include "generators/multiproto/indicationgenerator.h"
+#include "generators/objdict/indicesgenerator.h"
+#include "generators/objdict/objdictgenerator.h"
+#include "generators/objdict/srdogenerator.h"
+#include "generators/objdict/vobjdictgenerator.h"
 
 #include <iterator>
 
@@ -12,17 +24,97 @@ namespace
 constexpr quint8 kHighestLine = 253;
 
 template <typename Generator>
-std::unique_ptr<AbstractGenerator> make(const ObjectDataBase &)
+std::unique_ptr<AbstractGenerator> make(const ObjectDataBase &, const ProjectFacts &)
 {
     return std::make_unique<Generator>();
 }
 
+/// The class for the stack that the project is generated for.
+template <typename Classic, typename V4, typename... Arguments>
+std::unique_ptr<AbstractGenerator> makeForStack(const ObjectDataBase &store,
+                                                const Arguments &...arguments)
+{
+    if (store.getGeneralSettingsValue(QStringLiteral("use_core_headers")) == QLatin1String("V4"))
+        return std::make_unique<V4>(arguments...);
+    return std::make_unique<Classic>(arguments...);
+}
+
+std::unique_ptr<AbstractGenerator> makeIndices(const ObjectDataBase &, const ProjectFacts &facts)
+{
+    auto generator = std::make_unique<IndicesGenerator>();
+    QList<quint8> lines;
+    for (const ProjectLine &line : facts.lines)
+        lines << line.number;
+    generator->setLines(lines);
+    return generator;
+}
+
+std::unique_ptr<AbstractGenerator> makeObjDict(const ObjectDataBase &store, const ProjectFacts &)
+{
+    return makeForStack<ObjDictGenerator, ObjDictGeneratorV4>(
+        store, GeneralSettings(store).decimal("compact_array_description") == 1);
+}
+
+std::unique_ptr<AbstractGenerator> makeDefines(const ObjectDataBase &store,
+                                               const ProjectFacts &facts)
+{
+    auto generator = makeForStack<CoDefineGenerator, GenDefineGenerator>(store);
+    auto &defines = static_cast<DefineGenerator &>(*generator);
+    defines.j1939Present = facts.hasJ1939;
+    defines.multiProtocol = facts.isMixed();
+    return generator;
+}
+
+std::unique_ptr<AbstractGenerator> makeIcsv(const ObjectDataBase &store, const ProjectFacts &)
+{
+    auto generator = std::make_unique<ICSVGenerator>();
+    if (store.getMiscSettingsValue(QStringLiteral("disableDocu")) == QLatin1String("true"))
+        generator->setIncludeDescription(false);
+    return generator;
+}
+
+using Facts = const ProjectFacts &;
+
 // clang-format off
 constexpr GeneratorStep kSteps[] = {                // row order is run order
-    {'B', [](const ProjectFacts &f) { return f.hasCANopen; }, StepLines::CANopen, true,
-     make<TextDocGenerator>,
+    {'A', [](Facts f) { return f.hasTypedLine(); }, StepLines::Once, true, makeIndices,
+     "The file in gen_indices.h in %1 is not writable",
+     "Generation of gen_indices.h in %1 started"},
+    {'B', [](Facts f) { return f.hasCANopen; }, StepLines::CANopen, true, make<TextDocGenerator>,
      "The file in %2_doc.txt in %1 is not writable",
      "Generation of textual object dictionary documentation in %1 started"},
+    {'C', [](Facts f) { return f.hasCANopen; }, StepLines::CANopen, true, make<HTMLGenerator>,
+     "The file in %2.html in %1 is not writable",
+     "Generation of HTML object dictionary documentation in %1 started"},
+    {'D', [](Facts f) { return f.isPureCANopen(); }, StepLines::Once, false, makeObjDict,
+     "The file gen_objdict.c in %1 is not writable",
+     "Generation of gen_objdict.c in %1 started"},
+    {'E', [](Facts f) { return f.isPureCANopen() && f.hasVirtualObjects; }, StepLines::Once, false,
+     make<VobjDictGenerator>,
+     "The file gen_vobjdict.c in %1 is not writable",
+     "Generation of gen_vobjdict.c in %1 started"},
+    {'J', [](Facts f) { return f.hasSrdo; }, StepLines::Once, false, make<SrdoGenerator>,
+     "The file gen_srdo.c in %1 is not writable",
+     nullptr},
+    {'K', [](Facts) { return true; }, StepLines::Once, false, makeDefines,
+     "The file gen_define.h in %1 is not writable",
+     "Generation of gen_define.h in %1 started"},
+    {'P', [](Facts f) { return f.hasCANopen; }, StepLines::Once, false, make<indicationgenerator>,
+     "The file gen_indication.h in %1 is not writable",
+     "Generation of gen_indication in %1 started"},
+    {'Q', [](Facts f) { return f.hasCANopen; }, StepLines::CANopen, true, make<CSVGenerator>,
+     "The file %2.csv in %1 is not writable",
+     "Generation of CSV file (deprecated) in %1 started"},
+    {'R', [](Facts f) { return f.hasCANopen; }, StepLines::CANopen, true, makeIcsv,
+     "The file %2.icsv in %1 is not writable",
+     "Generation of ICSV file in %1 started"},
+};
+
+constexpr GeneratorStep kStepsBehindEds[] = {
+    {'T', [](Facts f) { return f.hasCANopen && f.hasCanFd; }, StepLines::CANopen, true,
+     make<XDDGenerator>,
+     "The XDD file %2.xdd in %1 is not writable",
+     "Generation of XDD file in %1 started"},
 };
 // clang-format on
 
@@ -61,9 +153,24 @@ ProjectFacts readProjectFacts(const ObjectDataBase &store)
     return facts;
 }
 
+void readContentFacts(ObjectDataBase &store, ProjectFacts &facts)
+{
+    for (const ProjectLine &line : facts.lines)
+        facts.hasSrdo |= !store.getIndices(line.number, 0x1301, 0x137F).isEmpty();
+    VobjDictGenerator virtualObjects;
+    virtualObjects.setDataBase(&store);
+    facts.hasVirtualObjects = virtualObjects.areVirtualObjectsPresent();
+    facts.hasCanFd = GeneralSettings(store).decimal("canfd_supported") > 0;
+}
+
 StepRange generatorSteps()
 {
     return {std::begin(kSteps), std::end(kSteps)};
+}
+
+StepRange stepsBehindEds()
+{
+    return {std::begin(kStepsBehindEds), std::end(kStepsBehindEds)};
 }
 
 QList<quint8> linesOfStep(const GeneratorStep &step, const ProjectFacts &facts)

@@ -25,11 +25,24 @@ struct ProjectFacts {
     bool hasJ1939 = false;
     bool hasRaw = false;
 
+    // What the lines hold; see readContentFacts().
+    bool hasSrdo = false;
+    bool hasVirtualObjects = false;
+    bool hasCanFd = false;
+
     bool isMultiLine() const { return lines.size() >= 2; }
+    bool hasTypedLine() const { return hasCANopen || hasJ1939 || hasRaw; }
+    bool isPureCANopen() const { return hasCANopen && !hasJ1939 && !hasRaw; }
     bool isPureJ1939() const { return hasJ1939 && !hasCANopen && !hasRaw; }
+    /// Several protocols, which share the stack's tables.
+    bool isMixed() const { return (hasJ1939 && hasCANopen) || hasRaw; }
 };
 
+/// The lines and their types.
 ProjectFacts readProjectFacts(const ObjectDataBase &store);
+
+/// Adds what the lines hold. Read behind the check, which may change the objects.
+void readContentFacts(ObjectDataBase &store, ProjectFacts &facts);
 
 /// How often a step runs, and with which active line.
 enum class StepLines {
@@ -46,9 +59,9 @@ struct GeneratorStep {
     bool (*when)(const ProjectFacts &);
     StepLines lines;
     bool takesMultiLine; ///< the generator is told that the project has several lines
-    std::unique_ptr<AbstractGenerator> (*create)(const ObjectDataBase &);
+    std::unique_ptr<AbstractGenerator> (*create)(const ObjectDataBase &, const ProjectFacts &);
     const char *notWritable;
-    const char *started;
+    const char *started; ///< null: nothing is said
 };
 
 struct StepRange {
@@ -58,8 +71,10 @@ struct StepRange {
     const GeneratorStep *end() const { return last; }
 };
 
-/// All steps, in the order in which they run.
+/// All steps but the EDS files, whose number hangs on the objects, in the order in which they run:
+/// those before and those behind the EDS files.
 StepRange generatorSteps();
+StepRange stepsBehindEds();
 
 /// The active lines of the step's runs; empty if the project does not ask for the step.
 QList<quint8> linesOfStep(const GeneratorStep &step, const ProjectFacts &facts);

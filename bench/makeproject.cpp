@@ -4,6 +4,7 @@
 // Usage: bench_makeproject <objects> <folder>
 // Writes project.tsrp, project.tsrt, device.eds and empty.tsrp (no object) to the folder.
 #include "store/objectdatabase.h"
+#include "support/cohelper.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -11,6 +12,7 @@
 #include <QLoggingCategory>
 #include <QTextStream>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace
@@ -19,6 +21,7 @@ namespace
 constexpr quint16 kFirstIndex = 0x2000;
 constexpr int kMostObjects = 0x9000; // up to 0xAFFF, which an import still takes
 constexpr quint8 kMembers = 4;       // and subindex 0
+constexpr int kMostPdos = 100;
 
 struct ValueKind {
     CAN::CANopenDataType type;
@@ -157,6 +160,65 @@ QVector<Object> mandatoryObjects()
             identity};
 }
 
+/// Mapping entries of all members that may be sent or received (CiA 301, 7.4.8.2).
+QVector<quint32> mappableMembers(const QVector<Object> &objects, PDOMappingType direction)
+{
+    QVector<quint32> entries;
+    for (const Object &object : objects) {
+        for (int sub = 1; sub < object.subs.size(); ++sub) {
+            const SubIndexData &data = object.subs.at(sub);
+            if (object.index >= kFirstIndex && data.pdoMapping == PDOMapping(direction))
+                entries << (quint32(object.index) << 16 | quint32(sub) << 8 |
+                            COHelper::getDataLengthBits(CAN::CANopenDataType(data.dataType)));
+        }
+    }
+    return entries;
+}
+
+/// A PDO of two entries: its communication object and its mapping object.
+QVector<Object> makePdo(quint16 index, const QString &name, quint32 cobId, const quint32 *entries)
+{
+    Object communication;
+    communication.index = index;
+    communication.data.name = name + QStringLiteral(" communication parameter");
+    communication.data.objectCode = CANopen::ObjectCode::Record;
+    communication.subs = {
+        countOfMembers(2),
+        variable(QStringLiteral("COB-ID"), CAN::CANopenDataType::Unsigned32, QStringLiteral("rw"),
+                 QStringLiteral("0x%1").arg(QString::number(cobId, 16))),
+        variable(QStringLiteral("Transmission type"), CAN::CANopenDataType::Unsigned8,
+                 QStringLiteral("rw"), QStringLiteral("255"))};
+    Object mapping;
+    mapping.index = quint16(index + 0x200);
+    mapping.data.name = name + QStringLiteral(" mapping parameter");
+    mapping.data.objectCode = CANopen::ObjectCode::Record;
+    mapping.subs = {countOfMembers(2)};
+    mapping.subs.first().accessType = QStringLiteral("const");
+    for (int entry = 0; entry < 2; ++entry)
+        mapping.subs.append(
+            variable(QStringLiteral("Entry %1").arg(entry + 1), CAN::CANopenDataType::Unsigned32,
+                     QStringLiteral("const"),
+                     QStringLiteral("0x%1").arg(entries[entry], 8, 16, QLatin1Char('0'))));
+    return {communication, mapping};
+}
+
+/// Half of them sent, half received.
+QVector<Object> makePdos(const QVector<Object> &objects)
+{
+    const int each = qMin(kMostPdos, objects.size() / 50) / 2;
+    const QVector<quint32> sent = mappableMembers(objects, PDOMappingType::Tpdo);
+    const QVector<quint32> received = mappableMembers(objects, PDOMappingType::Rpdo);
+    QVector<Object> pdos;
+    for (int pdo = 0; pdo < each; ++pdo) {
+        const QString number = QString::number(pdo + 1);
+        pdos += makePdo(quint16(0x1400 + pdo), QStringLiteral("RPDO ") + number,
+                        quint32(0x201 + pdo), received.constData() + 2 * pdo);
+        pdos += makePdo(quint16(0x1800 + pdo), QStringLiteral("TPDO ") + number,
+                        quint32(0x301 + pdo), sent.constData() + 2 * pdo);
+    }
+    return pdos;
+}
+
 void setSettings(ObjectDataBase &store)
 {
     const QVector<QPair<QString, QString>> settings = {
@@ -251,13 +313,18 @@ bool writeEds(const QVector<Object> &objects, const QString &path)
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return false;
+    const auto pdos = std::count_if(objects.cbegin(), objects.cend(), [](const Object &object) {
+        return object.index >= 0x1400 && object.index < 0x1600;
+    });
     QTextStream out(&file);
     out.setCodec("UTF-8");
     out << "[FileInfo]\nFileName=device.eds\nFileVersion=1\nFileRevision=1\nEDSVersion=4.0\n"
         << "\n[DeviceInfo]\nVendorName=Benchmark\nProductName=Synthetic device\n"
-        << "BaudRate_125=1\nNrOfRXPDO=0\nNrOfTXPDO=0\nGranularity=8\n";
+        << "BaudRate_125=1\nNrOfRXPDO=" << pdos << "\nNrOfTXPDO=" << pdos << "\nGranularity=8\n";
     const auto isMandatory = [](quint16 i) { return i == 0x1000 || i == 0x1001 || i == 0x1018; };
-    const auto isOptional = [](quint16 i) { return i == 0x1017 || i >= 0x6000; };
+    const auto isOptional = [](quint16 i) {
+        return i == 0x1017 || (i >= 0x1400 && i < 0x1C00) || i >= 0x6000;
+    };
     const auto isOfMaker = [](quint16 i) { return i >= 0x2000 && i < 0x6000; };
     writeEdsList(out, "MandatoryObjects", objects, isMandatory);
     writeEdsList(out, "OptionalObjects", objects, isOptional);
@@ -287,6 +354,7 @@ int main(int argc, char *argv[])
     QVector<Object> objects = mandatoryObjects();
     for (int number = 0; number < count; ++number)
         objects.append(makeObject(number));
+    objects += makePdos(objects);
     const QDir folder(arguments.at(2));
     const bool written = writeProject(objects, {folder.filePath(QStringLiteral("project.tsrp")),
                                                 folder.filePath(QStringLiteral("project.tsrt"))}) &&

@@ -250,6 +250,50 @@ constexpr MessageRow kMessages[] = {
      TEXT("CANopen Bootup Manager functionality is not supported by stack version.")},
     {Msg::ConfigurationManagerUnsupported, Kind::SevereError, true, 0,
      TEXT("CANopen Configuration Manager functionality is not supported by stack version.")},
+    {Msg::SortedCobListWithJ1939, Kind::Error, true, 0,
+     TEXT("Sorted COB list may not used with J1939 projects.")},
+    {Msg::GroupFilterWithoutCANopen, Kind::StrongWarning, false, 0,
+     TEXT("Group filter is only useful for CANopen or mixed projects.")},
+    {Msg::AdditionalCobsMissing, Kind::Error, true, 0,
+     TEXT("Additional COBs need to be specific with dynamic PGN support.")},
+    {Msg::IdentityNumberMissing, Kind::Error, true, 1,
+     TEXT("Identity number not defined in J1939 configuration tab for line %1.")},
+    {Msg::ManufacturerCodeMissing, Kind::Error, true, 1,
+     TEXT("Manufacturer code not defined in J1939 configuration tab for line %1.")},
+    {Msg::ManufacturerCodeOfMaker, Kind::VerbatimWarning, false, 0,
+     TEXT("<strong>Warning: The manufacturer code 1193 (Korvel) may not be used for production. </strong>")},
+    {Msg::EcuInstanceMissing, Kind::Error, true, 1,
+     TEXT("ECU instance not defined in J1939 configuration tab for line %1.")},
+    {Msg::FunctionInstanceMissing, Kind::Error, true, 1,
+     TEXT("Function instance not defined in J1939 configuration tab for line %1")},
+    {Msg::FunctionMissing, Kind::Error, true, 1,
+     TEXT("Function not defined in J1939 configuration tab for line %1.")},
+    {Msg::VehicleSystemMissing, Kind::Error, true, 1,
+     TEXT("Vehicle system not defined in J1939 configuration tab for line %1.")},
+    {Msg::VehicleInstanceMissing, Kind::Error, true, 1,
+     TEXT("Vehicle instance not defined in J1939 configuration tab for line %1.")},
+    {Msg::IndustryGroupMissing, Kind::Error, true, 1,
+     TEXT("Industry Group not defined in J1939 configuration tab for line %1.")},
+    {Msg::StartAddressMissing, Kind::Error, true, 1,
+     TEXT("An address needs to defined in the J1939 configuration for line %1.")},
+    {Msg::PgnHandledByStack, Kind::Error, true, 2,
+     TEXT("Special PGN %1/0x%2 is handled by the J1939 stack directly and may not be included in the signal definitions.\n")},
+    {Msg::SafeGroupWithoutSupport, Kind::StrongWarning, false, 2,
+     TEXT("PG (%1/0x%2) shall be transmitted as SDM but SHM support is not activated.")},
+    {Msg::SafeGroupHasManagedVariable, Kind::Error, true, 2,
+     TEXT("PG (%1/0x%2) transmitted as SDM may not contain managed variables.")},
+    {Msg::SafeGroupTypeUnsupported, Kind::Error, true, 2,
+     TEXT("PG (%1/0x%2) contains unsuppported data types.")},
+    {Msg::SafeGroupStructureUnsupported, Kind::Error, true, 2,
+     TEXT("Structure of PG (%1/0x%2) not supported.")},
+    {Msg::SafeGroupTooLong, Kind::Error, true, 2,
+     TEXT("PG (%1/0x%2) transmitted as SDM may not exceed 64 bit.")},
+    {Msg::TransportProtocolMissing, Kind::Error, true, 0,
+     TEXT("Neither BAM nor TP.CMDT supported but PGNs with length > 64 bit defined.")},
+    {Msg::TransportPacketCountZero, Kind::Error, true, 0,
+     TEXT("CMDT packet count should not be 0 in J1939 configuration.")},
+    {Msg::SpnVariableMissing, Kind::Error, true, 2,
+     TEXT("The SPN %1 in PGN %2 needs a variable name.")},
 };
 
 #undef TEXT
@@ -287,7 +331,7 @@ constexpr bool messagesAreSound()
             countPlaceHolders(row.text) != row.arguments || (row.counted && level != Level::Error))
             return false;
     }
-    return std::size(kMessages) == static_cast<size_t>(Msg::ConfigurationManagerUnsupported) + 1;
+    return std::size(kMessages) == static_cast<size_t>(Msg::SpnVariableMissing) + 1;
 }
 
 static_assert(kindsAreSound(), "rows follow the enum");

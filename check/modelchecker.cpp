@@ -97,6 +97,11 @@ qint32 ModelChecker::decimalSetting(const char *key) const
     return Numbers::toIntDecimal(project->getGeneralSettingsValue(QLatin1String(key)));
 }
 
+qint32 ModelChecker::decimalJ1939Setting(const char *key) const
+{
+    return Numbers::toIntDecimal(project->getJ1939SettingsValue(QLatin1String(key)));
+}
+
 quint32 ModelChecker::numberSetting(const char *key) const
 {
     return Numbers::toUIntByPrefix(project->getGeneralSettingsValue(QLatin1String(key)));

@@ -1,7 +1,8 @@
 // The check of the model: what would give a wrong device is told before a file is written.
 //
 // One source a topic: modelchecker.cpp (reporting, settings), _objects (one object), _global (the
-// project), _canopen and _canopen_pdo (a CANopen line), _features (the installed stack).
+// project), _canopen and _canopen_pdo (a CANopen line), _j1939 (a J1939 line), _features (the
+// installed stack).
 #pragma once
 
 #include "check/featurefile.h"
@@ -47,6 +48,12 @@ public:
     /// it. Lets the event loop run once an object.
     qint32 startCANopenCheck(quint8 lineNumber, ObjectDataBase *store, bool &corrected);
 
+    /// Number of errors of the line, with those of a startCANopenCheck() that went before on the
+    /// same line. \a specialPgns are the groups that the stack handles itself; the line count is
+    /// not looked at.
+    qint32 startJ1939Check(quint8 lineCount, quint8 lineNumber, ObjectDataBase *store,
+                           const QList<quint32> &specialPgns);
+
     /// Number of errors in what the line asks of the installed stack; not part of a run.
     qint32 startCANopenFeatureCheck(quint8 lineNumber, ObjectDataBase *store);
 
@@ -75,7 +82,7 @@ public:
 
     /// Are the signals of a parameter group laid out so that a safe message can carry them
     /// (SAE J1939-76)? \a direction is 0x55 for transmitted, 0x77 for received.
-    bool checkSafePGNStructure(quint8 lineNumber, quint16 pgn, quint8 direction) const;
+    bool checkSafePGNStructure(quint8 lineNumber, quint32 pgn, quint8 direction) const;
 
     /// All that was reported so far, in its order.
     const QVector<Finding> &findings() const { return found; }
@@ -116,6 +123,9 @@ private:
     void reportObject(Check::Msg id, quint16 index);
     void reportSub(Check::Msg id, quint16 index, quint8 subIndex);
 
+    /// The same for a group, whose number stands in decimal and in hexadecimal.
+    void reportGroup(Check::Msg id, quint32 pgn, QChar fill);
+
     /// Makes \a store the project, and starts a new count.
     void startLine(quint8 lineNumber, ObjectDataBase *store);
     /// Reads the user's settings. \a siblings are the tools whose stack path serves where this one
@@ -125,6 +135,7 @@ private:
     // --- reading (modelchecker.cpp) ---
 
     qint32 decimalSetting(const char *key) const;
+    qint32 decimalJ1939Setting(const char *key) const;
     quint32 numberSetting(const char *key) const; ///< decimal or hexadecimal
     QString lineEntry(const char *key) const;     ///< of a comma list; empty beyond its end
     bool hasIndex(quint16 index) const;
@@ -180,6 +191,17 @@ private:
     void checkSrdoObjects();
     void checkSrdoEntry(quint16 index, quint32 entry);
     void checkMappingSettings(const MappingUse &use);
+
+    // --- a J1939 line (modelchecker_j1939.cpp) ---
+
+    void checkJ1939Settings();
+    void checkIdentityOfLine();
+    void checkSpecialGroups(const QList<quint32> &specialPgns);
+    void checkGroups();
+    /// Length of the group in bits, as far as its signals were looked at.
+    quint32 checkGroup(quint32 pgn, quint8 direction, bool supportsSafety);
+    void checkTransport(quint32 lastGroupBits);
+    void checkSignalVariables();
 
     // --- the installed stack (modelchecker_features.cpp) ---
 

@@ -269,7 +269,7 @@ bool ModelChecker::getLimitsByBits(quint8 bits, bool isUnsigned, qint64 &low, qi
     return true;
 }
 
-bool ModelChecker::checkSafePGNStructure(quint8 lineNumber, quint16 pgn, quint8 direction) const
+bool ModelChecker::checkSafePGNStructure(quint8 lineNumber, quint32 pgn, quint8 direction) const
 {
     quint32 position = 0;
     const QList<quint16> types = project->getSPNDataTypes(lineNumber, pgn, direction);

@@ -167,7 +167,12 @@ bool AbstractGenerator::openOutputFile(QFile &file)
 
 void AbstractGenerator::closeOutputFile(TextWriter &out, QFile &file)
 {
-    if (!out.finish())
+    closeOutputFile(out.finish(), file);
+}
+
+void AbstractGenerator::closeOutputFile(bool isWritten, QFile &file)
+{
+    if (!isWritten || !file.flush())
         fail(QStringLiteral("Could not write ") + file.fileName());
     file.close();
 }

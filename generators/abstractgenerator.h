@@ -63,6 +63,8 @@ public:
     /// "U24_SET(0x12,0xab,0x05)"; "0" for all other types. Bits above the type's width are dropped.
     static QString convertValue(CAN::CANopenDataType type, quint64 unsignedValue,
                                 qint64 signedValue);
+    /// What the user is told behind the end of the job; empty for nothing.
+    virtual QString closingRemark() const { return {}; }
 
     /// The project has several lines: file names and texts tell the line. Set before the start.
     bool generateML = false;
@@ -105,6 +107,9 @@ protected:
 
     /// Ends the writing of \a file; what could not be written makes the job a failed one.
     void closeOutputFile(TextWriter &out, QFile &file);
+
+    /// The same behind a writer of another kind, which tells whether it could write.
+    void closeOutputFile(bool isWritten, QFile &file);
 
     void fail(const QString &error);
 

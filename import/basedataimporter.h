@@ -3,6 +3,7 @@
 
 #include "support/jobthread.h"
 
+#include <QHash>
 #include <QObject>
 #include <QPointer>
 #include <QSet>
@@ -76,6 +77,9 @@ protected:
     };
 
     bool isInRange(quint32 index) const { return index >= lowIndex && index <= highIndex; }
+    /// Name of the variable behind a string or domain without one of its own: "v_" with index and
+    /// subindex in decimal, apart by "_" where another place has that name.
+    QString makeVarName(quint16 index, quint8 sub);
     /// Keeps \a text for getLastError() and reports it.
     void fail(const QString &text);
 
@@ -89,6 +93,7 @@ protected:
     std::atomic_bool abortRequested{false};
 
 private:
+    QHash<QString, quint32> varNameOwners; ///< index and subindex that a name was given to
     bool started = false;
     JobThread worker;
 };

@@ -157,20 +157,6 @@ void EDSImporter::applyStorage(const CANopenSubindex &record, SubData &data)
     data.varName = makeVarName(record.index, record.subindex);
 }
 
-QString EDSImporter::makeVarName(quint16 index, quint8 sub)
-{
-    const quint32 owner = quint32(index) << 8 | sub;
-    const QString first = QString::number(index);
-    const QString second = QString::number(sub);
-    QString name = QLatin1String("v_") + first + second;
-    // 4096 with 11 and 40961 with 1 would share a name.
-    const auto found = varNameOwners.constFind(name);
-    if (found != varNameOwners.constEnd() && *found != owner)
-        name = QLatin1String("v_") + first + QLatin1Char('_') + second;
-    varNameOwners.insert(name, owner);
-    return name;
-}
-
 void EDSImporter::flush()
 {
     if (!collected.isEmpty())

@@ -5,8 +5,6 @@
 #include "store/objectdatabase.h"
 #include "support/edsparser.h"
 
-#include <QHash>
-
 /// Fills a line from a device description, on the worker thread. The parser reads the objects; here
 /// they become records that the rest of the tool can work with: strings get storage, compact
 /// objects their members, and PDOs that the file promises but does not hold are made.
@@ -38,7 +36,6 @@ private:
     static void applyLimits(const CANopenSubindex &record, SubData &data);
     /// Strings and domains need a place and a size of their own.
     void applyStorage(const CANopenSubindex &record, SubData &data);
-    QString makeVarName(quint16 index, quint8 sub);
     void flush();
 
     // --- What stands outside of the objects (edsimporter_device.cpp) ---
@@ -56,5 +53,4 @@ private:
     QList<ObjectDataBase::SubEntry> collected; ///< not yet in the store
     /// The object whose subindices are being read.
     ObjectDataBase::INDEX_DATA_T currentObject;
-    QHash<QString, quint32> varNameOwners; ///< index and subindex that a name was given to
 };

@@ -88,6 +88,62 @@ inline constexpr Column<ConnectionData> kConnectionColumns[] = {
     column<&ConnectionData::conSub>   ("consub", "integer"),
     column<&ConnectionData::priority> ("priority", "integer"),
 };
+
+inline constexpr Column<PgnData> kPgnColumns[] = {
+    column<&PgnData::number>                  ("number", "integer not null"),
+    column<&PgnData::edpDpKey>                ("edp_dp_key", "integer"),
+    column<&PgnData::priority>                ("priority", "integer"),
+    column<&PgnData::cycleTimeMs, PgnData>    ("cycletime_ms", "integer"),
+    column<&PgnData::inhibitTimeMs, PgnData>  ("inhibittime_ms", "integer"),
+    column<&PgnData::mappingCount, PgnData>   ("mappingcount", "integer"),
+    column<&PgnData::direction, PgnData>      ("direction", "integer"),
+    column<&PgnData::name, PgnData>           ("name", "integer", Coding::StringId),
+    column<&PgnData::description, PgnData>    ("desc", "integer", Coding::StringId),
+    column<&PgnData::isSafe>                  ("issafe", "integer"),
+    column<&PgnData::srvtMs>                  ("srvt_ms", "integer"),
+    column<&PgnData::fdTrailerFormat>         ("FD_TrailerFormat", "integer"),
+    column<&PgnData::fdAssuranceType>         ("FD_AssuranceType", "integer"),
+    column<&PgnData::fdAssuranceDataSize>     ("FD_AssuranceDataSize", "integer"),
+};
+
+inline constexpr Column<SpnData> kSpnColumns[] = {
+    column<&SpnData::pgn>                     ("pgnnumber", "integer not null"),
+    column<&SpnData::number, SpnData>         ("spnnumber", "integer not null"),
+    column<&SpnData::dataType, SpnData>       ("datatype", "integer"),
+    column<&SpnData::implementation, SpnData> ("implementation", "integer"),
+    column<&SpnData::varName, SpnData>        ("varname", "text"),
+    column<&SpnData::defaultValue, SpnData>   ("defaultvalue", "text"),
+    column<&SpnData::name, SpnData>           ("name", "integer", Coding::StringId),
+    column<&SpnData::description, SpnData>    ("desc", "integer", Coding::StringId),
+    column<&SpnData::pos, SpnData>            ("pos", "integer"),
+    column<&SpnData::bitSize, SpnData>        ("bitsize", "integer"),
+    column<&SpnData::direction, SpnData>      ("direction", "integer"),
+    column<&SpnData::slotDf>                  ("slot_df", "integer"),
+};
+
+inline constexpr Column<CanIdData> kCanIdColumns[] = {
+    column<&CanIdData::id>                      ("id", "integer not null"),
+    column<&CanIdData::cycleTimeMs, CanIdData>  ("cycletime_ms", "integer"),
+    column<&CanIdData::inhibitTimeMs, CanIdData>("inhibittime_ms", "integer"),
+    column<&CanIdData::mappingCount, CanIdData> ("mappingcount", "integer"),
+    column<&CanIdData::direction, CanIdData>    ("direction", "integer"),
+    column<&CanIdData::name, CanIdData>         ("name", "integer", Coding::StringId),
+    column<&CanIdData::description, CanIdData>  ("desc", "integer", Coding::StringId),
+};
+
+inline constexpr Column<DataElementData> kDataElementColumns[] = {
+    column<&DataElementData::canid>                           ("canid", "integer not null"),
+    column<&DataElementData::number, DataElementData>         ("number", "integer not null"),
+    column<&DataElementData::dataType, DataElementData>       ("datatype", "integer"),
+    column<&DataElementData::implementation, DataElementData> ("implementation", "integer"),
+    column<&DataElementData::varName, DataElementData>        ("varname", "text"),
+    column<&DataElementData::defaultValue, DataElementData>   ("defaultvalue", "text"),
+    column<&DataElementData::name, DataElementData>           ("name", "integer", Coding::StringId),
+    column<&DataElementData::description, DataElementData>    ("desc", "integer", Coding::StringId),
+    column<&DataElementData::pos, DataElementData>            ("pos", "integer"),
+    column<&DataElementData::bitSize, DataElementData>        ("bitsize", "integer"),
+    column<&DataElementData::direction, DataElementData>      ("direction", "integer"),
+};
 // clang-format on
 
 /// The column of that name, or null. Names come from project files and are data, never SQL.

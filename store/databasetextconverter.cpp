@@ -232,6 +232,7 @@ void DatabaseTextConverter::fixAllDefaultValues()
     store->commitBatch();
     d->forgetSettings();
     store->clearAllCachedSubs();
+    store->clearAllCachedSpnData();
     store->clearCachedSubNames();
 }
 

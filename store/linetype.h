@@ -14,6 +14,12 @@ enum class LineType : qint32 {
     CANopenAndJ1939 = 5,
 };
 
+constexpr bool isKnown(LineType type)
+{
+    return type == LineType::CANopen || type == LineType::J1939 || type == LineType::RawCan ||
+           type == LineType::CANopenAndJ1939;
+}
+
 constexpr bool carriesCANopen(LineType type)
 {
     return type == LineType::CANopen || type == LineType::CANopenAndJ1939;

@@ -39,7 +39,15 @@ public:
     using SubAddress = SubAddressData;
     using Connection = ConnectionData;
     using INDEX_SUB_METADATA_T = IndexSubMetadata;
+    using PGN = PgnData;
+    using SPN = SpnData;
+    using CANID = CanIdData;
+    using DataElement = DataElementData;
+    using LineDifference = LineDifferenceData;
     using ChangeSet = ChangeSetData;
+
+    /// As line of another store: the first one that it has.
+    static constexpr quint8 kFirstLine = 255;
 
     /// Version of the schema that this tool writes.
     static constexpr int kDatabaseVersion = 104;
@@ -328,20 +336,84 @@ public:
     /// not looked at.
     bool deleteAllNV(quint8 line, bool unused);
 
-    // --- J1939 groups (objectdatabase_j1939.cpp) ---
+    // --- J1939 groups and their signals (objectdatabase_j1939.cpp) ---
 
-    /// \a direction is 0x55 for transmitted, 0x77 for received, 0 for both.
+    /// \a direction is 0x55 for transmitted, 0x77 for received, 0 for both: a group that goes both
+    /// ways is then listed twice. Without the members of safety data groups if \a noSafe.
     QList<quint32> getPGNs(quint8 line, quint8 direction, bool noSafe) const;
-    /// Data types of the signals of a group, in their order in the frame.
+    bool existsPGN(quint8 line, quint32 pgn, quint8 direction) const;
+    bool getPGNData(quint8 line, quint32 pgn, quint8 direction, PGN &data) const;
+    QString getPGNName(quint8 line, quint32 pgn, quint8 direction) const;
+    quint16 getPGNMappingCount(quint8 line, quint32 pgn, quint8 direction) const;
+    /// The direction is that of the record.
+    bool addPGN(quint8 line, quint32 pgn, const PGN &data);
+    bool delPGN(quint8 line, quint32 pgn, quint8 direction); ///< with its signals
+
+    /// In the order of the frame.
+    QList<quint32> getSPNs(quint8 line, quint32 pgn, quint8 direction) const;
+    bool existsSPN(quint8 line, quint32 pgn, quint8 direction, quint32 spn) const;
+    bool getSPNData(quint8 line, quint32 pgn, quint8 direction, quint32 spn, SPN &data) const;
+    /// All signals of a group, in the order of the frame.
+    QVector<SPN> getSPNRecords(quint8 line, quint32 pgn, quint8 direction) const;
+    QString getSPNName(quint8 line, quint32 pgn, quint8 direction, quint32 spn) const;
+    quint16 getSPNDataType(quint8 line, quint32 pgn, quint8 direction, quint32 spn) const;
     QList<quint16> getSPNDataTypes(quint8 line, quint32 pgn, quint8 direction) const;
-    bool delPGN(quint8 line, quint32 pgn, quint8 direction);
+    bool addSPN(quint8 line, quint32 pgn, quint8 direction, quint32 spn, const SPN &data);
+    bool delSPN(quint8 line, quint32 pgn, quint8 direction, quint32 spn);
+
+    /// Reads the groups, identifiers and signals of a line into memory. From then on their getters
+    /// run no statement, until the line is written.
+    void cacheAllSpnDataForLine(quint8 line);
+    void clearAllCachedSpnData();
+
+    /// Moves groups whose data page bits stand apart to the number that holds them.
+    void fixEDP_DP_PGNs();
     void fixFaultyPGNSPNCount();
     void updatePGNdirectionAttributes(quint8 line);
+    /// Is a group, number aside, as one of another store?
+    bool pgnEqual(ObjectDataBase *other, quint8 line, quint8 otherLine, quint32 pgn,
+                  quint32 otherPgn, quint8 direction) const;
 
-    // --- Raw CAN (objectdatabase_rawcan.cpp) ---
+    // --- Raw CAN identifiers and their data elements (objectdatabase_rawcan.cpp) ---
 
-    /// Identifiers in ascending order; \a direction as for getPGNs().
     QList<quint32> getCANIDs(quint8 line, quint8 direction) const;
+    bool existsCANID(quint8 line, quint32 id, quint8 direction) const;
+    bool getCANIDData(quint8 line, quint32 id, quint8 direction, CANID &data) const;
+    QString getCANIDName(quint8 line, quint32 id, quint8 direction) const;
+    bool addCANID(quint8 line, quint32 id, const CANID &data);
+    bool delCANID(quint8 line, quint32 id, quint8 direction);
+    QList<quint32> getDataElements(quint8 line, quint32 id, quint8 direction) const;
+    bool getDataElementData(quint8 line, quint32 id, quint8 direction, quint32 number,
+                            DataElement &data) const;
+    /// All elements of an identifier, by number.
+    QVector<DataElement> getDataElementRecords(quint8 line, quint32 id, quint8 direction) const;
+    QString getDataElementName(quint8 line, quint32 id, quint8 direction, quint32 number) const;
+    /// An update leaves the element's place and width as they are.
+    bool addDataElement(quint8 line, quint32 id, quint8 direction, quint32 number,
+                        const DataElement &data);
+    bool delDataElement(quint8 line, quint32 id, quint8 direction, quint32 number);
+    bool CANIDEqual(ObjectDataBase *other, quint8 line, quint8 otherLine, quint32 id,
+                    quint32 otherId, quint8 direction) const;
+
+    // --- Lines of two stores (objectdatabase_copy.cpp) ---
+
+    /// Brings the objects \a low to \a high of a line of another store, with all that belongs to
+    /// them, and the settings of that line. An object that both lines have is replaced as a whole;
+    /// those that only this one has stay, and so do connections. A line that does not exist is
+    /// added. Subindices lose their ties to signals, which are not copied; the settings that other
+    /// lines share, the node's record and the locks of PDOs stay out too. One transaction, and one
+    /// notification of the kind Project. False if write access is locked, if the other project
+    /// could not be read or has no such line, or if something could not be written.
+    bool copyLineFromDatabase(ObjectDataBase &other, quint8 line, quint8 otherLine, quint32 low,
+                              quint32 high);
+    /// Likewise the parameter groups with numbers \a low to \a high, with their signals;
+    /// \a direction as for getPGNs().
+    bool copyPGNsFromDatabase(ObjectDataBase &other, quint8 line, quint8 otherLine, quint32 low,
+                              quint32 high, quint8 direction);
+    /// Ascending; of an object only one line has, just the object. Compares contentCompare() of
+    /// objects and subindices. "Here" is this store.
+    QList<LineDifference> compareLine(quint8 line, ObjectDataBase &other, quint8 otherLine,
+                                      quint16 low, quint16 high);
 
     // --- Text form (objectdatabase_text.cpp), used by DatabaseTextConverter ---
 
@@ -379,8 +451,23 @@ private:
     void repairUdsServices(quint8 line);
     void morphRelativeEdsToAbsolute();
 
+    // Part of fixEDP_DP_PGNs (objectdatabase_j1939.cpp)
+    void foldDataPage(quint8 line, quint32 number, quint8 direction);
+
     // Part of addNode: what a line has beside its objects (objectdatabase_nodes.cpp)
     void addLineSettings(quint8 line);
+
+    // Steps of copying from another store (objectdatabase_copy.cpp, objectdatabase_settings.cpp)
+    std::optional<quint8> sourceLine(quint8 line) const;
+    bool mayCopy(const ObjectDataBase &other, quint8 line, std::optional<quint8> otherLine) const;
+    /// Calls \a copy with the other store's line, within the frame that all copying has.
+    template <class Copy>
+    bool runCopy(const ObjectDataBase &other, quint8 line, quint8 otherLine, const Copy &copy);
+    bool copyObjects(ObjectDataBase &other, quint8 line, quint8 otherLine, quint32 low,
+                     quint32 high);
+    bool copyLineSettings(ObjectDataBase &other, quint8 line, quint8 otherLine);
+    bool copyLineRows(ObjectDataBase &other, const char *family, quint8 line, quint8 otherLine,
+                      const QString &condition, const QVector<QVariant> &values);
 
     // Steps of saving and comparing (objectdatabase_save.cpp)
     bool mayReplace(const QString &file) const;

@@ -1,63 +1,169 @@
-// Parameter groups of J1939 lines (SAE J1939-21).
-#include "store/objectdatabase_p.h"
+// Parameter groups of J1939 lines and their signals (SAE J1939-21, SAE J1939-71).
+#include "store/objectdatabase_frames_p.h"
+
+using Groups = Frames<PgnData>;
+
+namespace
+{
+
+constexpr quint8 kTransmitted = 0x55;
+constexpr quint8 kReceived = 0x77;
+
+} // namespace
 
 QList<quint32> ObjectDataBase::getPGNs(quint8 line, quint8 direction, bool noSafe) const
 {
-    QStringList conditions;
-    Cells values;
-    if (direction != 0) {
-        conditions << QStringLiteral("direction = ?");
-        values << direction;
-    }
-    if (noSafe)
-        conditions << QStringLiteral("(issafe = 0 or issafe is NULL)");
-    const QString where = conditions.isEmpty()
-                              ? QString()
-                              : QStringLiteral("where ") + conditions.join(QStringLiteral(" AND "));
-    QList<quint32> numbers;
-    Statement statement(*d,
-                        QStringLiteral("select number from %1 %2 order by number asc")
-                            .arg(Schema::table("PGNs", line), where),
-                        values);
-    while (statement.next())
-        numbers << statement.value(0).toUInt();
-    return numbers;
+    if (!noSafe)
+        return Groups(*d).numbers(line, direction);
+    return Groups(*d).numbers(line, direction, QStringLiteral("(issafe = 0 or issafe is NULL)"),
+                              [](const PGN &group) { return group.isSafe == 0; });
+}
+
+bool ObjectDataBase::existsPGN(quint8 line, quint32 pgn, quint8 direction) const
+{
+    PGN data;
+    return getPGNData(line, pgn, direction, data);
+}
+
+bool ObjectDataBase::getPGNData(quint8 line, quint32 pgn, quint8 direction, PGN &data) const
+{
+    return Groups(*d).get(line, {pgn, direction}, data);
+}
+
+QString ObjectDataBase::getPGNName(quint8 line, quint32 pgn, quint8 direction) const
+{
+    PGN data;
+    (void)getPGNData(line, pgn, direction, data); // one that is not there has no name
+    return data.name;
+}
+
+quint16 ObjectDataBase::getPGNMappingCount(quint8 line, quint32 pgn, quint8 direction) const
+{
+    PGN data;
+    (void)getPGNData(line, pgn, direction, data); // as above
+    return data.mappingCount;
+}
+
+bool ObjectDataBase::addPGN(quint8 line, quint32 pgn, const PGN &data)
+{
+    return Groups(*d).add(line, pgn, data);
+}
+
+bool ObjectDataBase::delPGN(quint8 line, quint32 pgn, quint8 direction)
+{
+    return Groups(*d).del(line, {pgn, direction});
+}
+
+QList<quint32> ObjectDataBase::getSPNs(quint8 line, quint32 pgn, quint8 direction) const
+{
+    return Groups(*d).signalNumbers(line, {pgn, direction});
+}
+
+bool ObjectDataBase::existsSPN(quint8 line, quint32 pgn, quint8 direction, quint32 spn) const
+{
+    SPN data;
+    return getSPNData(line, pgn, direction, spn, data);
+}
+
+bool ObjectDataBase::getSPNData(quint8 line, quint32 pgn, quint8 direction, quint32 spn,
+                                SPN &data) const
+{
+    return Groups(*d).getSignal(line, {pgn, direction}, spn, data);
+}
+
+QVector<ObjectDataBase::SPN> ObjectDataBase::getSPNRecords(quint8 line, quint32 pgn,
+                                                           quint8 direction) const
+{
+    return Groups(*d).signalsOf(line, {pgn, direction});
+}
+
+QString ObjectDataBase::getSPNName(quint8 line, quint32 pgn, quint8 direction, quint32 spn) const
+{
+    SPN data;
+    (void)getSPNData(line, pgn, direction, spn, data); // one that is not there has no name
+    return data.name;
+}
+
+quint16 ObjectDataBase::getSPNDataType(quint8 line, quint32 pgn, quint8 direction,
+                                       quint32 spn) const
+{
+    SPN data;
+    (void)getSPNData(line, pgn, direction, spn, data); // nor a type
+    return static_cast<quint16>(data.dataType);
 }
 
 QList<quint16> ObjectDataBase::getSPNDataTypes(quint8 line, quint32 pgn, quint8 direction) const
 {
     QList<quint16> types;
-    Statement statement(*d,
-                        QStringLiteral("select datatype from %1 where pgnnumber = ? and "
-                                       "direction = ? order by pos asc")
-                            .arg(Schema::table("SPNs", line)),
-                        {pgn, direction});
-    while (statement.next())
-        types << static_cast<quint16>(statement.value(0).toUInt());
+    const QVector<SPN> all = getSPNRecords(line, pgn, direction);
+    for (const SPN &spn : all)
+        types << static_cast<quint16>(spn.dataType);
     return types;
 }
 
-bool ObjectDataBase::delPGN(quint8 line, quint32 pgn, quint8 direction)
+bool ObjectDataBase::addSPN(quint8 line, quint32 pgn, quint8 direction, quint32 spn,
+                            const SPN &data)
 {
-    if (d->lockWriteAccess)
-        return false;
-    d->exec(QStringLiteral("delete from %1 where pgnnumber = ? and direction = ?")
-                .arg(Schema::table("SPNs", line)),
-            {pgn, direction});
-    const bool done = d->exec(QStringLiteral("delete from %1 where number = ? and direction = ?")
-                                  .arg(Schema::table("PGNs", line)),
-                              {pgn, direction});
-    ChangeSet change;
-    change.kind = ChangeSet::Kind::DelPgn;
-    change.line = line;
-    change.pgn = pgn;
-    emit updateNotify(change);
-    return done;
+    return Groups(*d).addSignal(line, {pgn, direction}, spn, data);
+}
+
+bool ObjectDataBase::delSPN(quint8 line, quint32 pgn, quint8 direction, quint32 spn)
+{
+    return Groups(*d).delSignal(line, {pgn, direction}, spn);
+}
+
+void ObjectDataBase::cacheAllSpnDataForLine(quint8 line)
+{
+    Groups(*d).cacheLine(line);
+    Frames<CanIdData>(*d).cacheLine(line);
+}
+
+void ObjectDataBase::clearAllCachedSpnData()
+{
+    d->groups.clear();
+    d->identifiers.clear();
+}
+
+void ObjectDataBase::fixEDP_DP_PGNs()
+{
+    beginBatch();
+    const QList<quint8> lines = getNodes();
+    for (const quint8 line : lines) {
+        for (const quint8 direction : {kReceived, kTransmitted}) {
+            const QList<quint32> numbers = getPGNs(line, direction, false);
+            for (const quint32 number : numbers)
+                foldDataPage(line, number, direction);
+        }
+    }
+    commitBatch();
+    clearAllCachedSpnData();
+}
+
+void ObjectDataBase::foldDataPage(quint8 line, quint32 number, quint8 direction)
+{
+    PGN group;
+    if (!getPGNData(line, number, direction, group) || group.edpDpKey == 0)
+        return;
+    const quint32 whole = (quint32(group.edpDpKey) << 16) + number;
+    const QVector<SPN> spns = getSPNRecords(line, number, direction);
+    group.edpDpKey = 0;
+    (void)addPGN(line, whole, group); // a locked store keeps its groups as they are
+    for (const SPN &spn : spns)
+        (void)addSPN(line, whole, direction, spn.number, spn); // as above
+    (void)delPGN(line, number, direction);                     // as above
+}
+
+bool ObjectDataBase::pgnEqual(ObjectDataBase *other, quint8 line, quint8 otherLine, quint32 pgn,
+                              quint32 otherPgn, quint8 direction) const
+{
+    return Groups::isEqual(Groups(*d), line, {pgn, direction}, Groups(*other->d), otherLine,
+                           {otherPgn, direction});
 }
 
 void ObjectDataBase::fixFaultyPGNSPNCount()
 {
     const QList<quint8> lines = getNodes();
+    d->groups.clear();
     for (const quint8 line : lines) {
         d->exec(QStringLiteral(
                     "with counted as (select pgnnumber p, direction d, count(*) n "
@@ -72,6 +178,7 @@ void ObjectDataBase::fixFaultyPGNSPNCount()
 
 void ObjectDataBase::updatePGNdirectionAttributes(quint8 line)
 {
+    d->groups.remove(line);
     d->exec(QStringLiteral("update %2 set direction = (select direction from %1 "
                            "where number = pgnnumber) where pgnnumber in (select number from %1)")
                 .arg(Schema::table("PGNs", line), Schema::table("SPNs", line)));

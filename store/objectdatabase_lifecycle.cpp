@@ -164,6 +164,7 @@ bool ObjectDataBase::executeSql(const QString &sql)
     d->forgetSettings();
     d->forgetStrings();
     clearAllCachedSubs();
+    clearAllCachedSpnData();
     clearCachedSubNames();
     if (!done) {
         d->noteFailure(query);

@@ -129,6 +129,8 @@ bool ObjectDataBase::delNode(quint8 line)
     commitBatch();
     clearCachedSubs(line);
     d->forgetCachedNames(line);
+    d->groups.remove(line);
+    d->identifiers.remove(line);
 
     ChangeSet change;
     change.kind = ChangeSet::Kind::DelNode;

@@ -37,6 +37,30 @@ struct LineCache {
     QMap<quint16, IndexData> objects;
 };
 
+/// A frame of a line: a number may stand once for each direction.
+struct FrameKey {
+    quint32 number = 0;
+    quint8 direction = 0;
+
+    bool operator==(const FrameKey &other) const
+    {
+        return number == other.number && direction == other.direction;
+    }
+};
+
+inline uint qHash(const FrameKey &key, uint seed = 0)
+{
+    return qHash(quint64(key.direction) << 32 | key.number, seed);
+}
+
+/// All frames and signals of a line.
+template <class Frame, class Signal>
+struct FrameCache {
+    QVector<FrameKey> order; ///< ascending by number
+    QHash<FrameKey, Frame> frames;
+    QHash<FrameKey, QVector<Signal>> signalsOf;
+};
+
 class StorePrivate
 {
 public:
@@ -157,7 +181,9 @@ public:
     bool stringsComplete = false; ///< both maps hold all rows of the table
     QHash<quint8, LineCache> cachedSubs;
     QHash<quint32, QString> cachedSubNames; ///< by placeKey()
-    QHash<quint32, quint16> producerTypes;  ///< of initPossibleConnectionQuery(), by subKey()
+    QHash<quint8, FrameCache<PgnData, SpnData>> groups;
+    QHash<quint8, FrameCache<CanIdData, DataElementData>> identifiers;
+    QHash<quint32, quint16> producerTypes; ///< of initPossibleConnectionQuery(), by subKey()
     QHash<quint32, quint16> consumerTypes;
     std::array<QHash<QString, QString>, 5> settingsCache;
     std::array<bool, 5> settingsRead{};

@@ -42,6 +42,15 @@ constexpr DescriptionDefault kDescriptionDefaults[] = {
 };
 // clang-format on
 
+/// Beside the defaults a line may have these.
+constexpr const char *kCountsOfPdos[] = {"NrOfRXPDO", "NrOfTXPDO"};
+
+/// J1939 settings that are lists with an element for each line.
+constexpr const char *kJ1939LineKeys[] = {
+    "ecuinstance",  "function",        "functioninstance", "identitynumber",   "industrygroup",
+    "startaddress", "vehicleinstance", "vehiclesystem",    "manufacturercode",
+};
+
 const SettingsRow &rowOf(SettingsStore store)
 {
     return kStores[static_cast<size_t>(store)];
@@ -50,6 +59,22 @@ const SettingsRow &rowOf(SettingsStore store)
 QString lineSuffix(quint8 line)
 {
     return QStringLiteral("_%1").arg(line);
+}
+
+/// The key of a description setting as it is stored.
+QString keyOfLine(const QString &key, quint8 line)
+{
+    return line > 0 ? key + lineSuffix(line) : key;
+}
+
+QStringList descriptionKeys()
+{
+    QStringList keys;
+    for (const DescriptionDefault &row : kDescriptionDefaults)
+        keys << QString::fromLatin1(row.key);
+    for (const char *key : kCountsOfPdos)
+        keys << QString::fromLatin1(key);
+    return keys;
 }
 
 /// \a list with element \a line set; gaps are one blank each.
@@ -131,7 +156,7 @@ bool StorePrivate::removeSetting(SettingsStore store, const QString &key)
 
 QString StorePrivate::descriptionKey(const QString &key) const
 {
-    return descriptionLine > 0 ? key + lineSuffix(descriptionLine) : key;
+    return keyOfLine(key, descriptionLine);
 }
 
 bool ObjectDataBase::existGeneralSettingsValue(const QString &key) const
@@ -284,6 +309,38 @@ void ObjectDataBase::fixGeneralsettingsLineCount()
     const QStringList keys = getGeneralLineDependentSettings();
     for (const QString &key : keys)
         fixGeneralSettingsValueLine(key, lines.last());
+}
+
+bool ObjectDataBase::copyLineSettings(ObjectDataBase &other, quint8 line, quint8 otherLine)
+{
+    bool done = true;
+    const QStringList described = descriptionKeys();
+    const QHash<QString, QString> descriptions = other.d->settings(SettingsStore::Description);
+    for (const QString &key : described) {
+        const auto found = descriptions.constFind(keyOfLine(key, otherLine));
+        if (found != descriptions.constEnd())
+            done =
+                d->writeSetting(SettingsStore::Description, keyOfLine(key, line), *found) && done;
+    }
+    const QStringList general = getGeneralLineDependentSettings();
+    for (const QString &key : general) {
+        const QString value = other.getGeneralSettingsValueLine(key, otherLine);
+        if (value != getGeneralSettingsValueLine(key, line))
+            done = setGeneralSettingsValueLine(key, value, line) && done;
+    }
+    for (const char *name : kJ1939LineKeys) {
+        const QString key = QLatin1String(name);
+        const QStringList elements = other.getJ1939SettingsValue(key).split(QLatin1Char(','));
+        const QString value = elements.value(otherLine);
+        if (!value.isEmpty() && value != getJ1939SettingsValueLine(key, line))
+            done = setJ1939SettingsValueLine(key, value, line) && done;
+    }
+    // What the line carries is the project's choice, where it has made one.
+    const QString typeKey = QStringLiteral("line%1type");
+    const QString type = other.getGeneralSettingsValue(typeKey.arg(otherLine));
+    if (!type.isEmpty() && getGeneralSettingsValue(typeKey.arg(line)).isEmpty())
+        done = setGeneralSettingsValue(typeKey.arg(line), type) && done;
+    return done;
 }
 
 QStringList ObjectDataBase::getGeneralLineDependentSettings()

@@ -48,6 +48,8 @@ void StorePrivate::closeConnection()
     batchDepth = 0;
     forgetStrings();
     cachedSubs.clear();
+    groups.clear();
+    identifiers.clear();
     cachedSubNames.clear();
     producerTypes.clear();
     consumerTypes.clear();

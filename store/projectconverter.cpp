@@ -27,6 +27,7 @@ bool ProjectConverter::doGenericCorrection()
 bool ProjectConverter::do1939Correction()
 {
     database->fixFaultyPGNSPNCount();
+    database->fixEDP_DP_PGNs();
     return true;
 }
 

@@ -20,7 +20,7 @@ public:
     /// Corrections that hold for every tool of the family; there are none so far.
     bool doGenericCorrection();
 
-    /// Counts that do not fit the rows of a J1939 group.
+    /// Counts that do not fit the rows of a J1939 group, and groups with separate data page bits.
     bool do1939Correction();
 
     /// Settings of CANopen services that were kept under another key, or without a switch.

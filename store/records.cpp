@@ -56,6 +56,11 @@ bool IndexData::operator==(const IndexData &other) const
     return allColumnsEqual(kIndexColumns, *this, other);
 }
 
+bool IndexData::contentCompare(const IndexData &other) const
+{
+    return name == other.name && dataType == other.dataType && objectCode == other.objectCode;
+}
+
 bool SubIndexData::operator==(const SubIndexData &other) const
 {
     return contentCompare(other) && currentValue == other.currentValue &&

@@ -9,6 +9,8 @@
 #include <QMetaType>
 #include <QString>
 
+#include <optional>
+
 using Metadata = QMap<QString, QString>;
 
 /// One CAN line of the device.
@@ -56,6 +58,9 @@ struct IndexData {
 
     bool operator==(const IndexData &other) const;
     bool operator!=(const IndexData &other) const { return !(*this == other); }
+
+    /// As that of a subindex: name, type and code.
+    bool contentCompare(const IndexData &other) const;
 };
 
 /// One subindex; an object that is a plain variable has just subindex 0.
@@ -117,6 +122,19 @@ struct SubAddressData {
     }
 };
 
+/// A place where a line differs from a line of another project.
+struct LineDifferenceData {
+    enum class Kind { OnlyHere, OnlyThere, Content };
+    Kind kind = Kind::Content;
+    quint16 index = 0;
+    std::optional<quint8> subindex; ///< none: the object itself
+
+    bool operator==(const LineDifferenceData &other) const
+    {
+        return kind == other.kind && index == other.index && subindex == other.subindex;
+    }
+};
+
 /// The metadata of one subindex.
 struct IndexSubMetadata {
     quint16 index = 0;
@@ -133,6 +151,59 @@ struct ConnectionData {
     quint16 conIndex = 0;
     quint8 conSub = 0;
     quint8 priority = 0;
+};
+
+/// What the frames of J1939 and raw CAN lines have in common. A number may stand twice on a line,
+/// once for each direction: 0x55 transmitted, 0x77 received.
+struct FrameData {
+    QString name;
+    QString description;
+    quint16 cycleTimeMs = 0;
+    quint16 inhibitTimeMs = 0;
+    quint16 mappingCount = 0; ///< number of its signals
+    quint8 direction = 0;
+};
+
+/// A parameter group (SAE J1939-21, 5.2).
+struct PgnData : FrameData {
+    quint32 number = 0;
+    quint8 edpDpKey = 0; ///< data page bits that stand apart from the number in older projects
+    quint8 priority = 0;
+    quint32 isSafe = 0; ///< member of a safety data group
+    quint32 srvtMs = 0; ///< safety relevant validation time
+    quint32 fdTrailerFormat = 0;
+    quint32 fdAssuranceType = 0;
+    quint32 fdAssuranceDataSize = 0;
+};
+
+/// A CAN identifier of a raw line.
+struct CanIdData : FrameData {
+    quint32 id = 0;
+};
+
+/// What the signals of J1939 and raw CAN lines have in common.
+struct SignalData {
+    qint16 pos = 0; ///< place in the frame
+    QString name;
+    QString description;
+    QString defaultValue = QStringLiteral("0");
+    quint32 dataType = 0; ///< a CAN::CANopenDataType
+    quint32 direction = 0;
+    quint32 number = 0;
+    quint32 implementation = 2; ///< as SubIndexData::implementation
+    QString varName;
+    quint16 bitSize = 0;
+};
+
+/// A signal of a parameter group, a suspect parameter (SAE J1939-71).
+struct SpnData : SignalData {
+    quint32 pgn = 0;
+    quint16 slotDf = 0;
+};
+
+/// A signal of a raw CAN identifier.
+struct DataElementData : SignalData {
+    quint32 canid = 0;
 };
 
 /// What changed in a project. Fields that a kind does not use are zero.

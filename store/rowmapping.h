@@ -69,12 +69,11 @@ struct MemberTraits<Member> {
 
 } // namespace RowMapping
 
-/// The column that \a Member is stored in.
-template <auto Member>
+/// The column that \a Member is stored in. A record that inherits the member is named.
+template <auto Member, class Record = typename RowMapping::MemberTraits<Member>::Record>
 constexpr auto column(const char *name, const char *type, Coding coding = Coding::Plain)
 {
     using Traits = RowMapping::MemberTraits<Member>;
-    using Record = typename Traits::Record;
     return Column<Record>{name, type, coding,
                           [](const Record &record) { return RowMapping::toCell(record.*Member); },
                           [](Record &record, const QVariant &cell) {

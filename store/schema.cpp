@@ -16,28 +16,8 @@ QString declare(const Column<Record> (&columns)[N])
     return parts.join(QStringLiteral(", "));
 }
 
-struct LineTable {
-    const char *family;
-    const char *columns; ///< null: made from the record's column table
-};
-
-// clang-format off
-constexpr LineTable kLineTables[] = {
-    {"PGNs", "number integer not null, edp_dp_key integer, priority integer, cycletime_ms integer, "
-             "inhibittime_ms integer, mappingcount integer, direction integer, name integer, "
-             "desc integer, issafe integer, srvt_ms integer, FD_TrailerFormat integer, "
-             "FD_AssuranceType integer, FD_AssuranceDataSize integer"},
-    {"SPNs", "pgnnumber integer not null, spnnumber integer not null, datatype integer, "
-             "implementation integer, varname text, defaultvalue text, name integer, desc integer, "
-             "pos integer, bitsize integer, direction integer, slot_df integer"},
-    {"CANIDs", "id integer not null, cycletime_ms integer, inhibittime_ms integer, "
-               "mappingcount integer, direction integer, name integer, desc integer"},
-    {"DataElements", "canid integer not null, number integer not null, datatype integer, "
-                     "implementation integer, varname text, defaultvalue text, name integer, "
-                     "desc integer, pos integer, bitsize integer, direction integer"},
-    {"UDSSettings", "sid integer not null, active integer, sessions text, userlevels text, UNIQUE(sid)"},
-};
-// clang-format on
+constexpr char kUdsColumns[] =
+    "sid integer not null, active integer, sessions text, userlevels text, UNIQUE(sid)";
 
 QString tableColumns(const Schema::TableRow &row)
 {
@@ -57,12 +37,16 @@ QString lineColumns(const char *family)
         return QStringLiteral("objectindex integer not null, subindex integer not null, ") +
                declare(kSubIndexColumns) + QStringLiteral(", UNIQUE(objectindex,subindex)");
     }
-    for (const LineTable &row : kLineTables) {
-        if (name == QLatin1String(row.family))
-            return QString::fromLatin1(row.columns);
-    }
-    Q_UNREACHABLE();
-    return QString();
+    if (name == QLatin1String("PGNs"))
+        return declare(kPgnColumns);
+    if (name == QLatin1String("SPNs"))
+        return declare(kSpnColumns);
+    if (name == QLatin1String("CANIDs"))
+        return declare(kCanIdColumns);
+    if (name == QLatin1String("DataElements"))
+        return declare(kDataElementColumns);
+    Q_ASSERT(name == QLatin1String("UDSSettings"));
+    return QString::fromLatin1(kUdsColumns);
 }
 
 } // namespace
@@ -134,6 +118,17 @@ QString Schema::createTable(const TableRow &row, bool ifNotExists)
     return QStringLiteral("create table %1%2 (%3)")
         .arg(ifNotExists ? QStringLiteral("if not exists ") : QString(),
              QString::fromLatin1(row.name), tableColumns(row));
+}
+
+QStringList Schema::lineColumnNames(const char *family)
+{
+    QStringList names;
+    const QStringList columns = lineColumns(family).split(QStringLiteral(", "));
+    for (const QString &column : columns) {
+        if (!column.startsWith(QLatin1String("UNIQUE")))
+            names << column.section(QLatin1Char(' '), 0, 0);
+    }
+    return names;
 }
 
 QString Schema::nullableColumns(const char *family)

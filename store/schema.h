@@ -27,6 +27,9 @@ QString createTable(const TableRow &row, bool ifNotExists);
 /// "SPNs", "CANIDs", "DataElements" or "UDSSettings".
 QString createLineTable(const char *family, int line);
 
+/// Names of the columns of a line's table, in the order on disk; families as above.
+QStringList lineColumnNames(const char *family);
+
 /// Declarations of the columns of "Objects" or "SubObjects" that can be added to a table with rows.
 QString nullableColumns(const char *family);
 

@@ -76,3 +76,23 @@ enum class ObjectCode : qint32 {
 };
 
 } // namespace CANopen
+
+namespace J1939
+{
+
+/// Kinds of signals, numbered as DBC files of J1939 number them.
+enum class SigType {
+    Default = 0,
+    Range = 1,
+    RangeSigned = 2,
+    Ascii = 3,
+    Discrete = 4,
+    Control = 5,
+    ReferencePgn = 6,
+    Dtc = 7,
+    StringDelimiter = 8,
+    StringLength = 9,
+    StringLengthControl = 10,
+};
+
+} // namespace J1939

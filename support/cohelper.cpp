@@ -91,8 +91,18 @@ constexpr CodeRow kCodes[] = {
     {CANopen::ObjectCode::Record, "RECORD"},   {CANopen::ObjectCode::Var, "VARIABLE"},
 };
 
-constexpr const char *kImplementations[] = {"Managed Variable", "Managed Const", "Variable",
-                                            "Virtual Object"};
+struct ImplementationRow {
+    const char *display;
+    const char *word;
+};
+
+// The place is the number.
+constexpr ImplementationRow kImplementations[] = {
+    {"Managed Variable", "managedvariable"},
+    {"Managed Const", "managedconst"},
+    {"Variable", "variable"},
+    {"Virtual Object", "virtualobject"},
+};
 
 QHash<QString, quint16> makeTypeNumbers()
 {
@@ -192,8 +202,25 @@ CANopen::ObjectCode COHelper::string2objectCode(const QString &text)
 QString COHelper::implementation2String(quint8 implementation)
 {
     return implementation < std::size(kImplementations)
-               ? QString::fromLatin1(kImplementations[implementation])
+               ? QString::fromLatin1(kImplementations[implementation].display)
                : QString();
+}
+
+QString COHelper::implementation2Word(quint8 implementation)
+{
+    return implementation < std::size(kImplementations)
+               ? QString::fromLatin1(kImplementations[implementation].word)
+               : QString();
+}
+
+int COHelper::word2Implementation(const QString &text)
+{
+    const QString word = text.trimmed();
+    for (size_t i = 0; i < std::size(kImplementations); ++i) {
+        if (word.compare(QLatin1String(kImplementations[i].word), Qt::CaseInsensitive) == 0)
+            return static_cast<int>(i);
+    }
+    return -1;
 }
 
 QString COHelper::normalizeAccessType(const QString &text)

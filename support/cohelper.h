@@ -45,6 +45,13 @@ public:
     /// Display text of an implementation type, 0 to 3; empty above.
     static QString implementation2String(quint8 implementation);
 
+    /// Word of an implementation type in tables: "managedvariable", "managedconst", "variable",
+    /// "virtualobject"; empty above 3.
+    static QString implementation2Word(quint8 implementation);
+
+    /// Takes the words of implementation2Word(), in any case; -1 for any other text.
+    static int word2Implementation(const QString &text);
+
     /// One of "const", "ro", "rw", "wo", "rww", "rwr". Takes these in any case and with blanks, "r"
     /// and "w" for short, and "ro" for whatever is none of them.
     static QString normalizeAccessType(const QString &text);

@@ -1,16 +1,11 @@
 // Reading of device descriptions: bytes to text, text to lines, lines to sections.
 #include "support/edsreader.h"
 
+#include "support/helper.h"
 #include "support/logging.h"
-
-#include <QFile>
-#include <QFileInfo>
-#include <QTextCodec>
 
 namespace
 {
-
-constexpr qint64 kMaxFileBytes = 256 * 1024 * 1024;
 
 QString normalizedName(const QString &name)
 {
@@ -27,14 +22,10 @@ QString normalizedName(const QString &name)
 
 bool EdsReader::read(const QString &fileName)
 {
-    parse(QByteArray(), fileName);
-    QFile source(fileName);
-    // A device file or a pipe could deliver bytes without an end.
-    if (!QFileInfo(fileName).isFile() || !source.open(QIODevice::ReadOnly) ||
-        source.size() > kMaxFileBytes)
-        return false;
-    parse(source.readAll(), fileName);
-    return true;
+    QByteArray bytes;
+    const bool isRead = Helper::readWholeFile(fileName, bytes);
+    parse(bytes, fileName);
+    return isRead;
 }
 
 void EdsReader::parse(const QByteArray &bytes, const QString &origin)
@@ -77,13 +68,7 @@ void EdsReader::note(int line, const QString &message) const
 
 QString EdsReader::decode(const QByteArray &bytes)
 {
-    QTextCodec *codec = QTextCodec::codecForUtfText(bytes, QTextCodec::codecForName("UTF-8"));
-    QTextCodec::ConverterState state;
-    QString decoded = codec->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (state.invalidChars > 0 || state.remainingChars > 0) {
-        codec = QTextCodec::codecForName("Windows-1252");
-        decoded = codec ? codec->toUnicode(bytes) : QString::fromLatin1(bytes);
-    }
+    QString decoded = Helper::decodeText(bytes);
     for (QChar &character : decoded) {
         if (character.unicode() < 0x20 && character != QLatin1Char('\n') &&
             character != QLatin1Char('\r'))

@@ -49,8 +49,7 @@ public:
     /// Writes a line to the import log that names file and line of an oddity.
     void note(int line, const QString &message) const;
 
-    /// Text of bytes that are UTF-8, UTF-16 with byte order mark, or else Windows-1252; without the
-    /// mark, and with blanks in place of control characters.
+    /// As Helper::decodeText(), with blanks in place of control characters.
     static QString decode(const QByteArray &bytes);
 
 private:

@@ -2,13 +2,17 @@
 #include "support/helper.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QStringList>
+#include <QTextCodec>
 
 namespace
 {
 
 constexpr int kLongestPlaceHolder = 9; // "${number}"
+
+constexpr qint64 kMaxFileBytes = 256 * 1024 * 1024;
 
 } // namespace
 
@@ -57,6 +61,28 @@ bool Helper::modifyLineEnding(const QString &file, const QString &ending)
     QSaveFile target(file);
     return target.open(QIODevice::WriteOnly) && target.write(text) == text.size() &&
            target.commit();
+}
+
+bool Helper::readWholeFile(const QString &file, QByteArray &bytes)
+{
+    QFile source(file);
+    // A device file or a pipe could deliver bytes without an end.
+    if (!QFileInfo(file).isFile() || !source.open(QIODevice::ReadOnly) ||
+        source.size() > kMaxFileBytes)
+        return false;
+    bytes = source.readAll();
+    return true;
+}
+
+QString Helper::decodeText(const QByteArray &bytes)
+{
+    QTextCodec *codec = QTextCodec::codecForUtfText(bytes, QTextCodec::codecForName("UTF-8"));
+    QTextCodec::ConverterState state;
+    const QString decoded = codec->toUnicode(bytes.constData(), bytes.size(), &state);
+    if (state.invalidChars == 0 && state.remainingChars == 0)
+        return decoded;
+    codec = QTextCodec::codecForName("Windows-1252");
+    return codec ? codec->toUnicode(bytes) : QString::fromLatin1(bytes);
 }
 
 QString Helper::UTF8String2ArrayString(const QString &text)

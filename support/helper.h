@@ -1,6 +1,7 @@
 // Small text operations that all parts of the tool share.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 /// Text helpers. The constructor's argument names the tool of the family, and has no effect here.
@@ -18,6 +19,14 @@ public:
     /// is replaced in one step; a missing file, or one that has these ends already, is left alone.
     /// False if the file could not be read or written.
     static bool modifyLineEnding(const QString &file, const QString &ending);
+
+    /// All bytes of \a file. False if it cannot be opened, is no regular file, or is larger than
+    /// 256 MiB.
+    static bool readWholeFile(const QString &file, QByteArray &bytes);
+
+    /// Text of bytes that are UTF-8, UTF-16 with byte order mark, or else Windows-1252; without the
+    /// mark.
+    static QString decodeText(const QByteArray &bytes);
 
     /// \a text in UTF-8 as initialiser of a C byte array: "{0x41,0x62}".
     static QString UTF8String2ArrayString(const QString &text);

@@ -12,7 +12,7 @@ namespace
 constexpr quint8 kTransmit = 0x55; // directions of groups and identifiers in the store
 constexpr quint8 kReceive = 0x77;
 constexpr quint32 kAddressClaimedPgn = 0xEE00; // SAE J1939-81
-constexpr quint32 kFlyingMasterBit = 0x20;     // 0x1F80, CiA 302-2
+constexpr quint32 kFlyingMasterBit = 0x20;
 
 using Defines::countIndices;
 using Defines::countSubs;
@@ -109,7 +109,7 @@ quint16 cobsOfLine(const DefineContext &context, quint8 line, int position)
     cobs += has(0x1F10); // SDO requesting device
     cobs += 2 * countIndices(store, line, 0x1301, 0x137F);
     cobs += additionalCobs(settings, position);
-    cobs += Defines::subValue(store, line, 0x1F80, 0) & kFlyingMasterBit ? 10 : 0;
+    cobs += Defines::hasFlyingMaster(store, line) ? 10 : 0;
     if (!context.multiProtocol)
         cobs += cobsOfTransport(settings, line);
     return cobs;
@@ -156,20 +156,6 @@ quint16 cobsOfJ1939Modules(const J1939Settings &settings)
     return cobs;
 }
 
-/// Do the two need no row of their own each? Names may differ.
-bool areAlike(const SubIndexData &one, const SubIndexData &other)
-{
-    return one.dataType == other.dataType && one.accessType == other.accessType &&
-           one.pdoMapping == other.pdoMapping && one.lowLimit == other.lowLimit &&
-           one.upLimit == other.upLimit && one.size == other.size &&
-           one.defaultInEds == other.defaultInEds && one.limitInEds == other.limitInEds &&
-           one.refuseRead == other.refuseRead && one.refuseWrite == other.refuseWrite &&
-           one.implementation == other.implementation &&
-           one.varName.simplified() == other.varName.simplified() &&
-           one.nvStorage == other.nvStorage && one.defaultValue == other.defaultValue &&
-           one.writeDefaultToEds == other.writeDefaultToEds;
-}
-
 } // namespace
 
 quint16 Defines::countIndices(const ObjectDataBase &store, quint8 line, quint16 low, quint16 high)
@@ -185,6 +171,11 @@ quint16 Defines::countSubs(const ObjectDataBase &store, quint8 line, quint16 ind
 quint32 Defines::subValue(const ObjectDataBase &store, quint8 line, quint16 index, quint8 sub)
 {
     return Numbers::toUIntByPrefix(store.getSubIndexValue(line, index, sub));
+}
+
+bool Defines::hasFlyingMaster(const ObjectDataBase &store, quint8 line)
+{
+    return (subValue(store, line, 0x1F80, 0) & kFlyingMasterBit) != 0;
 }
 
 quint32 Defines::isoTpCobs(const GeneralSettings &settings, quint8 line)
@@ -254,28 +245,4 @@ quint16 Defines::getMultiProtocolCobs(const DefineContext &context, quint8 line)
         cobs += static_cast<quint8>(
             3 * Numbers::toUIntByPrefix(settings.ofLine("uds_client_cnt", line)));
     return cobs;
-}
-
-quint8 Defines::getSameStartSub(const ObjectDataBase &store, quint8 line, quint16 index)
-{
-    IndexData object;
-    const QList<quint8> subs = store.getSubIndices(line, index, 0);
-    if (!store.getIndexData(line, index, object) || subs.isEmpty())
-        return 0;
-    if (object.objectCode != CANopen::ObjectCode::Array &&
-        object.objectCode != CANopen::ObjectCode::Record)
-        return 0;
-    if (object.objectCode == CANopen::ObjectCode::Record || subs.size() < 3)
-        return subs.last();
-    SubIndexData last;
-    (void)store.getSubIndexData(line, index, subs.last(), last); // it is in the list
-    quint8 start = subs.last();
-    for (int i = subs.size() - 2; i >= 0 && subs.at(i) + 1 == start; --i) {
-        SubIndexData candidate;
-        (void)store.getSubIndexData(line, index, subs.at(i), candidate);
-        if (!areAlike(candidate, last))
-            break;
-        start = subs.at(i);
-    }
-    return start;
 }

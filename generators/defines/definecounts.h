@@ -1,6 +1,5 @@
-// The arithmetic of gen_define.h: how many CAN message objects (COBs) lines need, and the runs of
-// like subindices that share a table row. The stack allocates nothing, so each term is kept that
-// may need memory. All sums are of 16 bits and wrap.
+// The arithmetic of gen_define.h: how many CAN message objects (COBs) lines need. The stack
+// allocates nothing, so each term is kept that may need memory. All sums are of 16 bits and wrap.
 #pragma once
 
 #include "generators/defines/definecontext.h"
@@ -22,11 +21,6 @@ quint16 getMultiProtocolCobs(const DefineContext &context, quint8 line);
 /// How many message objects the ISO-TP connections of a line take.
 quint32 isoTpCobs(const GeneralSettings &settings, quint8 line);
 
-/// First subindex of the run of like subindices that ends an array: only up to it do subindices
-/// need a row of their own. The last subindex of a record, and of an array of fewer than three; 0
-/// for any other object.
-quint8 getSameStartSub(const ObjectDataBase &store, quint8 line, quint16 index);
-
 /// Number of objects from \a low to \a high.
 quint16 countIndices(const ObjectDataBase &store, quint8 line, quint16 low, quint16 high);
 
@@ -35,5 +29,8 @@ quint16 countSubs(const ObjectDataBase &store, quint8 line, quint16 index, quint
 
 /// Default value of a subindex as a number, read by its prefix.
 quint32 subValue(const ObjectDataBase &store, quint8 line, quint16 index, quint8 sub);
+
+/// Can the line take part in the choice of a flying master (0x1F80, CiA 302-2)?
+bool hasFlyingMaster(const ObjectDataBase &store, quint8 line);
 
 } // namespace Defines

@@ -94,6 +94,14 @@ DefineGenerator::DefineGenerator(const DefineDialect &stackDialect)
 {
 }
 
+QString DefineGenerator::closingRemark() const
+{
+    const QString section = userSection.trimmed();
+    return section.isEmpty()
+               ? QString()
+               : QStringLiteral("gen_define.h contains user section:\n%1").arg(section);
+}
+
 QString DefineGenerator::targetFile() const
 {
     return QStringLiteral("%1/gen_define.h").arg(outputDirectory);

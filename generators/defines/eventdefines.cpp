@@ -1,6 +1,8 @@
 // Static and dynamic events.
 #include "generators/defines/eventdefines.h"
 
+#include "generators/rowtables.h"
+
 #include <array>
 
 namespace
@@ -98,6 +100,10 @@ constexpr SlotRow kIsoTpSlots[] = { // read by prefix, in 8 bits
     {"isotp_client_event", "#define ISOTP_EVENT_DYNAMIC_CLIENT\t"},
 };
 // clang-format on
+
+static_assert(RowTables::settingsAreUnique(kUsdoSlots));
+static_assert(RowTables::settingsAreUnique(kSlotsBeforeCan));
+static_assert(RowTables::settingsAreUnique(kSlotsAfterCan));
 
 void writeStaticEvents(DefineContext &context)
 {

@@ -19,7 +19,7 @@ QString decoded(const QByteArray &bytes)
     const QString text =
         QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
     const bool isUtf8 = state.invalidChars == 0 && state.remainingChars == 0;
-    return isUtf8 ? text : QString::fromLatin1(bytes);
+    return isUtf8 ? text : QString::fromLatin1(bytes.constData(), bytes.size());
 }
 
 QStringList linesOf(const QString &text)
@@ -39,12 +39,11 @@ QString Defines::readOldHeader(const QString &file)
     // Opening a pipe could wait for ever.
     if (!info.isFile() || !info.isReadable() || !source.open(QIODevice::ReadOnly))
         return QString();
-    const QByteArray bytes = source.read(kLongestHeaderBytes + 1);
-    if (bytes.size() > kLongestHeaderBytes) {
+    if (source.size() > kLongestHeaderBytes) {
         qCWarning(lcGenerator) << "no header, too long:" << file;
         return QString();
     }
-    QString text = decoded(bytes);
+    QString text = decoded(source.read(kLongestHeaderBytes));
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     return text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
 }

@@ -4,6 +4,7 @@
 #include "generators/defines/definecounts.h"
 #include "generators/defines/definelists.h"
 #include "generators/defines/servicefacts.h"
+#include "generators/rowtables.h"
 
 #include <QStringList>
 
@@ -14,7 +15,7 @@ namespace
 {
 
 using Defines::LineServices;
-using Defines::ServiceFacts;
+using Facts = Defines::ServiceFacts;
 
 /// A number a line.
 struct ListRow {
@@ -25,7 +26,7 @@ struct ListRow {
 /// A number, or 1 for a service that is used. Written if it is above zero.
 struct ServiceRow {
     const char *start;
-    quint32 (*value)(const ServiceFacts &);
+    quint32 (*value)(const Facts &);
 };
 
 /// A function that the project names; the text is written if it does.
@@ -50,22 +51,24 @@ constexpr ListRow kErrorLists[] = {
     {"#define CO_EMCY_CONS_COUNTS\t",    &LineServices::emcyConsumers},
 };
 
-/// Is a setting, as a decimal number, above zero?
-bool isOn(const ServiceFacts &f, const char *setting) { return f.settings.decimal(setting) > 0; }
-bool isOne(const ServiceFacts &f, const char *setting) { return f.settings.decimal(setting) == 1; }
+/// 1 if the setting, as a decimal number, is above zero, or just one; else 0.
+quint32 isOn(const Facts &f, const char *setting) { return f.settings.decimal(setting) > 0; }
+quint32 isOne(const Facts &f, const char *setting) { return f.settings.decimal(setting) == 1; }
 
 constexpr ServiceRow kManagementServices[] = {
-    {"#define CO_NMT_MASTER\t",              [](const ServiceFacts &f) -> quint32 { return f.hasMaster; }},
-    {"#define CO_FLYING_MASTER_SUPPORTED\t", [](const ServiceFacts &f) -> quint32 { return f.hasFlyingMaster; }},
-    {"#define CO_LSS_MASTER_SUPPORTED\t",    [](const ServiceFacts &f) -> quint32 { return isOn(f, "lss_supported") && f.hasMaster; }},
-    {"#define CO_LSS_SUPPORTED\t",           [](const ServiceFacts &f) -> quint32 { return isOn(f, "lss_supported") && !(f.hasMaster && f.lines.size() >= 2); }},
-    {"#define CO_LSS_INQUIRY_SERVICES\t",    [](const ServiceFacts &f) -> quint32 { return isOn(f, "lss_supported") && isOn(f, "lss_inquiry_supported"); }},
-    {"#define CO_IDNEGO_SUPPORTED\t",        [](const ServiceFacts &f) -> quint32 { return isOn(f, "idnego_supported"); }},
-    {"#define CO_GFC_SUPPORTED\t",           [](const ServiceFacts &f) -> quint32 { return f.hasGfc; }},
-    {"#define CO_DYNAMIC_OBJDIC\t",          [](const ServiceFacts &f) -> quint32 { return isOn(f, "dynod"); }},
-    {"#define CO_EVENT_CSDO_DOMAIN_WRITE\t", [](const ServiceFacts &f) -> quint32 { return isOn(f, "csdo_write_special"); }},
-    {"#define CO_EMCY_NETWORKING\t",         [](const ServiceFacts &f) -> quint32 { return isOn(f, "emcy_routing"); }},
-    {"#define CO_SDO_NETWORKING\t",          [](const ServiceFacts &f) -> quint32 { return isOn(f, "sdo_routing"); }},
+    {"#define CO_NMT_MASTER\t",              [](const Facts &f) { return quint32(f.hasMaster); }},
+    {"#define CO_FLYING_MASTER_SUPPORTED\t", [](const Facts &f) { return quint32(f.hasFlyingMaster); }},
+    {"#define CO_LSS_MASTER_SUPPORTED\t",    [](const Facts &f) { return quint32(isOn(f, "lss_supported") && f.hasMaster); }},
+    {"#define CO_LSS_SUPPORTED\t",           [](const Facts &f) -> quint32 {
+         return isOn(f, "lss_supported") && !(f.hasMaster && f.lines.size() >= 2); }},
+    {"#define CO_LSS_INQUIRY_SERVICES\t",    [](const Facts &f) -> quint32 {
+         return isOn(f, "lss_supported") && isOn(f, "lss_inquiry_supported"); }},
+    {"#define CO_IDNEGO_SUPPORTED\t",        [](const Facts &f) { return isOn(f, "idnego_supported"); }},
+    {"#define CO_GFC_SUPPORTED\t",           [](const Facts &f) { return quint32(f.hasGfc); }},
+    {"#define CO_DYNAMIC_OBJDIC\t",          [](const Facts &f) { return isOn(f, "dynod"); }},
+    {"#define CO_EVENT_CSDO_DOMAIN_WRITE\t", [](const Facts &f) { return isOn(f, "csdo_write_special"); }},
+    {"#define CO_EMCY_NETWORKING\t",         [](const Facts &f) { return isOn(f, "emcy_routing"); }},
+    {"#define CO_SDO_NETWORKING\t",          [](const Facts &f) { return isOn(f, "sdo_routing"); }},
 };
 
 constexpr FunctionRow kUsdoServerFunctions[] = {
@@ -85,55 +88,58 @@ constexpr FunctionRow kUsdoClientFunctions[] = {
 };
 
 constexpr ServiceRow kMultiplexedPdos[] = {
-    {"#define CO_MPDO_PRODUCER\t", [](const ServiceFacts &f) -> quint32 { return f.isMpdoProducer; }},
-    {"#define CO_MPDO_CONSUMER\t", [](const ServiceFacts &f) -> quint32 { return f.isMpdoConsumer; }},
-    {"#define CO_MPDO_SAM\t",      [](const ServiceFacts &f) -> quint32 { return f.hasScannerMpdo; }},
-    {"#define CO_MPDO_DAM\t",      [](const ServiceFacts &f) -> quint32 { return f.hasDestinationMpdo; }},
+    {"#define CO_MPDO_PRODUCER\t", [](const Facts &f) { return quint32(f.isMpdoProducer); }},
+    {"#define CO_MPDO_CONSUMER\t", [](const Facts &f) { return quint32(f.isMpdoConsumer); }},
+    {"#define CO_MPDO_SAM\t",      [](const Facts &f) { return quint32(f.hasScannerMpdo); }},
+    {"#define CO_MPDO_DAM\t",      [](const Facts &f) { return quint32(f.hasDestinationMpdo); }},
 };
 
 constexpr ServiceRow kMappingServices[] = {
-    {"#define CO_TR_PDO_DYN_MAP_ENTRIES\t",  [](const ServiceFacts &f) { return f.dynamicTpdoEntries; }},
-    {"#define CO_REC_PDO_DYN_MAP_ENTRIES\t", [](const ServiceFacts &f) { return f.dynamicRpdoEntries; }},
-    {"#define CO_PDO_BIT_MAPPING\t",         [](const ServiceFacts &f) -> quint32 { return isOne(f, "bitwise_mapping") && f.maxMapEntries > 0; }},
-    {"#define CO_HB_CONSUMER_CNT ",          [](const ServiceFacts &f) { return f.hbConsumers; }},
-    {"#define CO_SYNC_SUPPORTED\t",          [](const ServiceFacts &f) -> quint32 { return f.hasSync; }},
+    {"#define CO_TR_PDO_DYN_MAP_ENTRIES\t",  [](const Facts &f) { return f.dynamicTpdoEntries; }},
+    {"#define CO_REC_PDO_DYN_MAP_ENTRIES\t", [](const Facts &f) { return f.dynamicRpdoEntries; }},
+    {"#define CO_PDO_BIT_MAPPING\t",         [](const Facts &f) { return quint32(isOne(f, "bitwise_mapping") && f.maxMapEntries > 0); }},
+    {"#define CO_HB_CONSUMER_CNT ",          [](const Facts &f) { return f.hbConsumers; }},
+    {"#define CO_SYNC_SUPPORTED\t",          [](const Facts &f) { return quint32(f.hasSync); }},
 };
 
 constexpr ServiceRow kNodeServices[] = {
-    {"#define CO_CFG_MANAGER\t",    [](const ServiceFacts &f) -> quint32 { return isOn(f, "config_manager"); }},
-    {"#define CO_EMCY_PRODUCER\t",  [](const ServiceFacts &f) -> quint32 { return f.hasEmcyProducer; }},
-    {"#define CO_SRD_SUPPORTED\t",  [](const ServiceFacts &f) -> quint32 { return f.hasSrd; }},
-    {"#define CO_GUARDING_SLAVE\t", [](const ServiceFacts &f) -> quint32 { return f.hasGuarding; }},
+    {"#define CO_CFG_MANAGER\t",    [](const Facts &f) { return isOn(f, "config_manager"); }},
+    {"#define CO_EMCY_PRODUCER\t",  [](const Facts &f) { return quint32(f.hasEmcyProducer); }},
+    {"#define CO_SRD_SUPPORTED\t",  [](const Facts &f) { return quint32(f.hasSrd); }},
+    {"#define CO_GUARDING_SLAVE\t", [](const Facts &f) { return quint32(f.hasGuarding); }},
 };
 
 constexpr ServiceRow kErrorServices[] = {
-    {"#define CO_EMCY_CONSUMER_CNT ",       [](const ServiceFacts &f) { return f.emcyConsumers; }},
-    {"#define CO_EMCY_ERROR_HISTORY ",      [](const ServiceFacts &f) { return f.errorHistory; }},
-    {"#define CO_EMCY_ACTIVE_ERROR_LIST\t", [](const ServiceFacts &f) { return f.canFd ? f.sum(&LineServices::activeErrors) : 0; }},
-    {"#define CO_TIME_SUPPORTED\t",         [](const ServiceFacts &f) -> quint32 { return f.hasTime; }},
+    {"#define CO_EMCY_CONSUMER_CNT ",       [](const Facts &f) { return f.emcyConsumers; }},
+    {"#define CO_EMCY_ERROR_HISTORY ",      [](const Facts &f) { return f.errorHistory; }},
+    {"#define CO_EMCY_ACTIVE_ERROR_LIST\t", [](const Facts &f) { return f.canFd ? f.sum(&LineServices::activeErrors) : 0; }},
+    {"#define CO_TIME_SUPPORTED\t",         [](const Facts &f) { return quint32(f.hasTime); }},
 };
 
 constexpr ServiceRow kLastServices[] = {
-    {"#define CO_CONFIG_LIMIT_CHECK\t\t",   [](const ServiceFacts &f) -> quint32 { return f.settings.byPrefix("limit_check") >= 1; }},
-    {"#define CO_SSDO_DOMAIN_CNT\t",        [](const ServiceFacts &f) { return f.settings.byPrefix("event_ssdo_domain_counter") & 0xFFFF; }},
-    {"#define CO_SDO_SPLIT_INDICATION\t\t", [](const ServiceFacts &f) -> quint32 { return f.settings.byPrefix("sdo_split") > 0; }},
-    // Deliberate: a second, equal define for a manager that also keeps objects; held by tst_definesections.
-    {"#define CO_CFG_MANAGER\t",            [](const ServiceFacts &f) -> quint32 { return f.hasConfiguration; }},
-    {"#define CO_SELF_STARTING_DEVICE\t",   [](const ServiceFacts &f) -> quint32 { return f.isSelfStarting; }},
-    {"#define CO_EXTENDED_DATA_TYPES\t\t",  [](const ServiceFacts &f) -> quint32 { return f.hasExtendedTypes; }},
-    {"#define CO_UTF8_DATA_TYPE\t\t",       [](const ServiceFacts &f) -> quint32 { return f.hasUtf8; }},
+    {"#define CO_CONFIG_LIMIT_CHECK\t\t",   [](const Facts &f) { return quint32(f.settings.byPrefix("limit_check") >= 1); }},
+    {"#define CO_SSDO_DOMAIN_CNT\t",        [](const Facts &f) { return f.settings.byPrefix("event_ssdo_domain_counter") & 0xFFFF; }},
+    {"#define CO_SDO_SPLIT_INDICATION\t\t", [](const Facts &f) { return quint32(f.settings.byPrefix("sdo_split") > 0); }},
+    // Deliberate: a second, equal define for a manager with such objects; held by tst_definesections.
+    {"#define CO_CFG_MANAGER\t",            [](const Facts &f) { return quint32(f.hasConfiguration); }},
+    {"#define CO_SELF_STARTING_DEVICE\t",   [](const Facts &f) { return quint32(f.isSelfStarting); }},
+    {"#define CO_EXTENDED_DATA_TYPES\t\t",  [](const Facts &f) { return quint32(f.hasExtendedTypes); }},
+    {"#define CO_UTF8_DATA_TYPE\t\t",       [](const Facts &f) { return quint32(f.hasUtf8); }},
 };
 // clang-format on
 
+static_assert(RowTables::settingsAreUnique(kUsdoServerFunctions));
+static_assert(RowTables::settingsAreUnique(kUsdoClientFunctions));
+
 template <size_t N>
-void writeLists(DefineContext &context, const ServiceFacts &facts, const ListRow (&rows)[N])
+void writeLists(DefineContext &context, const Facts &facts, const ListRow (&rows)[N])
 {
     for (const ListRow &row : rows)
         context.out.defineList(row.start, facts.perLine(row.value));
 }
 
 template <size_t N>
-void writeServices(DefineContext &context, const ServiceFacts &facts, const ServiceRow (&rows)[N])
+void writeServices(DefineContext &context, const Facts &facts, const ServiceRow (&rows)[N])
 {
     for (const ServiceRow &row : rows) {
         if (const quint32 value = row.value(facts))
@@ -172,7 +178,7 @@ void writeBufferCounts(DefineContext &context)
     context.written.bufferCounts = true;
 }
 
-void writeObjectCounts(DefineContext &context, const ServiceFacts &facts)
+void writeObjectCounts(DefineContext &context, const Facts &facts)
 {
     context.raw({"/* Number of objects per line */\n"});
     for (const LineServices &line : facts.lines)
@@ -221,7 +227,7 @@ void writeNodeIds(DefineContext &context)
     context.raw({"\n"});
 }
 
-void writeLineSettings(DefineContext &context, const ServiceFacts &facts)
+void writeLineSettings(DefineContext &context, const Facts &facts)
 {
     context.raw({"/* Line Settings */\n"});
     writeMultiLine(context);
@@ -240,7 +246,7 @@ void writeFunctionGroups(DefineContext &context, quint32 mask, int firstNumber)
     }
 }
 
-void writeProfile(DefineContext &context, const ServiceFacts &facts)
+void writeProfile(DefineContext &context, const Facts &facts)
 {
     if (facts.profile == 0)
         return;
@@ -254,7 +260,7 @@ void writeProfile(DefineContext &context, const ServiceFacts &facts)
 }
 
 /// The tables of a gateway need the counts whether or not SDOs are routed.
-void writeRouting(DefineContext &context, const ServiceFacts &facts)
+void writeRouting(DefineContext &context, const Facts &facts)
 {
     QVector<quint32> routes = facts.perLine(&LineServices::routes);
     if (facts.sum(&LineServices::routes) == 0) {
@@ -267,7 +273,7 @@ void writeRouting(DefineContext &context, const ServiceFacts &facts)
                        std::accumulate(routes.begin(), routes.end(), 0U));
 }
 
-void writeSdoTotals(DefineContext &context, const ServiceFacts &facts)
+void writeSdoTotals(DefineContext &context, const Facts &facts)
 {
     if (facts.sdoServers > 0) {
         context.out.define("#define CO_SDO_SERVER_CNT\t", facts.sdoServers);
@@ -297,7 +303,7 @@ void writeUsdo(DefineContext &context)
     }
 }
 
-void writeSrdos(DefineContext &context, const ServiceFacts &facts)
+void writeSrdos(DefineContext &context, const Facts &facts)
 {
     const quint32 srdos = facts.sum(&LineServices::srdos);
     if (srdos == 0)
@@ -307,7 +313,7 @@ void writeSrdos(DefineContext &context, const ServiceFacts &facts)
     context.out.define("#define CO_SRDO_CNT\t", srdos);
 }
 
-void writePdos(DefineContext &context, const ServiceFacts &facts)
+void writePdos(DefineContext &context, const Facts &facts)
 {
     context.out.define("#define CO_PDO_TRANSMIT_CNT\t", facts.sum(&LineServices::tpdoMappings));
     context.out.define("#define CO_PDO_RECEIVE_CNT\t", facts.sum(&LineServices::rpdoMappings));
@@ -319,7 +325,7 @@ void writePdos(DefineContext &context, const ServiceFacts &facts)
     writeServices(context, facts, kMappingServices);
 }
 
-void writeBootupManager(DefineContext &context, const ServiceFacts &facts)
+void writeBootupManager(DefineContext &context, const Facts &facts)
 {
     if (!isOn(facts, "bootup_manager"))
         return;
@@ -330,7 +336,7 @@ void writeBootupManager(DefineContext &context, const ServiceFacts &facts)
         context.raw({"#define CO_GUARDING_CNT CO_MAX_SLAVE_ASSIGNMENT_CNT\n"});
 }
 
-void writeStore(DefineContext &context, const ServiceFacts &facts)
+void writeStore(DefineContext &context, const Facts &facts)
 {
     if (!facts.hasStore)
         return;
@@ -366,7 +372,7 @@ void writeSdoQueue(DefineContext &context)
         context.raw({"#define CO_SDOQUEUE_INTERNAL_ACCESS\t\t1u\n"});
 }
 
-void writeInhibit(DefineContext &context, const ServiceFacts &facts)
+void writeInhibit(DefineContext &context, const Facts &facts)
 {
     if (!facts.hasInhibit)
         return;
@@ -399,7 +405,7 @@ void Defines::generateServiceDefines(DefineContext &context)
 {
     if (!hasCANopenLine(context))
         return;
-    const ServiceFacts facts = readServiceFacts(context);
+    const Facts facts = readServiceFacts(context);
     writeLineSettings(context, facts);
     context.raw({"/* Definition of numbers of CANopen services */\n"});
     writeProfile(context, facts);

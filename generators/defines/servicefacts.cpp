@@ -15,8 +15,7 @@ using Defines::LineServices;
 using Defines::ServiceFacts;
 using Defines::subValue;
 
-constexpr quint32 kFlyingMasterBit = 0x20; // 0x1F80, CiA 302-2
-constexpr quint32 kMpdoScanner = 254;      // subindex 0 of a mapping, CiA 301, 7.5.2.36
+constexpr quint32 kMpdoScanner = 254; // subindex 0 of a mapping, CiA 301, 7.5.2.36
 constexpr quint32 kMpdoDestination = 255;
 constexpr quint16 kUtf8String = static_cast<quint16>(CAN::CANopenDataType::Utf8String);
 
@@ -161,7 +160,7 @@ void addTotals(const DefineContext &context, const LineServices &line, ServiceFa
     const ObjectDataBase &store = context.store;
     const qint32 masterMode = context.settings.decimalOfLine("nmtmaster", line.number);
     facts->hasMaster |= masterMode == 1 || masterMode == 2;
-    facts->hasFlyingMaster |= (subValue(store, line.number, 0x1F80, 0) & kFlyingMasterBit) != 0;
+    facts->hasFlyingMaster |= Defines::hasFlyingMaster(store, line.number);
     facts->hbConsumers += withoutCount(countSubs(store, line.number, 0x1016, 0));
     facts->emcyConsumers += withoutCount(countSubs(store, line.number, 0x1028, 0));
     facts->errorHistory += withoutCount(countSubs(store, line.number, 0x1003, 0));

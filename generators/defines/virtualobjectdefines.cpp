@@ -1,15 +1,15 @@
 // Virtual objects.
 #include "generators/defines/virtualobjectdefines.h"
 
-#include "generators/defines/definecounts.h"
+#include "generators/virtualobjects.h"
+
+#include <QHash>
+#include <QSet>
 
 #include <algorithm>
 
 namespace
 {
-
-constexpr quint8 kVirtual = 3; // SubIndexData::implementation
-constexpr quint16 kLastCounted = 0xBFFF;
 
 struct TypeRow {
     quint16 dataType;
@@ -33,69 +33,38 @@ constexpr TypeRow kTypes[Defines::kVirtualTypeCount] = { // row order is file or
 };
 // clang-format on
 
-struct VirtualSub {
-    quint8 sub;
-    quint16 dataType;
-};
-
-QVector<VirtualSub> virtualSubs(const ObjectDataBase &store, quint8 line, quint16 index)
+void countByType(const DefineContext &context, Defines::VirtualCounts *result)
 {
-    QVector<VirtualSub> result;
-    const QList<quint8> subs = store.getSubIndices(line, index, 0);
-    for (const quint8 sub : subs) {
-        SubIndexData data;
-        if (store.getSubIndexData(line, index, sub, data) && data.implementation == kVirtual)
-            result.append({sub, data.dataType});
+    const QList<quint8> lines = context.dialect.virtualsOfFirstLineOnly
+                                    ? context.lines.numbers.mid(0, 1)
+                                    : context.lines.numbers;
+    const QVector<VirtualObjects::Value> values = VirtualObjects::readValues(context.store, lines);
+    QHash<quint16, quint16> subs;
+    QSet<quint32> objects;
+    for (const VirtualObjects::Value &value : values) {
+        ++subs[value.dataType];
+        objects.insert(quint32(value.line) << 16 | value.index);
     }
-    return result;
-}
-
-void countByType(const DefineContext &context, const QVector<VirtualSub> &subs,
-                 Defines::VirtualObjects *result)
-{
-    ++result->objects;
-    for (int i = 0; i < Defines::kVirtualTypeCount; ++i) {
-        if (!kTypes[i].isNumber && !context.dialect.hasVirtualStrings)
-            continue;
-        for (const VirtualSub &sub : subs)
-            result->subsByType[size_t(i)] += sub.dataType == kTypes[i].dataType;
+    result->objects = static_cast<quint16>(objects.size());
+    for (size_t i = 0; i < Defines::kVirtualTypeCount; ++i) {
+        if (kTypes[i].isNumber || context.dialect.hasVirtualStrings)
+            result->subsByType[i] = subs.value(kTypes[i].dataType);
     }
-}
-
-void countRows(const DefineContext &context, quint8 line, quint16 index,
-               const QVector<VirtualSub> &subs, Defines::VirtualObjects *result)
-{
-    const quint8 start = Defines::getSameStartSub(context.store, line, index);
-    const auto rows = std::count_if(subs.begin(), subs.end(),
-                                    [start](const VirtualSub &sub) { return sub.sub <= start; });
-    if (rows == 0)
-        return;
-    result->descriptions += quint32(rows);
-    ++result->assignments;
-    ++result->assignmentsByLine.last();
 }
 
 } // namespace
 
-Defines::VirtualObjects Defines::readVirtualObjects(const DefineContext &context)
+Defines::VirtualCounts Defines::countVirtualObjects(const DefineContext &context)
 {
-    VirtualObjects result;
-    bool countsTypes = true;
-    for (const quint8 line : context.lines.numbers) {
-        const QList<quint16> indices = context.store.getIndices(line, 0x1000, 0xFFFF);
-        const bool hasRows = indices.size() >= 2;
-        if (hasRows)
-            result.assignmentsByLine.append(0);
-        for (const quint16 index : indices) {
-            const QVector<VirtualSub> subs = virtualSubs(context.store, line, index);
-            if (subs.isEmpty())
-                continue;
-            if (countsTypes && index <= kLastCounted)
-                countByType(context, subs, &result);
-            if (hasRows)
-                countRows(context, line, index, subs, &result);
-        }
-        countsTypes = !context.dialect.virtualsOfFirstLineOnly;
+    VirtualCounts result;
+    countByType(context, &result);
+    const QList<quint8> lines = VirtualObjects::describedLines(context.store);
+    for (const quint8 line : lines) {
+        const auto objects = VirtualObjects::readObjects(context.store, {line});
+        for (const VirtualObjects::Object &object : objects)
+            result.descriptions += quint32(object.subs.size());
+        result.assignments += quint32(objects.size());
+        result.assignmentsByLine.append(quint32(objects.size()));
     }
     return result;
 }
@@ -104,7 +73,7 @@ void Defines::generateVODDefines(DefineContext &context)
 {
     if (context.multiProtocol && !context.dialect.virtualsBesideOtherProtocols)
         return;
-    const VirtualObjects objects = readVirtualObjects(context);
+    const VirtualCounts objects = countVirtualObjects(context);
     if (std::all_of(objects.subsByType.begin(), objects.subsByType.end(),
                     [](quint16 count) { return count == 0; }))
         return;

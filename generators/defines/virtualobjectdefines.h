@@ -14,7 +14,7 @@ constexpr int kVirtualTypeCount = 11;
 
 /// What a project has of virtual objects. The counts by type span the whole object dictionary, the
 /// rows leave out what a compact description of an array stands for.
-struct VirtualObjects {
+struct VirtualCounts {
     quint16 objects = 0;
     std::array<quint16, kVirtualTypeCount> subsByType{}; ///< in the order of the file
     quint32 descriptions = 0;
@@ -22,7 +22,7 @@ struct VirtualObjects {
     QVector<quint32> assignmentsByLine; ///< of the lines with at least two objects
 };
 
-VirtualObjects readVirtualObjects(const DefineContext &context);
+VirtualCounts countVirtualObjects(const DefineContext &context);
 
 void generateVODDefines(DefineContext &context);
 

@@ -79,7 +79,13 @@ struct Positions {
     Map constants; ///< default value in `od_const_<tag>`
     Map lowLimits;
     Map highLimits;
-    QHash<Key, quint16> descriptionRows; ///< by the key of subindex 0
+
+    /// The rows of an object in the description.
+    struct RowPlace {
+        quint16 first = 0;
+        quint16 count = 0;
+    };
+    QHash<Key, RowPlace> descriptionRows; ///< by the key of subindex 0
 
     /// String defaults of application variables in `stringDefaultValues`.
     struct StringPlace {

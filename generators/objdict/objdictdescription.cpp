@@ -116,7 +116,9 @@ quint32 describeObject(Context &context, quint8 line, quint16 index, quint32 fir
     if (sharesRows(context, line, index))
         return 0;
     const ObjectRows rows = rowsOf(context, line, index);
-    context.positions.descriptionRows.insert(keyOf(line, index, 0), static_cast<quint16>(firstRow));
+    context.positions.descriptionRows.insert(
+        keyOf(line, index, 0),
+        {static_cast<quint16>(firstRow), static_cast<quint16>(rows.subs.size())});
     for (const quint8 sub : rows.subs)
         describeSubObject(context, line, index, sub, sub == rows.runStart);
     return static_cast<quint32>(rows.subs.size());
@@ -136,12 +138,27 @@ QString assignIndex(const Context &context, quint8 line, quint16 index)
     const quint8 rowLine = sharesRows(context, line, index) ? 0 : line;
     AssignRow row;
     row.index = index;
-    row.rows = rowsOf(context, rowLine, index).subs.size();
+    const Positions::RowPlace place =
+        context.positions.descriptionRows.value(keyOf(rowLine, index, 0));
+    row.rows = place.count;
     row.highestSub = subs.isEmpty() ? 0 : subs.last();
     row.objectType = objectTypeWord(object.objectCode, subs.size());
-    row.firstRow =
-        row.rows == 0 ? 0 : context.positions.descriptionRows.value(keyOf(rowLine, index, 0));
+    row.firstRow = place.count == 0 ? 0 : place.first;
     return assignText(row);
+}
+
+/// Calls visit(line, index) for each object of the form's lines until it gives true; gives that.
+template <typename Visitor>
+bool visitObjects(const Context &context, Visitor visit)
+{
+    for (const quint8 line : context.form.lines) {
+        const QList<quint16> indices = context.store.getIndices(line, kFirstObject, kLastObject);
+        for (const quint16 index : indices) {
+            if (visit(line, index))
+                return true;
+        }
+    }
+    return false;
 }
 
 /// The declaration of a table. C knows no empty one, so it then gets a row that nothing refers to.
@@ -168,31 +185,30 @@ int ObjDict::getSameStartSub(const Context &context, quint8 line, quint16 index)
 TableRows ObjDict::countRows(const Context &context)
 {
     TableRows count;
-    for (const quint8 line : context.form.lines) {
-        const QList<quint16> indices = context.store.getIndices(line, kFirstObject, kLastObject);
-        for (const quint16 index : indices) {
-            count.descriptions += quint32(rowsOf(context, line, index).subs.size());
-            // Deliberate: an object without subindex 0 counts as well, it has a row; held by
-            // tst_objdictdescription.
-            if (hasAssignment(context, line, index))
-                ++count.assignments;
-        }
-    }
+    visitObjects(context, [&](quint8 line, quint16 index) {
+        count.descriptions += quint32(rowsOf(context, line, index).subs.size());
+        // Deliberate: an object without subindex 0 counts as well, it has a row; held by
+        // tst_objdictdescription.
+        if (hasAssignment(context, line, index))
+            ++count.assignments;
+        return false;
+    });
     return count;
 }
 
 void ObjDict::describeObjects(Context &context)
 {
+    const bool hasRows = visitObjects(context, [&](quint8 line, quint16 index) {
+        return !rowsOf(context, line, index).subs.isEmpty();
+    });
     context.out.raw("\n/* description of the objects */\n");
     writeTableStart(context, "%1 CO_OBJECT_DESC_T %2 od_description[CO_OBJ_DESC_CNT] = {\n",
-                    "%1 CO_OBJECT_DESC_T %2 od_description[1] = {\n\t{ 0 }\n",
-                    countRows(context).descriptions > 0);
+                    "%1 CO_OBJECT_DESC_T %2 od_description[1] = {\n\t{ 0 }\n", hasRows);
     quint32 row = 0;
-    for (const quint8 line : context.form.lines) {
-        const QList<quint16> indices = context.store.getIndices(line, kFirstObject, kLastObject);
-        for (const quint16 index : indices)
-            row += describeObject(context, line, index, row);
-    }
+    visitObjects(context, [&](quint8 line, quint16 index) {
+        row += describeObject(context, line, index, row);
+        return false;
+    });
     if (row > 0xFFFF)
         context.positions.isOverfull = true;
     context.out.raw("};\n");
@@ -200,17 +216,18 @@ void ObjDict::describeObjects(Context &context)
 
 void ObjDict::assignObjects(Context &context)
 {
+    const auto isAssigned = [&](quint8 line, quint16 index) {
+        return hasAssignment(context, line, index);
+    };
     context.out.raw("\n/* object dictionary assignment */\n");
     writeTableStart(context, "%1 CO_OD_ASSIGN_T %2 od_assign[CO_OD_ASSIGN_CNT] = {\n",
                     "%1 CO_OD_ASSIGN_T %2 od_assign[1] = {\n\t{ 0 }\n",
-                    countRows(context).assignments > 0);
-    for (const quint8 line : context.form.lines) {
-        const QList<quint16> indices = context.store.getIndices(line, kFirstObject, kLastObject);
-        for (const quint16 index : indices) {
-            if (hasAssignment(context, line, index))
-                context.out.raw(assignIndex(context, line, index));
-        }
-    }
+                    visitObjects(context, isAssigned));
+    visitObjects(context, [&](quint8 line, quint16 index) {
+        if (isAssigned(line, index))
+            context.out.raw(assignIndex(context, line, index));
+        return false;
+    });
     context.out.raw("};\n");
 }
 
@@ -254,8 +271,9 @@ quint32 ObjDict::getReferencePosition(const Context &context, quint8 line, quint
     if (service && service->reference == Reference::Number)
         return quint32(index - service->low) + 1;
     SubData data;
-    (void)context.store.getSubIndexData(line, index, sub, data); // else a value of the line itself
-    const quint8 owner = valueLine(context.store, line, index, sub, data);
+    const bool isSharedPossible =
+        line != 0 && context.store.getSubIndexData(line, index, sub, data);
+    const quint8 owner = isSharedPossible ? valueLine(context.store, line, index, sub, data) : line;
     return context.positions.managed.value(keyOf(owner, index, sub));
 }
 

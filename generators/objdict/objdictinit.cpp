@@ -19,10 +19,16 @@ const char *modeOfLine(const Context &context)
     return hasNewInitStructure(context) ? "commonInitVars.fdMode[0]" : "serviceInitVars.fdMode[0]";
 }
 
-/// The options of the run tell whether the device is NMT master.
+/// 0 slave, 1 master, 2 as the options of the run tell. Deliberate: the element of the line, for a
+/// project keeps a list of them when other lines were removed, held by tst_objdictinit.
+qint32 readMasterSetting(const Context &context)
+{
+    return context.settings.decimalOfLine("nmtmaster", context.form.singleLine);
+}
+
 bool isDynamic(const Context &context)
 {
-    return context.settings.decimal("nmtmaster") == 2;
+    return readMasterSetting(context) == 2;
 }
 
 void writeHead(Context &context)
@@ -167,7 +173,7 @@ void writeRole(Context &context, const CallForm &form)
         writeDynamicRole(context, form, hasLss);
         return;
     }
-    const qint32 master = context.settings.decimal("nmtmaster");
+    const qint32 master = readMasterSetting(context);
     if (hasLss) {
         context.out.raw("\n");
         writeStep(context, form, master == 1 ? kLssMaster : kLssSlave, 0);

@@ -30,8 +30,14 @@ bool isMasterByOptions(const Context &context, quint8 line)
            context.settings.decimalOfLine("nmtmaster", line) == kMasterByOptions;
 }
 
+bool hasGaps(const QList<quint8> &lines)
+{
+    return !lines.isEmpty() && lines.last() != lines.size() - 1;
+}
+
 /// Deliberate: all existing lines, in the order of the counts that the definitions header lists, so
-/// that a position means the same in all of them; held by tst_objdictinit.
+/// that a position means the same in all of them. Where numbers have gaps the last one has a comma
+/// as well, which C allows. Both held by tst_objdictinit.
 void writeLineTable(Context &context)
 {
     const QList<quint8> lines = readProjectLines(context.store).numbers;
@@ -39,7 +45,7 @@ void writeLineTable(Context &context)
     out.raw("\nUNSIGNED8 canLineTable[CO_LINE_ARRAY_DECL] = {");
     for (const quint8 line : lines) {
         out.raw(QString::number(line));
-        if (line != lines.size() - 1) // a gap leaves a comma at the end, which C allows
+        if (line != lines.last() || hasGaps(lines))
             out.raw(", ");
     }
     out.raw(" };"
@@ -113,7 +119,6 @@ void writeEntryFunction(Context &context)
 void writeModeLoop(Context &context)
 {
     const QList<quint8> lines = readProjectLines(context.store).numbers;
-    const bool hasGaps = !lines.isEmpty() && lines.last() != lines.size() - 1;
     const QString modes = hasNewInitStructure(context)
                               ? QStringLiteral("commonInitVars.fdMode[CO_LINE]")
                               : QStringLiteral("serviceInitVars.fdMode[CO_LINE]");
@@ -123,8 +128,9 @@ void writeModeLoop(Context &context)
     out.raw("    {\n");
     out.raw(QStringLiteral("        %1 = CO_TRUE;\n").arg(modes));
     out.raw("        if (pModes != NULL) {\n");
-    out.raw(hasGaps ? QStringLiteral("            %1 = pModes[canLineTable[CO_LINE]];\n").arg(modes)
-                    : QStringLiteral("            %1 = pModes[CO_LINE];\n").arg(modes));
+    out.raw(hasGaps(lines)
+                ? QStringLiteral("            %1 = pModes[canLineTable[CO_LINE]];\n").arg(modes)
+                : QStringLiteral("            %1 = pModes[CO_LINE];\n").arg(modes));
     out.raw("        }\n"
             "    }\n");
 }

@@ -26,10 +26,21 @@ const QByteArray kCheckStart =
 
 const QByteArray kCheck = kCheckStart + "\nCheck of model consistency finished.\n\n";
 
+/// A file that is begun and done.
+QByteArray step(const QByteArray &started, const QByteArray &completed)
+{
+    return "Generation of " + started + " in %DIR% started\nGeneration of " + completed +
+           " completed.\n";
+}
+
+const QByteArray kDefines = step("gen_define.h", "gen_define.h");
 const QByteArray kFullRun =
-    kCheck + "Generation of textual object dictionary documentation in %DIR% started\n"
-             "Generation of textual documenation completed.\n"
-             "Generation finished.\n";
+    kCheck + step("gen_indices.h", "gen_indices.h generator") +
+    step("textual object dictionary documentation", "textual documenation") +
+    step("HTML object dictionary documentation", "HTML documentation") +
+    step("gen_objdict.c", "gen_objdict.c") + kDefines + step("gen_indication", "gen_indication.h") +
+    step("CSV file (deprecated)", "CSV documentation") + step("ICSV file", "ICSV documentation") +
+    step(" EDS file", "EDS file") + "Generation finished.\n";
 
 /// As much of a project as the check asks for, without the type of its line.
 const QByteArray kUntyped =
@@ -87,9 +98,8 @@ private slots:
         const QByteArray noProject = "Project not given.\n" + kHelp + "Error - No project specified.\n";
         const QByteArray notOpened = "Error - Open project failed.\n";
         const QByteArray notImported = "Import failed.\nError - Import error.\n";
-        const QByteArray untyped = "\nCheck of model consistency started\nWarning line type not set for line 0.\n\nCheck of model consistency finished.\n\nGeneration finished.\n";
-        const QByteArray notWritten = kCheck + "Generation of textual object dictionary documentation in %DIR% started\nERROR - Generation of textual documenation failed. Could not open %DIR%/taken_doc.txt\nGeneration finished.\n";
-        // clang-format off
+        const QByteArray untyped = "\nCheck of model consistency started\nWarning line type not set for line 0.\n\nCheck of model consistency finished.\n\n" + kDefines + "Generation finished.\n";
+        const QByteArray notWritten = QByteArray(kFullRun).replace("Generation of textual documenation completed.", "ERROR - Generation of textual documenation failed. Could not open %DIR%/taken_doc.txt");
         QTest::newRow("no_arguments") << "" << noParameter << 4;
         QTest::newRow("help") << "-help" << kHelp << 0;
         QTest::newRow("help_goes_first") << "-project none.tsrp -help" << kHelp << 0;
@@ -110,7 +120,6 @@ private slots:
         QTest::newRow("folder_in_place_of_an_output") << "-project taken.tsrt" << notWritten << 0;
         QTest::newRow("untyped_line") << "-project untyped.tsrt" << untyped << 0;
         QTest::newRow("modifier_before_check") << "-project untyped.tsrt -dbmod mod.txt" << kFullRun << 0;
-        // clang-format on
         // clang-format on
     }
     void printsAndReturns()

@@ -56,6 +56,11 @@ public:
             record(index, words.mid(3), words.at(2));
         else if (words.first() == "put")
             put(index, sub, words.at(2), text.section(' ', 3));
+        else if (words.first() == "j1939")
+            store.setJ1939SettingsValue(rest.section('=', 0, 0), rest.section('=', 1));
+        else if (words.first() == "group")
+            group(words.at(1) == "tx" ? 0x55 : 0x77, words.at(2).toUInt(nullptr, 0),
+                  words.value(3) == "safe", words.mid(4));
         else if (words.first() == "remove" && words.at(1).contains(':'))
             store.delSubIndex(0, index, sub, true);
         else if (words.first() == "remove")
@@ -86,6 +91,29 @@ private:
         QFile file(files.path("stack/x_featureinfo_" + name + ".xml"));
         file.open(QIODevice::WriteOnly);
         file.write("<stack>" + elements.toUtf8() + "</stack>");
+    }
+    /// A parameter group with signals "<type>", or "<type>/<bits>", of variables "v"; the signals
+    /// of a word "managed" have no variable.
+    void group(quint8 direction, quint32 pgn, bool isSafe, const QStringList &signalTypes)
+    {
+        ObjectDataBase::PGN data;
+        data.direction = direction;
+        data.isSafe = isSafe;
+        store.addPGN(0, pgn, data);
+        ObjectDataBase::SPN spn;
+        spn.varName = "v";
+        for (const QString &type : signalTypes) {
+            if (type == "managed")
+                spn.implementation = 0;
+            if (type == "nameless")
+                spn.varName = " ";
+            spn.dataType = type.section('/', 0, 0).toUInt();
+            spn.bitSize = quint16(type.section('/', 1).toUInt());
+            if (spn.dataType == 0 && type != "0")
+                continue;
+            ++spn.pos;
+            store.addSPN(0, pgn, direction, quint32(spn.pos), spn);
+        }
     }
     void object(quint16 index, int code)
     {

@@ -457,6 +457,54 @@ private slots:
         compare([](ModelChecker &c, Model &m) { return c.startCANopenFeatureCheck(0, &m.store); });
     }
 
+    void j1939_data()
+    {
+        // clang-format off
+        addColumns();
+        const QStringList sound = {"j1939 identitynumber=1", "j1939 manufacturercode=2", "j1939 ecuinstance=0", "j1939 functioninstance=0", "j1939 function=1", "j1939 vehiclesystem=1", "j1939 vehicleinstance=0", "j1939 industrygroup=0", "j1939 startaddress=128"};
+        const QStringList safety = sound + QStringList{"j1939 safetysupport=1", "j1939 bamsupport=1"};
+        const QString noTransport = E + "Neither BAM nor TP.CMDT supported but PGNs with length > 64 bit defined.";
+        const QString noPackets = E + "CMDT packet count should not be 0 in J1939 configuration.";
+        const QString tooLong = E + "PG (4660/0x1234) transmitted as SDM may not exceed 64 bit.";
+        const QString pad(QChar(0));
+        row("sound", sound + QStringList{"group tx 0xf004 plain 5 6", "set sorted_coblist=0", "set drv_group_filter=2", "j1939 dynsupport=1", "set additional_cob_count= 2"});
+        row("settings", sound + QStringList{"set sorted_coblist=1", "set drv_group_filter=0x1", "j1939 dynsupport=1", "set additional_cob_count= "}, {E + "Sorted COB list may not used with J1939 projects.", S + "Group filter is only useful for CANopen or mixed projects.", E + "Additional COBs need to be specific with dynamic PGN support."});
+        const QString tab = " not defined in J1939 configuration tab for line 0";
+        row("nothing_set", {}, {E + "Identity number" + tab + ".", E + "Manufacturer code" + tab + ".", E + "ECU instance" + tab + ".", E + "Function instance" + tab, E + "Function" + tab + ".", E + "Vehicle system" + tab + ".", E + "Vehicle instance" + tab + ".", E + "Industry Group" + tab + ".", E + "An address needs to defined in the J1939 configuration for line 0."});
+        row("makers_code", sound + QStringList{"j1939 manufacturercode= 1193 "}, {"<strong>Warning: The manufacturer code 1193 (Korvel) may not be used for production. </strong>"});
+        const QString special = E + "Special PGN 3584/0x0e00 is handled by the J1939 stack directly and may not be included in the signal definitions.\n";
+        row("special_group_both_ways", sound + QStringList{"group tx 0x0e00 plain", "group rx 0x0e00 plain"}, {special, special});
+        row("safe_without_support", sound + QStringList{"group tx 0x123 safe 7 7 7"}, {S + "PG (291/0x" + pad + "123) shall be transmitted as SDM but SHM support is not activated."});
+        row("safe_managed", safety + QStringList{"group tx 0x1234 safe managed 5"}, {E + "PG (4660/0x1234) transmitted as SDM may not contain managed variables."});
+        for (const char *type : {"9", "24", "27", "106", "117"}) row(type, safety + QStringList{QString("group tx 0x1234 safe ") + type}, {E + "PG (4660/0x1234) contains unsuppported data types."});
+        row("safe_structure", safety + QStringList{"group tx 0x12345 safe 100 5"}, {E + "Structure of PG (74565/0x12345) not supported."});
+        row("safe_64_bits", safety + QStringList{"group tx 0x1234 safe 7 7"});
+        row("safe_65_bits", safety + QStringList{"group tx 0x1234 safe 7 7 1"}, {E + "Structure of PG (4660/0x1234) not supported.", tooLong});
+        row("safe_behind_an_error", safety + QStringList{"set sorted_coblist=1", "group tx 0x1234 safe 7 7 1"}, {E + "Sorted COB list may not used with J1939 projects.", tooLong});
+        row("last_group_long", sound + QStringList{"group rx 1 plain 5", "group tx 2 plain 10/72"}, {noTransport});
+        row("last_group_short", sound + QStringList{"group tx 1 plain 10/72", "group tx 2 plain 5"});
+        row("transport_by_bam", sound + QStringList{"j1939 bamsupport=1", "group tx 2 plain 10/72"});
+        row("packets_low_byte", sound + QStringList{"j1939 cmdtsupport=1", "j1939 cmdtpackets=256"}, {noPackets});
+        row("packets", sound + QStringList{"j1939 cmdtsupport=1", "j1939 cmdtpackets=257", "group tx 2 plain 10/72"});
+        row("nameless_signal", sound + QStringList{"group tx 2 plain nameless 5 managed 5"}, {E + "The SPN 1 in PGN 2 needs a variable name."});
+        // clang-format on
+    }
+    void j1939()
+    {
+        compare([](ModelChecker &c, Model &m) {
+            return c.startJ1939Check(1, 0, &m.store, {0xEA00, 0x0E00});
+        });
+    }
+
+    void j1939AddsToTheErrorsOfTheLine()
+    {
+        Model model;
+        model.change("put 1017:0 access x");
+        ModelChecker checker;
+        QCOMPARE(line(checker, model), 1);
+        QCOMPARE(checker.startJ1939Check(1, 0, &model.store, {}), 10);
+    }
+
     /// What one step has repaired, a later step that writes the same record keeps.
     void correctionsStay()
     {

@@ -22,6 +22,7 @@ private slots:
     void countsRowsOfAllLines();
     void startsLinesWithGaps();
     void ignoresUnusedParameters();
+    void startsNoLine();
     void startsRouting();
     void startsSdoServerOfJ1939();
     void startsUdsOfExistingLine();
@@ -179,7 +180,7 @@ void tst_ObjDictInit::startsServicesOfLineInOrder()
     sections.placeConstant(1, 0x1005, 0, 9);
     initObjectDictionaryMultiLine(sections.context);
     const QStringList expected = {
-        "coOdInitOdPtr(canLine,&od_assign[2],18,od_description,22,NULL,&od_data_variables)",
+        "coOdInitOdPtr(canLine,&od_assign[2],19,od_description,23,NULL,&od_data_variables)",
         "coUsdoServerInit(canLine)",
         "coSdoServerInit(canLine,1u)",
         "coSdoServerInit(canLine,2u)",
@@ -216,6 +217,7 @@ void tst_ObjDictInit::followsSettings_data()
     QTest::newRow("slave")                << "nmtmaster=0"                                << "coNmtInit(0u)";
     QTest::newRow("lss_slave")            << "nmtmaster=0,lss_supported=1"                << "coLssInit() coNmtInit(0u)";
     QTest::newRow("lss_master")           << "nmtmaster=1,lss_supported=1"                << "coLssMasterInit() coNmtInit(1u)";
+    QTest::newRow("first_of_list")        << "nmtmaster=1;0"                              << "coNmtInit(1u)";
     QTest::newRow("options")              << "nmtmaster=2"                                << "coNmtInit(1u) coNmtInit(0u)";
     QTest::newRow("lss_and_options")      << "nmtmaster=2,lss_supported=1"                << "coLssMasterInit() coNmtInit(1u) coLssInit() coNmtInit(0u)";
     QTest::newRow("isotp_count_in_8_bits")<< "isotp_connection_cnt=256"                   << "coNmtInit(0u)";
@@ -329,11 +331,12 @@ void tst_ObjDictInit::countsRowsOfAllLines()
 void tst_ObjDictInit::startsLinesWithGaps()
 {
     addServices(2);
+    addLine(*store, 27); // 2 is less than the count of lines by one, and not the last
     set("canfd_supported=1");
     Sections sections(*store, classicDialect());
     initObjectDictionaryMultiLine(sections.context);
     const QString text = sections.text();
-    QVERIFY(text.startsWith("\nUNSIGNED8 canLineTable[CO_LINE_ARRAY_DECL] = {0, 2,  };\n\n"));
+    QVERIFY(text.startsWith("\nUNSIGNED8 canLineTable[CO_LINE_ARRAY_DECL] = {0, 2, 27,  };\n\n"));
     QVERIFY(text.contains("serviceInitVars.fdMode[CO_LINE] = pModes[canLineTable[CO_LINE]];\n"));
     QVERIFY(text.contains("        retVal = coCanOpenStackInit_line2(2, pCoInitOpt, pModes);\n"));
     QVERIFY(text.contains("   \tcase 2:\n   \t\tretVal = coCanOpenStackInit_line2(canLine, "
@@ -351,6 +354,17 @@ void tst_ObjDictInit::ignoresUnusedParameters()
     QVERIFY(text.indexOf("(void) pCoOptions;") < text.indexOf("line << 1"));
     QVERIFY(text.contains("        pCoInitOpt = &pCoOptions[1];\n"));
     QVERIFY(text.contains("#else\n    (void) pLoadFunction;\n#endif"));
+}
+
+void tst_ObjDictInit::startsNoLine()
+{
+    store->delIndex(0, 0x1001, false);
+    set("generateML=true,nmtmaster=2,canfd_supported=1");
+    Sections sections(*store, classicDialect());
+    initObjectDictionaryMultiLine(sections.context);
+    const QString text = sections.text();
+    QVERIFY(text.contains("RET_T retVal;\n    (void) pCoInitOpt;\n    (void) pCoOptions;\n"));
+    QVERIFY(text.contains("RET_T retVal;\n    (void) pCoOptions;\n    (void) pModes;\n"));
 }
 
 void tst_ObjDictInit::startsRouting()
@@ -393,12 +407,13 @@ void tst_ObjDictInit::startsSdoServerOfJ1939()
 
 void tst_ObjDictInit::startsUdsOfExistingLine()
 {
-    set("udsclient_supported=1");
     addServices(2);
+    set("udsclient_supported=1");
     Sections several(*store, classicDialect());
     initObjectDictionaryMultiLine(several.context);
     QVERIFY(several.text().contains("udsStackInit_line(2, &udsLine2);\n"));
     store->delNode(0);
+    set("udsclient_supported=1"); // went with the line
     Sections single(*store, classicDialect());
     initObjectDictionary(single.context);
     const QString text = single.text();
@@ -447,7 +462,7 @@ void tst_ObjDictInit::overwritesCobIds()
     store->setGeneralSettingsValue("overwrite_predef", "256");
     overwrite301(sections.context);
     QCOMPARE(sections.text(), QString());
-    store->setGeneralSettingsValue("overwrite_predef", "1");
+    store->setGeneralSettingsValue("overwrite_predef", "1,0");
     overwrite301(sections.context);
     QCOMPARE(sections.text(),
              "\n/* Please be careful - this function overwrite the COB-ids of the\n"

@@ -100,6 +100,7 @@ void tst_ObjDictPdo::padsTablesToTheLongest()
     addPdo(0, 0x1801, {"20000008"});
     addPdo(0, 0x1400, {"20000008"});
     Sections sections(*store, v4Dialect());
+    sections.context.positions.managed.insert(keyOf(0, 0x2000, 0), 0);
     createMappingTables(sections.context);
     const QString row = "\t\t{&od_u8[0], 1u, CO_TRUE, 0x20000008UL },\n";
     const QString empty = "\t\t{NULL, (UNSIGNED8)0u, CO_FALSE, 0ul}";
@@ -133,8 +134,8 @@ void tst_ObjDictPdo::sharesEqualRpdoMappings()
     QCOMPARE(tables.count("unique rpdo"), 3);
     QVERIFY(tables.endsWith("mapTableRPDO2 = {\n\t(UNSIGNED8)0u,\n\t{\n"
                             "\t\t{NULL, (UNSIGNED8)0u, CO_FALSE, 0ul}\n\t}\n};\n\n"));
-    const QMap<quint16, QString> names = {{0x1400, "0"}, {0x1401, "1"}, {0x1405, "0"},
-                                          {0x1406, "2"}};
+    const QMap<quint16, QString> names = {
+        {0x1400, "0"}, {0x1401, "1"}, {0x1405, "0"}, {0x1406, "2"}};
     for (auto name = names.begin(); name != names.end(); ++name) {
         initRpdo(sections.context, 0, name.key());
         QVERIFY(sections.text().endsWith(", &mapTableRPDO" + name.value() + ");\n"));
@@ -146,6 +147,7 @@ void tst_ObjDictPdo::passesOverReceivedConstants()
     addPdo(0, 0x1400, {"20020020"});
     addPdo(0, 0x1800, {"20020020"});
     Sections sections(*store, classicDialect());
+    sections.placeConstant(0, 0x2002, 0, 0);
     createMappingTables(sections.context);
     const QString tables = sections.text();
     QVERIFY(tables.contains("{&od_const_u32[0], 4u, CO_TRUE, 0x20020020UL }"));
@@ -198,6 +200,7 @@ void tst_ObjDictPdo::routesRpdos()
     addPdo(0, 0x1402, {"20000008"});
     addSub(*store, 0, 0x1403, 2, 5, "255");
     Sections sections(*store, v4Dialect());
+    sections.context.positions.managed.insert(keyOf(0, 0x2000, 0), 0);
     createMappingTables(sections.context);
     QVERIFY(sections.text().contains(
         "/* Mapping table RPDO 3*/\n"
@@ -240,8 +243,9 @@ void tst_ObjDictPdo::takesParametersFromTheirPlaces()
     for (const quint8 sub : {2, 3, 5, 6})
         sections.placeConstant(0, 0x1900, sub, sub);
     initTpdo(sections.context, 0, 0x1900);
-    QCOMPARE(sections.text(), "    /* initialize TPDO 257 */\n    retVal = coPdoTransmitInit(257u, " +
-                                  arguments + ");\n");
+    QCOMPARE(sections.text(),
+             "    /* initialize TPDO 257 */\n    retVal = coPdoTransmitInit(257u, " + arguments +
+                 ");\n");
 }
 
 void tst_ObjDictPdo::tellsStaticMappings()

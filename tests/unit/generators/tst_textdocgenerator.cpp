@@ -69,14 +69,7 @@ private:
     QByteArray generate(const char *fileName, quint8 line = 0, bool isMultiLine = false)
     {
         TextDocGenerator generator;
-        generator.setOutputDirectory(fixture.path());
-        generator.setProjectName("demo");
-        generator.setDataBase(store.get());
-        generator.generateML = isMultiLine;
-        generator.setActiveLine(line);
-        generator.startGeneration();
-        generator.wait();
-        return readFile(fixture.path(fileName));
+        return generateWith(generator, "demo", fileName, line, isMultiLine).toUtf8();
     }
 };
 

@@ -1,0 +1,186 @@
+// A J1939 line: its settings, the NAME of the device, its groups and their signals.
+#include "check/modelchecker.h"
+#include "support/cohelper.h"
+#include "support/numbers.h"
+
+#include <algorithm>
+#include <iterator>
+
+using Check::Msg;
+
+namespace
+{
+
+constexpr quint8 kDirections[] = {0x77, 0x55}; // received, transmitted; in reporting order
+constexpr quint32 kFrameBits = 64;             // of one CAN frame
+constexpr quint32 kManaged = 0;
+constexpr quint32 kApplicationVariable = 2;
+
+/// A part of the device's NAME (SAE J1939-81, 4.1.1), or its address.
+struct IdentityRow {
+    const char *setting;
+    Msg missing;
+};
+
+// clang-format off
+constexpr IdentityRow kIdentity[] = {               // in reporting order
+    {"identitynumber",   Msg::IdentityNumberMissing},
+    {"manufacturercode", Msg::ManufacturerCodeMissing},
+    {"ecuinstance",      Msg::EcuInstanceMissing},
+    {"functioninstance", Msg::FunctionInstanceMissing},
+    {"function",         Msg::FunctionMissing},
+    {"vehiclesystem",    Msg::VehicleSystemMissing},
+    {"vehicleinstance",  Msg::VehicleInstanceMissing},
+    {"industrygroup",    Msg::IndustryGroupMissing},
+    {"startaddress",     Msg::StartAddressMissing},
+};
+
+/// Types that a safe message cannot carry, in ranges.
+struct TypeRange {
+    quint32 first;
+    quint32 last;
+};
+
+constexpr TypeRange kUnsafeTypes[] = {
+    {0, 0}, {9, 9}, {15, 15}, {24, 25}, {27, 27}, {103, 106}, {108, 109}, {117, 121},
+};
+// clang-format on
+
+bool canBeSafe(quint32 dataType)
+{
+    return std::none_of(std::begin(kUnsafeTypes), std::end(kUnsafeTypes), [=](TypeRange range) {
+        return dataType >= range.first && dataType <= range.last;
+    });
+}
+
+quint32 bitsOf(const ObjectDataBase::SPN &spn)
+{
+    const quint8 bits = COHelper::getDataLengthBits(CAN::CANopenDataType(spn.dataType));
+    return bits ? bits : spn.bitSize;
+}
+
+} // namespace
+
+qint32 ModelChecker::startJ1939Check(quint8 lineCount, quint8 lineNumber, ObjectDataBase *store,
+                                     const QList<quint32> &specialPgns)
+{
+    Q_UNUSED(lineCount)
+    line = lineNumber;
+    project = store;
+    project->cacheAllSpnDataForLine(line);
+    checkJ1939Settings();
+    checkIdentityOfLine();
+    checkSpecialGroups(specialPgns);
+    checkGroups();
+    checkSignalVariables();
+    project->clearAllCachedSpnData();
+    return errorCount;
+}
+
+void ModelChecker::reportGroup(Msg id, quint32 pgn, QChar fill)
+{
+    report(id, {}, {QString::number(pgn), QStringLiteral("%1").arg(pgn, 4, 16, fill)});
+}
+
+void ModelChecker::checkJ1939Settings()
+{
+    if (decimalSetting("sorted_coblist") > 0)
+        report(Msg::SortedCobListWithJ1939, {});
+    if (numberSetting("drv_group_filter") == 1)
+        report(Msg::GroupFilterWithoutCANopen, {});
+    const QString cobs = project->getGeneralSettingsValue(QStringLiteral("additional_cob_count"));
+    if (decimalJ1939Setting("dynsupport") > 0 && cobs.trimmed().isEmpty())
+        report(Msg::AdditionalCobsMissing, {});
+}
+
+void ModelChecker::checkIdentityOfLine()
+{
+    constexpr qint32 kMakersCode = 1193;
+    for (const IdentityRow &row : kIdentity) {
+        const QString value =
+            project->getJ1939SettingsValueLine(QLatin1String(row.setting), line).trimmed();
+        if (value.isEmpty())
+            report(row.missing, {}, {QString::number(line)});
+        if (row.missing == Msg::ManufacturerCodeMissing &&
+            Numbers::toIntDecimal(value) == kMakersCode)
+            report(Msg::ManufacturerCodeOfMaker, {});
+    }
+}
+
+void ModelChecker::checkSpecialGroups(const QList<quint32> &specialPgns)
+{
+    for (const quint8 direction : kDirections) {
+        const QList<quint32> groups = project->getPGNs(line, direction, false);
+        for (const quint32 pgn : specialPgns) {
+            if (groups.contains(pgn))
+                reportGroup(Msg::PgnHandledByStack, pgn, QLatin1Char('0'));
+        }
+    }
+}
+
+void ModelChecker::checkGroups()
+{
+    const bool supportsSafety = decimalJ1939Setting("safetysupport") > 0;
+    quint32 bits = 0;
+    for (const quint8 direction : kDirections) {
+        const QList<quint32> groups = project->getPGNs(line, direction, false);
+        for (const quint32 pgn : groups)
+            bits = checkGroup(pgn, direction, supportsSafety);
+    }
+    checkTransport(bits);
+}
+
+quint32 ModelChecker::checkGroup(quint32 pgn, quint8 direction, bool supportsSafety)
+{
+    // Deliberate: these messages pad the number with U+0000, held by tst_modelchecker.
+    const QChar noDigit(0);
+    ObjectDataBase::PGN group;
+    (void)project->getPGNData(line, pgn, direction, group); // then the defaults stand
+    const bool isSafe = group.isSafe != 0;
+    quint32 bits = 0;
+    const QVector<ObjectDataBase::SPN> spns = project->getSPNRecords(line, pgn, direction);
+    for (const ObjectDataBase::SPN &spn : spns) {
+        bits += bitsOf(spn);
+        if (!isSafe)
+            continue;
+        if (!supportsSafety) {
+            reportGroup(Msg::SafeGroupWithoutSupport, pgn, noDigit);
+            break;
+        }
+        if (spn.implementation == kManaged)
+            reportGroup(Msg::SafeGroupHasManagedVariable, pgn, noDigit);
+        if (!canBeSafe(spn.dataType))
+            reportGroup(Msg::SafeGroupTypeUnsupported, pgn, noDigit);
+    }
+    if (isSafe && errorCount == 0 && !checkSafePGNStructure(line, pgn, group.direction))
+        reportGroup(Msg::SafeGroupStructureUnsupported, pgn, noDigit);
+    if (isSafe && supportsSafety && bits > kFrameBits)
+        reportGroup(Msg::SafeGroupTooLong, pgn, QLatin1Char('0'));
+    return bits;
+}
+
+/// Deliberate: the length of the last group alone decides, held by tst_modelchecker.
+void ModelChecker::checkTransport(quint32 lastGroupBits)
+{
+    const bool supportsBam = decimalJ1939Setting("bamsupport") > 0;
+    const bool supportsCmdt = decimalJ1939Setting("cmdtsupport") > 0;
+    if (!supportsBam && !supportsCmdt && lastGroupBits > kFrameBits)
+        report(Msg::TransportProtocolMissing, {});
+    else if (supportsCmdt && static_cast<quint8>(decimalJ1939Setting("cmdtpackets")) == 0)
+        report(Msg::TransportPacketCountZero, {});
+}
+
+void ModelChecker::checkSignalVariables()
+{
+    for (const quint8 direction : kDirections) {
+        const QList<quint32> groups = project->getPGNs(line, direction, false);
+        for (const quint32 pgn : groups) {
+            const QVector<ObjectDataBase::SPN> spns = project->getSPNRecords(line, pgn, direction);
+            for (const ObjectDataBase::SPN &spn : spns) {
+                if (spn.implementation == kApplicationVariable && spn.varName.trimmed().isEmpty())
+                    report(Msg::SpnVariableMissing, {},
+                           {QString::number(spn.number), QString::number(pgn)});
+            }
+        }
+    }
+}

@@ -1,0 +1,181 @@
+// Tables of the object dictionary.
+#include "generators/descriptions/csvtablegenerator.h"
+
+#include "generators/textwriter.h"
+#include "support/cohelper.h"
+#include "support/logging.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QThread>
+
+namespace
+{
+
+/// What a row of a subindex is written from.
+struct SubFacts {
+    quint8 line = 0;
+    quint16 index = 0;
+    quint8 sub = 0;
+    ObjectDataBase::INDEX_DATA_T object;
+    ObjectDataBase::SUBINDEX_DATA_T data;
+};
+
+QString hex(quint32 number, int digits)
+{
+    return QStringLiteral("0x%1").arg(number, digits, 16, QLatin1Char('0'));
+}
+
+QString yesNo(bool isYes)
+{
+    return isYes ? QStringLiteral("yes") : QStringLiteral("no");
+}
+
+/// The name, or the number of a type that has none.
+QString typeWord(quint16 type)
+{
+    const QString name = COHelper::index2DataTypeString(type);
+    return name.isEmpty() ? QString::number(type) : name;
+}
+
+QString metadataText(const Metadata &metadata)
+{
+    QJsonObject object;
+    for (auto it = metadata.constBegin(); it != metadata.constEnd(); ++it)
+        object.insert(it.key(), it.value());
+    return object.isEmpty()
+               ? QString()
+               : QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+struct ColumnRow {
+    const char *name;
+    QString (*ofSub)(const SubFacts &facts);
+    QString (*ofObject)(const SubFacts &facts) = nullptr; ///< empty in the row of an object if null
+    bool isOfGroupedTable = false;                        ///< other tables do not have it
+};
+
+// clang-format off
+constexpr ColumnRow kColumns[] = { // row order is column order
+    {"index", [](const SubFacts &f) { return hex(f.index, 4); },
+              [](const SubFacts &f) { return hex(f.index, 4); }},
+    {"sub", [](const SubFacts &f) { return hex(f.sub, 2); }},
+    {"line", [](const SubFacts &f) { return QString::number(f.line); },
+             [](const SubFacts &f) { return QString::number(f.line); }},
+    {"objectcode", [](const SubFacts &f) { return COHelper::objectCode2String(f.object.objectCode); },
+                   [](const SubFacts &f) { return COHelper::objectCode2String(f.object.objectCode); }},
+    {"edsname", [](const SubFacts &f) { return f.data.name; },
+                [](const SubFacts &f) { return f.object.name; }},
+    {"datatype", [](const SubFacts &f) { return typeWord(f.data.dataType); },
+                 [](const SubFacts &f) { return typeWord(f.object.dataType); }},
+    {"access", [](const SubFacts &f) { return f.data.accessType; }},
+    {"mapable", [](const SubFacts &f) { return COHelper::pdoMapping2String(f.data.pdoMapping); }},
+    {"value", [](const SubFacts &f) { return f.data.defaultValue; }},
+    {"hasdefault", [](const SubFacts &f) { return QString::number(f.data.defaultInEds ? 1 : 0); }},
+    {"defaultineds", [](const SubFacts &f) { return QString::number(f.data.writeDefaultToEds); }},
+    {"haslimit", [](const SubFacts &f) { return yesNo(f.data.limitInEds); }},
+    {"lowlimit", [](const SubFacts &f) { return f.data.lowLimit; }},
+    {"uplimit", [](const SubFacts &f) { return f.data.upLimit; }},
+    {"size", [](const SubFacts &f) { return QString::number(f.data.size); }},
+    {"implementation", [](const SubFacts &f) { return COHelper::implementation2Word(f.data.implementation); }},
+    {"varname", [](const SubFacts &f) { return f.data.varName; }},
+    {"nvstorage", [](const SubFacts &f) { return yesNo(f.data.nvStorage); }},
+    {"description", [](const SubFacts &f) { return f.data.description; },
+                    [](const SubFacts &f) { return f.object.description; }},
+    {"denotation", [](const SubFacts &f) { return f.data.denotation; }, nullptr, true},
+    {"metadata", [](const SubFacts &f) { return metadataText(f.data.metadata); },
+                 [](const SubFacts &f) { return metadataText(f.object.metadata); }, true},
+};
+// clang-format on
+
+/// A row of what \a cellOf makes of each column of the table.
+template <typename CellOf>
+void writeRow(TextWriter &out, const CsvLayout &layout, CellOf cellOf)
+{
+    QStringList fields;
+    for (const ColumnRow &column : kColumns) {
+        if (layout.isGroupedTable || !column.isOfGroupedTable)
+            fields << CsvTable::field(cellOf(column));
+    }
+    out.raw(fields.join(QLatin1Char(';')) + QLatin1Char('\n'));
+}
+
+} // namespace
+
+QString CsvTable::field(const QString &text)
+{
+    for (const QChar character : text) {
+        if (character == QLatin1Char(';') || character == QLatin1Char('"') ||
+            character == QLatin1Char('\n') || character == QLatin1Char('\r'))
+            return QLatin1Char('"') +
+                   QString(text).replace(QLatin1String("\""), QLatin1String("\"\"")) +
+                   QLatin1Char('"');
+    }
+    return text;
+}
+
+void CsvTable::writeHeader(TextWriter &out, const CsvLayout &layout)
+{
+    writeRow(out, layout, [](const ColumnRow &column) { return QString::fromLatin1(column.name); });
+}
+
+void CsvTable::writeObject(TextWriter &out, const CsvLayout &layout, const ObjectDataBase &store,
+                           quint8 line, quint16 index)
+{
+    SubFacts facts;
+    facts.line = line;
+    facts.index = index;
+    if (!store.getIndexData(line, index, facts.object))
+        return;
+    if (!layout.withDescription)
+        facts.object.description.clear();
+    if (layout.isGroupedTable) {
+        writeRow(out, layout, [&facts](const ColumnRow &column) {
+            return column.ofObject ? column.ofObject(facts) : QString();
+        });
+    }
+    const QList<quint8> subs = store.getSubIndices(line, index, 0);
+    for (const quint8 sub : subs) {
+        facts.sub = sub;
+        if (!store.getSubIndexData(line, index, sub, facts.data))
+            continue;
+        if (!layout.withDescription)
+            facts.data.description.clear();
+        writeRow(out, layout, [&facts](const ColumnRow &column) { return column.ofSub(facts); });
+    }
+}
+
+CsvTableGenerator::CsvTableGenerator(const QString &name, const CsvLayout &tableLayout)
+    : AbstractGenerator(name), layout(tableLayout)
+{
+}
+
+bool CsvTableGenerator::checkWritability()
+{
+    return isNewOrWritable(QString::fromLatin1(layout.file).arg(outputDirectory, projectName));
+}
+
+void CsvTableGenerator::doJob()
+{
+    const JobBracket bracket(*this);
+    checkForceMLFlag();
+    const QString pattern = QString::fromLatin1(isMultiLine() ? layout.fileOfLine : layout.file);
+    QFile file(isMultiLine()
+                   ? pattern.arg(outputDirectory, projectName, QString::number(activeLine))
+                   : pattern.arg(outputDirectory, projectName));
+    if (!openOutputFile(file))
+        return;
+    TextWriter out(&file);
+    CsvTable::writeHeader(out, layout);
+    const QList<quint16> indices = database->getIndices(activeLine, 0x1000, 0xFFFF);
+    for (const quint16 index : indices) {
+        if (abortRequested) {
+            qCDebug(lcGenerator) << "Generation aborted";
+            break;
+        }
+        CsvTable::writeObject(out, layout, *database, activeLine, index);
+        QThread::yieldCurrentThread();
+    }
+    closeOutputFile(out, file);
+}

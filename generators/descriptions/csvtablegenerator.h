@@ -1,0 +1,43 @@
+// The object dictionary of a line as a table for spreadsheets, which the import reads back.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+
+/// All that the kinds of tables differ in.
+struct CsvLayout {
+    const char *file = "";       ///< %1 the folder, %2 the project
+    const char *fileOfLine = ""; ///< the same with %3, the line, in a project of several
+    bool isGroupedTable = false; ///< each object has a row of its own ahead of its subindices, and
+                                 ///< there are columns for what only objects and displays hold
+    bool withDescription = true; ///< else the cells of that column stay empty
+};
+
+/// Writes a row for each subindex, in ascending order, with values as the project holds them.
+class CsvTableGenerator : public AbstractGenerator
+{
+    Q_OBJECT
+
+public:
+    /// Looks at the single-line name only, in a project of several lines too.
+    bool checkWritability() override;
+
+public slots:
+    void doJob() override;
+
+protected:
+    CsvTableGenerator(const QString &name, const CsvLayout &tableLayout);
+
+    CsvLayout layout;
+};
+
+/// The rows of the file. A record that the store does not hold writes nothing.
+namespace CsvTable
+{
+
+/// \a text as a field; in quotes only if it could not be read back without.
+QString field(const QString &text);
+void writeHeader(TextWriter &out, const CsvLayout &layout);
+void writeObject(TextWriter &out, const CsvLayout &layout, const ObjectDataBase &store, quint8 line,
+                 quint16 index);
+
+} // namespace CsvTable

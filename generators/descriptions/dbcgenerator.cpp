@@ -1,0 +1,351 @@
+// The DBC file of a J1939 line.
+#include "generators/descriptions/dbcgenerator.h"
+
+#include "support/cohelper.h"
+#include "support/kvadblib.h"
+#include "support/logging.h"
+#include "support/numbers.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QTemporaryFile>
+
+#include <memory>
+
+namespace
+{
+
+using Type = CAN::CANopenDataType;
+
+constexpr quint32 kAddressClaimed = 0xEE00; // SAE J1939-81
+constexpr quint8 kTransmitted = 0x55;
+constexpr quint8 kReceived = 0x77;
+constexpr quint8 kNullAddress = 0xFE;
+constexpr int kClassicDlc = 8;
+constexpr int kJ1939FrameFormat = 3; // "J1939PG"
+constexpr int kCyclic = 0;
+constexpr int kNoSendType = 8;
+constexpr int kStringDelimiter = 8;
+constexpr int kDelimitedStringBits = 8;
+
+struct IdentityRow {
+    quint32 spn;
+    Type type;
+    const char *name;
+    const char *setting; ///< of the J1939 settings; null: a fixed value
+};
+
+// clang-format off
+constexpr IdentityRow kIdentity[] = {               // order is that of the frame
+    {2837, Type::Unsigned21, "Identity Number",         "identitynumber"},
+    {2838, Type::Unsigned11, "Manufacturer Code",       "manufacturercode"},
+    {2840, Type::Unsigned3,  "ECU Instance",            "ecuinstance"},
+    {2839, Type::Unsigned5,  "Function Instance",       "functioninstance"},
+    {2841, Type::Unsigned8,  "Function",                "function"},
+    // Deliberate: the number of the row above, so that this row replaces it in the project; held
+    // by tst_dbcgenerator.
+    {2841, Type::Boolean,    "reserved",                nullptr},
+    {2842, Type::Unsigned7,  "Vehicle System",          "vehiclesystem"},
+    {2843, Type::Unsigned4,  "Vehicle System Instance", "vehicleinstance"},
+    {2846, Type::Unsigned3,  "Industry Group",          "industrygroup"},
+    {2844, Type::Boolean,    "Addr Claiming Supported", "addresscapable"},
+};
+// clang-format on
+
+/// Names of J1939::SigType, by value.
+constexpr const char *kSigTypes[] = {
+    "Default",         "Range",        "RangeSigned",         "ASCII",
+    "Discrete",        "Control",      "ReferencePGN",        "DTC",
+    "StringDelimiter", "StringLength", "StringLengthControl",
+};
+constexpr const char *kSendTypes[] = {
+    "cyclic",   "reserved", "cyclicIfActive", "reserved",      "reserved",
+    "reserved", "reserved", "reserved",       "noMsgSendType",
+};
+constexpr const char *kFrameFormats[] = {"StandardCAN", "ExtendedCAN", "reserved", "J1939PG"};
+constexpr const char *kImplementations[] = {"Managed", "Variable"};
+
+/// Logs a call that failed; the file is then written without what the call would have added.
+bool succeeded(KvaDbStatus status, const char *call)
+{
+    if (status != kvaDbOK)
+        qCDebug(lcGenerator) << "Error" << call << int(status);
+    return status == kvaDbOK;
+}
+
+struct DatabaseCloser {
+    void operator()(KvaDbHnd database) const { (void)kvaDbClose(database); }
+};
+using Database = std::unique_ptr<KvaDb, DatabaseCloser>;
+
+/// The attributes that messages and signals of the file may have.
+class Attributes
+{
+public:
+    Attributes(KvaDbHnd handle, bool withImplementation) : database(handle)
+    {
+        using Owner = KvaDbAttributeOwner;
+        const auto protocol = define("ProtocolType", Owner::Database, KvaDbAttributeType::String);
+        KvaDbAttributeHnd attribute = nullptr;
+        if (succeeded(kvaDbAddAttribute(database, protocol, &attribute), "kvaDbAddAttribute"))
+            (void)kvaDbSetAttributeValueString(attribute, QStringLiteral("J1939"), 5);
+        cycleTime = defineNumber("GenMsgCycleTime", Owner::Message, 0, 3600000);
+        sendType = defineWords("GenMsgSendType", Owner::Message, kSendTypes, kNoSendType);
+        sigType = defineWords("SigType", Owner::Signal, kSigTypes, int(J1939::SigType::Default));
+        frameFormat = defineWords("VFrameFormat", Owner::Message, kFrameFormats, kJ1939FrameFormat);
+        spn = defineNumber("SPN", Owner::Signal, 0, 524287);
+        if (withImplementation) {
+            implementation =
+                defineWords("korvel_implementation_type", Owner::Signal, kImplementations, 0);
+            variable = define("korvel_variable_name", Owner::Signal, KvaDbAttributeType::String);
+        }
+        bitSize = defineNumber("korvel_bitsize", Owner::Signal, 64, 5120);
+    }
+
+    KvaDbAttributeDefHnd cycleTime = nullptr;
+    KvaDbAttributeDefHnd sendType = nullptr;
+    KvaDbAttributeDefHnd sigType = nullptr;
+    KvaDbAttributeDefHnd frameFormat = nullptr;
+    KvaDbAttributeDefHnd spn = nullptr;
+    KvaDbAttributeDefHnd implementation = nullptr; ///< null: not in this file
+    KvaDbAttributeDefHnd variable = nullptr;
+    KvaDbAttributeDefHnd bitSize = nullptr;
+
+private:
+    KvaDbAttributeDefHnd define(const char *name, KvaDbAttributeOwner owner,
+                                KvaDbAttributeType type)
+    {
+        KvaDbAttributeDefHnd definition = nullptr;
+        (void)succeeded(kvaDbAddAttributeDefinition(database, &definition),
+                        "kvaDbAddAttributeDefinition");
+        (void)kvaDbSetAttributeDefinitionName(definition, QLatin1String(name));
+        (void)kvaDbSetAttributeDefinitionOwner(definition, owner);
+        (void)kvaDbSetAttributeDefinitionType(definition, type);
+        return definition;
+    }
+
+    /// From 0 on.
+    KvaDbAttributeDefHnd defineNumber(const char *name, KvaDbAttributeOwner owner, int defaultValue,
+                                      int maximum)
+    {
+        const auto definition = define(name, owner, KvaDbAttributeType::Integer);
+        (void)kvaDbSetAttributeDefinitionInt(definition, defaultValue, 0, maximum);
+        return definition;
+    }
+
+    template <size_t N>
+    KvaDbAttributeDefHnd defineWords(const char *name, KvaDbAttributeOwner owner,
+                                     const char *const (&words)[N], int defaultValue)
+    {
+        const auto definition = define(name, owner, KvaDbAttributeType::Enumeration);
+        int value = 0;
+        for (const char *word : words)
+            (void)kvaDbAddAttributeDefinitionEnum(definition, QLatin1String(word), value++);
+        (void)kvaDbSetAttributeDefinitionEnumDefault(definition, defaultValue);
+        return definition;
+    }
+
+    KvaDbHnd database;
+};
+
+void setNumber(KvaDbMessageHnd message, KvaDbAttributeDefHnd definition, int value)
+{
+    KvaDbAttributeHnd attribute = nullptr;
+    if (succeeded(kvaDbAddMsgAttribute(message, definition, &attribute), "kvaDbAddMsgAttribute"))
+        (void)succeeded(kvaDbSetAttributeValueInt(attribute, value), "kvaDbSetAttributeValueInt");
+}
+
+void setWord(KvaDbMessageHnd message, KvaDbAttributeDefHnd definition, int value)
+{
+    KvaDbAttributeHnd attribute = nullptr;
+    if (succeeded(kvaDbAddMsgAttribute(message, definition, &attribute), "kvaDbAddMsgAttribute"))
+        (void)kvaDbSetAttributeValueEnumeration(attribute, value);
+}
+
+KvaDbAttributeHnd addAttribute(KvaDbSignalHnd signal, KvaDbAttributeDefHnd definition)
+{
+    KvaDbAttributeHnd attribute = nullptr;
+    (void)kvaDbAddSignalAttribute(signal, definition, &attribute);
+    return attribute;
+}
+
+/// Bits of the signal in the project; strings have a size of their own.
+quint8 bitsOf(const ObjectDataBase::SPN &spn)
+{
+    const auto type = static_cast<Type>(spn.dataType);
+    if (type == Type::StringAsterisk || type == Type::OctetString)
+        return static_cast<quint8>(spn.bitSize);
+    return COHelper::getDataLengthBits(type);
+}
+
+/// Adds a signal at \a position; the result is the number of bits that it takes there.
+quint8 addSignal(KvaDbMessageHnd message, const Attributes &attributes,
+                 const ObjectDataBase::SPN &spn, int position)
+{
+    quint8 bits = bitsOf(spn);
+    if (spn.name.contains(QLatin1String("dummy")))
+        return bits; // a gap
+    const bool isDelimited = static_cast<Type>(spn.dataType) == Type::StringAsterisk;
+    KvaDbSignalHnd signal = nullptr;
+    (void)succeeded(kvaDbAddSignal(message, &signal), "kvaDbAddSignal");
+    (void)succeeded(kvaDbSetSignalName(signal, Dbc::symbolName(spn.name)), "kvaDbSetSignalName");
+    if (isDelimited) {
+        (void)kvaDbSetAttributeValueInt(addAttribute(signal, attributes.bitSize), bits);
+        bits = kDelimitedStringBits;
+    }
+    (void)succeeded(kvaDbSetSignalValueSize(signal, position, bits), "kvaDbSetSignalValueSize");
+    if (!spn.description.isEmpty())
+        (void)kvaDbSetSignalComment(signal, spn.description);
+    (void)kvaDbSetAttributeValueInt(addAttribute(signal, attributes.spn), int(spn.number));
+    if (isDelimited)
+        (void)kvaDbSetAttributeValueEnumeration(addAttribute(signal, attributes.sigType),
+                                                int(J1939::SigType::StringDelimiter));
+    if (!attributes.implementation)
+        return bits;
+    const bool isVariable = spn.implementation != 0;
+    (void)kvaDbSetAttributeValueEnumeration(addAttribute(signal, attributes.implementation),
+                                            isVariable);
+    if (isVariable)
+        (void)kvaDbSetAttributeValueString(addAttribute(signal, attributes.variable), spn.varName,
+                                           spn.varName.size());
+    return bits;
+}
+
+quint32 messageId(const ObjectDataBase::PGN &group, quint32 pgn, quint8 direction, quint8 address)
+{
+    const quint32 prefix = (group.priority * 0x40000U + pgn) * 0x100U;
+    // A received group: sent by anybody to this line.
+    return direction == kReceived ? prefix + kNullAddress + address * 0x100U : prefix + address;
+}
+
+void addMessage(KvaDbHnd database, const Attributes &attributes, const ObjectDataBase &store,
+                quint8 line, quint32 pgn, quint8 direction)
+{
+    ObjectDataBase::PGN group;
+    (void)store.getPGNData(line, pgn, direction, group); // then the defaults stand
+    KvaDbMessageHnd message = nullptr;
+    (void)succeeded(kvaDbAddMsg(database, &message), "kvaDbAddMsg");
+    (void)succeeded(kvaDbSetMsgName(message, Dbc::symbolName(group.name)), "kvaDbSetMsgName");
+    (void)kvaDbSetMsgId(message, messageId(group, pgn, direction, Dbc::lineAddress(store, line)),
+                        KVADB_MESSAGE_EXT);
+    if (!group.description.isEmpty())
+        (void)kvaDbSetMsgComment(message, group.description);
+    (void)succeeded(kvaDbSetMsgDlc(message, kClassicDlc), "kvaDbSetMsgDlc");
+    setWord(message, attributes.frameFormat, kJ1939FrameFormat);
+    if (group.cycleTimeMs != 0)
+        setNumber(message, attributes.cycleTime, group.cycleTimeMs);
+    setWord(message, attributes.sendType, group.cycleTimeMs == 0 ? kNoSendType : kCyclic);
+    int position = 0;
+    const QVector<ObjectDataBase::SPN> spns = store.getSPNRecords(line, pgn, direction);
+    for (const ObjectDataBase::SPN &spn : spns)
+        position += addSignal(message, attributes, spn, position);
+}
+
+/// Puts the finished file in the target's place; an error text if that fails.
+QString replaceTarget(const QString &target, const QString &temporary)
+{
+    QFile::remove(target);
+    if (QFile::copy(temporary, target))
+        return QString();
+    return QStringLiteral("Could not copy output file. %1 - %2").arg(temporary, target);
+}
+
+} // namespace
+
+void Dbc::declareIdentify(ObjectDataBase &store, quint8 line)
+{
+    ObjectDataBase::PGN group;
+    group.name = DBCGenerator::tr("Address Claiming");
+    group.description = DBCGenerator::tr("This PGN is used to send the Address Claiming.");
+    group.priority = 6;
+    group.inhibitTimeMs = 250;
+    group.direction = kTransmitted;
+    (void)store.addPGN(line, kAddressClaimed, group); // the file is then written without it
+    for (const IdentityRow &row : kIdentity) {
+        ObjectDataBase::SPN spn;
+        spn.name = QLatin1String(row.name);
+        spn.dataType = static_cast<quint32>(row.type);
+        spn.implementation = 0;
+        if (row.setting)
+            spn.defaultValue = store.getJ1939SettingsValue(QLatin1String(row.setting))
+                                   .split(QLatin1Char(','))
+                                   .value(line);
+        if (row.spn == 2844)
+            spn.defaultValue = QString::number(Numbers::toIntDecimal(spn.defaultValue) != 0);
+        (void)store.addSPN(line, kAddressClaimed, kTransmitted, row.spn, spn); // as above
+    }
+}
+
+QString Dbc::symbolName(const QString &name)
+{
+    static const QRegularExpression others(QStringLiteral("[^0-9a-zA-Z_*]"));
+    return QString(name).replace(others, QStringLiteral("_"));
+}
+
+quint8 Dbc::lineAddress(const ObjectDataBase &store, quint8 line)
+{
+    const QString setting = store.getJ1939SettingsValue(QStringLiteral("startaddress"));
+    if (setting.isEmpty())
+        return kNullAddress;
+    const QStringList addresses = setting.split(QLatin1Char(','));
+    return static_cast<quint8>(
+        Numbers::toUIntByPrefix(line < addresses.size() ? addresses.at(line) : addresses.first()));
+}
+
+DBCGenerator::DBCGenerator() : AbstractGenerator(QStringLiteral("DBC File")) {}
+
+bool DBCGenerator::checkWritability()
+{
+    return isNewOrWritable(QStringLiteral("%1/%2.dbc").arg(outputDirectory, projectName));
+}
+
+AbstractGenerator::ResultCode DBCGenerator::startGeneration()
+{
+    if (running)
+        return ResultCode::Running;
+    if (!database)
+        return ResultCode::NoStore;
+    const QSettings settings(QStringLiteral("Korvel"), QStringLiteral("CANopen Tessarine"));
+    hasImplementationInfo =
+        settings.value(QStringLiteral("General/implinfo"), settings.value("implinfo", 0)).toInt() ==
+        1;
+    Dbc::declareIdentify(*database, activeLine);
+    return AbstractGenerator::startGeneration();
+}
+
+void DBCGenerator::doJob()
+{
+    const JobBracket bracket(*this);
+    const QString target = generateML
+                               ? QStringLiteral("%1/%2_%3.dbc")
+                                     .arg(outputDirectory, projectName, QString::number(activeLine))
+                               : QStringLiteral("%1/%2.dbc").arg(outputDirectory, projectName);
+    KvaDbHnd handle = nullptr;
+    QTemporaryFile temporary;
+    if (!succeeded(kvaDbOpen(&handle), "open dbc Database") || !temporary.open()) {
+        fail(QStringLiteral("Could not create output file."));
+        return;
+    }
+    const Database owner(handle);
+    if (!succeeded(kvaDbCreate(handle, temporary.fileName(), nullptr), "create dbc file") ||
+        !succeeded(kvaDbWriteFile(handle, temporary.fileName()), "create dbc file")) {
+        fail(QStringLiteral("Could not create output file."));
+        return;
+    }
+    emit progress(25);
+    const Attributes attributes(handle, hasImplementationInfo);
+    for (const quint8 direction : {kReceived, kTransmitted}) {
+        const QList<quint32> groups = database->getPGNs(activeLine, direction, false);
+        for (const quint32 pgn : groups)
+            addMessage(handle, attributes, *database, activeLine, pgn, direction);
+    }
+    if (!succeeded(kvaDbWriteFile(handle, temporary.fileName()), "create dbc file")) {
+        fail(QStringLiteral("Could not copy output file. %1 - %2")
+                 .arg(temporary.fileName(), target));
+        return;
+    }
+    const QString error = replaceTarget(target, temporary.fileName());
+    if (!error.isEmpty())
+        fail(error);
+}

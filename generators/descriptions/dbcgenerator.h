@@ -1,0 +1,40 @@
+// The groups of a J1939 line as a DBC file, for tools that watch the bus.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+
+/// Writes "<project>.dbc", or "<project>_<line>.dbc" where a project has several lines. The group
+/// of address claiming is declared to the project before, and stays in it for the run.
+class DBCGenerator : public AbstractGenerator
+{
+    Q_OBJECT
+
+public:
+    DBCGenerator();
+
+    /// Looks at the single-line name only, in a project of several lines too.
+    bool checkWritability() override;
+
+    /// Declares the group of address claiming, reads the user's settings, and starts.
+    ResultCode startGeneration() override;
+
+public slots:
+    void doJob() override;
+
+private:
+    bool hasImplementationInfo = false; ///< the user wants variables and their kind in the file
+};
+
+namespace Dbc
+{
+
+/// Adds the group with the NAME of the device (SAE J1939-81, 4.1.1) to a line.
+void declareIdentify(ObjectDataBase &store, quint8 line);
+
+/// Characters that a name cannot hold become "_".
+QString symbolName(const QString &name);
+
+/// Address of the line from the list of start addresses; 0xFE, the null address, if there is none.
+quint8 lineAddress(const ObjectDataBase &store, quint8 line);
+
+} // namespace Dbc

@@ -1,0 +1,30 @@
+// The electronic data sheet (EDS) of a line, in the format of CiA 306.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+
+/// Writes "<project>.eds". The names of other files tell the line of a project with several lines,
+/// and the variant, or that the file is the classical companion of a CAN FD device.
+class EDSGenerator : public AbstractGenerator
+{
+    Q_OBJECT
+
+public:
+    /// \a define is the variant to be described, one of edsDefines(). \a fd: the file describes a
+    /// CAN FD device. \a classical: the file describes a CAN FD device to those who know none.
+    EDSGenerator(const QString &define, bool fd, bool classical);
+
+    /// Looks at the plain name only, whatever the file's name is.
+    bool checkWritability() override;
+
+public slots:
+    void doJob() override;
+
+private:
+    QString filePath() const;
+    void writeSections(TextWriter &out);
+
+    const QString define;
+    const bool canFd;
+    const bool classical;
+};

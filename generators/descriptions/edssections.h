@@ -1,0 +1,58 @@
+// The sections of an electronic data sheet (CiA 306).
+#pragma once
+
+#include "store/objectdatabase.h"
+
+#include <QStringList>
+
+class TextWriter;
+
+/// Plain functions, one a section. What they write they read from the store; the line's description
+/// settings must have been selected.
+namespace EdsSections
+{
+
+struct Context {
+    const ObjectDataBase &store;
+    TextWriter &out;
+    quint8 line;
+    QString define; ///< the variant that is described; empty: the plain file
+    bool canFd;     ///< the file describes a CAN FD device
+    QString projectName;
+};
+
+// --- What stands outside of the objects (edssections_device.cpp) ---
+
+void writeFileInfo(const Context &context); ///< with the file's comments
+void writeDeviceInfo(const Context &context);
+void writeDummyUsage(const Context &context);
+/// \a objects are those that the file describes, ascending.
+void generateObjectLists(const Context &context, const QList<quint16> &objects);
+void writeAdditionalSections(const Context &context);
+
+// --- Objects (edssections_objects.cpp) ---
+
+/// The objects that the file describes, ascending.
+QList<quint16> describedObjects(const Context &context);
+
+/// An object with its subindices. What the store does not hold is described by its defaults.
+void generateIndexSection(const Context &context, quint16 index);
+
+/// The values of a subindex, without the head of its section.
+void generateSubInfo(TextWriter &out, const ObjectDataBase::SUBINDEX_DATA_T &data);
+
+/// Does the default value belong into a device description?
+bool isDefaultDescribed(const ObjectDataBase::SUBINDEX_DATA_T &data);
+
+// --- Texts ---
+
+/// An index in four hexadecimal digits, lower case.
+QString hex4(quint16 index);
+
+/// \a text for one line of the file: a line end in it would begin a new entry and becomes a blank.
+QString oneLine(const QString &text);
+
+/// \a text cut at its line ends of any kind; empty lines are kept.
+QStringList textLines(const QString &text);
+
+} // namespace EdsSections

@@ -1,0 +1,193 @@
+// The objects of an electronic data sheet.
+#include "generators/descriptions/edssections.h"
+#include "generators/descriptions/edsvariants.h"
+#include "generators/textwriter.h"
+#include "support/helper.h"
+#include "support/numbers.h"
+
+namespace
+{
+
+using EdsSections::Context;
+using SubData = ObjectDataBase::SUBINDEX_DATA_T;
+
+/// Characters of a comment that stand in one line.
+constexpr int kCommentWidth = 250;
+
+/// Types from here on have no number of CiA 301 and are described as bytes.
+constexpr quint16 kFirstOwnType = 100;
+
+/// Objects that only a CAN FD device describes.
+bool isCanFdObject(quint16 index)
+{
+    return index == 0x1030 || index == 0x1032;
+}
+
+/// How much of \a text goes into a full line: a character beyond 16 bits is not torn apart.
+int fullLineOf(const QStringRef &text)
+{
+    return text[kCommentWidth - 1].isHighSurrogate() ? kCommentWidth - 1 : kCommentWidth;
+}
+
+void writeCommentLine(TextWriter &out, const QStringRef &text)
+{
+    out.raw(QLatin1String(";;") + text + QLatin1Char('\n'));
+}
+
+void writeLongComment(TextWriter &out, QStringRef rest)
+{
+    while (rest.size() > kCommentWidth) {
+        const int length = fullLineOf(rest);
+        writeCommentLine(out, rest.left(length));
+        rest = rest.mid(length);
+    }
+    // Deliberate: a last piece that fills its line is dropped, held by tst_edsgenerator.
+    if (rest.size() != kCommentWidth)
+        writeCommentLine(out, rest);
+}
+
+/// A description; nothing if it is empty.
+void writeDescription(TextWriter &out, const QString &description)
+{
+    if (description.isEmpty())
+        return;
+    const QStringList lines = EdsSections::textLines(description);
+    for (const QString &line : lines) {
+        if (line.size() <= kCommentWidth)
+            writeCommentLine(out, QStringRef(&line));
+        else
+            writeLongComment(out, QStringRef(&line));
+    }
+}
+
+void writeName(TextWriter &out, const QString &name, quint16 index, quint8 subIndex)
+{
+    const QString filled = Helper::substituteVariables(name, index, subIndex);
+    out.raw(QStringLiteral("ParameterName=%1\n").arg(EdsSections::oneLine(filled)));
+}
+
+quint16 describedType(const SubData &data)
+{
+    const auto own = data.metadata.constFind(QStringLiteral("eds_datatype"));
+    if (own != data.metadata.constEnd())
+        return static_cast<quint16>(Numbers::toUIntByPrefix(*own));
+    return data.dataType < kFirstOwnType ? data.dataType : 5;
+}
+
+/// A project marks strings that it holds as hexadecimal bytes by "|x", which no data sheet knows.
+QString describedDefault(const QString &value)
+{
+    return EdsSections::oneLine(value.startsWith(QLatin1String("|x")) ? value.mid(2) : value);
+}
+
+void writeSubIndex(const Context &context, quint16 index, quint8 subIndex, quint8 highest)
+{
+    SubData data;
+    (void)context.store.getSubIndexData(context.line, index, subIndex, data); // or the defaults
+    context.out.raw(QStringLiteral("\n[%1sub%2]\n")
+                        .arg(EdsSections::hex4(index), QString::number(subIndex, 16)));
+    writeName(context.out, data.name, index, subIndex);
+    context.out.raw("ObjectType=7\n");
+    // An object of which a variant leaves out the end still tells its own highest subindex.
+    if (index >= 0x2000 && subIndex == 0)
+        data.defaultValue = QString::number(highest);
+    EdsSections::generateSubInfo(context.out, data);
+}
+
+void writeMembers(const Context &context, quint16 index, const QString &description)
+{
+    const QList<quint8> subIndices =
+        reduceSubList(context.store, context.line, index,
+                      context.store.getSubIndices(context.line, index, 0), context.define);
+    context.out.raw(QStringLiteral("SubNumber=%1\n").arg(subIndices.size()));
+    writeDescription(context.out, description);
+    for (const quint8 subIndex : subIndices)
+        writeSubIndex(context, index, subIndex, subIndices.last());
+}
+
+void writeValueOf(const Context &context, quint16 index, quint8 subIndex)
+{
+    SubData data;
+    (void)context.store.getSubIndexData(context.line, index, subIndex, data); // or the defaults
+    EdsSections::generateSubInfo(context.out, data);
+}
+
+/// The first element of the device types of a CAN FD device, as the one of a classical device.
+void describeClassical1000(const Context &context)
+{
+    context.out.raw("ObjectType=7\n");
+    writeValueOf(context, 0x1000, 1);
+}
+
+void writeContent(const Context &context, quint16 index, const ObjectDataBase::INDEX_DATA_T &object)
+{
+    context.out.raw(QStringLiteral("ObjectType=%1\n").arg(static_cast<int>(object.objectCode)));
+    switch (object.objectCode) {
+    case CANopen::ObjectCode::Array:
+    case CANopen::ObjectCode::Record:
+        writeMembers(context, index, object.description);
+        break;
+    case CANopen::ObjectCode::Var:
+    case CANopen::ObjectCode::Domain:
+        writeValueOf(context, index, 0);
+        writeDescription(context.out, object.description);
+        break;
+    default: // definitions of types hold no values
+        break;
+    }
+}
+
+} // namespace
+
+QList<quint16> EdsSections::describedObjects(const Context &context)
+{
+    const QList<quint16> variant =
+        reduceObjectList(context.store, context.line,
+                         context.store.getIndices(context.line, 0x1000, 0xFFFF), context.define);
+    if (context.canFd)
+        return variant;
+    QList<quint16> classical;
+    for (const quint16 index : variant) {
+        if (!isCanFdObject(index))
+            classical << index;
+    }
+    return classical;
+}
+
+void EdsSections::generateIndexSection(const Context &context, quint16 index)
+{
+    ObjectDataBase::INDEX_DATA_T object;
+    (void)context.store.getIndexData(context.line, index, object); // or the defaults
+    context.out.raw(QStringLiteral("[%1]\n").arg(hex4(index)));
+    writeName(context.out, object.name, index, 0);
+    if (!context.canFd && index == 0x1000 && object.objectCode == CANopen::ObjectCode::Array)
+        describeClassical1000(context);
+    else
+        writeContent(context, index, object);
+    context.out.raw("\n");
+}
+
+void EdsSections::generateSubInfo(TextWriter &out, const SubData &data)
+{
+    out.raw(QStringLiteral("DataType=%1\n").arg(describedType(data)));
+    out.raw(QStringLiteral("AccessType=%1\n").arg(oneLine(data.accessType)));
+    out.raw(QStringLiteral("PDOMapping=%1\n").arg(data.pdoMapping.toBinary()));
+    if (isDefaultDescribed(data))
+        out.raw(QStringLiteral("DefaultValue=%1\n").arg(describedDefault(data.defaultValue)));
+    if (data.limitInEds) {
+        out.raw(QStringLiteral("LowLimit=%1\n").arg(oneLine(data.lowLimit)));
+        out.raw(QStringLiteral("HighLimit=%1\n").arg(oneLine(data.upLimit)));
+    }
+    if (data.refuseRead || data.refuseWrite) {
+        const int flags = (data.refuseWrite ? 1 : 0) | (data.refuseRead ? 2 : 0);
+        out.raw(QStringLiteral("ObjFlags=%1\n").arg(flags));
+    }
+    writeDescription(out, data.description);
+}
+
+bool EdsSections::isDefaultDescribed(const SubData &data)
+{
+    const bool isWanted =
+        data.writeDefaultToEds == 2 || (data.writeDefaultToEds == 1 && data.defaultInEds);
+    return isWanted && !data.defaultValue.isEmpty();
+}

@@ -1,0 +1,99 @@
+// Variants of a device.
+#include "generators/descriptions/edsvariants.h"
+
+#include "store/objectdatabase.h"
+
+#include <QSet>
+
+namespace
+{
+
+const QString kDefineKey = QStringLiteral("eds_define");
+
+bool isOfVariant(const Metadata &metadata, const QString &define)
+{
+    const auto found = metadata.constFind(kDefineKey);
+    return found == metadata.constEnd() || *found == define;
+}
+
+/// Names of variants, each once, in order of first appearance.
+class DefineList
+{
+public:
+    void add(const QString &define)
+    {
+        if (known.contains(define))
+            return;
+        known.insert(define);
+        defines << define;
+    }
+    void add(const Metadata &metadata)
+    {
+        const auto found = metadata.constFind(kDefineKey);
+        if (found != metadata.constEnd())
+            add(*found);
+    }
+    void addSubIndices(const ObjectDataBase &store, quint8 line, quint16 index)
+    {
+        const QList<quint8> subIndices = store.getSubIndices(line, index, 0);
+        for (const quint8 subIndex : subIndices) {
+            ObjectDataBase::SUBINDEX_DATA_T data;
+            if (store.getSubIndexData(line, index, subIndex, data))
+                add(data.metadata);
+        }
+    }
+
+    QStringList defines;
+
+private:
+    QSet<QString> known;
+};
+
+} // namespace
+
+QStringList edsDefines(const ObjectDataBase &store, quint8 line)
+{
+    DefineList list;
+    list.add(QString());
+    const QList<quint16> indices = store.getIndices(line, 0x1000, 0xFFFF);
+    for (const quint16 index : indices) {
+        ObjectDataBase::INDEX_DATA_T data;
+        if (store.getIndexData(line, index, data))
+            list.add(data.metadata);
+        list.addSubIndices(store, line, index);
+    }
+    return list.defines;
+}
+
+QStringList getSubIndicesEDSDefines(const ObjectDataBase &store, quint8 line, quint16 index)
+{
+    DefineList list;
+    list.addSubIndices(store, line, index);
+    return list.defines;
+}
+
+QList<quint16> reduceObjectList(const ObjectDataBase &store, quint8 line,
+                                const QList<quint16> &list, const QString &define)
+{
+    QList<quint16> kept;
+    for (const quint16 index : list) {
+        ObjectDataBase::INDEX_DATA_T data;
+        (void)store.getIndexData(line, index, data); // what cannot be read belongs to no variant
+        if (isOfVariant(data.metadata, define))
+            kept << index;
+    }
+    return kept;
+}
+
+QList<quint8> reduceSubList(const ObjectDataBase &store, quint8 line, quint16 index,
+                            const QList<quint8> &list, const QString &define)
+{
+    QList<quint8> kept;
+    for (const quint8 subIndex : list) {
+        ObjectDataBase::SUBINDEX_DATA_T data;
+        (void)store.getSubIndexData(line, index, subIndex, data); // as for objects
+        if (isOfVariant(data.metadata, define))
+            kept << subIndex;
+    }
+    return kept;
+}

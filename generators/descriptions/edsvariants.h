@@ -1,0 +1,25 @@
+// Variants of one device out of one dictionary: the metadata "eds_define" of an object or a
+// subindex names the variant that it belongs to. What a name means is the user's business; only
+// equality counts.
+#pragma once
+
+#include <QList>
+#include <QStringList>
+
+class ObjectDataBase;
+
+/// The variants of a line, each once: the plain one, whose name is empty, then the others in the
+/// order in which they first appear. A file is written for each.
+QStringList edsDefines(const ObjectDataBase &store, quint8 line);
+
+/// The variants that the subindices of an object name, each once, in order of first appearance.
+QStringList getSubIndicesEDSDefines(const ObjectDataBase &store, quint8 line, quint16 index);
+
+/// \a list without the objects of other variants than \a define, in the same order. What belongs to
+/// no variant is in all of them. An object stays whatever its subindices belong to.
+QList<quint16> reduceObjectList(const ObjectDataBase &store, quint8 line,
+                                const QList<quint16> &list, const QString &define);
+
+/// The same for the subindices of an object.
+QList<quint8> reduceSubList(const ObjectDataBase &store, quint8 line, quint16 index,
+                            const QList<quint8> &list, const QString &define);

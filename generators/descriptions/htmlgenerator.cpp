@@ -1,0 +1,330 @@
+// The HTML page of a CANopen line.
+#include "generators/descriptions/htmlgenerator.h"
+
+#include "generators/ctext.h"
+#include "generators/descriptions/htmlpage.h"
+#include "generators/textwriter.h"
+#include "support/cohelper.h"
+#include "support/helper.h"
+#include "support/logging.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QSettings>
+#include <QThread>
+
+namespace
+{
+
+constexpr quint16 kFirstManufacturerIndex = 0x2000; // CiA 301, 7.4.1
+constexpr quint16 kFirstProfileIndex = 0x6000;
+
+constexpr quint8 kConstant = 1;
+constexpr quint8 kApplicationVariable = 2;
+
+/// A line of the table of what the page was made from.
+struct SettingRow {
+    const char *cell;
+    const char *setting; ///< key in the description settings
+};
+
+// clang-format off
+constexpr SettingRow kFileInfo[] = {            // row order is file order
+    {"   <td>Vendor name:",   "VendorName"},
+    {"   <td>Product name: ", "ProductName"},
+    {"   <td>File version:",  "FileVersion"},
+    {"   <td>File Revision: ", "FileRevision"},
+    {"   <td>Order Code:",    "OrderCode"},
+    {"   <td>Created by: ",   "CreatedBy"},
+    {"   <td>Modified by: ",  "ModifiedBy"},
+};
+// clang-format on
+
+/// All that the rows of a subindex are made from.
+struct SubFacts {
+    quint16 index;
+    quint8 subIndex;
+    bool implementationInfo;
+    ObjectDataBase::SUBINDEX_DATA_T data;
+};
+
+QString filled(const SubFacts &facts, const QString &text)
+{
+    return HtmlText::escaped(Helper::substituteVariables(text, facts.index, facts.subIndex));
+}
+
+bool always(const SubFacts &)
+{
+    return true;
+}
+
+bool showsDefault(const SubFacts &facts)
+{
+    return facts.data.defaultInEds || facts.data.implementation == kConstant;
+}
+
+bool showsLimits(const SubFacts &facts)
+{
+    return facts.data.limitInEds;
+}
+
+struct SubRow {
+    const char *labelCell;
+    bool (*when)(const SubFacts &);
+    QString (*value)(const SubFacts &); ///< as HTML
+};
+
+// clang-format off
+constexpr SubRow kSubRows[] = {                 // row order is file order
+    {"    <td>Name </td>\n", always,
+     [](const SubFacts &f) { return filled(f, f.data.name); }},
+    {"    <td>Data Type</td>\n", always,
+     [](const SubFacts &f) { return COHelper::index2DataTypeString(f.data.dataType); }},
+    {"    <td>Access </td>\n", always,
+     [](const SubFacts &f) { return filled(f, f.data.accessType); }},
+    {"    <td>Defaultvalue </td>\n", showsDefault,
+     [](const SubFacts &f) { return filled(f, f.data.defaultValue); }},
+    {"    <td>Low Limit </td>\n", showsLimits,
+     [](const SubFacts &f) { return filled(f, f.data.lowLimit); }},
+    {"    <td>High Limit </td>\n", showsLimits,
+     [](const SubFacts &f) { return filled(f, f.data.upLimit); }},
+    {"    <td>Description</td>\n",
+     [](const SubFacts &f) { return !f.data.description.isEmpty(); },
+     [](const SubFacts &f) {
+         return HtmlText::stringConvert(
+             Helper::substituteVariables(f.data.description, f.index, f.subIndex));
+     }},
+    {"    <td>PDO Mapping</td>\n", always,
+     [](const SubFacts &f) { return COHelper::pdoMapping2String(f.data.pdoMapping); }},
+    {"    <td>Implementation Type</td>\n",
+     [](const SubFacts &f) { return f.implementationInfo; },
+     [](const SubFacts &f) { return COHelper::implementation2String(f.data.implementation); }},
+    {"    <td>Variable Name</td>\n",
+     [](const SubFacts &f) {
+         return f.implementationInfo && f.data.implementation == kApplicationVariable;
+     },
+     [](const SubFacts &f) { return filled(f, f.data.varName); }},
+    {"    <td>Size in bytes </td>\n",
+     [](const SubFacts &f) { return f.implementationInfo && f.data.size != 0; },
+     [](const SubFacts &f) { return QString::number(f.data.size); }},
+};
+// clang-format on
+
+QString hexIndex(quint16 index)
+{
+    return QStringLiteral("0x%1").arg(index, 4, 16, QLatin1Char('0'));
+}
+
+QString objectName(quint16 index, const QString &name)
+{
+    return HtmlText::escaped(Helper::substituteVariables(name, index, 0));
+}
+
+/// A row of one cell, in a colour of its own.
+void writeSingleCell(TextWriter &out, bool isAlternate, const char *cell, const QString &value)
+{
+    out.raw(HtmlPage::rowTag(isAlternate));
+    out.raw(cell);
+    out.raw(value);
+    out.raw("</td>\n");
+    out.raw("   </tr>\n");
+}
+
+void openLeftTable(TextWriter &out)
+{
+    out.raw("  <div class=\"left\">\n");
+    out.raw("  <table>\n");
+    out.raw("   <tr class=\"head\">\n");
+}
+
+void closeLeftTable(TextWriter &out)
+{
+    out.raw("  </table>\n");
+    out.raw("  </div>\n");
+}
+
+void writeGap(TextWriter &out)
+{
+    out.raw("<br />\n");
+    out.raw("<br />\n");
+}
+
+} // namespace
+
+void HtmlDoc::writeGenerationTable(const Context &context, const QString &projectName)
+{
+    TextWriter &out = context.out;
+    openLeftTable(out);
+    out.raw("    <td colspan=\"2\" id=\"gen\">Generation information ");
+    out.raw(HtmlText::escaped(projectName));
+    out.raw("</td>\n");
+    out.raw("   </tr>\n");
+    writeSingleCell(out, true, "   <td>Generation time: ", CText::generationTime());
+    bool isAlternate = false;
+    for (const SettingRow &row : kFileInfo) {
+        const QString value = context.store.getDescriptionSettingsValue(QLatin1String(row.setting));
+        writeSingleCell(out, isAlternate, row.cell, HtmlText::escaped(value));
+        isAlternate = !isAlternate;
+    }
+    closeLeftTable(out);
+    writeGap(out);
+}
+
+void HtmlDoc::writeCommentTable(const Context &context)
+{
+    TextWriter &out = context.out;
+    openLeftTable(out);
+    out.raw("    <td colspan=\"2\" id=\"com\">Comment</td>\n");
+    out.raw("   </tr>\n");
+    const QStringList lines = context.store.getDescriptionSettingsValue(QStringLiteral("Comment"))
+                                  .trimmed()
+                                  .split(QLatin1Char('\n'));
+    for (const QString &line : lines)
+        writeSingleCell(out, false, "   <td>", HtmlText::escaped(line));
+    closeLeftTable(out);
+    writeGap(out);
+}
+
+void HtmlDoc::writeTitleTable(const Context &context, const QString &projectName)
+{
+    TextWriter &out = context.out;
+    openLeftTable(out);
+    out.raw("    <td  colspan=\"2\">  Object Dictionary Documenation of ");
+    out.raw(HtmlText::escaped(projectName));
+    out.raw("</td>\n");
+    out.raw("   </tr>\n");
+    closeLeftTable(out);
+}
+
+void HtmlDoc::createTOC(const Context &context, quint16 index, TocGaps &gaps)
+{
+    ObjectDataBase::INDEX_DATA_T data;
+    (void)context.store.getIndexData(context.line, index, data); // the defaults stand for it
+    bool &isGapDue =
+        index >= kFirstProfileIndex ? gaps.firstProfileObject : gaps.firstManufacturerObject;
+    if (index >= kFirstManufacturerIndex && isGapDue) {
+        context.out.raw("<br>\n");
+        isGapDue = false;
+    }
+    context.out.raw("<a href=\"#");
+    context.out.raw(index);
+    context.out.raw("\">");
+    context.out.raw(hexIndex(index) + QLatin1Char(' ') + objectName(index, data.name));
+    context.out.raw("</a><br>\n");
+}
+
+void HtmlDoc::describeIndex(const Context &context, quint16 index)
+{
+    ObjectDataBase::INDEX_DATA_T data;
+    if (!context.store.getIndexData(context.line, index, data))
+        return;
+    TextWriter &out = context.out;
+    out.raw(" <p>\n");
+    out.raw("  <table border=\"1\">\n");
+    out.raw("   <tr>\n");
+    out.raw("    <th colspan=\"2\" id=\"");
+    out.raw(index);
+    out.raw("\"> Object: ");
+    out.raw(hexIndex(index) + QLatin1Char(' ') + objectName(index, data.name));
+    out.raw("</th>\n");
+    out.raw("   </tr>\n");
+    out.raw("   <tr>\n");
+    out.raw("    <td>Object Code</td>\n");
+    out.raw("    <td>");
+    out.raw(COHelper::objectCode2String(data.objectCode));
+    out.raw("</td>\n");
+    out.raw("   </tr>\n");
+    if (!data.description.isEmpty())
+        context.page.row("    <td>Description</td>\n", HtmlText::stringConvert(data.description));
+    out.raw("  </table>\n");
+    const QList<quint8> subIndices = context.store.getSubIndices(context.line, index, 0);
+    for (const quint8 subIndex : subIndices) {
+        out.raw(" <br/>\n");
+        describeSubIndex(context, index, subIndex);
+    }
+    out.raw(" </p>\n");
+    out.raw("  <hr />\n");
+}
+
+void HtmlDoc::describeSubIndex(const Context &context, quint16 index, quint8 subIndex)
+{
+    SubFacts facts{index, subIndex, context.implementationInfo, {}};
+    if (!context.store.getSubIndexData(context.line, index, subIndex, facts.data))
+        return;
+    context.out.raw("  <table border=\"1\">\n");
+    context.page.row("    <td style=\"font-weight:bold\">Sub </td>\n",
+                     QStringLiteral("0x%1").arg(subIndex, 2, 16, QLatin1Char('0')),
+                     "    <td style=\"font-weight:bold\">");
+    for (const SubRow &row : kSubRows) {
+        if (row.when(facts))
+            context.page.row(row.labelCell, row.value(facts));
+    }
+    context.out.raw("  </table>\n");
+}
+
+HTMLGenerator::HTMLGenerator() : AbstractGenerator(QStringLiteral("HTML documentation")) {}
+
+void HTMLGenerator::resetJob()
+{
+    const QSettings settings(QCoreApplication::organizationName(),
+                             QCoreApplication::applicationName());
+    // Whoever edits the file by hand writes "[General]", which Qt reads as no group at all.
+    const QVariant byHand = settings.value(QStringLiteral("implinfo"), 0);
+    implementationInfo = settings.value(QStringLiteral("General/implinfo"), byHand).toInt() == 1;
+}
+
+QString HTMLGenerator::singleLineFile() const
+{
+    return QStringLiteral("%1/%2.html").arg(outputDirectory, projectName);
+}
+
+bool HTMLGenerator::checkWritability()
+{
+    return isNewOrWritable(singleLineFile());
+}
+
+template <class Section>
+void HTMLGenerator::forEachIndex(const QList<quint16> &indices, const Section &section) const
+{
+    for (const quint16 index : indices) {
+        if (abortRequested) {
+            qCDebug(lcGenerator) << "Generation aborted";
+            return;
+        }
+        section(index);
+        QThread::yieldCurrentThread();
+    }
+}
+
+void HTMLGenerator::doJob()
+{
+    const JobBracket bracket(*this);
+    checkForceMLFlag();
+    QFile file(isMultiLine() ? QStringLiteral("%1/%2_%3.html")
+                                   .arg(outputDirectory, projectName, QString::number(activeLine))
+                             : singleLineFile());
+    if (!openOutputFile(file))
+        return;
+    TextWriter out(&file);
+    HtmlPage page(out);
+    database->setDescriptionSettingsLine(activeLine);
+    const HtmlDoc::Context context{*database, out, page, activeLine, implementationInfo};
+
+    page.begin("  <title>Object Dictionary Documenation of ", projectName, toolVersion);
+    HtmlDoc::writeGenerationTable(context, projectName);
+    HtmlDoc::writeCommentTable(context);
+    HtmlDoc::writeTitleTable(context, projectName);
+
+    const QList<quint16> indices = database->getIndices(activeLine, 0x1000, 0xFFFF);
+    out.raw(" <div class=\"toc\">\n");
+    out.raw("<a href=\"#gen\">Generation Information</a><br />\n");
+    out.raw("<a href=\"#com\">Comment</a><br />\n");
+    HtmlDoc::TocGaps gaps;
+    forEachIndex(indices, [&](quint16 index) { HtmlDoc::createTOC(context, index, gaps); });
+    out.raw("  </div>\n");
+    out.raw("  <div class=\"center\">\n");
+    forEachIndex(indices, [&](quint16 index) { HtmlDoc::describeIndex(context, index); });
+    out.raw("  </div>\n");
+    page.end();
+    closeOutputFile(out, file);
+}

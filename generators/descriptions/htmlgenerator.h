@@ -1,0 +1,61 @@
+// The object dictionary of a line as a page for the browser and for printing.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+
+class HtmlPage;
+
+/// Writes "<project>.html", or "<project>_<line>.html" where a project has several lines.
+class HTMLGenerator : public AbstractGenerator
+{
+    Q_OBJECT
+
+public:
+    HTMLGenerator();
+
+    /// Looks at the single-line name only, in a project of several lines too.
+    bool checkWritability() override;
+
+public slots:
+    void doJob() override;
+
+protected:
+    /// Reads the user's choices, on the driver's thread.
+    void resetJob() override;
+
+private:
+    QString singleLineFile() const;
+    /// Calls \a section for each index, until the job is aborted.
+    template <class Section>
+    void forEachIndex(const QList<quint16> &indices, const Section &section) const;
+
+    bool implementationInfo = false; ///< the user wants to see how values are stored
+};
+
+/// The sections of the page. A record that the store does not hold writes nothing, but the contents
+/// name it.
+namespace HtmlDoc
+{
+
+struct Context {
+    ObjectDataBase &store; ///< with the line's description settings selected
+    TextWriter &out;
+    HtmlPage &page;
+    quint8 line;
+    bool implementationInfo;
+};
+
+/// Which blank lines of the contents are still to come.
+struct TocGaps {
+    bool firstManufacturerObject = true; ///< ahead of the first index from 0x2000 to 0x5FFF
+    bool firstProfileObject = true;      ///< ahead of the first index from 0x6000
+};
+
+void writeGenerationTable(const Context &context, const QString &projectName);
+void writeCommentTable(const Context &context);
+void writeTitleTable(const Context &context, const QString &projectName);
+void createTOC(const Context &context, quint16 index, TocGaps &gaps);
+void describeIndex(const Context &context, quint16 index);
+void describeSubIndex(const Context &context, quint16 index, quint8 subIndex);
+
+} // namespace HtmlDoc

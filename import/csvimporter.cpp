@@ -1,0 +1,253 @@
+// From the rows of a table to the records of a project.
+#include "import/csvimporter.h"
+
+#include "import/csvreader.h"
+#include "support/cohelper.h"
+#include "support/helper.h"
+#include "support/logging.h"
+#include "support/numbers.h"
+
+namespace
+{
+
+using CAN::CANopenDataType;
+
+/// Subindices that are held in memory before they are written.
+constexpr int kGroupSize = 8192;
+
+constexpr int kLeastFields = 4;
+
+/// False, and \a result as it was, if one of the two is no number of its range.
+bool readAddress(const QString &index, const QString &sub, BaseDataImporter::SubAddress &result)
+{
+    const qint64 indexNumber = Numbers::toLongLongByPrefix(index);
+    const qint64 subNumber = Numbers::toLongLongByPrefix(sub);
+    if (indexNumber < 0 || indexNumber > 0xFFFF || subNumber < 0 || subNumber > 0xFF)
+        return false;
+    result.index = static_cast<quint16>(indexNumber);
+    result.subindex = static_cast<quint8>(subNumber);
+    return true;
+}
+
+QString defaultName(quint16 index)
+{
+    return QStringLiteral("Object_%1").arg(QString::number(index, 16));
+}
+
+} // namespace
+
+void CsvImporter::getDeleteList(QList<BaseDataImporter::SubAddress> &list) const
+{
+    list = deleteList;
+}
+
+void CsvImporter::getCopyList(QList<BaseDataImporter::SubAddress> &list) const
+{
+    list = copyList;
+}
+
+void CsvImporter::doImport()
+{
+    const Job job(*this);
+    if (abortRequested || !database)
+        return;
+    QByteArray bytes;
+    if (!Helper::readWholeFile(importFileName, bytes)) {
+        fail(QStringLiteral("Could not open %1").arg(importFileName));
+        return;
+    }
+    QString text = Helper::decodeText(bytes);
+    bytes.clear();
+    text.replace(QChar(QChar::Null), QLatin1Char(' ')); // ends a text for much of what reads it
+    CsvReader reader(text);
+    text.clear();
+    if (!reader.next())
+        return;
+    const CsvColumns columns(reader.fields());
+    while (reader.next()) {
+        const QStringList &fields = reader.fields();
+        if (reader.firstCharacter() == QLatin1Char('d'))
+            handleDeleteLine(fields);
+        else if (reader.firstCharacter() == QLatin1Char('c'))
+            handleCopyLine(fields);
+        else if (fields.size() < kLeastFields || !handleImportLine(columns.read(fields)))
+            qCDebug(lcImport).noquote().nospace()
+                << importFileName << ':' << reader.line() << ": the line is passed over";
+    }
+    flush();
+    addMissingCounts();
+}
+
+void CsvImporter::handleDeleteLine(const QStringList &fields)
+{
+    qCDebug(lcImport) << "mdl" << fields;
+    SubAddress address;
+    if ((fields.size() == 2 || fields.size() == 3) &&
+        readAddress(fields.at(1), fields.value(2), address))
+        deleteList << address;
+}
+
+void CsvImporter::handleCopyLine(const QStringList &fields)
+{
+    qCDebug(lcImport) << "mcl" << fields;
+    SubAddress source;
+    SubAddress target;
+    if ((fields.size() == 3 || fields.size() == 4) &&
+        readAddress(fields.at(1), fields.value(3), source) &&
+        readAddress(fields.at(2), fields.value(3), target))
+        copyList << source << target;
+}
+
+bool CsvImporter::handleImportLine(const CsvRow &row)
+{
+    const qint64 line = row.line < 0 ? activeLine : row.line;
+    const bool hasPlace = row.index >= 0 && row.index <= 0xFFFF && row.sub >= 0 && row.sub <= 0xFF;
+    if (!hasPlace || !isInRange(static_cast<quint32>(row.index)) || !isUsableLine(line))
+        return false;
+    const ObjectKey key(static_cast<quint8>(line), static_cast<quint16>(row.index));
+    if (row.isObject)
+        importObject(key, row);
+    else
+        importSubIndex(key, row);
+    return true;
+}
+
+bool CsvImporter::isUsableLine(qint64 number)
+{
+    if (number > 0xFF)
+        return false;
+    const auto line = static_cast<quint8>(number);
+    const auto known = usableLines.constFind(line);
+    if (known != usableLines.constEnd())
+        return *known;
+    const bool isUsable = database->existNode(line);
+    // What is written goes into the cache as well, so that no row needs a query.
+    if (isUsable)
+        database->cacheAllSubs(line, 0);
+    usableLines.insert(line, isUsable);
+    return isUsable;
+}
+
+void CsvImporter::importObject(const ObjectKey &key, const CsvRow &row)
+{
+    ObjectData data;
+    data.name = defaultName(key.second);
+    (void)database->getIndexData(key.first, key.second, data); // a new object has the defaults
+    if (row.hasName)
+        data.name = row.data.name;
+    data.objectCode = COHelper::string2objectCode(row.objectCode);
+    data.dataType = row.data.dataType;
+    data.description = row.data.description;
+    data.metadata = row.data.metadata;
+    (void)database->addIndex(key.first, key.second, data); // the store logs a failure
+    madeObjects.remove(key);
+}
+
+void CsvImporter::importSubIndex(const ObjectKey &key, CsvRow row)
+{
+    provideObject(key, row);
+    applyLimits(row);
+    applyStorage(key, row);
+    ObjectDataBase::SubEntry entry;
+    entry.line = key.first;
+    entry.index = key.second;
+    entry.subindex = static_cast<quint8>(row.sub);
+    entry.data = row.data;
+    collected.append(entry);
+    if (collected.size() >= kGroupSize)
+        flush();
+}
+
+void CsvImporter::provideObject(const ObjectKey &key, const CsvRow &row)
+{
+    const auto code = COHelper::string2objectCode(row.objectCode);
+    const bool isArray = code == CANopen::ObjectCode::Array;
+    if (isArray)
+        arrays.insert(key);
+    const bool isNew = !database->existIndex(key.first, key.second);
+    ObjectData data = madeObjects.value(key);
+    if (isNew) {
+        data.name = row.hasName ? row.data.name : defaultName(key.second);
+        data.objectCode = code;
+        data.description = row.data.description;
+    } else if (!isArray || row.sub != 1 || !madeObjects.contains(key) ||
+               data.dataType == row.data.dataType) {
+        return;
+    }
+    // The first row of an array is its count of elements; the type is that of the elements.
+    data.dataType = row.data.dataType;
+    (void)database->addIndex(key.first, key.second, data); // the store logs a failure
+    madeObjects.insert(key, data);
+}
+
+void CsvImporter::applyLimits(CsvRow &row)
+{
+    if (row.data.dataType == 0)
+        return;
+    QString low;
+    QString high;
+    COHelper::getDefaultLimits(static_cast<CANopenDataType>(row.data.dataType), low, high);
+    const bool isLowGiven = row.hasLowLimit && !row.data.lowLimit.isEmpty();
+    const bool isUpGiven = row.hasUpLimit && !row.data.upLimit.isEmpty();
+    const bool isAnyGiven = isLowGiven || isUpGiven;
+    // Beside the other limit, an empty cell stands for no limit on its side.
+    if (!row.hasLowLimit || !isAnyGiven)
+        row.data.lowLimit = low;
+    if (!row.hasUpLimit || !isAnyGiven)
+        row.data.upLimit = high;
+}
+
+void CsvImporter::applyStorage(const ObjectKey &key, CsvRow &row)
+{
+    SubIndexData &data = row.data;
+    const auto type = static_cast<CANopenDataType>(data.dataType);
+    const bool isString = COHelper::isStringLike(type);
+    const int named = COHelper::word2Implementation(row.implementation);
+    const bool isConstant = type == CANopenDataType::Utf8String ||
+                            data.accessType == QLatin1String("const") ||
+                            (isString && data.accessType == QLatin1String("ro"));
+    if (named >= 0) {
+        data.implementation = static_cast<quint8>(named);
+    } else if (type == CANopenDataType::Domain) {
+        // Deliberate: not a constant with access "const" either, since there are no constant
+        // domains in the target; held by tst_csvimporter "domain_const".
+        data.implementation = 2;
+        data.varName.clear();
+    } else if (isConstant) {
+        data.implementation = 1;
+    } else if (isString) {
+        data.implementation = 2;
+    }
+    if (isString && data.implementation == 2 && data.varName.isEmpty())
+        data.varName = makeVarName(key.second, static_cast<quint8>(row.sub));
+    if (isString && named < 0 && data.size == 0)
+        data.size = static_cast<quint32>(qMax(1, data.defaultValue.toUtf8().size()));
+}
+
+void CsvImporter::flush()
+{
+    if (!collected.isEmpty())
+        (void)database->addSubIndices(collected); // the store logs a failure
+    collected.clear();
+}
+
+void CsvImporter::addMissingCounts()
+{
+    for (const ObjectKey &key : arrays) {
+        const QList<quint8> subs = database->getSubIndices(key.first, key.second, 0);
+        if (subs.isEmpty() || subs.first() == 0)
+            continue;
+        CsvRow row;
+        row.data.name = QStringLiteral("Highest Subindex supported");
+        row.data.accessType = QStringLiteral("const");
+        row.data.defaultValue = QString::number(subs.last());
+        row.data.implementation = 1;
+        applyLimits(row);
+        ObjectDataBase::SubEntry entry;
+        entry.line = key.first;
+        entry.index = key.second;
+        entry.data = row.data;
+        collected.append(entry);
+    }
+    flush();
+}

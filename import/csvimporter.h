@@ -1,0 +1,55 @@
+// Import of tables of objects (CSV and ICSV).
+#pragma once
+
+#include "import/basedataimporter.h"
+#include "import/csvrow.h"
+#include "store/objectdatabase.h"
+
+#include <QMap>
+
+#include <set>
+
+/// Fills lines of a project from a table with a line for each subindex, on the worker thread. What
+/// the table says of a subindex replaces what the project holds of it; an object that is there
+/// keeps its record, unless the table has a line of its own for the object.
+class CsvImporter : public BaseDataImporter
+{
+    Q_OBJECT
+
+public:
+    CsvImporter() = default;
+
+    /// What lines beginning with "d" name; nothing is deleted.
+    Q_INVOKABLE void getDeleteList(QList<BaseDataImporter::SubAddress> &list) const;
+    /// What lines beginning with "c" name, a source and behind it its target; nothing is copied.
+    Q_INVOKABLE void getCopyList(QList<BaseDataImporter::SubAddress> &list) const;
+
+public slots:
+    void doImport() override;
+
+private:
+    using ObjectData = ObjectDataBase::INDEX_DATA_T;
+    using ObjectKey = QPair<quint8, quint16>; ///< line and index
+
+    void handleDeleteLine(const QStringList &fields);
+    void handleCopyLine(const QStringList &fields);
+    /// False if the row names no place of the project or none in the range.
+    bool handleImportLine(const CsvRow &row);
+    bool isUsableLine(qint64 number);
+    void importObject(const ObjectKey &key, const CsvRow &row);
+    void importSubIndex(const ObjectKey &key, CsvRow row);
+    void provideObject(const ObjectKey &key, const CsvRow &row);
+    void flush();
+    void addMissingCounts();
+
+    static void applyLimits(CsvRow &row);
+    /// Strings and domains need a place and a size of their own.
+    void applyStorage(const ObjectKey &key, CsvRow &row);
+
+    QList<SubAddress> deleteList;
+    QList<SubAddress> copyList;
+    QMap<quint8, bool> usableLines;            ///< those that rows named
+    QMap<ObjectKey, ObjectData> madeObjects;   ///< made for the sake of a subindex
+    std::set<ObjectKey> arrays;                ///< objects that a row calls an array
+    QList<ObjectDataBase::SubEntry> collected; ///< not yet in the store
+};

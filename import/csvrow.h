@@ -1,0 +1,36 @@
+// The columns of object tables.
+#pragma once
+
+#include "store/records.h"
+
+#include <QStringList>
+#include <QVector>
+
+/// One line of a table, as far as its cells tell. Numbers are as given, in range or not.
+struct CsvRow {
+    qint64 index = 0; ///< 0 if none is given
+    qint64 sub = 0;
+    qint64 line = -1;      ///< -1: the line that the import goes to
+    bool isObject = false; ///< tells about an object, not about one of its subindices
+    bool hasName = false;
+    bool hasLowLimit = false;
+    bool hasUpLimit = false;
+    QString objectCode = QStringLiteral("VARIABLE");
+    QString implementation = QStringLiteral("none");
+    SubIndexData data;
+};
+
+/// The columns of one table, by its header.
+class CsvColumns
+{
+public:
+    /// Names in any case and with blanks around them; unknown ones are passed over, and of two
+    /// equal ones the first counts.
+    explicit CsvColumns(const QStringList &header);
+
+    CsvRow read(const QStringList &fields) const;
+
+private:
+    QVector<int> places;        ///< by the table of known columns; -1: not in this table
+    bool isGroupedTable = true; ///< objects have lines of their own, without a subindex
+};

@@ -1,0 +1,30 @@
+// From another project into this one.
+#include "import/tsrpimporter.h"
+
+#include "store/objectdatabase.h"
+
+namespace
+{
+
+constexpr quint8 kBothDirections = 0; // of parameter groups
+
+} // namespace
+
+void TSRPImporter::doImport()
+{
+    const Job job(*this);
+    if (abortRequested || !database)
+        return;
+    ObjectDataBase other;
+    if (importFileName.isEmpty() || !other.openDataBase(importFileName, true)) {
+        fail(QStringLiteral("Could not open %1").arg(importFileName));
+        return;
+    }
+    emit progress(20);
+    constexpr quint8 from = ObjectDataBase::kFirstLine;
+    bool done = database->copyLineFromDatabase(other, activeLine, from, lowIndex, highIndex);
+    done = done && database->copyPGNsFromDatabase(other, activeLine, from, lowIndex, highIndex,
+                                                  kBothDirections);
+    if (!done)
+        fail(QStringLiteral("Could not copy all of %1").arg(importFileName));
+}

@@ -1,0 +1,240 @@
+// Copying and comparing lines of two stores.
+#include "store/objectdatabase_p.h"
+#include "support/logging.h"
+
+namespace
+{
+
+using Kind = LineDifferenceData::Kind;
+
+/// Number and direction of a parameter group.
+using GroupKey = QPair<quint32, quint8>;
+
+struct GroupTable {
+    const char *family;
+    const char *number; ///< the column that holds the group's number
+};
+
+constexpr GroupTable kGroupTables[] = {{"PGNs", "number"}, {"SPNs", "pgnnumber"}};
+
+QSet<GroupKey> readGroups(StorePrivate &store, const QString &table, const QString &condition,
+                          const Cells &values)
+{
+    QSet<GroupKey> groups;
+    Statement rows(store,
+                   QStringLiteral("select number,direction from %1 where %2").arg(table, condition),
+                   values);
+    while (rows.next())
+        groups.insert({rows.value(0).toUInt(), static_cast<quint8>(rows.value(1).toUInt())});
+    return groups;
+}
+
+/// In one walk over the table, which has no index.
+void removeGroups(StorePrivate &store, const QString &table, const char *number,
+                  const QSet<GroupKey> &groups)
+{
+    QVector<qlonglong> doomed;
+    {
+        Statement rows(
+            store,
+            QStringLiteral("select rowid,%1,direction from %2").arg(QLatin1String(number), table));
+        while (rows.next()) {
+            if (groups.contains(
+                    {rows.value(1).toUInt(), static_cast<quint8>(rows.value(2).toUInt())}))
+                doomed << rows.value(0).toLongLong();
+        }
+    }
+    for (const qlonglong row : qAsConst(doomed))
+        store.exec(QStringLiteral("delete from %1 where rowid = ?").arg(table), {row});
+}
+
+/// Walks two maps side by side, from the key \a low up to and including \a high, and tells each
+/// key whose values differ: \a report gets it with the kind, \a both gets the keys that both have.
+template <class Map, class Report, class Both>
+void walkTogether(const Map &here, const Map &there, typename Map::key_type low,
+                  typename Map::key_type high, const Report &report, const Both &both)
+{
+    auto mine = here.lowerBound(low);
+    auto theirs = there.lowerBound(low);
+    const auto isAtEnd = [high](const Map &map, auto place) {
+        return place == map.constEnd() || place.key() > high;
+    };
+    while (!isAtEnd(here, mine) || !isAtEnd(there, theirs)) {
+        const bool isMineDone = isAtEnd(here, mine);
+        const bool isTheirsDone = isAtEnd(there, theirs);
+        if (isTheirsDone || (!isMineDone && mine.key() < theirs.key())) {
+            report(Kind::OnlyHere, mine.key());
+            ++mine;
+        } else if (isMineDone || theirs.key() < mine.key()) {
+            report(Kind::OnlyThere, theirs.key());
+            ++theirs;
+        } else {
+            if (!mine->contentCompare(*theirs))
+                report(Kind::Content, mine.key());
+            both(mine.key());
+            ++mine;
+            ++theirs;
+        }
+    }
+}
+
+} // namespace
+
+std::optional<quint8> ObjectDataBase::sourceLine(quint8 line) const
+{
+    const QList<quint8> lines = getNodes();
+    if (line == kFirstLine)
+        return lines.isEmpty() ? std::nullopt : std::optional<quint8>(lines.first());
+    return lines.contains(line) ? std::optional<quint8>(line) : std::nullopt;
+}
+
+bool ObjectDataBase::mayCopy(const ObjectDataBase &other, quint8 line,
+                             std::optional<quint8> otherLine) const
+{
+    const bool may = !d->lockWriteAccess && !other.d->sourceUnreadable && otherLine &&
+                     (&other != this || *otherLine != line);
+    if (!may)
+        qCDebug(lcStore) << "no line to copy in" << other.getProjectFileName();
+    return may;
+}
+
+template <class Copy>
+bool ObjectDataBase::runCopy(const ObjectDataBase &other, quint8 line, quint8 otherLine,
+                             const Copy &copy)
+{
+    const std::optional<quint8> source = other.sourceLine(otherLine);
+    if (!mayCopy(other, line, source))
+        return false;
+    bool done = true;
+    beginBatch();
+    {
+        const QSignalBlocker quiet(this); // all of it is told at the end
+        NODE_DATA_T node;
+        if (!existNode(line))
+            done = other.getNodeData(*source, node) && addNode(line, node);
+        done = copy(*source) && done;
+    }
+    commitBatch();
+    emit updateNotify(ChangeSet());
+    return done;
+}
+
+bool ObjectDataBase::copyLineFromDatabase(ObjectDataBase &other, quint8 line, quint8 otherLine,
+                                          quint32 low, quint32 high)
+{
+    return runCopy(other, line, otherLine, [&](quint8 source) {
+        const bool hasObjects = copyObjects(other, line, source, low, high);
+        const bool hasSettings = copyLineSettings(other, line, source);
+        const bool hasServices =
+            copyLineRows(other, "UDSSettings", line, source, QStringLiteral("sid >= ?"), {0});
+        return hasObjects && hasSettings && hasServices;
+    });
+}
+
+bool ObjectDataBase::copyObjects(ObjectDataBase &other, quint8 line, quint8 otherLine, quint32 low,
+                                 quint32 high)
+{
+    if (low > 0xFFFF || low > high)
+        return true;
+    other.cacheAllSubs(otherLine, 0);
+    cacheAllSubs(line, 0); // what is written goes in there as well
+    // A copy, since the line may be another one of this very store.
+    const LineCache source = other.d->cachedSubs.value(otherLine);
+    bool done = true;
+    for (auto object = source.objects.lowerBound(static_cast<quint16>(low));
+         object != source.objects.constEnd() && object.key() <= high; ++object) {
+        const quint16 index = object.key();
+        if (existIndex(line, index))
+            done = delIndex(line, index, true) && done;
+        done = addIndex(line, index, *object) && done;
+        for (auto sub = source.subs.lowerBound(StorePrivate::subKey(index, 0));
+             sub != source.subs.constEnd() && sub.key() >> 8 == index; ++sub) {
+            SubIndexData data = *sub;
+            data.managedByOlm = false;
+            data.signalId = 0;
+            done = d->writeSub(line, index, static_cast<quint8>(sub.key()), data) && done;
+        }
+    }
+    cacheAllSubs(line, 0);
+    return done;
+}
+
+bool ObjectDataBase::copyPGNsFromDatabase(ObjectDataBase &other, quint8 line, quint8 otherLine,
+                                          quint32 low, quint32 high, quint8 direction)
+{
+    const auto condition = [direction](const char *number) {
+        return QStringLiteral("%1 between ? and ?%2")
+            .arg(QLatin1String(number),
+                 direction != 0 ? QStringLiteral(" and direction = ?") : QString());
+    };
+    Cells values{low, high};
+    if (direction != 0)
+        values << direction;
+    return runCopy(other, line, otherLine, [&](quint8 source) {
+        bool done = true;
+        d->groups.remove(line);
+        const QSet<GroupKey> groups =
+            readGroups(*other.d, Schema::table("PGNs", source), condition("number"), values);
+        for (const GroupTable &table : kGroupTables) {
+            removeGroups(*d, Schema::table(table.family, line), table.number, groups);
+            done =
+                copyLineRows(other, table.family, line, source, condition(table.number), values) &&
+                done;
+        }
+        return done;
+    });
+}
+
+/// Copies the rows that meet \a condition; texts get their numbers in this store.
+bool ObjectDataBase::copyLineRows(ObjectDataBase &other, const char *family, quint8 line,
+                                  quint8 otherLine, const QString &condition, const Cells &values)
+{
+    const QStringList names = Schema::lineColumnNames(family);
+    const QString columns = names.join(QLatin1Char(','));
+    const QString insert =
+        QStringLiteral("insert or replace into %1 (%2) values(%3)")
+            .arg(Schema::table(family, line), columns, placeHolders(names.size()));
+    Statement rows(*other.d,
+                   QStringLiteral("select %1 from %2 where %3")
+                       .arg(columns, Schema::table(family, otherLine), condition),
+                   values);
+    bool done = rows.ok();
+    while (rows.next()) {
+        Cells cells;
+        for (int i = 0; i < names.size(); ++i) {
+            const bool isText =
+                names.at(i) == QLatin1String("name") || names.at(i) == QLatin1String("desc");
+            cells << (isText ? QVariant(getStringId(other.getString(rows.value(i).toInt())))
+                             : rows.value(i));
+        }
+        done = d->exec(insert, cells) && done;
+    }
+    return done;
+}
+
+QList<LineDifferenceData> ObjectDataBase::compareLine(quint8 line, ObjectDataBase &other,
+                                                      quint8 otherLine, quint16 low, quint16 high)
+{
+    QList<LineDifference> differences;
+    cacheAllSubs(line, 0);
+    const quint8 source = other.sourceLine(otherLine).value_or(otherLine);
+    other.cacheAllSubs(source, 0);
+    const LineCache here = d->cachedSubs.value(line);
+    const LineCache there = other.d->cachedSubs.value(source);
+    const auto compareSubs = [&](quint16 index) {
+        walkTogether(
+            here.subs, there.subs, StorePrivate::subKey(index, 0),
+            StorePrivate::subKey(index, 0xFF),
+            [&](Kind kind, quint32 key) {
+                differences << LineDifference{kind, index, static_cast<quint8>(key)};
+            },
+            [](quint32) {});
+    };
+    walkTogether(
+        here.objects, there.objects, low, high,
+        [&](Kind kind, quint16 index) {
+            differences << LineDifference{kind, index, std::nullopt};
+        },
+        compareSubs);
+    return differences;
+}

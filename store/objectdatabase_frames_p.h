@@ -1,0 +1,338 @@
+// Frames and their signals: the one code path of J1939 groups with SPNs and raw CAN identifiers
+// with data elements. Only the sources of the two families include this.
+#pragma once
+
+#include "store/objectdatabase_p.h"
+
+/// What the two families differ in.
+template <class Frame>
+struct FrameFamily;
+
+template <>
+struct FrameFamily<PgnData> {
+    using Signal = SpnData;
+    static constexpr const char *kFrameTable = "PGNs";
+    static constexpr const char *kSignalTable = "SPNs";
+    static constexpr const char *kFrameKey = "number";          ///< of the frame's table
+    static constexpr const char *kSignalFrameKey = "pgnnumber"; ///< of the signal's table
+    static constexpr const char *kSignalKey = "spnnumber";
+    static constexpr const char *kSignalOrder = "pos"; ///< the order in the frame
+    static constexpr auto &kFrameColumns = kPgnColumns;
+    static constexpr auto &kSignalColumns = kSpnColumns;
+    static constexpr auto kNumber = &PgnData::number;
+    static constexpr auto kSignalFrame = &SpnData::pgn;
+    static constexpr auto kChangeFrame = &ChangeSetData::pgn;
+    static constexpr auto kChangeSignal = &ChangeSetData::spn;
+    static constexpr auto kAdd = ChangeSetData::Kind::AddPgn;
+    static constexpr auto kDel = ChangeSetData::Kind::DelPgn;
+    static constexpr auto kAddSignal = ChangeSetData::Kind::AddSpn;
+    static constexpr auto kCache = &StorePrivate::groups;
+    static bool isKept(const char *) { return false; }
+};
+
+template <>
+struct FrameFamily<CanIdData> {
+    using Signal = DataElementData;
+    static constexpr const char *kFrameTable = "CANIDs";
+    static constexpr const char *kSignalTable = "DataElements";
+    static constexpr const char *kFrameKey = "id";
+    static constexpr const char *kSignalFrameKey = "canid";
+    static constexpr const char *kSignalKey = "number";
+    static constexpr const char *kSignalOrder = "number";
+    static constexpr auto &kFrameColumns = kCanIdColumns;
+    static constexpr auto &kSignalColumns = kDataElementColumns;
+    static constexpr auto kNumber = &CanIdData::id;
+    static constexpr auto kSignalFrame = &DataElementData::canid;
+    static constexpr auto kChangeFrame = &ChangeSetData::canid;
+    static constexpr auto kChangeSignal = &ChangeSetData::element;
+    static constexpr auto kAdd = ChangeSetData::Kind::AddCanId;
+    static constexpr auto kDel = ChangeSetData::Kind::DelCanId;
+    static constexpr auto kAddSignal = ChangeSetData::Kind::AddDataElement;
+    static constexpr auto kCache = &StorePrivate::identifiers;
+    /// Deliberate: an update of a data element leaves its place and width as they are, held by
+    /// tst_framerecords.
+    static bool isKept(const char *column)
+    {
+        return QLatin1String(column) == QLatin1String("pos") ||
+               QLatin1String(column) == QLatin1String("bitsize");
+    }
+};
+
+/// The operations on one family. A line is read from its cache if the cache is there; every writer
+/// of the line drops it.
+template <class Frame>
+class Frames
+{
+public:
+    using Family = FrameFamily<Frame>;
+    using Signal = typename Family::Signal;
+    using Cache = FrameCache<Frame, Signal>;
+
+    explicit Frames(StorePrivate &store) : d(store) {}
+
+    void cacheLine(quint8 line) const
+    {
+        if (cacheOf(line))
+            return;
+        if (!d.stringsComplete)
+            d.owner->cacheStrings();
+        Cache cache;
+        const QVector<Frame> frames =
+            select(Family::kFrameColumns, Family::kFrameTable, line,
+                   QStringLiteral("order by %1").arg(QLatin1String(Family::kFrameKey)), {});
+        for (const Frame &frame : frames) {
+            const FrameKey key{frame.*Family::kNumber, frame.direction};
+            cache.order << key;
+            if (!cache.frames.contains(key))
+                cache.frames.insert(key, frame);
+        }
+        const QVector<Signal> all = select(
+            Family::kSignalColumns, Family::kSignalTable, line,
+            QStringLiteral("order by %1, rowid").arg(QLatin1String(Family::kSignalOrder)), {});
+        for (const Signal &signal : all)
+            cache.signalsOf[{signal.*Family::kSignalFrame, quint8(signal.direction)}] << signal;
+        (d.*Family::kCache).insert(line, cache);
+    }
+
+    /// Of one direction, or of all with 0. \a condition and \a accept are one test, for the two
+    /// ways of reading.
+    QList<quint32> numbers(quint8 line, quint8 direction, const QString &condition = QString(),
+                           bool (*accept)(const Frame &) = nullptr) const
+    {
+        QList<quint32> result;
+        if (const Cache *cache = cacheOf(line)) {
+            for (const FrameKey &key : cache->order) {
+                if ((direction == 0 || key.direction == direction) &&
+                    (!accept || accept(cache->frames[key])))
+                    result << key.number;
+            }
+            return result;
+        }
+        QStringList conditions;
+        if (direction != 0)
+            conditions << QStringLiteral("direction = ?");
+        if (!condition.isEmpty())
+            conditions << condition;
+        const QLatin1String number(Family::kFrameKey);
+        Statement statement(
+            d,
+            QStringLiteral("select %1 from %2 %3 order by %1 asc")
+                .arg(number, Schema::table(Family::kFrameTable, line),
+                     conditions.isEmpty()
+                         ? QString()
+                         : QStringLiteral("where ") + conditions.join(QStringLiteral(" and "))),
+            direction ? Cells{direction} : Cells());
+        while (statement.next())
+            result << statement.value(0).toUInt();
+        return result;
+    }
+
+    bool get(quint8 line, FrameKey key, Frame &frame) const
+    {
+        if (const Cache *cache = cacheOf(line)) {
+            const auto found = cache->frames.constFind(key);
+            if (found != cache->frames.constEnd())
+                frame = *found;
+            return found != cache->frames.constEnd();
+        }
+        const QVector<Frame> found = select(
+            Family::kFrameColumns, Family::kFrameTable, line,
+            QStringLiteral("where %1 = ? and direction = ?").arg(QLatin1String(Family::kFrameKey)),
+            {key.number, key.direction});
+        if (!found.isEmpty())
+            frame = found.first();
+        return !found.isEmpty();
+    }
+
+    /// In the order of the frame.
+    QVector<Signal> signalsOf(quint8 line, FrameKey key) const
+    {
+        if (const Cache *cache = cacheOf(line))
+            return cache->signalsOf.value(key);
+        return select(
+            Family::kSignalColumns, Family::kSignalTable, line,
+            QStringLiteral("where %1 = ? and direction = ? order by %2, rowid")
+                .arg(QLatin1String(Family::kSignalFrameKey), QLatin1String(Family::kSignalOrder)),
+            {key.number, key.direction});
+    }
+
+    QList<quint32> signalNumbers(quint8 line, FrameKey key) const
+    {
+        QList<quint32> result;
+        const QVector<Signal> all = signalsOf(line, key);
+        for (const Signal &signal : all)
+            result << signal.number;
+        return result;
+    }
+
+    bool getSignal(quint8 line, FrameKey key, quint32 number, Signal &signal) const
+    {
+        const QVector<Signal> all = signalsOf(line, key);
+        for (const Signal &candidate : all) {
+            if (candidate.number == number) {
+                signal = candidate;
+                return true;
+            }
+        }
+        return false;
+    }
+
+    bool add(quint8 line, quint32 number, Frame frame)
+    {
+        if (d.lockWriteAccess)
+            return false;
+        frame.*Family::kNumber = number;
+        const bool done = write(Family::kFrameColumns, Family::kFrameTable, line, frame,
+                                {Family::kFrameKey, "direction"}, {number, frame.direction});
+        notify(Family::kAdd, line, number, 0);
+        return done;
+    }
+
+    bool addSignal(quint8 line, FrameKey key, quint32 number, Signal signal)
+    {
+        if (d.lockWriteAccess)
+            return false;
+        signal.*Family::kSignalFrame = key.number;
+        signal.direction = key.direction;
+        signal.number = number;
+        const bool done = write(Family::kSignalColumns, Family::kSignalTable, line, signal,
+                                {Family::kSignalFrameKey, Family::kSignalKey, "direction"},
+                                {key.number, number, key.direction});
+        notify(Family::kAddSignal, line, key.number, number);
+        return done;
+    }
+
+    bool del(quint8 line, FrameKey key)
+    {
+        if (d.lockWriteAccess)
+            return false;
+        (d.*Family::kCache).remove(line);
+        d.exec(QStringLiteral("delete from %1 where %2 = ? and direction = ?")
+                   .arg(Schema::table(Family::kSignalTable, line),
+                        QLatin1String(Family::kSignalFrameKey)),
+               {key.number, key.direction});
+        const bool done = d.exec(
+            QStringLiteral("delete from %1 where %2 = ? and direction = ?")
+                .arg(Schema::table(Family::kFrameTable, line), QLatin1String(Family::kFrameKey)),
+            {key.number, key.direction});
+        notify(Family::kDel, line, key.number, 0);
+        return done;
+    }
+
+    bool delSignal(quint8 line, FrameKey key, quint32 number)
+    {
+        if (d.lockWriteAccess)
+            return false;
+        (d.*Family::kCache).remove(line);
+        const bool done = d.exec(
+            QStringLiteral("delete from %1 where %2 = ? and %3 = ? and direction = ?")
+                .arg(Schema::table(Family::kSignalTable, line),
+                     QLatin1String(Family::kSignalFrameKey), QLatin1String(Family::kSignalKey)),
+            {key.number, number, key.direction});
+        notify(ChangeSetData::Kind::DelSpn, line, key.number, number);
+        return done;
+    }
+
+    /// Do the frames agree in all but their numbers, and their signals in all?
+    static bool isEqual(const Frames &one, quint8 oneLine, FrameKey oneKey, const Frames &other,
+                        quint8 otherLine, FrameKey otherKey)
+    {
+        Frame a;
+        Frame b;
+        if (!one.get(oneLine, oneKey, a) || !other.get(otherLine, otherKey, b))
+            return false;
+        b.*Family::kNumber = a.*Family::kNumber;
+        if (!sameCells(Family::kFrameColumns, a, b))
+            return false;
+        const QVector<Signal> left = one.signalsOf(oneLine, oneKey);
+        QVector<Signal> right = other.signalsOf(otherLine, otherKey);
+        if (left.size() != right.size())
+            return false;
+        for (int i = 0; i < left.size(); ++i) {
+            right[i].*Family::kSignalFrame = left[i].*Family::kSignalFrame;
+            if (!sameCells(Family::kSignalColumns, left[i], right[i]))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    const Cache *cacheOf(quint8 line) const
+    {
+        const auto found = (d.*Family::kCache).constFind(line);
+        return found != (d.*Family::kCache).constEnd() ? &*found : nullptr;
+    }
+
+    template <class Record, size_t N>
+    QVector<Record> select(const Column<Record> (&columns)[N], const char *table, quint8 line,
+                           const QString &condition, const Cells &values) const
+    {
+        QVector<Record> records;
+        Statement statement(d,
+                            QStringLiteral("select %1 from %2 %3")
+                                .arg(columnList(columns), Schema::table(table, line), condition),
+                            values);
+        while (statement.next()) {
+            Record record;
+            int i = 0;
+            for (const Column<Record> &field : columns)
+                d.readColumn(field, record, statement.value(i++));
+            records << record;
+        }
+        return records;
+    }
+
+    /// Updates the row that \a keys name, or inserts one.
+    template <class Record, size_t N>
+    bool write(const Column<Record> (&columns)[N], const char *table, quint8 line,
+               const Record &record, std::initializer_list<const char *> keys,
+               const Cells &keyValues)
+    {
+        (d.*Family::kCache).remove(line);
+        QStringList conditions;
+        for (const char *key : keys)
+            conditions << QLatin1String(key) + QStringLiteral(" = ?");
+        const QString where = conditions.join(QStringLiteral(" and "));
+        const QString name = Schema::table(table, line);
+        const bool isThere =
+            Statement(d, QStringLiteral("select 1 from %1 where %2").arg(name, where), keyValues)
+                .next();
+        Cells cells;
+        QStringList assignments;
+        for (const Column<Record> &field : columns) {
+            if (isThere && Family::isKept(field.name))
+                continue;
+            assignments << QLatin1String(field.name) + QStringLiteral(" = ?");
+            cells << d.cellOf(field, record);
+        }
+        if (isThere)
+            return d.exec(QStringLiteral("update %1 set %2 where %3")
+                              .arg(name, assignments.join(QLatin1Char(',')), where),
+                          cells + keyValues);
+        return d.exec(QStringLiteral("insert into %1 (%2) values(%3)")
+                          .arg(name, columnList(columns), placeHolders(cells.size())),
+                      cells);
+    }
+
+    template <class Record, size_t N>
+    static bool sameCells(const Column<Record> (&columns)[N], const Record &a, const Record &b)
+    {
+        for (const Column<Record> &field : columns) {
+            if (field.get(a) != field.get(b))
+                return false;
+        }
+        return true;
+    }
+
+    void notify(ChangeSetData::Kind kind, quint8 line, quint32 frame, quint32 signal)
+    {
+        ChangeSetData change;
+        change.kind = kind;
+        change.line = line;
+        change.*Family::kChangeFrame = frame;
+        change.*Family::kChangeSignal = signal;
+        emit d.owner->updateNotify(change);
+    }
+
+    StorePrivate &d;
+};

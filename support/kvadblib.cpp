@@ -1,0 +1,555 @@
+// A database of CAN messages and its DBC form.
+#include "support/kvadblib.h"
+
+#include <QFile>
+#include <QHash>
+#include <QSet>
+#include <QTextCodec>
+#include <QVector>
+
+#include <memory>
+#include <vector>
+
+struct KvaDbAttributeDef {
+    struct EnumValue {
+        QString name;
+        int value;
+    };
+    QString name;
+    KvaDbAttributeOwner owner = KvaDbAttributeOwner::Database;
+    KvaDbAttributeType type = KvaDbAttributeType::Integer;
+    int defaultValue = 0;
+    int minimum = 0;
+    int maximum = 0;
+    QString defaultText;
+    QVector<EnumValue> values;
+};
+
+struct KvaDbAttribute {
+    KvaDbAttributeDef *definition = nullptr;
+    int number = 0;
+    QString text;
+};
+
+namespace
+{
+
+/// What can have attributes.
+struct AttributeOwner {
+    std::vector<std::unique_ptr<KvaDbAttribute>> attributes;
+};
+
+} // namespace
+
+struct KvaDbSignal : AttributeOwner {
+    QString name;
+    QString comment;
+    int startBit = 0;
+    int bits = 0;
+};
+
+struct KvaDbMessage : AttributeOwner {
+    QString name;
+    QString comment;
+    quint32 identifier = 0; ///< bit 31: extended
+    int dlc = 0;
+    std::vector<std::unique_ptr<KvaDbSignal>> signalList;
+};
+
+struct KvaDb : AttributeOwner {
+    bool isCreated = false;
+    std::vector<std::unique_ptr<KvaDbAttributeDef>> definitions;
+    std::vector<std::unique_ptr<KvaDbMessage>> messages;
+};
+
+namespace
+{
+
+constexpr int kLongestName = 32;
+constexpr quint32 kExtendedMask = 0x1FFFFFFF;
+constexpr quint32 kStandardMask = 0x7FF;
+constexpr const char *kMessageNameAttribute = "SystemMessageLongSymbol";
+constexpr const char *kSignalNameAttribute = "SystemSignalLongSymbol";
+
+// clang-format off
+constexpr const char *kNewSymbols[] = {
+    "NS_DESC_", "CM_", "BA_DEF_", "BA_", "VAL_", "CAT_DEF_", "CAT_", "FILTER", "BA_DEF_DEF_",
+    "EV_DATA_", "ENVVAR_DATA_", "SGTYPE_", "SGTYPE_VAL_", "BA_DEF_SGTYPE_", "BA_SGTYPE_",
+    "SIG_TYPE_REF_", "VAL_TABLE_", "SIG_GROUP_", "SIG_VALTYPE_", "SIGTYPE_VALTYPE_", "BO_TX_BU_",
+    "BA_DEF_REL_", "BA_REL_", "BA_DEF_DEF_REL_", "BU_SG_REL_", "BU_EV_REL_", "BU_BO_REL_",
+    "SG_MUL_VAL_",
+};
+// clang-format on
+
+/// A text in quotes; a quote and a backslash in it are escaped.
+QString quoted(QString text)
+{
+    text.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+    text.replace(QLatin1Char('"'), QLatin1String("\\\""));
+    return QLatin1Char('"') + text + QLatin1Char('"');
+}
+
+/// The names of a scope in the file, none of which occurs twice.
+class FileNames
+{
+public:
+    QString claim(const QString &fullName)
+    {
+        QString base = fullName;
+        if (base.isEmpty() || base.at(0).isDigit())
+            base.prepend(QLatin1Char('_'));
+        QString name = base.left(kLongestName);
+        int &count = counts[name];
+        const QString stem = name;
+        while (taken.contains(name)) {
+            const QString number = QString::number(++count);
+            name = stem.left(kLongestName - number.size()) + number;
+        }
+        taken.insert(name);
+        return name;
+    }
+
+private:
+    QSet<QString> taken;
+    QHash<QString, int> counts;
+};
+
+/// Writes the sections of a file from a finished database.
+class DbcWriter
+{
+public:
+    explicit DbcWriter(const KvaDb &source) : database(source) { chooseNames(); }
+
+    QString text()
+    {
+        writeHead();
+        for (const auto &message : database.messages)
+            writeMessage(*message);
+        out += QLatin1Char('\n');
+        writeComments();
+        writeDefinitions();
+        writeValues();
+        return out;
+    }
+
+private:
+    void chooseNames()
+    {
+        FileNames messageNames;
+        for (const auto &message : database.messages) {
+            names.insert(message.get(), messageNames.claim(message->name));
+            FileNames signalNames;
+            for (const auto &signal : message->signalList)
+                names.insert(signal.get(), signalNames.claim(signal->name));
+        }
+    }
+
+    template <class Named>
+    bool isRenamedForLength(const Named &named) const
+    {
+        return named.name.size() > kLongestName;
+    }
+
+    void line(const QString &text) { out += text + QLatin1Char('\n'); }
+
+    void writeHead()
+    {
+        line(QStringLiteral("VERSION \"\"\n\n\nNS_ :"));
+        for (const char *symbol : kNewSymbols)
+            line(QLatin1Char('\t') + QLatin1String(symbol));
+        line(QStringLiteral("\nBS_:\n\nBU_:\n"));
+    }
+
+    void writeMessage(const KvaDbMessage &message)
+    {
+        line(QStringLiteral("BO_ %1 %2: %3 Vector__XXX")
+                 .arg(QString::number(message.identifier), names[&message],
+                      QString::number(message.dlc)));
+        for (const auto &signal : message.signalList) {
+            const quint64 highest =
+                signal->bits >= 64 ? ~quint64(0) : (quint64(1) << signal->bits) - 1;
+            line(QStringLiteral(" SG_ %1 : %2|%3@1+ (1,0) [0|%4] \"\" Vector__XXX")
+                     .arg(names[signal.get()], QString::number(signal->startBit),
+                          QString::number(signal->bits), QString::number(highest)));
+        }
+        out += QLatin1Char('\n');
+    }
+
+    QString messageWord(const KvaDbMessage &message) const
+    {
+        return QStringLiteral("BO_ %1").arg(message.identifier);
+    }
+
+    QString signalWord(const KvaDbMessage &message, const KvaDbSignal &signal) const
+    {
+        return QStringLiteral("SG_ %1 %2").arg(QString::number(message.identifier), names[&signal]);
+    }
+
+    void writeComments()
+    {
+        for (const auto &message : database.messages) {
+            if (!message->comment.isEmpty())
+                line(QStringLiteral("CM_ %1 %2;")
+                         .arg(messageWord(*message), quoted(message->comment)));
+            for (const auto &signal : message->signalList) {
+                if (!signal->comment.isEmpty())
+                    line(QStringLiteral("CM_ %1 %2;")
+                             .arg(signalWord(*message, *signal), quoted(signal->comment)));
+            }
+        }
+    }
+
+    bool needsLongNames(bool ofSignals) const
+    {
+        for (const auto &message : database.messages) {
+            if (!ofSignals && isRenamedForLength(*message))
+                return true;
+            for (const auto &signal : message->signalList) {
+                if (ofSignals && isRenamedForLength(*signal))
+                    return true;
+            }
+        }
+        return false;
+    }
+
+    static QString ownerWord(KvaDbAttributeOwner owner)
+    {
+        switch (owner) {
+        case KvaDbAttributeOwner::Message:
+            return QStringLiteral("BO_ ");
+        case KvaDbAttributeOwner::Signal:
+            return QStringLiteral("SG_ ");
+        case KvaDbAttributeOwner::Database:
+            break;
+        }
+        return QString();
+    }
+
+    static QString typeWords(const KvaDbAttributeDef &definition)
+    {
+        switch (definition.type) {
+        case KvaDbAttributeType::String:
+            return QStringLiteral("STRING");
+        case KvaDbAttributeType::Integer:
+            return QStringLiteral("INT %1 %2").arg(definition.minimum).arg(definition.maximum);
+        case KvaDbAttributeType::Enumeration:
+            break;
+        }
+        QStringList values;
+        for (const KvaDbAttributeDef::EnumValue &value : definition.values)
+            values << quoted(value.name);
+        return QStringLiteral("ENUM ") + values.join(QLatin1Char(','));
+    }
+
+    static QString defaultWord(const KvaDbAttributeDef &definition)
+    {
+        switch (definition.type) {
+        case KvaDbAttributeType::String:
+            return quoted(definition.defaultText);
+        case KvaDbAttributeType::Integer:
+            return QString::number(definition.defaultValue);
+        case KvaDbAttributeType::Enumeration:
+            break;
+        }
+        for (const KvaDbAttributeDef::EnumValue &value : definition.values) {
+            if (value.value == definition.defaultValue)
+                return quoted(value.name);
+        }
+        return quoted(QString());
+    }
+
+    void writeDefinitions()
+    {
+        const bool longMessages = needsLongNames(false);
+        const bool longSignals = needsLongNames(true);
+        for (const auto &definition : database.definitions)
+            line(QStringLiteral("BA_DEF_ %1%2 %3;")
+                     .arg(ownerWord(definition->owner), quoted(definition->name),
+                          typeWords(*definition)));
+        if (longMessages)
+            line(QStringLiteral("BA_DEF_ BO_ \"%1\" STRING;")
+                     .arg(QLatin1String(kMessageNameAttribute)));
+        if (longSignals)
+            line(QStringLiteral("BA_DEF_ SG_ \"%1\" STRING;")
+                     .arg(QLatin1String(kSignalNameAttribute)));
+        for (const auto &definition : database.definitions)
+            line(QStringLiteral("BA_DEF_DEF_ %1 %2;")
+                     .arg(quoted(definition->name), defaultWord(*definition)));
+        if (longMessages)
+            line(QStringLiteral("BA_DEF_DEF_ \"%1\" \"\";")
+                     .arg(QLatin1String(kMessageNameAttribute)));
+        if (longSignals)
+            line(QStringLiteral("BA_DEF_DEF_ \"%1\" \"\";")
+                     .arg(QLatin1String(kSignalNameAttribute)));
+    }
+
+    void writeAttributes(const AttributeOwner &owner, const QString &place)
+    {
+        for (const auto &attribute : owner.attributes) {
+            const KvaDbAttributeDef &definition = *attribute->definition;
+            const QString value = definition.type == KvaDbAttributeType::String
+                                      ? quoted(attribute->text)
+                                      : QString::number(attribute->number);
+            line(QStringLiteral("BA_ %1 %2%3;").arg(quoted(definition.name), place, value));
+        }
+    }
+
+    void writeValues()
+    {
+        writeAttributes(database, QString());
+        for (const auto &message : database.messages) {
+            const QString place = messageWord(*message) + QLatin1Char(' ');
+            writeAttributes(*message, place);
+            if (isRenamedForLength(*message))
+                line(QStringLiteral("BA_ \"%1\" %2%3;")
+                         .arg(QLatin1String(kMessageNameAttribute), place, quoted(message->name)));
+            for (const auto &signal : message->signalList) {
+                const QString signalPlace = signalWord(*message, *signal) + QLatin1Char(' ');
+                writeAttributes(*signal, signalPlace);
+                if (isRenamedForLength(*signal))
+                    line(QStringLiteral("BA_ \"%1\" %2%3;")
+                             .arg(QLatin1String(kSignalNameAttribute), signalPlace,
+                                  quoted(signal->name)));
+            }
+        }
+    }
+
+    const KvaDb &database;
+    QHash<const void *, QString> names; ///< of messages and signals in the file
+    QString out;
+};
+
+/// Windows-1252, with "?" for what it has not.
+QByteArray encoded(const QString &text)
+{
+    QTextCodec *codec = QTextCodec::codecForName("windows-1252");
+    QTextCodec::ConverterState state;
+    state.flags = QTextCodec::DefaultConversion;
+    QByteArray bytes =
+        codec ? codec->fromUnicode(text.constData(), text.size(), &state) : text.toLatin1();
+    return bytes.replace('\0', '?');
+}
+
+KvaDbStatus addAttribute(AttributeOwner *owner, KvaDbAttributeDefHnd definition,
+                         KvaDbAttributeHnd *attribute)
+{
+    if (!owner || !definition || !attribute)
+        return kvaDbErr_Param;
+    owner->attributes.push_back(std::make_unique<KvaDbAttribute>());
+    *attribute = owner->attributes.back().get();
+    (*attribute)->definition = definition;
+    return kvaDbOK;
+}
+
+/// Sets a field of what the handle stands for.
+template <class Thing, class Field, class Value>
+KvaDbStatus set(Thing *thing, Field field, const Value &value)
+{
+    if (!thing)
+        return kvaDbErr_Param;
+    thing->*field = value;
+    return kvaDbOK;
+}
+
+KvaDbStatus setNumber(KvaDbAttributeHnd attribute, KvaDbAttributeType type, int value)
+{
+    if (!attribute || attribute->definition->type != type)
+        return kvaDbErr_Param;
+    attribute->number = value;
+    return kvaDbOK;
+}
+
+} // namespace
+
+KvaDbStatus kvaDbOpen(KvaDbHnd *database)
+{
+    if (!database)
+        return kvaDbErr_Param;
+    *database = new KvaDb;
+    return kvaDbOK;
+}
+
+KvaDbStatus kvaDbCreate(KvaDbHnd database, const QString &localName, const char *fileName)
+{
+    Q_UNUSED(localName)
+    Q_UNUSED(fileName)
+    if (!database)
+        return kvaDbErr_Param;
+    *database = KvaDb();
+    database->isCreated = true;
+    return kvaDbOK;
+}
+
+KvaDbStatus kvaDbWriteFile(KvaDbHnd database, const QString &fileName)
+{
+    if (!database)
+        return kvaDbErr_Param;
+    if (!database->isCreated)
+        return kvaDbErr_NoDatabase;
+    const QByteArray bytes = encoded(DbcWriter(*database).text());
+    QFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
+        file.write(bytes) != bytes.size() || !file.flush())
+        return kvaDbErr_WriteFile;
+    return kvaDbOK;
+}
+
+KvaDbStatus kvaDbClose(KvaDbHnd database)
+{
+    delete database;
+    return database ? kvaDbOK : kvaDbErr_Param;
+}
+
+KvaDbStatus kvaDbAddAttributeDefinition(KvaDbHnd database, KvaDbAttributeDefHnd *definition)
+{
+    if (!database || !definition)
+        return kvaDbErr_Param;
+    database->definitions.push_back(std::make_unique<KvaDbAttributeDef>());
+    *definition = database->definitions.back().get();
+    return kvaDbOK;
+}
+
+KvaDbStatus kvaDbSetAttributeDefinitionName(KvaDbAttributeDefHnd definition, const QString &name)
+{
+    return set(definition, &KvaDbAttributeDef::name, name);
+}
+
+KvaDbStatus kvaDbSetAttributeDefinitionOwner(KvaDbAttributeDefHnd definition,
+                                             KvaDbAttributeOwner owner)
+{
+    return set(definition, &KvaDbAttributeDef::owner, owner);
+}
+
+KvaDbStatus kvaDbSetAttributeDefinitionType(KvaDbAttributeDefHnd definition,
+                                            KvaDbAttributeType type)
+{
+    return set(definition, &KvaDbAttributeDef::type, type);
+}
+
+KvaDbStatus kvaDbSetAttributeDefinitionInt(KvaDbAttributeDefHnd definition, int defaultValue,
+                                           int minimum, int maximum)
+{
+    if (!definition || definition->type != KvaDbAttributeType::Integer)
+        return kvaDbErr_Param;
+    definition->defaultValue = defaultValue;
+    definition->minimum = minimum;
+    definition->maximum = maximum;
+    return kvaDbOK;
+}
+
+KvaDbStatus kvaDbSetAttributeDefinitionString(KvaDbAttributeDefHnd definition,
+                                              const QString &defaultValue)
+{
+    return set(definition, &KvaDbAttributeDef::defaultText, defaultValue);
+}
+
+KvaDbStatus kvaDbAddAttributeDefinitionEnum(KvaDbAttributeDefHnd definition, const QString &name,
+                                            int value)
+{
+    if (!definition || definition->type != KvaDbAttributeType::Enumeration)
+        return kvaDbErr_Param;
+    definition->values.append({name, value});
+    return kvaDbOK;
+}
+
+KvaDbStatus kvaDbSetAttributeDefinitionEnumDefault(KvaDbAttributeDefHnd definition, int value)
+{
+    return set(definition, &KvaDbAttributeDef::defaultValue, value);
+}
+
+KvaDbStatus kvaDbAddAttribute(KvaDbHnd database, KvaDbAttributeDefHnd definition,
+                              KvaDbAttributeHnd *attribute)
+{
+    return addAttribute(database, definition, attribute);
+}
+
+KvaDbStatus kvaDbAddMsgAttribute(KvaDbMessageHnd message, KvaDbAttributeDefHnd definition,
+                                 KvaDbAttributeHnd *attribute)
+{
+    return addAttribute(message, definition, attribute);
+}
+
+KvaDbStatus kvaDbAddSignalAttribute(KvaDbSignalHnd signal, KvaDbAttributeDefHnd definition,
+                                    KvaDbAttributeHnd *attribute)
+{
+    return addAttribute(signal, definition, attribute);
+}
+
+KvaDbStatus kvaDbSetAttributeValueInt(KvaDbAttributeHnd attribute, int value)
+{
+    return setNumber(attribute, KvaDbAttributeType::Integer, value);
+}
+
+KvaDbStatus kvaDbSetAttributeValueEnumeration(KvaDbAttributeHnd attribute, int value)
+{
+    return setNumber(attribute, KvaDbAttributeType::Enumeration, value);
+}
+
+KvaDbStatus kvaDbSetAttributeValueString(KvaDbAttributeHnd attribute, const QString &text,
+                                         int length)
+{
+    if (!attribute || attribute->definition->type != KvaDbAttributeType::String)
+        return kvaDbErr_Param;
+    attribute->text = text.left(length);
+    return kvaDbOK;
+}
+
+KvaDbStatus kvaDbAddMsg(KvaDbHnd database, KvaDbMessageHnd *message)
+{
+    if (!database || !message)
+        return kvaDbErr_Param;
+    database->messages.push_back(std::make_unique<KvaDbMessage>());
+    *message = database->messages.back().get();
+    return kvaDbOK;
+}
+
+KvaDbStatus kvaDbSetMsgName(KvaDbMessageHnd message, const QString &name)
+{
+    return set(message, &KvaDbMessage::name, name);
+}
+
+KvaDbStatus kvaDbSetMsgComment(KvaDbMessageHnd message, const QString &comment)
+{
+    return set(message, &KvaDbMessage::comment, comment);
+}
+
+KvaDbStatus kvaDbSetMsgId(KvaDbMessageHnd message, quint32 identifier, quint32 flags)
+{
+    const bool isExtended = flags & KVADB_MESSAGE_EXT;
+    return set(message, &KvaDbMessage::identifier,
+               isExtended ? (identifier & kExtendedMask) | KVADB_MESSAGE_EXT
+                          : identifier & kStandardMask);
+}
+
+KvaDbStatus kvaDbSetMsgDlc(KvaDbMessageHnd message, int bytes)
+{
+    return set(message, &KvaDbMessage::dlc, bytes);
+}
+
+KvaDbStatus kvaDbAddSignal(KvaDbMessageHnd message, KvaDbSignalHnd *signal)
+{
+    if (!message || !signal)
+        return kvaDbErr_Param;
+    message->signalList.push_back(std::make_unique<KvaDbSignal>());
+    *signal = message->signalList.back().get();
+    return kvaDbOK;
+}
+
+KvaDbStatus kvaDbSetSignalName(KvaDbSignalHnd signal, const QString &name)
+{
+    return set(signal, &KvaDbSignal::name, name);
+}
+
+KvaDbStatus kvaDbSetSignalComment(KvaDbSignalHnd signal, const QString &comment)
+{
+    return set(signal, &KvaDbSignal::comment, comment);
+}
+
+KvaDbStatus kvaDbSetSignalValueSize(KvaDbSignalHnd signal, int startBit, int bits)
+{
+    if (!signal)
+        return kvaDbErr_Param;
+    signal->startBit = startBit;
+    signal->bits = bits;
+    return kvaDbOK;
+}

@@ -1,0 +1,76 @@
+// A database of CAN messages in memory, and its DBC form. Handles belong to the database and die
+// with it; a null handle gives kvaDbErr_Param.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+struct KvaDb;
+struct KvaDbMessage;
+struct KvaDbSignal;
+struct KvaDbAttributeDef;
+struct KvaDbAttribute;
+
+using KvaDbHnd = KvaDb *;
+using KvaDbMessageHnd = KvaDbMessage *;
+using KvaDbSignalHnd = KvaDbSignal *;
+using KvaDbAttributeDefHnd = KvaDbAttributeDef *;
+using KvaDbAttributeHnd = KvaDbAttribute *;
+
+enum KvaDbStatus {
+    kvaDbOK = 0,
+    kvaDbErr_Param = -3,      ///< a null handle, or a call that does not fit the definition's type
+    kvaDbErr_NoDatabase = -5, ///< kvaDbCreate() has not been called
+    kvaDbErr_WriteFile = -6,
+};
+
+enum class KvaDbAttributeOwner { Database = 1, Message = 2, Signal = 4 };
+enum class KvaDbAttributeType { Integer = 1, Enumeration = 4, String = 5 };
+
+/// Of an identifier: it has 29 bits.
+constexpr quint32 KVADB_MESSAGE_EXT = 0x80000000;
+
+KvaDbStatus kvaDbOpen(KvaDbHnd *database);
+/// Empties the database. Neither name is looked at: it lives in memory only.
+KvaDbStatus kvaDbCreate(KvaDbHnd database, const QString &localName, const char *fileName);
+KvaDbStatus kvaDbWriteFile(KvaDbHnd database, const QString &fileName);
+KvaDbStatus kvaDbClose(KvaDbHnd database);
+
+KvaDbStatus kvaDbAddAttributeDefinition(KvaDbHnd database, KvaDbAttributeDefHnd *definition);
+KvaDbStatus kvaDbSetAttributeDefinitionName(KvaDbAttributeDefHnd definition, const QString &name);
+KvaDbStatus kvaDbSetAttributeDefinitionOwner(KvaDbAttributeDefHnd definition,
+                                             KvaDbAttributeOwner owner);
+KvaDbStatus kvaDbSetAttributeDefinitionType(KvaDbAttributeDefHnd definition,
+                                            KvaDbAttributeType type);
+KvaDbStatus kvaDbSetAttributeDefinitionInt(KvaDbAttributeDefHnd definition, int defaultValue,
+                                           int minimum, int maximum);
+KvaDbStatus kvaDbSetAttributeDefinitionString(KvaDbAttributeDefHnd definition,
+                                              const QString &defaultValue);
+KvaDbStatus kvaDbAddAttributeDefinitionEnum(KvaDbAttributeDefHnd definition, const QString &name,
+                                            int value);
+KvaDbStatus kvaDbSetAttributeDefinitionEnumDefault(KvaDbAttributeDefHnd definition, int value);
+
+KvaDbStatus kvaDbAddAttribute(KvaDbHnd database, KvaDbAttributeDefHnd definition,
+                              KvaDbAttributeHnd *attribute);
+KvaDbStatus kvaDbAddMsgAttribute(KvaDbMessageHnd message, KvaDbAttributeDefHnd definition,
+                                 KvaDbAttributeHnd *attribute);
+KvaDbStatus kvaDbAddSignalAttribute(KvaDbSignalHnd signal, KvaDbAttributeDefHnd definition,
+                                    KvaDbAttributeHnd *attribute);
+KvaDbStatus kvaDbSetAttributeValueInt(KvaDbAttributeHnd attribute, int value);
+KvaDbStatus kvaDbSetAttributeValueEnumeration(KvaDbAttributeHnd attribute, int value);
+KvaDbStatus kvaDbSetAttributeValueString(KvaDbAttributeHnd attribute, const QString &text,
+                                         int length);
+
+KvaDbStatus kvaDbAddMsg(KvaDbHnd database, KvaDbMessageHnd *message);
+/// Names may repeat, begin with a digit, or be long: the file gets unique names of 32 characters,
+/// and the full ones as attributes.
+KvaDbStatus kvaDbSetMsgName(KvaDbMessageHnd message, const QString &name);
+KvaDbStatus kvaDbSetMsgComment(KvaDbMessageHnd message, const QString &comment);
+KvaDbStatus kvaDbSetMsgId(KvaDbMessageHnd message, quint32 identifier, quint32 flags);
+KvaDbStatus kvaDbSetMsgDlc(KvaDbMessageHnd message, int bytes);
+
+KvaDbStatus kvaDbAddSignal(KvaDbMessageHnd message, KvaDbSignalHnd *signal);
+KvaDbStatus kvaDbSetSignalName(KvaDbSignalHnd signal, const QString &name);
+KvaDbStatus kvaDbSetSignalComment(KvaDbSignalHnd signal, const QString &comment);
+/// Unsigned, least significant byte first.
+KvaDbStatus kvaDbSetSignalValueSize(KvaDbSignalHnd signal, int startBit, int bits);

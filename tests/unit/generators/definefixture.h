@@ -1,0 +1,150 @@
+// A project that is built from words, and the sections of gen_define.h that come of it.
+#pragma once
+
+#include "generators/defines/definecontext.h"
+#include "tests/fixtures/storefixture.h"
+
+#include <QBuffer>
+
+/// A new project with line 0 of type 1.
+class DefineProject
+{
+public:
+    DefineProject()
+    {
+        store.createNewDataBase();
+        change("set line0type=1");
+    }
+
+    /// Changes in words, separated by "; ". Objects are hexadecimal, "1/2000" one of line 1:
+    ///   set key=value, j1939 key=value, misc key=value, describe key=value
+    ///   line NUMBER TYPE, unline NUMBER
+    ///   var INDEX VALUE, array INDEX ENTRIES, record INDEX ENTRIES
+    ///   put INDEX:SUB type|access|value|kind|nv VALUE, remove INDEX:SUB
+    ///   pgn LINE tx|rx NUMBER, canid LINE tx|rx NUMBER
+    void change(const QString &texts)
+    {
+        for (const QString &text : texts.split("; ", Qt::SkipEmptyParts))
+            changeOne(text.split(' '), text.section(' ', 1));
+    }
+
+    DefineContext context(TextWriter &out, const DefineDialect &dialect = classic)
+    {
+        for (const quint8 line : store.getNodes())
+            store.cacheAllSubs(line, 0);
+        return DefineContext(store, out, dialect);
+    }
+
+    /// What a section writes.
+    QString text(void (*section)(DefineContext &), const DefineDialect &dialect = classic,
+                 bool isMultiProtocol = false)
+    {
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        TextWriter out(&buffer);
+        DefineContext facts = context(out, dialect);
+        facts.multiProtocol = isMultiProtocol;
+        section(facts);
+        out.finish();
+        return QString::fromUtf8(buffer.data());
+    }
+
+    StoreFixture files;
+    ObjectDataBase store;
+
+    static constexpr DefineDialect classic = classicDefineDialect();
+    static constexpr DefineDialect v4 = v4DefineDialect();
+
+private:
+    void changeOne(const QStringList &words, const QString &rest)
+    {
+        const QString key = rest.section('=', 0, 0);
+        const QString value = rest.section('=', 1);
+        const QString &verb = words.first();
+        if (verb == "set")
+            store.setGeneralSettingsValue(key, value);
+        else if (verb == "j1939")
+            store.setJ1939SettingsValue(key, value);
+        else if (verb == "misc")
+            store.setMiscSettingsValue(key, value);
+        else if (verb == "describe")
+            store.setDescriptionSettingsValue(key, value);
+        else if (verb == "line")
+            addLine(words.at(1), words.at(2));
+        else if (verb == "unline")
+            store.delNode(quint8(words.at(1).toUInt()));
+        else if (verb == "pgn" || verb == "canid")
+            addTraffic(words);
+        else
+            changeObject(words);
+    }
+
+    void addLine(const QString &number, const QString &type)
+    {
+        store.addNode(quint8(number.toUInt()), Node());
+        store.setGeneralSettingsValue("line" + number + "type", type);
+    }
+
+    void addTraffic(const QStringList &words)
+    {
+        const QString sql =
+            words.first() == "pgn"
+                ? "insert into PGNs%1 (number, direction, issafe) values (%2, %3, 0)"
+                : "insert into CANIDs%1 (id, direction) values (%2, %3)";
+        const QString direction = QString::number(words.at(2) == "tx" ? 0x55 : 0x77);
+        store.executeSql(sql.arg(words.at(1), words.at(3), direction));
+    }
+
+    void changeObject(const QStringList &words)
+    {
+        const QString place = words.at(1).section('/', -1);
+        const quint8 line = words.at(1).contains('/') ? quint8(words.at(1).at(0).digitValue()) : 0;
+        const auto index = quint16(place.section(':', 0, 0).toUInt(nullptr, 16));
+        const auto sub = quint8(place.section(':', 1).toUInt());
+        if (words.first() == "put")
+            put(line, index, sub, words.at(2), words.at(3));
+        else if (words.first() == "remove")
+            store.delSubIndex(line, index, sub, true);
+        else if (words.first() == "var")
+            addObject(line, index, CANopen::ObjectCode::Var, 0, words.value(2));
+        else if (words.first() == "array")
+            addObject(line, index, CANopen::ObjectCode::Array, words.at(2).toInt(), {});
+        else if (words.first() == "record")
+            addObject(line, index, CANopen::ObjectCode::Record, words.at(2).toInt(), {});
+        else
+            qFatal("no such change: %s", qPrintable(words.join(' ')));
+    }
+
+    void addObject(quint8 line, quint16 index, CANopen::ObjectCode code, int entries,
+                   const QString &value)
+    {
+        Object object;
+        object.objectCode = code;
+        store.addIndex(line, index, object);
+        const bool isVariable = code == CANopen::ObjectCode::Var;
+        store.addSubIndex(
+            line, index, 0,
+            makeSub("first", isVariable ? 7 : 5, isVariable ? value : QString::number(entries)));
+        for (int sub = 1; sub <= entries; ++sub)
+            store.addSubIndex(line, index, quint8(sub), makeSub("entry", 7, "0"));
+    }
+
+    void put(quint8 line, quint16 index, quint8 sub, const QString &field, const QString &value)
+    {
+        Sub data = makeSub("new", 7, "0");
+        store.getSubIndexData(line, index, sub, data);
+        if (field == "type")
+            data.dataType = quint16(value.toUInt());
+        else if (field == "access")
+            data.accessType = value;
+        else if (field == "value")
+            data.defaultValue = value;
+        else if (field == "kind")
+            data.implementation = quint8(value.toUInt());
+        else if (field == "nv")
+            data.nvStorage = value == "1";
+        else
+            qFatal("no such field: %s", qPrintable(field));
+        store.addSubIndex(line, index, sub, data);
+    }
+};

@@ -1,0 +1,189 @@
+// DBC files of J1939 lines, and the strict form that other tools read.
+#include "generators/descriptions/dbcgenerator.h"
+#include "support/kvadblib.h"
+#include "tests/fixtures/storefixture.h"
+
+class tst_DbcGenerator : public StoreTest
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        store = makeStore();
+        for (const char *key :
+             {"identitynumber", "manufacturercode", "ecuinstance", "functioninstance", "function",
+              "vehiclesystem", "vehicleinstance", "industrygroup", "addresscapable"})
+            store->setJ1939SettingsValue(key, "1,7");
+    }
+
+    void declaresTheNameOfTheDevice()
+    {
+        Dbc::declareIdentify(*store, 0);
+        Dbc::declareIdentify(*store, 0); // a second run changes nothing
+        ObjectDataBase::PGN group;
+        QVERIFY(store->getPGNData(0, 0xEE00, 0x55, group));
+        QCOMPARE(joined(group.name, group.priority, group.cycleTimeMs, group.inhibitTimeMs),
+                 "Address Claiming/6/0/250");
+        QStringList spns;
+        for (const auto &spn : store->getSPNRecords(0, 0xEE00, 0x55))
+            spns << joined(spn.number, spn.dataType, spn.name, spn.implementation,
+                           spn.defaultValue);
+        const QStringList expected = {"2837/119/Identity Number/0/1",
+                                      "2838/108/Manufacturer Code/0/1",
+                                      "2840/101/ECU Instance/0/1",
+                                      "2839/103/Function Instance/0/1",
+                                      "2841/1/reserved/0/0",
+                                      "2842/105/Vehicle System/0/1",
+                                      "2843/102/Vehicle System Instance/0/1",
+                                      "2846/101/Industry Group/0/1",
+                                      "2844/1/Addr Claiming Supported/0/1"};
+        QCOMPARE(spns, expected);
+    }
+
+    void addresses_data()
+    {
+        columns<QString, int, int>("setting", "line", "address");
+        QTest::newRow("of_the_line") << "0x80,129" << 1 << 129;
+        QTest::newRow("first_of_a_short_list") << "0x80,129" << 2 << 0x80;
+        QTest::newRow("none") << "" << 0 << 0xFE;
+        QTest::newRow("eight_bits") << "0x181" << 0 << 0x81;
+    }
+    void addresses()
+    {
+        QFETCH(QString, setting);
+        QFETCH(int, line);
+        store->setJ1939SettingsValue("startaddress", setting);
+        QTEST(int(Dbc::lineAddress(*store, quint8(line))), "address");
+    }
+
+    void writesGroups()
+    {
+        store->setJ1939SettingsValue("startaddress", "0x80");
+        addGroup(0x77, 0xEF00, "Lamp state-1", 100);
+        addGroup(0x55, 0xFF12, "9*", 0);
+        addSpn(0xEF00, 0x77, 0, 5, "level");
+        addSpn(0xEF00, 0x77, 1, 2, "dummy1");
+        addSpn(0xEF00, 0x77, 2, 121, "text", 200);
+        addSpn(0xEF00, 0x77, 3, 10, "level", 16);
+        const QString text = generate();
+        const quint32 received = 0x80000000 | ((6 * 0x40000 + 0xEF00) * 0x100 + 0xFE + 0x8000);
+        const quint32 sent = 0x80000000 | ((6 * 0x40000 + 0xFF12) * 0x100 + 0x80);
+        const QString rx = QString::number(received);
+        const QString tx = QString::number(sent);
+        const QString claim = QString::number(0x80000000 | ((6 * 0x40000 + 0xEE00) * 0x100 + 0x80));
+        QVERIFY2(text.contains("\nBU_:\n\nBO_ " + rx +
+                               " Lamp_state_1: 8 Vector__XXX\n"
+                               " SG_ level : 0|8@1+ (1,0) [0|255] \"\" Vector__XXX\n"
+                               " SG_ text : 16|8@1+ (1,0) [0|255] \"\" Vector__XXX\n"
+                               " SG_ level1 : 24|16@1+ (1,0) [0|65535] \"\" Vector__XXX\n"
+                               "\nBO_ " +
+                               claim + " Address_Claiming: 8 Vector__XXX\n SG_ Identity_Number : "),
+                 qPrintable(text));
+        QVERIFY(text.contains("\nBO_ " + tx + " _9*: 8 Vector__XXX\n\n"));
+        for (const QString &line :
+             {"CM_ BO_ " + rx + " \"say \\\"on\\\" \\\\ off\";",
+              QString("BA_DEF_ \"ProtocolType\" STRING;"),
+              QString("BA_DEF_ BO_ \"GenMsgCycleTime\" INT 0 3600000;"),
+              QString("BA_DEF_ BO_ \"VFrameFormat\" ENUM "
+                      "\"StandardCAN\",\"ExtendedCAN\",\"reserved\",\"J1939PG\";"),
+              QString("BA_DEF_DEF_ \"GenMsgSendType\" \"noMsgSendType\";"),
+              QString("BA_DEF_DEF_ \"korvel_bitsize\" 64;"),
+              QString("BA_ \"ProtocolType\" \"J1939\";"), "BA_ \"VFrameFormat\" BO_ " + rx + " 3;",
+              "BA_ \"GenMsgCycleTime\" BO_ " + rx + " 100;",
+              "BA_ \"GenMsgSendType\" BO_ " + rx + " 0;",
+              "BA_ \"GenMsgSendType\" BO_ " + tx + " 8;",
+              "BA_ \"korvel_bitsize\" SG_ " + rx + " text 200;",
+              "BA_ \"SigType\" SG_ " + rx + " text 8;", "BA_ \"SPN\" SG_ " + rx + " level1 3;"})
+            QVERIFY2(text.contains('\n' + line + '\n'), qPrintable(line + '\n' + text));
+        QVERIFY(!text.contains("dummy") && !text.contains("korvel_variable_name"));
+    }
+
+    void tellsTheImplementationWhereTheUserWantsIt()
+    {
+        QSettings("Korvel", "CANopen Tessarine").setValue("General/implinfo", 1);
+        addGroup(0x55, 0xFF12, "g", 0);
+        addSpn(0xFF12, 0x55, 7, 5, "level");
+        const QString text = generate();
+        QSettings("Korvel", "CANopen Tessarine").remove("General/implinfo");
+        for (const char *line :
+             {"BA_DEF_ SG_ \"korvel_implementation_type\" ENUM \"Managed\",\"Variable\";\n",
+              " level 1;\nBA_ \"korvel_variable_name\" SG_ ", " level \"v.x\";\n"})
+            QVERIFY2(text.contains(line), line);
+    }
+
+    void reportsWhatCannotBeWritten()
+    {
+        QFile::remove(fixture.path("lamp.dbc"));
+        QVERIFY(QDir(fixture.path()).mkpath("lamp.dbc/in"));
+        generate();
+        QVERIFY(error.startsWith("Could not copy output file. "));
+        QVERIFY(QDir(fixture.path("lamp.dbc")).removeRecursively());
+    }
+
+    void shortensNames()
+    {
+        KvaDbHnd database = nullptr;
+        QCOMPARE(kvaDbOpen(&database), kvaDbOK);
+        QCOMPARE(kvaDbWriteFile(database, fixture.path("x.dbc")), kvaDbErr_NoDatabase);
+        QCOMPARE(kvaDbCreate(database, "x", nullptr), kvaDbOK);
+        const QString stem(31, 'n');
+        for (const QString &name : {stem + "ab", stem + "ac", QString("m"), QString("m")}) {
+            KvaDbMessageHnd message = nullptr;
+            QCOMPARE(kvaDbAddMsg(database, &message), kvaDbOK);
+            QCOMPARE(kvaDbSetMsgName(message, name), kvaDbOK);
+            QCOMPARE(kvaDbSetMsgComment(message, QString::fromUtf8("ä€☃")), kvaDbOK);
+        }
+        QCOMPARE(kvaDbWriteFile(database, fixture.path("x.dbc")), kvaDbOK);
+        QCOMPARE(kvaDbClose(database), kvaDbOK);
+        const QByteArray text = readFile(fixture.path("x.dbc"));
+        const QByteArray bytes = stem.toLatin1();
+        for (const QByteArray &part :
+             {"BO_ 0 " + bytes + "a: 0", "BO_ 0 " + bytes + "1: 0", QByteArray("BO_ 0 m: 0"),
+              QByteArray("BO_ 0 m1: 0"), QByteArray("\"\xE4\x80?\";"),
+              QByteArray("\nBA_DEF_ BO_ \"SystemMessageLongSymbol\" STRING;\n"),
+              "\nBA_ \"SystemMessageLongSymbol\" BO_ 0 \"" + bytes + "ac\";\n"})
+            QVERIFY2(text.contains(part), part + "\n" + text);
+    }
+
+private:
+    void addGroup(quint8 direction, quint32 pgn, const QString &name, quint16 cycleTime)
+    {
+        ObjectDataBase::PGN group;
+        group.name = name;
+        group.description = direction == 0x77 ? "say \"on\" \\ off" : "";
+        group.priority = 6;
+        group.direction = direction;
+        group.cycleTimeMs = cycleTime;
+        store->addPGN(0, pgn, group);
+    }
+
+    void addSpn(quint32 pgn, quint8 direction, int number, quint32 type, const QString &name,
+                quint16 bits = 0)
+    {
+        ObjectDataBase::SPN spn;
+        spn.pos = qint16(number);
+        spn.name = name;
+        spn.dataType = type;
+        spn.bitSize = bits;
+        spn.varName = "v.x";
+        store->addSPN(0, pgn, direction, quint32(number), spn);
+    }
+
+    QString generate()
+    {
+        DBCGenerator generator;
+        generator.setOutputDirectory(fixture.path());
+        generator.setProjectName("lamp");
+        generator.setDataBase(store.get());
+        generator.startGeneration();
+        generator.wait();
+        error = generator.getLastErrorString();
+        return QString::fromLatin1(readFile(fixture.path("lamp.dbc")));
+    }
+
+    QString error;
+};
+
+QTEST_GUILESS_MAIN(tst_DbcGenerator)
+#include "tst_dbcgenerator.moc"

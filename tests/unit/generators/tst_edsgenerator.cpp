@@ -1,0 +1,304 @@
+// Electronic data sheets, and their way back through the import.
+#include "generators/descriptions/edsgenerator.h"
+#include "generators/descriptions/edssections.h"
+#include "generators/descriptions/edsvariants.h"
+#include "generators/textwriter.h"
+#include "import/edsimporter.h"
+#include "tests/fixtures/storefixture.h"
+
+#include <QBuffer>
+
+using Code = CANopen::ObjectCode;
+
+class tst_EDSGenerator : public StoreTest
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        store = makeStore();
+        for (const QString &name : QDir(fixture.path()).entryList({"*.eds"}))
+            QFile::remove(fixture.path(name));
+    }
+
+    void wholeFile()
+    {
+        store->addNode(2, Node());
+        store->setDescriptionSettingsLine(2);
+        setDescription("VendorName", "M & \"Co\"=[1]");
+        setDescription("BaudRate_500", "1");
+        setDescription("Dummy0004", "1");
+        setDescription("Granularity", "");
+        setDescription("Comment", " one\r\n\ntwo [x]=1\rthree\n");
+        setDescription("AdditionalSections", "[Tools]\nItems=0\n");
+        store->setDescriptionSettingsLine(0);
+        addObject(0x1000, Code::Var, {makeSub("Device type ${index}", 7, "|x0x191")}, "type", 2);
+        addObject(0x1018, Code::Record,
+                  {makeSub("Highest", 5, "3"), makeSub("Vendor", 7, "0x5F"), makeSub("", 7, "7")},
+                  "who\n\nwe are", 2);
+        addObject(0x1400, Code::Record, {}, "", 2);
+        addObject(0x1A00, Code::Record, {makeSub("Count", 5, "0xFE")}, "", 2);
+        addObject(0x2000, Code::Array, {makeSub("Highest", 5, "9"), makeSub("No ${sub}", 3, "-1")},
+                  "", 2);
+        addObject(0x6000, Code::DefType, {}, "not told", 2);
+        addObject(0xD0AB, Code::Var, {}, "", 2);
+        QCOMPARE(
+            generate("demo_2.eds", {}, false, false, true, 2),
+            QString::fromUtf8(readFile(TESSARINE_FIXTURES "/descriptions/device.eds.expected")));
+    }
+
+    void fileNames()
+    {
+        const auto namesOf = [&](const char *generateML) {
+            QStringList names;
+            for (const char *define : {"", "A B", "../A"}) { // never in another folder
+                for (const bool isClassical : {false, true}) {
+                    init();
+                    store->setMiscSettingsValue("generateML", generateML);
+                    (void)generate("", define, false, isClassical);
+                    names << QDir(fixture.path()).entryList({"*.eds"}).join('/');
+                }
+            }
+            return names.join(", ");
+        };
+        QCOMPARE(namesOf("True"), "demo.eds, demo_classical.eds, demo_A B.eds, demo_A B.eds, "
+                                  "demo_.._A.eds, demo_.._A.eds");
+        QCOMPARE(namesOf("true"), // the setting has the same effect as several lines
+                 "demo_0.eds, demo_0_classical.eds, demo_0_A B.eds, demo_0_A B.eds, "
+                 "demo_0_.._A.eds, demo_0_.._A.eds");
+    }
+
+    void descriptionLines()
+    {
+        Sub sub;
+        for (const int length : {249, 250, 251, 500, 501, 0, 3})
+            sub.description += QString(length, 'x') + '\n';
+        // A wide character is not torn apart.
+        sub.description += QString(249, 'x') + QString::fromUtf8("\xF0\x9F\x98\x80") + 'y';
+        QVector<int> lengths;
+        for (const QString &line : linesOf(valuesOf(sub), "^;;.*$"))
+            lengths << line.size() - 2;
+        QCOMPARE(lengths, (QVector<int>{249, 250, 250, 1, 250, 250, 250, 1, 0, 3, 249, 3}));
+    }
+
+    void values()
+    {
+        Sub sub = makeSub("x", 99, "$NODEID+0x180");
+        const auto found = [&sub] {
+            return linesOf(valuesOf(sub), "^(DataType|DefaultValue).*$").join(' ');
+        };
+        QCOMPARE(found(), "DataType=99 DefaultValue=$NODEID+0x180");
+        sub.defaultInEds = false;
+        QCOMPARE(found(), "DataType=99");
+        sub.writeDefaultToEds = 2;
+        QCOMPARE(found(), "DataType=99 DefaultValue=$NODEID+0x180");
+        sub.writeDefaultToEds = 0;
+        sub.defaultInEds = true;
+        sub.dataType = 100;
+        QCOMPARE(found(), "DataType=5");
+        sub.metadata.insert("eds_datatype", "0x1001F");
+        QCOMPARE(found(), "DataType=31");
+    }
+
+    void variants()
+    {
+        const Sub count = makeSub("n", 5, "9");
+        Sub ofA = makeSub("a", 5, {});
+        Sub ofB = ofA;
+        ofA.metadata = {{"eds_define", "A"}};
+        ofB.metadata = {{"eds_define", "B"}};
+        addObject(0x1010, Code::Array, {count, ofA, Sub(), ofB});
+        addObject(0x2000, Code::Array, {count, Sub(), ofB, ofA});
+        addObject(0x2001, Code::Var, {ofA}, "", 0, "A");
+        addObject(0x2002, Code::Array, {count, ofB}, "", 0, "B");
+        QCOMPARE(edsDefines(*store, 0), QStringList({"", "A", "B"}));
+        QCOMPARE(getSubIndicesEDSDefines(*store, 0, 0x2000), QStringList({"B", "A"}));
+
+        const auto outlineOf = [](const QString &text) {
+            return linesOf(text, "^(\\d+=0x2|\\[[12]|SubNumber|DefaultValue).*$").join(' ');
+        };
+        QCOMPARE(outlineOf(generate("demo.eds")),
+                 "1=0x2000 [1010] SubNumber=2 [1010sub0] DefaultValue=9 [1010sub2] "
+                 "[2000] SubNumber=2 [2000sub0] DefaultValue=1 [2000sub1]");
+        QCOMPARE(outlineOf(generate("demo_A.eds", "A")),
+                 "1=0x2000 2=0x2001 "
+                 "[1010] SubNumber=3 [1010sub0] DefaultValue=9 [1010sub1] [1010sub2] "
+                 "[2000] SubNumber=3 [2000sub0] DefaultValue=3 [2000sub1] [2000sub3] [2001]");
+        QCOMPARE(outlineOf(generate("demo_B.eds", "B")),
+                 "1=0x2000 2=0x2002 "
+                 "[1010] SubNumber=3 [1010sub0] DefaultValue=9 [1010sub2] [1010sub3] "
+                 "[2000] SubNumber=3 [2000sub0] DefaultValue=2 [2000sub1] [2000sub2] "
+                 "[2002] SubNumber=2 [2002sub0] DefaultValue=1 [2002sub1]");
+    }
+
+    void classicalCompanion()
+    {
+        Sub first = makeSub("first", 7, "0x20191");
+        first.description = "told";
+        addObject(0x1000, Code::Array, {makeSub("n", 5, "1"), first}, "not told");
+        for (const quint16 index : {0x1030, 0x1031, 0x1032})
+            addObject(index, Code::Array, {});
+        const auto objectsIn = [](const QString &text) {
+            return linesOf(text, "^(\\d=0x103|\\[1).*$").join(' ');
+        };
+        QCOMPARE(objectsIn(generate("demo.eds", {}, true, false)),
+                 "1=0x1030 2=0x1031 3=0x1032 [1000] [1000sub0] [1000sub1] [1030] [1031] [1032]");
+        const QString classical = generate("demo_classical.eds", {}, false, true);
+        QCOMPARE(objectsIn(classical), "1=0x1031 [1000] [1031]");
+        QVERIFY(
+            classical.contains("[1000]\nParameterName=object\nObjectType=7\nDataType=7\n"
+                               "AccessType=ro\nPDOMapping=0\nDefaultValue=0x20191\n;;told\n\n"));
+        QVERIFY(classical.contains( // of a project without a comment
+            "[Comments]\nLines=1\nLine1=generated by CANopen Tessarine by Korvel\n\n"));
+    }
+
+    void objectsComeBack()
+    {
+        addAllTypes();
+        addProfile();
+        const QString first = generate("demo.eds");
+        const auto origin = std::move(store);
+        store = makeStore();
+        import(fixture.path("demo.eds"));
+        QCOMPARE(told(*store), told(*origin));
+        QCOMPARE(generate("demo.eds"), first);
+    }
+
+    void textsKeepTheStructure()
+    {
+        const QString text = "a\n[2001]\nObjectType=9\r;;c";
+        Sub sub = makeSub(text, 9, text);
+        sub.accessType = sub.lowLimit = sub.upLimit = sub.description = text;
+        sub.limitInEds = true;
+        addObject(0x2000, Code::Record, {Sub(), sub}, text);
+        setDescription("VendorName", text);
+        setDescription("Comment", text);
+        (void)generate("demo.eds");
+        store = makeStore();
+        import(fixture.path("demo.eds"));
+        QCOMPARE(store->getIndices(0, 0, 0xFFFF), (QList<quint16>{0x2000}));
+        QCOMPARE(objectOf(*store, 0, 0x2000).description, QString(text).replace('\r', '\n'));
+        QCOMPARE(subOf(*store, 0, 0x2000, 1).name, "a [2001] ObjectType=9 ;;c");
+        QCOMPARE(subOf(*store, 0, 0x2000, 1).defaultValue, "a [2001] ObjectType=9 ;;c");
+        store->setDescriptionSettingsLine(0);
+        QCOMPARE(store->getDescriptionSettingsValue("VendorName"), "a [2001] ObjectType=9 ;;c");
+        QCOMPARE(store->getDescriptionSettingsValue("Comment"), QString(text).replace('\r', '\n'));
+    }
+
+private:
+    void addObject(quint16 index, Code code, const QList<Sub> &subs,
+                   const QString &description = {}, quint8 line = 0, const QString &define = {})
+    {
+        // A variable has name and type of its value, an array the type of its elements.
+        const Sub value = subs.value(code == Code::Array ? 1 : 0);
+        Object object;
+        object.name = index == 0x1000 && code == Code::Var ? value.name : "object";
+        object.objectCode = code;
+        object.dataType = code == Code::Record || subs.isEmpty() ? 5 : value.dataType;
+        object.description = description;
+        if (!define.isEmpty())
+            object.metadata = {{"eds_define", define}};
+        QVERIFY(store->addIndex(line, index, object));
+        for (int i = 0; i < subs.size(); ++i)
+            QVERIFY(store->addSubIndex(line, index, static_cast<quint8>(i), subs[i]));
+    }
+
+    /// Variables and members of each data type that data sheets know, with all marks.
+    void addAllTypes()
+    {
+        Sub count = makeSub("Count", 5, "2");
+        count.description = "of all\nlines";
+        quint16 index = 0x2000;
+        for (const quint16 type : {1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13,
+                                   15, 16, 17, 18, 19, 20, 21, 22, 24, 25, 26, 27}) {
+            Sub sub = makeSub("object", type, type == 9 ? "a=b; [c] \"d\" 'e' ä" : "1");
+            sub.accessType = type % 2 ? "rwr" : "rw";
+            sub.pdoMapping = type % 2 ? PDOMappingType::Tpdo : PDOMappingType::Default;
+            sub.limitInEds = true;
+            sub.upLimit = "100";
+            sub.refuseRead = type % 2;
+            sub.refuseWrite = type % 3;
+            sub.description = "first\n\n second";
+            addObject(index++, type == 15 ? Code::Domain : Code::Var, {sub}, sub.description);
+            sub.name = "Member";
+            addObject(index++, Code::Array, {count, sub, sub}, count.description);
+        }
+    }
+
+    /// PDOs, whose counts the file tells, and texts that need care.
+    void addProfile()
+    {
+        const Sub mapping = makeSub("Entry", 7, "0x20000008");
+        addObject(0x1400, Code::Record, {makeSub("n", 5, "1"), makeSub("C", 7, "$NODEID+0x200")});
+        addObject(0x1600, Code::Record, {makeSub("n", 5, "2"), mapping, mapping});
+        addObject(0x1801, Code::Record, {makeSub("n", 5, "1"), makeSub("C", 7, "$NODEID+0x180")});
+        addObject(0x1A01, Code::Record, {makeSub("n", 5, "254"), makeSub("e", 7, "")});
+        addObject(0xBFFF, Code::Record, {});
+        QVERIFY(store->addSubIndex(0, 0xBFFF, 0xFE, makeSub("100 % \"x\"; =y", 2, "-128")));
+        for (const char *key : {"VendorName", "FileVersion", "Comment"})
+            setDescription(key, QString("%1; a, \"b\" = [c] & <d>").arg(key));
+    }
+
+    QString generate(const QString &fileName, const QString &define = {}, bool canFd = false,
+                     bool classical = false, bool isMultiLine = false, quint8 line = 0)
+    {
+        EDSGenerator generator(define, canFd, classical);
+        QString text = generateWith(generator, "demo", fileName, line, isMultiLine);
+        text.replace(QRegularExpression("Time=\\d\\d:\\d\\dPM\n"), "Time=hh:mmPM\n");
+        text.replace(QRegularExpression("Date=\\d\\d-\\d\\d-\\d\\d\n"), "Date=MM-dd-yy\n");
+        return text;
+    }
+
+    void import(const QString &file)
+    {
+        EDSImporter importer;
+        importer.setDatabase(store.get());
+        QVERIFY(importer.setImportFileName(file) && importer.startImport());
+        importer.wait();
+        store->cacheAllSubs(0, 0); // as a run does
+    }
+
+    static QString valuesOf(const Sub &sub)
+    {
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        TextWriter out(&buffer);
+        EdsSections::generateSubInfo(out, sub);
+        return out.finish() ? QString::fromUtf8(buffer.data()) : QString();
+    }
+
+    /// What matches in each line that does.
+    static QStringList linesOf(const QString &text, const QString &pattern)
+    {
+        QStringList found;
+        auto match =
+            QRegularExpression(pattern, QRegularExpression::MultilineOption).globalMatch(text);
+        while (match.hasNext())
+            found << match.next().captured();
+        return found;
+    }
+
+    /// What a data sheet tells of objects and subindices, a text each.
+    static QStringList told(ObjectDataBase &from)
+    {
+        QStringList list;
+        for (const quint16 index : from.getIndices(0, 0, 0xFFFF)) {
+            const Object object = objectOf(from, 0, index);
+            const bool hasType = object.objectCode != Code::Record;
+            list << joined(index, object.name, static_cast<int>(object.objectCode),
+                           hasType ? object.dataType : 0, object.description);
+            for (const quint8 number : from.getSubIndices(0, index, 0)) {
+                const Sub sub = subOf(from, 0, index, number);
+                const QString limits = sub.limitInEds ? joined(sub.lowLimit, sub.upLimit) : "-";
+                list << joined(index, number, sub.name, sub.dataType, sub.accessType,
+                               sub.defaultValue, sub.pdoMapping.toUInt(), limits, sub.refuseRead,
+                               sub.refuseWrite, sub.description);
+            }
+        }
+        return list;
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_EDSGenerator)
+#include "tst_edsgenerator.moc"

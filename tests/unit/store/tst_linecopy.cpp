@@ -1,0 +1,183 @@
+// Copying and comparing lines of two stores.
+#include "tests/fixtures/storefixture.h"
+
+#include <QSignalSpy>
+
+using Difference = ObjectDataBase::LineDifference;
+
+class tst_LineCopy : public StoreTest
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        store = makeStore();
+        other = makeStore();
+    }
+
+    void objectsComeWithAllTheyHave()
+    {
+        other->addNode(2, Node());
+        addObject(*other, 2, 0x2000);
+        Sub quoted = makeSub("it's", 9, "it's");
+        other->addSubIndex(2, 0x2000, 7, quoted);
+        addObject(*other, 2, 0xFFFF);
+        QVERIFY(store->copyLineFromDatabase(*other, 3, 2, 0, 0xFFFF)); // a new line
+        QVERIFY(store->existNode(3));
+        QVERIFY(store->compareLine(3, *other, 2, 0, 0xFFFF).isEmpty());
+        for (const bool isCached : {true, false}) {
+            if (!isCached)
+                store->clearAllCachedSubs();
+            QCOMPARE(objectOf(*store, 3, 0x2000), fullObject());
+            const Sub copy = subOf(*store, 3, 0x2000, 1);
+            QCOMPARE(copy, fullSub());
+            QCOMPARE(joined(copy.signalId, copy.managedByOlm), QString("0/false"));
+            QCOMPARE(subOf(*store, 3, 0x2000, 7), quoted);
+        }
+    }
+
+    void rangeAndReplacement()
+    {
+        for (const quint16 index : {0x1FFF, 0x2000, 0x2001, 0x2002})
+            addObject(*other, 0, index);
+        addObject(*store, 0, 0x2000);
+        store->addSubIndex(0, 0x2000, 9, makeSub("only here", 5, "1"));
+        addObject(*store, 0, 0x2A00);
+        Object plain = fullObject();
+        plain.metadata.clear();
+        other->addIndex(0, 0x2001, plain);
+        store->addIndex(0, 0x2001, fullObject());
+        other->saveIndexMetaData(0, 0x2001, {});
+        store->addConnection(0, 0x2000, 1, 1, 0x2000, 1, 0);
+        QSignalSpy changes(store.get(), &ObjectDataBase::updateNotify);
+        QVERIFY(store->copyLineFromDatabase(*other, 0, ObjectDataBase::kFirstLine, 0x2000, 0x2001));
+        QCOMPARE(store->getIndices(0, 0, 0xFFFF), QList<quint16>({0x2000, 0x2001, 0x2A00}));
+        QCOMPARE(store->getSubIndices(0, 0x2000, 0), QList<quint8>({1}));
+        QVERIFY(objectOf(*store, 0, 0x2001).metadata.isEmpty());
+        QCOMPARE(store->getConnectionCount(), 1);
+        QCOMPARE(changes.size(), 1);
+    }
+
+    void settingsOfTheLine()
+    {
+        other->addNode(1, Node());
+        other->setGeneralSettingsValue("co_node_id", "5,6");
+        other->setGeneralSettingsValue("line1type", "5");
+        other->setJ1939SettingsValue("startaddress", "0x80,0x81");
+        other->setUDSServiceActive(1, 0x22, false);
+        other->setUDSServiceSessions(1, 0x2E, "1,3");
+        other->setDescriptionSettingsLine(1);
+        other->setDescriptionSettingsValue("VendorName", "it's ours");
+        other->setDescriptionSettingsValue("NrOfTXPDO", "4");
+        store->setGeneralSettingsValue("co_node_id", "1");
+        store->setGeneralSettingsValue("nmtmaster", "1");
+        QVERIFY(store->copyLineFromDatabase(*other, 0, 1, 0, 0));
+        store->setDescriptionSettingsLine(0);
+        QCOMPARE(joined(store->getGeneralSettingsValue("co_node_id"),
+                        store->getGeneralSettingsValue("nmtmaster"),
+                        store->getGeneralSettingsValue("line0type"),
+                        store->getJ1939SettingsValue("startaddress"),
+                        store->isUDSServiceActive(0, 0x22), store->isUDSServiceActive(0, 0x2E),
+                        store->getUDSServiceSessions(0, 0x2E),
+                        store->getDescriptionSettingsValue("VendorName"),
+                        store->getDescriptionSettingsValue("NrOfTXPDO")),
+                 QString("6//5/0x81/false/true/1,3/it's ours/4"));
+        store->setGeneralSettingsValue("line0type", "1"); // the project's own choice stays
+        QVERIFY(store->copyLineFromDatabase(*other, 0, 1, 0, 0));
+        QCOMPARE(store->getGeneralSettingsValue("line0type"), QString("1"));
+    }
+
+    void groupsOfADirection_data()
+    {
+        columns<int, QString>("direction", "expected");
+        // clang-format off
+        QTest::newRow("both")        << 0    << "61444 85 engine 2,61444 119 engine 1,65262 85 old 1";
+        QTest::newRow("transmitted") << 0x55 << "61444 85 engine 2,65262 85 old 1";
+        // clang-format on
+    }
+    void groupsOfADirection()
+    {
+        QFETCH(int, direction);
+        addGroup(*other, 61444, 0x55, "engine", 2);
+        addGroup(*other, 61444, 0x77, "engine", 1);
+        addGroup(*other, 65263, 0x55, "out of range", 1);
+        addGroup(*store, 61444, 0x55, "old", 3);
+        addGroup(*store, 65262, 0x55, "old", 1);
+        QVERIFY(store->copyPGNsFromDatabase(*other, 0, 0, 0, 65262, quint8(direction)));
+        store->executeSql("select number || ' ' || direction || ' ' || g.string || ' ' || (select "
+                          "count(*) from SPNs0 s, Strings t where pgnnumber = number and "
+                          "s.direction = p.direction and t.id = s.name and t.string = 'speed') "
+                          "from PGNs0 p, Strings g where g.id = p.name order by number, direction");
+        QStringList lines = store->getSqlResultLines();
+        for (QString &line : lines)
+            line = line.trimmed();
+        QTEST(lines.join(','), "expected");
+    }
+
+    void refusesWhatItCannotCopy()
+    {
+        QVERIFY(!store->copyLineFromDatabase(*other, 0, 7, 0, 0xFFFF)); // no such line
+        QVERIFY(!store->copyLineFromDatabase(*store, 0, 0, 0, 0xFFFF)); // itself
+        store->setLockWriteAccess(true);
+        QVERIFY(!store->copyLineFromDatabase(*other, 0, 0, 0, 0xFFFF));
+        store->setLockWriteAccess(false);
+    }
+
+    void differences()
+    {
+        for (const quint16 index : {0x1FFF, 0x2000, 0x2003, 0x2004, 0x2009})
+            addObject(*store, 0, index);
+        for (const quint16 index : {0x2001, 0x2003, 0x2004, 0x200A})
+            addObject(*other, 0, index);
+        Object renamed = fullObject();
+        renamed.name = "other";
+        other->addIndex(0, 0x2003, renamed);
+        Object described = fullObject();
+        described.description = "does not change the device";
+        other->addIndex(0, 0x2004, described);
+        Sub changed = fullSub();
+        changed.upLimit = "99";
+        other->addSubIndex(0, 0x2004, 1, changed);
+        store->addSubIndex(0, 0x2004, 2, fullSub());
+        other->addSubIndex(0, 0x2004, 3, fullSub());
+        using Kind = Difference::Kind;
+        QCOMPARE(store->compareLine(0, *other, ObjectDataBase::kFirstLine, 0x2000, 0x2009),
+                 QList<Difference>({{Kind::OnlyHere, 0x2000, {}},
+                                    {Kind::OnlyThere, 0x2001, {}},
+                                    {Kind::Content, 0x2003, {}},
+                                    {Kind::Content, 0x2004, 1},
+                                    {Kind::OnlyHere, 0x2004, 2},
+                                    {Kind::OnlyThere, 0x2004, 3},
+                                    {Kind::OnlyHere, 0x2009, {}}}));
+    }
+
+private:
+    static void addObject(ObjectDataBase &project, quint8 line, quint16 index)
+    {
+        project.addIndex(line, index, fullObject());
+        project.addSubIndex(line, index, 1, fullSub());
+    }
+
+    static void addGroup(ObjectDataBase &project, quint32 number, quint8 direction,
+                         const QString &name, int signalCount)
+    {
+        project.executeSql(QString("insert into PGNs0 (number,direction,name) values(%1,%2,%3)")
+                               .arg(number)
+                               .arg(direction)
+                               .arg(project.getStringId(name)));
+        for (int i = 0; i < signalCount; ++i)
+            project.executeSql(
+                QString("insert into SPNs0 (pgnnumber,spnnumber,direction,name,varname) "
+                        "values(%1,%2,%3,%4,'v')")
+                    .arg(number)
+                    .arg(i)
+                    .arg(direction)
+                    .arg(project.getStringId("speed")));
+    }
+
+    std::unique_ptr<ObjectDataBase> other;
+};
+
+QTEST_GUILESS_MAIN(tst_LineCopy)
+#include "tst_linecopy.moc"
