@@ -15,10 +15,10 @@ public:
     /// CAN FD mode, and as master where the project leaves the choice.
     QStringList start(int variant) const;
     QStringList virtualObjects() const; ///< rows "virtual"
-    QStringList counts() const; ///< rows of the start structure
+    QStringList counts() const;         ///< rows of the start structure
     QStringList indications() const;
     QStringList cobIds() const;         ///< calls that set COB-IDs of the predefined connection set
-    QStringList safety() const; ///< rows "srdo"
+    QStringList safety() const;         ///< rows "srdo"
     QStringList stringDefaults() const; ///< rows "string": variables that hold their defaults
 
     bool isMultiLine() const { return multiLine; }
