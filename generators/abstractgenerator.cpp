@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QSettings>
 #include <QStringList>
 
 namespace
@@ -155,6 +156,15 @@ bool AbstractGenerator::isNewOrWritable(const QString &path)
     const QFileInfo info(path);
     // A pipe or a device is no place for a file: opening it might never end.
     return !info.exists() || ((info.isFile() || info.isDir()) && info.isWritable());
+}
+
+bool AbstractGenerator::wantsImplementationInfo()
+{
+    const QSettings settings(QCoreApplication::organizationName(),
+                             QCoreApplication::applicationName());
+    // Whoever edits the file by hand writes "[General]", which Qt reads as no group at all.
+    const QVariant byHand = settings.value(QStringLiteral("implinfo"), 0);
+    return settings.value(QStringLiteral("General/implinfo"), byHand).toInt() == 1;
 }
 
 bool AbstractGenerator::openOutputFile(QFile &file)

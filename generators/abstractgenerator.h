@@ -102,6 +102,9 @@ protected:
 
     static bool isNewOrWritable(const QString &path);
 
+    /// Does the user want documents to tell how values are stored? From the user's settings.
+    static bool wantsImplementationInfo();
+
     /// Opens \a file for text, replacing what it held; on failure the job counts as failed.
     bool openOutputFile(QFile &file);
 

@@ -1,7 +1,6 @@
 // From the rows of a table to the records of a project.
 #include "import/csvimporter.h"
 
-#include "import/csvreader.h"
 #include "support/cohelper.h"
 #include "support/helper.h"
 #include "support/logging.h"
@@ -64,6 +63,7 @@ void CsvImporter::doImport()
     if (!reader.next())
         return;
     const CsvColumns columns(reader.fields());
+    lookForForeignLine(reader, columns);
     while (reader.next()) {
         const QStringList &fields = reader.fields();
         if (reader.firstCharacter() == QLatin1Char('d'))
@@ -76,6 +76,7 @@ void CsvImporter::doImport()
     }
     flush();
     addMissingCounts();
+    forgetCaches();
 }
 
 void CsvImporter::handleDeleteLine(const QStringList &fields)
@@ -100,7 +101,7 @@ void CsvImporter::handleCopyLine(const QStringList &fields)
 
 bool CsvImporter::handleImportLine(const CsvRow &row)
 {
-    const qint64 line = row.line < 0 ? activeLine : row.line;
+    const qint64 line = row.line < 0 || row.line == foreignLine ? activeLine : row.line;
     const bool hasPlace = row.index >= 0 && row.index <= 0xFFFF && row.sub >= 0 && row.sub <= 0xFF;
     if (!hasPlace || !isInRange(static_cast<quint32>(row.index)) || !isUsableLine(line))
         return false;
@@ -110,6 +111,25 @@ bool CsvImporter::handleImportLine(const CsvRow &row)
     else
         importSubIndex(key, row);
     return true;
+}
+
+void CsvImporter::lookForForeignLine(CsvReader reader, const CsvColumns &columns)
+{
+    // Rows of several lines must not be mixed in one, so all of them are looked at; mostly the
+    // first one tells.
+    qint64 found = -1;
+    while (reader.next()) {
+        const QChar first = reader.firstCharacter();
+        if (first == QLatin1Char('d') || first == QLatin1Char('c') ||
+            reader.fields().size() < kLeastFields)
+            continue;
+        const qint64 line = columns.read(reader.fields()).line;
+        const bool isOther = found >= 0 && line != found;
+        if (line < 0 || line > 0xFF || isOther || isUsableLine(line))
+            return;
+        found = line;
+    }
+    foreignLine = found;
 }
 
 bool CsvImporter::isUsableLine(qint64 number)
@@ -187,8 +207,8 @@ void CsvImporter::applyLimits(CsvRow &row)
     QString low;
     QString high;
     COHelper::getDefaultLimits(static_cast<CANopenDataType>(row.data.dataType), low, high);
-    const bool isLowGiven = row.hasLowLimit && !row.data.lowLimit.isEmpty();
-    const bool isUpGiven = row.hasUpLimit && !row.data.upLimit.isEmpty();
+    const bool isLowGiven = row.hasLowLimit && !row.data.lowLimit.isNull();
+    const bool isUpGiven = row.hasUpLimit && !row.data.upLimit.isNull();
     const bool isAnyGiven = isLowGiven || isUpGiven;
     // Beside the other limit, an empty cell stands for no limit on its side.
     if (!row.hasLowLimit || !isAnyGiven)
@@ -218,7 +238,8 @@ void CsvImporter::applyStorage(const ObjectKey &key, CsvRow &row)
     } else if (isString) {
         data.implementation = 2;
     }
-    if (isString && data.implementation == 2 && data.varName.isEmpty())
+    const bool needsName = named < 0 || type == CANopenDataType::Domain;
+    if (isString && needsName && data.implementation == 2 && data.varName.isEmpty())
         data.varName = makeVarName(key.second, static_cast<quint8>(row.sub));
     if (isString && named < 0 && data.size == 0)
         data.size = static_cast<quint32>(qMax(1, data.defaultValue.toUtf8().size()));
@@ -250,4 +271,14 @@ void CsvImporter::addMissingCounts()
         collected.append(entry);
     }
     flush();
+}
+
+void CsvImporter::forgetCaches()
+{
+    // Values of strings may stand there with doubled apostrophes; whoever copies them would store
+    // those.
+    for (auto it = usableLines.constBegin(); it != usableLines.constEnd(); ++it) {
+        if (it.value())
+            database->clearCachedSubs(it.key());
+    }
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "import/basedataimporter.h"
+#include "import/csvreader.h"
 #include "import/csvrow.h"
 #include "store/objectdatabase.h"
 
@@ -11,7 +12,9 @@
 
 /// Fills lines of a project from a table with a line for each subindex, on the worker thread. What
 /// the table says of a subindex replaces what the project holds of it; an object that is there
-/// keeps its record, unless the table has a line of its own for the object.
+/// keeps its record, unless the table has a line of its own for the object. A table whose rows all
+/// name the same line, which the project does not have, fills the active line; other rows of
+/// missing lines are passed over.
 class CsvImporter : public BaseDataImporter
 {
     Q_OBJECT
@@ -35,12 +38,14 @@ private:
     void handleCopyLine(const QStringList &fields);
     /// False if the row names no place of the project or none in the range.
     bool handleImportLine(const CsvRow &row);
+    void lookForForeignLine(CsvReader reader, const CsvColumns &columns);
     bool isUsableLine(qint64 number);
     void importObject(const ObjectKey &key, const CsvRow &row);
     void importSubIndex(const ObjectKey &key, CsvRow row);
     void provideObject(const ObjectKey &key, const CsvRow &row);
     void flush();
     void addMissingCounts();
+    void forgetCaches();
 
     static void applyLimits(CsvRow &row);
     /// Strings and domains need a place and a size of their own.
@@ -48,6 +53,7 @@ private:
 
     QList<SubAddress> deleteList;
     QList<SubAddress> copyList;
+    qint64 foreignLine = -1;                   ///< stands for the active line; -1: none does
     QMap<quint8, bool> usableLines;            ///< those that rows named
     QMap<ObjectKey, ObjectData> madeObjects;   ///< made for the sake of a subindex
     std::set<ObjectKey> arrays;                ///< objects that a row calls an array

@@ -70,7 +70,8 @@ QString CsvReader::readPlainField()
            text.at(position) != QLatin1Char('\n'))
         ++position;
     QString field = text.mid(start, position - start);
-    return field.remove(QLatin1Char('\r')); // of a line that ends in CR LF
+    field.remove(QLatin1Char('\r')); // of a line that ends in CR LF
+    return field.isEmpty() ? QString() : field;
 }
 
 int CsvReader::closingQuote(int opening) const

@@ -19,7 +19,8 @@ public:
     /// Takes the next line apart. False at the end of the text.
     bool next();
 
-    /// The first 1000 fields of that line; one field if there is no separator.
+    /// The first 1000 fields of that line; one field if there is no separator. A field of nothing
+    /// is null, one of just a pair of quotes is empty.
     const QStringList &fields() const { return currentFields; }
 
     /// Its first character, as it stands.

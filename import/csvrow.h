@@ -8,12 +8,12 @@
 
 /// One line of a table, as far as its cells tell. Numbers are as given, in range or not.
 struct CsvRow {
-    qint64 index = 0; ///< 0 if none is given
+    qint64 index = -1; ///< -1 if none is given
     qint64 sub = 0;
     qint64 line = -1;      ///< -1: the line that the import goes to
     bool isObject = false; ///< tells about an object, not about one of its subindices
     bool hasName = false;
-    bool hasLowLimit = false;
+    bool hasLowLimit = false; ///< the table has the column; a null limit is an empty cell
     bool hasUpLimit = false;
     QString objectCode = QStringLiteral("VARIABLE");
     QString implementation = QStringLiteral("none");

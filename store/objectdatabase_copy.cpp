@@ -144,8 +144,8 @@ bool ObjectDataBase::copyObjects(ObjectDataBase &other, quint8 line, quint8 othe
     for (auto object = source.objects.lowerBound(static_cast<quint16>(low));
          object != source.objects.constEnd() && object.key() <= high; ++object) {
         const quint16 index = object.key();
-        if (existIndex(line, index))
-            done = delIndex(line, index, true) && done;
+        // Though the object may not exist: its subindices may, in a project from a text file.
+        done = delIndex(line, index, true) && done;
         done = addIndex(line, index, *object) && done;
         for (auto sub = source.subs.lowerBound(StorePrivate::subKey(index, 0));
              sub != source.subs.constEnd() && sub.key() >> 8 == index; ++sub) {

@@ -179,7 +179,11 @@ void ObjectDataBase::fixFaultyPGNSPNCount()
 void ObjectDataBase::updatePGNdirectionAttributes(quint8 line)
 {
     d->groups.remove(line);
-    d->exec(QStringLiteral("update %2 set direction = (select direction from %1 "
-                           "where number = pgnnumber) where pgnnumber in (select number from %1)")
+    // Of a group that goes both ways the last row decides; max() makes the direction that of its
+    // row.
+    d->exec(QStringLiteral("with known as (select number n, direction d, max(rowid) "
+                           "from %1 group by number) "
+                           "update %2 set direction = (select d from known where n = pgnnumber) "
+                           "where pgnnumber in (select n from known)")
                 .arg(Schema::table("PGNs", line), Schema::table("SPNs", line)));
 }

@@ -7,6 +7,7 @@
 #include <QTextCodec>
 #include <QVector>
 
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -89,29 +90,74 @@ QString quoted(QString text)
     return QLatin1Char('"') + text + QLatin1Char('"');
 }
 
-/// The names of a scope in the file, none of which occurs twice.
-class FileNames
+bool isKeyword(const QString &name)
+{
+    static const QSet<QString> keywords = [] {
+        QSet<QString> words;
+        for (const char *word : {"VERSION", "NS_", "BS_", "BU_", "BO_", "SG_", "EV_"})
+            words.insert(QLatin1String(word));
+        for (const char *word : kNewSymbols)
+            words.insert(QLatin1String(word));
+        return words;
+    }();
+    return keywords.contains(name);
+}
+
+QString identifier(const QString &name)
+{
+    const bool isFit = !name.isEmpty() && !name.at(0).isDigit() && !isKeyword(name);
+    return isFit ? name : QLatin1Char('_') + name;
+}
+
+/// Names of a scope, none of which occurs twice.
+class UniqueNames
 {
 public:
-    QString claim(const QString &fullName)
+    explicit UniqueNames(int longestName) : longest(longestName) {}
+
+    QString claim(const QString &wanted)
     {
-        QString base = fullName;
-        if (base.isEmpty() || base.at(0).isDigit())
-            base.prepend(QLatin1Char('_'));
-        QString name = base.left(kLongestName);
-        int &count = counts[name];
-        const QString stem = name;
+        const QString stem = wanted.left(longest);
+        // Counted by what a number leaves of any stem, so that no number is tried twice.
+        int &count = counts[stem.left(kLongestName - kLongestNumber)];
+        QString name = stem;
         while (taken.contains(name)) {
             const QString number = QString::number(++count);
-            name = stem.left(kLongestName - number.size()) + number;
+            name = stem.left(longest - number.size()) + number;
         }
         taken.insert(name);
         return name;
     }
 
 private:
+    static constexpr int kLongestNumber = 10;
+
+    int longest;
     QSet<QString> taken;
     QHash<QString, int> counts;
+};
+
+/// What a message or signal is called in the file.
+struct FileName {
+    QString name;
+    QString fullName; ///< unique as well: readers take it in place of a shortened name
+
+    bool isShortened() const { return name != fullName; }
+};
+
+/// The names of a scope in the file.
+class FileNames
+{
+public:
+    FileName claim(const QString &wanted)
+    {
+        const QString fullName = fullNames.claim(identifier(wanted));
+        return {names.claim(fullName), fullName};
+    }
+
+private:
+    UniqueNames fullNames{std::numeric_limits<int>::max()};
+    UniqueNames names{kLongestName};
 };
 
 /// Writes the sections of a file from a finished database.
@@ -144,12 +190,6 @@ private:
         }
     }
 
-    template <class Named>
-    bool isRenamedForLength(const Named &named) const
-    {
-        return named.name.size() > kLongestName;
-    }
-
     void line(const QString &text) { out += text + QLatin1Char('\n'); }
 
     void writeHead()
@@ -163,13 +203,13 @@ private:
     void writeMessage(const KvaDbMessage &message)
     {
         line(QStringLiteral("BO_ %1 %2: %3 Vector__XXX")
-                 .arg(QString::number(message.identifier), names[&message],
+                 .arg(QString::number(message.identifier), names[&message].name,
                       QString::number(message.dlc)));
         for (const auto &signal : message.signalList) {
             const quint64 highest =
                 signal->bits >= 64 ? ~quint64(0) : (quint64(1) << signal->bits) - 1;
             line(QStringLiteral(" SG_ %1 : %2|%3@1+ (1,0) [0|%4] \"\" Vector__XXX")
-                     .arg(names[signal.get()], QString::number(signal->startBit),
+                     .arg(names[signal.get()].name, QString::number(signal->startBit),
                           QString::number(signal->bits), QString::number(highest)));
         }
         out += QLatin1Char('\n');
@@ -182,7 +222,8 @@ private:
 
     QString signalWord(const KvaDbMessage &message, const KvaDbSignal &signal) const
     {
-        return QStringLiteral("SG_ %1 %2").arg(QString::number(message.identifier), names[&signal]);
+        return QStringLiteral("SG_ %1 %2")
+            .arg(QString::number(message.identifier), names[&signal].name);
     }
 
     void writeComments()
@@ -202,10 +243,10 @@ private:
     bool needsLongNames(bool ofSignals) const
     {
         for (const auto &message : database.messages) {
-            if (!ofSignals && isRenamedForLength(*message))
+            if (!ofSignals && names[message.get()].isShortened())
                 return true;
             for (const auto &signal : message->signalList) {
-                if (ofSignals && isRenamedForLength(*signal))
+                if (ofSignals && names[signal.get()].isShortened())
                     return true;
             }
         }
@@ -294,28 +335,30 @@ private:
         }
     }
 
+    void writeFullName(const char *attribute, const QString &place, const FileName &name)
+    {
+        if (name.isShortened())
+            line(QStringLiteral("BA_ \"%1\" %2%3;")
+                     .arg(QLatin1String(attribute), place, quoted(name.fullName)));
+    }
+
     void writeValues()
     {
         writeAttributes(database, QString());
         for (const auto &message : database.messages) {
             const QString place = messageWord(*message) + QLatin1Char(' ');
             writeAttributes(*message, place);
-            if (isRenamedForLength(*message))
-                line(QStringLiteral("BA_ \"%1\" %2%3;")
-                         .arg(QLatin1String(kMessageNameAttribute), place, quoted(message->name)));
+            writeFullName(kMessageNameAttribute, place, names[message.get()]);
             for (const auto &signal : message->signalList) {
                 const QString signalPlace = signalWord(*message, *signal) + QLatin1Char(' ');
                 writeAttributes(*signal, signalPlace);
-                if (isRenamedForLength(*signal))
-                    line(QStringLiteral("BA_ \"%1\" %2%3;")
-                             .arg(QLatin1String(kSignalNameAttribute), signalPlace,
-                                  quoted(signal->name)));
+                writeFullName(kSignalNameAttribute, signalPlace, names[signal.get()]);
             }
         }
     }
 
     const KvaDb &database;
-    QHash<const void *, QString> names; ///< of messages and signals in the file
+    QHash<const void *, FileName> names; ///< of messages and signals
     QString out;
 };
 

@@ -62,8 +62,8 @@ KvaDbStatus kvaDbSetAttributeValueString(KvaDbAttributeHnd attribute, const QStr
                                          int length);
 
 KvaDbStatus kvaDbAddMsg(KvaDbHnd database, KvaDbMessageHnd *message);
-/// Names may repeat, begin with a digit, or be long: the file gets unique names of 32 characters,
-/// and the full ones as attributes.
+/// Names may repeat, begin with a digit, be keywords or be long: the file gets unique names of up
+/// to 32 characters, and the full ones, unique too, as attributes.
 KvaDbStatus kvaDbSetMsgName(KvaDbMessageHnd message, const QString &name);
 KvaDbStatus kvaDbSetMsgComment(KvaDbMessageHnd message, const QString &comment);
 KvaDbStatus kvaDbSetMsgId(KvaDbMessageHnd message, quint32 identifier, quint32 flags);

@@ -22,6 +22,16 @@ struct SubFacts {
     ObjectDataBase::SUBINDEX_DATA_T data;
 };
 
+/// An integer without limits. Empty cells would be read as the limits of its type, unless they are
+/// in quotes.
+bool isWithoutLimits(const ObjectDataBase::SUBINDEX_DATA_T &data)
+{
+    QString low;
+    QString high;
+    COHelper::getDefaultLimits(static_cast<CAN::CANopenDataType>(data.dataType), low, high);
+    return data.lowLimit.isEmpty() && data.upLimit.isEmpty() && !low.isEmpty();
+}
+
 QString hex(quint32 number, int digits)
 {
     return QStringLiteral("0x%1").arg(number, digits, 16, QLatin1Char('0'));
@@ -54,6 +64,7 @@ struct ColumnRow {
     QString (*ofSub)(const SubFacts &facts);
     QString (*ofObject)(const SubFacts &facts) = nullptr; ///< empty in the row of an object if null
     bool isOfGroupedTable = false;                        ///< other tables do not have it
+    bool isLimit = false;
 };
 
 // clang-format off
@@ -75,8 +86,8 @@ constexpr ColumnRow kColumns[] = { // row order is column order
     {"hasdefault", [](const SubFacts &f) { return QString::number(f.data.defaultInEds ? 1 : 0); }},
     {"defaultineds", [](const SubFacts &f) { return QString::number(f.data.writeDefaultToEds); }},
     {"haslimit", [](const SubFacts &f) { return yesNo(f.data.limitInEds); }},
-    {"lowlimit", [](const SubFacts &f) { return f.data.lowLimit; }},
-    {"uplimit", [](const SubFacts &f) { return f.data.upLimit; }},
+    {"lowlimit", [](const SubFacts &f) { return f.data.lowLimit; }, nullptr, false, true},
+    {"uplimit", [](const SubFacts &f) { return f.data.upLimit; }, nullptr, false, true},
     {"size", [](const SubFacts &f) { return QString::number(f.data.size); }},
     {"implementation", [](const SubFacts &f) { return COHelper::implementation2Word(f.data.implementation); }},
     {"varname", [](const SubFacts &f) { return f.data.varName; }},
@@ -89,30 +100,30 @@ constexpr ColumnRow kColumns[] = { // row order is column order
 };
 // clang-format on
 
-/// A row of what \a cellOf makes of each column of the table.
-template <typename CellOf>
-void writeRow(TextWriter &out, const CsvLayout &layout, CellOf cellOf)
+/// A row of the fields that \a fieldOf makes of the columns of the table.
+template <typename FieldOf>
+void writeRow(TextWriter &out, const CsvLayout &layout, FieldOf fieldOf)
 {
     QStringList fields;
     for (const ColumnRow &column : kColumns) {
         if (layout.isGroupedTable || !column.isOfGroupedTable)
-            fields << CsvTable::field(cellOf(column));
+            fields << fieldOf(column);
     }
     out.raw(fields.join(QLatin1Char(';')) + QLatin1Char('\n'));
 }
 
 } // namespace
 
-QString CsvTable::field(const QString &text)
+QString CsvTable::field(const QString &text, bool inQuotes)
 {
     for (const QChar character : text) {
-        if (character == QLatin1Char(';') || character == QLatin1Char('"') ||
-            character == QLatin1Char('\n') || character == QLatin1Char('\r'))
-            return QLatin1Char('"') +
-                   QString(text).replace(QLatin1String("\""), QLatin1String("\"\"")) +
-                   QLatin1Char('"');
+        inQuotes = inQuotes || character == QLatin1Char(';') || character == QLatin1Char('"') ||
+                   character == QLatin1Char('\n') || character == QLatin1Char('\r');
     }
-    return text;
+    if (!inQuotes)
+        return text;
+    return QLatin1Char('"') + QString(text).replace(QLatin1String("\""), QLatin1String("\"\"")) +
+           QLatin1Char('"');
 }
 
 void CsvTable::writeHeader(TextWriter &out, const CsvLayout &layout)
@@ -132,7 +143,7 @@ void CsvTable::writeObject(TextWriter &out, const CsvLayout &layout, const Objec
         facts.object.description.clear();
     if (layout.isGroupedTable) {
         writeRow(out, layout, [&facts](const ColumnRow &column) {
-            return column.ofObject ? column.ofObject(facts) : QString();
+            return column.ofObject ? CsvTable::field(column.ofObject(facts)) : QString();
         });
     }
     const QList<quint8> subs = store.getSubIndices(line, index, 0);
@@ -142,7 +153,10 @@ void CsvTable::writeObject(TextWriter &out, const CsvLayout &layout, const Objec
             continue;
         if (!layout.withDescription)
             facts.data.description.clear();
-        writeRow(out, layout, [&facts](const ColumnRow &column) { return column.ofSub(facts); });
+        const bool withoutLimits = isWithoutLimits(facts.data);
+        writeRow(out, layout, [&](const ColumnRow &column) {
+            return CsvTable::field(column.ofSub(facts), column.isLimit && withoutLimits);
+        });
     }
 }
 

@@ -34,8 +34,8 @@ protected:
 namespace CsvTable
 {
 
-/// \a text as a field; in quotes only if it could not be read back without.
-QString field(const QString &text);
+/// \a text as a field; in quotes if asked for or if it could not be read back without.
+QString field(const QString &text, bool inQuotes = false);
 void writeHeader(TextWriter &out, const CsvLayout &layout);
 void writeObject(TextWriter &out, const CsvLayout &layout, const ObjectDataBase &store, quint8 line,
                  quint16 index);

@@ -8,7 +8,7 @@
 
 #include <QFile>
 #include <QRegularExpression>
-#include <QSettings>
+#include <QSaveFile>
 #include <QTemporaryFile>
 
 #include <memory>
@@ -171,19 +171,19 @@ KvaDbAttributeHnd addAttribute(KvaDbSignalHnd signal, KvaDbAttributeDefHnd defin
 }
 
 /// Bits of the signal in the project; strings have a size of their own.
-quint8 bitsOf(const ObjectDataBase::SPN &spn)
+int bitsOf(const ObjectDataBase::SPN &spn)
 {
     const auto type = static_cast<Type>(spn.dataType);
     if (type == Type::StringAsterisk || type == Type::OctetString)
-        return static_cast<quint8>(spn.bitSize);
+        return spn.bitSize;
     return COHelper::getDataLengthBits(type);
 }
 
 /// Adds a signal at \a position; the result is the number of bits that it takes there.
-quint8 addSignal(KvaDbMessageHnd message, const Attributes &attributes,
-                 const ObjectDataBase::SPN &spn, int position)
+int addSignal(KvaDbMessageHnd message, const Attributes &attributes, const ObjectDataBase::SPN &spn,
+              int position)
 {
-    quint8 bits = bitsOf(spn);
+    int bits = bitsOf(spn);
     if (spn.name.contains(QLatin1String("dummy")))
         return bits; // a gap
     const bool isDelimited = static_cast<Type>(spn.dataType) == Type::StringAsterisk;
@@ -219,16 +219,21 @@ quint32 messageId(const ObjectDataBase::PGN &group, quint32 pgn, quint8 directio
     return direction == kReceived ? prefix + kNullAddress + address * 0x100U : prefix + address;
 }
 
-void addMessage(KvaDbHnd database, const Attributes &attributes, const ObjectDataBase &store,
-                quint8 line, quint32 pgn, quint8 direction)
+struct Line {
+    const ObjectDataBase &store;
+    quint8 number;
+    quint8 address;
+};
+
+void addMessage(KvaDbHnd database, const Attributes &attributes, const Line &line, quint32 pgn,
+                quint8 direction)
 {
     ObjectDataBase::PGN group;
-    (void)store.getPGNData(line, pgn, direction, group); // then the defaults stand
+    (void)line.store.getPGNData(line.number, pgn, direction, group); // then the defaults stand
     KvaDbMessageHnd message = nullptr;
     (void)succeeded(kvaDbAddMsg(database, &message), "kvaDbAddMsg");
     (void)succeeded(kvaDbSetMsgName(message, Dbc::symbolName(group.name)), "kvaDbSetMsgName");
-    (void)kvaDbSetMsgId(message, messageId(group, pgn, direction, Dbc::lineAddress(store, line)),
-                        KVADB_MESSAGE_EXT);
+    (void)kvaDbSetMsgId(message, messageId(group, pgn, direction, line.address), KVADB_MESSAGE_EXT);
     if (!group.description.isEmpty())
         (void)kvaDbSetMsgComment(message, group.description);
     (void)succeeded(kvaDbSetMsgDlc(message, kClassicDlc), "kvaDbSetMsgDlc");
@@ -237,16 +242,20 @@ void addMessage(KvaDbHnd database, const Attributes &attributes, const ObjectDat
         setNumber(message, attributes.cycleTime, group.cycleTimeMs);
     setWord(message, attributes.sendType, group.cycleTimeMs == 0 ? kNoSendType : kCyclic);
     int position = 0;
-    const QVector<ObjectDataBase::SPN> spns = store.getSPNRecords(line, pgn, direction);
+    const QVector<ObjectDataBase::SPN> spns = line.store.getSPNRecords(line.number, pgn, direction);
     for (const ObjectDataBase::SPN &spn : spns)
         position += addSignal(message, attributes, spn, position);
 }
 
-/// Puts the finished file in the target's place; an error text if that fails.
+/// Puts the finished file in the target's place; an error text if that fails, the target then
+/// stands as it was.
 QString replaceTarget(const QString &target, const QString &temporary)
 {
-    QFile::remove(target);
-    if (QFile::copy(temporary, target))
+    // Not a plain copy: it would be closed to other users, as temporary files are.
+    QFile source(temporary);
+    QSaveFile file(target);
+    if (source.open(QIODevice::ReadOnly) && file.open(QIODevice::WriteOnly) &&
+        file.write(source.readAll()) == source.size() && file.commit())
         return QString();
     return QStringLiteral("Could not copy output file. %1 - %2").arg(temporary, target);
 }
@@ -300,24 +309,18 @@ bool DBCGenerator::checkWritability()
     return isNewOrWritable(QStringLiteral("%1/%2.dbc").arg(outputDirectory, projectName));
 }
 
-AbstractGenerator::ResultCode DBCGenerator::startGeneration()
+void DBCGenerator::resetJob()
 {
-    if (running)
-        return ResultCode::Running;
-    if (!database)
-        return ResultCode::NoStore;
-    const QSettings settings(QStringLiteral("Korvel"), QStringLiteral("CANopen Tessarine"));
-    hasImplementationInfo =
-        settings.value(QStringLiteral("General/implinfo"), settings.value("implinfo", 0)).toInt() ==
-        1;
+    hasImplementationInfo = wantsImplementationInfo();
     Dbc::declareIdentify(*database, activeLine);
-    return AbstractGenerator::startGeneration();
 }
 
 void DBCGenerator::doJob()
 {
     const JobBracket bracket(*this);
-    const QString target = generateML
+    qCDebug(lcGenerator) << "DBC prprae output";
+    checkForceMLFlag();
+    const QString target = isMultiLine()
                                ? QStringLiteral("%1/%2_%3.dbc")
                                      .arg(outputDirectory, projectName, QString::number(activeLine))
                                : QStringLiteral("%1/%2.dbc").arg(outputDirectory, projectName);
@@ -335,11 +338,14 @@ void DBCGenerator::doJob()
     }
     emit progress(25);
     const Attributes attributes(handle, hasImplementationInfo);
+    database->cacheAllSpnDataForLine(activeLine);
+    const Line line{*database, activeLine, Dbc::lineAddress(*database, activeLine)};
     for (const quint8 direction : {kReceived, kTransmitted}) {
         const QList<quint32> groups = database->getPGNs(activeLine, direction, false);
         for (const quint32 pgn : groups)
-            addMessage(handle, attributes, *database, activeLine, pgn, direction);
+            addMessage(handle, attributes, line, pgn, direction);
     }
+    database->clearAllCachedSpnData();
     if (!succeeded(kvaDbWriteFile(handle, temporary.fileName()), "create dbc file")) {
         fail(QStringLiteral("Could not copy output file. %1 - %2")
                  .arg(temporary.fileName(), target));

@@ -15,11 +15,12 @@ public:
     /// Looks at the single-line name only, in a project of several lines too.
     bool checkWritability() override;
 
-    /// Declares the group of address claiming, reads the user's settings, and starts.
-    ResultCode startGeneration() override;
-
 public slots:
     void doJob() override;
+
+protected:
+    /// Reads the user's choices and declares the group of address claiming, on the driver's thread.
+    void resetJob() override;
 
 private:
     bool hasImplementationInfo = false; ///< the user wants variables and their kind in the file

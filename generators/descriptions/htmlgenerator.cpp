@@ -8,9 +8,7 @@
 #include "support/helper.h"
 #include "support/logging.h"
 
-#include <QCoreApplication>
 #include <QFile>
-#include <QSettings>
 #include <QThread>
 
 namespace
@@ -266,11 +264,7 @@ HTMLGenerator::HTMLGenerator() : AbstractGenerator(QStringLiteral("HTML document
 
 void HTMLGenerator::resetJob()
 {
-    const QSettings settings(QCoreApplication::organizationName(),
-                             QCoreApplication::applicationName());
-    // Whoever edits the file by hand writes "[General]", which Qt reads as no group at all.
-    const QVariant byHand = settings.value(QStringLiteral("implinfo"), 0);
-    implementationInfo = settings.value(QStringLiteral("General/implinfo"), byHand).toInt() == 1;
+    implementationInfo = wantsImplementationInfo();
 }
 
 QString HTMLGenerator::singleLineFile() const

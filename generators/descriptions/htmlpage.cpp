@@ -5,6 +5,7 @@
 #include "generators/textwriter.h"
 
 #include <QCoreApplication>
+#include <QRegularExpression>
 
 namespace
 {
@@ -121,7 +122,13 @@ constexpr char kStyleSheet[] =
 
 QString HtmlText::escaped(const QString &text)
 {
-    return text.toHtmlEscaped();
+    // Deliberate: no more than that, so that "A & B" stands in the file as it stands in the
+    // project; held by tst_htmlgenerator.
+    static const QRegularExpression tag(QStringLiteral("<(?=[A-Za-z/!?])"));
+    static const QRegularExpression reference(QStringLiteral("&(?=[A-Za-z#])"));
+    return QString(text)
+        .replace(reference, QStringLiteral("&amp;"))
+        .replace(tag, QStringLiteral("&lt;"));
 }
 
 QString HtmlText::stringConvert(const QString &text)

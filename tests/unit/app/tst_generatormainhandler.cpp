@@ -69,9 +69,16 @@ private slots:
         store->setGeneralSettingsValue("canfd_supported", "1");
         Object object;
         object.metadata = {{"eds_define", "slim"}};
-        store->addIndex(0, 0x1017, object);
+        object.objectCode = CANopen::ObjectCode::Array; // as CAN FD devices have it
+        store->addIndex(0, 0x1000, object);
+        for (const quint8 sub : {0, 1}) {
+            Sub type = makeSub("Type", sub ? 7 : 5, "1");
+            type.implementation = 1;
+            type.accessType = "const";
+            store->addSubIndex(0, 0x1000, sub, type);
+        }
         RecordingHandler report;
-        QCOMPARE(run(report), Result::GenerationOk);
+        QVERIFY2(run(report) == Result::GenerationOk, qPrintable(report.lines.join('|')));
         const QString folder = fixture.path();
         QStringList told;
         for (const QString &line : report.lines.filter(QRegularExpression("EDS file|XDD")))

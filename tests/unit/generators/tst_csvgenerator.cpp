@@ -15,6 +15,7 @@ private slots:
         store = makeStore();
         for (const char *name : {"demo.csv", "demo.icsv", "demo_3.csv", "demo_3.icsv"})
             QFile::remove(fixture.path(name));
+        line = 0;
     }
 
     void files()
@@ -74,25 +75,30 @@ private slots:
 
     void roundTrip_data()
     {
-        columns<bool>("grouped");
-        QTest::newRow("csv") << false;
-        QTest::newRow("icsv") << true;
+        columns<bool, int>("grouped", "sourceLine");
+        QTest::newRow("csv") << false << 0;
+        QTest::newRow("icsv") << true << 0;
+        QTest::newRow("line_that_the_reader_lacks") << true << 1;
     }
     void roundTrip()
     {
         QFETCH(bool, grouped);
+        QFETCH(int, sourceLine);
+        line = static_cast<quint8>(sourceLine);
+        if (line > 0)
+            store->addNode(line, Node());
         fillProject();
         CSVGenerator csv;
         ICSVGenerator icsv;
         const QString name = grouped ? "demo.icsv" : "demo.csv";
-        QVERIFY(!generate(grouped ? static_cast<AbstractGenerator &>(icsv) : csv, name).isEmpty());
+        QVERIFY(!generate(grouped ? static_cast<AbstractGenerator &>(icsv) : csv, name, line)
+                     .isEmpty());
         const auto source = std::move(store);
         store = makeStore();
         QVERIFY(importTable(fixture.path(name)));
-        store->cacheAllSubs(0, 0);
-        QCOMPARE(store->getIndices(0, 0, 0xFFFF).size(), source->getIndices(0, 0, 0xFFFF).size());
-        for (const quint16 index : source->getIndices(0, 0, 0xFFFF)) {
-            const Object object = objectOf(*source, 0, index);
+        QCOMPARE(store->getIndices(0, 0, 0xFFFF), source->getIndices(line, 0, 0xFFFF));
+        for (const quint16 index : source->getIndices(line, 0, 0xFFFF)) {
+            const Object object = objectOf(*source, line, index);
             Object read = objectOf(*store, 0, index);
             if (!grouped) { // those the plain table does not carry
                 read.name = object.name;
@@ -100,9 +106,9 @@ private slots:
                 read.description = object.description;
             }
             QVERIFY2(object == read, qPrintable(QString::number(index, 16)));
-            QCOMPARE(store->getSubIndices(0, index, 0), source->getSubIndices(0, index, 0));
-            for (const quint8 sub : source->getSubIndices(0, index, 0)) {
-                Sub data = subOf(*source, 0, index, sub);
+            QCOMPARE(store->getSubIndices(0, index, 0), source->getSubIndices(line, index, 0));
+            for (const quint8 sub : source->getSubIndices(line, index, 0)) {
+                Sub data = subOf(*source, line, index, sub);
                 if (!grouped) {
                     data.denotation.clear();
                     data.metadata.clear();
@@ -114,12 +120,12 @@ private slots:
     }
 
 private:
-    QByteArray generate(AbstractGenerator &generator, const QString &fileName, quint8 line = 0)
+    QByteArray generate(AbstractGenerator &generator, const QString &fileName, quint8 ofLine = 0)
     {
         generator.setOutputDirectory(fixture.path());
         generator.setProjectName("demo");
         generator.setDataBase(store.get());
-        generator.setActiveLine(line);
+        generator.setActiveLine(ofLine);
         generator.startGeneration();
         generator.wait();
         return readFile(fixture.path(fileName));
@@ -143,9 +149,9 @@ private:
         object.dataType = dataType;
         object.description = "of \"" + object.name + "\"\nand; more\r\n";
         object.metadata = {{"eds_define", "A;B \"\u00FC\"\n"}};
-        store->addIndex(0, index, object);
+        store->addIndex(line, index, object);
         for (int i = 0; i < subs.size(); ++i)
-            store->addSubIndex(0, index, static_cast<quint8>(i), subs.at(i));
+            store->addSubIndex(line, index, static_cast<quint8>(i), subs.at(i));
     }
 
     void fillProject()
@@ -178,11 +184,19 @@ private:
         Sub limited = makeSub("no low limit", 3, "-5");
         limited.lowLimit.clear();
         limited.upLimit = "0x7F";
+        Sub unlimited = makeSub("no limits", 3, "");
+        unlimited.lowLimit.clear();
+        unlimited.upLimit.clear();
+        Sub unbound = makeSub("no variable", 9, "");
+        unbound.implementation = 2;
         add(0x2000, ObjectCode::Var, full.dataType, {full});
-        add(0x2001, ObjectCode::Array, 3, {makeSub("count", 5, "1"), limited});
+        add(0x2001, ObjectCode::Array, 3, {makeSub("count", 5, "1"), limited, unlimited});
+        add(0x2003, ObjectCode::Var, 9, {unbound});
         add(0x2002, ObjectCode::Domain, 5, {makeSub("", 5, "")});
         add(0xBFFF, ObjectCode::Null, 5, {makeSub(" blanks ", 5, "\"")});
     }
+
+    quint8 line = 0; ///< the one that is filled
 };
 
 QTEST_GUILESS_MAIN(TestCsvGenerator)

@@ -64,21 +64,22 @@ private slots:
         addGroup(0x55, 0xFF12, "9*", 0);
         addSpn(0xEF00, 0x77, 0, 5, "level");
         addSpn(0xEF00, 0x77, 1, 2, "dummy1");
-        addSpn(0xEF00, 0x77, 2, 121, "text", 200);
-        addSpn(0xEF00, 0x77, 3, 10, "level", 16);
+        addSpn(0xEF00, 0x77, 2, 121, "text", 5120);
+        addSpn(0xEF00, 0x77, 3, 10, "level", 264);
         const QString text = generate();
         const quint32 received = 0x80000000 | ((6 * 0x40000 + 0xEF00) * 0x100 + 0xFE + 0x8000);
         const quint32 sent = 0x80000000 | ((6 * 0x40000 + 0xFF12) * 0x100 + 0x80);
         const QString rx = QString::number(received);
         const QString tx = QString::number(sent);
         const QString claim = QString::number(0x80000000 | ((6 * 0x40000 + 0xEE00) * 0x100 + 0x80));
-        QVERIFY2(text.contains("\nBU_:\n\nBO_ " + rx +
-                               " Lamp_state_1: 8 Vector__XXX\n"
-                               " SG_ level : 0|8@1+ (1,0) [0|255] \"\" Vector__XXX\n"
-                               " SG_ text : 16|8@1+ (1,0) [0|255] \"\" Vector__XXX\n"
-                               " SG_ level1 : 24|16@1+ (1,0) [0|65535] \"\" Vector__XXX\n"
-                               "\nBO_ " +
-                               claim + " Address_Claiming: 8 Vector__XXX\n SG_ Identity_Number : "),
+        QVERIFY2(text.contains(
+                     "\nBU_:\n\nBO_ " + rx +
+                     " Lamp_state_1: 8 Vector__XXX\n"
+                     " SG_ level : 0|8@1+ (1,0) [0|255] \"\" Vector__XXX\n"
+                     " SG_ text : 16|8@1+ (1,0) [0|255] \"\" Vector__XXX\n"
+                     " SG_ level1 : 24|264@1+ (1,0) [0|18446744073709551615] \"\" Vector__XXX\n"
+                     "\nBO_ " +
+                     claim + " Address_Claiming: 8 Vector__XXX\n SG_ Identity_Number : "),
                  qPrintable(text));
         QVERIFY(text.contains("\nBO_ " + tx + " _9*: 8 Vector__XXX\n\n"));
         for (const QString &line :
@@ -93,7 +94,7 @@ private slots:
               "BA_ \"GenMsgCycleTime\" BO_ " + rx + " 100;",
               "BA_ \"GenMsgSendType\" BO_ " + rx + " 0;",
               "BA_ \"GenMsgSendType\" BO_ " + tx + " 8;",
-              "BA_ \"korvel_bitsize\" SG_ " + rx + " text 200;",
+              "BA_ \"korvel_bitsize\" SG_ " + rx + " text 5120;",
               "BA_ \"SigType\" SG_ " + rx + " text 8;", "BA_ \"SPN\" SG_ " + rx + " level1 3;"})
             QVERIFY2(text.contains('\n' + line + '\n'), qPrintable(line + '\n' + text));
         QVERIFY(!text.contains("dummy") && !text.contains("korvel_variable_name"));
@@ -112,6 +113,15 @@ private slots:
             QVERIFY2(text.contains(line), line);
     }
 
+    void isAFileForAllUsers()
+    {
+        store->setMiscSettingsValue("generateML", "true");
+        generate();
+        QVERIFY(writeFile(fixture.path("plain"), "x"));
+        QCOMPARE(QFile::permissions(fixture.path("lamp_0.dbc")),
+                 QFile::permissions(fixture.path("plain")));
+    }
+
     void reportsWhatCannotBeWritten()
     {
         QFile::remove(fixture.path("lamp.dbc"));
@@ -128,7 +138,8 @@ private slots:
         QCOMPARE(kvaDbWriteFile(database, fixture.path("x.dbc")), kvaDbErr_NoDatabase);
         QCOMPARE(kvaDbCreate(database, "x", nullptr), kvaDbOK);
         const QString stem(31, 'n');
-        for (const QString &name : {stem + "ab", stem + "ac", QString("m"), QString("m")}) {
+        for (const QString &name : {stem + "ab", stem + "ac", stem + "ac", QString("m"),
+                                    QString("m"), QString("FILTER"), "1" + stem}) {
             KvaDbMessageHnd message = nullptr;
             QCOMPARE(kvaDbAddMsg(database, &message), kvaDbOK);
             QCOMPARE(kvaDbSetMsgName(message, name), kvaDbOK);
@@ -140,9 +151,12 @@ private slots:
         const QByteArray bytes = stem.toLatin1();
         for (const QByteArray &part :
              {"BO_ 0 " + bytes + "a: 0", "BO_ 0 " + bytes + "1: 0", QByteArray("BO_ 0 m: 0"),
-              QByteArray("BO_ 0 m1: 0"), QByteArray("\"\xE4\x80?\";"),
+              QByteArray("BO_ 0 m1: 0"), QByteArray("BO_ 0 _FILTER: 0"),
+              QByteArray("\"\xE4\x80?\";"),
               QByteArray("\nBA_DEF_ BO_ \"SystemMessageLongSymbol\" STRING;\n"),
-              "\nBA_ \"SystemMessageLongSymbol\" BO_ 0 \"" + bytes + "ac\";\n"})
+              "\nBA_ \"SystemMessageLongSymbol\" BO_ 0 \"" + bytes + "ac\";\n",
+              "\nBA_ \"SystemMessageLongSymbol\" BO_ 0 \"" + bytes + "ac1\";\n",
+              "\nBA_ \"SystemMessageLongSymbol\" BO_ 0 \"_1" + bytes + "\";\n"})
             QVERIFY2(text.contains(part), part + "\n" + text);
     }
 

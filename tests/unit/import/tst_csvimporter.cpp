@@ -112,6 +112,24 @@ private slots:
         QCOMPARE(store->getNodes(), QList<quint8>({0, 2}));
     }
 
+    void foreignLine_data()
+    {
+        columns<QByteArray, QString>("rows", "expected");
+        // clang-format off
+        QTest::newRow("all_of_one") << QByteArray("d;1;2;3\n0x2000;0;3;a\n0x2001;0;3;b\n") << "2000/0/a/ 2001/0/b/";
+        QTest::newRow("of_two") << QByteArray("0x2000;0;3;a\n0x2001;0;4;b\n") << "";
+        QTest::newRow("with_a_present_one") << QByteArray("0x2000;0;3;a\n0x2001;0;0;b\n") << "2001/0/b/";
+        QTest::newRow("with_the_active_one") << QByteArray("0x2000;0;3;a\n0x2001;0;;b\n") << "2001/0/b/";
+        QTest::newRow("no_line") << QByteArray("0x2000;0;256;a\n") << "";
+        // clang-format on
+    }
+    void foreignLine()
+    {
+        QFETCH(QByteArray, rows);
+        QVERIFY(import("index;sub;line;edsname\n" + rows));
+        QTEST(names(), "expected");
+    }
+
     void groupedTable()
     {
         const QByteArray rows = "0x2000;;obj;ARRAY;;\"{\"\"k\"\":\"\"v\"\"}\"\n"

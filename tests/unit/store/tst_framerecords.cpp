@@ -87,6 +87,19 @@ private slots:
         QCOMPARE(store->getPGNs(0, 0x55, false), QList<quint32>({0xFF00}));
     }
 
+    void signalsGoTheWayOfTheirGroup()
+    {
+        store->addPGN(0, 1, group(0x77));
+        store->addPGN(0, 2, group(0x77));
+        store->addPGN(0, 2, group(0x55));
+        for (const quint32 number : {1, 2, 3})
+            store->addSPN(0, number, 0, number, signal(9));
+        store->updatePGNdirectionAttributes(0);
+        QVERIFY(store->existsSPN(0, 1, 0x77, 1));
+        QVERIFY(store->existsSPN(0, 2, 0x55, 2)); // the way of the row that came last
+        QVERIFY(store->existsSPN(0, 3, 0, 3));
+    }
+
     void keepsIdentifiers()
     {
         CanId id;
@@ -112,7 +125,8 @@ private slots:
             QCOMPARE(store->getDataElements(0, 0x18FF0001, 0x77), QList<quint32>({1, 2}));
             Element found;
             QVERIFY(store->getDataElementData(0, 0x18FF0001, 0x77, 2, found));
-            QCOMPARE(joined(found.name, found.pos, found.bitSize, found.canid), "other/3/4/419364865");
+            QCOMPARE(joined(found.name, found.pos, found.bitSize, found.canid),
+                     "other/3/4/419364865");
         }
         QVERIFY(store->delDataElement(0, 0x18FF0001, 0x77, 2));
         QCOMPARE(store->getDataElements(0, 0x18FF0001, 0x77), QList<quint32>({1}));

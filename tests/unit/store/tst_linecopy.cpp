@@ -59,6 +59,14 @@ private slots:
         QCOMPARE(changes.size(), 1);
     }
 
+    void subindicesWithoutAnObjectGoToo()
+    {
+        addObject(*other, 0, 0x2000);
+        store->addSubIndex(0, 0x2000, 9, fullSub());
+        QVERIFY(store->copyLineFromDatabase(*other, 0, 0, 0, 0xFFFF));
+        QCOMPARE(store->getSubIndices(0, 0x2000, 0), QList<quint8>({1}));
+    }
+
     void settingsOfTheLine()
     {
         other->addNode(1, Node());
