@@ -15,10 +15,10 @@ public:
     /// CAN FD mode, and as master where the project leaves the choice.
     QStringList start(int variant) const;
     QStringList virtualObjects() const; ///< rows "virtual"
-    QStringList counts() const; ///< rows of the start structure
+    QStringList counts() const;         ///< rows of the start structure
     QStringList indications() const;
     QStringList cobIds() const;         ///< calls that set COB-IDs of the predefined connection set
-    QStringList safety() const; ///< rows "srdo"
+    QStringList safety() const;         ///< rows "srdo"
     QStringList stringDefaults() const; ///< rows "string": variables that hold their defaults
 
     bool isMultiLine() const { return multiLine; }
@@ -43,6 +43,8 @@ private:
     int entries(quint8 line, quint16 index) const; ///< subindices from 1
     SubIndexData subOf(const Place &place) const;
 
+    QStringList commonCounts() const;
+    int bufferCount(const char *setting, quint8 line) const;
     QString subRow(const Place &place) const;
     QString valueText(const Place &place, const SubIndexData &sub, const QString &storage) const;
     int domainNumber(const Place &place) const;

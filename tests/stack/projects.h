@@ -237,6 +237,13 @@ constexpr const char *kTypes = R"(
     220c:1 U8 rw 0 1
     220d:0 U8 ro 0 1
     220d 5
+    1606:0 U8 rw 0 3
+    1606:1 U32 rw 0 0x00050008
+    1606:2 U32 rw 0 0x00050008
+    1606:3 U32 rw 0 0x00050008
+    1286:0 U8 const 1 2
+    1286:1 U32 rw 0 0x600
+    1286:2 U32 rw 0 0x600
     220e:0 U8 const 1 255
     220e:1 U8 rw 0 1
     220e:255 U8 rw 0 2

@@ -83,9 +83,11 @@ private:
         data.accessType = words.at(2);
         data.implementation = static_cast<quint8>(words.at(3).toUShort());
         if (words.at(4) != QLatin1String("-"))
-            data.defaultValue = QString(words.at(4)).replace(QLatin1String("%20"), QLatin1String(" "));
+            data.defaultValue =
+                QString(words.at(4)).replace(QLatin1String("%20"), QLatin1String(" "));
         for (const QString &flag : words.mid(5))
-            applyFlag(data, flag.section(QLatin1Char('='), 0, 0), flag.section(QLatin1Char('='), 1));
+            applyFlag(data, flag.section(QLatin1Char('='), 0, 0),
+                      flag.section(QLatin1Char('='), 1));
         if (!store.existIndex(line, index))
             object(index, sub == 0 ? QStringLiteral("var") : QStringLiteral("arr"));
         else if (sub == 1)

@@ -1,6 +1,6 @@
-// Generated C as a device has it: compiled without warnings against a stack of our own, linked, run,
-// and asked for its object dictionary and the calls of its start. What it must answer is read from
-// the project alone.
+// Generated C as a device has it: compiled without warnings against a stack of our own, linked,
+// run, and asked for its object dictionary and the calls of its start. What it must answer is read
+// from the project alone.
 #include "generators/defines/codefinegenerator.h"
 #include "generators/defines/gendefinegenerator.h"
 #include "generators/multiproto/indicationgenerator.h"
@@ -8,7 +8,6 @@
 #include "generators/objdict/srdogenerator.h"
 #include "generators/objdict/vobjdictgenerator.h"
 #include "support/cohelper.h"
-#include "support/helper.h"
 #include "tests/fixtures/storefixture.h"
 #include "tests/stack/expectation.h"
 #include "tests/stack/projects.h"
@@ -24,7 +23,8 @@ namespace
 void generate(AbstractGenerator &generator, ObjectDataBase &store, const QString &folder)
 {
     generator.setOutputDirectory(folder);
-    generator.setProjectName("Test /* of */ ?""?/");
+    generator.setProjectName("Test /* of */ ?"
+                             "?/");
     generator.setDataBase(&store);
     generator.setActiveLine(store.getNodes().first());
     QVERIFY(generator.checkWritability());
@@ -57,8 +57,8 @@ void generateAll(ObjectDataBase &store, const QString &folder, bool sdoServer)
     indicationgenerator indications;
     SrdoGenerator safety;
     VobjDictGenerator virtualObjects;
-    const QVector<AbstractGenerator *> all = {defines.get(), &indications, dictionary.get(), &safety,
-                                              &virtualObjects};
+    const QVector<AbstractGenerator *> all = {defines.get(), &indications, dictionary.get(),
+                                              &safety, &virtualObjects};
     for (AbstractGenerator *generator : all) {
         if (generator != &virtualObjects || isNeeded(virtualObjects, store))
             generate(*generator, store, folder);
@@ -68,19 +68,21 @@ void generateAll(ObjectDataBase &store, const QString &folder, bool sdoServer)
 /// Definition of an application variable of the project; \a expression names it.
 QString variableDeclaration(const QString &expression, quint16 dataType)
 {
-    static const QMap<quint16, QString> textTypes = {
-        {9, "char"}, {10, "UNSIGNED8"}, {124, "char"}};
+    static const QMap<quint16, QString> textTypes = {{9, "char"}, {10, "UNSIGNED8"}, {124, "char"}};
     if (expression.contains('('))
         return QString();
     const QString base = expression.section('[', 0, 0);
+    const QString dimension = expression.contains('[') ? "[256]" : "";
     if (textTypes.contains(dataType))
-        return QStringLiteral("%1 %2[256];\n").arg(textTypes.value(dataType), base);
+        return QStringLiteral("%1 %2%3[256];\n").arg(textTypes.value(dataType), base, dimension);
+    static const QStringList known = {"INTEGER8",   "INTEGER16",  "INTEGER24",  "INTEGER32",
+                                      "UNSIGNED8",  "UNSIGNED16", "UNSIGNED24", "UNSIGNED32",
+                                      "UNSIGNED40", "UNSIGNED48", "UNSIGNED64", "REAL32"};
     QString type = COHelper::index2DataTypeString(dataType);
-    if (type == "BOOLEAN" || dataType >= 100)
-        type = "UNSIGNED8";
     if (type == "TIME_OF_DAY")
         type = "UNSIGNED48";
-    return QStringLiteral("%1 %2%3;\n").arg(type, base, expression.contains('[') ? "[256]" : "");
+    return QStringLiteral("%1 %2%3;\n")
+        .arg(known.contains(type) ? type : "UNSIGNED8", base, dimension);
 }
 
 QString variableAddress(const QString &expression, quint16 dataType)
@@ -88,7 +90,8 @@ QString variableAddress(const QString &expression, quint16 dataType)
     if (expression.contains('('))
         return expression;
     const bool isText = dataType == 9 || dataType == 10 || dataType == 124;
-    return isText ? QStringLiteral("&(%1[0])").arg(expression) : QStringLiteral("&(%1)").arg(expression);
+    return isText ? QStringLiteral("&(%1[0])").arg(expression)
+                  : QStringLiteral("&(%1)").arg(expression);
 }
 
 /// The application around the generated sources: its variables, its functions.
@@ -132,11 +135,14 @@ private:
     QString source(const QString &declarations) const
     {
         QString text = "#include <stdio.h>\n#include \"stack.h\"\n";
-        text += QString(declarations).replace(QRegularExpression("^extern ", QRegularExpression::MultilineOption), "");
+        text +=
+            QString(declarations)
+                .replace(QRegularExpression("^extern ", QRegularExpression::MultilineOption), "");
         text += "UNSIGNED8 nodeIdOfLine(void) { return 1; }\n";
         text += "const APP_VARIABLE_T appVariables[] = {\n";
         for (auto it = variables.begin(); it != variables.end(); ++it)
-            text += QStringLiteral("    { \"%1\", %2 },\n").arg(it.key(), variableAddress(it.key(), it.value()));
+            text += QStringLiteral("    { \"%1\", %2 },\n")
+                        .arg(it.key(), variableAddress(it.key(), it.value()));
         text += "    { NULL, NULL }\n};\n" + stringPrinter();
         for (const QString &row : functions) {
             const QString name = row.section(' ', 2);
@@ -148,8 +154,9 @@ private:
     /// Prints the strings whose defaults generated code sets.
     QString stringPrinter() const
     {
-        QString text = "void printAppStrings(void);\nvoid printAppStrings(void)\n{\n    unsigned i;\n"
-                       "    (void)i;\n";
+        QString text =
+            "void printAppStrings(void);\nvoid printAppStrings(void)\n{\n    unsigned i;\n"
+            "    (void)i;\n";
         for (auto it = variables.begin(); it != variables.end(); ++it) {
             if (it.value() == 9 || it.value() == 10)
                 text += QStringLiteral("    printf(\"string %1 \");\n"
@@ -166,29 +173,49 @@ private:
     QStringList functions;
 };
 
-struct RunResult {
-    int exitCode = -1;
-    QString output;
-};
-
-RunResult run(const QString &program, const QStringList &arguments, const QString &folder)
+/// Waits for a program; true if it ended well. \a output becomes what it wrote.
+bool finish(QProcess &process, QString &output)
 {
-    QProcess process;
+    constexpr int kLongestMs = 60000;
+    const bool isDone = process.waitForFinished(kLongestMs);
+    output = QString::fromUtf8(process.readAll());
+    return isDone && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+}
+
+void start(QProcess &process, const QString &program, const QStringList &arguments,
+           const QString &folder)
+{
     process.setWorkingDirectory(folder);
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(program, arguments);
-    RunResult result;
-    if (process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit)
-        result.exitCode = process.exitCode();
-    result.output = QString::fromUtf8(process.readAll());
-    return result;
+}
+
+/// Compiles all files at once, and links them to the program "device".
+void compile(const QStringList &files, const QStringList &flags, const QString &folder)
+{
+    std::vector<std::unique_ptr<QProcess>> compilers;
+    QStringList objects;
+    for (const QString &file : files) {
+        objects << QFileInfo(file).completeBaseName() + ".o";
+        compilers.push_back(std::make_unique<QProcess>());
+        start(*compilers.back(), TEST_C_COMPILER,
+              flags + QStringList{"-c", file, "-o", objects.last()}, folder);
+    }
+    QString messages;
+    for (const auto &compiler : compilers)
+        QVERIFY2(finish(*compiler, messages), qPrintable(messages.left(4000)));
+    QProcess linker;
+    start(linker, TEST_C_COMPILER, flags + objects + QStringList{"-o", "device"}, folder);
+    QVERIFY2(finish(linker, messages), qPrintable(messages.left(4000)));
 }
 
 QStringList compilerFlags(const Expectation &expected, bool isV4, bool sdoServer)
 {
-    QStringList flags = {"-std=c99", "-O0", "-Wall", "-Wextra", "-Werror", "-fsanitize=address",
-                         "-I.", "-I" TEST_STACK "/include", "-I" TEST_STACK,
-                         "-I" TESSARINE_EXAMPLES "/pump"};
+    QStringList flags = {"-std=c99",      "-O0",
+                         "-Wall",         "-Wextra",
+                         "-Werror",       "-fsanitize=address",
+                         "-I.",           "-I" TEST_STACK "/include",
+                         "-I" TEST_STACK, "-I" TESSARINE_EXAMPLES "/pump"};
     if (isV4)
         flags << "-DSTACK_V4";
     if (expected.isSet("new_init_structure"))
@@ -201,7 +228,8 @@ QStringList compilerFlags(const Expectation &expected, bool isV4, bool sdoServer
         flags << "-DSTACK_SDO_SERVER";
     // Signed values of 24 bits have arrays, but no place in the structure that the stack reads.
     if (expected.hasType(16))
-        flags << "-Wno-unused-variable" << "-Wno-unused-const-variable";
+        flags << "-Wno-unused-variable"
+              << "-Wno-unused-const-variable";
     return flags;
 }
 
@@ -266,7 +294,9 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<bool>("isV4");
-        const auto second = [](int line) { return QString(kSecondLine).replace("%1", QString::number(line)); };
+        const auto second = [](int line) {
+            return QString(kSecondLine).replace("%1", QString::number(line));
+        };
         const QString device = kDevice;
         const QString all = device + kTypes + kServices + kPdos + kIndicationSettings;
         const QString several = device + kPdos;
@@ -306,6 +336,15 @@ private slots:
             {"sdo_routing_alone",     several + second(1) + "line 0\nsdo_routing=1"},
             {"virtual_objects",       device + kVirtual},
             {"virtual_two_lines",     device + kVirtual + second(1) + kVirtual},
+            {"limits_by_prefix",      all + "limit_check=0x1"},
+            {"can_fd_device",         device + kCanFd},
+            {"can_fd_device_new",     device + kCanFd + "new_init_structure=1"},
+            {"can_fd_device_lines",   device + kCanFd + second(1) + "line 0\nnew_init_structure=1\nnmtmaster=2"},
+            {"overwrite_nothing",     device + "overwrite_predef=1\ngenerate_string_defaults=1"},
+            {"overwrite_one_line",    device + second(1) + "line 0\noverwrite_predef=0,1"},
+            {"overwrite_tpdos",       device + "overwrite_predef=1\n1800:0 U8 const 1 1\n1800:1 U32 rw 0 $NODEID+0x180"},
+            {"static_store_function", device + "fct_store=onStore"},
+            {"buffers_of_lines",      device + second(1) + "line 0\nnew_init_structure=1\nreceivebuffersize=20,30\ntransmitbuffersize=7,8u"},
             {"virtual_compact",       device + kVirtual + "compact_array_description=1"},
             {"virtual_strings_alone", device + "2400:0 VS ro 3 -\n2401:0 DOMAIN rw 3 -"},
             {"virtual_all",           "1000:0 U32 ro 3 0\n1001:0 U8 ro 3 0"},
@@ -366,6 +405,9 @@ private slots:
         columns<QString>("text");
         QTest::addRow("one_line") << QString();
         QTest::addRow("two_lines") << QString(kSecondLine).replace("%1", "1");
+        QTest::addRow("core_headers") << QStringLiteral("use_core_headers=1");
+        QTest::addRow("values") << QString(kTypes) + kPdos;
+        QTest::addRow("uds_and_fd") << QString(kUds) + kCanFd;
         QTest::addRow("virtual") << QString(kVirtual) + QString(kSecondLine).replace("%1", "1");
     }
 
@@ -392,13 +434,12 @@ private:
         QStringList files = QDir(folder->path()).entryList({"*.c"});
         for (const char *part : {"main.c", "recorder.c", "walk.c"})
             files << QStringLiteral(TEST_STACK "/%1").arg(part);
-        const RunResult compiled =
-            run(TEST_C_COMPILER, compilerFlags(expected, isV4, sdoServer) + files + QStringList{"-o", "device"},
-                folder->path());
-        QVERIFY2(compiled.exitCode == 0, qPrintable(compiled.output.left(4000)));
-        const RunResult device = run(folder->filePath("device"), {}, folder->path());
-        QVERIFY2(device.exitCode == 0, qPrintable(device.output.right(4000)));
-        output = device.output;
+        compile(files, compilerFlags(expected, isV4, sdoServer), folder->path());
+        if (QTest::currentTestFailed())
+            return;
+        QProcess device;
+        start(device, folder->filePath("device"), {}, folder->path());
+        QVERIFY2(finish(device, output), qPrintable(output.right(4000)));
     }
 
     void checkProject()
@@ -411,7 +452,8 @@ private:
         SAME_ROWS(rowsOf(output, {"indication"}), expected.indications());
         SAME_ROWS(rowsOf(output, {"rows beyond", "  row ", "COBs"}), QStringList());
         for (const QString &row : rowsOf(output, {"lost failure"}))
-            QVERIFY2(row.endsWith("coLedInit") || row.endsWith("coIdNegoInit") || row.endsWith("coOdInitOdPtr"),
+            QVERIFY2(row.endsWith("coLedInit") || row.endsWith("coIdNegoInit") ||
+                         row.endsWith("coOdInitOdPtr"),
                      qPrintable(row)); // these have no result
         SAME_ROWS(rowsOf(section(output, "overwrite\n"), {"call coOdSetCobid"}), expected.cobIds());
         SAME_ROWS(rowsOf(output, {"virtual"}), expected.virtualObjects());
@@ -420,9 +462,11 @@ private:
         const bool hasVariants = expected.choosesMaster() || expected.isSet("canfd_supported");
         for (int variant = hasVariants ? 0 : 1; variant <= 1; ++variant) {
             const QString start = section(output, QStringLiteral("start %1\n").arg(variant));
-            SAME_ROWS(rowsOf(start, {"call", "  map", "  session", "  security"}), expected.start(variant));
+            SAME_ROWS(rowsOf(start, {"call", "  map", "  session", "  security"}),
+                      expected.start(variant));
             for (const QString &row : expected.counts())
-                QVERIFY2(start.split('\n').contains(row), qPrintable(row + "\n" + start.left(1500)));
+                QVERIFY2(start.split('\n').contains(row),
+                         qPrintable(row + "\n" + start.left(1500)));
         }
     }
 

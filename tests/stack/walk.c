@@ -173,7 +173,7 @@ static void printValue(const CO_OD_DATA_VARIABLES_T *v, const CO_OBJECT_DESC_T *
     const void *address = valueOf(v, row, distance);
     const long size = sizeOf(v, row->dataType, row->tableIdx + distance);
     if (row->dataType == CO_DTYPE_DOMAIN)
-        printf(" domain=%d", v->domain && v->domain_len && v->domain_actLen ? (int)row->tableIdx : -1);
+        printf(" domain=%d", v->domain && v->domain_len && v->domain_actLen ? (int)(row->tableIdx + distance) : -1);
     else if (storage > STACK_STORAGE_PTR) {
         if (hasReference(storage, row->subIndex))
             printf(" ref=%u", row->tableIdx);
