@@ -105,10 +105,17 @@ struct Service {
     QStringList list;
 };
 
+bool hasUDS(const ObjectDataBase &store)
+{
+    const GeneralSettings settings(store);
+    return settings.decimal("udsserver_supported") == 1 ||
+           settings.decimal("udsclient_supported") == 1;
+}
+
 QVector<Service> sessionServices(const ObjectDataBase &store, quint8 line)
 {
     QVector<Service> services;
-    if (store.getUDSServiceActiveCnt(line) == 0)
+    if (!hasUDS(store) || store.getUDSServiceActiveCnt(line) == 0)
         return services;
     const QMap<quint8, QString> names = UDSSIDDefinitions::getSIDNames();
     for (auto name = names.begin(); name != names.end(); ++name) {
@@ -219,13 +226,6 @@ quint8 CommonGeneratorHelper::getInitStructVersion(InitStructTypes type) const
     return initStructVersion(type, *store);
 }
 
-bool CommonGeneratorHelper::hasUDS() const
-{
-    const GeneralSettings settings(*store);
-    return settings.decimal("udsserver_supported") == 1 ||
-           settings.decimal("udsclient_supported") == 1;
-}
-
 QString CommonGeneratorHelper::protocolOfLine(quint8 line) const
 {
     QString protocol = QStringLiteral("MP_PROT_TYPE_UNKNOWN");
@@ -243,7 +243,7 @@ QString CommonGeneratorHelper::protocolOfLine(quint8 line) const
         protocol = QStringLiteral("MP_PROT_TYPE_J1939 | MP_PROT_TYPE_CANOPEN");
         break;
     }
-    return hasUDS() ? protocol + QStringLiteral(" | MP_PROT_TYPE_UDS") : protocol;
+    return hasUDS(*store) ? protocol + QStringLiteral(" | MP_PROT_TYPE_UDS") : protocol;
 }
 
 QString CommonGeneratorHelper::getCommonInitVars() const
@@ -260,7 +260,7 @@ QString CommonGeneratorHelper::getCommonInitVars() const
     for (const Word &word : kBufferCounts)
         text += QLatin1String(dialect.of(word));
     text += QStringLiteral("\t{ %1}").arg(protocols.join(QStringLiteral(", ")));
-    if (hasUDS()) {
+    if (hasUDS(*store)) {
         text += QStringLiteral(",\n"
                                "\t{ ISOTP_CLIENT_COUNTS },\n"
                                "\t{ ISOTP_SERVER_COUNTS },\n");
@@ -268,7 +268,7 @@ QString CommonGeneratorHelper::getCommonInitVars() const
     if (GeneralSettings(*store).decimal("canfd_supported") >= 1) {
         // Deliberate: the element in front ends in a comma only with UDS, and two commas would not
         // compile; held by tst_commongeneratorhelper.
-        if (!hasUDS())
+        if (!hasUDS(*store))
             text += QStringLiteral(",\n");
         text += QStringLiteral("\t{ %1 }\n").arg(canFdModes.join(QStringLiteral(", ")));
     }
@@ -277,7 +277,7 @@ QString CommonGeneratorHelper::getCommonInitVars() const
 
 QString CommonGeneratorHelper::getUDSInit_common() const
 {
-    if (!hasUDS())
+    if (!hasUDS(*store))
         return QString();
     return QStringLiteral("\t/* UDS common initialization */ \n"
                           "\tretVal = udsStackInit_common(&udsServiceInitVars);\n") +
@@ -286,7 +286,7 @@ QString CommonGeneratorHelper::getUDSInit_common() const
 
 QString CommonGeneratorHelper::getUDSInit_lines(quint8 line, bool multi) const
 {
-    if (!hasUDS())
+    if (!hasUDS(*store))
         return QString();
     const QString number = QString::number(line);
     const QString call =
@@ -331,7 +331,7 @@ QString CommonGeneratorHelper::lineStructure(quint8 line) const
 
 QString CommonGeneratorHelper::getUDSInitStructures() const
 {
-    if (!hasUDS())
+    if (!hasUDS(*store))
         return QString();
     const QList<quint8> lines = readProjectLines(*store).numbers;
     QString text = QStringLiteral("\t/* UDS common initialization structure */ \n"

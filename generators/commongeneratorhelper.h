@@ -12,8 +12,8 @@
 class ObjectDataBase;
 
 /// Makes C text from the settings of a project; writes no file. Lines are those of
-/// readProjectLines(). All UDS start-up texts are empty for a project with neither UDS server nor
-/// UDS client.
+/// readProjectLines(). All UDS texts are empty, and tables have no rows, for a project with neither
+/// UDS server nor UDS client.
 class CommonGeneratorHelper : public QObject
 {
     Q_OBJECT
@@ -54,7 +54,6 @@ protected:
     CommonGeneratorHelper(ObjectDataBase *database, const Dialect &words, QObject *parent);
 
 private:
-    bool hasUDS() const;
     QString protocolOfLine(quint8 line) const;
     QString clientCounts() const;
     QString lineStructure(quint8 line) const;

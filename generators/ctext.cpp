@@ -1,6 +1,7 @@
 // Texts of a project inside generated C.
 #include "generators/ctext.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 
 namespace
@@ -111,6 +112,15 @@ quint32 CText::literalBytes(const QString &content)
         }
     }
     return static_cast<quint32>(escaped + plain.toUtf8().size());
+}
+
+QString CText::headComment(const char *title, const QString &projectName,
+                           const QString &toolVersion)
+{
+    return QStringLiteral("/*\n") +
+           QString::fromLatin1(title).arg(comment(projectName), QCoreApplication::applicationName(),
+                                          toolVersion) +
+           QStringLiteral(" * %1\n").arg(generationTime()) + QStringLiteral(" */\n");
 }
 
 QString CText::generationTime()

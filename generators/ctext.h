@@ -17,6 +17,10 @@ QString stringContent(const QString &text);
 /// Bytes of a literal with that content, as stringContent() gives it, without the closing zero.
 quint32 literalBytes(const QString &content);
 
+/// The comment at the top of a generated file, with its date. \a title is the text line: %1 stands
+/// for the project's name, %2 for that of the tool, %3 for its version.
+QString headComment(const char *title, const QString &projectName, const QString &toolVersion);
+
 /// Date and time of the run, as the heads of generated files tell it; English in any locale.
 QString generationTime();
 

@@ -491,6 +491,7 @@ private:
     QList<quint8> selectSubs(quint8 line, quint16 index, quint8 minSub, bool onlyMappable) const;
     QList<SubAddress> addressesOf(const QString &sql, const QVector<QVariant> &values) const;
 
+    QVariant udsColumn(quint8 line, quint8 sid, const char *column) const;
     bool setUdsColumn(quint8 line, quint8 sid, const char *column, const QVariant &value);
 
     std::unique_ptr<StorePrivate> d;

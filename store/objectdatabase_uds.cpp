@@ -1,31 +1,28 @@
 // Diagnostic services of a line (ISO 14229-1).
 #include "store/objectdatabase_p.h"
 
-bool ObjectDataBase::isUDSServiceActive(quint8 line, quint8 sid) const
+QVariant ObjectDataBase::udsColumn(quint8 line, quint8 sid, const char *column) const
 {
     Statement statement(*d,
-                        QStringLiteral("select active from %1 where sid = ?")
-                            .arg(Schema::table("UDSSettings", line)),
+                        QStringLiteral("select %1 from %2 where sid = ?")
+                            .arg(QLatin1String(column), Schema::table("UDSSettings", line)),
                         {sid});
-    return statement.next() && statement.value(0).toInt() != 0;
+    return statement.next() ? statement.value(0) : QVariant();
+}
+
+bool ObjectDataBase::isUDSServiceActive(quint8 line, quint8 sid) const
+{
+    return udsColumn(line, sid, "active").toInt() != 0;
 }
 
 QString ObjectDataBase::getUDSServiceSessions(quint8 line, quint8 sid) const
 {
-    Statement statement(*d,
-                        QStringLiteral("select sessions from %1 where sid = ?")
-                            .arg(Schema::table("UDSSettings", line)),
-                        {sid});
-    return statement.next() ? statement.value(0).toString() : QString();
+    return udsColumn(line, sid, "sessions").toString();
 }
 
 QString ObjectDataBase::getUDSServiceUserLevels(quint8 line, quint8 sid) const
 {
-    Statement statement(*d,
-                        QStringLiteral("select userlevels from %1 where sid = ?")
-                            .arg(Schema::table("UDSSettings", line)),
-                        {sid});
-    return statement.next() ? statement.value(0).toString() : QString();
+    return udsColumn(line, sid, "userlevels").toString();
 }
 
 int ObjectDataBase::getUDSServiceActiveCnt(quint8 line) const

@@ -1,4 +1,4 @@
-// Names of objects and subindices.
+// Names of objects, parameter groups and identifiers, and of what they hold.
 #include "generators/objdict/indicesgenerator.h"
 
 #include "generators/ctext.h"
@@ -6,7 +6,6 @@
 #include "support/helper.h"
 #include "support/logging.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QThread>
 
@@ -15,6 +14,9 @@ namespace
 
 /// Objects up to this one describe communication; those of a kind have the same subindices.
 constexpr quint16 kLastCommunicationIndex = 0x1FFF;
+
+constexpr quint8 kReceived = 0x77;
+constexpr quint8 kTransmitted = 0x55;
 
 bool canStandInName(QChar character)
 {
@@ -38,6 +40,12 @@ QString onlyNameCharacters(QString text)
     return text;
 }
 
+/// \a text behind one of the prefixes that tell kinds of names apart.
+QString prefixedName(const char *kind, const QString &text)
+{
+    return IndexDefines::replaceInvalidCharacters(QLatin1String(kind) + upperWithoutBlanks(text));
+}
+
 QString objectName(const IndexData &data, quint16 index)
 {
     // Deliberate: the user's own name keeps its runs of "_", and has no "I_" before it unless a
@@ -47,8 +55,7 @@ QString objectName(const IndexData &data, quint16 index)
     if (!given.isEmpty())
         return given.at(0).isDigit() ? QStringLiteral("I_") + given : given;
     const QString name = data.name.isEmpty() ? IndexData().name : data.name;
-    return IndexDefines::replaceInvalidCharacters(
-        QStringLiteral("I_") + upperWithoutBlanks(Helper::substituteVariables(name, index, 0)));
+    return prefixedName("I_", Helper::substituteVariables(name, index, 0));
 }
 
 QString subIndexName(const SubIndexData &data, quint16 index, quint8 sub)
@@ -56,7 +63,23 @@ QString subIndexName(const SubIndexData &data, quint16 index, quint8 sub)
     const QString given = data.metadata.value(QStringLiteral("subdefine"));
     const QString name =
         given.isEmpty() ? Helper::substituteVariables(data.name, index, sub) : given;
-    return IndexDefines::replaceInvalidCharacters(QStringLiteral("S_") + upperWithoutBlanks(name));
+    return prefixedName("S_", name);
+}
+
+/// Place holders take the low 16 bits of a number.
+QString frameName(const char *kind, const QString &name, quint32 number)
+{
+    return prefixedName(kind, Helper::substituteVariables(name, static_cast<quint16>(number), 0));
+}
+
+QString hexValue(quint32 value)
+{
+    return QStringLiteral("\t0x%1u\n").arg(value, 0, 16);
+}
+
+QString decimalValue(quint32 value)
+{
+    return QStringLiteral("\t%1u\n").arg(value);
 }
 
 } // namespace
@@ -74,17 +97,17 @@ void DefineNames::startLine(const QString &linePrefix)
     usedNames.clear();
 }
 
-std::optional<QString> DefineNames::claimCounted(const QString &name, quint32 value)
+bool DefineNames::isTaken(const QString &name, quint32 value) const
 {
-    if (!usedNames.contains(name)) {
+    return usedNames.contains(name) || writtenNames.value(prefix + name, value) != value;
+}
+
+std::optional<QString> DefineNames::claimCounted(const QString &name, quint32 value,
+                                                 const char *separator)
+{
+    if (!isTaken(name, value)) {
         usedNames.insert(name, 0);
-        const auto written = writtenNames.constFind(prefix + name);
-        if (written == writtenNames.constEnd()) {
-            writtenNames.insert(prefix + name, value);
-            return name;
-        }
-        if (*written == value)
-            return std::nullopt;
+        return claimShared(name, value);
     }
     // Deliberate: the count goes on until the name is new, since a name that was given with its
     // digits would lose its define otherwise; held by tst_indicesgenerator.
@@ -92,7 +115,7 @@ std::optional<QString> DefineNames::claimCounted(const QString &name, quint32 va
     QString counted;
     do {
         ++count;
-        counted = name + QString::number(count);
+        counted = name + QLatin1String(separator) + QString::number(count);
     } while (writtenNames.contains(prefix + counted));
     writtenNames.insert(prefix + counted, value);
     return counted;
@@ -118,7 +141,8 @@ void IndexDefines::generateIndexDefine(quint16 index)
     IndexData data;
     if (!store.getIndexData(line, index, data))
         return;
-    writeDefine("#define ", names.claimCounted(objectName(data, index), index), index);
+    writeDefine("#define ", names.claimCounted(objectName(data, index), index, ""),
+                hexValue(index));
     if (data.objectCode != CANopen::ObjectCode::Array &&
         data.objectCode != CANopen::ObjectCode::Record)
         return;
@@ -133,19 +157,62 @@ void IndexDefines::generateSubDefine(quint16 index, quint8 sub)
     (void)store.getSubIndexData(line, index, sub, data); // one that fails keeps its default name
     const QString name = subIndexName(data, index, sub);
     writeDefine("#define  ",
-                index > kLastCommunicationIndex ? names.claimCounted(name, sub)
+                index > kLastCommunicationIndex ? names.claimCounted(name, sub, "")
                                                 : names.claimShared(name, sub),
-                sub);
+                hexValue(sub));
+}
+
+void IndexDefines::genCANIDDefine(quint32 id, quint8 direction, quint32 number)
+{
+    CANID data;
+    if (!store.getCANIDData(line, id, direction, data))
+        return;
+    writeDefine("#define ", names.claimCounted(frameName("ID_", data.name, id), id, "_"),
+                decimalValue(id));
+    writeDefine("#define ", names.claimCounted(QStringLiteral("ID_%1").arg(id), number, "_"),
+                decimalValue(number));
+    const QVector<DataElement> elements = store.getDataElementRecords(line, id, direction);
+    for (const DataElement &element : elements)
+        generateDataElementDefine(element);
+    out.raw("\n");
+}
+
+void IndexDefines::generateDataElementDefine(const DataElement &element)
+{
+    writeDefine("#define ",
+                names.claimCounted(prefixedName("S_", element.name), element.number, "_"),
+                decimalValue(element.number));
+}
+
+void IndexDefines::genPGNDefine(quint32 pgn, quint8 direction)
+{
+    PGN data;
+    if (!store.getPGNData(line, pgn, direction, data))
+        return;
+    writeDefine(
+        "#define ", names.claimCounted(frameName("PGN_", data.name, pgn), pgn, ""),
+        QStringLiteral("\t%1u /* 0x%2 */\n").arg(QString::number(pgn), QString::number(pgn, 16)));
+    const QVector<SPN> spns = store.getSPNRecords(line, pgn, direction);
+    for (const SPN &spn : spns)
+        generateSpnDefine(pgn, spn);
+    out.raw("\n");
+}
+
+void IndexDefines::generateSpnDefine(quint32 pgn, const SPN &spn)
+{
+    QString name = prefixedName("SPN_", spn.name);
+    if (names.isTaken(name, spn.number))
+        name += QStringLiteral("_%1").arg(pgn, 4, 16, QLatin1Char('0'));
+    writeDefine("#define ", names.claimCounted(name, spn.number, "_"), decimalValue(spn.number));
 }
 
 void IndexDefines::writeDefine(const char *directive, const std::optional<QString> &name,
-                               quint32 value)
+                               const QString &value)
 {
     if (!name)
         return;
     out.raw(directive);
-    out.raw(prefix + fillString(*name));
-    out.raw(QStringLiteral("\t0x%1u\n").arg(value, 0, 16));
+    out.raw(prefix + fillString(*name) + value);
 }
 
 void IndexDefines::writeEnd()
@@ -188,12 +255,10 @@ bool IndicesGenerator::checkWritability()
 
 void IndicesGenerator::writeHead(TextWriter &out) const
 {
-    out.raw("/*\n");
-    out.raw(
-        QStringLiteral(" *  CO index/J1939 PGN/raw CAN-ID  defines for %1 - generated by %2 %3\n")
-            .arg(CText::comment(projectName), QCoreApplication::applicationName(), toolVersion));
-    out.raw(QStringLiteral(" * %1\n").arg(CText::generationTime()));
-    out.raw(" */\n\n"
+    out.raw(CText::headComment(
+        " *  CO index/J1939 PGN/raw CAN-ID  defines for %1 - generated by %2 %3\n", projectName,
+        toolVersion));
+    out.raw("\n"
             "/* protect against multiple inclusion of the file */\n"
             "#ifndef GEN_INDICES_H\n"
             "#define GEN_INDICES_H 1\n\n");
@@ -211,16 +276,39 @@ void IndicesGenerator::doJob()
     IndexDefines defines(*database, out, isMultiLine());
     for (const quint8 line : qAsConst(lines)) {
         defines.startLine(line);
-        const QList<quint16> indices = database->getIndices(line, 0x1000, 0xFFFF);
-        for (const quint16 index : indices) {
-            if (abortRequested) {
-                qCDebug(lcGenerator) << "Generation aborted";
-                break;
-            }
-            defines.generateIndexDefine(index);
-            QThread::yieldCurrentThread();
-        }
+        writeObjects(defines, line);
+        writeFrames(defines, line);
     }
     defines.writeEnd();
     closeOutputFile(out, file);
+}
+
+void IndicesGenerator::writeObjects(IndexDefines &defines, quint8 line) const
+{
+    const QList<quint16> indices = database->getIndices(line, 0x1000, 0xFFFF);
+    for (const quint16 index : indices) {
+        if (abortRequested) {
+            qCDebug(lcGenerator) << "Generation aborted";
+            break;
+        }
+        defines.generateIndexDefine(index);
+        QThread::yieldCurrentThread();
+    }
+}
+
+void IndicesGenerator::writeFrames(IndexDefines &defines, quint8 line) const
+{
+    for (const quint8 direction : {kReceived, kTransmitted}) {
+        quint32 number = 0;
+        const QList<quint32> ids = database->getCANIDs(line, direction);
+        for (const quint32 id : ids)
+            defines.genCANIDDefine(id, direction, number++);
+    }
+    QThread::yieldCurrentThread();
+    for (const quint8 direction : {kReceived, kTransmitted}) {
+        const QList<quint32> pgns = database->getPGNs(line, direction, false);
+        for (const quint32 pgn : pgns)
+            defines.genPGNDefine(pgn, direction);
+        QThread::yieldCurrentThread();
+    }
 }

@@ -8,6 +8,8 @@
 
 #include <optional>
 
+class IndexDefines;
+
 /// Writes one header for the lines of all protocols; the first file of a run.
 class IndicesGenerator : public AbstractGenerator
 {
@@ -27,6 +29,8 @@ public slots:
 private:
     QString targetFile() const;
     void writeHead(TextWriter &out) const;
+    void writeObjects(IndexDefines &defines, quint8 line) const;
+    void writeFrames(IndexDefines &defines, quint8 line) const; ///< of J1939 and raw CAN
 
     QList<quint8> lines;
 };
@@ -41,10 +45,12 @@ public:
     /// prefixes do not meet.
     void startLine(const QString &linePrefix);
 
-    /// The name to define as \a value: \a name, or if that was asked for before on this line, or
-    /// stands for another value, with the first count behind it that makes it new. None if there is
-    /// just this define already.
-    std::optional<QString> claimCounted(const QString &name, quint32 value);
+    /// Was \a name asked for before on this line, or does it stand for another value?
+    bool isTaken(const QString &name, quint32 value) const;
+
+    /// The name to define as \a value: \a name, or if that is taken, with \a separator and the
+    /// first count behind it that makes it new. None if there is just this define already.
+    std::optional<QString> claimCounted(const QString &name, quint32 value, const char *separator);
 
     /// \a name, or none if it has a define, whatever its value.
     std::optional<QString> claimShared(const QString &name, quint32 value);
@@ -69,6 +75,14 @@ public:
     /// Names of an object of the line and, of arrays and records, of their subindices from 1 up.
     void generateIndexDefine(quint16 index);
 
+    /// Name of an identifier; one by which its \a number among those of its direction is found; and
+    /// names of its data elements.
+    void genCANIDDefine(quint32 id, quint8 direction, quint32 number);
+
+    /// Names of a parameter group and its SPNs. A repeated name of an SPN takes the number of its
+    /// group.
+    void genPGNDefine(quint32 pgn, quint8 direction);
+
     void writeEnd();
 
     /// At least 25 characters, filled with blanks.
@@ -77,8 +91,17 @@ public:
     static QString replaceInvalidCharacters(const QString &text);
 
 private:
+    using PGN = ObjectDataBase::PGN;
+    using SPN = ObjectDataBase::SPN;
+    using CANID = ObjectDataBase::CANID;
+    using DataElement = ObjectDataBase::DataElement;
+
     void generateSubDefine(quint16 index, quint8 sub);
-    void writeDefine(const char *directive, const std::optional<QString> &name, quint32 value);
+    void generateDataElementDefine(const DataElement &element);
+    void generateSpnDefine(quint32 pgn, const SPN &spn);
+    /// \a value is the rest of the line; nothing is written without a name.
+    void writeDefine(const char *directive, const std::optional<QString> &name,
+                     const QString &value);
 
     const ObjectDataBase &store;
     TextWriter &out;

@@ -38,6 +38,13 @@ constexpr TypeRow kTypes[] = {
 
 } // namespace
 
+ObjDict::Dialect ObjDict::dialectOf(const ObjectDataBase &store)
+{
+    return GeneralSettings(store).text("use_core_headers") == QLatin1String("V4")
+               ? v4Dialect()
+               : classicDialect();
+}
+
 std::optional<ObjDict::ValueClass> ObjDict::valueClassOf(quint16 dataType)
 {
     for (const TypeRow &row : kTypes) {

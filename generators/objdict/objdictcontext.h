@@ -56,6 +56,9 @@ constexpr Dialect v4Dialect()
     return d;
 }
 
+/// That of the stack which the project asks for.
+Dialect dialectOf(const ObjectDataBase &store);
+
 /// The types of values that have an array of their own, `od_<tag>`.
 enum class ValueClass { U8, U16, U24, U32, U40, U48, U64, I8, I16, I24, I32, R32 };
 constexpr int kValueClassCount = 12;

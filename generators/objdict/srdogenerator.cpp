@@ -2,10 +2,10 @@
 #include "generators/objdict/srdogenerator.h"
 
 #include "generators/ctext.h"
+#include "generators/objdict/objdictpreamble.h"
+#include "generators/objdict/objdictvalues.h"
 #include "generators/projectlines.h"
-#include "support/helper.h"
 
-#include <QCoreApplication>
 #include <QFile>
 
 namespace
@@ -22,41 +22,38 @@ constexpr quint8 kSubFirstCobId = 5;
 
 constexpr quint8 kApplicationVariable = 2;
 
-QString addressOf(const ObjectDataBase &store, quint8 line, quint32 mapping)
+QString addressOf(const ObjDict::Context &context, quint8 line, quint32 mapping)
 {
     const auto index = static_cast<quint16>(mapping >> 16);
     const auto sub = static_cast<quint8>(mapping >> 8);
     SubIndexData data;
     // All other values lie in arrays that only the object dictionary's source knows.
-    if (!store.getSubIndexData(line, index, sub, data) ||
-        data.implementation != kApplicationVariable)
+    if (!context.store.getSubIndexData(line, index, sub, data) ||
+        data.implementation != kApplicationVariable || data.varName.trimmed().isEmpty())
         return QStringLiteral("NULL");
-    const QString name = Helper::substituteVariables(data.varName, index, sub).trimmed();
-    if (name.isEmpty())
-        return QStringLiteral("NULL");
-    // An expression, such as a macro call, is an address as it stands.
-    return name.contains(QLatin1Char('(')) ? name : QStringLiteral("&(%1)").arg(name);
+    return ObjDict::getObjectAddress(context, line, index, sub);
 }
 
-QVector<Srdo::MapEntry> readMapping(const ObjectDataBase &store, quint8 line, quint16 index)
+QVector<Srdo::MapEntry> readMapping(const ObjDict::Context &context, quint8 line, quint16 index)
 {
     const auto valueOf = [&](quint8 sub) {
-        return Numbers::toUIntByPrefix(store.getSubIndexValue(line, index, sub));
+        return Numbers::toUIntByPrefix(context.store.getSubIndexValue(line, index, sub));
     };
     QVector<Srdo::MapEntry> entries;
     const auto count = static_cast<quint8>(valueOf(0));
     for (int sub = 1; sub <= count; ++sub) {
         Srdo::MapEntry entry;
         entry.mapping = valueOf(static_cast<quint8>(sub));
-        entry.address = addressOf(store, line, entry.mapping);
+        entry.address = addressOf(context, line, entry.mapping);
         entry.isInverted = sub % 2 == 0;
         entries << entry;
     }
     return entries;
 }
 
-Srdo::Parameters readSrdo(const ObjectDataBase &store, quint8 line, quint16 index)
+Srdo::Parameters readSrdo(const ObjDict::Context &context, quint8 line, quint16 index)
 {
+    const ObjectDataBase &store = context.store;
     const auto valueOf = [&](quint8 sub) {
         return Numbers::toUIntByPrefix(store.getSubIndexValue(line, index, sub));
     };
@@ -68,7 +65,7 @@ Srdo::Parameters readSrdo(const ObjectDataBase &store, quint8 line, quint16 inde
     srdo.srvtMs = static_cast<quint8>(valueOf(kSubValidationTime));
     for (quint8 i = 0; i < srdo.cobIds.size(); ++i)
         srdo.cobIds[i] = Srdo::parseCobId(store.getSubIndexValue(line, index, kSubFirstCobId + i));
-    srdo.mapping = readMapping(store, line, static_cast<quint16>(index + kMappingDistance));
+    srdo.mapping = readMapping(context, line, static_cast<quint16>(index + kMappingDistance));
     return srdo;
 }
 
@@ -109,48 +106,43 @@ Srdo::CobId Srdo::parseCobId(const QString &value)
     return cobId;
 }
 
-QVector<Srdo::Parameters> Srdo::readSrdos(const ObjectDataBase &store)
+QVector<Srdo::Parameters> Srdo::readSrdos(const ObjDict::Context &context)
 {
     QVector<Parameters> srdos;
-    const QList<quint8> lines = readProjectLines(store).numbers;
+    const QList<quint8> lines = readProjectLines(context.store).numbers;
     for (const quint8 line : lines) {
-        const QList<quint16> indices = store.getIndices(line, kFirstSrdo, kLastSrdo);
+        const QList<quint16> indices = context.store.getIndices(line, kFirstSrdo, kLastSrdo);
         for (const quint16 index : indices)
-            srdos << readSrdo(store, line, index);
+            srdos << readSrdo(context, line, index);
     }
     return srdos;
 }
 
-void Srdo::writePreamble(TextWriter &out, const GeneralSettings &settings, const char *constMacro)
+void Srdo::writePreamble(ObjDict::Context &context)
 {
+    TextWriter &out = context.out;
     out.raw("#include <stddef.h>\n\n"
             "#include <gen_define.h>\n"
             "#include <co_canopen.h>\n"
             "\n");
-    const QStringList headers =
-        settings.trimmed("applicationheader").split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    if (!headers.isEmpty()) {
-        out.raw("/* application header file(s) */\n");
-        for (const QString &header : headers)
-            out.raw(QStringLiteral("#include \"%1\"\n").arg(header));
-        out.raw("\n");
-    }
+    ObjDict::writeApplicationHeaders(context);
     out.raw(QStringLiteral("/* definition of memory specifier */\n"
                            "#ifndef %1\n"
                            "#define %1 const\n"
                            "#endif\n\n")
-                .arg(QLatin1String(constMacro)));
+                .arg(QLatin1String(context.dialect.constMacro)));
 }
 
-void Srdo::writeMappings(TextWriter &out, const QVector<Parameters> &srdos, const char *constMacro)
+void Srdo::writeMappings(ObjDict::Context &context, const QVector<Parameters> &srdos)
 {
+    TextWriter &out = context.out;
     for (const Parameters &srdo : srdos) {
         if (srdo.mapping.isEmpty())
             continue;
         out.raw(QStringLiteral("/* mapping of SRDO %1 of line %2 */\n")
                     .arg(QString::number(srdo.number), QString::number(srdo.line)));
         out.raw(QStringLiteral("static %1 CO_SRDO_MAP_ENTRY_T\t%2[%3] = {\n")
-                    .arg(QLatin1String(constMacro), mappingName(srdo),
+                    .arg(QLatin1String(context.dialect.constMacro), mappingName(srdo),
                          QString::number(srdo.mapping.size())));
         for (const MapEntry &entry : srdo.mapping)
             out.raw(entryText(entry));
@@ -158,14 +150,15 @@ void Srdo::writeMappings(TextWriter &out, const QVector<Parameters> &srdos, cons
     }
 }
 
-void Srdo::writeTable(TextWriter &out, const QVector<Parameters> &srdos, const char *constMacro)
+void Srdo::writeTable(ObjDict::Context &context, const QVector<Parameters> &srdos)
 {
     if (srdos.isEmpty())
         return; // the definitions header does not define the length then
+    TextWriter &out = context.out;
     out.raw("/* SRDOs of all lines: line, number, direction, refresh time (ms), SRVT (ms), both\n"
             " * COB-IDs with their factor of the node-ID, entries of the mapping, mapping */\n");
     out.raw(QStringLiteral("%1 CO_SRDO_TABLE_T\tsrdo_table[CO_SRDO_CNT] = {\n")
-                .arg(QLatin1String(constMacro)));
+                .arg(QLatin1String(context.dialect.constMacro)));
     for (const Parameters &srdo : srdos) {
         const quint32 numbers[] = {srdo.line, srdo.number, srdo.direction, srdo.refreshTimeMs,
                                    srdo.srvtMs};
@@ -197,23 +190,17 @@ bool SrdoGenerator::checkWritability()
 void SrdoGenerator::doJob()
 {
     const JobBracket bracket(*this);
-    const GeneralSettings settings(*database);
-    const ObjDict::Dialect dialect = settings.text("use_core_headers") == QLatin1String("V4")
-                                         ? ObjDict::v4Dialect()
-                                         : ObjDict::classicDialect();
-    const QVector<Srdo::Parameters> srdos = Srdo::readSrdos(*database);
     QFile file(targetFile());
     if (!openOutputFile(file))
         return;
     TextWriter out(&file);
-    out.raw("/*\n");
-    out.raw(
-        QStringLiteral(" * SRDO definitions for %1 - generated by %2 %3\n")
-            .arg(CText::comment(projectName), QCoreApplication::applicationName(), toolVersion));
-    out.raw(QStringLiteral(" * %1\n").arg(CText::generationTime()));
-    out.raw(" */\n");
-    Srdo::writePreamble(out, settings, dialect.constMacro);
-    Srdo::writeMappings(out, srdos, dialect.constMacro);
-    Srdo::writeTable(out, srdos, dialect.constMacro);
+    const ObjDict::Dialect dialect = ObjDict::dialectOf(*database);
+    ObjDict::Context context{*database, out, dialect, GeneralSettings(*database), {}, {}, {}};
+    const QVector<Srdo::Parameters> srdos = Srdo::readSrdos(context);
+    out.raw(CText::headComment(" * SRDO definitions for %1 - generated by %2 %3\n", projectName,
+                               toolVersion));
+    Srdo::writePreamble(context);
+    Srdo::writeMappings(context, srdos);
+    Srdo::writeTable(context, srdos);
     closeOutputFile(out, file);
 }

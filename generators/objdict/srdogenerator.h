@@ -57,11 +57,11 @@ struct Parameters {
 };
 
 /// By line and number, as many as the definitions header counts.
-QVector<Parameters> readSrdos(const ObjectDataBase &store);
+QVector<Parameters> readSrdos(const ObjDict::Context &context);
 
 // The sections, in file order. The table refers to the mappings.
-void writePreamble(TextWriter &out, const GeneralSettings &settings, const char *constMacro);
-void writeMappings(TextWriter &out, const QVector<Parameters> &srdos, const char *constMacro);
-void writeTable(TextWriter &out, const QVector<Parameters> &srdos, const char *constMacro);
+void writePreamble(ObjDict::Context &context);
+void writeMappings(ObjDict::Context &context, const QVector<Parameters> &srdos);
+void writeTable(ObjDict::Context &context, const QVector<Parameters> &srdos);
 
 } // namespace Srdo

@@ -99,13 +99,6 @@ QString constTable(const Context &context, const char *start)
                                           QLatin1String(context.dialect.constStorageMacro));
 }
 
-ObjDict::Dialect dialectOf(const ObjectDataBase &store)
-{
-    return GeneralSettings(store).text("use_core_headers") == QLatin1String("V4")
-               ? v4Dialect()
-               : classicDialect();
-}
-
 } // namespace
 
 VobjDict::Counted VobjDict::readCounted(const ObjectDataBase &store)

@@ -51,7 +51,7 @@ private slots:
         set({"udsserver_supported=2", "udsclient_supported=0"});
         const CommonGeneratorHelper helper(store.get());
         QCOMPARE(helper.getUDSInit_common() + helper.getUDSInit_lines(0, true) +
-                     helper.getUDSInitStructures(),
+                     helper.getUDSInitStructures() + helper.getUDSSessionTable(0),
                  "");
     }
 
@@ -70,6 +70,7 @@ private slots:
 
     void tablesHoldAsManyRowsAsTheirSizeTells()
     {
+        set({"udsserver_supported=1"});
         activateOnly({0x11, 0x22, 0x85}); // the last has no name, and no row
         store->setUDSServiceSessions(0, 0x11, "1, 65,x,300");
         store->setUDSServiceSessions(0, 0x22, "");

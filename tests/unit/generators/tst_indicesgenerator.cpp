@@ -1,4 +1,4 @@
-// Names of objects and subindices.
+// Names of objects, parameter groups and identifiers, and of what they hold.
 #include "generators/objdict/indicesgenerator.h"
 #include "tests/fixtures/storefixture.h"
 
@@ -117,7 +117,99 @@ private slots:
                               "L0_S_COB_ID 0x1u"}));
     }
 
+    void parameterGroups()
+    {
+        addGroup(0, 0x77, 0xFEF2, "Fuel (rate)", {{184, "Fuel"}, {183, "load"}});
+        addGroup(0, 0x77, 0x1F004, "Fuel (rate)", {{190, "Fuel"}, {191, "Fuel"}, {192, "Fuel"}});
+        addGroup(0, 0x55, 0xFE, "out ${index}", {{190, "Fuel"}});
+        QCOMPARE(bodyOf(generate()), "#define PGN_FUEL_RATE_           \t65266u /* 0xfef2 */\n"
+                                     "#define SPN_FUEL                 \t184u\n"
+                                     "#define SPN_LOAD                 \t183u\n"
+                                     "\n"
+                                     "#define PGN_FUEL_RATE_1          \t126980u /* 0x1f004 */\n"
+                                     "#define SPN_FUEL_1f004           \t190u\n"
+                                     "#define SPN_FUEL_1f004_1         \t191u\n"
+                                     "#define SPN_FUEL_1f004_2         \t192u\n"
+                                     "\n"
+                                     "#define PGN_OUT_00FE             \t254u /* 0xfe */\n"
+                                     "#define SPN_FUEL_00fe            \t190u\n"
+                                     "\n");
+    }
+
+    void identifiers()
+    {
+        addIdentifier(0, 0x55, 0x101, "lamp", {"level", "level"});
+        addIdentifier(0, 0x55, 0x18FF0001, "lamp", {});
+        addIdentifier(0, 0x77, 0x18FF0001, "in ${number}", {"level"});
+        addIdentifier(0, 0x55, 0x102, "257", {"x", "level 1"}); // named as the other's number
+        QCOMPARE(bodyOf(generate()), "#define ID_IN_1                  \t419364865u\n"
+                                     "#define ID_419364865             \t0u\n"
+                                     "#define S_LEVEL                  \t1u\n"
+                                     "\n"
+                                     "#define ID_LAMP                  \t257u\n"
+                                     "#define ID_257                   \t0u\n"
+                                     "#define S_LEVEL_1                \t1u\n"
+                                     "#define S_LEVEL_2                \t2u\n"
+                                     "\n"
+                                     "#define ID_257_1                 \t258u\n"
+                                     "#define ID_258                   \t1u\n"
+                                     "#define S_X                      \t1u\n"
+                                     "#define S_LEVEL_1_1              \t2u\n"
+                                     "\n"
+                                     "#define ID_LAMP_1                \t419364865u\n"
+                                     "#define ID_419364865_1           \t2u\n"
+                                     "\n");
+    }
+
+    void framesBehindObjectsOfEachLine()
+    {
+        store->addNode(3, {});
+        for (const quint8 line : {0, 3}) {
+            addGroup(line, 0x55, quint32(7 + line / 3), "g", {{9, "s"}});
+            addIdentifier(line, 0x55, 5, "i", {"s"});
+            addObject(line, 0x1001, "o", ObjectCode::Var);
+        }
+        const QStringList single = {"I_O 0x1001u",        "ID_I 5u",  "ID_5 0u", "S_S 1u", "",
+                                    "PGN_G 7u /* 0x7 */", "SPN_S 9u", ""};
+        // Without prefixes a name stands for one number in all the file.
+        QCOMPARE(definesOf(generate({0, 3}, false)),
+                 single + QStringList({"", "PGN_G1 8u /* 0x8 */", ""}));
+        const QStringList lineThree = definesOf(generate({0, 3}, true)).mid(single.size());
+        QCOMPARE(lineThree, QStringList({"L3_I_O 0x1001u", "L3_ID_I 5u", "L3_ID_5 0u", "L3_S_S 1u",
+                                         "", "L3_PGN_G 8u /* 0x8 */", "L3_SPN_S 9u", ""}));
+    }
+
 private:
+    void addGroup(quint8 line, quint8 direction, quint32 number, const QString &name,
+                  const QVector<QPair<quint32, QString>> &spns)
+    {
+        ObjectDataBase::PGN group;
+        group.name = name;
+        group.direction = direction;
+        store->addPGN(line, number, group);
+        ObjectDataBase::SPN spn;
+        for (const auto &[spnNumber, spnName] : spns) {
+            spn.name = spnName;
+            store->addSPN(line, number, direction, spnNumber, spn);
+            ++spn.pos;
+        }
+    }
+
+    /// Elements are numbered from 1.
+    void addIdentifier(quint8 line, quint8 direction, quint32 number, const QString &name,
+                       const QStringList &elements)
+    {
+        ObjectDataBase::CANID id;
+        id.name = name;
+        id.direction = direction;
+        store->addCANID(line, number, id);
+        for (int i = 0; i < elements.size(); ++i) {
+            ObjectDataBase::DataElement element;
+            element.name = elements.at(i);
+            store->addDataElement(line, number, direction, quint32(i + 1), element);
+        }
+    }
+
     void addObject(quint8 line, quint16 index, const QString &name, ObjectCode code)
     {
         Object object;
@@ -144,11 +236,18 @@ private:
         return readFile(fixture.path("gen_indices.h"));
     }
 
-    /// Names and values between the guard and the closing define.
+    /// What stands between the guard and the closing define.
+    static QString bodyOf(const QString &text)
+    {
+        return text.section("GEN_INDICES_H 1\n\n", 1)
+            .section("#define  S_NUMBER_OF_ENTRIES ", 0, 0);
+    }
+
+    /// Names and values of the body.
     static QStringList definesOf(const QString &text)
     {
-        QStringList lines = text.section("GEN_INDICES_H 1\n\n", 1).split('\n');
-        lines = lines.mid(0, lines.size() - 4);
+        QStringList lines = bodyOf(text).split('\n');
+        lines.removeLast(); // behind the last line end
         for (QString &line : lines)
             line = line.simplified().remove(0, 8);
         return lines;
