@@ -38,10 +38,10 @@ bool Defines::readOldHeader(const QString &file, QString *header)
     const QFileInfo info(file);
     QFile source(file);
     // Opening a pipe could wait for ever.
-    if (!info.isFile() || !info.isReadable() || !source.open(QIODevice::ReadOnly))
+    if (!info.isFile() || !info.isReadable())
         return true;
-    if (source.size() > kLongestHeaderBytes) {
-        qCWarning(lcGenerator) << "no header, too long:" << file;
+    if (info.size() > kLongestHeaderBytes || !source.open(QIODevice::ReadOnly)) {
+        qCWarning(lcGenerator) << "too long for a header, or cannot be opened:" << file;
         return false;
     }
     const QByteArray bytes = source.readAll();
