@@ -115,7 +115,11 @@ bool DefineGenerator::checkWritability()
 void DefineGenerator::doJob()
 {
     const JobBracket bracket(*this);
-    const QString old = Defines::readOldHeader(targetFile());
+    QString old;
+    if (!Defines::readOldHeader(targetFile(), &old)) {
+        fail(QStringLiteral("Could not read ") + targetFile());
+        return;
+    }
     userSection = Defines::extractUserSection(old);
     generationCounter = counterFromSetting
                             ? Numbers::toUIntDecimal(database->getGeneralSettingsValue(

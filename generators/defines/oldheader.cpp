@@ -11,7 +11,7 @@
 namespace
 {
 
-constexpr qint64 kLongestHeaderBytes = 64 * 1024 * 1024;
+constexpr qint64 kLongestHeaderBytes = 16 * 1024 * 1024;
 
 QString decoded(const QByteArray &bytes)
 {
@@ -32,20 +32,23 @@ QStringList linesOf(const QString &text)
 
 } // namespace
 
-QString Defines::readOldHeader(const QString &file)
+bool Defines::readOldHeader(const QString &file, QString *header)
 {
+    header->clear();
     const QFileInfo info(file);
     QFile source(file);
     // Opening a pipe could wait for ever.
-    if (!info.isFile() || !info.isReadable() || !source.open(QIODevice::ReadOnly))
-        return QString();
-    if (source.size() > kLongestHeaderBytes) {
-        qCWarning(lcGenerator) << "no header, too long:" << file;
-        return QString();
+    if (!info.isFile() || !info.isReadable())
+        return true;
+    if (info.size() > kLongestHeaderBytes || !source.open(QIODevice::ReadOnly)) {
+        qCWarning(lcGenerator) << "too long for a header, or cannot be opened:" << file;
+        return false;
     }
-    QString text = decoded(source.read(kLongestHeaderBytes));
-    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    return text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    const QByteArray bytes = source.readAll();
+    *header = decoded(bytes);
+    header->replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    header->replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    return bytes.size() == source.size();
 }
 
 QString Defines::extractUserSection(const QString &header)

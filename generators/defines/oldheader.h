@@ -10,10 +10,11 @@ namespace Defines
 constexpr char kUserSectionStart[] = "/* user-specific section: start */";
 constexpr char kUserSectionEnd[] = "/* user-specific section: end */";
 
-/// The text of \a file with "\n" as only line end. Empty for what is no regular file, cannot be
-/// read, or is too long for a header. Bytes that are no UTF-8 are taken for Latin-1, so that no
-/// character of the user gets lost.
-QString readOldHeader(const QString &file);
+/// Reads the text of \a file with "\n" as only line end; empty if there is no such regular file, or
+/// it may not be read. Bytes that are no UTF-8 are taken for Latin-1, so that no character of the
+/// user gets lost. False if not all could be read, or it is too long for a header: what the user
+/// wrote into it is unknown then.
+bool readOldHeader(const QString &file, QString *header);
 
 /// The lines between the marker lines, each with its "\n"; all sections, if there are several, and
 /// up to the end of the text, if the last has no end.

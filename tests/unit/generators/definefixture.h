@@ -20,7 +20,7 @@ public:
     ///   set key=value, j1939 key=value, misc key=value, describe key=value
     ///   line NUMBER TYPE, unline NUMBER
     ///   var INDEX VALUE, array INDEX ENTRIES, record INDEX ENTRIES
-    ///   put INDEX:SUB type|access|value|kind|nv VALUE, remove INDEX:SUB
+    ///   put INDEX:SUB type|access|value|kind|nv VALUE
     ///   pgn LINE tx|rx NUMBER, canid LINE tx|rx NUMBER
     void change(const QString &texts)
     {
@@ -103,8 +103,6 @@ private:
         const auto sub = quint8(place.section(':', 1).toUInt());
         if (words.first() == "put")
             put(line, index, sub, words.at(2), words.at(3));
-        else if (words.first() == "remove")
-            store.delSubIndex(line, index, sub, true);
         else if (words.first() == "var")
             addObject(line, index, CANopen::ObjectCode::Var, 0, words.value(2));
         else if (words.first() == "array")

@@ -8,23 +8,36 @@
 
 using namespace Defines;
 
+using Section = void (*)(DefineContext &);
+Q_DECLARE_METATYPE(Section)
+
+namespace
+{
+
+/// A classic text as the V4 generation has it.
+QString inV4(QString text)
+{
+    text.replace("#define CO_MULTI_LINE", "#define CAN_MULTI_LINE");
+    for (const QString word :
+         {"REC_BUFFER_COUNTS", "TR_BUFFER_COUNTS", "COB_COUNTS", "COB_CNT", "INHIBIT_SUPPORTED",
+          "EVENT_DYNAMIC_CAN\t", "CONFIG_REC_BUFFER_CNT", "CONFIG_TRANS_BUFFER_CNT",
+          "TIMER_INTERVAL", "BIG_ENDIAN", "DRV_FILTER", "DRV_GROUP_FILTER"})
+        text.replace("#define CO_" + word, "#define CORE_" + word);
+    return text;
+}
+
+} // namespace
+
 class tst_DefineSections : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        sink.close();
-        sink.setData(QByteArray());
-        sink.open(QIODevice::WriteOnly);
-    }
-
     void servicesOfTwoLines()
     {
         DefineProject project;
         project.change("line 2 5; var 1000 0; var 2000 1; var 2/1000 0x191; record 1200 2; "
-                       "record 2/1800 2; record 2/1a00 3; array 2/1016 2; array 1010 1; "
+                       "record 2/1800 3; record 2/1a00 3; array 2/1016 2; array 1010 1; "
                        "set co_node_id=5,,7; set receivebuffersize=10,20,30; "
                        "set transmitbuffersize=; set co_network_id=3u");
         // clang-format off
@@ -65,19 +78,14 @@ private slots:
             "#define CO_HB_CONSUMER_CNT 2u\n"
             "#define CO_STORE_SUPPORTED\t1u\n"
             "#define CO_STORE_NVS_CNT\t0u, 0u\n"
+            "#define CO_INHIBIT_SUPPORTED\t1u\n"
             "/* number of used COB objects */\n"
             "#define CO_COB_CNT\t11u\n"
             "\n"
             "\n";
         // clang-format on
         QCOMPARE(project.text(generateServiceDefines), expected);
-        QString v4 = expected;
-        for (const QString word : {"MULTI_LINE", "MULTI_LINE_CNT"})
-            v4.replace("#define CO_" + word + "\t", "#define CAN_" + word + "\t");
-        for (const QString word :
-             {"REC_BUFFER_COUNTS", "TR_BUFFER_COUNTS", "COB_COUNTS", "COB_CNT"})
-            v4.replace("#define CO_" + word + "\t", "#define CORE_" + word + "\t");
-        QCOMPARE(project.text(generateServiceDefines, DefineProject::v4), v4);
+        QCOMPARE(project.text(generateServiceDefines, DefineProject::v4), inV4(expected));
     }
 
     void services_data()
@@ -139,7 +147,6 @@ private slots:
             << "#define CO_SDO_QUEUE\t\t1u\n#define CO_SDO_QUEUE_LEN\t3u\n#define CO_SDOQUEUE_INTERNAL_ACCESS\t\t1u\n" << "";
         QTest::newRow("last switches") << "set limit_check=0x1; set event_ssdo_domain_counter=0x10008; set sdo_split=1; describe SelfStarting=1; line 1 1; var 1/2000 0; put 1/2000:0 type 27; var 1008 0; put 1008:0 type 124; var 1015 0"
             << "#define CO_CONFIG_LIMIT_CHECK\t\t1u\n#define CO_SSDO_DOMAIN_CNT\t8u\n#define CO_SDO_SPLIT_INDICATION\t\t1u\n#define CO_SELF_STARTING_DEVICE\t1u\n#define CO_EXTENDED_DATA_TYPES\t\t1u\n#define CO_UTF8_DATA_TYPE\t\t1u\n#define CO_INHIBIT_SUPPORTED\t1u\n/* number" << "";
-        QTest::newRow("inhibit time of a TPDO") << "record 1800 3" << "#define CO_INHIBIT_SUPPORTED\t1u\n" << "";
         QTest::newRow("no TPDO inhibit time") << "record 1800 2" << "" << "INHIBIT";
         // clang-format on
     }
@@ -161,19 +168,6 @@ private slots:
         QVERIFY2(absent.isEmpty() || !text.contains(absent), qPrintable(text));
     }
 
-    void servicesLeaveNotes()
-    {
-        DefineProject project;
-        project.change("line 1 2; record 1280 3; var 1015 0");
-        TextWriter out(&sink);
-        DefineContext context = project.context(out);
-        generateServiceDefines(context);
-        const WrittenDefines &written = context.written;
-        QCOMPARE(joined(written.multiLine, written.bufferCounts, written.sdoServerCnt,
-                        written.sdoClientCnt, written.inhibit, written.dynamicCan),
-                 "true/true/true/true/true/false");
-    }
-
     void servicesNeedCANopen()
     {
         DefineProject project;
@@ -191,90 +185,81 @@ private slots:
         project.change("line 1 1");
         project.store.setDescriptionSettingsLine(1);
         project.change("describe SelfStarting=1");
-        for (const quint8 active : {0, 1}) {
-            init();
-            TextWriter out(&sink);
-            DefineContext context = project.context(out);
-            context.activeLine = active;
+        const auto ofSecondLine = [](DefineContext &context) {
+            context.activeLine = 1;
             generateServiceDefines(context);
-            out.finish();
-            QCOMPARE(sink.data().contains("CO_SELF_STARTING_DEVICE"), active == 1);
-        }
+        };
+        QVERIFY(project.text(ofSecondLine).contains("#define CO_SELF_STARTING_DEVICE\t1u\n"));
+        QVERIFY(!project.text(generateServiceDefines).contains("CO_SELF_STARTING_DEVICE"));
     }
 
-    void events_data()
+    void sections_data()
     {
-        columns<QString, QString>("changes", "text");
-        const QString head = "/* Definition of number of call-back functions for each service*/\n";
+        columns<Section, QString, QString>("section", "changes", "text");
+        const Section events = generateEventDefines;
+        const Section buffers = generateBufferDefines;
+        const Section hardware = generateHardwareDefines;
+        const QString calls = "/* Definition of number of call-back functions for each service*/\n";
+        const QString queues = "/* Definition of CAN queue sizes */\n";
+        const QString target = "/* Hardware settings */\n";
         // clang-format off
-        QTest::newRow("none") << "" << head + "\n";
-        QTest::newRow("blank function") << "set fct_nmt=  ; set enable_dynamic=0" << "";
-        QTest::newRow("functions in order") << "set fct_mpdo=a; set fct_sdo_server_read=b; set fct_pdo_received=c; set fct_led_red=d; set fct_lss_master=e; set enable_dynamic=0"
+        QTest::newRow("no events") << events << "" << calls + "\n";
+        QTest::newRow("blank function") << events << "set fct_nmt=  ; set enable_dynamic=0" << "";
+        QTest::newRow("functions in order") << events << "set fct_mpdo=a; set fct_sdo_server_read=b; set fct_pdo_received=c; set fct_led_red=d; set fct_lss_master=e; set enable_dynamic=0"
             << "#define CO_EVENT_STATIC_SDO_SERVER_READ\t1u\n#define CO_EVENT_STATIC_PDO\t1u\n#define CO_EVENT_STATIC_LED\t1u\n#define CO_EVENT_STATIC_LSS\t1u\n#define CO_EVENT_STATIC_MPDO\t1u\n";
-        QTest::newRow("another name of the PDO function") << "set fct_pdo_receive=c; set enable_dynamic=0" << "";
-        QTest::newRow("sleep mode 1") << "set sleep_mode_selection=1; set sleep_wait_time=20; set enable_dynamic=0" << "#define CO_EVENT_DYNAMIC_SLEEP\t1u\n#define CO_SLEEP_447\t1u\n#define CO_SLEEP_WAITTIME\t20u\n";
-        QTest::newRow("sleep mode 2") << "set sleep_mode_selection=2; set enable_dynamic=0" << "#define CO_EVENT_DYNAMIC_SLEEP\t1u\n#define CO_SLEEP_454\t1u\n#define CO_SLEEP_WAITTIME\t0u\n";
-        QTest::newRow("sleep mode 3") << "set sleep_mode_selection=3; set enable_dynamic=0" << "#define CO_EVENT_DYNAMIC_SLEEP\t1u\n#define CO_SLEEP_WAITTIME\t0u\n";
-        QTest::newRow("enabled by any text") << "set enable_dynamic=off; set event_nmt=2" << head + "#define CO_EVENT_DYNAMIC_NMT\t2u\n\n";
-        QTest::newRow("slots in order") << "set event_lss=1; set event_can=3; set event_pdo=2; set event_flyma=0; set isotp_client_event=0x102"
-            << head + "#define CO_EVENT_DYNAMIC_PDO\t2u\n#define CO_EVENT_DYNAMIC_CAN\t3u\n#define CO_EVENT_DYNAMIC_LSS\t1u\n#define ISOTP_EVENT_DYNAMIC_CLIENT\t2u\n\n";
-        QTest::newRow("domains are decimal") << "set event_ssdo_domain_write=0x10; set event_ssdo_domain_read=16" << head + "#define CO_EVENT_DYNAMIC_SSDO_DOMAIN_READ\t16u\n\n";
-        QTest::newRow("USDO slots need FD") << "set usdo_client_ind_read_cnt=1" << head + "\n";
-        QTest::newRow("USDO slots") << "set canfd_supported=1; set usdo_client_ind_read_cnt=1; set event_sync=1" << head + "#define CO_EVENT_DYNAMIC_USDO_CLIENT_READ\t1u\n#define CO_EVENT_DYNAMIC_SYNC\t1u\n\n";
+        QTest::newRow("another name of the PDO function") << events << "set fct_pdo_receive=c; set enable_dynamic=0" << "";
+        QTest::newRow("sleep mode 1") << events << "set sleep_mode_selection=1; set sleep_wait_time=20; set enable_dynamic=0" << "#define CO_EVENT_DYNAMIC_SLEEP\t1u\n#define CO_SLEEP_447\t1u\n#define CO_SLEEP_WAITTIME\t20u\n";
+        QTest::newRow("sleep mode 2") << events << "set sleep_mode_selection=2; set enable_dynamic=0" << "#define CO_EVENT_DYNAMIC_SLEEP\t1u\n#define CO_SLEEP_454\t1u\n#define CO_SLEEP_WAITTIME\t0u\n";
+        QTest::newRow("sleep mode 3") << events << "set sleep_mode_selection=3; set enable_dynamic=0" << "#define CO_EVENT_DYNAMIC_SLEEP\t1u\n#define CO_SLEEP_WAITTIME\t0u\n";
+        QTest::newRow("enabled by any text") << events << "set enable_dynamic=off; set event_nmt=2" << calls + "#define CO_EVENT_DYNAMIC_NMT\t2u\n\n";
+        QTest::newRow("slots in order") << events << "set event_lss=1; set event_can=3; set event_pdo=2; set event_flyma=0; set isotp_client_event=0x102"
+            << calls + "#define CO_EVENT_DYNAMIC_PDO\t2u\n#define CO_EVENT_DYNAMIC_CAN\t3u\n#define CO_EVENT_DYNAMIC_LSS\t1u\n#define ISOTP_EVENT_DYNAMIC_CLIENT\t2u\n\n";
+        QTest::newRow("domains are decimal") << events << "set event_ssdo_domain_write=0x10; set event_ssdo_domain_read=16" << calls + "#define CO_EVENT_DYNAMIC_SSDO_DOMAIN_READ\t16u\n\n";
+        QTest::newRow("USDO slots need FD") << events << "set usdo_client_ind_read_cnt=1" << calls + "\n";
+        QTest::newRow("USDO slots") << events << "set canfd_supported=1; set usdo_client_ind_read_cnt=1; set event_sync=1" << calls + "#define CO_EVENT_DYNAMIC_USDO_CLIENT_READ\t1u\n#define CO_EVENT_DYNAMIC_SYNC\t1u\n\n";
+
+        QTest::newRow("no buffers") << buffers << "" << queues + "#define CO_CONFIG_REC_BUFFER_CNT\t10u\n#define CO_CONFIG_TRANS_BUFFER_CNT\t5u\n\n";
+        QTest::newRow("empty counts as none") << buffers << "set receivebuffersize=; set transmitbuffersize= " << queues + "#define CO_CONFIG_REC_BUFFER_CNT\t10u\n#define CO_CONFIG_TRANS_BUFFER_CNT\t5u\n\n";
+        QTest::newRow("one pool of all lines") << buffers << "line 1 1; set receivebuffersize=10u, 0x20; set transmitbuffersize=,7; set canfd_supported=1"
+            << queues + "#define CO_CONFIG_REC_BUFFER_CNT\t42u\n#define CO_CONFIG_TRANS_BUFFER_CNT\t12u\n#define CO_CANFD_SUPPORTED\t1u\n\n";
+        QTest::newRow("options") << buffers << "set user_tx_cob=2; set user_rx_cob=3; set sorted_coblist=1; set only_one_hb_buffer=1"
+            << "#define USER_TRANSMIT_MSG_CNT\t2u\n#define USER_RECEIVE_MSG_CNT\t3u\n#define CO_USER_EXTENSION_SUPPORTED\t1u\n/* Use of sorted COB list*/\n#define CO_COB_SORTED_LIST\t1u\n\n#define CO_ONE_HB_CONSUMER_COB\t1u\n"
+                   + queues + "#define CO_CONFIG_REC_BUFFER_CNT\t10u\n#define CO_CONFIG_TRANS_BUFFER_CNT\t5u\n\n";
+
+        QTest::newRow("no hardware") << hardware << "" << target + "/*  */\n\n";
+        QTest::newRow("plain settings") << hardware << "set targetsettings_0_name=a*/b; set co_timer_interval=1000; set endian=1; set drv_filter=1; set drv_group_filter=1; set hw_defines=#define\tX; set co_srdo_interval=500"
+            << target + "/* a* /b */\n#define CO_TIMER_INTERVAL\t1000u\n#define CO_BIG_ENDIAN\t1u\n#define CO_DRV_FILTER\t1u\n#define CO_DRV_GROUP_FILTER\t1u\n\n/* target-specific defines */\n#define\tX\n#define CO_SRDO_TIMER_INTERVAL\t500u\n\n";
+        QTest::newRow("timer by macro") << hardware << "set co_timer_interval=TICK; set co_srdo_interval=0" << target + "/*  */\n#define CO_TIMER_INTERVAL\tTICK\n#define CO_SRDO_TIMER_INTERVAL\t0\n\n";
+        QTest::newRow("second target active") << hardware << "set targetsettings_cnt=2; set targetsettings_active=1; set co_timer_interval=1; set targetsettings_1_name=B; set targetsettings_1_timer=2000; set targetsettings_1_endianess=0x101; set targetsettings_1_fullcan=1; set targetsettings_1_groupfilter=2; set targetsettings_1_defines=d"
+            << target + "/* B */\n#define CO_TIMER_INTERVAL\t2000u\n#define CO_BIG_ENDIAN\t1u\n#define CO_DRV_FILTER\t1u\n\n/* target-specific defines */\nd\n\n";
+        QTest::newRow("none chosen") << hardware << "set targetsettings_cnt=2; set targetsettings_active=-1; set targetsettings_0_name=A" << target + "/* A */\n\n";
+        QTest::newRow("one target counts as active") << hardware << "set targetsettings_cnt=1; set targetsettings_active=1; set targetsettings_0_name=A" << target + "/* A */\n\n";
+        QTest::newRow("all targets") << hardware << "set all_targets=1; set targetsettings_cnt=2; set targetsettings_active=1; set target_id=BOARD_A"
+            << target + "#ifdef BOARD_A\n/*  */\n#endif /* BOARD_A*/ \n\n#define TARGET_1 1u\n#ifdef TARGET_1\n/*  */\n#define CO_TIMER_INTERVAL\t0u\n#endif /* TARGET_1*/ \n\n\n";
+        QTest::newRow("all targets, first active") << hardware << "set all_targets=1; set targetsettings_cnt=1" << target + "#define TARGET_0 1u\n#ifdef TARGET_0\n/*  */\n#endif /* TARGET_0*/ \n\n\n";
         // clang-format on
     }
 
-    void events()
+    void sections()
     {
+        QFETCH(Section, section);
         QFETCH(QString, changes);
+        QFETCH(QString, text);
         DefineProject project;
         project.change(changes);
-        const QString text = project.text(generateEventDefines);
-        QTEST(text, "text");
-        QCOMPARE(project.text(generateEventDefines, DefineProject::v4),
-                 QString(text).replace("CO_EVENT_DYNAMIC_CAN\t", "CORE_EVENT_DYNAMIC_CAN\t"));
+        QCOMPARE(project.text(section), text);
+        QCOMPARE(project.text(section, DefineProject::v4), inV4(text));
     }
 
     void canSlotsAreWrittenOnce()
     {
         DefineProject project;
         project.change("set event_can=1");
-        TextWriter out(&sink);
-        DefineContext context = project.context(out);
-        generateEventDefines(context);
-        QVERIFY(context.written.dynamicCan);
-        QVERIFY(!project
-                     .text([](DefineContext &other) {
-                         other.written.dynamicCan = true;
-                         generateEventDefines(other);
-                     })
-                     .contains("DYNAMIC_CAN"));
-    }
-
-    void buffers_data()
-    {
-        columns<QString, QString>("changes", "text");
-        const QString title = "/* Definition of CAN queue sizes */\n";
-        // clang-format off
-        QTest::newRow("none") << "" << title + "#define CO_CONFIG_REC_BUFFER_CNT\t10u\n#define CO_CONFIG_TRANS_BUFFER_CNT\t5u\n\n";
-        QTest::newRow("empty counts as none") << "set receivebuffersize=; set transmitbuffersize= " << title + "#define CO_CONFIG_REC_BUFFER_CNT\t10u\n#define CO_CONFIG_TRANS_BUFFER_CNT\t5u\n\n";
-        QTest::newRow("one pool of all lines") << "line 1 1; set receivebuffersize=10u, 0x20; set transmitbuffersize=,7; set canfd_supported=1"
-            << title + "#define CO_CONFIG_REC_BUFFER_CNT\t42u\n#define CO_CONFIG_TRANS_BUFFER_CNT\t12u\n#define CO_CANFD_SUPPORTED\t1u\n\n";
-        QTest::newRow("options") << "set user_tx_cob=2; set user_rx_cob=3; set sorted_coblist=1; set only_one_hb_buffer=1"
-            << "#define USER_TRANSMIT_MSG_CNT\t2u\n#define USER_RECEIVE_MSG_CNT\t3u\n#define CO_USER_EXTENSION_SUPPORTED\t1u\n/* Use of sorted COB list*/\n#define CO_COB_SORTED_LIST\t1u\n\n#define CO_ONE_HB_CONSUMER_COB\t1u\n"
-                   + title + "#define CO_CONFIG_REC_BUFFER_CNT\t10u\n#define CO_CONFIG_TRANS_BUFFER_CNT\t5u\n\n";
-        // clang-format on
-    }
-
-    void buffers()
-    {
-        QFETCH(QString, changes);
-        DefineProject project;
-        project.change(changes);
-        const QString text = project.text(generateBufferDefines);
-        QTEST(text, "text");
-        QCOMPARE(project.text(generateBufferDefines, DefineProject::v4),
-                 QString(text).replace("CO_CONFIG", "CORE_CONFIG"));
+        const auto twice = [](DefineContext &context) {
+            generateEventDefines(context);
+            generateEventDefines(context);
+        };
+        QCOMPARE(project.text(twice).count("#define CO_EVENT_DYNAMIC_CAN\t1u\n"), 1);
     }
 
     void cobsOfSeveralProtocols()
@@ -294,38 +279,6 @@ private slots:
         // The CANopen line, and the J1939 line, count the addition themselves as well.
         QCOMPARE(text(DefineProject::v4), "/* COB Definitions */\n#define CORE_COB_COUNTS 14, 7\n"
                                           "#define CORE_COB_CNT \t21\n");
-    }
-
-    void hardware_data()
-    {
-        columns<QString, QString>("changes", "text");
-        // clang-format off
-        QTest::newRow("none") << "" << "/*  */\n\n";
-        QTest::newRow("plain settings") << "set targetsettings_0_name=a*/b; set co_timer_interval=1000; set endian=1; set drv_filter=1; set drv_group_filter=1; set hw_defines=#define\tX; set co_srdo_interval=500"
-            << "/* a* /b */\n#define CO_TIMER_INTERVAL\t1000u\n#define CO_BIG_ENDIAN\t1u\n#define CO_DRV_FILTER\t1u\n#define CO_DRV_GROUP_FILTER\t1u\n\n/* target-specific defines */\n#define\tX\n#define CO_SRDO_TIMER_INTERVAL\t500u\n\n";
-        QTest::newRow("timer by macro") << "set co_timer_interval=TICK; set co_srdo_interval=0" << "/*  */\n#define CO_TIMER_INTERVAL\tTICK\n#define CO_SRDO_TIMER_INTERVAL\t0\n\n";
-        QTest::newRow("second target active") << "set targetsettings_cnt=2; set targetsettings_active=1; set co_timer_interval=1; set targetsettings_1_name=B; set targetsettings_1_timer=2000; set targetsettings_1_endianess=0x101; set targetsettings_1_fullcan=1; set targetsettings_1_groupfilter=2; set targetsettings_1_defines=d"
-            << "/* B */\n#define CO_TIMER_INTERVAL\t2000u\n#define CO_BIG_ENDIAN\t1u\n#define CO_DRV_FILTER\t1u\n\n/* target-specific defines */\nd\n\n";
-        QTest::newRow("none chosen") << "set targetsettings_cnt=2; set targetsettings_active=-1; set targetsettings_0_name=A" << "/* A */\n\n";
-        QTest::newRow("one target counts as active") << "set targetsettings_cnt=1; set targetsettings_active=1; set targetsettings_0_name=A" << "/* A */\n\n";
-        QTest::newRow("all targets") << "set all_targets=1; set targetsettings_cnt=2; set targetsettings_active=1; set target_id=BOARD_A"
-            << "#ifdef BOARD_A\n/*  */\n#endif /* BOARD_A*/ \n\n#define TARGET_1 1u\n#ifdef TARGET_1\n/*  */\n#define CO_TIMER_INTERVAL\t0u\n#endif /* TARGET_1*/ \n\n\n";
-        QTest::newRow("all targets, first active") << "set all_targets=1; set targetsettings_cnt=1" << "#define TARGET_0 1u\n#ifdef TARGET_0\n/*  */\n#endif /* TARGET_0*/ \n\n\n";
-        // clang-format on
-    }
-
-    void hardware()
-    {
-        QFETCH(QString, changes);
-        QFETCH(QString, text);
-        text.prepend("/* Hardware settings */\n");
-        DefineProject project;
-        project.change(changes);
-        QCOMPARE(project.text(generateHardwareDefines), text);
-        for (const QString word :
-             {"TIMER_INTERVAL", "BIG_ENDIAN", "DRV_FILTER", "DRV_GROUP_FILTER"})
-            text.replace("CO_" + word, "CORE_" + word);
-        QCOMPARE(project.text(generateHardwareDefines, DefineProject::v4), text);
     }
 
     void countsOfTargetsAreBounded()
@@ -370,9 +323,6 @@ private slots:
         QVERIFY(project.text(generateVODDefines).contains("#define CO_VIRTUAL_OS_CNT \t1u\n"));
         QCOMPARE(project.text(generateVODDefines, DefineProject::v4), QString());
     }
-
-private:
-    QBuffer sink;
 };
 
 QTEST_GUILESS_MAIN(tst_DefineSections)
