@@ -217,7 +217,6 @@ void tst_ObjDictInit::followsSettings_data()
     QTest::newRow("slave")                << "nmtmaster=0"                                << "coNmtInit(0u)";
     QTest::newRow("lss_slave")            << "nmtmaster=0,lss_supported=1"                << "coLssInit() coNmtInit(0u)";
     QTest::newRow("lss_master")           << "nmtmaster=1,lss_supported=1"                << "coLssMasterInit() coNmtInit(1u)";
-    QTest::newRow("first_of_list")        << "nmtmaster=1;0"                              << "coNmtInit(1u)";
     QTest::newRow("options")              << "nmtmaster=2"                                << "coNmtInit(1u) coNmtInit(0u)";
     QTest::newRow("lss_and_options")      << "nmtmaster=2,lss_supported=1"                << "coLssMasterInit() coNmtInit(1u) coLssInit() coNmtInit(0u)";
     QTest::newRow("isotp_count_in_8_bits")<< "isotp_connection_cnt=256"                   << "coNmtInit(0u)";
@@ -291,7 +290,9 @@ void tst_ObjDictInit::setsModesOfCanFd_data()
     QTest::newRow("ml_version")         << "generateML=true,new_init_structure=1" << "serviceInitVars = {\n       5,\n       { CO_OBJECT_COUNTS },\n";
     QTest::newRow("ml_loop")            << "generateML=true,new_init_structure=1" << "    for (CO_LINE = 0; CO_LINE < CAN_MULTI_LINE_CNT; CO_LINE ++)\n    {\n        commonInitVars.fdMode[CO_LINE] = CO_TRUE;\n        if (pModes != NULL) {\n            commonInitVars.fdMode[CO_LINE] = pModes[CO_LINE];\n        }\n    }\n";
     QTest::newRow("ml_old_loop")        << "generateML=true"                      << "            serviceInitVars.fdMode[CO_LINE] = pModes[CO_LINE];\n";
-    QTest::newRow("ml_result_is_set")   << "generateML=true"                      << "       )\n{\n    RET_T retVal = RET_OK;\n    (void) pCoOptions; /* currently unused */\n\n";
+    QTest::newRow("ml_result")          << "generateML=true,lss_supported=1"      << "       )\n{\n    RET_T retVal;\n    (void) pCoOptions; /* currently unused */\n\n";
+    QTest::newRow("ml_bare_check")      << "generateML=true,idnego_supported=1"   << "       )\n{\n    RET_T retVal = RET_OK;\n    (void) pCoOptions;";
+    QTest::newRow("ml_bare_lss_check")  << "generateML=true,lss_supported=1,nmtmaster=2" << "       )\n{\n    RET_T retVal = RET_OK;\n    /*";
     // clang-format on
 }
 
@@ -383,6 +384,7 @@ void tst_ObjDictInit::startsRouting()
 
 void tst_ObjDictInit::startsSdoServerOfJ1939()
 {
+    set("generateML=true");
     Sections single(*store, classicDialect());
     initCamod(single.context);
     QCOMPARE(single.text(), QString("\nRET_T\tj1939OdInit(void)\n{\n"
@@ -462,7 +464,7 @@ void tst_ObjDictInit::overwritesCobIds()
     store->setGeneralSettingsValue("overwrite_predef", "256");
     overwrite301(sections.context);
     QCOMPARE(sections.text(), QString());
-    store->setGeneralSettingsValue("overwrite_predef", "1,0");
+    store->setGeneralSettingsValue("overwrite_predef", "257");
     overwrite301(sections.context);
     QCOMPARE(sections.text(),
              "\n/* Please be careful - this function overwrite the COB-ids of the\n"
