@@ -12,7 +12,6 @@ private slots:
     void init();
     void writesSingleLine();
     void startsServicesInOrder();
-    void startsServicesOfLineInOrder();
     void followsSettings_data();
     void followsSettings();
     void writesHeads_data();
@@ -167,47 +166,6 @@ void tst_ObjDictInit::startsServicesInOrder()
         "coNmtInit(1u)",
     };
     QCOMPARE(sections.calls(), expected);
-}
-
-void tst_ObjDictInit::startsServicesOfLineInOrder()
-{
-    addServices(1);
-    set("event_led=1,isotp_connection_cnt=1,idnego_supported=1,lss_supported=1,nmtmaster=1;0,"
-        "canfd_supported=1,usdo_client_cnt=1");
-    Sections sections(*store, classicDialect());
-    sections.context.form.servedLines.removeOne(0);
-    sections.placeConstant(1, 0x1017, 0, 4);
-    sections.placeConstant(1, 0x1005, 0, 9);
-    initObjectDictionaryMultiLine(sections.context);
-    const QStringList expected = {
-        "coOdInitOdPtr(canLine,&od_assign[2],19,od_description,23,NULL,&od_data_variables)",
-        "coUsdoServerInit(canLine)",
-        "coSdoServerInit(canLine,1u)",
-        "coSdoServerInit(canLine,2u)",
-        "coSdoServerInit(canLine,128u)",
-        "coUsdoServerInit(canLine)",
-        "coUsdoClientInit(canLine)",
-        "coSdoClientInit(canLine,1u)",
-        "coSdoClientInit(canLine,128u)",
-        "coErrorCtrlInit(canLine,od_const_u16[4],2u)",
-        "coEmcyProducerInit(canLine)",
-        "coSyncInit(canLine,od_const_u32[9])",
-        "coEmcyConsumerInit(canLine,2u)",
-        "coTimeInit(canLine,CO_FALSE,CO_TRUE)",
-        "coPdoTransmitInit(1,1u,0u,0u,0u,0u,NULL)",
-        "coPdoReceiveInit(1,1u,0u,0u,0u,NULL)",
-        "coSrdInit(canLine)",
-        "isoTpInit(canLine)",
-        "coIdNegoInit(canLine)",
-        "coGuardingInit(canLine)",
-        "coGfcInit(canLine,CO_TRUE,CO_TRUE)",
-        "coSrdoInit(canLine,1u)",
-        "coSrdoInit(canLine,64u)",
-        "coLedInit(canLine)",
-        "coLssInit(canLine)",
-        "coNmtInit(canLine,0u)",
-    };
-    QCOMPARE(callsBehind(sections.calls(), "coCanOpenStackInit_line1"), expected);
 }
 
 void tst_ObjDictInit::followsSettings_data()
