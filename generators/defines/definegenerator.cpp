@@ -146,7 +146,9 @@ bool DefineGenerator::writeFile(const QString &name)
 void DefineGenerator::writeSections(TextWriter &out)
 {
     DefineContext context(*database, out, dialect);
-    context.activeLine = activeLine;
+    // The driver knows the first line as 0, which a project need not have.
+    context.activeLine =
+        database->existNode(activeLine) ? activeLine : context.lines.numbers.value(0, activeLine);
     context.multiProtocol = multiProtocol;
 
     writeTitle(context, projectName, toolVersion);

@@ -1,6 +1,8 @@
 // Start-up of a single line, and of the SDO server of a J1939 device.
 #include "generators/objdict/objdictinit.h"
 
+#include "generators/projectlines.h"
+
 namespace ObjDict
 {
 
@@ -19,11 +21,10 @@ const char *modeOfLine(const Context &context)
     return hasNewInitStructure(context) ? "commonInitVars.fdMode[0]" : "serviceInitVars.fdMode[0]";
 }
 
-/// 0 slave, 1 master, 2 as the options of the run tell. Deliberate: the element of the line, for a
-/// project keeps a list of them when other lines were removed, held by tst_objdictinit.
+/// 0 slave, 1 master, 2 as the options of the run tell.
 qint32 readMasterSetting(const Context &context)
 {
-    return context.settings.decimalOfLine("nmtmaster", context.form.singleLine);
+    return context.settings.decimal("nmtmaster");
 }
 
 bool isDynamic(const Context &context)
@@ -221,7 +222,8 @@ void initCamod(Context &context)
 {
     TextWriter &out = context.out;
     out.raw("\n");
-    if (!context.form.multiLine) {
+    // The J1939 stack knows no forced multi-line form: lines are counted here.
+    if (readProjectLines(context.store).numbers.size() < 2) {
         out.raw("RET_T\tj1939OdInit(void)\n"
                 "{\n"
                 "\tcoOdInitOdPtr(&od_assign[0], CO_OD_ASSIGN_CNT, &od_description[0], "

@@ -140,17 +140,10 @@ void writeEnd(Context &context)
                     "}\n");
 }
 
-/// Deliberate: also of a single line the element of the line, for a project keeps a list of them
-/// when other lines were removed; held by tst_objdictinit.
-bool isOverwritten(const Context &context, quint8 line)
-{
-    return quint8(context.settings.decimalOfLine("overwrite_predef", line)) != 0;
-}
-
 void overwriteSingleLine(Context &context)
 {
     const quint8 line = context.form.singleLine;
-    if (!isOverwritten(context, line))
+    if (quint8(context.settings.decimal("overwrite_predef")) == 0)
         return;
     const Words words = {QString(), "\tcobId = nodeId + "};
     writeHead(context, hasCobIds(context, line));
@@ -166,7 +159,7 @@ QList<quint8> overwrittenLines(const Context &context)
     QList<quint8> overwritten;
     const QList<quint8> lines = readProjectLines(context.store).numbers;
     for (const quint8 line : lines) {
-        if (isOverwritten(context, line))
+        if (quint8(context.settings.decimalOfLine("overwrite_predef", line)) != 0)
             overwritten << line;
     }
     return overwritten;

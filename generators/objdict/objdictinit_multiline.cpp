@@ -207,6 +207,25 @@ void writeDispatcher(Context &context)
             "}\n");
 }
 
+bool hasSdoServers(const Context &context)
+{
+    const QList<quint8> &lines = context.form.lines;
+    return std::any_of(lines.begin(), lines.end(), [&](quint8 line) {
+        return !context.store.getIndices(line, 0x1200, 0x127F).isEmpty();
+    });
+}
+
+/// Deliberate: with CAN FD, and no SDO server for the other mode, a check without a call of its own
+/// may be the first; held by tst_objdictinit.
+bool mayCheckUnset(const Context &context, quint8 line)
+{
+    const qint32 master = context.settings.decimalOfLine("nmtmaster", line);
+    const bool hasLssWithoutCall =
+        context.settings.decimal("lss_supported") > 0 && master != 0 && master != kMaster;
+    const bool hasBareCheck = hasLssWithoutCall || context.settings.decimal("idnego_supported") > 0;
+    return context.form.canFd && hasBareCheck && !hasSdoServers(context);
+}
+
 void writeLineHead(Context &context, quint8 line)
 {
     TextWriter &out = context.out;
@@ -222,9 +241,7 @@ void writeLineHead(Context &context, quint8 line)
         out.raw("                  , BOOL_T *pModes\n");
     out.raw("       )\n"
             "{\n");
-    // Deliberate: with CAN FD no call may precede the first check of the result, held by
-    // tst_objdictinit.
-    out.raw(context.form.canFd ? "    RET_T retVal = RET_OK;\n" : "    RET_T retVal;\n");
+    out.raw(mayCheckUnset(context, line) ? "    RET_T retVal = RET_OK;\n" : "    RET_T retVal;\n");
     // Deliberate: also where only other lines look at the options, for compilers warn of a
     // parameter that is not used; held by tst_objdictinit.
     if (!isMasterByOptions(context, line))

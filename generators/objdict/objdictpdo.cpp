@@ -12,10 +12,9 @@ namespace ObjDict
 namespace
 {
 
-constexpr quint16 kToMapping = 0x200;     ///< from a communication object to its mapping object
-constexpr quint16 kRouting = 0x1F2C;      ///< PDO routing of a gateway
-constexpr quint8 kHighestCount = 64;      ///< entries of one mapping
-constexpr quint8 kFirstMultiplexed = 254; ///< 254 and 255 are multiplexed PDOs of CiA 301
+constexpr quint16 kToMapping = 0x200; ///< from a communication object to its mapping object
+constexpr quint16 kRouting = 0x1F2C;  ///< PDO routing of a gateway
+constexpr quint8 kHighestCount = 64;  ///< entries of one mapping; more is a mark, not a count
 
 quint16 mappedIndex(quint32 mapping)
 {
@@ -53,7 +52,6 @@ struct TableShape {
     int rows = 1; ///< what the stack reserves for a table, at least 1
     bool hasEntries = false;
     bool bitwise = false;
-    int routeColumns = 0; ///< of an RPDO's row; each an existing line
     bool bitLengths() const { return hasEntries && bitwise; }
 };
 
@@ -82,13 +80,11 @@ int filledRows(quint8 mappedCount, const TableShape &shape)
     return std::min(entriesFor(mappedCount), shape.rows);
 }
 
-/// Deliberate: a count above the rows is cut to them, so that the stack does not read beyond the
-/// table; the counts of multiplexed PDOs are marks, not counts. Held by tst_objdictpdo.
+/// Deliberate: with the rows their count is cut, so that the stack does not read beyond the table.
+/// Held by tst_objdictpdo.
 int writtenCount(quint8 mappedCount, const TableShape &shape)
 {
-    if (mappedCount >= kFirstMultiplexed)
-        return mappedCount;
-    return std::min<int>(mappedCount, filledRows(mappedCount, shape));
+    return mappedCount > kHighestCount ? mappedCount : filledRows(mappedCount, shape);
 }
 
 /// Between "mapTable..." and the number: tells the tables of several lines apart. Deliberate: the
@@ -212,20 +208,6 @@ MappingTable readRpdoMapping(const Context &context, quint8 line, quint16 pdoInd
     return table;
 }
 
-/// "{0,0}": nothing is sent on.
-QString noRoutes(const TableShape &shape)
-{
-    return QStringLiteral("{%1}").arg(QStringLiteral("0,").repeated(shape.routeColumns).chopped(1));
-}
-
-/// Fills an RPDO table behind its last entry.
-QString emptyRpdoRow(const TableShape &shape)
-{
-    if (shape.routeColumns == 0)
-        return QLatin1String(kEmptyRow);
-    return QStringLiteral("\t\t{NULL, (UNSIGNED8)0u, CO_FALSE, 0ul,%1}").arg(noRoutes(shape));
-}
-
 void writeUniqueRpdoTable(Context &context, quint8 line, int position, const TableShape &shape)
 {
     const MappingTable table = context.rpdoTables[line][position];
@@ -234,16 +216,13 @@ void writeUniqueRpdoTable(Context &context, quint8 line, int position, const Tab
     openTable(context, "PDO_REC_MAP_TABLE_T", "mapTableRPDO", line, position,
               writtenCount(table.mappedCount, shape));
     const int filled = filledRows(table.mappedCount, shape);
-    const QString routes =
-        shape.routeColumns == 0 ? QString() : QStringLiteral(", ") + noRoutes(shape);
     for (int row = 0; row < filled; ++row) {
         const MappingTable::Entry &entry = table.entries[row];
         const int length = shape.bitwise ? entry.bits : entry.bits >> 3;
-        context.out.raw(
-            QStringLiteral("\t\t{%1, %2u, CO_TRUE, %3%4 },\n")
-                .arg(entry.address, QString::number(length), hex8(entry.mapping), routes));
+        context.out.raw(QStringLiteral("\t\t{%1, %2u, CO_TRUE, %3 },\n")
+                            .arg(entry.address, QString::number(length), hex8(entry.mapping)));
     }
-    closeTable(context.out, filled, shape, emptyRpdoRow(shape));
+    closeTable(context.out, filled, shape, QLatin1String(kEmptyRow));
 }
 
 void writeUniqueRpdoTables(Context &context, quint8 line, const TableShape &shape)
@@ -278,6 +257,13 @@ QString routingList(const Context &context, RouteTables &routes, quint32 mapping
     return QStringLiteral("{%1}").arg(numbers.join(QLatin1Char(',')));
 }
 
+/// "{0,0}": nothing is sent on.
+QString noRoutes(const RouteTables &routes)
+{
+    return QStringLiteral("{%1}").arg(
+        QStringLiteral("0,").repeated(routes.lines.size()).chopped(1));
+}
+
 void writeRoutedRpdoTable(Context &context, quint8 line, quint16 pdoIndex, RouteTables &routes,
                           const TableShape &shape)
 {
@@ -297,7 +283,8 @@ void writeRoutedRpdoTable(Context &context, quint8 line, quint16 pdoIndex, Route
                                  QString::number(lengthBytes(mapping)), hex8(mapping),
                                  routingList(context, routes, mapping)));
     }
-    closeTable(context.out, filled, shape, emptyRpdoRow(shape));
+    closeTable(context.out, filled, shape,
+               QStringLiteral("\t\t{NULL, (UNSIGNED8)0u, CO_FALSE, 0ul,%1}").arg(noRoutes(routes)));
 }
 
 bool routesPdos(const Context &context)
@@ -362,15 +349,11 @@ void writePdoArguments(Context &context, quint8 line, quint16 index, int number)
 
 void createMappingTables(Context &context)
 {
-    TableShape shape = readTableShape(context);
+    const TableShape shape = readTableShape(context);
     const bool routed = routesPdos(context);
     // Deliberate: a routing list has a column for each existing line, as the counts of the
     // definitions header have, not only for those that get tables; held by tst_objdictpdo.
     RouteTables routes{readProjectLines(context.store).numbers, TpdoLookup(context.store)};
-    // Deliberate: routing of SDOs alone gives the rows of the stack their column of routes too,
-    // held by tst_generatedc.
-    if (routed || context.settings.decimal("sdo_routing") > 0)
-        shape.routeColumns = routes.lines.size();
     context.out.raw("\n/* static PDO mapping tables */\n");
     for (const quint8 line : qAsConst(context.form.servedLines)) {
         context.rpdoTables[line].clear();

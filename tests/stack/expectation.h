@@ -24,6 +24,7 @@ public:
     bool isMultiLine() const { return multiLine; }
     bool hasType(quint16 dataType) const;
     bool choosesMaster() const; ///< at start-up
+    bool isRouted() const;      ///< received PDOs are sent on
     bool isSet(const char *setting) const { return number(setting) > 0; }
 
     /// Expressions of application variables with the type of each, as the project names them.
@@ -70,7 +71,6 @@ private:
     QString target(quint8 line, quint32 mapping) const;
     QString receiver(quint8 line, quint32 mapping) const;
     QString routing(quint32 mapping) const;
-    bool isRouted() const;
     bool routesAtRunTime() const;
     QString call(const char *name, quint8 line, const QVector<quint32> &arguments = {}) const;
 

@@ -505,14 +505,13 @@ QString Expectation::receiver(quint8 line, quint32 mapping) const
 /// routes nothing.
 QString Expectation::routing(quint32 mapping) const
 {
-    if (!isRouted() && !isSet("sdo_routing"))
+    if (!isRouted())
         return QString();
     QVector<quint32> numbers;
     for (const quint8 line : lines) {
         SubIndexData sub;
         quint32 tpdo = 0;
-        if (isRouted() && store.getSubIndexData(line, mapping >> 16, mapping >> 8 & 0xFF, sub) &&
-            sub.sharedLines) {
+        if (store.getSubIndexData(line, mapping >> 16, mapping >> 8 & 0xFF, sub) && sub.sharedLines) {
             for (const quint16 index : store.getIndices(line, 0x1A00, 0x1BFF)) {
                 for (const quint8 entry : store.getSubIndices(line, index, 1))
                     tpdo = value(line, index, entry) == mapping ? index - 0x19FFu : tpdo;

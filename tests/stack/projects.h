@@ -116,7 +116,7 @@ constexpr const char *kPdos = R"(
     1403:0 U8  const 1 2
     1403:1 U32 rw 0 0x402
     1403:2 U8  rw 0 1
-    1603:0 U8  const 1 254
+    1603:0 U8  const 1 65
     1603:1 U32 const 1 0x21080040
     1404:0 U8  const 1 2
     1404:1 U32 rw 0 0x403

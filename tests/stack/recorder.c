@@ -230,7 +230,7 @@ RET_T coPdoReceiveInit(LINE_FIRST UNSIGNED16 number, UNSIGNED8 transmissionType,
         const PDO_REC_MAP_ENTRY_T *row = &table->rows[i];
         if (i < mappedRows(table->count)) {
             printMappingHead(row->variable, row->length, row->isNumeric, row->mapping);
-#ifdef CO_NETWORK_ROUTING_CNT
+#ifdef STACK_ROUTES
             printNumbers(" routing", row->routing, sizeof row->routing, sizeof row->routing[0]);
 #else
             printf("\n");

@@ -222,6 +222,8 @@ QStringList compilerFlags(const Expectation &expected, bool isV4, bool sdoServer
         flags << "-DSTACK_NEW_INIT";
     if (expected.choosesMaster())
         flags << "-DSTACK_PARA";
+    if (expected.isRouted())
+        flags << "-DSTACK_ROUTES";
     if (expected.isSet("udsserver_supported") || expected.isSet("udsclient_supported"))
         flags << "-DSTACK_UDS";
     if (sdoServer)
@@ -323,6 +325,7 @@ private slots:
             {"two_lines_roles",       several + second(1) + "line 0\nnmtmaster=1,2\nlss_supported=1\nco_node_id=5,6\nco_node_id_fct=NULL,nodeIdOfLine"},
             {"two_lines_everything",  all + second(1) + kServices + "line 0\noverwrite_predef=1,1\nnew_init_structure=1"},
             {"two_lines_fd",          all + kCanFd + second(1) + "line 0"},
+            {"two_lines_fd_no_sdo",   several + kCanFd + second(1) + "line 0\nidnego_supported=1"},
             {"two_lines_fd_new",      all + kCanFd + second(1) + "line 0\nnew_init_structure=1"},
             {"two_lines_uds",         several + second(1) + "line 0" + kUds},
             {"two_lines_uds_client",  several + second(1) + "line 0" + kUds + "udsserver_supported=0"},
@@ -334,6 +337,7 @@ private slots:
             {"shared",                several + second(1) + second(2) + kShared + "compact_array_description=1"},
             {"routed",                several + second(1) + kShared + kRouting},
             {"sdo_routing_alone",     several + second(1) + "line 0\nsdo_routing=1"},
+            {"pdo_routing_alone",     several + second(1) + kShared + kRouting + "line 0\nsdo_routing=0"},
             {"virtual_objects",       device + kVirtual},
             {"virtual_two_lines",     device + kVirtual + second(1) + kVirtual},
             {"limits_by_prefix",      all + "limit_check=0x1"},

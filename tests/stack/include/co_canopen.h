@@ -31,7 +31,7 @@ typedef struct {
     UNSIGNED8 length;
     BOOL_T isNumeric;
     UNSIGNED32 mapping;
-#ifdef CO_NETWORK_ROUTING_CNT
+#ifdef STACK_ROUTES
     UNSIGNED16 routing[STACK_LINES]; /* TPDO of each line that sends the value on */
 #endif
 } PDO_REC_MAP_ENTRY_T;

@@ -1,6 +1,7 @@
 /* Test stand-in for the data types of the protocol stack: as small as the generated sources allow.
  * Settings of the build: STACK_V4 for sources of the newer generation, STACK_NEW_INIT where the project
- * sets new_init_structure, STACK_PARA where it chooses its NMT role at start-up. */
+ * sets new_init_structure, STACK_PARA where it chooses its NMT role at start-up, STACK_ROUTES where it sends
+ * received PDOs on. */
 #ifndef CO_DATATYPE_H
 #define CO_DATATYPE_H 1
 

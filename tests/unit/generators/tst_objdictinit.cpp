@@ -12,7 +12,6 @@ private slots:
     void init();
     void writesSingleLine();
     void startsServicesInOrder();
-    void startsServicesOfLineInOrder();
     void followsSettings_data();
     void followsSettings();
     void writesHeads_data();
@@ -169,47 +168,6 @@ void tst_ObjDictInit::startsServicesInOrder()
     QCOMPARE(sections.calls(), expected);
 }
 
-void tst_ObjDictInit::startsServicesOfLineInOrder()
-{
-    addServices(1);
-    set("event_led=1,isotp_connection_cnt=1,idnego_supported=1,lss_supported=1,nmtmaster=1;0,"
-        "canfd_supported=1,usdo_client_cnt=1");
-    Sections sections(*store, classicDialect());
-    sections.context.form.servedLines.removeOne(0);
-    sections.placeConstant(1, 0x1017, 0, 4);
-    sections.placeConstant(1, 0x1005, 0, 9);
-    initObjectDictionaryMultiLine(sections.context);
-    const QStringList expected = {
-        "coOdInitOdPtr(canLine,&od_assign[2],19,od_description,23,NULL,&od_data_variables)",
-        "coUsdoServerInit(canLine)",
-        "coSdoServerInit(canLine,1u)",
-        "coSdoServerInit(canLine,2u)",
-        "coSdoServerInit(canLine,128u)",
-        "coUsdoServerInit(canLine)",
-        "coUsdoClientInit(canLine)",
-        "coSdoClientInit(canLine,1u)",
-        "coSdoClientInit(canLine,128u)",
-        "coErrorCtrlInit(canLine,od_const_u16[4],2u)",
-        "coEmcyProducerInit(canLine)",
-        "coSyncInit(canLine,od_const_u32[9])",
-        "coEmcyConsumerInit(canLine,2u)",
-        "coTimeInit(canLine,CO_FALSE,CO_TRUE)",
-        "coPdoTransmitInit(1,1u,0u,0u,0u,0u,NULL)",
-        "coPdoReceiveInit(1,1u,0u,0u,0u,NULL)",
-        "coSrdInit(canLine)",
-        "isoTpInit(canLine)",
-        "coIdNegoInit(canLine)",
-        "coGuardingInit(canLine)",
-        "coGfcInit(canLine,CO_TRUE,CO_TRUE)",
-        "coSrdoInit(canLine,1u)",
-        "coSrdoInit(canLine,64u)",
-        "coLedInit(canLine)",
-        "coLssInit(canLine)",
-        "coNmtInit(canLine,0u)",
-    };
-    QCOMPARE(callsBehind(sections.calls(), "coCanOpenStackInit_line1"), expected);
-}
-
 void tst_ObjDictInit::followsSettings_data()
 {
     columns<QString, QString>("settings", "calls"); // of the only line, behind its SDO server
@@ -217,7 +175,6 @@ void tst_ObjDictInit::followsSettings_data()
     QTest::newRow("slave")                << "nmtmaster=0"                                << "coNmtInit(0u)";
     QTest::newRow("lss_slave")            << "nmtmaster=0,lss_supported=1"                << "coLssInit() coNmtInit(0u)";
     QTest::newRow("lss_master")           << "nmtmaster=1,lss_supported=1"                << "coLssMasterInit() coNmtInit(1u)";
-    QTest::newRow("first_of_list")        << "nmtmaster=1;0"                              << "coNmtInit(1u)";
     QTest::newRow("options")              << "nmtmaster=2"                                << "coNmtInit(1u) coNmtInit(0u)";
     QTest::newRow("lss_and_options")      << "nmtmaster=2,lss_supported=1"                << "coLssMasterInit() coNmtInit(1u) coLssInit() coNmtInit(0u)";
     QTest::newRow("isotp_count_in_8_bits")<< "isotp_connection_cnt=256"                   << "coNmtInit(0u)";
@@ -291,7 +248,9 @@ void tst_ObjDictInit::setsModesOfCanFd_data()
     QTest::newRow("ml_version")         << "generateML=true,new_init_structure=1" << "serviceInitVars = {\n       5,\n       { CO_OBJECT_COUNTS },\n";
     QTest::newRow("ml_loop")            << "generateML=true,new_init_structure=1" << "    for (CO_LINE = 0; CO_LINE < CAN_MULTI_LINE_CNT; CO_LINE ++)\n    {\n        commonInitVars.fdMode[CO_LINE] = CO_TRUE;\n        if (pModes != NULL) {\n            commonInitVars.fdMode[CO_LINE] = pModes[CO_LINE];\n        }\n    }\n";
     QTest::newRow("ml_old_loop")        << "generateML=true"                      << "            serviceInitVars.fdMode[CO_LINE] = pModes[CO_LINE];\n";
-    QTest::newRow("ml_result_is_set")   << "generateML=true"                      << "       )\n{\n    RET_T retVal = RET_OK;\n    (void) pCoOptions; /* currently unused */\n\n";
+    QTest::newRow("ml_result")          << "generateML=true,lss_supported=1"      << "       )\n{\n    RET_T retVal;\n    (void) pCoOptions; /* currently unused */\n\n";
+    QTest::newRow("ml_bare_check")      << "generateML=true,idnego_supported=1"   << "       )\n{\n    RET_T retVal = RET_OK;\n    (void) pCoOptions;";
+    QTest::newRow("ml_bare_lss_check")  << "generateML=true,lss_supported=1,nmtmaster=2" << "       )\n{\n    RET_T retVal = RET_OK;\n    /*";
     // clang-format on
 }
 
@@ -383,6 +342,7 @@ void tst_ObjDictInit::startsRouting()
 
 void tst_ObjDictInit::startsSdoServerOfJ1939()
 {
+    set("generateML=true");
     Sections single(*store, classicDialect());
     initCamod(single.context);
     QCOMPARE(single.text(), QString("\nRET_T\tj1939OdInit(void)\n{\n"
@@ -462,7 +422,7 @@ void tst_ObjDictInit::overwritesCobIds()
     store->setGeneralSettingsValue("overwrite_predef", "256");
     overwrite301(sections.context);
     QCOMPARE(sections.text(), QString());
-    store->setGeneralSettingsValue("overwrite_predef", "1,0");
+    store->setGeneralSettingsValue("overwrite_predef", "257");
     overwrite301(sections.context);
     QCOMPARE(sections.text(),
              "\n/* Please be careful - this function overwrite the COB-ids of the\n"

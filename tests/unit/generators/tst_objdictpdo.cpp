@@ -67,7 +67,7 @@ void tst_ObjDictPdo::writesTpdoTables_data()
     QTest::newRow("no_mapping")    << ""     << ""                  << "0" << QString();
     QTest::newRow("multiplexed")   << "0xFE" << "20000008"          << "0" << table(254, "\t\t{&od_u8[3], 1u, CO_TRUE, 0x20000008UL },\n");
     QTest::newRow("count_too_big") << "3"    << "20000008"          << "0" << table(1, "\t\t{&od_u8[3], 1u, CO_TRUE, 0x20000008UL },\n");
-    QTest::newRow("count_above_64")<< "65"   << "20000008"          << "0" << table(1, "\t\t{&od_u8[3], 1u, CO_TRUE, 0x20000008UL },\n");
+    QTest::newRow("count_above_64")<< "65"   << "20000008"          << "0" << table(65, "\t\t{&od_u8[3], 1u, CO_TRUE, 0x20000008UL },\n");
     QTest::newRow("only_a_count")  << "2"    << ""                  << "0" << table(1, "\t\t{NULL, 0u, CO_TRUE, 0x00000000UL },\n");
     // clang-format on
 }
