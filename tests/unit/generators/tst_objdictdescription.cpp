@@ -71,6 +71,14 @@ private slots:
         QCOMPARE(counts(sections), QString("2/3"));
     }
 
+    void lastPossibleSubindexIsItsOwnRun()
+    {
+        addSubs(0, 0x2000, "0 254 255", "3 6 7");
+        Sections sections(*store, classicDialect());
+        QCOMPARE(tables(sections).count("CO_ATTR_COMPACT"), 1);
+        QVERIFY(tables(sections).contains(" | CO_ATTR_COMPACT,  (UNSIGNED16)2u},/* 0x2000:255*/"));
+    }
+
     void rowsAreCountedAsTheyStand()
     {
         addSub(*store, 0, 0x2000, 1, 5, "1"); // no subindex 0
