@@ -101,15 +101,6 @@ quint64 signExtended(qint64 value, int bits)
                                 unused);
 }
 
-QString realText(float value, int digits)
-{
-    const QString fixed = QString::number(double(value), 'f', digits);
-    // Deliberate: places that fixed notation cuts off are kept, so that the device has the
-    // project's value; held by tst_objdictvalues.
-    constexpr int kDigits = std::numeric_limits<float>::max_digits10 - 1;
-    return fixed.toFloat() == value ? fixed : QString::number(double(value), 'e', kDigits);
-}
-
 } // namespace
 
 const ObjDict::ClassRow &ObjDict::rowOf(ValueClass valueClass)
@@ -144,7 +135,7 @@ QString ObjDict::elementText(ValueClass valueClass, quint64 value, int realDigit
     if (row.byteWiseType != Type::Unknown)
         text = AbstractGenerator::convertValue(row.byteWiseType, value, asSigned);
     else if (row.kind == NumberKind::Real)
-        text = realText(floatOf(value), realDigits);
+        text = QString::number(double(floatOf(value)), 'f', realDigits);
     else
         text = row.kind == NumberKind::Signed ? QString::number(asSigned) : QString::number(value);
     return QString::fromLatin1(row.element).arg(text);

@@ -30,7 +30,7 @@ private slots:
         QTest::newRow("signed 24 bits") << ValueClass::I24 << "-2" << "\tI24_SET(0xff,0xff,0xfe)";
         QTest::newRow("lowest") << ValueClass::I32 << "-2147483648" << "\t(INTEGER32)-2147483648L";
         QTest::newRow("real") << ValueClass::R32 << "-1.5" << "\t(REAL32)-1.5000000f";
-        QTest::newRow("real below the places") << ValueClass::R32 << "1e-12" << "\t(REAL32)9.99999996e-13f";
+        QTest::newRow("real below the places") << ValueClass::R32 << "0.123456789" << "\t(REAL32)0.1234568f";
         QTest::newRow("infinite") << ValueClass::R32 << "inf" << "\t(REAL32)0.0000000f";
         QTest::newRow("beyond a float") << ValueClass::R32 << "1e40" << "\t(REAL32)0.0000000f";
         QTest::newRow("not a number") << ValueClass::R32 << "nan" << "\t(REAL32)0.0000000f";
