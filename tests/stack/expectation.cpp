@@ -415,11 +415,12 @@ QString Expectation::boundsText(const SubIndexData &sub) const
 QStringList Expectation::virtualObjects() const
 {
     QStringList rows;
-    // The newer stack asks for none if no number of line 0 is among them.
+    // The newer stack asks for none if no number of the first line is among them.
     static const QList<quint16> numbers = {2, 3, 4, 5, 6, 7, 8, 22};
-    const auto all = store.getSubsByProperty(0, "implementation", "3");
-    const bool hasNumber = std::any_of(all.begin(), all.end(), [this](const auto &place) {
-        return numbers.contains(store.getSubIndexDatatype(0, place.index, place.subindex));
+    const quint8 first = store.getNodes().value(0);
+    const auto all = store.getSubsByProperty(first, "implementation", "3");
+    const bool hasNumber = std::any_of(all.begin(), all.end(), [this, first](const auto &place) {
+        return numbers.contains(store.getSubIndexDatatype(first, place.index, place.subindex));
     });
     if (store.getGeneralSettingsValue("use_core_headers") == "V4" && !hasNumber)
         return rows;

@@ -306,6 +306,7 @@ private slots:
             {"sdo_routing_alone",     several + second(1) + "line 0\nsdo_routing=1"},
             {"virtual_objects",       device + kVirtual},
             {"virtual_two_lines",     device + kVirtual + second(1) + kVirtual},
+            {"virtual_other_number",  "line 5" + device + kVirtual},
             {"virtual_compact",       device + kVirtual + "compact_array_description=1"},
             {"virtual_strings_alone", device + "2400:0 VS ro 3 -\n2401:0 DOMAIN rw 3 -"},
             {"virtual_all",           "1000:0 U32 ro 3 0\n1001:0 U8 ro 3 0"},
