@@ -49,7 +49,7 @@ constexpr ClassRow kClasses[] = {
     {ValueClass::I24, NumberKind::Signed, 24, Type::Integer24, "\t%1", ",\n",
      "static INTEGER24 %1\tod_i24[", "static %1 INTEGER24 %2\tod_const_i24[",
      "static INTEGER24 %1 * %2 \tod_ptr_i24[", "od_i24", "od_const_i24"},
-    // Deliberate: the blank behind the line end, held by tst_objdictvalues.
+    // Deliberate: the blank behind the line end of variables, held by tst_objdictvalues.
     {ValueClass::I32, NumberKind::Signed, 32, Type::Unknown, "\t(INTEGER32)%1L", ",\n ",
      "static INTEGER32 %1\tod_i32[", "static %1 INTEGER32 %2\tod_const_i32[",
      "static INTEGER32 %1 * %2 \tod_ptr_i32[", "od_i32", "od_const_i32"},
@@ -101,15 +101,6 @@ quint64 signExtended(qint64 value, int bits)
                                 unused);
 }
 
-QString realText(float value, int digits)
-{
-    const QString fixed = QString::number(double(value), 'f', digits);
-    // Deliberate: places that fixed notation cuts off are kept, so that the device has the
-    // project's value; held by tst_objdictvalues.
-    constexpr int kDigits = std::numeric_limits<float>::max_digits10 - 1;
-    return fixed.toFloat() == value ? fixed : QString::number(double(value), 'e', kDigits);
-}
-
 } // namespace
 
 const ObjDict::ClassRow &ObjDict::rowOf(ValueClass valueClass)
@@ -144,7 +135,7 @@ QString ObjDict::elementText(ValueClass valueClass, quint64 value, int realDigit
     if (row.byteWiseType != Type::Unknown)
         text = AbstractGenerator::convertValue(row.byteWiseType, value, asSigned);
     else if (row.kind == NumberKind::Real)
-        text = realText(floatOf(value), realDigits);
+        text = QString::number(double(floatOf(value)), 'f', realDigits);
     else
         text = row.kind == NumberKind::Signed ? QString::number(asSigned) : QString::number(value);
     return QString::fromLatin1(row.element).arg(text);

@@ -16,8 +16,8 @@ struct ClassRow {
     int bits;
     CAN::CANopenDataType byteWiseType; ///< Unknown for a class with a native C type
     const char *element;               ///< with %1 for the value
-    const char *separator;
-    const char *managed;     ///< declaration, %1 is the storage class
+    const char *separator;             ///< between variables; constants have kSeparator
+    const char *managed;               ///< declaration, %1 is the storage class
     const char *constants;   ///< declaration, %1 is the constant macro, %2 its storage class
     const char *pointers;    ///< declaration, %1 is the constants' storage class, %2 the macro
     const char *managedName; ///< array's name
@@ -35,6 +35,9 @@ quint64 parseLimit(ValueClass valueClass, const QString &text);
 
 /// \a realDigits is the count of decimal places of a real.
 QString elementText(ValueClass valueClass, quint64 value, int realDigits);
+
+/// Stands between elements, but for the variables of some classes.
+constexpr const char *kSeparator = ",\n";
 
 /// Elements and end of an array; \a entries are ready but for what stands between them.
 void writeEntries(TextWriter &out, const QStringList &entries, const char *separator);

@@ -119,8 +119,10 @@ quint32 describeObject(Context &context, quint8 line, quint16 index, quint32 fir
     context.positions.descriptionRows.insert(
         keyOf(line, index, 0),
         {static_cast<quint16>(firstRow), static_cast<quint16>(rows.subs.size())});
+    // Deliberate: without a run, subindex 255 is marked as one, of itself alone; held by
+    // tst_objdictdescription.
     for (const quint8 sub : rows.subs)
-        describeSubObject(context, line, index, sub, sub == rows.runStart);
+        describeSubObject(context, line, index, sub, sub == static_cast<quint8>(rows.runStart));
     return static_cast<quint32>(rows.subs.size());
 }
 

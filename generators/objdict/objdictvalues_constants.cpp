@@ -22,6 +22,7 @@ struct Constants {
     ValueArrays arrays;
     QVector<ConstString> visStrings;
     QVector<ConstString> utf8Strings;
+    bool haveLimits = false; ///< limits are recorded as well
 };
 
 // Deliberate: 32 bits stand before 24, in contrast to the variables; held by tst_objdictvalues.
@@ -30,16 +31,16 @@ constexpr ValueClass kOrder[] = {ValueClass::U8,  ValueClass::U16, ValueClass::U
                                  ValueClass::U64, ValueClass::I8,  ValueClass::I16,
                                  ValueClass::I24, ValueClass::I32, ValueClass::R32};
 
-void collectNumber(Context &context, ValueArrays &arrays, const Place &place, ValueClass valueClass,
-                   const ObjectDataBase::SUBINDEX_DATA_T &data)
+void collectNumber(Context &context, Constants &constants, const Place &place,
+                   ValueClass valueClass, const ObjectDataBase::SUBINDEX_DATA_T &data)
 {
-    ValueArray &array = arrays[numberOf(valueClass)];
+    ValueArray &array = constants.arrays[numberOf(valueClass)];
     QString value = data.defaultValue;
     value.remove(QLatin1String("$nodeid+"), Qt::CaseInsensitive);
     Positions &positions = context.positions;
     note(positions, &Positions::constants, place.key(),
          array.find(valueClass, parseValue(valueClass, value)));
-    if (!context.form.hasLimitCheck || !takesLimits(data.dataType) || !data.limitInEds ||
+    if (!constants.haveLimits || !takesLimits(data.dataType) || !data.limitInEds ||
         !isWriteable(data.accessType))
         return;
     note(positions, &Positions::lowLimits, place.key(),
@@ -63,9 +64,12 @@ void collectString(Context &context, Constants &constants, const Place &place,
 Constants collect(Context &context)
 {
     Constants constants;
+    // Deliberate: decimal alone, while the rows of the description read the setting by prefix; held
+    // by tst_objdictdescription.
+    constants.haveLimits = context.settings.decimal("limit_check") > 0;
     forEachSub(context, [&](const Place &place, const ObjectDataBase::SUBINDEX_DATA_T &data) {
         if (const std::optional<ValueClass> valueClass = valueClassOf(data.dataType))
-            collectNumber(context, constants.arrays, place, *valueClass, data);
+            collectNumber(context, constants, place, *valueClass, data);
         else
             collectString(context, constants, place, data);
     });
@@ -87,7 +91,7 @@ void writeNumbers(Context &context, ValueClass valueClass, const QVector<quint64
     for (const quint64 value : values)
         entries << elementText(valueClass, value, kConstantDigits);
     writeStart(context, rowOf(valueClass).constants, values.size());
-    writeEntries(context.out, entries, rowOf(valueClass).separator);
+    writeEntries(context.out, entries, kSeparator);
 }
 
 void writeSizes(Context &context, const char *declaration, const QVector<ConstString> &strings)
@@ -96,7 +100,7 @@ void writeSizes(Context &context, const char *declaration, const QVector<ConstSt
     for (const ConstString &string : strings)
         entries << QStringLiteral("\t%1").arg(string.size);
     writeStart(context, declaration, strings.size());
-    writeEntries(context.out, entries, ",\n");
+    writeEntries(context.out, entries, kSeparator);
 }
 
 QString utf8Bytes(const QString &text)
@@ -112,7 +116,7 @@ void writeVisStrings(Context &context, const QVector<ConstString> &strings)
     for (const ConstString &string : strings)
         entries << QStringLiteral("\t\"%1\"").arg(literalOfSize(string.text, string.size));
     writeStart(context, "static %1 VIS_STRING %2\tod_const_vis_string[", strings.size());
-    writeEntries(context.out, entries, ",\n");
+    writeEntries(context.out, entries, kSeparator);
     writeSizes(context, "static %1 UNSIGNED32 %2\tod_const_vis_string_len[", strings);
 }
 
@@ -122,7 +126,7 @@ void writeUtf8Strings(Context &context, const QVector<ConstString> &strings)
     for (const ConstString &string : strings)
         entries << utf8Bytes(string.text);
     writeStart(context, "static %1 UTF8_STRING %2\tod_const_utf8_string[", strings.size());
-    writeEntries(context.out, entries, ",\n");
+    writeEntries(context.out, entries, kSeparator);
     writeSizes(context, "static %1 UNSIGNED32 %2\tod_const_utf8_string_len[", strings);
 }
 

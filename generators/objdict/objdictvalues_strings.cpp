@@ -47,8 +47,8 @@ QString bytesText(const QByteArray &bytes)
     return text + QLatin1Char('\n');
 }
 
-/// \a bytes, cut to the size or filled up with zeros. What would be a long fill is left to the
-/// array's next designator.
+/// \a bytes, cut to the size or filled up with zeros. What would be a long fill is left to a
+/// designator of the last byte.
 QByteArray fitted(QByteArray bytes, quint32 size, bool *isComplete)
 {
     const qint64 missing = qint64(size) - bytes.size();
@@ -102,7 +102,7 @@ void ObjDict::generateStringDefaultValues(Context &context)
         bool isComplete = true;
         out.raw(bytesText(fitted(stringBytes(value), string->size, &isComplete)));
         if (!isComplete)
-            out.raw(QStringLiteral("[%1] = ").arg(string->offset + string->size));
+            out.raw(QStringLiteral("[%1] = 0x00, \n").arg(string->offset + string->size - 1));
     }
     out.raw("0x00}; \n\n");
 }

@@ -110,7 +110,7 @@ void writeNumbers(Context &context, ValueClass valueClass, const Pointers &point
                    .arg(QLatin1String(context.dialect.constStorageMacro),
                         QLatin1String(context.dialect.constMacro)),
                pointers.size());
-    writeEntries(context.out, entries, ",\n");
+    writeEntries(context.out, entries, kSeparator);
 }
 
 /// Both arrays of lengths; the application changes the second one.
@@ -121,7 +121,7 @@ void writeLengths(Context &context, const StringRow &row, const QStringList &len
         QString start = QString::fromLatin1(declaration);
         start.replace(QLatin1String("%1"), storage);
         writeStart(context.out, start, lengths.size());
-        writeEntries(context.out, lengths, ",\n");
+        writeEntries(context.out, lengths, kSeparator);
     }
 }
 
@@ -134,7 +134,7 @@ void writeStrings(Context &context, const StringRow &row, const Pointers &pointe
         lengths << QStringLiteral("\t%1ul").arg(pointer.size);
     }
     writeStart(context.out, QString::fromLatin1(row.pointers), pointers.size());
-    writeEntries(context.out, entries, ",\n");
+    writeEntries(context.out, entries, kSeparator);
     writeLengths(context, row, lengths);
 }
 
@@ -148,7 +148,7 @@ void writeDomains(Context &context, const Pointers &domains)
         lengths << QStringLiteral("\t0ul");
     }
     writeStart(context.out, QString::fromLatin1(kDomainRow.pointers), domains.size());
-    writeEntries(context.out, entries, ",\n");
+    writeEntries(context.out, entries, kSeparator);
     writeLengths(context, kDomainRow, lengths);
 }
 

@@ -73,7 +73,7 @@ void writeArray(Context &context, const ValueRow &row, const QStringList &entrie
         return;
     }
     context.out.raw(" = {\n");
-    writeEntries(context.out, entries, ",\n");
+    writeEntries(context.out, entries, kSeparator);
 }
 
 void describeSub(Context &context, const VirtualObjects::Object &object, quint8 sub,
@@ -103,9 +103,10 @@ QString constTable(const Context &context, const char *start)
 
 VobjDict::Counted VobjDict::readCounted(const ObjectDataBase &store)
 {
+    const QList<quint8> lines = readProjectLines(store).numbers;
     if (dialectOf(store).preferV4)
-        return {{0}, false};
-    return {readProjectLines(store).numbers, true};
+        return {lines.mid(0, 1), false};
+    return {lines, true};
 }
 
 Positions::Map VobjDict::writeValues(Context &context, const Counted &counted)

@@ -349,6 +349,7 @@ private slots:
             {"overwrite_tpdos",       device + "overwrite_predef=1\n1800:0 U8 const 1 1\n1800:1 U32 rw 0 $NODEID+0x180"},
             {"static_store_function", device + "fct_store=onStore"},
             {"buffers_of_lines",      device + second(1) + "line 0\nnew_init_structure=1\nreceivebuffersize=20,30\ntransmitbuffersize=7,8u"},
+            {"virtual_other_number",  "line 5" + device + kVirtual},
             {"virtual_compact",       device + kVirtual + "compact_array_description=1"},
             {"virtual_strings_alone", device + "2400:0 VS ro 3 -\n2401:0 DOMAIN rw 3 -"},
             {"virtual_all",           "1000:0 U32 ro 3 0\n1001:0 U8 ro 3 0"},

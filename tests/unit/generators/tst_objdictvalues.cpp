@@ -30,10 +30,9 @@ private slots:
         QTest::newRow("signed 24 bits") << ValueClass::I24 << "-2" << "\tI24_SET(0xff,0xff,0xfe)";
         QTest::newRow("lowest") << ValueClass::I32 << "-2147483648" << "\t(INTEGER32)-2147483648L";
         QTest::newRow("real") << ValueClass::R32 << "-1.5" << "\t(REAL32)-1.5000000f";
-        QTest::newRow("real below the places") << ValueClass::R32 << "1e-12" << "\t(REAL32)9.99999996e-13f";
+        QTest::newRow("real below the places") << ValueClass::R32 << "0.123456789" << "\t(REAL32)0.1234568f";
         QTest::newRow("infinite") << ValueClass::R32 << "inf" << "\t(REAL32)0.0000000f";
         QTest::newRow("beyond a float") << ValueClass::R32 << "1e40" << "\t(REAL32)0.0000000f";
-        QTest::newRow("not a number") << ValueClass::R32 << "nan" << "\t(REAL32)0.0000000f";
         // clang-format on
     }
 
@@ -92,6 +91,9 @@ private slots:
         addLimited(0x2002, 1, 3, "0x5", "4"); // a signed limit is decimal
         addLimited(0x2003, 0, 6, "0x5", "4");
         addLimited(0x2004, 0, 6, "1", "2", "ro");
+        addSub(*store, 0, 0x2004, 1, 4, "-1");
+        addSub(*store, 0, 0x2004, 2, 4, "0");
+        addSub(*store, 0, 0x2004, 3, 4, "-1");
         addString(0x2005, 9, "a\"b", 3);
         addString(0x2006, 10, "|x410", 4);
         addString(0x2007, 124, QString::fromUtf8("\xC3\xA4"), 2);
@@ -105,6 +107,7 @@ private slots:
                      start.arg("UNSIGNED32", "u32[1") + "\t(UNSIGNED32)384UL};\n" +
                      start.arg("UNSIGNED24", "u24[1") + "\tU24_SET(0x00,0x00,0x02)};\n" +
                      start.arg("INTEGER16", "i16[2") + "\t(INTEGER16)4,\n\t(INTEGER16)0};\n" +
+                     start.arg("INTEGER32", "i32[2") + "\t(INTEGER32)-1L,\n\t(INTEGER32)0L};\n" +
                      start.arg("VIS_STRING", "vis_string[2") +
                      "\t\"a\\\"b\",\n\t\"\\x41\\x00\\000\"};\n" +
                      start.arg("UNSIGNED32", "vis_string_len[2") + "\t3,\n\t4};\n" +
@@ -212,6 +215,7 @@ private slots:
         addVariable(0x2001, 0, 9, "longer${sub}", 2, "ab*/c");
         addVariable(0x2002, 0, 10, "filled", 4, "|xff1");
         addVariable(0x2003, 0, 9, "large", 0x20000, "x");
+        addVariable(0x2004, 0, 9, "blank", 0x20000, "");
         Sections sections(*store, classicDialect());
         generateStringDefaultValues(sections.context);
         QCOMPARE(sections.text(),
@@ -219,7 +223,8 @@ private slots:
                          "static CO_CONST char stringDefaultValues[] = {\n"
                          "/* ab* /c */ \n0x61, 0x62, \n"
                          "/* |xff1 */ \n0xff, 0x01, 0x00, 0x00, \n"
-                         "/* x */ \n0x78, \n[131078] = 0x00}; \n\n"));
+                         "/* x */ \n0x78, \n[131077] = 0x00, \n"
+                         "/*  */ \n\n[262149] = 0x00, \n0x00}; \n\n"));
         generateStringDefaultValueFunction(sections.context);
         QCOMPARE(sections.text(), QString("\n\nRET_T userOverwriteStringDefaultvalues(void)\n{\n"
                                           "    /* 0: 2001 - 0 */\n"
@@ -228,6 +233,9 @@ private slots:
                                           "    memcpy(filled, &stringDefaultValues[2], 4);\n"
                                           "    /* 0: 2003 - 0 */\n"
                                           "    memcpy(large, &stringDefaultValues[6], 131072);\n"
+                                          "    /* 0: 2004 - 0 */\n"
+                                          "    memcpy(blank, &stringDefaultValues[131078], "
+                                          "131072);\n"
                                           "\n    return(RET_OK);\n}\n"));
     }
 

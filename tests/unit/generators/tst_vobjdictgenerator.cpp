@@ -44,6 +44,7 @@ private slots:
         QTest::newRow("byte") << 0 << 0x2000 << 5 << "" << true;
         QTest::newRow("second line") << 1 << 0x2000 << 5 << "" << true;
         QTest::newRow("second line, V4") << 1 << 0x2000 << 5 << "V4" << false;
+        QTest::newRow("only line, V4") << 5 << 0x2000 << 5 << "V4" << true;
         QTest::newRow("text") << 0 << 0x2000 << 9 << "" << true;
         QTest::newRow("text, V4") << 0 << 0x2000 << 9 << "V4" << false;
         QTest::newRow("beyond the counted objects") << 0 << 0xC000 << 5 << "" << false;
@@ -61,6 +62,11 @@ private slots:
         VobjDictGenerator generator;
         QVERIFY(!generator.areVirtualObjectsPresent());
         addLine(*store, 1);
+        if (line > 1) { // the only one
+            store->delNode(0);
+            store->delNode(1);
+            addLine(*store, quint8(line));
+        }
         addSub(*store, quint8(line), 0x1000, 0, 7, "1");
         generator.setDataBase(store.get());
         QVERIFY(!generator.areVirtualObjectsPresent());
