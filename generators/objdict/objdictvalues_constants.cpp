@@ -64,9 +64,7 @@ void collectString(Context &context, Constants &constants, const Place &place,
 Constants collect(Context &context)
 {
     Constants constants;
-    // Deliberate: decimal alone, while the rows of the description read the setting by prefix; held
-    // by tst_objdictdescription.
-    constants.haveLimits = context.settings.decimal("limit_check") > 0;
+    constants.haveLimits = context.form.hasLimitCheck;
     forEachSub(context, [&](const Place &place, const ObjectDataBase::SUBINDEX_DATA_T &data) {
         if (const std::optional<ValueClass> valueClass = valueClassOf(data.dataType))
             collectNumber(context, constants, place, *valueClass, data);

@@ -190,7 +190,6 @@ private slots:
         QTest::newRow("never written") << "1" << 6 << "ro" << "CO_ATTR_DEFVAL,  (UNSIGNED16)0u, (UNSIGNED16)0u, (UNSIGNED16)0u},";
         QTest::newRow("type without limits") << "0" << 24 << "rw" << "CO_ATTR_DEFVAL,  (UNSIGNED16)0u},";
         QTest::newRow("without check") << "0" << 6 << "rw" << "CO_ATTR_DEFVAL | CO_ATTR_LIMIT,  (UNSIGNED16)0u},";
-        QTest::newRow("hexadecimal switch") << "0x1" << 6 << "rw" << "CO_ATTR_WRITE | CO_ATTR_DEFVAL,  (UNSIGNED16)0u, (UNSIGNED16)0u, (UNSIGNED16)0u},";
         QTest::newRow("text without default") << "0x1" << 9 << "rw" << "CO_ATTR_WRITE,  (UNSIGNED16)0u, (UNSIGNED16)0u, (UNSIGNED16)0u},";
         // clang-format on
     }
