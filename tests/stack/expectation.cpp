@@ -301,7 +301,7 @@ QStringList Expectation::virtualObjects() const
     if (!isV4)
         counted << 9 << 10 << 15;
     bool hasValues = false;
-    for (const quint8 line : isV4 ? QList<quint8>{0} : lines) {
+    for (const quint8 line : isV4 ? lines.mid(0, 1) : lines) {
         for (const auto &place : store.getSubsByProperty(line, "implementation", "3"))
             hasValues = hasValues || counted.contains(store.getSubIndexDatatype(line, place.index,
                                                                                 place.subindex));
