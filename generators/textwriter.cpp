@@ -4,6 +4,8 @@
 #include <QFileDevice>
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 
 namespace
 {
@@ -47,7 +49,9 @@ void TextWriter::raw(const char *utf8)
 
 void TextWriter::raw(quint32 number)
 {
-    buffer += QByteArray::number(number);
+    std::array<char, 10> digits; // 4294967295
+    const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
+    buffer.append(digits.data(), int(end - digits.data()));
 }
 
 void TextWriter::define(const char *start, quint32 value)

@@ -4,6 +4,8 @@
 #include "generators/projectlines.h"
 #include "generators/subindexrun.h"
 
+#include <QMap>
+
 namespace
 {
 
@@ -38,6 +40,28 @@ quint8 startOfRun(const ObjectDataBase &store, quint8 line, quint16 index,
     return start;
 }
 
+QList<ObjectDataBase::SubAddress> virtualSubs(const ObjectDataBase &store, quint8 line)
+{
+    return store.getSubsByProperty(line, QStringLiteral("implementation"),
+                                   QString::number(VirtualObjects::kImplementation));
+}
+
+/// The described ones of the virtual subindices of an object.
+VirtualObjects::Object describedObject(const ObjectDataBase &store, quint8 line, quint16 index,
+                                       const QList<quint8> &subs)
+{
+    const QList<quint8> all = store.getSubIndices(line, index, 0);
+    const quint8 start = VirtualObjects::sameStartSub(store, line, index);
+    VirtualObjects::Object object{line, index, {}, false};
+    for (const quint8 sub : subs) {
+        if (sub <= start)
+            object.subs << sub;
+    }
+    object.endsInRun = object.subs.endsWith(start) && start != all.last() &&
+                       mayHoldRun(store, line, index, all.size());
+    return object;
+}
+
 } // namespace
 
 quint8 VirtualObjects::sameStartSub(const ObjectDataBase &store, quint8 line, quint16 index)
@@ -57,16 +81,12 @@ QVector<VirtualObjects::Value> VirtualObjects::readValues(const ObjectDataBase &
                                                           const QList<quint8> &lines)
 {
     QVector<Value> values;
-    ObjectDataBase::SUBINDEX_DATA_T data;
     for (const quint8 line : lines) {
-        const QList<quint16> indices = store.getIndices(line, kFirstObject, kLastValueObject);
-        for (const quint16 index : indices) {
-            const QList<quint8> subs = store.getSubIndices(line, index, 0);
-            for (const quint8 sub : subs) {
-                if (store.getSubIndexData(line, index, sub, data) &&
-                    data.implementation == kImplementation)
-                    values << Value{line, index, sub, data.dataType};
-            }
+        const QList<ObjectDataBase::SubAddress> subs = virtualSubs(store, line);
+        for (const ObjectDataBase::SubAddress &sub : subs) {
+            if (sub.index >= kFirstObject && sub.index <= kLastValueObject)
+                values << Value{line, sub.index, sub.subindex,
+                                store.getSubIndexDatatype(line, sub.index, sub.subindex)};
         }
     }
     return values;
@@ -87,20 +107,15 @@ QVector<VirtualObjects::Object> VirtualObjects::readObjects(const ObjectDataBase
                                                             const QList<quint8> &lines)
 {
     QVector<Object> objects;
-    ObjectDataBase::SUBINDEX_DATA_T data;
     for (const quint8 line : lines) {
-        const QList<quint16> indices = store.getIndices(line, kFirstObject, kLastObject);
-        for (const quint16 index : indices) {
-            const QList<quint8> subs = store.getSubIndices(line, index, 0);
-            const quint8 start = sameStartSub(store, line, index);
-            Object object{line, index, {}, false};
-            for (const quint8 sub : subs) {
-                if (sub <= start && store.getSubIndexData(line, index, sub, data) &&
-                    data.implementation == kImplementation)
-                    object.subs << sub;
-            }
-            object.endsInRun = object.subs.endsWith(start) && start != subs.last() &&
-                               mayHoldRun(store, line, index, subs.size());
+        QMap<quint16, QList<quint8>> subsOf;
+        const QList<ObjectDataBase::SubAddress> subs = virtualSubs(store, line);
+        for (const ObjectDataBase::SubAddress &sub : subs) {
+            if (sub.index >= kFirstObject)
+                subsOf[sub.index] << sub.subindex;
+        }
+        for (auto it = subsOf.cbegin(); it != subsOf.cend(); ++it) {
+            const Object object = describedObject(store, line, it.key(), *it);
             if (!object.subs.isEmpty())
                 objects << object;
         }

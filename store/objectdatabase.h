@@ -162,6 +162,9 @@ public:
     /// copied.
     using SubVisitor = std::function<void(quint8 sub, const SUBINDEX_DATA_T &data)>;
     void visitSubIndices(quint8 line, quint16 index, quint8 minSub, const SubVisitor &visit) const;
+    /// The same for all subindices of all objects of a line, ascending.
+    using LineVisitor = std::function<void(quint16 index, quint8 sub, const SUBINDEX_DATA_T &data)>;
+    void visitLine(quint8 line, const LineVisitor &visit) const;
     QList<quint8> getSubIndicesMappable(quint8 line, quint16 index, quint8 minSub) const;
     /// The first free number that follows an existing subindex; 0xFFFFFFFF if there is none.
     quint32 getNextFreeSubIndex(quint8 line, quint16 index, quint8 start) const;

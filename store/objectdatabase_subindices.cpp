@@ -26,33 +26,33 @@ QString searchableColumn(const QString &column)
 
 /// The searches that generators make, as tests of a record: by implementation, and for all
 /// subindices, which callers write as "1" = "1".
-using SubTest = bool (*)(const SubIndexData &);
+using SubTest = std::function<bool(const SubIndexData &)>;
 
 std::optional<SubTest> cachedTest(const QString &column, const QString &value)
 {
-    const QLatin1String implementation("implementation");
+    bool isNumber = false;
+    const quint32 number = Numbers::toUIntDecimal(value, &isNumber);
+    if (isNumber && column == QLatin1String("implementation"))
+        return [number](const SubIndexData &data) { return data.implementation == number; };
     if (column == QLatin1String("1") && value == QLatin1String("1"))
         return [](const SubIndexData &) { return true; };
-    if (column == implementation && value == QLatin1String("0"))
-        return [](const SubIndexData &data) { return data.implementation == 0; };
-    if (column == implementation && value == QLatin1String("2"))
-        return [](const SubIndexData &data) { return data.implementation == 2; };
     return std::nullopt;
 }
 
 /// Ascending; without subindices that have no object.
-QList<SubAddressData> cachedAddresses(const LineCache &cache, SubTest test)
+template <typename Visitor>
+void visitCached(const LineCache &cache, const Visitor &visit)
 {
-    QList<SubAddressData> result;
     auto object = cache.objects.constBegin();
     for (auto sub = cache.subs.constBegin(); sub != cache.subs.constEnd(); ++sub) {
         const auto index = static_cast<quint16>(sub.key() >> 8);
         while (object != cache.objects.constEnd() && object.key() < index)
             ++object;
-        if (object != cache.objects.constEnd() && object.key() == index && test(*sub))
-            result << SubAddressData{index, static_cast<quint8>(sub.key())};
+        if (object == cache.objects.constEnd())
+            return;
+        if (object.key() == index)
+            visit(index, static_cast<quint8>(sub.key()), *sub);
     }
-    return result;
 }
 
 } // namespace
@@ -391,6 +391,19 @@ void ObjectDataBase::visitSubIndices(quint8 line, quint16 index, quint8 minSub,
     }
 }
 
+void ObjectDataBase::visitLine(quint8 line, const LineVisitor &visit) const
+{
+    if (const LineCache *cache = d->completeCache(line)) {
+        visitCached(*cache, visit);
+        return;
+    }
+    const QList<quint16> indices = getIndices(line, 0, 0xFFFF);
+    for (const quint16 index : indices) {
+        visitSubIndices(line, index, 0,
+                        [&](quint8 sub, const SUBINDEX_DATA_T &data) { visit(index, sub, data); });
+    }
+}
+
 QList<quint8> ObjectDataBase::getSubIndicesMappable(quint8 line, quint16 index, quint8 minSub) const
 {
     return selectSubs(line, index, minSub, true);
@@ -449,8 +462,14 @@ QList<SubAddressData> ObjectDataBase::getSubsByProperty(quint8 line, const QStri
                                                         const QString &value) const
 {
     if (const LineCache *cache = d->completeCache(line)) {
-        if (const auto test = cachedTest(column, value))
-            return cachedAddresses(*cache, *test);
+        if (const auto test = cachedTest(column, value)) {
+            QList<SubAddress> result;
+            visitCached(*cache, [&](quint16 index, quint8 sub, const SubIndexData &data) {
+                if ((*test)(data))
+                    result << SubAddress{index, sub};
+            });
+            return result;
+        }
     }
     const QString property = searchableColumn(column);
     if (property.isEmpty()) {

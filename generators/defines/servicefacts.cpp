@@ -93,17 +93,13 @@ LineServices readLine(const DefineContext &context, quint8 number)
 /// The one walk over all subindices of a line.
 void readSubs(const ObjectDataBase &store, LineServices *line, ServiceFacts *facts)
 {
-    const QList<quint16> indices = store.getIndices(line->number, 0x1000, 0xFFFF);
-    for (const quint16 index : indices) {
-        const QList<quint8> subs = store.getSubIndices(line->number, index, 0);
-        for (const quint8 sub : subs) {
-            SubIndexData data;
-            (void)store.getSubIndexData(line->number, index, sub, data); // it is in the list
-            line->nvSubs += data.nvStorage;
-            facts->hasExtendedTypes = facts->hasExtendedTypes || isExtendedType(data.dataType);
-            facts->hasUtf8 = facts->hasUtf8 || data.dataType == kUtf8String;
-        }
-    }
+    store.visitLine(line->number, [&](quint16 index, quint8, const SubIndexData &data) {
+        if (index < 0x1000)
+            return;
+        line->nvSubs += data.nvStorage;
+        facts->hasExtendedTypes = facts->hasExtendedTypes || isExtendedType(data.dataType);
+        facts->hasUtf8 = facts->hasUtf8 || data.dataType == kUtf8String;
+    });
 }
 
 void readExistence(const ObjectDataBase &store, quint8 line, ServiceFacts *facts)

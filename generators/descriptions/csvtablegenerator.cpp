@@ -16,9 +16,11 @@ namespace
 
 /// What a row of a subindex is written from.
 struct SubFacts {
-    quint8 line = 0;
-    quint16 index = 0;
     quint8 sub = 0;
+    // The same in all rows of an object.
+    QString indexText;
+    QString lineText;
+    QString codeText;
     bool withDescription = true;
     ObjectDataBase::INDEX_DATA_T object;
     const ObjectDataBase::SUBINDEX_DATA_T *data = nullptr; ///< none in the row of an object
@@ -73,13 +75,13 @@ struct ColumnRow {
 
 // clang-format off
 constexpr ColumnRow kColumns[] = { // row order is column order
-    {"index", [](const SubFacts &f) { return hex(f.index, 4); },
-              [](const SubFacts &f) { return hex(f.index, 4); }},
+    {"index", [](const SubFacts &f) { return f.indexText; },
+              [](const SubFacts &f) { return f.indexText; }},
     {"sub", [](const SubFacts &f) { return hex(f.sub, 2); }},
-    {"line", [](const SubFacts &f) { return QString::number(f.line); },
-             [](const SubFacts &f) { return QString::number(f.line); }},
-    {"objectcode", [](const SubFacts &f) { return COHelper::objectCode2String(f.object.objectCode); },
-                   [](const SubFacts &f) { return COHelper::objectCode2String(f.object.objectCode); }},
+    {"line", [](const SubFacts &f) { return f.lineText; },
+             [](const SubFacts &f) { return f.lineText; }},
+    {"objectcode", [](const SubFacts &f) { return f.codeText; },
+                   [](const SubFacts &f) { return f.codeText; }},
     {"edsname", [](const SubFacts &f) { return f.data->name; },
                 [](const SubFacts &f) { return f.object.name; }},
     {"datatype", [](const SubFacts &f) { return typeWord(f.data->dataType); },
@@ -87,7 +89,7 @@ constexpr ColumnRow kColumns[] = { // row order is column order
     {"access", [](const SubFacts &f) { return f.data->accessType; }},
     {"mapable", [](const SubFacts &f) { return COHelper::pdoMapping2String(f.data->pdoMapping); }},
     {"value", [](const SubFacts &f) { return f.data->defaultValue; }},
-    {"hasdefault", [](const SubFacts &f) { return QString::number(f.data->defaultInEds ? 1 : 0); }},
+    {"hasdefault", [](const SubFacts &f) { return f.data->defaultInEds ? QStringLiteral("1") : QStringLiteral("0"); }},
     {"defaultineds", [](const SubFacts &f) { return QString::number(f.data->writeDefaultToEds); }},
     {"haslimit", [](const SubFacts &f) { return yesNo(f.data->limitInEds); }},
     {"lowlimit", [](const SubFacts &f) { return f.data->lowLimit; }, nullptr, false, true},
@@ -142,11 +144,12 @@ void CsvTable::writeObject(TextWriter &out, const CsvLayout &layout, const Objec
                            quint8 line, quint16 index)
 {
     SubFacts facts;
-    facts.line = line;
-    facts.index = index;
     facts.withDescription = layout.withDescription;
     if (!store.getIndexData(line, index, facts.object))
         return;
+    facts.indexText = hex(index, 4);
+    facts.lineText = QString::number(line);
+    facts.codeText = COHelper::objectCode2String(facts.object.objectCode);
     if (layout.isGroupedTable) {
         writeRow(out, layout, [&facts](const ColumnRow &column) {
             return column.ofObject ? CsvTable::field(column.ofObject(facts)) : QString();

@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -135,6 +137,11 @@ QString HtmlText::escaped(const QString &text)
 
 QString HtmlText::stringConvert(const QString &text)
 {
+    const bool isPlain = std::all_of(text.begin(), text.end(), [](QChar character) {
+        return character.unicode() < 0x80 && character != QLatin1Char('\n');
+    });
+    if (isPlain)
+        return text;
     QString html = text;
     for (const Entity &entity : kEntities)
         html.replace(QString::fromUtf8(entity.character), QLatin1String(entity.html));

@@ -146,15 +146,13 @@ void IndexDefines::generateIndexDefine(quint16 index)
     if (data.objectCode != CANopen::ObjectCode::Array &&
         data.objectCode != CANopen::ObjectCode::Record)
         return;
-    const QList<quint8> subIndices = store.getSubIndices(line, index, 1);
-    for (const quint8 sub : subIndices)
-        generateSubDefine(index, sub);
+    store.visitSubIndices(line, index, 1, [&](quint8 sub, const SubIndexData &member) {
+        generateSubDefine(index, sub, member);
+    });
 }
 
-void IndexDefines::generateSubDefine(quint16 index, quint8 sub)
+void IndexDefines::generateSubDefine(quint16 index, quint8 sub, const SubIndexData &data)
 {
-    SubIndexData data;
-    (void)store.getSubIndexData(line, index, sub, data); // one that fails keeps its default name
     const QString name = subIndexName(data, index, sub);
     writeDefine("#define  ",
                 index > kLastCommunicationIndex ? names.claimCounted(name, sub, "")
@@ -234,6 +232,8 @@ QString IndexDefines::replaceInvalidCharacters(const QString &text)
 {
     constexpr int kLongestRun = 7;
     QString name = onlyNameCharacters(text);
+    if (!name.contains(QLatin1String("__")))
+        return name;
     for (int length = kLongestRun; length > 1; --length)
         name.replace(QString(length, QLatin1Char('_')), QStringLiteral("_"));
     return name;

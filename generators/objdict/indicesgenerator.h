@@ -96,7 +96,7 @@ private:
     using CANID = ObjectDataBase::CANID;
     using DataElement = ObjectDataBase::DataElement;
 
-    void generateSubDefine(quint16 index, quint8 sub);
+    void generateSubDefine(quint16 index, quint8 sub, const SubIndexData &data);
     void generateDataElementDefine(const DataElement &element);
     void generateSpnDefine(quint32 pgn, const SPN &spn);
     /// \a value is the rest of the line; nothing is written without a name.

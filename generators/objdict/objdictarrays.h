@@ -80,15 +80,11 @@ struct Place {
 template <typename Visitor>
 void forEachSub(const Context &context, Visitor visit)
 {
-    ObjectDataBase::SUBINDEX_DATA_T data;
     for (const quint8 line : context.form.lines) {
-        // A column named by a number holds that number: this selects all.
-        const QList<ObjectDataBase::SubAddress> subs =
-            context.store.getSubsByProperty(line, QStringLiteral("1"), QStringLiteral("1"));
-        for (const ObjectDataBase::SubAddress &sub : subs) {
-            if (context.store.getSubIndexData(line, sub.index, sub.subindex, data))
-                visit(Place{line, sub.index, sub.subindex}, data);
-        }
+        context.store.visitLine(
+            line, [&](quint16 index, quint8 sub, const ObjectDataBase::SUBINDEX_DATA_T &data) {
+                visit(Place{line, index, sub}, data);
+            });
     }
 }
 

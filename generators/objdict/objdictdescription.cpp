@@ -1,9 +1,11 @@
 // Description and assignment of objects.
 #include "generators/objdict/objdictdescription.h"
 
+#include "generators/objdict/objdictarrays.h"
 #include "generators/objdict/objdictservices.h"
 #include "generators/objdict/objdictvalues.h"
 #include "generators/subindexrun.h"
+#include "support/numbers.h"
 
 namespace
 {
@@ -17,26 +19,37 @@ constexpr int kShortestCompactable = 3;       ///< subindices, 0 included
 constexpr quint16 kFirstObject = 0x1000;
 constexpr quint16 kLastObject = 0xFFFF;
 
-/// The subindices of an object that have a row, ascending.
-struct ObjectRows {
-    QList<quint8> subs;
-    int runStart = -1; ///< the last of them, if it stands for a run
+/// Which subindices of an object have a row: those up to the start of a run, if there is one, but
+/// for virtual ones.
+class DescribedSubs
+{
+public:
+    DescribedSubs(const Context &context, quint8 line, quint16 index)
+        : runStart(getSameStartSub(context, line, index))
+    {
+    }
+
+    bool contains(quint8 sub, const SubData &data) const
+    {
+        return (runStart < 0 || sub <= runStart) && data.implementation != kVirtual;
+    }
+
+    /// Deliberate: without a run, subindex 255 is marked as one, of itself alone; held by
+    /// tst_objdictdescription.
+    bool isMarkedAsRun(quint8 sub) const { return sub == static_cast<quint8>(runStart); }
+
+private:
+    int runStart; ///< -1: no run
 };
 
-ObjectRows rowsOf(const Context &context, quint8 line, quint16 index)
+quint32 countDescribed(const Context &context, quint8 line, quint16 index)
 {
-    ObjectRows rows;
-    rows.runStart = getSameStartSub(context, line, index);
-    SubData data;
-    const QList<quint8> subs = context.store.getSubIndices(line, index, 0);
-    for (const quint8 sub : subs) {
-        if (rows.runStart >= 0 && sub > rows.runStart)
-            break;
-        if (context.store.getSubIndexData(line, index, sub, data) &&
-            data.implementation != kVirtual)
-            rows.subs << sub;
-    }
-    return rows;
+    const DescribedSubs described(context, line, index);
+    quint32 count = 0;
+    context.store.visitSubIndices(line, index, 0, [&](quint8 sub, const SubData &data) {
+        count += described.contains(sub, data);
+    });
+    return count;
 }
 
 bool isShared(const Context &context, quint8 line, quint16 index, quint8 sub)
@@ -85,45 +98,45 @@ int startOfRun(const Context &context, quint8 line, quint16 index, const QList<q
     return start;
 }
 
-void describeSubObject(Context &context, quint8 line, quint16 index, quint8 sub, bool isCompact)
+void describeSubObject(Context &context, const Place &place, const SubData &data, bool isCompact)
 {
-    SubData data;
-    if (!context.store.getSubIndexData(line, index, sub, data))
-        return;
-    const Key key = keyOf(line, index, sub);
+    const Key key = keyOf(place.line, place.index, place.sub);
     const Positions &positions = context.positions;
     const bool isConstant = data.implementation == 1;
-    const quint32 reference = isConstant ? positions.constants.value(key)
-                                         : getReferencePosition(context, line, index, sub);
+    const quint32 reference =
+        isConstant ? positions.constants.value(key)
+                   : getReferencePosition(context, place.line, place.index, place.sub);
     // Deliberate: no default and no limit where none was recorded, since the position would be that
     // of another object's value. Held by tst_objdictdescription.
     const bool hasDefault = data.defaultInEds && positions.constants.contains(key);
     const bool hasLimit =
         data.limitInEds && (context.form.hasLimitCheck ? positions.lowLimits.contains(key)
                                                        : takesLimits(data.dataType));
-    context.out.raw(descriptionStart(sub, getImplementationDataType(data, index, sub), reference,
-                                     getODAttributes(data, hasDefault, hasLimit, isCompact)));
-    context.out.raw(QStringLiteral(" (UNSIGNED16)%1").arg(positions.constants.value(key)));
-    if (context.form.hasLimitCheck) {
-        context.out.raw(QStringLiteral("u, (UNSIGNED16)%1").arg(positions.lowLimits.value(key)));
-        context.out.raw(QStringLiteral("u, (UNSIGNED16)%1").arg(positions.highLimits.value(key)));
-    }
-    context.out.raw(descriptionEnd(context, line, index, sub));
+    writeDescriptionStart(context, place.sub,
+                          getImplementationDataType(data, place.index, place.sub), reference,
+                          getODAttributes(data, hasDefault, hasLimit, isCompact));
+    context.out.parts(" (UNSIGNED16)", quint32(positions.constants.value(key)));
+    if (context.form.hasLimitCheck)
+        context.out.parts("u, (UNSIGNED16)", quint32(positions.lowLimits.value(key)),
+                          "u, (UNSIGNED16)", quint32(positions.highLimits.value(key)));
+    writeDescriptionEnd(context, place.line, place.index, place.sub);
 }
 
 quint32 describeObject(Context &context, quint8 line, quint16 index, quint32 firstRow)
 {
     if (sharesRows(context, line, index))
         return 0;
-    const ObjectRows rows = rowsOf(context, line, index);
+    const DescribedSubs described(context, line, index);
+    quint32 rows = 0;
+    context.store.visitSubIndices(line, index, 0, [&](quint8 sub, const SubData &data) {
+        if (!described.contains(sub, data))
+            return;
+        describeSubObject(context, {line, index, sub}, data, described.isMarkedAsRun(sub));
+        ++rows;
+    });
     context.positions.descriptionRows.insert(
-        keyOf(line, index, 0),
-        {static_cast<quint16>(firstRow), static_cast<quint16>(rows.subs.size())});
-    // Deliberate: without a run, subindex 255 is marked as one, of itself alone; held by
-    // tst_objdictdescription.
-    for (const quint8 sub : rows.subs)
-        describeSubObject(context, line, index, sub, sub == static_cast<quint8>(rows.runStart));
-    return static_cast<quint32>(rows.subs.size());
+        keyOf(line, index, 0), {static_cast<quint16>(firstRow), static_cast<quint16>(rows)});
+    return rows;
 }
 
 bool hasAssignment(const Context &context, quint8 line, quint16 index)
@@ -188,7 +201,7 @@ TableRows ObjDict::countRows(const Context &context)
 {
     TableRows count;
     visitObjects(context, [&](quint8 line, quint16 index) {
-        count.descriptions += quint32(rowsOf(context, line, index).subs.size());
+        count.descriptions += countDescribed(context, line, index);
         // Deliberate: an object without subindex 0 counts as well, it has a row; held by
         // tst_objdictdescription.
         if (hasAssignment(context, line, index))
@@ -201,7 +214,7 @@ TableRows ObjDict::countRows(const Context &context)
 void ObjDict::describeObjects(Context &context)
 {
     const bool hasRows = visitObjects(context, [&](quint8 line, quint16 index) {
-        return !rowsOf(context, line, index).subs.isEmpty();
+        return countDescribed(context, line, index) > 0;
     });
     context.out.raw("\n/* description of the objects */\n");
     writeTableStart(context, "%1 CO_OBJECT_DESC_T %2 od_description[CO_OBJ_DESC_CNT] = {\n",
@@ -296,25 +309,25 @@ const char *ObjDict::objectTypeWord(CANopen::ObjectCode code, int subs)
     }
 }
 
-QString ObjDict::descriptionStart(quint8 sub, const QString &tag, quint32 reference,
-                                  const QString &attributes)
+void ObjDict::writeDescriptionStart(Context &context, quint8 sub, const QString &tag,
+                                    quint32 reference, const QString &attributes)
 {
-    return QStringLiteral("\t{ (UNSIGNED8)%1u, %2, (UNSIGNED16)%3u, %4, ")
-        .arg(QString::number(sub), tag, QString::number(reference), attributes);
+    context.out.parts("\t{ (UNSIGNED8)", sub, "u, ", tag, ", (UNSIGNED16)", reference, "u, ",
+                      attributes, ", ");
 }
 
-QString ObjDict::descriptionEnd(const Context &context, quint8 line, quint16 index, quint8 sub)
+void ObjDict::writeDescriptionEnd(Context &context, quint8 line, quint16 index, quint8 sub)
 {
-    const QString place =
-        QStringLiteral("0x%1:%2*/ \n").arg(index, 4, 16, QLatin1Char('0')).arg(sub);
-    return context.form.multiLine ? QStringLiteral("u},/* %1-%2").arg(QString::number(line), place)
-                                  : QStringLiteral("u},/* ") + place;
+    context.out.raw("u},/* ");
+    if (context.form.multiLine)
+        context.out.parts(line, "-");
+    context.out.parts("0x", Numbers::toHex(index, 4), ":", sub, "*/ \n");
 }
 
 QString ObjDict::assignText(const AssignRow &row)
 {
     return QStringLiteral("\t{ 0x%1u, %2u, %3u, %4, %5u },\n")
-        .arg(QStringLiteral("%1").arg(row.index, 4, 16, QLatin1Char('0')),
-             QString::number(row.rows), QString::number(row.highestSub),
-             QLatin1String(row.objectType), QString::number(row.firstRow));
+        .arg(Numbers::toHex(row.index, 4), QString::number(row.rows),
+             QString::number(row.highestSub), QLatin1String(row.objectType),
+             QString::number(row.firstRow));
 }

@@ -34,11 +34,11 @@ quint32 getReferencePosition(const Context &context, quint8 line, quint16 index,
 const char *objectTypeWord(CANopen::ObjectCode code, int subs);
 
 /// Start of a description row, up to its attributes and what stands between.
-QString descriptionStart(quint8 sub, const QString &tag, quint32 reference,
-                         const QString &attributes);
+void writeDescriptionStart(Context &context, quint8 sub, const QString &tag, quint32 reference,
+                           const QString &attributes);
 
 /// "/* 0x2000:1*/ \n", the end of a description row.
-QString descriptionEnd(const Context &context, quint8 line, quint16 index, quint8 sub);
+void writeDescriptionEnd(Context &context, quint8 line, quint16 index, quint8 sub);
 
 /// A row of od_assign, or of a table of its kind.
 struct AssignRow {

@@ -281,8 +281,9 @@ quint8 ObjDict::valueLine(const ObjectDataBase &store, quint8 line, quint16 inde
 
 QString ObjDict::entryComment(const Context &context, Key key)
 {
-    const QString place =
-        QStringLiteral("0x%1:%2").arg(quint16(key >> 8), 4, 16, QLatin1Char('0')).arg(quint8(key));
-    return context.form.multiLine ? QStringLiteral(" /* %1-%2 */").arg(key >> 24).arg(place)
-                                  : QStringLiteral(" /* %1 */").arg(place);
+    const QString place = QLatin1String("0x") + Numbers::toHex(quint16(key >> 8), 4) +
+                          QLatin1Char(':') + QString::number(quint8(key)) + QLatin1String(" */");
+    return context.form.multiLine
+               ? QStringLiteral(" /* %1-%2").arg(QString::number(key >> 24), place)
+               : QLatin1String(" /* ") + place;
 }

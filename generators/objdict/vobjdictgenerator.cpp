@@ -85,12 +85,12 @@ void describeSub(Context &context, const VirtualObjects::Object &object, quint8 
     const Key key = keyOf(object.line, object.index, sub);
     const Positions::Map &constants = context.positions.constants;
     const bool isRun = object.endsInRun && sub == object.subs.last();
-    context.out.raw(descriptionStart(
-        sub, getImplementationDataType(data, object.index, sub),
+    writeDescriptionStart(
+        context, sub, getImplementationDataType(data, object.index, sub),
         values.contains(key) ? values.value(key) : kNoPosition,
-        getODAttributes(data, data.defaultInEds && constants.contains(key), false, isRun)));
+        getODAttributes(data, data.defaultInEds && constants.contains(key), false, isRun));
     context.out.raw(QStringLiteral(" (UNSIGNED16)%1").arg(constants.value(key)));
-    context.out.raw(descriptionEnd(context, object.line, object.index, sub));
+    writeDescriptionEnd(context, object.line, object.index, sub);
 }
 
 QString constTable(const Context &context, const char *start)
