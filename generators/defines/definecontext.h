@@ -8,6 +8,9 @@
 #include "generators/textwriter.h"
 #include "store/objectdatabase.h"
 
+#include <QByteArray>
+#include <QSet>
+
 /// What the two generations of the stack differ in; single words stand in their rows.
 struct DefineDialect : Dialect {
     const char *titleSuffix = "";             ///< end of the title in the head comment
@@ -46,7 +49,9 @@ struct WrittenDefines {
     bool sdoServerCnt = false;
     bool sdoClientCnt = false;
     bool inhibit = false;
+    bool tableSwitches = false; ///< looked at, whether or not the project needs them
     bool dynamicCan = false;
+    QSet<QByteArray> eventSlots; ///< settings of the dynamic events
 };
 
 /// Handed to each section. The sections of a file share one context.

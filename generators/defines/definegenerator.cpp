@@ -5,6 +5,7 @@
 #include "generators/defines/bufferdefines.h"
 #include "generators/defines/eventdefines.h"
 #include "generators/defines/hardwaredefines.h"
+#include "generators/defines/j1939defines.h"
 #include "generators/defines/oldheader.h"
 #include "generators/defines/servicedefines.h"
 #include "generators/defines/virtualobjectdefines.h"
@@ -161,6 +162,8 @@ void DefineGenerator::writeSections(TextWriter &out)
         emit progress(75);
     }
     Defines::generateBufferDefines(context);
+    if (j1939Present || multiProtocol)
+        Defines::generateJ1939Defines(context);
     Defines::generateVODDefines(context);
     Defines::generateHardwareDefines(context);
     writeApplicationDefines(context);

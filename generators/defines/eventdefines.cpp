@@ -1,6 +1,7 @@
 // Static and dynamic events.
 #include "generators/defines/eventdefines.h"
 
+#include "generators/defines/shareddefines.h"
 #include "generators/rowtables.h"
 
 #include <array>
@@ -130,24 +131,31 @@ void writeSleepMode(DefineContext &context)
                    Numbers::toUIntDecimal(context.settings.text("sleep_wait_time")));
 }
 
+void writeSlot(DefineContext &context, const SlotRow &row, quint32 count)
+{
+    if (context.written.eventSlots.contains(row.setting))
+        return;
+    context.out.define(row.start, count);
+    context.written.eventSlots.insert(row.setting);
+}
+
 template <size_t N>
 void writeSlots(DefineContext &context, const SlotRow (&rows)[N])
 {
     for (const SlotRow &row : rows) {
         const qint32 count = context.settings.decimal(row.setting);
         if (count > 0)
-            context.out.define(row.start, quint32(count));
+            writeSlot(context, row, quint32(count));
     }
 }
 
-void writeCanSlots(DefineContext &context)
+template <size_t N>
+void writeSlotOf(DefineContext &context, const char *setting, const SlotRow (&rows)[N])
 {
-    const qint32 count = context.settings.decimal("event_can");
-    if (count <= 0 || context.written.dynamicCan)
-        return;
-    context.define({"#define CO_EVENT_DYNAMIC_CAN\t", "#define CORE_EVENT_DYNAMIC_CAN\t"},
-                   quint32(count));
-    context.written.dynamicCan = true;
+    for (const SlotRow &row : rows) {
+        if (RowTables::isSameText(row.setting, setting))
+            writeSlot(context, row, 1);
+    }
 }
 
 void writeIsoTpSlots(DefineContext &context)
@@ -179,8 +187,14 @@ void Defines::generateEventDefines(DefineContext &context)
     if (context.canFd)
         writeSlots(context, kUsdoSlots);
     writeSlots(context, kSlotsBeforeCan);
-    writeCanSlots(context);
+    writeCanEvents(context, context.settings.decimal("event_can"));
     writeSlots(context, kSlotsAfterCan);
     writeIsoTpSlots(context);
     context.raw({"\n"});
+}
+
+void Defines::reserveEventSlot(DefineContext &context, const char *setting)
+{
+    writeSlotOf(context, setting, kSlotsBeforeCan);
+    writeSlotOf(context, setting, kSlotsAfterCan);
 }

@@ -10,4 +10,7 @@ namespace Defines
 /// the flag dynamicCan.
 void generateEventDefines(DefineContext &context);
 
+/// One slot for the dynamic event that \a setting counts, unless some are written already.
+void reserveEventSlot(DefineContext &context, const char *setting);
+
 } // namespace Defines

@@ -4,6 +4,7 @@
 #include "generators/defines/definecounts.h"
 #include "generators/defines/definelists.h"
 #include "generators/defines/servicefacts.h"
+#include "generators/defines/shareddefines.h"
 #include "generators/rowtables.h"
 
 #include <QStringList>
@@ -116,13 +117,19 @@ constexpr ServiceRow kErrorServices[] = {
     {"#define CO_TIME_SUPPORTED\t",         [](const Facts &f) { return quint32(f.hasTime); }},
 };
 
-constexpr ServiceRow kLastServices[] = {
+constexpr ServiceRow kLimitSwitches[] = {
     {"#define CO_CONFIG_LIMIT_CHECK\t\t",   [](const Facts &f) { return quint32(f.settings.byPrefix("limit_check") >= 1); }},
+};
+
+constexpr ServiceRow kLastServices[] = {
     {"#define CO_SSDO_DOMAIN_CNT\t",        [](const Facts &f) { return f.settings.byPrefix("event_ssdo_domain_counter") & 0xFFFF; }},
     {"#define CO_SDO_SPLIT_INDICATION\t\t", [](const Facts &f) { return quint32(f.settings.byPrefix("sdo_split") > 0); }},
     // Deliberate: a second, equal define for a manager with such objects; held by tst_definesections.
     {"#define CO_CFG_MANAGER\t",            [](const Facts &f) { return quint32(f.hasConfiguration); }},
     {"#define CO_SELF_STARTING_DEVICE\t",   [](const Facts &f) { return quint32(f.isSelfStarting); }},
+};
+
+constexpr ServiceRow kTypeSwitches[] = {
     {"#define CO_EXTENDED_DATA_TYPES\t\t",  [](const Facts &f) { return quint32(f.hasExtendedTypes); }},
     {"#define CO_UTF8_DATA_TYPE\t\t",       [](const Facts &f) { return quint32(f.hasUtf8); }},
 };
@@ -154,28 +161,6 @@ void writeFunctions(DefineContext &context, const FunctionRow (&rows)[N])
         if (context.settings.isSet(row.setting))
             context.out.raw(row.line);
     }
-}
-
-void writeMultiLine(DefineContext &context)
-{
-    if (!context.lines.multiLine || context.written.multiLine)
-        return;
-    context.raw({"#define CO_MULTI_LINE\t1u\n", "#define CAN_MULTI_LINE\t1u\n"});
-    context.define({"#define CO_MULTI_LINE_CNT\t", "#define CAN_MULTI_LINE_CNT\t"},
-                   quint32(context.lines.numbers.size()));
-    context.written.multiLine = true;
-}
-
-void writeBufferCounts(DefineContext &context)
-{
-    const Defines::BufferSizes sizes =
-        Defines::readBufferSizes(context.settings, context.lines.numbers);
-    context.raw({"/* Number of receive/transmit buffer entries per line */\n"});
-    context.raw({"#define CO_REC_BUFFER_COUNTS\t", "#define CORE_REC_BUFFER_COUNTS\t"});
-    context.out.raw(Defines::withUnsignedEnd(sizes.receive) + QLatin1Char('\n'));
-    context.raw({"#define CO_TR_BUFFER_COUNTS\t", "#define CORE_TR_BUFFER_COUNTS\t"});
-    context.out.raw(Defines::withUnsignedEnd(sizes.transmit) + QLatin1Char('\n'));
-    context.written.bufferCounts = true;
 }
 
 void writeObjectCounts(DefineContext &context, const Facts &facts)
@@ -230,9 +215,10 @@ void writeNodeIds(DefineContext &context)
 void writeLineSettings(DefineContext &context, const Facts &facts)
 {
     context.raw({"/* Line Settings */\n"});
-    writeMultiLine(context);
+    if (context.lines.multiLine)
+        Defines::writeMultiLine(context);
     context.raw({"#define CANOPEN_SUPPORTED\t1u\n"});
-    writeBufferCounts(context);
+    Defines::writeBufferCounts(context, false);
     writeObjectCounts(context, facts);
     writeNodeIds(context);
 }
@@ -271,18 +257,6 @@ void writeRouting(DefineContext &context, const Facts &facts)
     context.out.defineList("#define CO_NETWORK_ROUTING_COUNTS\t", routes);
     context.out.define("#define CO_NETWORK_ROUTING_CNT\t",
                        std::accumulate(routes.begin(), routes.end(), 0U));
-}
-
-void writeSdoTotals(DefineContext &context, const Facts &facts)
-{
-    if (facts.sdoServers > 0) {
-        context.out.define("#define CO_SDO_SERVER_CNT\t", facts.sdoServers);
-        context.written.sdoServerCnt = true;
-    }
-    if (facts.sdoClients > 0) {
-        context.out.define("#define CO_SDO_CLIENT_CNT\t", facts.sdoClients);
-        context.written.sdoClientCnt = true;
-    }
 }
 
 void writeUsdo(DefineContext &context)
@@ -372,14 +346,6 @@ void writeSdoQueue(DefineContext &context)
         context.raw({"#define CO_SDOQUEUE_INTERNAL_ACCESS\t\t1u\n"});
 }
 
-void writeInhibit(DefineContext &context, const Facts &facts)
-{
-    if (!facts.hasInhibit)
-        return;
-    context.raw({"#define CO_INHIBIT_SUPPORTED\t1u\n", "#define CORE_INHIBIT_SUPPORTED\t1u\n"});
-    context.written.inhibit = true;
-}
-
 void writeCobTotal(DefineContext &context)
 {
     if (!context.multiProtocol) {
@@ -405,13 +371,15 @@ void Defines::generateServiceDefines(DefineContext &context)
 {
     if (!hasCANopenLine(context))
         return;
+    context.written.tableSwitches = true;
     const Facts facts = readServiceFacts(context);
     writeLineSettings(context, facts);
     context.raw({"/* Definition of numbers of CANopen services */\n"});
     writeProfile(context, facts);
     writeServices(context, facts, kManagementServices);
     writeRouting(context, facts);
-    writeSdoTotals(context, facts);
+    writeSdoServerCount(context, facts.sdoServers);
+    writeSdoClientCount(context, facts.sdoClients);
     if (context.canFd)
         writeUsdo(context);
     writePdos(context, facts);
@@ -421,7 +389,20 @@ void Defines::generateServiceDefines(DefineContext &context)
     writeServices(context, facts, kErrorServices);
     writeSdoBlock(context);
     writeSdoQueue(context);
+    writeServices(context, facts, kLimitSwitches);
     writeServices(context, facts, kLastServices);
-    writeInhibit(context, facts);
+    writeServices(context, facts, kTypeSwitches);
+    if (facts.hasInhibit)
+        writeInhibit(context);
     writeCobTotal(context);
+}
+
+void Defines::generateTableSwitches(DefineContext &context)
+{
+    if (context.written.tableSwitches)
+        return;
+    const Facts facts = readServiceFacts(context);
+    writeServices(context, facts, kLimitSwitches);
+    writeServices(context, facts, kTypeSwitches);
+    context.written.tableSwitches = true;
 }

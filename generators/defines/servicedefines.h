@@ -9,4 +9,8 @@ namespace Defines
 /// Writes nothing in a project without a CANopen line. Sets all flags but dynamicCan.
 void generateServiceDefines(DefineContext &context);
 
+/// The switches that the tables of an object dictionary depend on, limits and types of values, for
+/// one without CANopen services around it. Nothing if the services have written them.
+void generateTableSwitches(DefineContext &context);
+
 } // namespace Defines
