@@ -129,7 +129,7 @@ constexpr CountRow kLastModules[] = {
 };
 // clang-format on
 
-/// Elements of ISO-TP connections; they count once each.
+/// ISO-TP connections of a line; here each takes one message object.
 quint32 isoTpConnections(const GeneralSettings &settings, quint8 line)
 {
     if (settings.decimal("isotp_supported") != 1 && settings.decimal("udsserver_supported") != 1)
@@ -238,26 +238,13 @@ void writeGroups(DefineContext &context, const Facts &facts)
 
 void writeSdos(DefineContext &context, const Facts &facts)
 {
-    const auto writeServers = [&] {
-        writeSdoList(context, "#define J1939_SSDO_COUNTS\t", facts.perLine(&LineGroups::servers));
-    };
-    const auto writeServerCount = [&] {
-        if (facts.isServer)
-            Defines::writeSdoServerCount(context, countSdoLines(facts));
-    };
-    const auto writeClients = [&] {
-        writeSdoList(context, "#define J1939_CSDO_COUNTS\t", facts.perLine(&LineGroups::clients));
-    };
-    writeServers();
-    if (facts.isMultiLine) {
-        writeClients();
-        writeServerCount();
-    } else {
-        writeServerCount();
-        writeClients();
-    }
-    if (facts.isClient)
-        Defines::writeSdoClientCount(context, countSdoLines(facts));
+    const quint32 servers = facts.isServer ? countSdoLines(facts) : 0;
+    writeSdoList(context, "#define J1939_SSDO_COUNTS\t", facts.perLine(&LineGroups::servers));
+    if (!facts.isMultiLine)
+        Defines::writeSdoServerCount(context, servers);
+    writeSdoList(context, "#define J1939_CSDO_COUNTS\t", facts.perLine(&LineGroups::clients));
+    Defines::writeSdoServerCount(context, servers); // is there already for one line
+    Defines::writeSdoClientCount(context, facts.isClient ? countSdoLines(facts) : 0);
 }
 
 void writeSafety(DefineContext &context, const Facts &facts)
@@ -287,10 +274,13 @@ void writeInhibit(DefineContext &context, const Facts &facts)
 /// One element for each line; the last one of the setting stands for the lines beyond.
 QStringList destinationBuffers(const DefineContext &context, const QString &setting)
 {
+    // Deliberate: no more and no fewer elements than lines, since the stack has an array of them;
+    // held by tst_j1939defines.
     if (setting.trimmed().isEmpty())
-        return QVector<QString>(qMax(1, context.lines.numbers.size()), QStringLiteral("1")).toList();
-    QStringList elements =
-        Defines::lineList(setting, context.lines.numbers, QStringLiteral("0")).split(QLatin1Char(','));
+        return QVector<QString>(qMax(1, context.lines.numbers.size()), QStringLiteral("1"))
+            .toList();
+    QStringList elements = Defines::lineList(setting, context.lines.numbers, QStringLiteral("0"))
+                               .split(QLatin1Char(','));
     while (elements.size() < context.lines.numbers.size())
         elements << elements.last();
     return elements;
@@ -374,7 +364,7 @@ void writeCobs(DefineContext &context, const Facts &facts)
                  "/* COB definitions */\n"});
     context.raw({"#define CO_COB_CNT \t", "#define CORE_COB_CNT \t"});
     context.out.raw(facts.sum(&LineGroups::cobs) + quint32(qMax(0, additional)));
-    // Deliberate: the stack lists this count in an initialiser; held by tst_j1939defines.
+    // Deliberate: the comma, since the stack's tables list the counts; held by tst_j1939defines.
     context.raw({"u ,\n"});
     if (facts.isMultiLine) {
         QStringList counts;
@@ -383,8 +373,8 @@ void writeCobs(DefineContext &context, const Facts &facts)
         context.raw({"#define CO_COB_COUNTS\t", "#define CORE_COB_COUNTS\t"});
         context.out.raw(counts.join(QLatin1String(", ")) + QLatin1Char('\n'));
     } else {
-        context.raw({"#define CO_COB_COUNTS\tCO_COB_CNT\n",
-                     "#define CORE_COB_COUNTS\tCORE_COB_CNT\n"});
+        context.raw(
+            {"#define CO_COB_COUNTS\tCO_COB_CNT\n", "#define CORE_COB_COUNTS\tCORE_COB_CNT\n"});
     }
     context.raw({"\n"});
 }

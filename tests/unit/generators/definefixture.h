@@ -21,7 +21,7 @@ public:
     ///   line NUMBER TYPE, unline NUMBER
     ///   var INDEX VALUE, array INDEX ENTRIES, record INDEX ENTRIES
     ///   put INDEX:SUB type|access|value|kind|nv VALUE
-    ///   pgn LINE tx|rx NUMBER, canid LINE tx|rx NUMBER
+    ///   pgn LINE tx|rx NUMBER [safe|inhibit=MS], canid LINE tx|rx NUMBER
     void change(const QString &texts)
     {
         for (const QString &text : texts.split("; ", Qt::SkipEmptyParts))
@@ -87,12 +87,18 @@ private:
 
     void addTraffic(const QStringList &words)
     {
-        const QString sql =
-            words.first() == "pgn"
-                ? "insert into PGNs%1 (number, direction, issafe) values (%2, %3, 0)"
-                : "insert into CANIDs%1 (id, direction) values (%2, %3)";
         const QString direction = QString::number(words.at(2) == "tx" ? 0x55 : 0x77);
-        store.executeSql(sql.arg(words.at(1), words.at(3), direction));
+        if (words.first() == "canid") {
+            store.executeSql(QStringLiteral("insert into CANIDs%1 (id, direction) values (%2, %3)")
+                                 .arg(words.at(1), words.at(3), direction));
+            return;
+        }
+        const QString extra = words.value(4);
+        const QString inhibit = extra.startsWith("inhibit=") ? extra.section('=', 1) : "0";
+        store.executeSql(QStringLiteral("insert into PGNs%1 (number, direction, issafe, "
+                                        "inhibittime_ms) values (%2, %3, %4, %5)")
+                             .arg(words.at(1), words.at(3), direction,
+                                  QString::number(extra == "safe"), inhibit));
     }
 
     void changeObject(const QStringList &words)

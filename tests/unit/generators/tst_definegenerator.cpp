@@ -50,6 +50,20 @@ private slots:
             "#define CO_CONFIG_REC_BUFFER_CNT\t10u\n"
             "#define CO_CONFIG_TRANS_BUFFER_CNT\t5u\n"
             "\n"
+            "/* J1939 Defines */\n"
+            "#define J1939_SUPPORTED\t1u\n"
+            "#define J1939_RECEIVE_PGN_CNT\t0u\n"
+            "#define J1939_TRANSMIT_PGN_CNT\t0u\n"
+            "#define J1939_RECEIVE_PGN_COUNTS\t0u\n"
+            "#define J1939_TRANSMIT_PGN_COUNTS\t0u\n"
+            "#define J1939_SSDO_COUNTS\t0u\n"
+            "#define J1939_CSDO_COUNTS\t0u\n"
+            "\n\n\n"
+            "/* Number of receive/transmit buffer entries per line */\n"
+            "#define CO_REC_BUFFER_CNT\t10u\n"
+            "#define CO_TR_BUFFER_CNT\t5u\n"
+            "#define CO_REC_BUFFER_COUNTS\t10u\n"
+            "#define CO_TR_BUFFER_COUNTS\t5u\n"
             "/* Hardware settings */\n"
             "/*  */\n"
             "#define CO_TIMER_INTERVAL\t5u\n"
@@ -78,7 +92,8 @@ private slots:
         QByteArray inV4 = expected;
         inV4.replace("3.11.2\n", "3.11.2 (v4)\n").replace("COUNT\t1ul", "COUNT\t2ul");
         inV4.replace("#define J1939_TIMER_INTERVAL\tCO_TIMER_INTERVAL\n", "");
-        for (const QByteArray word : {"TIMER_INTERVAL", "CONFIG", "COB_C"})
+        for (const QByteArray word :
+             {"TIMER_INTERVAL", "CONFIG", "COB_C", "REC_BUFFER_C", "TR_BUFFER_C"})
             inV4.replace("CO_" + word, "CORE_" + word);
         QCOMPARE(generate(v4), inV4);
     }
