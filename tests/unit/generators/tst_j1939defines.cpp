@@ -103,7 +103,7 @@ private slots:
                                  "#define CO_EVENT_DYNAMIC_SDO_CLIENT_WRITE\t1u\n"
                                  "\n"
                                  "/* COB definitions */\n"
-                                 "#define CO_COB_CNT \t44u ,\n"
+                                 "#define CO_COB_CNT \t43u ,\n"
                                  "#define CO_COB_COUNTS\t12, 9, 13, 9\n"
                                  "\n"
                                  "\n"
