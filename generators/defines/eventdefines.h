@@ -7,7 +7,7 @@ namespace Defines
 {
 
 /// Static events are calls of one named function, dynamic ones need slots for registrations. Sets
-/// the flag dynamicCan.
+/// the flags dynamicCan and eventSlots.
 void generateEventDefines(DefineContext &context);
 
 /// One slot for the dynamic event that \a setting counts, unless some are written already.

@@ -6,7 +6,7 @@
 namespace Defines
 {
 
-/// Writes nothing in a project without a CANopen line. Sets all flags but dynamicCan.
+/// Writes nothing in a project without a CANopen line. Sets the flags of what it writes.
 void generateServiceDefines(DefineContext &context);
 
 /// The switches that the tables of an object dictionary depend on, limits and types of values, for
