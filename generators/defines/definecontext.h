@@ -13,7 +13,6 @@
 
 /// What the two generations of the stack differ in; single words stand in their rows.
 struct DefineDialect : Dialect {
-    const char *titleSuffix = "";             ///< end of the title in the head comment
     const char *j1939TimerLine = "";          ///< timer of J1939 in terms of the CANopen timer
     bool virtualsBesideOtherProtocols = true; ///< virtual objects in multi-protocol projects
     bool virtualsOfFirstLineOnly = false;     ///< in the counts by data type
@@ -32,7 +31,6 @@ constexpr DefineDialect v4DefineDialect()
 {
     DefineDialect d = classicDefineDialect();
     d.preferV4 = true;
-    d.titleSuffix = " (v4)";
     d.j1939TimerLine = "";
     d.virtualsBesideOtherProtocols = false;
     d.virtualsOfFirstLineOnly = true;

@@ -26,7 +26,6 @@ struct Dialect : ::Dialect {
     const char *constStorageMacro = ""; ///< storage class of constant data
     const char *watchdogMacro = "";     ///< called between the steps of the start-up
     const char *lineCountMacro = "";    ///< number of lines, as the definitions header names it
-    const char *titleSuffix = "";       ///< end of the title in the head comment
     const char *commonStart = "";       ///< call that starts what all protocols share
 };
 
@@ -51,7 +50,6 @@ constexpr Dialect v4Dialect()
     d.constStorageMacro = "CORE_CONST_STORAGE_CLASS";
     d.watchdogMacro = "CORE_HANDLE_WATCHDOG";
     d.lineCountMacro = "CAN_MULTI_LINE_CNT";
-    d.titleSuffix = " (V4)";
     d.commonStart = "    retVal = coreStackInit(&commonInitVars);\n";
     return d;
 }

@@ -29,7 +29,6 @@ protected:
 
 private:
     QString targetFile() const;
-    ObjDict::HeadFacts headFacts() const;
     void updateUserHeader(bool isNeeded);
     void writePreamble(ObjDict::Context &context);
     void writeTables(ObjDict::Context &context);

@@ -13,9 +13,6 @@ struct HeadFacts {
     QString toolVersion;
 };
 
-/// \a subject is "object dictionary" or the like.
-void writeHead(Context &context, const char *subject, const HeadFacts &facts);
-
 /// A target without the standard library has a file of that name in the output folder.
 bool hasStandardLibrary(const QString &outputDirectory);
 
