@@ -84,8 +84,9 @@ private slots:
         QSettings("Korvel", "CANopen Tessarine").setValue("General/implinfo", 1);
         J1939HTMLGenerator generator;
         const QString page = generateWith(generator, "demo", "demo.html");
-        QVERIFY(page.contains("    <td>Implementation Type</td>\n    <td>Variable</td>\n   </tr>\n"
-                              "   <tr>\n    <td>Variable Name</td>\n    <td>v&lt;a>.x</td>\n"));
+        QVERIFY(page.contains(
+            "    <td>Implementation Type</td>\n    <td>Variable</td>\n   </tr>\n"
+            "   <tr class=\"alt\">\n    <td>Variable Name</td>\n    <td>v&lt;a>.x</td>\n"));
         QVERIFY(page.contains("<td>Managed Variable</td>\n   </tr>\n  </table>\n"));
     }
 
