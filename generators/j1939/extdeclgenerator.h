@@ -5,6 +5,10 @@
 #include "generators/abstractgenerator.h"
 #include "generators/dialect.h"
 
+#include <QMap>
+#include <QStringList>
+#include <QVector>
+
 /// Writes both files, for all lines of a project. The application may leave gen_var_decl.c out of
 /// its build and define the variables itself.
 class ExtDeclGenerator : public AbstractGenerator

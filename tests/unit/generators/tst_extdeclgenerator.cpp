@@ -33,11 +33,12 @@ private slots:
         QTest::newRow("real")         << "a"        << 8   << 0   << "1.5"  << "REAL32 a"         << "REAL32 a = 1.50000000e+00f";
         QTest::newRow("no literal")   << "a"        << 8   << 0   << "inf"  << "REAL32 a"         << "REAL32 a = 0.00000000e+00f";
         QTest::newRow("no macro")     << "a"        << 21  << 0   << "1"    << "INTEGER64 a"      << "INTEGER64 a";
-        QTest::newRow("string")       << "a"        << 120 << 17  << "ü\""  << "char a[3]"        << "char a[3] = { 0xc3, 0xbc, 0x22 }";
-        QTest::newRow("cut string")   << "a"        << 121 << 8   << "xy"   << "char a[1]"        << "char a[1] = { 0x78 }";
+        QTest::newRow("string")       << "a"        << 120 << 17  << "ü\""  << "char a[3]"        << "char a[3] = { '\\xc3', '\\xbc', '\\x22' }";
+        QTest::newRow("cut string")   << "a"        << 121 << 8   << "xy"   << "char a[1]"        << "char a[1] = { '\\x78' }";
         QTest::newRow("no size")      << "a"        << 15  << 0   << ""     << "UNSIGNED8 a[1]"   << "UNSIGNED8 a[1]";
+        QTest::newRow("hex string")   << "a"        << 10  << 16  << "|xF0" << "UNSIGNED8 a[2]"   << "UNSIGNED8 a[2] = { 0xf0 }";
         QTest::newRow("element")      << " a [0x2u]" << 6  << 0   << "9"    << "UNSIGNED16 a[]"   << "UNSIGNED16 a[3] = { [2] = 9u }";
-        QTest::newRow("text element") << "a[1]"     << 9   << 16  << "x"    << "char a[][2]"      << "char a[2][2] = { [1] = { 0x78 } }";
+        QTest::newRow("text element") << "a[1]"     << 9   << 16  << "x"    << "char a[][2]"      << "char a[2][2] = { [1] = { '\\x78' } }";
         // clang-format on
     }
     void variables()
