@@ -204,3 +204,9 @@ void HtmlPage::row(const char *labelCell, const QString &value, const char *valu
     out.raw("</td>\n");
     out.raw("   </tr>\n");
 }
+
+void HtmlPage::emptyRow()
+{
+    openRow();
+    out.raw("   </tr>\n");
+}

@@ -35,6 +35,9 @@ public:
     /// its cell.
     void row(const char *labelCell, const QString &value, const char *valueCell = "    <td>");
 
+    /// A row without cells, which takes its turn of the colours all the same.
+    void emptyRow();
+
     /// Opening tag of a row, for rows that are not in turn.
     static const char *rowTag(bool isAlternate);
 

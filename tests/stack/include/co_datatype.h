@@ -49,6 +49,7 @@ typedef int8_t INTEGER8;
 typedef int16_t INTEGER16;
 typedef int32_t INTEGER32;
 typedef float REAL32;
+typedef double REAL64;
 typedef UNSIGNED8 BOOL_T;
 typedef UNSIGNED8 CO_LINE_TYPE;
 
@@ -58,6 +59,7 @@ typedef struct { UNSIGNED8 bytes[5]; } UNSIGNED40;
 typedef struct { UNSIGNED8 bytes[6]; } UNSIGNED48;
 typedef struct { UNSIGNED8 bytes[8]; } UNSIGNED64;
 typedef struct { UNSIGNED8 bytes[3]; } INTEGER24;
+typedef struct { UNSIGNED8 bytes[8]; } INTEGER64;
 #define U24_SET(a, b, c)                {{ a, b, c }}
 #define U40_SET(a, b, c, d, e)          {{ a, b, c, d, e }}
 #define U48_SET(a, b, c, d, e, f)       {{ a, b, c, d, e, f }}

@@ -1,0 +1,165 @@
+// The HTML page of a J1939 line.
+#include "generators/descriptions/j1939htmlgenerator.h"
+
+#include "generators/descriptions/htmlpage.h"
+#include "generators/textwriter.h"
+#include "support/cohelper.h"
+#include "support/logging.h"
+#include "support/numbers.h"
+
+#include <QFile>
+#include <QThread>
+
+namespace
+{
+
+constexpr quint8 kTransmitted = 0x55;
+constexpr quint8 kReceived = 0x77;
+constexpr quint32 kApplicationVariable = 2;
+
+/// What the contents and the heading of a group show.
+QString groupTitle(quint32 pgn, const QString &name)
+{
+    return QStringLiteral("0x") + Numbers::toHex(pgn, 4) + QLatin1Char(' ') +
+           HtmlText::escaped(name);
+}
+
+void openTable(TextWriter &out)
+{
+    out.raw("  <table border=\"1\" width=\"600\">\n");
+}
+
+} // namespace
+
+void J1939HtmlDoc::writeTitleTable(TextWriter &out, const QString &projectName)
+{
+    out.raw("  <div class=\"center\">\n");
+    out.raw("  <table width=\"600\">\n");
+    out.raw("   <tr class=\"head\">\n");
+    out.raw("    <td width=\"250\" colspan=\"2\" align=\"center\">  PGN/SPN Documenation of ");
+    out.raw(HtmlText::escaped(projectName));
+    out.raw("</td>\n");
+    out.raw("   </tr>\n");
+    out.raw("  </table>\n");
+    out.raw("  </div>\n");
+}
+
+void J1939HtmlDoc::createTOC(const Context &context, quint8 direction, quint32 pgn)
+{
+    ObjectDataBase::PGN group;
+    if (!context.store.getPGNData(context.line, pgn, direction, group))
+        return;
+    context.out.parts("<a href=\"#", pgn, "\">", groupTitle(pgn, group.name), "</a><br>\n");
+}
+
+void J1939HtmlDoc::describePGN(const Context &context, quint8 direction, quint32 pgn)
+{
+    ObjectDataBase::PGN group;
+    if (!context.store.getPGNData(context.line, pgn, direction, group))
+        return;
+    TextWriter &out = context.out;
+    out.raw(" <p>\n");
+    openTable(out);
+    out.raw("   <tr>\n");
+    // Deliberate: the link that ends here begins nowhere, browsers pass over it; held by
+    // tst_j1939documents.
+    out.parts("    <th colspan=\"2\" id=\"", pgn, "\"> PGN: ", groupTitle(pgn, group.name),
+              "</a></th>\n");
+    out.raw("   </tr>\n");
+    out.raw(HtmlPage::rowTag(false));
+    out.raw("   </tr>\n");
+    if (!group.description.isEmpty())
+        context.page.row("    <td>Description</td>\n", HtmlText::stringConvert(group.description));
+    out.raw("  </table>\n");
+    const QVector<ObjectDataBase::SPN> spns =
+        context.store.getSPNRecords(context.line, pgn, direction);
+    for (const ObjectDataBase::SPN &spn : spns) {
+        out.raw(" <br/>\n");
+        describeSPN(context, spn);
+    }
+    out.raw(" </p>\n");
+    out.raw("  <hr noshade width=\"600\" align=\"left\"/>\n");
+}
+
+void J1939HtmlDoc::describeSPN(const Context &context, const ObjectDataBase::SPN &spn)
+{
+    HtmlPage &page = context.page;
+    openTable(context.out);
+    page.row("    <td style=\"font-weight:bold\">SPN </td>\n", QString::number(spn.number),
+             "    <td style=\"font-weight:bold\">");
+    page.row("    <td>Name </td>\n", HtmlText::escaped(spn.name));
+    page.row("    <td width=\"250\">Data Type</td>\n",
+             COHelper::index2DataTypeString(static_cast<quint16>(spn.dataType)));
+    page.emptyRow();
+    if (context.implementationInfo) {
+        page.row("    <td>Implementation Type</td>\n",
+                 COHelper::implementation2String(static_cast<quint8>(spn.implementation)));
+        if (spn.implementation == kApplicationVariable)
+            page.row("    <td>Variable Name</td>\n", HtmlText::escaped(spn.varName));
+    }
+    context.out.raw("  </table>\n");
+}
+
+J1939HTMLGenerator::J1939HTMLGenerator() : AbstractGenerator(QStringLiteral("HTML documentation"))
+{
+}
+
+void J1939HTMLGenerator::resetJob()
+{
+    implementationInfo = wantsImplementationInfo();
+}
+
+QString J1939HTMLGenerator::singleLineFile() const
+{
+    return QStringLiteral("%1/%2.html").arg(outputDirectory, projectName);
+}
+
+bool J1939HTMLGenerator::checkWritability()
+{
+    return isNewOrWritable(singleLineFile());
+}
+
+template <class Section>
+void J1939HTMLGenerator::forEachGroup(const Section &section) const
+{
+    for (const quint8 direction : {kTransmitted, kReceived}) {
+        const QList<quint32> groups = database->getPGNs(activeLine, direction, false);
+        for (const quint32 pgn : groups) {
+            if (abortRequested) {
+                qCDebug(lcGenerator) << "Generation aborted";
+                return;
+            }
+            section(direction, pgn);
+            QThread::yieldCurrentThread();
+        }
+    }
+}
+
+void J1939HTMLGenerator::doJob()
+{
+    const JobBracket bracket(*this);
+    checkForceMLFlag();
+    QFile file(isMultiLine() ? QStringLiteral("%1/%2_%3.html")
+                                   .arg(outputDirectory, projectName, QString::number(activeLine))
+                             : singleLineFile());
+    if (!openOutputFile(file))
+        return;
+    TextWriter out(&file);
+    HtmlPage page(out);
+    database->cacheAllSpnDataForLine(activeLine);
+    const J1939HtmlDoc::Context context{*database, out, page, activeLine, implementationInfo};
+
+    page.begin("  <title>PGN/SPN Documenation of ", projectName, toolVersion);
+    J1939HtmlDoc::writeTitleTable(out, projectName);
+    out.raw(" <div class=\"toc\">\n");
+    forEachGroup(
+        [&](quint8 direction, quint32 pgn) { J1939HtmlDoc::createTOC(context, direction, pgn); });
+    out.raw("  </div>\n");
+    out.raw("  <div class=\"center\">\n");
+    forEachGroup(
+        [&](quint8 direction, quint32 pgn) { J1939HtmlDoc::describePGN(context, direction, pgn); });
+    out.raw("  </div>\n");
+    page.end();
+    database->clearAllCachedSpnData();
+    closeOutputFile(out, file);
+}

@@ -1,0 +1,53 @@
+// The parameter groups and signals of a J1939 line as a page for the browser and for printing.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+
+class HtmlPage;
+
+/// Writes "<project>.html", or "<project>_<line>.html" where a project has several lines.
+class J1939HTMLGenerator : public AbstractGenerator
+{
+    Q_OBJECT
+
+public:
+    J1939HTMLGenerator();
+
+    /// Looks at the single-line name only, in a project of several lines too.
+    bool checkWritability() override;
+
+public slots:
+    void doJob() override;
+
+protected:
+    /// Reads the user's choices, on the driver's thread.
+    void resetJob() override;
+
+private:
+    QString singleLineFile() const;
+    /// Calls \a section for each group, the transmitted ones first, until the job is aborted.
+    template <class Section>
+    void forEachGroup(const Section &section) const;
+
+    bool implementationInfo = false; ///< the user wants to see how values are stored
+};
+
+/// The sections of the page. A group that the store does not hold writes nothing.
+namespace J1939HtmlDoc
+{
+
+struct Context {
+    const ObjectDataBase &store;
+    TextWriter &out;
+    HtmlPage &page;
+    quint8 line;
+    bool implementationInfo;
+};
+
+void writeTitleTable(TextWriter &out, const QString &projectName);
+void createTOC(const Context &context, quint8 direction, quint32 pgn);
+/// A group with its signals.
+void describePGN(const Context &context, quint8 direction, quint32 pgn);
+void describeSPN(const Context &context, const ObjectDataBase::SPN &spn);
+
+} // namespace J1939HtmlDoc

@@ -1,0 +1,36 @@
+// The parameter groups and signals of a J1939 line as plain text, one group a paragraph of
+// tab-separated labels and values.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+
+/// Writes "<project>_doc.txt", or "<project>_<line>.txt" where a project has several lines.
+class J1939TextDocGenerator : public AbstractGenerator
+{
+    Q_OBJECT
+
+public:
+    J1939TextDocGenerator();
+
+    /// Looks at the single-line name only, in a project of several lines too.
+    bool checkWritability() override;
+
+public slots:
+    /// Runs to its end even if the job is aborted.
+    void doJob() override;
+
+private:
+    QString singleLineFile() const;
+};
+
+/// The sections of the file. A group that the store does not hold writes nothing.
+namespace J1939TextDoc
+{
+
+void writeTitle(TextWriter &out, const QString &projectName, const QString &toolVersion);
+/// A group with its signals. \a direction is 0x55 for transmitted, else received.
+void documentPGN(TextWriter &out, const ObjectDataBase &store, quint8 line, quint8 direction,
+                 quint32 pgn);
+void documentSPN(TextWriter &out, const ObjectDataBase::SPN &spn);
+
+} // namespace J1939TextDoc

@@ -1,0 +1,478 @@
+// Variables of the application, declared and defined.
+#include "generators/j1939/extdeclgenerator.h"
+
+#include "generators/ctext.h"
+#include "generators/j1939settings.h"
+#include "generators/projectlines.h"
+#include "generators/textwriter.h"
+#include "store/linetype.h"
+#include "support/helper.h"
+#include "support/numbers.h"
+
+#include <QFile>
+#include <QHash>
+#include <QRegularExpression>
+#include <QSet>
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+using Type = CAN::CANopenDataType;
+
+enum class Form {
+    Unsigned,
+    Signed,
+    Bytewise, ///< initialised by a macro of the stack
+    Real,
+    Chars, ///< an array whose size is a property of the signal or object, as is the next one's
+    Bytes,
+    Opaque, ///< the stack has no macro for a value
+};
+
+} // namespace
+
+/// A type of the stack.
+struct ExtDecl::CType {
+    const char *name;
+    Form form;
+    int bytes;
+    Type byteMacro = Type::Unknown; ///< of Form::Bytewise
+};
+
+namespace
+{
+
+using ExtDecl::CType;
+using ExtDecl::Variable;
+using ExtDecl::Variables;
+
+constexpr quint32 kApplicationVariable = 2;
+constexpr quint8 kReceived = 0x77;
+constexpr quint8 kTransmitted = 0x55;
+constexpr quint32 kHighestElement = 0xFFFF;
+constexpr int kRealDigits = 8;
+
+constexpr CType kU8 = {"UNSIGNED8", Form::Unsigned, 1};
+constexpr CType kU16 = {"UNSIGNED16", Form::Unsigned, 2};
+constexpr CType kU24 = {"UNSIGNED24", Form::Bytewise, 3, Type::Unsigned24};
+constexpr CType kU32 = {"UNSIGNED32", Form::Unsigned, 4};
+constexpr CType kU40 = {"UNSIGNED40", Form::Bytewise, 5, Type::Unsigned40};
+constexpr CType kU48 = {"UNSIGNED48", Form::Bytewise, 6, Type::Unsigned48};
+constexpr CType kU64 = {"UNSIGNED64", Form::Bytewise, 8, Type::Unsigned64};
+constexpr CType kI8 = {"INTEGER8", Form::Signed, 1};
+constexpr CType kI16 = {"INTEGER16", Form::Signed, 2};
+constexpr CType kI24 = {"INTEGER24", Form::Bytewise, 3, Type::Integer24};
+constexpr CType kI32 = {"INTEGER32", Form::Signed, 4};
+constexpr CType kI64 = {"INTEGER64", Form::Opaque, 8};
+constexpr CType kR32 = {"REAL32", Form::Real, 4};
+constexpr CType kR64 = {"REAL64", Form::Opaque, 8};
+constexpr CType kChars = {"char", Form::Chars, 1};
+constexpr CType kBytes = {"UNSIGNED8", Form::Bytes, 1};
+constexpr CType kOctets = {"OCTET_STRING", Form::Bytes, 1};
+
+/// Signals of frames live in the next wider number; objects keep their width.
+struct TypeRow {
+    Type type;
+    const CType *ofSignal;
+    const CType *ofObject;
+};
+
+// clang-format off
+constexpr TypeRow kTypes[] = {
+    {Type::Boolean,        &kU8,    &kU8},
+    {Type::Integer8,       &kI8,    &kI8},
+    {Type::Integer16,      &kI16,   &kI16},
+    {Type::Integer24,      &kI32,   &kI24},
+    {Type::Integer32,      &kI32,   &kI32},
+    {Type::Integer40,      &kI64,   &kI64},
+    {Type::Integer48,      &kI64,   &kI64},
+    {Type::Integer56,      &kI64,   &kI64},
+    {Type::Integer64,      &kI64,   &kI64},
+    {Type::Unsigned2,      &kU8,    &kU8},
+    {Type::Unsigned3,      &kU8,    &kU8},
+    {Type::Unsigned4,      &kU8,    &kU8},
+    {Type::Unsigned5,      &kU8,    &kU8},
+    {Type::Unsigned6,      &kU8,    &kU8},
+    {Type::Unsigned7,      &kU8,    &kU8},
+    {Type::Unsigned8,      &kU8,    &kU8},
+    {Type::Unsigned9,      &kU16,   &kU16},
+    {Type::Unsigned10,     &kU16,   &kU16},
+    {Type::Unsigned11,     &kU16,   &kU16},
+    {Type::Unsigned12,     &kU16,   &kU16},
+    {Type::Unsigned13,     &kU16,   &kU16},
+    {Type::Unsigned14,     &kU16,   &kU16},
+    {Type::Unsigned15,     &kU16,   &kU16},
+    {Type::Unsigned16,     &kU16,   &kU16},
+    {Type::Unsigned18,     &kU32,   &kU32},
+    {Type::Unsigned19,     &kU32,   &kU32},
+    {Type::Unsigned21,     &kU32,   &kU32},
+    {Type::Unsigned24,     &kU32,   &kU24},
+    {Type::Unsigned29,     &kU32,   &kU32},
+    {Type::Unsigned32,     &kU32,   &kU32},
+    {Type::Unsigned40,     &kU64,   &kU40},
+    {Type::Unsigned48,     &kU64,   &kU48},
+    {Type::Unsigned56,     &kU64,   &kU64},
+    {Type::Unsigned64,     &kU64,   &kU64},
+    {Type::TimeOfDay,      &kU64,   &kU48},
+    {Type::TimeDifference, &kU64,   &kU48},
+    {Type::Real32,         &kR32,   &kR32},
+    {Type::Real64,         &kR64,   &kR64},
+    {Type::VisibleString,  &kChars, &kChars},
+    {Type::Utf8String,     &kChars, &kChars},
+    {Type::StringNull,     &kChars, &kChars},
+    {Type::StringAsterisk, &kChars, &kChars},
+    {Type::OctetString,    &kBytes, &kOctets},
+    {Type::UnicodeString,  &kBytes, &kBytes},
+    {Type::Domain,         &kBytes, nullptr},
+};
+// clang-format on
+
+bool isSized(const CType &type)
+{
+    return type.form == Form::Chars || type.form == Form::Bytes;
+}
+
+const CType *typeOf(quint32 dataType, const CType *TypeRow::*use)
+{
+    for (const TypeRow &row : kTypes) {
+        if (static_cast<quint32>(row.type) == dataType)
+            return row.*use;
+    }
+    return nullptr;
+}
+
+/// Words that are no names of variables though they look like some (ISO C99, 6.4.1).
+bool isReserved(const QString &name)
+{
+    static const QSet<QString> words = [] {
+        const char *const text =
+            "auto break case char const continue default do double else enum extern float for goto "
+            "if inline int long register restrict return short signed sizeof static struct switch "
+            "typedef union unsigned void volatile while _Bool _Complex _Imaginary NULL";
+        const QStringList list = QString::fromLatin1(text).split(QLatin1Char(' '));
+        return QSet<QString>(list.begin(), list.end());
+    }();
+    return words.contains(name);
+}
+
+/// Where a table names a variable.
+struct Use {
+    QString expression;
+    const CType *type = nullptr;
+    quint32 bytes = 0; ///< of a string
+    QString defaultValue;
+};
+
+/// Gathers uses to variables.
+class Collector
+{
+public:
+    void add(const Use &use)
+    {
+        if (use.expression.trimmed().isEmpty())
+            return;
+        static const QRegularExpression pattern(
+            QStringLiteral("^\\s*([A-Za-z_][A-Za-z0-9_]*)\\s*"
+                           "(?:\\[\\s*(0|[1-9][0-9]*|0[xX][0-9A-Fa-f]+)[uUlL]{0,3}\\s*\\]\\s*)?$"));
+        const QRegularExpressionMatch match = pattern.match(use.expression);
+        bool isIndex = true;
+        const bool isElement = !match.captured(2).isEmpty();
+        const quint32 index = isElement ? Numbers::toUIntByPrefix(match.captured(2), &isIndex) : 0;
+        if (!match.hasMatch() || !isIndex || index > kHighestElement || !use.type ||
+            isReserved(match.captured(1))) {
+            addOther(use.expression.simplified());
+            return;
+        }
+        Variable &variable = variableOf(match.captured(1));
+        const quint32 bytes =
+            isSized(*use.type) ? std::max(use.bytes, 1U) : quint32(use.type->bytes);
+        if (bytes > variable.bytes) {
+            variable.type = use.type;
+            variable.bytes = bytes;
+        }
+        if (isElement)
+            variable.elements = std::max(variable.elements, index + 1);
+        if (!variable.defaultValues.contains(index))
+            variable.defaultValues.insert(index, use.defaultValue);
+    }
+
+    const Variables &all() const { return variables; }
+
+private:
+    Variable &variableOf(const QString &name)
+    {
+        const auto known = places.constFind(name);
+        if (known != places.constEnd())
+            return variables.declared[*known];
+        places.insert(name, variables.declared.size());
+        Variable variable;
+        variable.name = name;
+        variables.declared << variable;
+        return variables.declared.last();
+    }
+
+    void addOther(const QString &expression)
+    {
+        if (!knownOthers.contains(expression))
+            variables.others << expression;
+        knownOthers.insert(expression);
+    }
+
+    Variables variables;
+    QHash<QString, int> places; ///< in variables.declared
+    QSet<QString> knownOthers;
+};
+
+template <class Signal>
+void addSignals(Collector &collector, const QVector<Signal> &list)
+{
+    for (const Signal &signal : list) {
+        if (signal.implementation == kApplicationVariable)
+            collector.add({signal.varName, typeOf(signal.dataType, &TypeRow::ofSignal),
+                           (signal.bitSize + 7U) / 8, signal.defaultValue});
+    }
+}
+
+void addFrames(Collector &collector, ObjectDataBase &store, quint8 line)
+{
+    const LineType type = readLineType(store, line);
+    if (!carriesJ1939(type) && type != LineType::RawCan)
+        return;
+    store.cacheAllSpnDataForLine(line);
+    for (const quint8 direction : {kReceived, kTransmitted}) {
+        const QList<quint32> frames = carriesJ1939(type) ? store.getPGNs(line, direction, false)
+                                                         : store.getCANIDs(line, direction);
+        for (const quint32 frame : frames) {
+            if (carriesJ1939(type))
+                addSignals(collector, store.getSPNRecords(line, frame, direction));
+            else
+                addSignals(collector, store.getDataElementRecords(line, frame, direction));
+        }
+    }
+}
+
+/// Is a table of objects written at all? Lines of other protocols may have stale ones.
+bool hasDictionary(const ObjectDataBase &store, const QList<quint8> &lines)
+{
+    return J1939Settings(store).decimal("cia510serversupport") == 1 ||
+           std::any_of(lines.begin(), lines.end(),
+                       [&](quint8 line) { return carriesCANopen(readLineType(store, line)); });
+}
+
+void addObjects(Collector &collector, const ObjectDataBase &store, quint8 line)
+{
+    store.visitLine(line, [&](quint16 index, quint8 sub, const SubIndexData &data) {
+        // The application hands domains to the stack at run time, no table names them.
+        if (data.implementation == kApplicationVariable &&
+            data.dataType != static_cast<quint16>(Type::Domain))
+            collector.add({Helper::substituteVariables(data.varName, index, sub),
+                           typeOf(data.dataType, &TypeRow::ofObject), data.size,
+                           data.defaultValue});
+    });
+}
+
+/// \a value cut to the width of the type.
+QString signedText(const CType &type, qint64 value)
+{
+    const int unused = 64 - 8 * type.bytes;
+    const auto cut = static_cast<qint64>(static_cast<quint64>(value) << unused) >> unused;
+    return QString::number(cut) + QLatin1String(type.bytes == 4 ? "L" : "");
+}
+
+QString unsignedText(const CType &type, quint64 value)
+{
+    return QString::number(value & (~quint64(0) >> (64 - 8 * type.bytes))) +
+           QLatin1String(type.bytes == 4 ? "UL" : "u");
+}
+
+QString realText(const QString &text)
+{
+    bool isNumber = false;
+    const float value = text.toFloat(&isNumber);
+    return QString::number(isNumber && std::isfinite(value) ? double(value) : 0.0, 'e',
+                           kRealDigits) +
+           QLatin1Char('f');
+}
+
+/// Bytes in braces. Behind "|x" the project tells them in hexadecimal. \a pattern is that of one
+/// byte: a char may be signed and would not take a number above 127.
+QString bytesText(const QString &text, quint32 size, const QString &pattern)
+{
+    QByteArray bytes = text.startsWith(QLatin1String("|x"))
+                           ? QByteArray::fromHex(text.mid(2).toLatin1())
+                           : text.toUtf8();
+    if (quint32(bytes.size()) > size)
+        bytes.truncate(int(size));
+    QStringList list;
+    for (const char byte : qAsConst(bytes))
+        list << pattern.arg(Numbers::toHex(quint8(byte), 2));
+    return list.isEmpty() ? QString()
+                          : QStringLiteral("{ %1 }").arg(list.join(QLatin1String(", ")));
+}
+
+/// Initialiser of one element; empty where C's zeros are the value.
+QString valueText(const Variable &variable, const QString &text)
+{
+    const CType &type = *variable.type;
+    switch (type.form) {
+    case Form::Unsigned:
+        return unsignedText(type, Numbers::toULongLongByPrefix(text));
+    case Form::Signed:
+        return signedText(type, Numbers::toLongLongByPrefix(text));
+    case Form::Bytewise:
+        return AbstractGenerator::convertValue(type.byteMacro, Numbers::toULongLongByPrefix(text),
+                                               Numbers::toLongLongByPrefix(text));
+    case Form::Real:
+        return realText(text);
+    case Form::Chars:
+        return bytesText(text, variable.bytes, QStringLiteral("'\\x%1'"));
+    case Form::Bytes:
+        return bytesText(text, variable.bytes, QStringLiteral("0x%1"));
+    case Form::Opaque:
+        break;
+    }
+    return QString();
+}
+
+/// Type, name and dimensions; \a elements is the text of an array's first dimension.
+QString declarator(const Variable &variable, const QString &elements)
+{
+    QString text = QLatin1String(variable.type->name) + QLatin1Char(' ') + variable.name;
+    if (variable.elements > 0)
+        text += QLatin1Char('[') + elements + QLatin1Char(']');
+    if (isSized(*variable.type))
+        text += QStringLiteral("[%1]").arg(variable.bytes);
+    return text;
+}
+
+constexpr Dialect v4Words()
+{
+    Dialect words;
+    words.preferV4 = true;
+    return words;
+}
+
+constexpr Word kTitle = {" * External declarations for %1 - generated by %2 %3\n",
+                         " * External declarations for %1 - generated by %2 %3 (V4)\n"};
+constexpr Word kSourceTitle = {" * Variables for %1 - generated by %2 %3\n",
+                               " * Variables for %1 - generated by %2 %3 (V4)\n"};
+constexpr Word kDataTypes = {"#include <co_datatype.h>\n", "#include <core_datatype.h>\n"};
+
+void writeOthers(TextWriter &out, const QStringList &others)
+{
+    if (others.isEmpty())
+        return;
+    out.raw("/* Not declared here, since they are no plain names or have no known type:\n");
+    for (const QString &other : others)
+        out.parts(" *   ", CText::comment(other), "\n");
+    out.raw(" */\n\n");
+}
+
+void writeHeader(TextWriter &out, const Variables &variables, const Dialect &dialect)
+{
+    out.raw("#ifndef GEN_EXTERN_DECL_H\n"
+            "#define GEN_EXTERN_DECL_H 1\n"
+            "\n"
+            "#include <gen_define.h>\n");
+    out.raw(dialect.of(kDataTypes));
+    out.raw("\n");
+    for (const Variable &variable : variables.declared)
+        out.parts("extern ", ExtDecl::declaration(variable), ";\n");
+    out.raw("\n");
+    writeOthers(out, variables.others);
+    out.raw("#endif /* GEN_EXTERN_DECL_H */\n");
+}
+
+void writeSource(TextWriter &out, const Variables &variables)
+{
+    out.raw("#include <gen_define.h>\n"
+            "#include <gen_extern_decl.h>\n"
+            "\n");
+    for (const Variable &variable : variables.declared)
+        out.parts(ExtDecl::definition(variable), ";\n");
+}
+
+} // namespace
+
+ExtDecl::Variables ExtDecl::readVariables(ObjectDataBase &store)
+{
+    Collector collector;
+    const QList<quint8> lines = readProjectLines(store).numbers;
+    for (const quint8 line : lines)
+        addFrames(collector, store, line);
+    store.clearAllCachedSpnData();
+    if (hasDictionary(store, lines)) {
+        for (const quint8 line : lines)
+            addObjects(collector, store, line);
+    }
+    return collector.all();
+}
+
+QString ExtDecl::declaration(const Variable &variable)
+{
+    // Deliberate: no number of elements, since the application may have an array with more of them
+    // than the tables name; held by tst_extdeclgenerator.
+    return declarator(variable, QString());
+}
+
+QString ExtDecl::definition(const Variable &variable)
+{
+    const QString start = declarator(variable, QString::number(variable.elements));
+    QStringList values;
+    for (auto it = variable.defaultValues.constBegin(); it != variable.defaultValues.constEnd();
+         ++it) {
+        const QString value = valueText(variable, it.value());
+        if (!value.isEmpty())
+            values << (variable.elements > 0 ? QStringLiteral("[%1] = ").arg(it.key())
+                                             : QString()) +
+                          value;
+    }
+    if (values.isEmpty())
+        return start;
+    const QString list = values.join(QLatin1String(", "));
+    return start + QLatin1String(" = ") +
+           (variable.elements > 0 ? QStringLiteral("{ %1 }").arg(list) : list);
+}
+
+ExtDeclGenerator::ExtDeclGenerator(const Dialect &words)
+    : AbstractGenerator(QStringLiteral("gen_extern_decl.h")), dialect(words)
+{
+}
+
+ExtDeclGeneratorV4::ExtDeclGeneratorV4() : ExtDeclGenerator(v4Words()) {}
+
+QString ExtDeclGenerator::headerFile() const
+{
+    return QStringLiteral("%1/gen_extern_decl.h").arg(outputDirectory);
+}
+
+QString ExtDeclGenerator::sourceFile() const
+{
+    return QStringLiteral("%1/gen_var_decl.c").arg(outputDirectory);
+}
+
+bool ExtDeclGenerator::checkWritability()
+{
+    return isNewOrWritable(headerFile()) && isNewOrWritable(sourceFile());
+}
+
+void ExtDeclGenerator::doJob()
+{
+    const JobBracket bracket(*this);
+    QFile header(headerFile());
+    QFile source(sourceFile());
+    if (!openOutputFile(header) || !openOutputFile(source))
+        return;
+    const ExtDecl::Variables variables = ExtDecl::readVariables(*database);
+    TextWriter headerOut(&header);
+    headerOut.raw(CText::headComment(dialect.of(kTitle), projectName, toolVersion));
+    writeHeader(headerOut, variables, dialect);
+    closeOutputFile(headerOut, header);
+    TextWriter sourceOut(&source);
+    sourceOut.raw(CText::headComment(dialect.of(kSourceTitle), projectName, toolVersion));
+    writeSource(sourceOut, variables);
+    closeOutputFile(sourceOut, source);
+}

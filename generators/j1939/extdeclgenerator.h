@@ -1,0 +1,73 @@
+// gen_extern_decl.h and gen_var_decl.c: declarations and definitions of the application's variables
+// that the tables of signals and objects name.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+#include "generators/dialect.h"
+
+#include <QMap>
+#include <QStringList>
+#include <QVector>
+
+/// Writes both files, for all lines of a project. The application may leave gen_var_decl.c out of
+/// its build and define the variables itself.
+class ExtDeclGenerator : public AbstractGenerator
+{
+    Q_OBJECT
+
+public:
+    ExtDeclGenerator() : ExtDeclGenerator(Dialect()) {}
+
+    bool checkWritability() override;
+
+public slots:
+    void doJob() override;
+
+protected:
+    explicit ExtDeclGenerator(const Dialect &words);
+
+private:
+    QString headerFile() const;
+    QString sourceFile() const;
+
+    Dialect dialect;
+};
+
+/// The same files for the V4 stack.
+class ExtDeclGeneratorV4 : public ExtDeclGenerator
+{
+    Q_OBJECT
+
+public:
+    ExtDeclGeneratorV4();
+};
+
+namespace ExtDecl
+{
+
+struct CType;
+
+/// One variable, or an array of which the project names elements.
+struct Variable {
+    QString name;
+    const CType *type = nullptr;
+    quint32 bytes = 0;                    ///< of one element, at least 1
+    quint32 elements = 0;                 ///< of an array, by the highest index in use; 0: no array
+    QMap<quint32, QString> defaultValues; ///< of the elements in use, as the project tells them
+};
+
+struct Variables {
+    QVector<Variable> declared;
+    QStringList others; ///< expressions, and what has no type
+};
+
+/// Each name once, in order of first use: signals of groups and identifiers first, then objects. Of
+/// several types of one variable the widest counts, since all tables must find room in it.
+Variables readVariables(ObjectDataBase &store);
+
+/// A declaration of the header without what stands around it, such as "UNSIGNED8 level[]".
+QString declaration(const Variable &variable);
+/// The same with the number of elements and the default values.
+QString definition(const Variable &variable);
+
+} // namespace ExtDecl
