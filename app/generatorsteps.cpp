@@ -4,11 +4,15 @@
 #include "generators/defines/codefinegenerator.h"
 #include "generators/defines/gendefinegenerator.h"
 #include "generators/descriptions/csvgenerator.h"
+#include "generators/descriptions/dbcgenerator.h"
 #include "generators/descriptions/htmlgenerator.h"
 #include "generators/descriptions/icsvgenerator.h"
+#include "generators/descriptions/j1939htmlgenerator.h"
+#include "generators/descriptions/j1939textdocgenerator.h"
 #include "generators/descriptions/textdocgenerator.h"
 #include "generators/descriptions/xddgenerator.h"
 #include "generators/generalsettings.h"
+#include "generators/j1939/extdeclgenerator.h"
 #include "generators/multiproto/indicationgenerator.h"
 #include "generators/objdict/indicesgenerator.h"
 #include "generators/objdict/objdictgenerator.h"
@@ -65,6 +69,12 @@ std::unique_ptr<AbstractGenerator> makeDefines(const ObjectDataBase &store,
     return generator;
 }
 
+std::unique_ptr<AbstractGenerator> makeDeclarations(const ObjectDataBase &store,
+                                                    const ProjectFacts &)
+{
+    return makeForStack<ExtDeclGenerator, ExtDeclGeneratorV4>(store);
+}
+
 std::unique_ptr<AbstractGenerator> makeIcsv(const ObjectDataBase &store, const ProjectFacts &)
 {
     auto generator = std::make_unique<ICSVGenerator>();
@@ -93,12 +103,35 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
      make<VobjDictGenerator>,
      "The file gen_vobjdict.c in %1 is not writable",
      "Generation of gen_vobjdict.c in %1 started"},
+    {'G', [](Facts f) { return f.isMixed(); }, StepLines::J1939, true, make<J1939TextDocGenerator>,
+     "The file in %2_doc.txt in %1 is not writable",
+     "Generation of textual PGN documentation in %1 started"},
+    {'H', [](Facts f) { return f.isMixed(); }, StepLines::J1939, true, make<J1939HTMLGenerator>,
+     "The file in %2.html in %1 is not writable",
+     "Generation of HTML pgn documentation in %1 started"},
+    // Deliberate: the text speaks of an HTML file, here and below.
+    {'I', [](Facts f) { return f.isMixed(); }, StepLines::J1939, true, make<DBCGenerator>,
+     "The file in %2.html in %1 is not writable",
+     "Generation of DBC_file in %1 started"},
     {'J', [](Facts f) { return f.hasSrdo; }, StepLines::Once, false, make<SrdoGenerator>,
      "The file gen_srdo.c in %1 is not writable",
      nullptr},
     {'K', [](Facts) { return true; }, StepLines::Once, false, makeDefines,
      "The file gen_define.h in %1 is not writable",
      "Generation of gen_define.h in %1 started"},
+    {'G', [](Facts f) { return f.isPureJ1939(); }, StepLines::All, true,
+     make<J1939TextDocGenerator>,
+     "The file in %2_doc.txt in %1 is not writable",
+     "Generation of textual PGN documentation in %1 started"},
+    {'H', [](Facts f) { return f.isPureJ1939(); }, StepLines::All, true, make<J1939HTMLGenerator>,
+     "The file in %2.html in %1 is not writable",
+     "Generation of HTML pgn documentation in %1 started"},
+    {'I', [](Facts f) { return f.isPureJ1939(); }, StepLines::J1939, true, make<DBCGenerator>,
+     "The file in %2.html in %1 is not writable",
+     "Generation of DBC_file in %1 started"},
+    {'O', [](Facts f) { return f.hasJ1939 || f.hasRaw; }, StepLines::Once, false, makeDeclarations,
+     "The file gen_extern_decl.h in %1 is not writable",
+     "Generation of gen_extern_decl.h in %1 started"},
     {'P', [](Facts f) { return f.hasCANopen; }, StepLines::Once, false, make<indicationgenerator>,
      "The file gen_indication.h in %1 is not writable",
      "Generation of gen_indication in %1 started"},
