@@ -40,7 +40,7 @@ constexpr DefineDialect v4DefineDialect()
 }
 
 /// Defines that several sections would write. The first of them writes and sets the flag, the later
-/// ones look. Multi-line to inhibit: set by the services; dynamicCan: by the events.
+/// ones look. The services come first, then the events, then J1939.
 struct WrittenDefines {
     bool multiLine = false;
     bool bufferCounts = false;
