@@ -1,0 +1,58 @@
+// The order of the sections.
+#include "generators/j1939/pgngenerator.h"
+
+#include "generators/j1939/addressclaim.h"
+#include "generators/j1939/pgninit.h"
+#include "generators/j1939/pgnsections.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+PGNGenerator::PGNGenerator() : PGNGenerator(Pgn::classicDialect()) {}
+
+PGNGenerator::PGNGenerator(const Pgn::Dialect &stackDialect)
+    : AbstractGenerator(QStringLiteral("gen_pgn.c")), dialect(stackDialect)
+{
+}
+
+PGNGeneratorV4::PGNGeneratorV4() : PGNGenerator(Pgn::v4Dialect()) {}
+
+QString PGNGenerator::targetFile() const
+{
+    return QStringLiteral("%1/gen_pgn.c").arg(outputDirectory);
+}
+
+bool PGNGenerator::checkWritability()
+{
+    return isNewOrWritable(targetFile());
+}
+
+void PGNGenerator::resetJob()
+{
+    database->setLockWriteAccess(false);
+    Pgn::declareIdentify(*database);
+}
+
+void PGNGenerator::doJob()
+{
+    const JobBracket bracket(*this);
+    QFile file(targetFile());
+    if (!openOutputFile(file))
+        return;
+    TextWriter out(&file);
+    Pgn::Context context = Pgn::makeContext(*database, out, dialect);
+    writeHead(context, projectName, toolVersion,
+              !QFileInfo::exists(QStringLiteral("%1/no_stdlib_include.txt").arg(outputDirectory)));
+    emit progress(25);
+    defineManagedVariables(context);
+    declareMappings(context);
+    emit progress(50);
+    defineTransmitPGNs(context);
+    emit progress(70);
+    defineReceivePGNs(context);
+    emit progress(90);
+    defineIdentify(context);
+    defineJ1939Config(context);
+    generateStackInit(context);
+    closeOutputFile(out, file);
+}

@@ -1,0 +1,41 @@
+// The C source of a J1939 device: variables and mappings of its signals, tables of its groups, the
+// NAME by which it claims an address, and the start-up code.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+#include "generators/j1939/pgncontext.h"
+
+/// Writes gen_pgn.c. The group of address claiming is declared to the project before the job, and
+/// stays in it for the run.
+class PGNGenerator : public AbstractGenerator
+{
+    Q_OBJECT
+
+public:
+    PGNGenerator();
+
+    bool checkWritability() override;
+
+public slots:
+    void doJob() override;
+
+protected:
+    explicit PGNGenerator(const Pgn::Dialect &stackDialect);
+
+    /// Declares the group of address claiming, on the driver's thread.
+    void resetJob() override;
+
+private:
+    QString targetFile() const;
+
+    Pgn::Dialect dialect;
+};
+
+/// The same for stacks with the core headers.
+class PGNGeneratorV4 : public PGNGenerator
+{
+    Q_OBJECT
+
+public:
+    PGNGeneratorV4();
+};

@@ -1,0 +1,30 @@
+// What stands before the tables of the J1939 source.
+#include "generators/ctext.h"
+#include "generators/j1939/pgnsections.h"
+
+void Pgn::writeHead(Context &context, const QString &projectName, const QString &toolVersion,
+                    bool withStandardLibrary)
+{
+    TextWriter &out = context.out;
+    out.parts(CText::headComment(context.dialect.title, projectName, toolVersion), "\n");
+    if (withStandardLibrary)
+        out.raw("#include <stdlib.h>\n\n");
+    out.raw("#include <gen_define.h>\n"
+            "#include <j1939_j1939.h>\n");
+    if (context.form.hasUds)
+        out.raw("#include <iso_tp.h>\n"
+                "#include <uds_uds.h>\n");
+    out.raw("#include <gen_extern_decl.h>\n"
+            "\n"
+            "/* definition of memory specifier */\n");
+    out.raw(QStringLiteral("#ifndef %1\n"
+                           "#define %1 const\n"
+                           "#endif\n\n")
+                .arg(QLatin1String(context.dialect.constMacro)));
+    out.raw("/* definition of watchdog handle during initialization */\n");
+    out.raw(QStringLiteral("#ifndef %1\n"
+                           "#define %1\n"
+                           "#endif /* %1 */\n\n"
+                           "\n")
+                .arg(QLatin1String(context.dialect.watchdogMacro)));
+}

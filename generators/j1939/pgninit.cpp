@@ -1,0 +1,182 @@
+// The function that starts the J1939 stack.
+#include "generators/j1939/pgninit.h"
+
+#include "generators/commongeneratorhelper.h"
+
+namespace
+{
+
+using namespace Pgn;
+
+/// The shared texts in the words of the file.
+class StartUpTexts : public CommonGeneratorHelper
+{
+public:
+    explicit StartUpTexts(const Context &context)
+        : CommonGeneratorHelper(&context.store, context.dialect, nullptr)
+    {
+    }
+};
+
+constexpr const char *kReturnTest = "\tif (retVal != RET_OK) {\n"
+                                    "\t\treturn(retVal);\n"
+                                    "\t}\n";
+
+constexpr Word kBufferCounts[] = {
+    {"\t{ CO_REC_BUFFER_COUNTS },\n", "\t{ CORE_REC_BUFFER_COUNTS },\n"},
+    {"\t{ CO_TR_BUFFER_COUNTS },\n", "\t{ CORE_TR_BUFFER_COUNTS },\n"},
+    {"\t{ CO_COB_COUNTS },\n", "\t{ CORE_COB_COUNTS },\n"},
+};
+
+/// The structures of today; older stacks start without what all protocols share.
+bool hasNewInitStructure(const Context &context)
+{
+    return context.settings.decimal("new_init_structure") == 1;
+}
+
+void writeWatchdog(Context &context)
+{
+    context.out.parts("\t", context.dialect.watchdogMacro, "\n");
+}
+
+void writeFunctionHead(Context &context)
+{
+    TextWriter &out = context.out;
+    out.raw("\n"
+            "/*  J1939 stack initialization function */\n"
+            "\n"
+            "RET_T j1939StackInit(\n");
+    out.raw(context.form.canFd ? "\tBOOL_T *pModes\n" : "\tvoid\n");
+    out.raw("\t)\n"
+            "{\n"
+            "RET_T retVal;\n");
+    // Deliberate: only the new structures have modes to set, held by tst_pgngenerator.
+    if (context.form.canFd && context.form.multiLine && hasNewInitStructure(context))
+        out.raw("UNSIGNED8 i;\n");
+}
+
+void writeModes(Context &context)
+{
+    TextWriter &out = context.out;
+    out.raw("\tif (pModes != NULL) {\n");
+    if (context.form.multiLine) {
+        out.parts("\t\tfor (i = 0; i < ", context.dialect.lineCountMacro, "; i++)  {\n");
+        out.raw("\t\t\tcommonInitVars.fdMode[i] = pModes[i];\n"
+                "\t\t}\n");
+    } else {
+        out.raw("\t\tcommonInitVars.fdMode[0] = pModes[0];\n");
+    }
+    out.raw("\t}\n");
+}
+
+void writeNewStructures(Context &context, const CommonGeneratorHelper &texts)
+{
+    TextWriter &out = context.out;
+    out.raw(texts.getCommonInitVars());
+    out.parts(context.dialect.constMacro, " J1939_SERVICE_INIT_VAL_T\tserviceInitVars = {\n");
+    out.parts("\t", quint32(texts.getInitStructVersion(InitStruct::J1939)), "u,\n");
+    out.raw("\t{ J1939_RECEIVE_PGN_COUNTS },\n"
+            "\t{ J1939_TRANSMIT_PGN_COUNTS },\n"
+            "\t{ J1939_SSDO_COUNTS },\n"
+            "\t{ J1939_CSDO_COUNTS }");
+    if (context.form.excludeSafePgns)
+        out.raw(",\n"
+                "\t{ J1939_SDG_TRANS_COUNTS },\n"
+                "\t{ J1939_SDG_REC_COUNTS }");
+    if (context.form.canFd)
+        out.raw(",\n"
+                "\t{ J1939_DEST_BUFFER_COUNTS }\n");
+    out.raw("};\n"
+            "\n");
+    if (context.form.canFd)
+        writeModes(context);
+}
+
+void writeOldStructure(Context &context)
+{
+    TextWriter &out = context.out;
+    out.raw("const J1939_SERVICE_INIT_VAL_T\tserviceInitVars = {\n"
+            "\t3u,\n");
+    for (const Word &word : kBufferCounts)
+        out.raw(context.dialect.of(word));
+    out.raw("\t{ J1939_RECEIVE_PGN_COUNTS },\n"
+            "\t{ J1939_TRANSMIT_PGN_COUNTS }\n"
+            "};\n"
+            "\n");
+    if (context.form.canFd)
+        out.raw("\t(void)pModes;\n");
+}
+
+void writeCommonStart(Context &context, const CommonGeneratorHelper &texts)
+{
+    TextWriter &out = context.out;
+    if (context.form.hasUds)
+        out.parts(texts.getUDSInitStructures(), "\n");
+    // Deliberate: the call hands over a structure that only the new form has, held by
+    // tst_pgngenerator.
+    if (hasNewInitStructure(context)) {
+        out.parts(context.dialect.commonStart, kReturnTest);
+        writeWatchdog(context);
+    }
+    out.parts("\tretVal = j1939StackInit_common(&serviceInitVars);\n", kReturnTest);
+    if (context.form.hasUds)
+        out.parts(texts.getUDSInit_common(), "\n");
+    writeWatchdog(context);
+}
+
+void writeLineStart(Context &context, const CommonGeneratorHelper &texts, const Line &line)
+{
+    TextWriter &out = context.out;
+    if (context.form.multiLine)
+        out.parts("\tretVal = j1939StackInit_line(", quint32(line.number), ", &j1939Config",
+                  lineSuffix(context, line), ");\n");
+    else
+        out.raw("\tretVal = j1939StackInit_line(&j1939Config);\n");
+    out.raw(kReturnTest);
+    if (context.form.hasUds)
+        out.parts(texts.getUDSInit_lines(line.number, context.form.multiLine), "\n");
+    if (context.form.hasUds || context.form.multiLine)
+        writeWatchdog(context);
+}
+
+void writeDictionaryStart(Context &context)
+{
+    TextWriter &out = context.out;
+    out.raw("\n"
+            "\t/* initialize object dictionary for CiA510 server */\n");
+    if (!context.form.multiLine) {
+        out.parts("\tretVal = j1939OdInit();\n", kReturnTest);
+        return;
+    }
+    for (const Line &line : qAsConst(context.lines)) {
+        if (!line.hasJ1939())
+            continue;
+        out.parts("\tretVal = j1939OdInit(", quint32(line.number), ");\n", kReturnTest);
+        writeWatchdog(context);
+    }
+}
+
+} // namespace
+
+void Pgn::generateStackInit(Context &context)
+{
+    const StartUpTexts texts(context);
+    writeFunctionHead(context);
+    if (hasNewInitStructure(context))
+        writeNewStructures(context, texts);
+    else
+        writeOldStructure(context);
+    writeCommonStart(context, texts);
+    // Deliberate: lines of other protocols have no structure to hand over, held by
+    // tst_pgngenerator.
+    for (const Line &line : qAsConst(context.lines)) {
+        if (line.hasJ1939())
+            writeLineStart(context, texts, line);
+    }
+    writeWatchdog(context);
+    if (context.j1939.byPrefix("cia510serversupport") == 1)
+        writeDictionaryStart(context);
+    context.out.raw("\n"
+                    "\treturn RET_OK;\n"
+                    "}\n");
+}

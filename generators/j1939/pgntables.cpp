@@ -1,0 +1,206 @@
+// The tables of parameter groups, and what each line is started with.
+#include "generators/j1939/pgnsections.h"
+
+#include <QStringList>
+
+namespace
+{
+
+using namespace Pgn;
+
+/// The words of a direction. Their differences are those of the stack's own sources.
+struct TableWords {
+    const char *title;
+    const char *name; ///< before the suffix of the line
+    const char *sizeMacro;
+    const char *start; ///< behind the size
+    const char *mapping;
+};
+
+constexpr TableWords kTransmitWords = {"/*  TX PGN definitions */\n",
+                                       " J1939_PGN_CONFIG_T\tjPgnTransmitConfig",
+                                       "J1939_TRANSMIT_PGN_CNT", " = {\n", "tx_mapping_"};
+constexpr TableWords kReceiveWords = {"/*  RX PGN definitions */\n",
+                                      " J1939_PGN_CONFIG_T\tjPgnReceiveConfig",
+                                      "J1939_RECEIVE_PGN_CNT", "= {\n", "rx_mapping_"};
+
+// clang-format off
+constexpr const char *kTrailerFormats[] = { // by number
+    "\tJ1939_ATF_SAE_NONE,\n",
+    "\tJ1939_ATF_MANU_CYBERSEC_32,\n",
+    "\tJ1939_ATF_MANU_CYBERSEC_64,\n",
+    "\tJ1939_ATF_MANU_FUNC_SAFETY_32,\n",
+    "\tJ1939_ATF_MANU_FUNC_SAFETY_64,\n",
+    "\tJ1939_ATF_MANU_FUNC_CYB_SAFE_32,\n",
+};
+
+constexpr const char *kAssuranceTypes[] = { // by number
+    "\tJ1939_ADT_NONE,\n",
+    "\tJ1939_ADT_MANU_CYBERSEC,\n",
+    "\tJ1939_ADT_MANU_FUNC_SAFETY,\n",
+    "\tJ1939_ADT_MANU_FUNC_CYB_SAFE,\n",
+};
+// clang-format on
+
+template <size_t N>
+const char *wordOf(const char *const (&words)[N], quint32 number)
+{
+    return number < N ? words[number] : "\tINVALID_VALUE,\n";
+}
+
+QString getFDTrailerData(const PgnData &pgn)
+{
+    return QLatin1String(wordOf(kTrailerFormats, pgn.fdTrailerFormat)) +
+           QLatin1String(wordOf(kAssuranceTypes, pgn.fdAssuranceType)) +
+           QStringLiteral("\t%1u\n").arg(pgn.fdAssuranceDataSize);
+}
+
+/// Behind the last member that all devices have.
+const char *tailOf(const Context &context)
+{
+    return context.form.canFd ? "," : "";
+}
+
+/// The number of rows, of a table of its own or of the only one.
+QString countText(const Context &context, const char *macro, int rows)
+{
+    return context.form.multiLine ? QString::number(rows) : QString::fromLatin1(macro);
+}
+
+void writeGroupRow(Context &context, const QString &mapping, const Group &group)
+{
+    const PgnData &pgn = group.data;
+    TextWriter &out = context.out;
+    out.raw("    {\n");
+    out.parts("\t", pgn.number, "u, /* PGN number */ \n");
+    out.parts("\t&", mapping, pgn.number, "[0], \n");
+    out.parts("\t", quint32(pgn.cycleTimeMs), "u, /* cycletime in ms */ \n");
+    out.parts("\t", quint32(pgn.inhibitTimeMs), "u, /* inhibit time in ms */ \n");
+    out.parts("\t", quint32(pgn.priority), "u, /* priority */ \n");
+    // Deliberate: the rows that the mapping has, not the number that the record tells, which may
+    // lead beyond them; held by tst_pgngenerator.
+    out.parts("\t", quint32(group.mapping.size()), "u", tailOf(context),
+              " /* number of mappings */\n");
+    if (context.form.canFd)
+        out.raw(getFDTrailerData(pgn));
+    out.raw("    }");
+}
+
+void writeTable(Context &context, const TableWords &words, const Line &line, const Traffic &traffic)
+{
+    const QVector<const Group *> groups = tableGroups(context, line, traffic);
+    if (groups.isEmpty())
+        return;
+    TextWriter &out = context.out;
+    out.raw(words.title);
+    out.parts("static ", context.dialect.constMacro, words.name, lineSuffix(context, line), "[",
+              countText(context, words.sizeMacro, groups.size()), "]", words.start);
+    const QString mapping = linePrefix(context, line) + QLatin1String(words.mapping);
+    const char *separator = "";
+    for (const Group *group : groups) {
+        out.raw(separator);
+        writeGroupRow(context, mapping, *group);
+        separator = ",\n";
+    }
+    out.raw("\n"
+            "};\n");
+}
+
+/// The text of an address as a number of C, where a leading zero would make it octal.
+QString addressText(const QString &element)
+{
+    bool isNumber = false;
+    const quint32 number = Numbers::toUIntByPrefix(element, &isNumber);
+    const bool isHex = element.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+    return isNumber && !isHex ? QString::number(number) : element;
+}
+
+/// \a place is that of the line among all lines.
+QString startAddress(const Context &context, int place)
+{
+    const QString setting = context.j1939.text(QStringLiteral("startaddress"));
+    const bool isList = setting.contains(QLatin1Char(','));
+    // Deliberate: a list is a list for one line too, and no address is the null address; held by
+    // tst_pgngenerator.
+    const QString element = isList ? setting.split(QLatin1Char(',')).value(place) : setting;
+    const QString address = addressText(element.trimmed());
+    if (address.isEmpty())
+        return QStringLiteral("254");
+    const bool staysAsItIs = context.form.multiLine && !isList;
+    return staysAsItIs || address.endsWith(QLatin1Char('u')) ? address : address + QLatin1Char('u');
+}
+
+void writeLineConfig(Context &context, const Line &line, int place)
+{
+    const QString suffix = lineSuffix(context, line);
+    const int sent = tableGroups(context, line, line.transmitted).size();
+    const int received = tableGroups(context, line, line.received).size();
+    TextWriter &out = context.out;
+    out.parts("J1939_CONFIG_T  j1939Config", suffix, " = {\n");
+    if (sent == 0)
+        out.raw("\t0, \n");
+    else
+        out.parts("\t&jPgnTransmitConfig", suffix, "[0],\n");
+    out.parts("\t", countText(context, kTransmitWords.sizeMacro, sent), ", \n");
+    if (received == 0)
+        out.raw("\t0, \n");
+    else
+        out.parts("\t&jPgnReceiveConfig", suffix, "[0], \n");
+    out.parts("\t", countText(context, kReceiveWords.sizeMacro, received), ", \n");
+    out.parts("\t&addrTrCfg", suffix, ",\n");
+    out.parts("\t", startAddress(context, place), " \n");
+    out.raw("};\n");
+}
+
+} // namespace
+
+// Deliberate: groups of a line that does not speak J1939 have no mapping, and so no table; held by
+// tst_pgngenerator.
+void Pgn::defineTransmitPGNs(Context &context)
+{
+    context.out.raw("\n");
+    for (const Line &line : qAsConst(context.lines))
+        writeTable(context, kTransmitWords, line, line.transmitted);
+}
+
+void Pgn::defineReceivePGNs(Context &context)
+{
+    context.out.raw("\n");
+    for (const Line &line : qAsConst(context.lines))
+        writeTable(context, kReceiveWords, line, line.received);
+}
+
+void Pgn::defineIdentify(Context &context)
+{
+    TextWriter &out = context.out;
+    out.raw("\n");
+    if (carriesJ1939(readLineType(context.store, 0)))
+        out.raw("/*  J1939 device Identifiy information (NAME PGN) */\n");
+    for (const Line &line : qAsConst(context.lines)) {
+        if (!line.hasJ1939())
+            continue;
+        out.parts("static ", context.dialect.constMacro, " J1939_PGN_CONFIG_T\taddrTrCfg",
+                  lineSuffix(context, line), " = {\n");
+        out.raw("\t60928u, /* PGN number */\n");
+        out.parts("\t&", linePrefix(context, line), "tx_mapping_60928[0],\n");
+        out.raw("\t0u, /* cycletime in ms */\n"
+                "\t250u, /* inhibitime in us */\n"
+                "\t6u, /* priority */\n");
+        out.parts("\t10u", tailOf(context), " /* number of mappings */\n");
+        if (context.form.canFd)
+            out.raw("\tJ1939_ATF_SAE_NONE,\n"
+                    "\tJ1939_ADT_NONE,\n"
+                    "\t0\n");
+        out.raw("};\n");
+    }
+}
+
+void Pgn::defineJ1939Config(Context &context)
+{
+    context.out.raw("\n"
+                    "/*  J1939 PGN configuration */\n");
+    for (int place = 0; place < context.lines.size(); ++place) {
+        if (context.lines.at(place).hasJ1939())
+            writeLineConfig(context, context.lines.at(place), place);
+    }
+}

@@ -1,0 +1,167 @@
+// The variables behind signals that the application leaves to the tool.
+#include "generators/abstractgenerator.h"
+#include "generators/j1939/pgnsections.h"
+#include "generators/j1939/pgntypes.h"
+
+#include <array>
+
+namespace
+{
+
+using namespace Pgn;
+
+struct ArrayWords {
+    ValueArray array;
+    const char *declaration; ///< up to the size
+    const char *start;       ///< before a value
+    const char *end;         ///< behind it
+};
+
+// clang-format off
+constexpr ArrayWords kArrayWords[kValueArrayCount] = { // order of the file
+    {ValueArray::U8,  "static UNSIGNED8\tmv_u8[",   "\t(UNSIGNED8)",  "u"},
+    {ValueArray::I8,  "static INTEGER8\tmv_i8[",    "\t(INTEGER8)",   "u"},
+    {ValueArray::U16, "static UNSIGNED16\tmv_u16[", "\t(UNSIGNED16)", "u"},
+    {ValueArray::I16, "static INTEGER16\tmv_i16[",  "\t(INTEGER16)",  "u"},
+    {ValueArray::U32, "static UNSIGNED32\tmv_u32[", "\t(UNSIGNED32)", "UL"},
+    {ValueArray::I32, "static INTEGER32\tmv_i32[",  "\t(INTEGER32)",  "UL"},
+    {ValueArray::U64, "static UNSIGNED64\tmv_u64[", "\t",             ""},
+};
+// clang-format on
+
+constexpr bool wordsFollowTheEnum()
+{
+    for (int i = 0; i < kValueArrayCount; ++i) {
+        if (static_cast<int>(kArrayWords[i].array) != i)
+            return false;
+    }
+    return true;
+}
+static_assert(wordsFollowTheEnum(), "the array is the place in the table");
+
+/// A variable, and the signal that it stands for.
+struct Variable {
+    quint8 line;
+    quint32 frame; ///< parameter group or CAN identifier
+    quint32 signal;
+    QString value;
+    bool isName; ///< part of the NAME of the device
+};
+
+struct ArrayContent {
+    QVector<Variable> variables;
+    bool isReferenced = false; ///< by some mapping of the file
+    bool hasName = false;
+};
+using Contents = std::array<ArrayContent, kValueArrayCount>;
+
+void addVariable(Contents &contents, Signal &signal, ValueArray array, const Variable &variable,
+                 bool isReferenced)
+{
+    ArrayContent &content = contents[static_cast<size_t>(array)];
+    signal.place = Place{array, content.variables.size()};
+    content.variables << variable;
+    content.isReferenced = content.isReferenced || isReferenced;
+    content.hasName = content.hasName || variable.isName;
+}
+
+/// The text of \a value as the array holds it.
+QString valueText(ValueArray array, const QString &value)
+{
+    if (array == ValueArray::U64)
+        return AbstractGenerator::convertValue(CAN::CANopenDataType::Unsigned64,
+                                               Numbers::toULongLongByPrefix(value), 0);
+    return QString::number(Numbers::toLongLongByPrefix(value));
+}
+
+QString parameterValue(const Group &group, ValueArray array, const SignalData &data)
+{
+    if (group.data.number == kAddressClaimed)
+        return valueText(array, data.defaultValue);
+    return valueText(array, QString::number(notAvailable(data.dataType)));
+}
+
+void collectGroups(const Context &context, Contents &contents, const Line &line,
+                   QVector<Group> &groups)
+{
+    for (Group &group : groups) {
+        const bool isReferenced = hasMapping(context, line, group);
+        const bool isName = group.data.number == kAddressClaimed;
+        for (Signal &signal : group.mapping) {
+            const auto array = arrayOfParameter(signal.data.dataType);
+            if (signal.data.implementation != 0 || !array)
+                continue;
+            addVariable(contents, signal, *array,
+                        {line.number, group.data.number, signal.data.number,
+                         parameterValue(group, *array, signal.data), isName},
+                        isReferenced);
+        }
+    }
+}
+
+void collectIdentifiers(Contents &contents, const Line &line, QVector<Identifier> &identifiers)
+{
+    for (Identifier &identifier : identifiers) {
+        for (Signal &signal : identifier.mapping) {
+            const auto array = arrayOfElement(signal.data.dataType);
+            if (signal.data.implementation != 0 || !array)
+                continue;
+            addVariable(contents, signal, *array,
+                        {line.number, identifier.data.id, signal.data.number,
+                         valueText(*array, signal.data.defaultValue), false},
+                        line.type == LineType::RawCan);
+        }
+    }
+}
+
+QString indexText(const Context &context, const Variable &variable)
+{
+    const QString frame = QString::number(variable.frame);
+    const QString signal = QString::number(variable.signal);
+    return context.form.multiLine ? QStringLiteral(" /* %1-%2:%3 */")
+                                        .arg(QString::number(variable.line), frame, signal)
+                                  : QStringLiteral(" /* %1:%2 */").arg(frame, signal);
+}
+
+void writeArray(Context &context, const ArrayWords &words, const ArrayContent &content)
+{
+    TextWriter &out = context.out;
+    out.parts(words.declaration, quint32(content.variables.size()), "]");
+    // Deliberate: a device has its NAME whether or not variables are initialised, held by
+    // tst_pgngenerator.
+    if (!context.form.initialiseValues && !content.hasName) {
+        out.raw(";\n");
+        return;
+    }
+    out.raw("= {\n");
+    const char *separator = "";
+    for (const Variable &variable : content.variables) {
+        const bool hasValue = context.form.initialiseValues || variable.isName;
+        out.parts(separator, words.start,
+                  hasValue ? variable.value : valueText(words.array, QStringLiteral("0")),
+                  words.end, indexText(context, variable));
+        separator = ",\n";
+    }
+    out.raw("};\n");
+}
+
+} // namespace
+
+void Pgn::defineManagedVariables(Context &context)
+{
+    Contents contents;
+    for (Line &line : context.lines) {
+        for (Traffic *traffic : {&line.received, &line.transmitted}) {
+            collectGroups(context, contents, line, traffic->groups);
+            collectIdentifiers(contents, line, traffic->identifiers);
+        }
+    }
+    context.out.raw("\n/* definition of managed variables */\n");
+    for (const ArrayWords &words : kArrayWords) {
+        const ArrayContent &content = contents[static_cast<size_t>(words.array)];
+        // Deliberate: the compiler warns of an array that nothing refers to, such as one of safe
+        // signals only; held by tst_pgngenerator.
+        if (content.isReferenced)
+            writeArray(context, words, content);
+    }
+}
