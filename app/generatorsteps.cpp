@@ -13,6 +13,8 @@
 #include "generators/descriptions/xddgenerator.h"
 #include "generators/generalsettings.h"
 #include "generators/j1939/extdeclgenerator.h"
+#include "generators/j1939/pgngenerator.h"
+#include "generators/j1939settings.h"
 #include "generators/multiproto/indicationgenerator.h"
 #include "generators/objdict/indicesgenerator.h"
 #include "generators/objdict/objdictgenerator.h"
@@ -69,6 +71,21 @@ std::unique_ptr<AbstractGenerator> makeDefines(const ObjectDataBase &store,
     return generator;
 }
 
+std::unique_ptr<AbstractGenerator> makeGroupTables(const ObjectDataBase &store,
+                                                   const ProjectFacts &)
+{
+    return makeForStack<PGNGenerator, PGNGeneratorV4>(store);
+}
+
+/// The SDO server of a J1939 device is the same for both generations of the stack.
+std::unique_ptr<AbstractGenerator> makeSdoServerObjDict(const ObjectDataBase &,
+                                                        const ProjectFacts &)
+{
+    auto generator = std::make_unique<ObjDictGenerator>(false);
+    generator->cia510ServerMode = true;
+    return generator;
+}
+
 std::unique_ptr<AbstractGenerator> makeDeclarations(const ObjectDataBase &store,
                                                     const ProjectFacts &)
 {
@@ -119,6 +136,13 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
     {'K', [](Facts) { return true; }, StepLines::Once, false, makeDefines,
      "The file gen_define.h in %1 is not writable",
      "Generation of gen_define.h in %1 started"},
+    {'L', [](Facts f) { return f.isPureJ1939(); }, StepLines::Once, false, makeGroupTables,
+     "The file gen_pgn.c in %1 is not writable",
+     "Generation of gen_pgn.c in %1 started"},
+    {'M', [](Facts f) { return f.isPureJ1939() && f.hasSdoServer; }, StepLines::Once, false,
+     makeSdoServerObjDict,
+     "The file gen_objdict.c in %1 is not writable",
+     "Generation of gen_objdict.c for CAM11/CAM21 SDO server in %1 started"},
     {'G', [](Facts f) { return f.isPureJ1939(); }, StepLines::All, true,
      make<J1939TextDocGenerator>,
      "The file in %2_doc.txt in %1 is not writable",
@@ -193,6 +217,7 @@ void readContentFacts(ObjectDataBase &store, ProjectFacts &facts)
     VobjDictGenerator virtualObjects;
     virtualObjects.setDataBase(&store);
     facts.hasVirtualObjects = virtualObjects.areVirtualObjectsPresent();
+    facts.hasSdoServer = J1939Settings(store).decimal("cia510serversupport") == 1;
     facts.hasCanFd = GeneralSettings(store).decimal("canfd_supported") > 0;
 }
 

@@ -29,6 +29,7 @@ struct ProjectFacts {
     bool hasSrdo = false;
     bool hasVirtualObjects = false;
     bool hasCanFd = false;
+    bool hasSdoServer = false; ///< the J1939 device answers CAM11/CAM21 (CiA 510)
 
     bool isMultiLine() const { return lines.size() >= 2; }
     bool hasTypedLine() const { return hasCANopen || hasJ1939 || hasRaw; }

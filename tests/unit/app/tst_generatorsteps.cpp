@@ -38,6 +38,31 @@ private slots:
               "expected");
     }
 
+    void choosesSteps_data()
+    {
+        columns<int, QString>("type", "letters");
+        QTest::newRow("canopen") << 1 << "ABCDKPQR";
+        QTest::newRow("j1939") << 2 << "AKLGHIO";
+        QTest::newRow("raw") << 4 << "AKO";
+        QTest::newRow("both_on_one_line") << 5 << "ABCGHIKOPQR";
+        QTest::newRow("unknown_type") << 3 << "K";
+    }
+    void choosesSteps()
+    {
+        QFETCH(int, type);
+        const StoreFixture fixture;
+        const auto store = makeStore();
+        store->setGeneralSettingsValue("line0type", QString::number(type));
+        ProjectFacts facts = readProjectFacts(*store);
+        readContentFacts(*store, facts);
+        QString letters;
+        for (const StepRange steps : {generatorSteps(), stepsBehindEds()}) {
+            for (const GeneratorStep &step : steps)
+                letters += linesOfStep(step, facts).isEmpty() ? QString() : QString(step.letter);
+        }
+        QTEST(letters, "letters");
+    }
+
     void choosesTheLinesOfAStep()
     {
         ProjectFacts facts;
