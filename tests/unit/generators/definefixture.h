@@ -10,17 +10,17 @@
 class DefineProject
 {
 public:
-    DefineProject()
+    explicit DefineProject(const QString &texts = QString())
     {
         store.createNewDataBase();
-        change("set line0type=1");
+        change("set line0type=1; " + texts);
     }
 
     /// Changes in words, separated by "; ". Objects are hexadecimal, "1/2000" one of line 1:
     ///   set key=value, j1939 key=value, misc key=value, describe key=value
     ///   line NUMBER TYPE, unline NUMBER
     ///   var INDEX VALUE, array INDEX ENTRIES, record INDEX ENTRIES
-    ///   put INDEX:SUB type|access|value|kind|nv VALUE
+    ///   put INDEX:SUB type|access|value|kind VALUE
     ///   pgn LINE tx|rx NUMBER [safe|inhibit=MS], canid LINE tx|rx NUMBER
     void change(const QString &texts)
     {
@@ -69,20 +69,14 @@ private:
             store.setMiscSettingsValue(key, value);
         else if (verb == "describe")
             store.setDescriptionSettingsValue(key, value);
-        else if (verb == "line")
-            addLine(words.at(1), words.at(2));
+        else if (verb == "line" && store.addNode(quint8(words.at(1).toUInt()), Node()))
+            store.setGeneralSettingsValue("line" + words.at(1) + "type", words.at(2));
         else if (verb == "unline")
             store.delNode(quint8(words.at(1).toUInt()));
         else if (verb == "pgn" || verb == "canid")
             addTraffic(words);
         else
             changeObject(words);
-    }
-
-    void addLine(const QString &number, const QString &type)
-    {
-        store.addNode(quint8(number.toUInt()), Node());
-        store.setGeneralSettingsValue("line" + number + "type", type);
     }
 
     void addTraffic(const QStringList &words)
@@ -103,33 +97,31 @@ private:
 
     void changeObject(const QStringList &words)
     {
+        static const QMap<QString, CANopen::ObjectCode> codes = {
+            {"var", CANopen::ObjectCode::Var},
+            {"array", CANopen::ObjectCode::Array},
+            {"record", CANopen::ObjectCode::Record}};
         const QString place = words.at(1).section('/', -1);
         const quint8 line = words.at(1).contains('/') ? quint8(words.at(1).at(0).digitValue()) : 0;
         const auto index = quint16(place.section(':', 0, 0).toUInt(nullptr, 16));
         const auto sub = quint8(place.section(':', 1).toUInt());
-        if (words.first() == "put")
+        if (codes.contains(words.first()))
+            addObject(line, index, codes.value(words.first()), words.value(2));
+        else if (words.first() == "put")
             put(line, index, sub, words.at(2), words.at(3));
-        else if (words.first() == "var")
-            addObject(line, index, CANopen::ObjectCode::Var, 0, words.value(2));
-        else if (words.first() == "array")
-            addObject(line, index, CANopen::ObjectCode::Array, words.at(2).toInt(), {});
-        else if (words.first() == "record")
-            addObject(line, index, CANopen::ObjectCode::Record, words.at(2).toInt(), {});
         else
             qFatal("no such change: %s", qPrintable(words.join(' ')));
     }
 
-    void addObject(quint8 line, quint16 index, CANopen::ObjectCode code, int entries,
-                   const QString &value)
+    /// \a value is that of the first subindex, in other objects than variables the entries' number.
+    void addObject(quint8 line, quint16 index, CANopen::ObjectCode code, const QString &value)
     {
         Object object;
         object.objectCode = code;
         store.addIndex(line, index, object);
         const bool isVariable = code == CANopen::ObjectCode::Var;
-        store.addSubIndex(
-            line, index, 0,
-            makeSub("first", isVariable ? 7 : 5, isVariable ? value : QString::number(entries)));
-        for (int sub = 1; sub <= entries; ++sub)
+        store.addSubIndex(line, index, 0, makeSub("first", isVariable ? 7 : 5, value));
+        for (int sub = 1; !isVariable && sub <= value.toInt(); ++sub)
             store.addSubIndex(line, index, quint8(sub), makeSub("entry", 7, "0"));
     }
 
@@ -145,8 +137,6 @@ private:
             data.defaultValue = value;
         else if (field == "kind")
             data.implementation = quint8(value.toUInt());
-        else if (field == "nv")
-            data.nvStorage = value == "1";
         else
             qFatal("no such field: %s", qPrintable(field));
         store.addSubIndex(line, index, sub, data);

@@ -13,8 +13,6 @@ private slots:
     void init()
     {
         store = makeStore();
-        for (const char *name : {"demo.csv", "demo.icsv", "demo_3.csv", "demo_3.icsv"})
-            QFile::remove(fixture.path(name));
         line = 0;
     }
 
@@ -30,33 +28,29 @@ private slots:
         store->addSubIndex(0, 0x2A00, 0x1F, speed);
         store->addSubIndex(0, 0x2A00, 0, Sub());
         store->cacheAllSubs(0, 0);
-        const QByteArray columns =
+        const QString columns =
             "index;sub;line;objectcode;edsname;datatype;access;mapable;value;hasdefault;"
             "defaultineds;haslimit;lowlimit;uplimit;size;implementation;varname;nvstorage;"
             "description";
-        const QByteArray row0 = "0x2a00;0x00;0;RECORD;unnamed subindex;UNSIGNED8;ro;no;;1;1;no;0;0;"
-                                "0;managedvariable;;no;";
-        const QByteArray row1 =
-            "0x2a00;0x1f;0;RECORD;\"Speed; \"\"fast\"\"\";UNSIGNED32;rww;RPDO;5;"
-            "0;2;yes;-1;9;10;variable;v;yes;";
-        const QByteArray grouped = columns +
-                                   ";denotation;metadata\n0x2a00;;0;RECORD;M\xC3\xB6tor;"
-                                   "UNSIGNED16;;;;;;;;;;;;;%1;;"
-                                   "\"{\"\"eds_define\"\":\"\"\xC3\xA4\"\"}\"\n" +
-                                   row0 + ";;\n" + row1 +
-                                   "%2;shown;\"{\"\"k\"\":\"\"v\"\"}\"\n"
-                                   "0x2a01;;0;VAR;unnamed object;UNSIGNED8;;;;;;;;;;;;;;;\n";
+        const QString row0 = "0x2a00;0x00;0;RECORD;unnamed subindex;UNSIGNED8;ro;no;;1;1;no;0;0;"
+                             "0;managedvariable;;no;";
+        const QString row1 = "0x2a00;0x1f;0;RECORD;\"Speed; \"\"fast\"\"\";UNSIGNED32;rww;RPDO;5;"
+                             "0;2;yes;-1;9;10;variable;v;yes;";
         CSVGenerator csv;
-        QCOMPARE(generate(csv, "demo.csv"), columns + '\n' + row0 + '\n' + row1 + "d\n");
-        QCOMPARE(csv.objectName(), "CSV documentation");
+        QCOMPARE(generateWith(csv, "demo", "demo.csv"),
+                 columns + '\n' + row0 + '\n' + row1 + "d\n");
+        const auto grouped = [&](const QString &ofObject, const QString &ofSub) {
+            return columns +
+                   ";denotation;metadata\n0x2a00;;0;RECORD;M\u00F6tor;UNSIGNED16;;;;;;;;;;;;;" +
+                   ofObject + ";;\"{\"\"eds_define\"\":\"\"\u00E4\"\"}\"\n" + row0 + ";;\n" + row1 +
+                   ofSub +
+                   ";shown;\"{\"\"k\"\":\"\"v\"\"}\"\n"
+                   "0x2a01;;0;VAR;unnamed object;UNSIGNED8;;;;;;;;;;;;;;;\n";
+        };
         ICSVGenerator icsv;
-        QCOMPARE(generate(icsv, "demo.icsv"),
-                 QByteArray(grouped).replace("%1", "\"two\nlines\"").replace("%2", "d"));
-        QCOMPARE(icsv.objectName(), "ICSV documentation");
-        ICSVGenerator bare;
-        bare.setIncludeDescription(false);
-        QCOMPARE(generate(bare, "demo.icsv"),
-                 QByteArray(grouped).replace("%1", "").replace("%2", ""));
+        QCOMPARE(generateWith(icsv, "demo", "demo.icsv"), grouped("\"two\nlines\"", "d"));
+        icsv.setIncludeDescription(false);
+        QCOMPARE(generateWith(icsv, "demo", "demo.icsv"), grouped("", ""));
     }
 
     void multiLineFiles()
@@ -65,12 +59,10 @@ private slots:
         store->addIndex(3, 0x2000, Object());
         store->addSubIndex(3, 0x2000, 0, Sub());
         CSVGenerator csv;
-        csv.generateML = true;
-        QVERIFY(generate(csv, "demo_3.csv", 3).contains("\n0x2000;0x00;3;"));
+        QVERIFY(generateWith(csv, "demo", "demo_3.csv", 3, true).contains("\n0x2000;0x00;3;"));
         QVERIFY(store->setMiscSettingsValue("generateML", "true"));
         ICSVGenerator icsv;
-        QVERIFY(generate(icsv, "demo_3.icsv", 3).contains("\n0x2000;;3;"));
-        QVERIFY(!QFile::exists(fixture.path("demo.icsv")));
+        QVERIFY(generateWith(icsv, "demo", "demo_3.icsv", 3).contains("\n0x2000;;3;"));
     }
 
     void roundTrip_data()
@@ -91,8 +83,8 @@ private slots:
         CSVGenerator csv;
         ICSVGenerator icsv;
         const QString name = grouped ? "demo.icsv" : "demo.csv";
-        QVERIFY(!generate(grouped ? static_cast<AbstractGenerator &>(icsv) : csv, name, line)
-                     .isEmpty());
+        AbstractGenerator &generator = grouped ? static_cast<AbstractGenerator &>(icsv) : csv;
+        QVERIFY(!generateWith(generator, "demo", name, line).isEmpty());
         const auto source = std::move(store);
         store = makeStore();
         QVERIFY(importTable(fixture.path(name)));
@@ -120,17 +112,6 @@ private slots:
     }
 
 private:
-    QByteArray generate(AbstractGenerator &generator, const QString &fileName, quint8 ofLine = 0)
-    {
-        generator.setOutputDirectory(fixture.path());
-        generator.setProjectName("demo");
-        generator.setDataBase(store.get());
-        generator.setActiveLine(ofLine);
-        generator.startGeneration();
-        generator.wait();
-        return readFile(fixture.path(fileName));
-    }
-
     bool importTable(const QString &fileName)
     {
         CsvImporter importer;
@@ -143,9 +124,7 @@ private:
 
     void add(quint16 index, CANopen::ObjectCode code, quint16 dataType, const QList<Sub> &subs)
     {
-        Object object;
-        object.name = "object " + QString::number(index);
-        object.objectCode = code;
+        Object object = makeObject("object " + QString::number(index), code);
         object.dataType = dataType;
         object.description = "of \"" + object.name + "\"\nand; more\r\n";
         object.metadata = {{"eds_define", "A;B \"\u00FC\"\n"}};
@@ -184,13 +163,10 @@ private:
         Sub limited = makeSub("no low limit", 3, "-5");
         limited.lowLimit.clear();
         limited.upLimit = "0x7F";
-        Sub unlimited = makeSub("no limits", 3, "");
-        unlimited.lowLimit.clear();
-        unlimited.upLimit.clear();
         Sub unbound = makeSub("no variable", 9, "");
         unbound.implementation = 2;
         add(0x2000, ObjectCode::Var, full.dataType, {full});
-        add(0x2001, ObjectCode::Array, 3, {makeSub("count", 5, "1"), limited, unlimited});
+        add(0x2001, ObjectCode::Array, 3, {makeSub("count", 5, "1"), limited});
         add(0x2003, ObjectCode::Var, 9, {unbound});
         add(0x2002, ObjectCode::Domain, 5, {makeSub("", 5, "")});
         add(0xBFFF, ObjectCode::Null, 5, {makeSub(" blanks ", 5, "\"")});

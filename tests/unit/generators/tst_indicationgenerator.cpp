@@ -19,32 +19,21 @@ private slots:
                               "CO_CONST UNSIGNED8* pData);\n";
         // clang-format off
         QTest::newRow("nothing") << QStringList() << none;
-        QTest::newRow("blanks_are_nothing") << QStringList{"fct_nmt= "} << none;
         QTest::newRow("name_is_trimmed") << QStringList{"fct_nmt= nmt "} << "RET_T nmt(BOOL_T execute, CO_NMT_STATE_T nmtState);\n";
         QTest::newRow("table_order") << QStringList{"fct_mpdo=m", "fct_pdo=p"}
             << "void p(UNSIGNED16 pdoNr);\nvoid m(UNSIGNED16 pdoNr, UNSIGNED16 index, UNSIGNED8 subIndex);\n";
         QTest::newRow("receive_key_of_its_own") << QStringList{"fct_pdo_received=a", "fct_srd=b", "fct_pdo_receive=c"} << "void c(UNSIGNED16 pdoNr);\n";
-        QTest::newRow("parameter_without_name") << QStringList{"fct_lss_master=lss"}
-            << "void lss(CO_LSS_MASTER_SERVICE_T, UNSIGNED16 errorCode, UNSIGNED8 errorSpec, UNSIGNED32 *pIdentity);\n";
         QTest::newRow("usdo_server_disabled") << QStringList{"usdo_server_ind_check_write_function=chk"} << none;
         QTest::newRow("usdo_read_function_counts_while_disabled") << QStringList{"usdo_server_read_ind_function=r"} << "";
         QTest::newRow("usdo_server_alone") << QStringList{"usdo_server_enabled=1", "usdo_server_ind_check_write_function=chk"} << check;
-        QTest::newRow("usdo_client_alone") << QStringList{"usdo_client_enabled=1", "usdo_client_read_ind_function=r"}
-            << "void r(UNSIGNED8 nodeId, UNSIGNED16 index, UNSIGNED8 subIndex, RET_T result);\n";
-        QTest::newRow("forced_line_parameter") << QStringList{"generateML=true", "fct_sync=s"} << "void s(UNSIGNED8 CO_LINE, UNSIGNED8 syncCounter);\n";
         // clang-format on
     }
 
     void declaresWhatIsSet()
     {
         QFETCH(QStringList, settings);
-        for (const QString &setting : settings) {
-            const QString key = setting.section('=', 0, 0);
-            if (key == "generateML")
-                store->setMiscSettingsValue(key, setting.section('=', 1));
-            else
-                store->setGeneralSettingsValue(key, setting.section('=', 1));
-        }
+        for (const QString &setting : settings)
+            store->setGeneralSettingsValue(setting.section('=', 0, 0), setting.section('=', 1));
         QTEST(bodyOf(generate()), "prototypes");
     }
 
@@ -68,12 +57,7 @@ private:
     QString generate(const QString &projectName = "demo")
     {
         indicationgenerator generator;
-        generator.setOutputDirectory(fixture.path());
-        generator.setProjectName(projectName);
-        generator.setDataBase(store.get());
-        generator.startGeneration();
-        generator.wait();
-        return readFile(fixture.path("gen_indication.h"));
+        return generateWith(generator, projectName, "gen_indication.h");
     }
 
     /// What stands between the include guard's lines.

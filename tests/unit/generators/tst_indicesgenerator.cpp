@@ -60,26 +60,22 @@ private slots:
         QCOMPARE(definesOf(generate()), QStringList{define + " 0x2000u"});
     }
 
-    void subDefineTakesTheSubPrefix()
-    {
-        addObject(0, 0x2000, "a", ObjectCode::Array);
-        Sub sub = makeSub("plain", 5, {});
-        sub.metadata = {{"subdefine", u8"set point °"}};
-        store->addSubIndex(0, 0x2000, 1, sub);
-        QCOMPARE(definesOf(generate()), (QStringList{"I_A 0x2000u", "S_SET_POINT_ 0x1u"}));
-    }
-
     void repeatedNamesAreCountedUntilTheyAreNew()
     {
         addObject(0, 0x2000, "a", ObjectCode::Record);
         addSub(0, 0x2000, 1, "x");
         addSub(0, 0x2000, 2, "x");
         addSub(0, 0x2000, 3, "x1");
+        addSub(0, 0x2000, 4, "number of entries"); // the file's own
+        Sub named = makeSub("plain", 5, {});
+        named.metadata = {{"subdefine", u8"set point °"}};
+        store->addSubIndex(0, 0x2000, 5, named);
         addObject(0, 0x2001, "a", ObjectCode::Var);
         addObject(0, 0x2002, "a2", ObjectCode::Var);
         addObject(0, 0x2003, "a", ObjectCode::Var);
         QCOMPARE(definesOf(generate()),
-                 (QStringList{"I_A 0x2000u", "S_X 0x1u", "S_X1 0x2u", "S_X11 0x3u", "I_A1 0x2001u",
+                 (QStringList{"I_A 0x2000u", "S_X 0x1u", "S_X1 0x2u", "S_X11 0x3u",
+                              "S_NUMBER_OF_ENTRIES1 0x4u", "S_SET_POINT_ 0x5u", "I_A1 0x2001u",
                               "I_A2 0x2002u", "I_A3 0x2003u"}));
     }
 
@@ -98,42 +94,16 @@ private slots:
                               "I_RPDO_1401 0x1401u", "I_A 0x2000u", "S_TYPE1 0x3u"}));
     }
 
-    void ownDefinesOfTheFileAreTaken()
-    {
-        addObject(0, 0x2000, "a", ObjectCode::Array);
-        addSub(0, 0x2000, 1, "number of entries");
-        QCOMPARE(definesOf(generate()), (QStringList{"I_A 0x2000u", "S_NUMBER_OF_ENTRIES1 0x1u"}));
-    }
-
-    void everyLineHasAllItsNames()
-    {
-        store->addNode(3, {});
-        for (const quint8 line : {0, 3}) {
-            addObject(line, 0x1400, "rpdo", ObjectCode::Record);
-            addSub(line, 0x1400, 1, "COB ID");
-        }
-        QCOMPARE(definesOf(generate({3, 0}, true)),
-                 (QStringList{"L3_I_RPDO 0x1400u", "L3_S_COB_ID 0x1u", "L0_I_RPDO 0x1400u",
-                              "L0_S_COB_ID 0x1u"}));
-    }
-
     void parameterGroups()
     {
         addGroup(0, 0x77, 0xFEF2, "Fuel (rate)", {{184, "Fuel"}, {183, "load"}});
         addGroup(0, 0x77, 0x1F004, "Fuel (rate)", {{190, "Fuel"}, {191, "Fuel"}, {192, "Fuel"}});
         addGroup(0, 0x55, 0xFE, "out ${index}", {{190, "Fuel"}});
-        QCOMPARE(bodyOf(generate()), "#define PGN_FUEL_RATE_           \t65266u /* 0xfef2 */\n"
-                                     "#define SPN_FUEL                 \t184u\n"
-                                     "#define SPN_LOAD                 \t183u\n"
-                                     "\n"
-                                     "#define PGN_FUEL_RATE_1          \t126980u /* 0x1f004 */\n"
-                                     "#define SPN_FUEL_1f004           \t190u\n"
-                                     "#define SPN_FUEL_1f004_1         \t191u\n"
-                                     "#define SPN_FUEL_1f004_2         \t192u\n"
-                                     "\n"
-                                     "#define PGN_OUT_00FE             \t254u /* 0xfe */\n"
-                                     "#define SPN_FUEL_00fe            \t190u\n"
-                                     "\n");
+        QCOMPARE(definesOf(generate()).join(", "),
+                 "PGN_FUEL_RATE_ 65266u /* 0xfef2 */, SPN_FUEL 184u, SPN_LOAD 183u, , "
+                 "PGN_FUEL_RATE_1 126980u /* 0x1f004 */, SPN_FUEL_1f004 190u, "
+                 "SPN_FUEL_1f004_1 191u, SPN_FUEL_1f004_2 192u, , "
+                 "PGN_OUT_00FE 254u /* 0xfe */, SPN_FUEL_00fe 190u, ");
     }
 
     void identifiers()
@@ -142,23 +112,11 @@ private slots:
         addIdentifier(0, 0x55, 0x18FF0001, "lamp", {});
         addIdentifier(0, 0x77, 0x18FF0001, "in ${number}", {"level"});
         addIdentifier(0, 0x55, 0x102, "257", {"x", "level 1"}); // named as the other's number
-        QCOMPARE(bodyOf(generate()), "#define ID_IN_1                  \t419364865u\n"
-                                     "#define ID_419364865             \t0u\n"
-                                     "#define S_LEVEL                  \t1u\n"
-                                     "\n"
-                                     "#define ID_LAMP                  \t257u\n"
-                                     "#define ID_257                   \t0u\n"
-                                     "#define S_LEVEL_1                \t1u\n"
-                                     "#define S_LEVEL_2                \t2u\n"
-                                     "\n"
-                                     "#define ID_257_1                 \t258u\n"
-                                     "#define ID_258                   \t1u\n"
-                                     "#define S_X                      \t1u\n"
-                                     "#define S_LEVEL_1_1              \t2u\n"
-                                     "\n"
-                                     "#define ID_LAMP_1                \t419364865u\n"
-                                     "#define ID_419364865_1           \t2u\n"
-                                     "\n");
+        QCOMPARE(definesOf(generate()).join(", "),
+                 "ID_IN_1 419364865u, ID_419364865 0u, S_LEVEL 1u, , "
+                 "ID_LAMP 257u, ID_257 0u, S_LEVEL_1 1u, S_LEVEL_2 2u, , "
+                 "ID_257_1 258u, ID_258 1u, S_X 1u, S_LEVEL_1_1 2u, , "
+                 "ID_LAMP_1 419364865u, ID_419364865_1 2u, ");
     }
 
     void framesBehindObjectsOfEachLine()
@@ -212,10 +170,7 @@ private:
 
     void addObject(quint8 line, quint16 index, const QString &name, ObjectCode code)
     {
-        Object object;
-        object.name = name;
-        object.objectCode = code;
-        store->addIndex(line, index, object);
+        store->addIndex(line, index, makeObject(name, code));
     }
 
     void addSub(quint8 line, quint16 index, quint8 sub, const QString &name)
@@ -227,26 +182,15 @@ private:
     {
         IndicesGenerator generator;
         generator.setLines(lines);
-        generator.generateML = isMultiLine;
-        generator.setOutputDirectory(fixture.path());
-        generator.setProjectName("demo");
-        generator.setDataBase(store.get());
-        generator.startGeneration();
-        generator.wait();
-        return readFile(fixture.path("gen_indices.h"));
+        return generateWith(generator, "demo", "gen_indices.h", 0, isMultiLine);
     }
 
-    /// What stands between the guard and the closing define.
-    static QString bodyOf(const QString &text)
-    {
-        return text.section("GEN_INDICES_H 1\n\n", 1)
-            .section("#define  S_NUMBER_OF_ENTRIES ", 0, 0);
-    }
-
-    /// Names and values of the body.
+    /// Names and values between the guard and the closing define.
     static QStringList definesOf(const QString &text)
     {
-        QStringList lines = bodyOf(text).split('\n');
+        QStringList lines = text.section("GEN_INDICES_H 1\n\n", 1)
+                                .section("#define  S_NUMBER_OF_ENTRIES ", 0, 0)
+                                .split('\n');
         lines.removeLast(); // behind the last line end
         for (QString &line : lines)
             line = line.simplified().remove(0, 8);

@@ -15,15 +15,13 @@ private slots:
     {
         store->addNode(3, Node());
         store->setDescriptionSettingsLine(3);
-        setDescription("CreatedBy", "me");
-        setDescription("ModifiedBy", "you");
-        setDescription("FileVersion", "4");
-        setDescription("VendorName", "M");
-        setDescription("ProductName", "P");
+        for (const char *key :
+             {"CreatedBy", "ModifiedBy", "FileVersion", "VendorName", "ProductName"})
+            setDescription(key, QString(key).left(4));
         store->setDescriptionSettingsLine(0);
-        store->addIndex(3, 0x1018, object("Identity", CANopen::ObjectCode::Record));
+        store->addIndex(3, 0x1018, makeObject("Identity", CANopen::ObjectCode::Record));
         store->addSubIndex(3, 0x1018, 1, makeSub("Vendor", 7, "0x5F"));
-        store->addIndex(3, 0x2A00, object("O ${index}", CANopen::ObjectCode::Array));
+        store->addIndex(3, 0x2A00, makeObject("O ${index}", CANopen::ObjectCode::Array));
         Sub sub = makeSub("S ${sub}", 0x1B, "|x5");
         sub.accessType = "wo";
         sub.pdoMapping = PDOMappingType::Rpdo;
@@ -49,7 +47,7 @@ private slots:
         const QString broken = text + QChar(1) + QChar(0xD800); // no such characters in XML
         setDescription("VendorName", broken);
         setDescription("CreatedBy", broken);
-        store->addIndex(0, 0x2000, object(broken, CANopen::ObjectCode::Var));
+        store->addIndex(0, 0x2000, makeObject(broken, CANopen::ObjectCode::Var));
         store->addSubIndex(0, 0x2000, 0, makeSub(broken, 9, broken));
         const QString file = "a--\"&<b-_00000000.xdd";
         XDDGenerator generator;
@@ -67,15 +65,6 @@ private slots:
         QVERIFY2(!reader.hasError(), qUtf8Printable(reader.errorString()));
         const QString shown = text + ' ' + QChar(0xFFFD);
         QCOMPARE(found, QStringList({file, shown, shown, file, shown, shown, shown, shown}));
-    }
-
-private:
-    static Object object(const QString &name, CANopen::ObjectCode code)
-    {
-        Object result;
-        result.name = name;
-        result.objectCode = code;
-        return result;
     }
 };
 

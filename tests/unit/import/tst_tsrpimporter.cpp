@@ -11,28 +11,24 @@ class tst_TSRPImporter : public StoreTest
 private slots:
     void init() { store = makeStore(); }
 
-    void bothFormsOfAProject_data()
-    {
-        columns<QString>("name");
-        QTest::newRow("database") << "other.tsrp";
-        QTest::newRow("text") << "other.tsrt";
-    }
     void bothFormsOfAProject()
     {
-        QFETCH(QString, name);
         const auto other = makeStore();
         for (const quint16 index : {0x0FFF, 0x1000, 0xBFFF, 0xC000}) {
             other->addIndex(0, index, fullObject());
             other->addSubIndex(0, index, 1, fullSub());
         }
-        QVERIFY(other->saveDataBase(fixture.path(name)));
-        store->addNode(1, Node());
-        const int copies = fixture.temporaryCopies().size();
-        QCOMPARE(import(name, 1), QString());
-        QCOMPARE(store->getIndices(1, 0, 0xFFFF), QList<quint16>({0x1000, 0xBFFF}));
-        QVERIFY(store->compareLine(1, *other, 0, 0x1000, 0xBFFF).isEmpty());
-        QVERIFY(store->getIndices(0, 0, 0xFFFF).isEmpty());
-        QCOMPARE(fixture.temporaryCopies().size(), copies);
+        for (const char *name : {"other.tsrp", "other.tsrt"}) {
+            init();
+            QVERIFY(other->saveDataBase(fixture.path(name)));
+            store->addNode(1, Node());
+            const int copies = fixture.temporaryCopies().size();
+            QCOMPARE(import(name, 1), QString());
+            QCOMPARE(store->getIndices(1, 0, 0xFFFF), QList<quint16>({0x1000, 0xBFFF}));
+            QVERIFY(store->compareLine(1, *other, 0, 0x1000, 0xBFFF).isEmpty());
+            QVERIFY(store->getIndices(0, 0, 0xFFFF).isEmpty());
+            QCOMPARE(fixture.temporaryCopies().size(), copies);
+        }
     }
 
     void fileThatIsNoProject_data()
@@ -53,7 +49,7 @@ private slots:
             QVERIFY(writeFile(fixture.path(name), content));
         store->addIndex(0, 0x2000, fullObject());
         store->setDescriptionSettingsLine(0);
-        store->setDescriptionSettingsValue("VendorName", "kept");
+        setDescription("VendorName", "kept");
         QCOMPARE(import(name, 0), error.replace("%1", fixture.path(name)));
         QCOMPARE(objectOf(*store, 0, 0x2000), fullObject());
         QCOMPARE(store->getDescriptionSettingsValue("VendorName"), QString("kept"));

@@ -39,10 +39,11 @@ private slots:
 
     void rangeAndReplacement()
     {
-        for (const quint16 index : {0x1FFF, 0x2000, 0x2001, 0x2002})
+        for (const quint16 index : {0x1FFF, 0x2000, 0x2001, 0x2002, 0x2003})
             addObject(*other, 0, index);
         addObject(*store, 0, 0x2000);
         store->addSubIndex(0, 0x2000, 9, makeSub("only here", 5, "1"));
+        store->addSubIndex(0, 0x2002, 9, fullSub()); // without an object
         addObject(*store, 0, 0x2A00);
         Object plain = fullObject();
         plain.metadata.clear();
@@ -51,20 +52,13 @@ private slots:
         other->saveIndexMetaData(0, 0x2001, {});
         store->addConnection(0, 0x2000, 1, 1, 0x2000, 1, 0);
         QSignalSpy changes(store.get(), &ObjectDataBase::updateNotify);
-        QVERIFY(store->copyLineFromDatabase(*other, 0, ObjectDataBase::kFirstLine, 0x2000, 0x2001));
-        QCOMPARE(store->getIndices(0, 0, 0xFFFF), QList<quint16>({0x2000, 0x2001, 0x2A00}));
-        QCOMPARE(store->getSubIndices(0, 0x2000, 0), QList<quint8>({1}));
+        QVERIFY(store->copyLineFromDatabase(*other, 0, ObjectDataBase::kFirstLine, 0x2000, 0x2002));
+        QCOMPARE(store->getIndices(0, 0, 0xFFFF), QList<quint16>({0x2000, 0x2001, 0x2002, 0x2A00}));
+        for (const quint16 index : {0x2000, 0x2002})
+            QCOMPARE(store->getSubIndices(0, index, 0), QList<quint8>({1}));
         QVERIFY(objectOf(*store, 0, 0x2001).metadata.isEmpty());
         QCOMPARE(store->getConnectionCount(), 1);
         QCOMPARE(changes.size(), 1);
-    }
-
-    void subindicesWithoutAnObjectGoToo()
-    {
-        addObject(*other, 0, 0x2000);
-        store->addSubIndex(0, 0x2000, 9, fullSub());
-        QVERIFY(store->copyLineFromDatabase(*other, 0, 0, 0, 0xFFFF));
-        QCOMPARE(store->getSubIndices(0, 0x2000, 0), QList<quint8>({1}));
     }
 
     void settingsOfTheLine()
@@ -96,31 +90,23 @@ private slots:
         QCOMPARE(store->getGeneralSettingsValue("line0type"), QString("1"));
     }
 
-    void groupsOfADirection_data()
-    {
-        columns<int, QString>("direction", "expected");
-        // clang-format off
-        QTest::newRow("both")        << 0    << "61444 85 engine 2,61444 119 engine 1,65262 85 old 1";
-        QTest::newRow("transmitted") << 0x55 << "61444 85 engine 2,65262 85 old 1";
-        // clang-format on
-    }
     void groupsOfADirection()
     {
-        QFETCH(int, direction);
-        addGroup(*other, 61444, 0x55, "engine", 2);
-        addGroup(*other, 61444, 0x77, "engine", 1);
-        addGroup(*other, 65263, 0x55, "out of range", 1);
-        addGroup(*store, 61444, 0x55, "old", 3);
-        addGroup(*store, 65262, 0x55, "old", 1);
-        QVERIFY(store->copyPGNsFromDatabase(*other, 0, 0, 0, 65262, quint8(direction)));
-        store->executeSql("select number || ' ' || direction || ' ' || g.string || ' ' || (select "
-                          "count(*) from SPNs0 s, Strings t where pgnnumber = number and "
-                          "s.direction = p.direction and t.id = s.name and t.string = 'speed') "
-                          "from PGNs0 p, Strings g where g.id = p.name order by number, direction");
-        QStringList lines = store->getSqlResultLines();
-        for (QString &line : lines)
-            line = line.trimmed();
-        QTEST(lines.join(','), "expected");
+        for (const quint8 direction : {0x55, 0}) {
+            init();
+            addGroup(*other, 61444, 0x55, "engine", 2);
+            addGroup(*other, 61444, 0x77, "engine", 1);
+            addGroup(*other, 65263, 0x55, "out of range", 1);
+            addGroup(*store, 61444, 0x55, "old", 3);
+            addGroup(*store, 65262, 0x55, "old", 1);
+            QVERIFY(store->copyPGNsFromDatabase(*other, 0, 0, 0, 65262, direction));
+            ObjectDataBase::PGN group;
+            QVERIFY(store->getPGNData(0, 61444, 0x55, group));
+            QCOMPARE(group.name, "engine");
+            QCOMPARE(store->getSPNs(0, 61444, 0x55).size(), 2);
+            QCOMPARE(store->getPGNs(0, 0x55, false), QList<quint32>({61444, 65262}));
+            QCOMPARE(store->getSPNs(0, 61444, 0x77).size(), direction == 0 ? 1 : 0);
+        }
     }
 
     void refusesWhatItCannotCopy()
@@ -168,20 +154,14 @@ private:
     }
 
     static void addGroup(ObjectDataBase &project, quint32 number, quint8 direction,
-                         const QString &name, int signalCount)
+                         const QString &name, quint32 signalCount)
     {
-        project.executeSql(QString("insert into PGNs0 (number,direction,name) values(%1,%2,%3)")
-                               .arg(number)
-                               .arg(direction)
-                               .arg(project.getStringId(name)));
-        for (int i = 0; i < signalCount; ++i)
-            project.executeSql(
-                QString("insert into SPNs0 (pgnnumber,spnnumber,direction,name,varname) "
-                        "values(%1,%2,%3,%4,'v')")
-                    .arg(number)
-                    .arg(i)
-                    .arg(direction)
-                    .arg(project.getStringId("speed")));
+        ObjectDataBase::PGN group;
+        group.name = name;
+        group.direction = direction;
+        project.addPGN(0, number, group);
+        for (quint32 i = 0; i < signalCount; ++i)
+            project.addSPN(0, number, direction, i, {});
     }
 
     std::unique_ptr<ObjectDataBase> other;
