@@ -89,7 +89,7 @@ quint64 parseReal(const QString &text)
 {
     bool isNumber = false;
     const float value = text.toFloat(&isNumber);
-    // Deliberate: C has no literal for "inf" and "nan", held by tst_objdictvalues.
+    // Deliberate: C has no literal for "inf" and "nan", held by tst_generatedc.
     return isNumber && std::isfinite(value) ? bitsOf(value) : 0;
 }
 

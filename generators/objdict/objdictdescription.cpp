@@ -203,7 +203,7 @@ TableRows ObjDict::countRows(const Context &context)
     visitObjects(context, [&](quint8 line, quint16 index) {
         count.descriptions += countDescribed(context, line, index);
         // Deliberate: an object without subindex 0 counts as well, it has a row; held by
-        // tst_objdictdescription.
+        // tst_generatedc.
         if (hasAssignment(context, line, index))
             ++count.assignments;
         return false;

@@ -187,7 +187,7 @@ void writeRole(Context &context, const CallForm &form)
 void initObjectDictionary(Context &context)
 {
     // Deliberate: objects and UDS tables are those of the line that exists, also where it is not
-    // line 0, held by tst_objdictinit.
+    // line 0, held by tst_generatedc.
     const CallForm form = {context.form.singleLine, false};
     writeHead(context);
     writeInitStructures(context);
@@ -238,7 +238,7 @@ void initCamod(Context &context)
             "{\n"
             "\tswitch (canLine) {\n");
     // Deliberate: virtual objects are left out of the rows, as they are of the table, so that each
-    // line begins at its own; held by tst_objdictinit.
+    // line begins at its own; held by tst_generatedc.
     int offset = 0;
     for (const quint8 line : qAsConst(context.form.lines)) {
         out.raw(QStringLiteral("\t\tcase %1:\n").arg(line));

@@ -25,7 +25,7 @@ constexpr CobIdRange kSdoServersOfLine
                                      = {0x1201, 0x127F, 2, "\n\t/* SDO server COB IDs starting at 2nd SDO server */\n"};
 constexpr CobIdRange kSdoClients     = {0x1280, 0x12FF, 2, "\n\t/* SDO client COB IDs */\n"};
 constexpr CobIdRange kRpdos          = {0x1400, 0x15FF, 1, "\n\t/* RxPDO COB IDs */\n"};
-// Deliberate: whether there are TPDOs is asked of their own range, held by tst_objdictinit.
+// Deliberate: whether there are TPDOs is asked of their own range, held by tst_generatedc.
 constexpr CobIdRange kTpdos          = {0x1800, 0x19FF, 1, "\n\t/* TxPDO COB IDs */\n"};
 
 constexpr CobIdRange kSingleLine[] = {kSdoServers, kSdoClients, kRpdos, kTpdos};
@@ -39,7 +39,7 @@ struct Words {
 };
 
 /// A summand of C. Deliberate: a text that is no number counts as 0, and decimal digits behind a
-/// zero are not octal; held by tst_objdictinit.
+/// zero are not octal; held by tst_generatedc.
 QString numberOfC(const QString &text)
 {
     bool isNumber = false;
@@ -89,7 +89,7 @@ void writeCobId(Context &context, quint8 line, const Words &words, quint16 index
     const QString place =
         QStringLiteral("0x%1, %2").arg(QString::number(index, 16), QString::number(sub));
     // Deliberate: SDO COB-IDs keep their node-ID like those of PDOs, whose defaults lack it too;
-    // held by tst_objdictinit.
+    // held by tst_generatedc.
     const QString offset = offsetToNodeId(context, line, index, sub);
     if (!offset.isEmpty()) {
         out.raw(words.addNodeId);
@@ -118,7 +118,7 @@ void writeRange(Context &context, quint8 line, const Words &words, const CobIdRa
 }
 
 /// Deliberate: a variable that no line uses is not declared, for compilers warn of it; held by
-/// tst_objdictinit.
+/// tst_generatedc.
 void writeHead(Context &context, bool usesCobIds)
 {
     TextWriter &out = context.out;

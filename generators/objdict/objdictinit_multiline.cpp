@@ -65,7 +65,7 @@ const char *closeWithModes(const Context &context)
 }
 
 /// Deliberate: where no line has a start-up function, what only those take is not used, and
-/// compilers warn of it; held by tst_objdictinit.
+/// compilers warn of it; held by tst_generatedc.
 void ignoreWithoutLines(Context &context, const char *name)
 {
     if (context.form.servedLines.isEmpty())
@@ -243,7 +243,7 @@ void writeLineHead(Context &context, quint8 line)
             "{\n");
     out.raw(mayCheckUnset(context, line) ? "    RET_T retVal = RET_OK;\n" : "    RET_T retVal;\n");
     // Deliberate: also where only other lines look at the options, for compilers warn of a
-    // parameter that is not used; held by tst_objdictinit.
+    // parameter that is not used; held by tst_generatedc.
     if (!isMasterByOptions(context, line))
         out.raw("    (void) pCoOptions; /* currently unused */\n\n");
 }
@@ -372,7 +372,7 @@ void writeLineFunctions(Context &context)
     int assignOffset = 0;
     for (const quint8 line : qAsConst(context.form.lines)) {
         // Deliberate: the rows of a line with a single object, which is not started, stand in the
-        // table all the same; held by tst_objdictinit.
+        // table all the same; held by tst_generatedc.
         if (context.form.servedLines.contains(line))
             writeLineFunction(context, line, assignOffset);
         else

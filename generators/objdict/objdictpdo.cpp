@@ -74,14 +74,14 @@ TableShape readTableShape(const Context &context)
 
 /// The rows of a table that carry entries. Deliberate: a mapping that claims more entries than any
 /// mapping object of the project has is cut, for the stack reserves no more rows, held by
-/// tst_objdictpdo.
+/// tst_generatedc.
 int filledRows(quint8 mappedCount, const TableShape &shape)
 {
     return std::min(entriesFor(mappedCount), shape.rows);
 }
 
 /// Deliberate: with the rows their count is cut, so that the stack does not read beyond the table.
-/// Held by tst_objdictpdo.
+/// Held by tst_generatedc.
 int writtenCount(quint8 mappedCount, const TableShape &shape)
 {
     return mappedCount > kHighestCount ? mappedCount : filledRows(mappedCount, shape);
@@ -109,7 +109,7 @@ QString entryAddress(const Context &context, quint8 line, quint32 mapping)
 }
 
 /// Deliberate: an RPDO never writes into a constant; its bytes are passed over, like those of a
-/// dummy entry. Held by tst_objdictpdo.
+/// dummy entry. Held by tst_generatedc.
 QString receiveAddress(const Context &context, quint8 line, quint32 mapping)
 {
     constexpr quint8 kConstant = 1;
@@ -352,7 +352,7 @@ void createMappingTables(Context &context)
     const TableShape shape = readTableShape(context);
     const bool routed = routesPdos(context);
     // Deliberate: a routing list has a column for each existing line, as the counts of the
-    // definitions header have, not only for those that get tables; held by tst_objdictpdo.
+    // definitions header have, not only for those that get tables; held by tst_generatedc.
     RouteTables routes{readProjectLines(context.store).numbers, TpdoLookup(context.store)};
     context.out.raw("\n/* static PDO mapping tables */\n");
     for (const quint8 line : qAsConst(context.form.servedLines)) {
@@ -411,7 +411,7 @@ void initTpdo(Context &context, quint8 line, quint16 index)
     writePdoArguments(context, line, index, number);
     out.raw(", ");
     out.raw(constantArgument(context, line, index, 6, ValueClass::U8));
-    // Deliberate: no table was written for an empty mapping, held by tst_objdictpdo.
+    // Deliberate: no table was written for an empty mapping, held by tst_generatedc.
     const bool hasTable =
         isStaticMapping(context, line, index) && readMappedCount(context, line, index) != 0;
     if (hasTable)
@@ -430,7 +430,7 @@ void initRpdo(Context &context, quint8 line, quint16 index)
     writePdoArguments(context, line, index, number);
     QString name = QStringLiteral("NULL");
     if (isStaticMapping(context, line, index)) {
-        // Deliberate: a gateway has no table for an empty mapping, held by tst_objdictpdo.
+        // Deliberate: a gateway has no table for an empty mapping, held by tst_generatedc.
         if (readMappedCount(context, line, index) != 0)
             name = QStringLiteral("&mapTableRPDO%1%2")
                        .arg(lineSuffix(context, line), QString::number(number));
@@ -443,7 +443,7 @@ QString constantArgument(const Context &context, quint8 line, quint16 index, qui
                          ValueClass valueClass)
 {
     // Deliberate: a literal instead of the first constant of the array, which belongs to some other
-    // object; held by tst_objdictpdo.
+    // object; held by tst_generatedc.
     if (!context.store.existSubIndex(line, index, sub))
         return QStringLiteral("0u");
     const auto place = context.positions.constants.constFind(keyOf(line, index, sub));

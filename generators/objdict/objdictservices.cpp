@@ -8,7 +8,7 @@ using ObjDict::Reference;
 using ObjDict::ServiceRow;
 
 // Deliberate: 0x1016 and 0x1301 to 0x13F0 begin with subindex 1, and 0x13F1 to 0x13FD are no rows:
-// what the stack does not answer needs a variable and its position. Held by tst_objdictdescription.
+// what the stack does not answer needs a variable and its position. Held by tst_generatedc.
 // clang-format off
 constexpr ServiceRow kServices[] = { // ascending
     {0x1003, 0x1003, 0, 255, "_EMCY",       true,  Reference::Index},

@@ -272,7 +272,7 @@ quint8 ObjDict::valueLine(const ObjectDataBase &store, quint8 line, quint16 inde
         return line;
     ObjectDataBase::SUBINDEX_DATA_T first;
     // Deliberate: without a partner of the same kind on line 0 the line keeps a value of its own,
-    // held by tst_objdictdescription.
+    // held by tst_generatedc.
     const bool isShared = store.getSubIndexData(0, index, sub, first) && first.sharedLines &&
                           first.dataType == data.dataType &&
                           first.implementation == data.implementation;

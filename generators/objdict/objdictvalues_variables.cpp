@@ -55,7 +55,7 @@ struct StringRow {
 constexpr StringRow kVisRow = {"static VIS_STRING\tod_vis_string[",
                                "static UNSIGNED32\tod_vis_string_len[",
                                "static UNSIGNED32\tod_vis_string_actLen["};
-// Deliberate: the stack takes pointers to UTF-8 as visible strings, held by tst_objdictvalues.
+// Deliberate: the stack takes pointers to UTF-8 as visible strings, held by tst_generatedc.
 constexpr StringRow kUtf8Row = {"static VIS_STRING\tod_utf8_string[",
                                 "static UNSIGNED32\tod_utf8_string_len[",
                                 "static UNSIGNED32\tod_utf8_string_actLen["};

@@ -2,20 +2,13 @@
 // projecttext.h for their form.
 #pragma once
 
-struct ProjectRow {
-    const char *name;
-    const char *text;
-};
-
 constexpr const char *kDevice = R"(
-    init_static_variables=1
-    co_timer_interval=1000
+    set init_static_variables=1 co_timer_interval=1000
     1000:0 U32 const 1 0x000F0191
     1001:0 U8  ro    0 0 map
     1017:0 U16 rw    0 250
     1018:0 U8  const 1 2
-    1018:1 U32 const 1 0x1234
-    1018:2 U32 const 1 7
+    1018:1..2 U32 const 1 0x1234,7
 )";
 
 constexpr const char *kSecondLine = R"(
@@ -28,15 +21,10 @@ constexpr const char *kSecondLine = R"(
     1018 rec
     2000:0 U16 rw    0 %1
     2001:0 U32 rw    2 0 var=onLine%1 map
-    1800:0 U8  const 1 2
-    1800:1 U32 rw    0 $NODEID+0x180
-    1800:2 U8  rw    0 2%1
+    pdo 1800 $NODEID+0x180 2%1
     1a00:0 U8  const 1 2
-    1a00:1 U32 const 1 0x20000010
-    1a00:2 U32 const 1 0x20010020
-    1400:0 U8  const 1 2
-    1400:1 U32 rw    0 $NODEID+0x200
-    1400:2 U8  rw    0 255
+    1a00:1..2 U32 const 1 0x20000010,0x20010020
+    pdo 1400 $NODEID+0x200 255
     1600:0 U8  const 1 1
     1600:1 U32 const 1 0x20010020
 )";
@@ -56,71 +44,33 @@ constexpr const char *kPdos = R"(
     2107:0 VS  rw 2 abc map size=8 var=label
     2108:0 U64 rw 0 0x1122334455667788 map
     2109:0 I64 rw 0 5 map
-    1800:0 U8  const 1 6
-    1800:1 U32 rw 0 $NODEID+0x180
-    1800:2 U8  rw 0 1
-    1800:3 U16 rw 0 30
-    1800:5 U16 rw 0 500
-    1800:6 U8  rw 0 9
+    pdo 1800 $NODEID+0x180 1 30 500 9
     1a00:0 U8  const 1 5
-    1a00:1 U32 const 1 0x21000008
-    1a00:2 U32 const 1 0x21010010
-    1a00:3 U32 const 1 0x21020101
-    1a00:4 U32 const 1 0x21020202
-    1a00:5 U32 const 1 0x21030020
-    1801:0 U8  const 1 2
-    1801:1 U32 rw 0 0x281
-    1801:2 U8  rw 0 255
+    1a00:1..5 U32 const 1 0x21000008,0x21010010,0x21020101,0x21020202,0x21030020
+    pdo 1801 0x281 255
     1a01:0 U8  rw 0 2
-    1a01:1 U32 rw 0 0x21000008
-    1a01:2 U32 rw 0 0x21010010
-    1802:0 U8  const 1 1
-    1802:1 U32 rw 0 0x80000381
+    1a01:1..2 U32 rw 0 0x21000008,0x21010010
+    pdo 1802 0x80000381
     1a02:0 U8  const 1 0
-    1803:0 U8  const 1 2
-    1803:1 U32 rw 0 $NODEID+0x480
-    1803:2 U8  rw 0 254
+    pdo 1803 $NODEID+0x480 254
     1a03:0 U8  const 1 254
     1a03:1 U32 const 1 0x21040018
-    1804:0 U8  const 1 2
-    1804:1 U32 rw 0 0x190
-    1804:2 U8  rw 0 254
-    1805:0 U8  const 1 2
-    1805:1 U32 rw 0 0x191
-    1805:2 U8  rw 0 254
+    pdo 1804 0x190 254
+    pdo 1805 0x191 254
     1a05:0 U8  const 1 6
-    1a05:1 U32 const 1 0x21050018
-    1a05:2 U32 const 1 0x21060020
-    1a05:3 U32 const 1 0x21070040
-    1a05:4 U32 const 1 0x21080040
-    1a05:5 U32 const 1 0x00050008
-    1a05:6 U32 const 1 0x21090040
-    1400:0 U8  const 1 5
-    1400:1 U32 rw 0 $NODEID+0x200
-    1400:2 U8  rw 0 255
-    1400:3 U16 rw 0 11
-    1400:5 U16 rw 0 12
-    1600:0 U8  const 1 2
-    1600:1 U32 const 1 0x21000008
-    1600:2 U32 const 1 0x21010010
-    1401:0 U8  const 1 2
-    1401:1 U32 rw 0 $NODEID+0x300
-    1401:2 U8  rw 0 1
+    1a05:1..6 U32 const 1 0x21050018,0x21060020,0x21070040,0x21080040,0x00050008,0x21090040
+    pdo 1400 $NODEID+0x200 255 11 12
+    1600:0 U8  const 1 3
+    1600:1..3 U32 const 1 0x21000008,0x21010010,0x21030020
+    pdo 1401 $NODEID+0x300 1
     1601:0 U8  const 1 2
-    1601:1 U32 const 1 0x21000008
-    1601:2 U32 const 1 0x21010010
-    1402:0 U8  const 1 2
-    1402:1 U32 rw 0 0x401
-    1402:2 U8  rw 0 1
+    1601:1..2 U32 const 1 0x21000008,0x21010010
+    pdo 1402 0x401 1
     1602:0 U8  const 1 0
-    1403:0 U8  const 1 2
-    1403:1 U32 rw 0 0x402
-    1403:2 U8  rw 0 1
+    pdo 1403 0x402 1
     1603:0 U8  const 1 65
     1603:1 U32 const 1 0x21080040
-    1404:0 U8  const 1 2
-    1404:1 U32 rw 0 0x403
-    1404:2 U8  rw 0 1
+    pdo 1404 0x403 1
     1604:0 U8  rw 0 1
     1604:1 U32 rw 0 0x21000008
     1405:0 U8  const 1 2
@@ -132,10 +82,7 @@ constexpr const char *kPdos = R"(
 
 /// Values of all types: in the dictionary's own arrays, as constants, in the application.
 constexpr const char *kTypes = R"(
-    limit_check=1
-    compact_array_description=1
-    generate_string_defaults=1
-    overwrite_predef=1
+    set limit_check=1 compact_array_description=1 generate_string_defaults=1 overwrite_predef=1
     2200:0 U8 const 1 19
     2200 rec
     2200:1 B rw 0 1
@@ -205,45 +152,28 @@ constexpr const char *kTypes = R"(
     2205:0 DOMAIN rw 2 - var=unused2 size=100
     2205 dom
     2206:0 U8 const 1 4
-    2206:1 U16 rw 0 3 map
-    2206:2 U16 rw 0 3 map
-    2206:3 U16 rw 0 3 map
-    2206:4 U16 rw 0 3 map
+    2206:1..4 U16 rw 0 3,3,3,3 map
     2207:0 U8 const 1 4
     2207 rec
-    2207:1 U8 rw 2 0 var=run[${sub}]
-    2207:2 U8 rw 2 0 var=run[${sub}]
-    2207:3 U8 rw 2 0 var=run[${sub}]
-    2207:4 U8 rw 2 0 var=run[${sub}]
+    2207:1..4 U8 rw 2 0,0,0,0 var=run[${sub}]
     2208:0 U8 const 1 3
-    2208:1 U8 rw 0 1
-    2208:2 U8 rw 0 2
-    2208:3 U8 rw 0 2
+    2208:1..3 U8 rw 0 1,2,2
     2209:0 U8 const 1 3
-    2209:1 VS const 1 same size=4
-    2209:2 VS const 1 same size=4
-    2209:3 VS const 1 same size=4
+    2209:1..3 VS const 1 same,same,same size=4
     220a:0 U8 const 1 4
-    220a:2 U8 rw 0 1
-    220a:3 U8 rw 0 1
-    220a:4 U8 rw 0 1
+    220a:2..4 U8 rw 0 1,1,1
     220b:0 U8 const 1 6
-    220b:1 U8 rw 0 1
-    220b:2 U8 rw 0 1
-    220b:5 U8 rw 0 1
-    220b:6 U8 rw 0 1
+    220b:1..2 U8 rw 0 1,1
+    220b:5..6 U8 rw 0 1,1
     220c:0 U8 const 1 2
     220c 6
     220c:1 U8 rw 0 1
     220d:0 U8 ro 0 1
     220d 5
     1606:0 U8 rw 0 3
-    1606:1 U32 rw 0 0x00050008
-    1606:2 U32 rw 0 0x00050008
-    1606:3 U32 rw 0 0x00050008
+    1606:1..3 U32 rw 0 0x00050008,0x00050008,0x00050008
     1286:0 U8 const 1 2
-    1286:1 U32 rw 0 0x600
-    1286:2 U32 rw 0 0x600
+    1286:1..2 U32 rw 0 0x600,0x600
     220e:0 U8 const 1 255
     220e:1 U8 rw 0 1
     220e:255 U8 rw 0 2
@@ -252,9 +182,7 @@ constexpr const char *kTypes = R"(
 /// Each object that a service of the stack has a say in.
 constexpr const char *kServices = R"(
     1003:0 U8 rw 0 0
-    1003:1 U32 ro 0 0
-    1003:2 U32 ro 0 0
-    1003:3 U32 ro 0 0
+    1003:1..3 U32 ro 0 0,0,0
     1005:0 U32 rw 0 0x40000080
     1006:0 U32 rw 0 1000
     1008:0 VS const 1 device size=6
@@ -268,39 +196,30 @@ constexpr const char *kServices = R"(
     1014:0 U32 rw 0 $NODEID+0x80
     1015:0 U16 rw 0 5
     1016:0 U8 ro 0 2
-    1016:1 U32 rw 0 0x000503E8
-    1016:2 U32 rw 0 0x000603E8
+    1016:1..2 U32 rw 0 0x000503E8,0x000603E8
     1019:0 U8 rw 0 240
     1028:0 U8 ro 0 2
-    1028:1 U32 rw 0 0x85
-    1028:2 U32 rw 0 0x86
+    1028:1..2 U32 rw 0 0x85,0x86
     1029:0 U8 const 1 2
-    1029:1 U8 rw 0 1
-    1029:2 U8 rw 0 2
+    1029:1..2 U8 rw 0 1,2
     102a:0 U16 rw 0 10
     1200:0 U8 const 1 2
-    1200:1 U32 ro 0 $NODEID+0x600
-    1200:2 U32 ro 0 $NODEID+0x580
+    1200:1..2 U32 ro 0 $NODEID+0x600,$NODEID+0x580
     1200 rec
     1201:0 U8 const 1 3
-    1201:1 U32 rw 0 $NODEID+0x610
-    1201:2 U32 rw 0 0x80000591
+    1201:1..2 U32 rw 0 $NODEID+0x610,0x80000591
     1201:3 U8 rw 0 2
     1280:0 U8 const 1 3
-    1280:1 U32 rw 0 0x620
-    1280:2 U32 rw 0 0x5A0
+    1280:1..2 U32 rw 0 0x620,0x5A0
     1280:3 U8 rw 0 32
     1300:0 U8 rw 0 1
     1301:0 U8 ro 0 6
     1301:1 U8 rw 0 1
     1301:2 U16 rw 0 50
-    1301:3 U8 rw 0 20
-    1301:4 U8 rw 0 254
-    1301:5 U32 rw 0 $NODEID+$NODEID+0xFF
-    1301:6 U32 rw 0 $NODEID+$NODEID+0x100
+    1301:3..4 U8 rw 0 20,254
+    1301:5..6 U32 rw 0 $NODEID+$NODEID+0xFF,$NODEID+$NODEID+0x100
     1381:0 U8 rw 0 2
-    1381:1 U32 rw 0 0x22020520
-    1381:2 U32 rw 0 0x22020b20
+    1381:1..2 U32 rw 0 0x22020520,0x22020b20
     13fe:0 U8 rw 0 0xA5
     13ff:0 U8 const 1 1
     13ff:1 U16 rw 0 0x1234
@@ -308,59 +227,29 @@ constexpr const char *kServices = R"(
     1f11:0 U8 rw 0 1
     1f80:0 U32 rw 0 0x21
     1f81:0 U8 rw 0 2
-    1f81:1 U32 rw 0 9
-    1f81:2 U32 rw 0 9
+    1f81:1..2 U32 rw 0 9,9
     1f90:0 U8 const 1 1
     1f90:1 U16 rw 0 100
-    max_slave_assignment=5
-    bootup_manager=1
-    lss_supported=1
-    idnego_supported=1
-    event_led=1
-    event_store=1
-    isotp_connection_cnt=1
-    sdo_blocktransfer_supported=1
-    sdo_client_queue_supported=1
-    co_srdo_interval=500
-    object_changed_event=2
-    event_nmt=1
+    set max_slave_assignment=5 bootup_manager=1 lss_supported=1 idnego_supported=1 event_led=1
+    set event_store=1 isotp_connection_cnt=1 sdo_blocktransfer_supported=1
+    set sdo_client_queue_supported=1 co_srdo_interval=500 object_changed_event=2 event_nmt=1
 )";
 
 constexpr const char *kIndicationSettings = R"(
-    fct_sdo_server_read=onRead
-    fct_sdo_server_write=onWrite
-    fct_sdo_server_check_write=onCheck
-    fct_pdo=onPdo
-    fct_pdo_receive=onPdoReceived
-    fct_pdo_sync=onPdoSync
+    set fct_sdo_server_read=onRead fct_sdo_server_write=onWrite fct_sdo_server_check_write=onCheck
+    set fct_pdo=onPdo fct_pdo_receive=onPdoReceived fct_pdo_sync=onPdoSync
     fct_nmt=  onNmt
-    fct_errctrl=onErrCtrl
-    fct_sync=onSync
-    fct_sync_finished=onSyncFinished
-    fct_led_green=onGreen
-    fct_led_red=onRed
-    fct_can=onCan
-    fct_cfgman=onConfiguration
-    fct_flyma=onFlyingMaster
-    fct_sdo_client_read=onClientRead
-    fct_sdo_client_write=onClientWrite
-    fct_emcy=onEmcy
-    fct_emcy_consumer=onEmcyReceived
-    fct_time=onTime
-    fct_store=onStore
-    fct_lss=onLss
-    fct_lss_master=onLssMaster
-    fct_comm=onComm
-    fct_manager=onManager
-    fct_mpdo=onMpdo
-    usdo_server_enabled=1
+    set fct_errctrl=onErrCtrl fct_sync=onSync fct_sync_finished=onSyncFinished
+    set fct_led_green=onGreen fct_led_red=onRed fct_can=onCan fct_cfgman=onConfiguration
+    set fct_flyma=onFlyingMaster fct_sdo_client_read=onClientRead
+    set fct_sdo_client_write=onClientWrite fct_emcy=onEmcy fct_emcy_consumer=onEmcyReceived
+    set fct_time=onTime fct_store=onStore fct_lss=onLss fct_lss_master=onLssMaster fct_comm=onComm
+    set fct_manager=onManager fct_mpdo=onMpdo usdo_server_enabled=1
     usdo_server_read_ind_function=onUsdoRead
     usdo_server_read_finished_ind_function=onUsdoReadFinished
-    usdo_server_write_ind_function=onUsdoWrite
-    usdo_server_ind_check_write_function=onUsdoCheck
+    set usdo_server_write_ind_function=onUsdoWrite usdo_server_ind_check_write_function=onUsdoCheck
     usdo_server_domain_write_ind_function=onUsdoDomainWrite
-    usdo_server_domain_read_ind_function=onUsdoDomainRead
-    usdo_client_enabled=1
+    set usdo_server_domain_read_ind_function=onUsdoDomainRead usdo_client_enabled=1
     usdo_client_read_ind_function=onUsdoClientRead
     usdo_client_write_ind_function=onUsdoClientWrite
     usdo_client_domain_write_ind_function=onUsdoClientDomainWrite
@@ -368,26 +257,16 @@ constexpr const char *kIndicationSettings = R"(
 )";
 
 constexpr const char *kCanFd = R"(
-    canfd_supported=1
-    usdo_server_enabled=1
-    usdo_server_cnt=3
-    usdo_client_enabled=1
+    set canfd_supported=1 usdo_server_enabled=1 usdo_server_cnt=3 usdo_client_enabled=1
     usdo_client_cnt=2
     1032:0 U8 ro 0 1
     1032:1 U32 ro 0 0
 )";
 
 constexpr const char *kUds = R"(
-    new_init_structure=1
-    udsserver_supported=1
-    udsclient_supported=1
-    udsserver_version=3
-    uds_client_cnt=2
-    uds_server_active=1
-    uds_physical_request_id=0x7E0,0x7E1
-    uds_physical_response_id=0x7E8,
-    uds_functional_request_id=0x7DF
-    uds_ext_addressing=1,2
+    set new_init_structure=1 udsserver_supported=1 udsclient_supported=1 udsserver_version=3
+    set uds_client_cnt=2 uds_server_active=1 uds_physical_request_id=0x7E0,0x7E1
+    set uds_physical_response_id=0x7E8, uds_functional_request_id=0x7DF uds_ext_addressing=1,2
     uds_physical_request_ext_addr=7
     uds 16 1,3,64,70
     uds 17 1 1,2
@@ -416,18 +295,14 @@ constexpr const char *kRouting = R"(
     sdo_routing=1
     1f2c:0 U8 const 1 1
     1f2c:1 U64 rw 0 1
-    1409:0 U8 const 1 2
-    1409:1 U32 rw 0 0x301
-    1409:2 U8 rw 0 255
+    pdo 1409 0x301 255
     1609:0 U8 const 1 2
-    1609:1 U32 const 1 0x23000110
-    1609:2 U32 const 1 0x23000220
+    1609:1..2 U32 const 1 0x23000110,0x23000220
     1a10:0 U8 const 1 1
     1a10:1 U32 const 1 0x23000110
     line 1
     1a04:0 U8 const 1 2
-    1a04:1 U32 const 1 0x23000220
-    1a04:2 U32 const 1 0x23000110
+    1a04:1..2 U32 const 1 0x23000220,0x23000110
 )";
 
 /// Objects that the application answers for, and those between them.
@@ -442,10 +317,7 @@ constexpr const char *kVirtual = R"(
     2403:1 U16 rw 3 1
     2403:2 U16 rw 0 9
     2404:0 U8 ro 3 4
-    2404:1 I16 rw 3 0
-    2404:2 I16 rw 3 0
-    2404:3 I16 rw 3 0
-    2404:4 I16 rw 3 0
+    2404:1..4 I16 rw 3 0,0,0,0
     2405:0 U16 ro 0 6
 )";
 
@@ -453,14 +325,12 @@ constexpr const char *kVirtual = R"(
 constexpr const char *kOdd = R"(
     2500 var
     2501 arr
-    2502:1 U8 rw 0 1
-    2502:2 U8 rw 0 2
-    1800:0 U8 const 1 1
-    1800:1 U32 rw 0 0x181
+    2502:1..2 U8 rw 0 1,2
+    pdo 1800 0x181
     1a00:0 U8 const 1 8
     1a00:1 U32 const 1 0x10010008
-    1400:0 U8 const 1 1
-    1400:1 U32 rw 0 0x201
+    pdo 1400 0x201
+    13f1:0..1 U8 rw 0 2,3
     1017:0 U32 rw 0 100
     1005:0 U16 rw 0 0x80
 )";
@@ -470,39 +340,25 @@ constexpr const char *kSharedRuns = R"(
     compact_array_description=1
     line 0
     2600:0 U8 const 1 3 shared
-    2600:1 U16 rw 0 4 shared map
-    2600:2 U16 rw 0 4 shared map
-    2600:3 U16 rw 0 4 shared map
+    2600:1..3 U16 rw 0 4,4,4 shared map
     2601:0 U8 const 1 3 shared
-    2601:1 U16 rw 0 4 shared
-    2601:2 U16 rw 0 4 shared
+    2601:1..2 U16 rw 0 4,4 shared
     2601:3 U16 rw 0 4
     2602:0 U8 const 1 3
-    2602:1 U16 rw 0 4 shared
-    2602:2 U16 rw 0 4 shared
-    2602:3 U16 rw 0 4 shared
+    2602:1..3 U16 rw 0 4,4,4 shared
     2603:0 U8 const 1 2 shared
-    2603:1 U16 rw 0 4 shared
-    2603:2 U16 rw 0 5 shared
+    2603:1..2 U16 rw 0 4,5 shared
     line 1
     2600:0 U8 const 1 3 shared
-    2600:1 U16 rw 0 4 shared map
-    2600:2 U16 rw 0 4 shared map
-    2600:3 U16 rw 0 4 shared map
+    2600:1..3 U16 rw 0 4,4,4 shared map
     2601:0 U8 const 1 3 shared
-    2601:1 U16 rw 0 4 shared
-    2601:2 U16 rw 0 4 shared
+    2601:1..2 U16 rw 0 4,4 shared
     2601:3 U16 rw 0 4
     2602:0 U8 const 1 3
-    2602:1 U16 rw 0 4 shared
-    2602:2 U16 rw 0 4 shared
-    2602:3 U16 rw 0 4 shared
+    2602:1..3 U16 rw 0 4,4,4 shared
     2603:0 U8 const 1 3
-    2603:1 U16 rw 0 4 shared
-    2603:2 U16 rw 0 5 shared
-    2603:3 U16 rw 0 6 shared
-    1a00:1 U32 const 1 0x26000210
-    1a00:2 U32 const 1 0x26020210
+    2603:1..3 U16 rw 0 4,5,6 shared
+    1a00:1..2 U32 const 1 0x26000210,0x26020210
 )";
 
 /// Values at the edges of what texts may hold.
@@ -526,78 +382,30 @@ constexpr const char *kOddValues = R"(
 
 /// All settings of services, events and hardware.
 constexpr const char *kSwitches = R"(
-    co_network_id=3
-    only_one_hb_buffer=1
-    sorted_coblist=1
-    user_tx_cob=2
-    user_rx_cob=3
-    receivebuffersize=20u
-    transmitbuffersize=
-    sleep_mode_selection=1
-    sleep_wait_time=5
-    lss_inquiry_supported=1
-    dynod=1
-    csdo_write_special=1
-    emcy_routing=1
-    sdo_routing=1
+    set co_network_id=3 only_one_hb_buffer=1 sorted_coblist=1 user_tx_cob=2 user_rx_cob=3
+    set receivebuffersize=20u transmitbuffersize= sleep_mode_selection=1 sleep_wait_time=5
+    set lss_inquiry_supported=1 dynod=1 csdo_write_special=1 emcy_routing=1 sdo_routing=1
     config_manager=1
     1f20:0 U8 const 1 0
     6000:0 U8 const 1 2
-    6000:1 U32 ro 0 0x80000001
-    6000:2 U32 ro 0 0x3
+    6000:1..2 U32 ro 0 0x80000001,0x3
     1000:0 U32 const 1 0x000001BF
     1010autostore_by_application=1
-    sdo_blocktransfer_block_size=20
-    sdo_blocktransfer_crc_supported=1
-    sdo_client_queue_size=4
-    sdo_client_queue_internal_access_supported=1
-    event_ssdo_domain_counter=8
-    sdo_split=1
-    usdo_server_domain_write_ind_size=7
-    usdo_server_ind_read_cnt=1
-    usdo_server_ind_write_cnt=1
-    usdo_client_ind_read_cnt=1
-    event_sdo_server_read=1
-    event_sdo_server_write=1
-    event_sdo_server_check_write=1
-    event_pdo=1
-    event_pdo_update=1
-    event_errctrl=1
-    event_sync=1
-    event_sync_finished=1
-    event_finished=1
-    event_cfg=1
-    event_flyma=1
-    event_sdorouter=1
-    event_can=1
-    event_sdo_client_read=1
-    event_sdo_client_write=1
-    event_emcy=1
-    event_emcy_consumer=1
-    event_time=1
-    event_srd=1
-    event_lss=1
-    event_idnego=1
-    event_manager=1
-    event_mpdo=1
-    event_gfc=1
-    event_ssdo_domain_write=1
-    event_ssdo_domain_read=1
-    isotp_server_event=1
-    isotp_client_event=1
-    fct_finished=onFinished
-    fct_srd=onSrd
-    all_targets=1
-    targetsettings_cnt=3
-    targetsettings_active=1
+    set sdo_blocktransfer_block_size=20 sdo_blocktransfer_crc_supported=1 sdo_client_queue_size=4
+    set sdo_client_queue_internal_access_supported=1 event_ssdo_domain_counter=8 sdo_split=1
+    set usdo_server_domain_write_ind_size=7 usdo_server_ind_read_cnt=1 usdo_server_ind_write_cnt=1
+    set usdo_client_ind_read_cnt=1 event_sdo_server_read=1 event_sdo_server_write=1
+    set event_sdo_server_check_write=1 event_pdo=1 event_pdo_update=1 event_errctrl=1 event_sync=1
+    set event_sync_finished=1 event_finished=1 event_cfg=1 event_flyma=1 event_sdorouter=1
+    set event_can=1 event_sdo_client_read=1 event_sdo_client_write=1 event_emcy=1
+    set event_emcy_consumer=1 event_time=1 event_srd=1 event_lss=1 event_idnego=1 event_manager=1
+    set event_mpdo=1 event_gfc=1 event_ssdo_domain_write=1 event_ssdo_domain_read=1
+    set isotp_server_event=1 isotp_client_event=1 fct_finished=onFinished fct_srd=onSrd
+    set all_targets=1 targetsettings_cnt=3 targetsettings_active=1
     targetsettings_0_name=first /* board */
-    targetsettings_1_name=second
-    targetsettings_1_timer=2000
+    set targetsettings_1_name=second targetsettings_1_timer=2000
     targetsettings_1_defines=#define SECOND_BOARD 1u
-    targetsettings_1_endianess=0x1
-    targetsettings_2_name=third
-    endian=1
-    drv_filter=1
+    set targetsettings_1_endianess=0x1 targetsettings_2_name=third endian=1 drv_filter=1
     drv_group_filter=1
     hw_defines=#define FIRST_BOARD 1u
     user_defines=#define OWN_DEFINE 1u

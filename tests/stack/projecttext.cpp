@@ -20,8 +20,13 @@ public:
             startLine(words.at(1).toUShort());
         else if (words.first() == QLatin1String("uds"))
             diagnosticService(words);
+        else if (words.first() == QLatin1String("set"))
+            for (const QString &word : words.mid(1))
+                setting(word);
+        else if (words.first() == QLatin1String("pdo"))
+            communicationParameters(words);
         else if (isAddress(words.first()) && words.size() > 3)
-            subindex(words);
+            subindices(words);
         else if (isAddress(words.first()))
             object(words.first().toUShort(nullptr, 16), words.at(1));
         else
@@ -73,10 +78,34 @@ private:
         store.addIndex(line, index, data);
     }
 
-    void subindex(const QStringList &words)
+    void communicationParameters(const QStringList &words)
+    {
+        static const QStringList parameters = {"1 U32", "2 U8", "3 U16", "5 U16", "6 U8"};
+        const int count = words.size() - 2;
+        row(QStringLiteral("%1:0 U8 const 1 %2")
+                .arg(words.at(1), parameters.at(count - 1).left(1)));
+        for (int i = 0; i < count; ++i)
+            row(QStringLiteral("%1:%2 rw 0 %3")
+                    .arg(words.at(1), parameters.at(i), words.at(i + 2)));
+    }
+
+    void subindices(QStringList words)
     {
         const quint16 index = words.at(0).section(QLatin1Char(':'), 0, 0).toUShort(nullptr, 16);
-        const quint8 sub = words.at(0).section(QLatin1Char(':'), 1).toUShort() & 0xFF;
+        const QString subs = words.at(0).section(QLatin1Char(':'), 1);
+        quint8 sub = subs.section(QLatin1String(".."), 0, 0).toUShort() & 0xFF;
+        if (!subs.contains(QLatin1String(".."))) {
+            subindex(words, index, sub);
+            return;
+        }
+        for (const QString &value : words.at(4).split(QLatin1Char(','))) {
+            words[4] = value;
+            subindex(words, index, sub++);
+        }
+    }
+
+    void subindex(const QStringList &words, quint16 index, quint8 sub)
+    {
         SubIndexData data;
         data.name = QStringLiteral("entry %1").arg(sub);
         data.dataType = COHelper::mapDataTypeString(words.at(1));

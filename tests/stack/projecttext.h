@@ -7,6 +7,7 @@
 ///
 ///     key=value                 a general setting; "misc:key=value" is a misc setting,
 ///                               "j1939:key=value" a J1939 setting
+///     set key=value key=value   several of them, without blanks in the values
 ///     uds 49 1,3 2              an active diagnostic service with its sessions and user levels
 ///     line 2                    what follows is of line 2, which is added as a CANopen line
 ///     1a00 rec                  an object with its kind: var, arr, rec, dom, or a number
@@ -14,6 +15,9 @@
 ///                               a subindex: type, access, implementation, default value ("-" is
 ///                               none, %20 a blank), and flags in any order; the object is made
 ///                               if it does not exist: a variable, or an array behind sub 0
+///     2206:1..4 U16 rw 0 3,4,5,6 map
+///                               several of them, each with its value
+///     pdo 1800 0x181 255 30     communication parameters of a PDO: subindices 1, 2, 3, 5, 6
 ///
 /// Blanks around a row, and empty rows, count as nothing.
 void buildProject(ObjectDataBase &store, const QString &text);

@@ -22,24 +22,31 @@ static const char *const objectTypeNames[] = { "VAR", "ARRAY", "STRUCT", "DOM" }
 #endif
 #define AT(array) (array ? (const void *)&array[position] : NULL)
 
+#define POINTED(array) (array ? (const void *)array[position] : NULL)
+#ifdef CO_UTF8_DATA_TYPE
+#  define UTF8(expression) expression
+#else
+#  define UTF8(expression) NULL
+#endif
+#define NUMBERS(prefix, FIND) \
+    case STACK_TYPE_BOOL: case STACK_TYPE_U8: return FIND(v->prefix##u8); \
+    case STACK_TYPE_U16: return FIND(v->prefix##u16); \
+    case STACK_TYPE_U24: return EXTENDED(FIND(v->prefix##u24)); \
+    case STACK_TYPE_U32: return FIND(v->prefix##u32); \
+    case STACK_TYPE_U40: return EXTENDED(FIND(v->prefix##u40)); \
+    case STACK_TYPE_U48: return EXTENDED(FIND(v->prefix##u48)); \
+    case STACK_TYPE_U64: return EXTENDED(FIND(v->prefix##u64)); \
+    case STACK_TYPE_I8: return FIND(v->prefix##i8); \
+    case STACK_TYPE_I16: return FIND(v->prefix##i16); \
+    case STACK_TYPE_I32: return FIND(v->prefix##i32); \
+    case STACK_TYPE_R32: return FIND(v->prefix##r32);
+
 static const void *constant(const CO_OD_DATA_VARIABLES_T *v, unsigned type, unsigned position)
 {
     switch (type) {
-    case STACK_TYPE_BOOL: case STACK_TYPE_U8: return AT(v->const_u8);
-    case STACK_TYPE_U16: return AT(v->const_u16);
-    case STACK_TYPE_U24: return EXTENDED(AT(v->const_u24));
-    case STACK_TYPE_U32: return AT(v->const_u32);
-    case STACK_TYPE_U40: return EXTENDED(AT(v->const_u40));
-    case STACK_TYPE_U48: return EXTENDED(AT(v->const_u48));
-    case STACK_TYPE_U64: return EXTENDED(AT(v->const_u64));
-    case STACK_TYPE_I8: return AT(v->const_i8);
-    case STACK_TYPE_I16: return AT(v->const_i16);
-    case STACK_TYPE_I32: return AT(v->const_i32);
-    case STACK_TYPE_R32: return AT(v->const_r32);
-    case STACK_TYPE_VS: return v->const_vs ? v->const_vs[position] : NULL;
-#ifdef CO_UTF8_DATA_TYPE
-    case STACK_TYPE_UTF8: return v->const_utf8 ? v->const_utf8[position] : NULL;
-#endif
+    NUMBERS(const_, AT)
+    case STACK_TYPE_VS: return POINTED(v->const_vs);
+    case STACK_TYPE_UTF8: return UTF8(POINTED(v->const_utf8));
     default: return NULL;
     }
 }
@@ -47,42 +54,18 @@ static const void *constant(const CO_OD_DATA_VARIABLES_T *v, unsigned type, unsi
 static const void *variable(const CO_OD_DATA_VARIABLES_T *v, unsigned type, unsigned position)
 {
     switch (type) {
-    case STACK_TYPE_BOOL: case STACK_TYPE_U8: return AT(v->u8);
-    case STACK_TYPE_U16: return AT(v->u16);
-    case STACK_TYPE_U24: return EXTENDED(AT(v->u24));
-    case STACK_TYPE_U32: return AT(v->u32);
-    case STACK_TYPE_U40: return EXTENDED(AT(v->u40));
-    case STACK_TYPE_U48: return EXTENDED(AT(v->u48));
-    case STACK_TYPE_U64: return EXTENDED(AT(v->u64));
-    case STACK_TYPE_I8: return AT(v->i8);
-    case STACK_TYPE_I16: return AT(v->i16);
-    case STACK_TYPE_I32: return AT(v->i32);
-    case STACK_TYPE_R32: return AT(v->r32);
+    NUMBERS(, AT)
     default: return NULL;
     }
 }
 
-#define POINTED(array) (array ? (const void *)array[position] : NULL)
-
 static const void *pointed(const CO_OD_DATA_VARIABLES_T *v, unsigned type, unsigned position)
 {
     switch (type) {
-    case STACK_TYPE_BOOL: case STACK_TYPE_U8: return POINTED(v->ptr_u8);
-    case STACK_TYPE_U16: return POINTED(v->ptr_u16);
-    case STACK_TYPE_U24: return EXTENDED(POINTED(v->ptr_u24));
-    case STACK_TYPE_U32: return POINTED(v->ptr_u32);
-    case STACK_TYPE_U40: return EXTENDED(POINTED(v->ptr_u40));
-    case STACK_TYPE_U48: return EXTENDED(POINTED(v->ptr_u48));
-    case STACK_TYPE_U64: return EXTENDED(POINTED(v->ptr_u64));
-    case STACK_TYPE_I8: return POINTED(v->ptr_i8);
-    case STACK_TYPE_I16: return POINTED(v->ptr_i16);
-    case STACK_TYPE_I32: return POINTED(v->ptr_i32);
-    case STACK_TYPE_R32: return POINTED(v->ptr_r32);
+    NUMBERS(ptr_, POINTED)
     case STACK_TYPE_VS: return POINTED(v->vs);
     case STACK_TYPE_OS: return POINTED(v->os);
-#ifdef CO_UTF8_DATA_TYPE
-    case STACK_TYPE_UTF8: return POINTED(v->utf8);
-#endif
+    case STACK_TYPE_UTF8: return UTF8(POINTED(v->utf8));
     default: return NULL;
     }
 }
