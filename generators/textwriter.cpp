@@ -3,7 +3,6 @@
 
 #include <QFileDevice>
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -27,14 +26,19 @@ TextWriter::~TextWriter()
 
 void TextWriter::raw(const QString &text)
 {
-    const bool isAscii = std::all_of(text.begin(), text.end(),
-                                     [](QChar character) { return character.unicode() < 0x80; });
-    if (isAscii) {
-        // Most texts are, and go over without a conversion of their own.
+    // Most texts are ASCII, and go over without a conversion of their own. Both loops run over all
+    // characters, so that the compiler can take several at once.
+    const ushort *characters = text.utf16();
+    const int size = text.size();
+    ushort seen = 0;
+    for (int i = 0; i < size; ++i)
+        seen |= characters[i];
+    if (seen < 0x80) {
         const int start = buffer.size();
-        buffer.resize(start + text.size());
-        std::transform(text.begin(), text.end(), buffer.begin() + start,
-                       [](QChar character) { return char(character.unicode()); });
+        buffer.resize(start + size);
+        char *bytes = buffer.data() + start;
+        for (int i = 0; i < size; ++i)
+            bytes[i] = static_cast<char>(characters[i]);
     } else {
         buffer += text.toUtf8();
     }
