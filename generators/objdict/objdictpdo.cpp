@@ -352,7 +352,7 @@ void createMappingTables(Context &context)
     const TableShape shape = readTableShape(context);
     const bool routed = routesPdos(context);
     // Deliberate: a routing list has a column for each existing line, as the counts of the
-    // definitions header have, not only for those that get tables; held by tst_generatedc.
+    // definitions header have, not only for those that get tables; held by tst_objdictpdo.
     RouteTables routes{readProjectLines(context.store).numbers, TpdoLookup(context.store)};
     context.out.raw("\n/* static PDO mapping tables */\n");
     for (const quint8 line : qAsConst(context.form.servedLines)) {

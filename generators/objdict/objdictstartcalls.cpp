@@ -273,7 +273,7 @@ void writeLoadParameterBlock(Context &context)
             "    }\n"
             "#else\n");
     // Deliberate: with a function that is bound at compile time the parameter is not looked at, and
-    // compilers warn of it; held by tst_generatedc.
+    // compilers warn of it; held by tst_objdictinit.
     out.raw(context.settings.isSet("fct_store") ? "    (void) pLoadFunction;\n"
                                                 : "    if (pLoadFunction != NULL) {\n"
                                                   "        return(RET_INVALID_PARAMETER);\n"

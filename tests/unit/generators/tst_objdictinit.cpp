@@ -61,6 +61,7 @@ void tst_ObjDictInit::writes_data()
                          "         CO_INIT_OPTION_T *pCoOptions\n";
     const QString modes = "         , BOOL_T *pModes\n";
     // clang-format off
+    QTest::newRow("bound_load")       << "" << "fct_store=load"                                  << QString("#else\n    (void) pLoadFunction;\n#endif");
     QTest::newRow("head")             << "" << ""                                                << init + "\n    )\n{\n    RET_T retVal;\n\n    CO_SERVICE_INIT_VAL_T\tserviceInitVars = {\n       { CO_OBJECT_COUNTS },\n";
     QTest::newRow("head_fd")          << "" << "canfd_supported=1"                               << init + ",\n         BOOL_T *pModes\n    )\n";
     QTest::newRow("head_options_fd")  << "" << "nmtmaster=2,canfd_supported=1"                   << para + modes + "    )\n";

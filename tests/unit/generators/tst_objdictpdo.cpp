@@ -123,6 +123,8 @@ void tst_ObjDictPdo::namesTablesByLine()
 void tst_ObjDictPdo::routesRpdos()
 {
     addLine(*store, 7);
+    addLine(*store, 5); // without tables, but with a column
+    addSub(*store, 5, 0x1000, 0, 7, "0");
     addSub(*store, 0, 0x1F2C, 1, 7, "0");
     addPdo(7, 0x1800, {"00050008", "00050008"});
     addPdo(0, 0x1402, {"20000008"});
@@ -133,8 +135,8 @@ void tst_ObjDictPdo::routesRpdos()
     QVERIFY(sections.text().contains(
         "/* Mapping table RPDO 3*/\n"
         "static CORE_CONST PDO_REC_MAP_TABLE_T CORE_CONST_STORAGE_CLASS\tmapTableRPDOa3 = {\n"
-        "\t(UNSIGNED8)1u,\n\t{\n\t\t{&od_u8[0], 1u, CO_TRUE, 0x20000008UL, {0,0} },\n"
-        "\t\t{NULL, (UNSIGNED8)0u, CO_FALSE, 0ul,{0,0}}\n\t}\n};\n/* Mapping table RPDO 4*/\n"));
+        "\t(UNSIGNED8)1u,\n\t{\n\t\t{&od_u8[0], 1u, CO_TRUE, 0x20000008UL, {0,0,0} },\n"
+        "\t\t{NULL, (UNSIGNED8)0u, CO_FALSE, 0ul,{0,0,0}}\n\t}\n};\n/* Mapping table RPDO 4*/\n"));
 }
 
 void tst_ObjDictPdo::takesParametersOfOtherTypes()
