@@ -61,11 +61,14 @@ endfunction()
 # The target compiles and includes these, whatever the project needs.
 function(write_missing_files)
     foreach(name IN LISTS expected)
-        if(NOT EXISTS "${folder}/${name}")
-            string(MAKE_C_IDENTIFIER "${name}" word)
-            file(WRITE "${folder}/${name}"
-                "/* This project needs no ${name}. */\ntypedef int tessarine_without_${word};\n")
+        if(EXISTS "${folder}/${name}")
+            continue()
         endif()
+        set(text "/* This project needs no ${name}. */\n")
+        if(name MATCHES "(.*)\\.c$") # C forbids a source without any declaration
+            string(APPEND text "typedef int tessarine_without_${CMAKE_MATCH_1};\n")
+        endif()
+        file(WRITE "${folder}/${name}" "${text}")
     endforeach()
 endfunction()
 
