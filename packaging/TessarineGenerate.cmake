@@ -28,17 +28,17 @@ function(tessarine_generate)
         endif()
     endforeach()
 
-    # What the tool reads beside the project: the user's section of the one, the presence of the other.
+    # What the tool reads beside the project: the user's sections, and whether the last one is there.
     cmake_path(GET ARG_PROJECT PARENT_PATH folder)
     set(companions "")
-    foreach(name IN ITEMS gen_define.h no_stdlib_include.txt)
+    foreach(name IN ITEMS gen_define.h j1939_adapter.c no_stdlib_include.txt)
         if(EXISTS "${folder}/${name}")
             list(APPEND companions "${folder}/${name}")
         endif()
     endforeach()
 
-    set(sources gen_mp.c gen_objdict.c gen_pgn.c gen_rawcan.c gen_sdg.c gen_srdo.c gen_var_decl.c
-        gen_vobjdict.c)
+    set(sources gen_j1939_adapter.c gen_mp.c gen_objdict.c gen_pgn.c gen_rawcan.c gen_sdg.c gen_srdo.c
+        gen_var_decl.c gen_vobjdict.c j1939_adapter.c)
     set(headers gen_define.h gen_extern_decl.h gen_indication.h gen_indices.h gen_user.h)
     set(state "${output}/.tessarine")
     # A file, so that other arguments are a change that leads to a run.

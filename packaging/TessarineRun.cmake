@@ -46,7 +46,7 @@ function(read_undated path result)
 endfunction()
 
 function(take_over name)
-    if(name MATCHES "^gen_.*\\.[ch]$")
+    if(name MATCHES "\\.[ch]$")
         read_undated("${folder}/${name}" new)
         read_undated("${output}/${name}" old)
         if(new STREQUAL old)

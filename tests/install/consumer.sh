@@ -1,8 +1,8 @@
 #!/bin/sh
 # Builds the consumer with an installed tool, then changes its inputs and looks at what is built anew:
-# check.sh <CMake generator> <prefix of the installed tool> <folder to work in>
+# consumer.sh <CMake generator> <prefix of the installed tool> <folder to work in>
 set -u
-consumer=$(cd "$(dirname "$0")" && pwd)
+consumer=$(cd "$(dirname "$0")/../consumer" && pwd)
 generator=$1 prefix=$2 work=$3
 build=$work/build
 pump=$build/tessarine/pump
@@ -36,9 +36,12 @@ mkdir -p "$work"
 cp -R "$consumer/../../examples" "$work/examples"
 cp "$consumer/options.txt" "$work/options.txt"
 project=$work/examples/pump/pump.tsrt
+printf '/* user-specific section: start */\n#define OURS 1\n/* user-specific section: end */\n' \
+    >"$work/examples/pump/gen_define.h"
 cmake -S "$consumer" -B "$build" -G "$generator" -DCMAKE_PREFIX_PATH="$prefix" \
     -DEXAMPLES="$work/examples" -DOPTIONS="$work/options.txt" >"$work/log" 2>&1 || fail "not configured"
 build || fail "first build"
+grep -q '#define OURS 1' "$pump/gen_define.h" || fail "the user's section beside the project is lost"
 
 expect "nothing changed" 21 ""
 sleep 1 # the date in the generated files shall be another
