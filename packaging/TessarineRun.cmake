@@ -22,7 +22,7 @@ function(run_tool)
     # the rest.
     if(NOT result STREQUAL "0" OR lines MATCHES "(^|\n)ERROR - Generation of ")
         message("${lines}")
-        message(FATAL_ERROR "tessarine ended with ${result} for ${project}")
+        message(FATAL_ERROR "No sources from ${project}: tessarine ended with ${result}")
     endif()
     string(REPLACE ";" "\\;" lines "${lines}")
     string(REGEX MATCHALL "(^|\n)[^\n]*Warning[^\n]*" warnings "${lines}")
