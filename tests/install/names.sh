@@ -9,7 +9,7 @@ complain()
     bad=1
 }
 
-options=$(grep -rhoE '"-[a-z][a-z-]*"' app --include='*.cpp' | tr -d '"' | sort -u)
+options=$(grep -ohE '"-[a-z][a-z-]*"' app/climainapp.cpp | tr -d '"' | sort -u)
 [ -n "$options" ] || complain "no options found"
 for option in $options; do
     tr -d '\\' <packaging/tessarine.1 | grep -qE -- "$option\b" || complain "no $option in the manual page"
