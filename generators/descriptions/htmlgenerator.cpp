@@ -10,7 +10,6 @@
 #include "support/numbers.h"
 
 #include <QFile>
-#include <QThread>
 
 namespace
 {
@@ -284,7 +283,6 @@ void HTMLGenerator::forEachIndex(const QList<quint16> &indices, const Section &s
             return;
         }
         section(index);
-        QThread::yieldCurrentThread();
     }
 }
 

@@ -8,7 +8,6 @@
 #include "support/numbers.h"
 
 #include <QFile>
-#include <QThread>
 
 namespace
 {
@@ -130,7 +129,6 @@ void J1939HTMLGenerator::forEachGroup(const Section &section) const
                 return;
             }
             section(direction, pgn);
-            QThread::yieldCurrentThread();
         }
     }
 }

@@ -8,7 +8,6 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QThread>
 
 namespace
 {
@@ -101,6 +100,5 @@ void J1939TextDocGenerator::doJob()
             J1939TextDoc::documentPGN(out, *database, activeLine, direction, pgn);
     }
     database->clearAllCachedSpnData();
-    QThread::yieldCurrentThread();
     closeOutputFile(out, file);
 }

@@ -8,7 +8,6 @@
 #include "support/numbers.h"
 
 #include <QFile>
-#include <QThread>
 
 namespace TextDoc
 {
@@ -83,7 +82,6 @@ void TextDocGenerator::doJob()
         database->visitSubIndices(activeLine, index, 0, [&](quint8 sub, const SubIndexData &data) {
             TextDoc::documentSubIndex(out, index, sub, data);
         });
-        QThread::yieldCurrentThread();
     }
     closeOutputFile(out, file);
 }
