@@ -111,10 +111,10 @@ bool StorePrivate::deleteSignals(const QString &condition, const Cells &values)
     const bool done = exec(QStringLiteral("delete from Signals where ") + condition, values);
     allSignals.reset();
     for (LineCache &cache : cachedSubs) {
-        for (SubIndexData &data : cache.subs) {
+        cache.subs.changeEach([&doomed](SubIndexData &data) {
             if (doomed.contains(data.signalId))
                 data.signalId = 0;
-        }
+        });
     }
     return done;
 }

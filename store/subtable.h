@@ -75,6 +75,13 @@ public:
 
     bool isEmpty() const { return entries.empty(); }
 
+    template <class Visitor>
+    void changeEach(const Visitor &change)
+    {
+        for (Entry &entry : entries)
+            change(entry.data);
+    }
+
 private:
     size_t placeOf(quint8 sub) const
     {
@@ -132,6 +139,14 @@ public:
     }
 
     void removeObject(quint16 index) { objects.erase(index); }
+
+    /// Calls change(data) for each subindex.
+    template <class Visitor>
+    void changeEach(const Visitor &change)
+    {
+        for (auto &object : objects)
+            object.second.changeEach(change);
+    }
 
     /// Pairs of index and members, from \a low on.
     auto begin() const { return objects.begin(); }
