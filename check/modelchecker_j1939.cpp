@@ -73,7 +73,6 @@ qint32 ModelChecker::startJ1939Check(quint8 lineCount, quint8 lineNumber, Object
     checkSpecialGroups(specialPgns);
     checkGroups();
     checkSignalVariables();
-    project->clearAllCachedSpnData();
     return errorCount;
 }
 

@@ -163,6 +163,7 @@ void countGroups(const ObjectDataBase &store, bool hasSafety, quint8 number, Lin
 
 LineGroups readLine(const DefineContext &context, const Facts &facts, quint8 number)
 {
+    context.store.cacheAllSpnDataForLine(number);
     const ObjectDataBase &store = context.store;
     LineGroups line;
     line.type = readLineType(store, number);

@@ -345,7 +345,6 @@ void DBCGenerator::doJob()
         for (const quint32 pgn : groups)
             addMessage(handle, attributes, line, pgn, direction);
     }
-    database->clearAllCachedSpnData();
     if (!succeeded(kvaDbWriteFile(handle, temporary.fileName()), "create dbc file")) {
         fail(QStringLiteral("Could not copy output file. %1 - %2")
                  .arg(temporary.fileName(), target));

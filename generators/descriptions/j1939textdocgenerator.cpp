@@ -100,7 +100,6 @@ void J1939TextDocGenerator::doJob()
         for (const quint32 pgn : groups)
             J1939TextDoc::documentPGN(out, *database, activeLine, direction, pgn);
     }
-    database->clearAllCachedSpnData();
     QThread::yieldCurrentThread();
     closeOutputFile(out, file);
 }
