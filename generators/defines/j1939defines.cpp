@@ -140,7 +140,7 @@ quint32 isoTpConnections(const GeneralSettings &settings, quint8 line)
 void countGroups(const ObjectDataBase &store, bool hasSafety, quint8 number, LineGroups &line)
 {
     // Deliberate: groups of a line that does not speak J1939 have no table; held by
-    // tst_j1939defines.
+    // tst_generatedj1939.
     if (!carriesJ1939(line.type))
         return;
     const auto size = [](const QList<quint32> &groups) { return quint32(groups.size()); };
@@ -162,6 +162,7 @@ void countGroups(const ObjectDataBase &store, bool hasSafety, quint8 number, Lin
 
 LineGroups readLine(const DefineContext &context, const Facts &facts, quint8 number)
 {
+    context.store.cacheAllSpnDataForLine(number);
     const ObjectDataBase &store = context.store;
     LineGroups line;
     line.type = readLineType(store, number);

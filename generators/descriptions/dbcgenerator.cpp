@@ -7,7 +7,6 @@
 #include "support/numbers.h"
 
 #include <QFile>
-#include <QRegularExpression>
 #include <QSaveFile>
 #include <QTemporaryFile>
 
@@ -288,8 +287,15 @@ void Dbc::declareIdentify(ObjectDataBase &store, quint8 line)
 
 QString Dbc::symbolName(const QString &name)
 {
-    static const QRegularExpression others(QStringLiteral("[^0-9a-zA-Z_*]"));
-    return QString(name).replace(others, QStringLiteral("_"));
+    QString symbol = name;
+    for (QChar &character : symbol) {
+        const ushort code = character.unicode();
+        const bool canStand = (code >= '0' && code <= '9') || (code >= 'a' && code <= 'z') ||
+                              (code >= 'A' && code <= 'Z') || code == '_' || code == '*';
+        if (!canStand)
+            character = QLatin1Char('_');
+    }
+    return symbol;
 }
 
 quint8 Dbc::lineAddress(const ObjectDataBase &store, quint8 line)
@@ -345,7 +351,6 @@ void DBCGenerator::doJob()
         for (const quint32 pgn : groups)
             addMessage(handle, attributes, line, pgn, direction);
     }
-    database->clearAllCachedSpnData();
     if (!succeeded(kvaDbWriteFile(handle, temporary.fileName()), "create dbc file")) {
         fail(QStringLiteral("Could not copy output file. %1 - %2")
                  .arg(temporary.fileName(), target));

@@ -158,6 +158,5 @@ void J1939HTMLGenerator::doJob()
         [&](quint8 direction, quint32 pgn) { J1939HtmlDoc::describePGN(context, direction, pgn); });
     out.raw("  </div>\n");
     page.end();
-    database->clearAllCachedSpnData();
     closeOutputFile(out, file);
 }

@@ -99,6 +99,5 @@ void J1939TextDocGenerator::doJob()
         for (const quint32 pgn : groups)
             J1939TextDoc::documentPGN(out, *database, activeLine, direction, pgn);
     }
-    database->clearAllCachedSpnData();
     closeOutputFile(out, file);
 }

@@ -403,7 +403,6 @@ ExtDecl::Variables ExtDecl::readVariables(ObjectDataBase &store)
     const QList<quint8> lines = readProjectLines(store).numbers;
     for (const quint8 line : lines)
         addFrames(collector, store, line);
-    store.clearAllCachedSpnData();
     if (hasDictionary(store, lines)) {
         for (const quint8 line : lines)
             addObjects(collector, store, line);

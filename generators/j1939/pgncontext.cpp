@@ -59,7 +59,6 @@ Pgn::Context Pgn::makeContext(ObjectDataBase &store, TextWriter &out, const Dial
                               readTraffic(store, number, kReceived),
                               readTraffic(store, number, kTransmitted)};
     }
-    store.clearAllCachedSpnData();
     return context;
 }
 

@@ -116,7 +116,7 @@ struct Context {
     QVector<Line> lines; ///< those of readProjectLines()
 };
 
-/// Reads form and lines. The store's signal caches are filled for that, and cleared again.
+/// Reads form and lines. The store's signal caches are filled for that.
 Context makeContext(ObjectDataBase &store, TextWriter &out, const Dialect &dialect);
 
 /// Has the group a mapping of its own in this file? \a direction is the one of its record.

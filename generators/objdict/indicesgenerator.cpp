@@ -302,6 +302,7 @@ void IndicesGenerator::writeObjects(IndexDefines &defines, quint8 line) const
 
 void IndicesGenerator::writeFrames(IndexDefines &defines, quint8 line) const
 {
+    database->cacheAllSpnDataForLine(line);
     for (const quint8 direction : {kReceived, kTransmitted}) {
         quint32 number = 0;
         const QList<quint32> ids = database->getCANIDs(line, direction);

@@ -231,6 +231,14 @@ QStringList J1939Expectation::start()
     return rows;
 }
 
+/// The last element of the list stands for the lines behind it.
+quint32 J1939Expectation::destinationBuffers(quint8 line) const
+{
+    const QStringList list = store.getJ1939SettingsValue("j1939fd_multipgbuffer").split(',');
+    const QString element = list.value(qMin(lines.indexOf(line), list.size() - 1));
+    return element.isEmpty() ? 1 : element.toUInt();
+}
+
 QString J1939Expectation::countRow(const char *name,
                                    quint32 (*count)(const J1939Expectation &, quint8 line)) const
 {
@@ -267,6 +275,7 @@ QStringList J1939Expectation::counts(int variant) const
         {"transmitPgns", true, [](const E &e, quint8 line) { return countGroups(e, line, kSent, false); }},
         {"sdoServers", isNew, [](const E &e, quint8 line) { return countSdos(e, line, "cia510serversupport", 0x1200); }},
         {"sdoClients", isNew, [](const E &e, quint8 line) { return countSdos(e, line, "cia510clientsupport", 0x1280); }},
+        {"destinationBuffers", isNew && isFd, [](const E &e, quint8 line) { return e.destinationBuffers(line); }},
         {"safeReceive", isNew && j1939("safetysupport") > 0, [](const E &e, quint8 line) { return countGroups(e, line, kReceived, true); }},
         {"safeTransmit", isNew && j1939("safetysupport") > 0, [](const E &e, quint8 line) { return countGroups(e, line, kSent, true); }},
     };

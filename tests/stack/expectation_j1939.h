@@ -30,6 +30,7 @@ private:
     QString startAddress(quint8 line) const;
     QStringList claim(quint8 line);
     QStringList table(quint8 line, const char *kind, quint8 direction);
+    quint32 destinationBuffers(quint8 line) const;
     QString countRow(const char *name,
                      quint32 (*count)(const J1939Expectation &, quint8 line)) const;
 

@@ -96,7 +96,7 @@ private slots:
             {"safe_alone",        "line0type=2\ntx 65280 100 20 3 safe\nspn 1 U8 0\nset new_init_structure=1\nj1939:safetysupport=1"},
             {"fd",                one + fresh + "canfd_supported=1\nj1939:j1939fd_multipgbuffer=4,5"},
             {"fd_old_structure",  two + kName + "canfd_supported=1"},
-            {"fd_two_lines",      two + kName + fresh + "canfd_supported=1\nj1939:j1939fd_11bitmultipg=1"},
+            {"fd_two_lines",      two + kName + fresh + "canfd_supported=1\nj1939:j1939fd_11bitmultipg=1\nj1939:j1939fd_multipgbuffer=3"},
             {"dynamic",           two + kVariables + fresh + "j1939:dynsupport=1"},
             {"every_module",      two + kName + kModules + fresh + "j1939:safetysupport=1"},
             {"server",            "line 0\nline0type=2\n" + objects},
@@ -186,7 +186,9 @@ private:
         device.run({"main", "recorder", "recorder_j1939", "start_j1939", "walk"},
                    expected.common().stackFeatures());
         QVERIFY2(device.fault().isEmpty(), qPrintable(device.fault()));
-        SAME_ROWS(device.rows({"lost failure", "COBs", "rows beyond"}), QStringList());
+        SAME_ROWS(device.rows({"COBs", "rows beyond"}), QStringList());
+        for (const QString &row : device.rows({"lost failure"}))
+            QVERIFY2(row.endsWith("coOdInitOdPtr"), qPrintable(row)); // which has no result
         const int first = expected.common().isSet("canfd_supported") ? 0 : 1;
         for (int variant = first; variant <= 1; ++variant) {
             SAME_ROWS(device.startRows(variant, {"call", "  claim ", "  rx ", "  tx ", "   map",
