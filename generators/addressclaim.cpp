@@ -1,8 +1,7 @@
 // The NAME of the device as signals of a group.
-#include "generators/j1939/addressclaim.h"
+#include "generators/addressclaim.h"
 
-#include "generators/j1939/pgncontext.h"
-#include "generators/projectlines.h"
+#include "generators/j1939settings.h"
 #include "support/candatatype.h"
 
 #include <QStringList>
@@ -16,6 +15,8 @@ using Type = CAN::CANopenDataType;
 
 /// Makes the default value of a signal from the line's element of its setting.
 using MakeValue = QString (*)(const QString &element);
+
+constexpr quint32 kReserved = 0; ///< the row without a number of its own
 
 struct NameRow {
     quint32 spn;
@@ -42,32 +43,33 @@ QString oneIfSet(const QString &element)
 
 // clang-format off
 constexpr NameRow kName[] = {                       // order is that of the frame
-    {0xB15, Type::Unsigned21, "Identity Number",         "identitynumber",   asSet},
-    {0xB16, Type::Unsigned11, "Manufacturer Code",       "manufacturercode", asSet},
-    {0xB18, Type::Unsigned3,  "ECU Instance",            "ecuinstance",      asSet},
-    {0xB17, Type::Unsigned5,  "Function Instance",       "functioninstance", asSet},
-    {0xB19, Type::Unsigned8,  "Function",                "function",         asSet},
-    {0,     Type::Boolean,    "reserved",                "",                 zero},
-    {0xB1A, Type::Unsigned7,  "Vehicle System",          "vehiclesystem",    asSet},
-    {0xB1B, Type::Unsigned4,  "Vehicle System Instance", "vehicleinstance",  asSet},
-    {0xB1E, Type::Unsigned3,  "Industry Group",          "industrygroup",    asSet},
-    {0xB1C, Type::Boolean,    "Addr Claiming Supported", "addresscapable",   oneIfSet},
+    {2837,      Type::Unsigned21, "Identity Number",         "identitynumber",   asSet},
+    {2838,      Type::Unsigned11, "Manufacturer Code",       "manufacturercode", asSet},
+    {2840,      Type::Unsigned3,  "ECU Instance",            "ecuinstance",      asSet},
+    {2839,      Type::Unsigned5,  "Function Instance",       "functioninstance", asSet},
+    {2841,      Type::Unsigned8,  "Function",                "function",         asSet},
+    {kReserved, Type::Boolean,    "reserved",                "",                 zero},
+    {2842,      Type::Unsigned7,  "Vehicle System",          "vehiclesystem",    asSet},
+    {2843,      Type::Unsigned4,  "Vehicle System Instance", "vehicleinstance",  asSet},
+    {2846,      Type::Unsigned3,  "Industry Group",          "industrygroup",    asSet},
+    {2844,      Type::Boolean,    "Addr Claiming Supported", "addresscapable",   oneIfSet},
 };
 // clang-format on
 
-void declareOnLine(ObjectDataBase &store, quint8 line)
+} // namespace
+
+void AddressClaim::declare(ObjectDataBase &store, quint8 line, quint32 reservedSpn)
 {
     const J1939Settings settings(store);
-    (void)store.delPGN(line, Pgn::kAddressClaimed, Pgn::kTransmitted); // there may be none
     ObjectDataBase::PGN group;
     group.name = QStringLiteral("Address Claiming");
     group.description = QStringLiteral("This PGN is used to send the Address Claiming.");
-    group.number = Pgn::kAddressClaimed;
     group.priority = 6;
     group.inhibitTimeMs = 250;
     group.mappingCount = static_cast<quint16>(std::size(kName));
-    group.direction = Pgn::kTransmitted;
-    (void)store.addPGN(line, group.number, group); // fails in a locked store; so do its signals
+    group.direction = kDirection;
+    store.beginBatch();
+    (void)store.addPGN(line, kGroup, group); // fails in a locked store; so do its signals
     qint16 place = 0;
     for (const NameRow &row : kName) {
         ObjectDataBase::SPN spn;
@@ -78,20 +80,8 @@ void declareOnLine(ObjectDataBase &store, quint8 line)
         // A line behind the end of the list has no value.
         spn.defaultValue = row.value(
             settings.text(QLatin1String(row.setting)).split(QLatin1Char(',')).value(line));
-        (void)store.addSPN(line, group.number, group.direction, row.spn, spn); // as above
-    }
-}
-
-} // namespace
-
-void Pgn::declareIdentify(ObjectDataBase &store)
-{
-    const QList<quint8> lines = readProjectLines(store).numbers;
-    store.beginBatch();
-    for (const quint8 line : lines) {
-        if (carriesJ1939(readLineType(store, line)) ||
-            store.getPGNs(line, kTransmitted, false).size() >= 2)
-            declareOnLine(store, line);
+        const quint32 number = row.spn == kReserved ? reservedSpn : row.spn;
+        (void)store.addSPN(line, kGroup, kDirection, number, spn); // as above
     }
     store.commitBatch();
 }
