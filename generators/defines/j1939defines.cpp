@@ -151,8 +151,12 @@ LineGroups readLine(const DefineContext &context, const Facts &facts, quint8 num
     // The stack claims its address by itself.
     line.transmit = quint32(sentPlain.size() - (sentPlain.contains(kAddressClaimedPgn) ? 1 : 0));
     line.receive = quint32(store.getPGNs(number, kReceive, facts.hasSafety).size());
-    line.safeTransmit = quint32(sent.size() - sentPlain.size());
-    line.safeReceive = quint32(received.size()) - line.receive;
+    // Deliberate: groups of a line that does not speak J1939 are in no safety table; held by
+    // tst_j1939defines.
+    if (carriesJ1939(line.type)) {
+        line.safeTransmit = quint32(sent.size() - sentPlain.size());
+        line.safeReceive = quint32(received.size()) - line.receive;
+    }
     line.cobs = Defines::getJ1939Cobs(context, number) + isoTpConnections(facts.general, number);
     for (const quint32 pgn : sent) {
         PgnData group;
