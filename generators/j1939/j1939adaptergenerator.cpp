@@ -38,12 +38,9 @@ constexpr DirectionWords kDirections[] = {
 };
 
 /// Numbers name a signal, since its name is free text and may change.
-QString numbersOf(const Context &context, const Line &line, const Group &group,
-                  const Signal &signal)
+QString numbersOf(const Group &group, const Signal &signal)
 {
-    return QStringLiteral("%1_%2%3").arg(QString::number(group.data.number),
-                                         QString::number(signal.data.number),
-                                         lineSuffix(context, line));
+    return QStringLiteral("%1_%2").arg(group.data.number).arg(signal.data.number);
 }
 
 /// A name for the parameter that hides no part of the expression it goes to.
@@ -103,27 +100,28 @@ QVector<Functions> J1939Adapter::functionsOf(const Context &context,
 {
     QVector<Functions> found;
     QSet<QString> names; // a project made by hand may have a signal twice
-    const auto add = [&](const Line &line, const DirectionWords &words, const Group &group) {
-        for (const Signal &signal : group.mapping) {
-            const ExtDecl::Access access = ExtDecl::accessTo(variables, signal.data);
-            const QString numbers = numbersOf(context, line, group, signal);
-            const QString name = QLatin1String(words.read) + numbers;
-            if (signal.data.implementation != kApplicationVariable || access.expression.isEmpty() ||
-                names.contains(name))
-                continue;
-            names.insert(name);
-            found << makeFunctions(words, numbers, access);
-            found.last().comment =
-                QStringLiteral("PGN %1, SPN %2 %3")
-                    .arg(numberAndName(group.data.number, group.data.name),
-                         QString::number(signal.data.number), CText::comment(signal.data.name));
-        }
+    const auto add = [&](const DirectionWords &words, const Group &group, const Signal &signal,
+                         const QString &suffix) {
+        const ExtDecl::Access access = ExtDecl::accessTo(variables, signal.data);
+        const QString numbers = numbersOf(group, signal) + suffix;
+        const QString name = QLatin1String(words.read) + numbers;
+        if (signal.data.implementation != kApplicationVariable || access.expression.isEmpty() ||
+            names.contains(name))
+            return;
+        names.insert(name);
+        found << makeFunctions(words, numbers, access);
+        found.last().comment =
+            QStringLiteral("PGN %1, SPN %2 %3")
+                .arg(numberAndName(group.data.number, group.data.name),
+                     QString::number(signal.data.number), CText::comment(signal.data.name));
     };
     for (const Line &line : context.lines) {
+        if (!line.hasJ1939())
+            continue;
         for (const DirectionWords &words : kDirections) {
             for (const Group &group : (line.*words.traffic).groups) {
-                if (line.hasJ1939())
-                    add(line, words, group);
+                for (const Signal &signal : group.mapping)
+                    add(words, group, signal, lineSuffix(context, line));
             }
         }
     }
@@ -176,10 +174,10 @@ void J1939AdapterGenerator::doJob()
                                functions.writePrototype);
     }
     closeOutputFile(out, file);
-    if (!wasError &&
-        !ReplaceFile::replace(userFile(), ReplaceFile::Backup::None, [&](const QString &fresh) {
-            return writeUserFile(fresh, prototypes, OldFile::extractUserSection(old));
-        }))
+    const auto writeFresh = [&](const QString &fresh) {
+        return writeUserFile(fresh, prototypes, OldFile::extractUserSection(old));
+    };
+    if (!wasError && !ReplaceFile::replace(userFile(), ReplaceFile::Backup::None, writeFresh))
         fail(QStringLiteral("Could not write ") + userFile());
 }
 
