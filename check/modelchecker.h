@@ -62,7 +62,8 @@ public:
 
     /// Check one object or subindex of the line that was checked last. \a corrected as above.
     void checkIndex(quint16 index, bool &corrected);
-    void checkSub(quint16 index, quint8 subIndex, CANopen::ObjectCode objectCode);
+    void checkSub(quint16 index, quint8 subIndex, const SubIndexData &data,
+                  CANopen::ObjectCode objectCode);
 
     /// Must subindex 0 tell the number of entries?
     bool checkSub0Required(quint8 lineNumber, quint16 index) const;

@@ -147,12 +147,12 @@ bool ObjectDataBase::copyObjects(ObjectDataBase &other, quint8 line, quint8 othe
         // Though the object may not exist: its subindices may, in a project from a text file.
         done = delIndex(line, index, true) && done;
         done = addIndex(line, index, *object) && done;
-        for (auto sub = source.subs.lowerBound(StorePrivate::subKey(index, 0));
-             sub != source.subs.constEnd() && sub.key() >> 8 == index; ++sub) {
+        const ObjectMembers &members = source.subs.of(index);
+        for (auto sub = members.constBegin(); sub != members.constEnd(); ++sub) {
             SubIndexData data = *sub;
             data.managedByOlm = false;
             data.signalId = 0;
-            done = d->writeSub(line, index, static_cast<quint8>(sub.key()), data) && done;
+            done = d->writeSub(line, index, sub.key(), data) && done;
         }
     }
     cacheAllSubs(line, 0);
@@ -223,12 +223,11 @@ QList<LineDifferenceData> ObjectDataBase::compareLine(quint8 line, ObjectDataBas
     const LineCache there = other.d->cachedSubs.value(source);
     const auto compareSubs = [&](quint16 index) {
         walkTogether(
-            here.subs, there.subs, StorePrivate::subKey(index, 0),
-            StorePrivate::subKey(index, 0xFF),
-            [&](Kind kind, quint32 key) {
-                differences << LineDifference{kind, index, static_cast<quint8>(key)};
+            here.subs.of(index), there.subs.of(index), 0, 0xFF,
+            [&](Kind kind, quint8 sub) {
+                differences << LineDifference{kind, index, sub};
             },
-            [](quint32) {});
+            [](quint8) {});
     };
     walkTogether(
         here.objects, there.objects, low, high,

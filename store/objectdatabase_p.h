@@ -6,6 +6,7 @@
 #include "store/objectdatabase.h"
 #include "store/rowinserter.h"
 #include "store/schema.h"
+#include "store/subtable.h"
 #include "store/temporaryfiles.h"
 
 #include <QHash>
@@ -33,7 +34,7 @@ enum class RowKind { Object, SubIndex, TextObject, TextSubIndex };
 struct LineCache {
     bool complete = false;
     QSet<quint32> escaped; ///< keys of records that differ from their row; see cacheWrittenSub()
-    QMap<quint32, SubIndexData> subs; ///< by subKey()
+    SubTable subs;
     QMap<quint16, IndexData> objects;
 };
 
@@ -115,6 +116,7 @@ public:
     template <class Record>
     QVariant cellOf(const Column<Record> &field, const Record &record);
     /// The cached record, or null if the line or the subindex is not cached.
+    const SubIndexData *cachedSub(quint8 line, quint16 index, quint8 sub) const;
     SubIndexData *cachedSub(quint8 line, quint16 index, quint8 sub);
     void refreshCachedName(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
 

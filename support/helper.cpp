@@ -18,6 +18,8 @@ constexpr qint64 kMaxFileBytes = 256 * 1024 * 1024;
 
 QString Helper::substituteVariables(const QString &text, quint16 count, quint8 subindex)
 {
+    if (!text.contains(QLatin1Char('$')))
+        return text; // as most names are
     QString result;
     int done = 0;
     // One pass, so that a name which holds the text of another place holder is not filled twice.

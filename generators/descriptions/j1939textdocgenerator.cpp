@@ -8,7 +8,6 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QThread>
 
 namespace
 {
@@ -89,6 +88,5 @@ void J1939TextDocGenerator::doJob()
             J1939TextDoc::documentPGN(out, *database, activeLine, direction, pgn);
     }
     database->clearAllCachedSpnData();
-    QThread::yieldCurrentThread();
     closeOutputFile(out, file);
 }

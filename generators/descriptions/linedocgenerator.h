@@ -6,7 +6,6 @@
 #include "support/logging.h"
 
 #include <QList>
-#include <QThread>
 
 /// The base of generators that write a file to read for one line.
 class LineDocGenerator : public AbstractGenerator
@@ -35,7 +34,6 @@ protected:
                 return;
             }
             section(record);
-            QThread::yieldCurrentThread();
         }
     }
 

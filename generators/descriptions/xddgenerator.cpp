@@ -11,7 +11,6 @@
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QThread>
 #include <QVector>
 #include <QXmlStreamWriter>
 
@@ -174,7 +173,6 @@ void XddWriter::writeCommunicationProfile(const std::atomic<bool> &isAborted)
             break;
         }
         describeDataObject(index);
-        QThread::yieldCurrentThread();
     }
     end();
     end();
