@@ -156,6 +156,11 @@ public:
     /// Services and signals are read again when they are needed.
     void forgetServicesAndSignals();
 
+    /// Gives the table an index over its key columns, so that a writer finds its row at once; once
+    /// a connection. The project's file gets none: dropKeyIndexes() takes them away before a save.
+    void addKeyIndex(const QString &table, const QString &keyColumns);
+    void dropKeyIndexes();
+
     // --- settings (objectdatabase_settings.cpp) ---
 
     QHash<QString, QString> &settings(SettingsStore store);
@@ -189,6 +194,7 @@ public:
     QHash<QString, QSqlQuery> prepared;    ///< by their text; lent to a Statement while it lives
     std::optional<QSqlQuery> stringInsert; ///< kept apart: texts are added more often than all else
     QHash<int, RowInserter> inserters;     ///< by kind and line
+    QSet<QString> indexedTables;           ///< see addKeyIndex()
     QHash<QString, int> stringIds;
     QHash<int, QString> strings;
     bool stringsComplete = false; ///< both maps hold all rows of the table

@@ -61,6 +61,7 @@ bool ObjectDataBase::saveDatabaseAsSql(const QString &file)
     if (QFileInfo(target).completeSuffix().toLower() == QLatin1String("data"))
         resetChangedByUserFlag(0);
     noteSavingTool();
+    d->dropKeyIndexes();
     commitBatch();
     if (target.isEmpty() || !mayReplace(target))
         return false;

@@ -8,11 +8,11 @@
 #include "generators/defines/eventdefines.h"
 #include "generators/defines/hardwaredefines.h"
 #include "generators/defines/j1939defines.h"
-#include "generators/defines/oldheader.h"
 #include "generators/defines/rawcandefines.h"
 #include "generators/defines/servicedefines.h"
 #include "generators/defines/virtualobjectdefines.h"
 #include "generators/initstructversions.h"
+#include "generators/oldfile.h"
 #include "store/linetype.h"
 #include "store/replacefile.h"
 
@@ -79,17 +79,6 @@ void writeInitVersions(DefineContext &context)
     context.raw({"\n"});
 }
 
-void writeUserSection(TextWriter &out, const QString &section)
-{
-    out.raw("/* do not modify comments starting with 'user-specific section:' */\n");
-    out.raw(Defines::kUserSectionStart);
-    out.raw("\n");
-    out.raw(section.isEmpty() ? QStringLiteral("\n") : section);
-    out.raw(Defines::kUserSectionEnd);
-    out.raw("\n"
-            "\n#endif /* GEN_DEFINE_H */\n");
-}
-
 } // namespace
 
 DefineGenerator::DefineGenerator(const DefineDialect &stackDialect)
@@ -119,15 +108,15 @@ void DefineGenerator::doJob()
 {
     const JobBracket bracket(*this);
     QString old;
-    if (!Defines::readOldHeader(targetFile(), &old)) {
+    if (!OldFile::read(targetFile(), &old)) {
         fail(QStringLiteral("Could not read ") + targetFile());
         return;
     }
-    userSection = Defines::extractUserSection(old);
+    userSection = OldFile::extractUserSection(old);
     generationCounter = counterFromSetting
                             ? Numbers::toUIntDecimal(database->getGeneralSettingsValue(
                                   QStringLiteral("olm_generation_count")))
-                            : Defines::extractGenerationCounter(old);
+                            : OldFile::extractGenerationCounter(old);
     if (!checkWritability())
         fail(QStringLiteral("Could not open ") + targetFile());
     else if (!ReplaceFile::replace(targetFile(), ReplaceFile::Backup::None,
@@ -176,7 +165,7 @@ void DefineGenerator::writeSections(TextWriter &out)
         out.raw(dialect.j1939TimerLine);
     if (multiProtocol)
         Defines::generateMultiCOBs(context);
-    writeUserSection(out, userSection);
+    out.parts(OldFile::userSectionText(userSection), "\n#endif /* GEN_DEFINE_H */\n");
 }
 
 void DefineGenerator::writeApplicationDefines(DefineContext &context) const

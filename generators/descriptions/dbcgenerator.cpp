@@ -1,6 +1,7 @@
 // The DBC file of a J1939 line.
 #include "generators/descriptions/dbcgenerator.h"
 
+#include "generators/addressclaim.h"
 #include "support/cohelper.h"
 #include "support/kvadblib.h"
 #include "support/logging.h"
@@ -17,7 +18,9 @@ namespace
 
 using Type = CAN::CANopenDataType;
 
-constexpr quint32 kAddressClaimed = 0xEE00; // SAE J1939-81
+// Deliberate: the number of the NAME's function, so that the reserved bit replaces it in the
+// project; held by tst_dbcgenerator.
+constexpr quint32 kReservedSpn = 2841;
 constexpr quint8 kTransmitted = 0x55;
 constexpr quint8 kReceived = 0x77;
 constexpr quint8 kNullAddress = 0xFE;
@@ -27,30 +30,6 @@ constexpr int kCyclic = 0;
 constexpr int kNoSendType = 8;
 constexpr int kStringDelimiter = 8;
 constexpr int kDelimitedStringBits = 8;
-
-struct IdentityRow {
-    quint32 spn;
-    Type type;
-    const char *name;
-    const char *setting; ///< of the J1939 settings; null: a fixed value
-};
-
-// clang-format off
-constexpr IdentityRow kIdentity[] = {               // order is that of the frame
-    {2837, Type::Unsigned21, "Identity Number",         "identitynumber"},
-    {2838, Type::Unsigned11, "Manufacturer Code",       "manufacturercode"},
-    {2840, Type::Unsigned3,  "ECU Instance",            "ecuinstance"},
-    {2839, Type::Unsigned5,  "Function Instance",       "functioninstance"},
-    {2841, Type::Unsigned8,  "Function",                "function"},
-    // Deliberate: the number of the row above, so that this row replaces it in the project; held
-    // by tst_dbcgenerator.
-    {2841, Type::Boolean,    "reserved",                nullptr},
-    {2842, Type::Unsigned7,  "Vehicle System",          "vehiclesystem"},
-    {2843, Type::Unsigned4,  "Vehicle System Instance", "vehicleinstance"},
-    {2846, Type::Unsigned3,  "Industry Group",          "industrygroup"},
-    {2844, Type::Boolean,    "Addr Claiming Supported", "addresscapable"},
-};
-// clang-format on
 
 /// Names of J1939::SigType, by value.
 constexpr const char *kSigTypes[] = {
@@ -263,26 +242,7 @@ QString replaceTarget(const QString &target, const QString &temporary)
 
 void Dbc::declareIdentify(ObjectDataBase &store, quint8 line)
 {
-    ObjectDataBase::PGN group;
-    group.name = DBCGenerator::tr("Address Claiming");
-    group.description = DBCGenerator::tr("This PGN is used to send the Address Claiming.");
-    group.priority = 6;
-    group.inhibitTimeMs = 250;
-    group.direction = kTransmitted;
-    (void)store.addPGN(line, kAddressClaimed, group); // the file is then written without it
-    for (const IdentityRow &row : kIdentity) {
-        ObjectDataBase::SPN spn;
-        spn.name = QLatin1String(row.name);
-        spn.dataType = static_cast<quint32>(row.type);
-        spn.implementation = 0;
-        if (row.setting)
-            spn.defaultValue = store.getJ1939SettingsValue(QLatin1String(row.setting))
-                                   .split(QLatin1Char(','))
-                                   .value(line);
-        if (row.spn == 2844)
-            spn.defaultValue = QString::number(Numbers::toIntDecimal(spn.defaultValue) != 0);
-        (void)store.addSPN(line, kAddressClaimed, kTransmitted, row.spn, spn); // as above
-    }
+    AddressClaim::declare(store, line, kReservedSpn);
 }
 
 QString Dbc::symbolName(const QString &name)

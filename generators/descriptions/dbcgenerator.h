@@ -29,7 +29,7 @@ private:
 namespace Dbc
 {
 
-/// Adds the group with the NAME of the device (SAE J1939-81, 4.1.1) to a line.
+/// Declares the address claim on a line, see AddressClaim::declare().
 void declareIdentify(ObjectDataBase &store, quint8 line);
 
 /// Characters that a name cannot hold become "_".

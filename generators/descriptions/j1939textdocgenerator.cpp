@@ -68,27 +68,15 @@ void documentSPN(TextWriter &out, const ObjectDataBase::SPN &spn)
 // Deliberate: the object name's spelling is part of the driver's report, held by
 // tst_j1939documents.
 J1939TextDocGenerator::J1939TextDocGenerator()
-    : AbstractGenerator(QStringLiteral("j1939 textual documenation"))
+    : LineDocGenerator(QStringLiteral("j1939 textual documenation"), "_doc.txt", ".txt")
 {
-}
-
-QString J1939TextDocGenerator::singleLineFile() const
-{
-    return QStringLiteral("%1/%2_doc.txt").arg(outputDirectory, projectName);
-}
-
-bool J1939TextDocGenerator::checkWritability()
-{
-    return isNewOrWritable(singleLineFile());
 }
 
 void J1939TextDocGenerator::doJob()
 {
     const JobBracket bracket(*this);
     checkForceMLFlag();
-    QFile file(isMultiLine() ? QStringLiteral("%1/%2_%3.txt")
-                                   .arg(outputDirectory, projectName, QString::number(activeLine))
-                             : singleLineFile());
+    QFile file(targetFile());
     if (!openOutputFile(file))
         return;
     TextWriter out(&file);

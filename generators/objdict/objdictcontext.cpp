@@ -40,9 +40,7 @@ constexpr TypeRow kTypes[] = {
 
 ObjDict::Dialect ObjDict::dialectOf(const ObjectDataBase &store)
 {
-    return GeneralSettings(store).text("use_core_headers") == QLatin1String("V4")
-               ? v4Dialect()
-               : classicDialect();
+    return GeneralSettings(store).wantsCoreHeaders() ? v4Dialect() : classicDialect();
 }
 
 std::optional<ObjDict::ValueClass> ObjDict::valueClassOf(quint16 dataType)

@@ -1,7 +1,7 @@
 // The frame of gen_define.h, and what goes over from one generation to the next.
 #include "generators/defines/codefinegenerator.h"
 #include "generators/defines/gendefinegenerator.h"
-#include "generators/defines/oldheader.h"
+#include "generators/oldfile.h"
 #include "tests/unit/generators/definefixture.h"
 
 #include <QRandomGenerator>
@@ -235,16 +235,16 @@ private slots:
         QFETCH(QByteArray, header);
         writeFile(target(), header);
         QString text;
-        QVERIFY(Defines::readOldHeader(target(), &text));
-        QTEST(Defines::extractUserSection(text), "section");
+        QVERIFY(OldFile::read(target(), &text));
+        QTEST(OldFile::extractUserSection(text), "section");
     }
 
     void counters()
     {
         const QString start = "#define GEN_GENERATION_COUNT\t";
-        QCOMPARE(Defines::extractGenerationCounter("x\n" + start + "0x10ul\n"), 16u);
-        QCOMPARE(Defines::extractGenerationCounter(start + "3ul\n" + start + "4ul\n"), 3u);
-        QCOMPARE(Defines::extractGenerationCounter(start + "\n"), 0u);
+        QCOMPARE(OldFile::extractGenerationCounter("x\n" + start + "0x10ul\n"), 16u);
+        QCOMPARE(OldFile::extractGenerationCounter(start + "3ul\n" + start + "4ul\n"), 3u);
+        QCOMPARE(OldFile::extractGenerationCounter(start + "\n"), 0u);
     }
 
     void unusualOldFiles()

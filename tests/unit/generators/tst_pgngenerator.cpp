@@ -1,5 +1,4 @@
 // The source of a J1939 device, section by section.
-#include "generators/j1939/addressclaim.h"
 #include "generators/j1939/pgngenerator.h"
 #include "generators/j1939/pgninit.h"
 #include "generators/j1939/pgnsections.h"

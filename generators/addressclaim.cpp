@@ -1,0 +1,87 @@
+// The NAME of the device as signals of a group.
+#include "generators/addressclaim.h"
+
+#include "generators/j1939settings.h"
+#include "support/candatatype.h"
+
+#include <QStringList>
+
+#include <iterator>
+
+namespace
+{
+
+using Type = CAN::CANopenDataType;
+
+/// Makes the default value of a signal from the line's element of its setting.
+using MakeValue = QString (*)(const QString &element);
+
+constexpr quint32 kReserved = 0; ///< the row without a number of its own
+
+struct NameRow {
+    quint32 spn;
+    Type type;
+    const char *name;
+    const char *setting; ///< of the J1939 settings; one element a line
+    MakeValue value;
+};
+
+QString asSet(const QString &element)
+{
+    return element;
+}
+
+QString zero(const QString & /*element*/)
+{
+    return QStringLiteral("0");
+}
+
+QString oneIfSet(const QString &element)
+{
+    return Numbers::toIntDecimal(element) != 0 ? QStringLiteral("1") : QStringLiteral("0");
+}
+
+// clang-format off
+constexpr NameRow kName[] = {                       // order is that of the frame
+    {2837,      Type::Unsigned21, "Identity Number",         "identitynumber",   asSet},
+    {2838,      Type::Unsigned11, "Manufacturer Code",       "manufacturercode", asSet},
+    {2840,      Type::Unsigned3,  "ECU Instance",            "ecuinstance",      asSet},
+    {2839,      Type::Unsigned5,  "Function Instance",       "functioninstance", asSet},
+    {2841,      Type::Unsigned8,  "Function",                "function",         asSet},
+    {kReserved, Type::Boolean,    "reserved",                "",                 zero},
+    {2842,      Type::Unsigned7,  "Vehicle System",          "vehiclesystem",    asSet},
+    {2843,      Type::Unsigned4,  "Vehicle System Instance", "vehicleinstance",  asSet},
+    {2846,      Type::Unsigned3,  "Industry Group",          "industrygroup",    asSet},
+    {2844,      Type::Boolean,    "Addr Claiming Supported", "addresscapable",   oneIfSet},
+};
+// clang-format on
+
+} // namespace
+
+void AddressClaim::declare(ObjectDataBase &store, quint8 line, quint32 reservedSpn)
+{
+    const J1939Settings settings(store);
+    ObjectDataBase::PGN group;
+    group.name = QStringLiteral("Address Claiming");
+    group.description = QStringLiteral("This PGN is used to send the Address Claiming.");
+    group.priority = 6;
+    group.inhibitTimeMs = 250;
+    group.mappingCount = static_cast<quint16>(std::size(kName));
+    group.direction = kDirection;
+    store.beginBatch();
+    (void)store.addPGN(line, kGroup, group); // fails in a locked store; so do its signals
+    qint16 place = 0;
+    for (const NameRow &row : kName) {
+        ObjectDataBase::SPN spn;
+        spn.pos = place++; // rows with one place have no order of their own
+        spn.name = QLatin1String(row.name);
+        spn.dataType = static_cast<quint32>(row.type);
+        spn.implementation = 0;
+        // A line behind the end of the list has no value.
+        spn.defaultValue = row.value(
+            settings.text(QLatin1String(row.setting)).split(QLatin1Char(',')).value(line));
+        const quint32 number = row.spn == kReserved ? reservedSpn : row.spn;
+        (void)store.addSPN(line, kGroup, kDirection, number, spn); // as above
+    }
+    store.commitBatch();
+}
