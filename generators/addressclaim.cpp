@@ -13,8 +13,8 @@ namespace
 
 using Type = CAN::CANopenDataType;
 
-/// Makes the default value of a signal from the line's element of its setting.
-using MakeValue = QString (*)(const QString &element);
+/// Makes the default value of a signal from its setting.
+using MakeValue = QString (*)(const QString &setting, quint8 line);
 
 constexpr quint32 kReserved = 0; ///< the row without a number of its own
 
@@ -22,36 +22,38 @@ struct NameRow {
     quint32 spn;
     Type type;
     const char *name;
-    const char *setting; ///< of the J1939 settings; one element a line
+    const char *setting; ///< of the J1939 settings
     MakeValue value;
 };
 
-QString asSet(const QString &element)
+QString ofLine(const QString &setting, quint8 line)
 {
-    return element;
+    return setting.split(QLatin1Char(',')).value(line); // none behind the end of the list
 }
 
-QString zero(const QString & /*element*/)
+QString zero(const QString & /*setting*/, quint8 /*line*/)
 {
     return QStringLiteral("0");
 }
 
-QString oneIfSet(const QString &element)
+/// All lines share a setting that is no list.
+QString oneIfSet(const QString &setting, quint8 line)
 {
+    const QString element = setting.contains(QLatin1Char(',')) ? ofLine(setting, line) : setting;
     return Numbers::toIntDecimal(element) != 0 ? QStringLiteral("1") : QStringLiteral("0");
 }
 
 // clang-format off
 constexpr NameRow kName[] = {                       // order is that of the frame
-    {2837,      Type::Unsigned21, "Identity Number",         "identitynumber",   asSet},
-    {2838,      Type::Unsigned11, "Manufacturer Code",       "manufacturercode", asSet},
-    {2840,      Type::Unsigned3,  "ECU Instance",            "ecuinstance",      asSet},
-    {2839,      Type::Unsigned5,  "Function Instance",       "functioninstance", asSet},
-    {2841,      Type::Unsigned8,  "Function",                "function",         asSet},
+    {2837,      Type::Unsigned21, "Identity Number",         "identitynumber",   ofLine},
+    {2838,      Type::Unsigned11, "Manufacturer Code",       "manufacturercode", ofLine},
+    {2840,      Type::Unsigned3,  "ECU Instance",            "ecuinstance",      ofLine},
+    {2839,      Type::Unsigned5,  "Function Instance",       "functioninstance", ofLine},
+    {2841,      Type::Unsigned8,  "Function",                "function",         ofLine},
     {kReserved, Type::Boolean,    "reserved",                "",                 zero},
-    {2842,      Type::Unsigned7,  "Vehicle System",          "vehiclesystem",    asSet},
-    {2843,      Type::Unsigned4,  "Vehicle System Instance", "vehicleinstance",  asSet},
-    {2846,      Type::Unsigned3,  "Industry Group",          "industrygroup",    asSet},
+    {2842,      Type::Unsigned7,  "Vehicle System",          "vehiclesystem",    ofLine},
+    {2843,      Type::Unsigned4,  "Vehicle System Instance", "vehicleinstance",  ofLine},
+    {2846,      Type::Unsigned3,  "Industry Group",          "industrygroup",    ofLine},
     {2844,      Type::Boolean,    "Addr Claiming Supported", "addresscapable",   oneIfSet},
 };
 // clang-format on
@@ -77,9 +79,7 @@ void AddressClaim::declare(ObjectDataBase &store, quint8 line, quint32 reservedS
         spn.name = QLatin1String(row.name);
         spn.dataType = static_cast<quint32>(row.type);
         spn.implementation = 0;
-        // A line behind the end of the list has no value.
-        spn.defaultValue = row.value(
-            settings.text(QLatin1String(row.setting)).split(QLatin1Char(',')).value(line));
+        spn.defaultValue = row.value(settings.text(QLatin1String(row.setting)), line);
         const quint32 number = row.spn == kReserved ? reservedSpn : row.spn;
         (void)store.addSPN(line, kGroup, kDirection, number, spn); // as above
     }

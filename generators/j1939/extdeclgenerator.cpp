@@ -48,6 +48,7 @@ using ExtDecl::CType;
 using ExtDecl::Variable;
 using ExtDecl::Variables;
 
+constexpr quint32 kManaged = 0;
 constexpr quint32 kApplicationVariable = 2;
 constexpr quint8 kReceived = 0x77;
 constexpr quint8 kTransmitted = 0x55;
@@ -251,7 +252,7 @@ template <class Signal>
 void addSignals(Collector &collector, const QVector<Signal> &list)
 {
     for (const Signal &signal : list) {
-        if (signal.implementation == kApplicationVariable)
+        if (signal.implementation != kManaged) // a mapping names the variable of all others
             collector.add({signal.varName, typeOf(signal.dataType, &TypeRow::ofSignal),
                            bytesOf(signal), signal.defaultValue});
     }
