@@ -365,8 +365,7 @@ void GeneratorMainHandler::removeStaleFiles(const ProjectFacts &facts)
         return;
     static constexpr const char *kAdapterFiles[] = {"gen_j1939_adapter.c", "gen_j1939_adapter.cs",
                                                     "j1939_adapter.cs", "j1939_adapter.c"};
-    const QString adapter = database->getJ1939SettingsValue(QStringLiteral("j1939adapter"));
-    if (Numbers::toIntDecimal(adapter) != 1) {
+    if (!facts.hasAdapter) {
         for (const char *file : kAdapterFiles)
             QFile::remove(outputDirectory + QLatin1Char('/') + QLatin1String(file));
     }

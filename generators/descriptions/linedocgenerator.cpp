@@ -1,9 +1,9 @@
 // The files of documents.
 #include "generators/descriptions/linedocgenerator.h"
 
-LineDocGenerator::LineDocGenerator(const QString &jobName, const char *singleFileEnding,
+LineDocGenerator::LineDocGenerator(const QString &job, const char *singleFileEnding,
                                    const char *lineFileEnding)
-    : AbstractGenerator(jobName), singleEnding(singleFileEnding), lineEnding(lineFileEnding)
+    : AbstractGenerator(job), singleEnding(singleFileEnding), lineEnding(lineFileEnding)
 {
 }
 
