@@ -2,12 +2,15 @@
 #include "generators/abstractgenerator.h"
 
 #include "generators/textwriter.h"
+#include "generators/unchangedfiles.h"
+#include "support/usersettings.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QSettings>
 #include <QStringList>
+
+#include <sys/mman.h>
 
 namespace
 {
@@ -160,14 +163,25 @@ bool AbstractGenerator::isNewOrWritable(const QString &path)
 
 bool AbstractGenerator::wantsImplementationInfo()
 {
-    const QSettings settings(QCoreApplication::organizationName(),
-                             QCoreApplication::applicationName());
-    // Whoever edits the file by hand writes "[General]", which Qt reads as no group at all.
-    const QVariant byHand = settings.value(QStringLiteral("implinfo"), 0);
-    return settings.value(QStringLiteral("General/implinfo"), byHand).toInt() == 1;
+    return UserSettings().value("General", "implinfo").toInt() == 1;
 }
 
 bool AbstractGenerator::openOutputFile(QFile &file)
+{
+    return (unchangedFiles && openInMemory(file)) || openOnDisk(file);
+}
+
+/// An output file is read only where it is written to memory first, to be compared.
+bool AbstractGenerator::openInMemory(QFile &file)
+{
+    if (!QFileInfo(file).isFile())
+        return false;
+    const int descriptor = ::memfd_create("output", MFD_CLOEXEC);
+    return descriptor >= 0 &&
+           file.open(descriptor, QIODevice::ReadWrite, QFileDevice::AutoCloseHandle);
+}
+
+bool AbstractGenerator::openOnDisk(QFile &file)
 {
     if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
         return true;
@@ -182,9 +196,26 @@ void AbstractGenerator::closeOutputFile(TextWriter &out, QFile &file)
 
 void AbstractGenerator::closeOutputFile(bool isWritten, QFile &file)
 {
-    if (!isWritten || !file.flush())
+    bool isDone = isWritten && file.flush();
+    if (isDone && file.isReadable())
+        isDone = settleOutputFile(file);
+    if (!isDone && !wasError)
         fail(QStringLiteral("Could not write ") + file.fileName());
     file.close();
+}
+
+bool AbstractGenerator::settleOutputFile(QFile &file)
+{
+    file.seek(0);
+    const QByteArray content = file.readAll();
+    file.close();
+    return isUnchanged(file.fileName(), content) ||
+           (openOnDisk(file) && file.write(content) == content.size() && file.flush());
+}
+
+bool AbstractGenerator::isUnchanged(const QString &path, const QByteArray &content)
+{
+    return unchangedFiles && unchangedFiles->keep(path, content);
 }
 
 void AbstractGenerator::fail(const QString &error)
