@@ -40,7 +40,7 @@ const QByteArray kFullRun =
     step("HTML object dictionary documentation", "HTML documentation") +
     step("gen_objdict.c", "gen_objdict.c") + kDefines + step("gen_indication", "gen_indication.h") +
     step("CSV file (deprecated)", "CSV documentation") + step("ICSV file", "ICSV documentation") +
-    step(" EDS file", "EDS file") + "Generation finished.\n";
+    step(" EDS file", "EDS file") + "Generation finished.\nGeneration completed.\n";
 
 /// As much of a project as the check asks for, without the type of its line.
 const QByteArray kUntyped =
@@ -98,7 +98,7 @@ private slots:
         const QByteArray noProject = "Project not given.\n" + kHelp + "Error - No project specified.\n";
         const QByteArray notOpened = "Error - Open project failed.\n";
         const QByteArray notImported = "Import failed.\nError - Import error.\n";
-        const QByteArray untyped = "\nCheck of model consistency started\nWarning line type not set for line 0.\n\nCheck of model consistency finished.\n\n" + kDefines + "Generation finished.\n";
+        const QByteArray untyped = "\nCheck of model consistency started\nWarning line type not set for line 0.\n\nCheck of model consistency finished.\n\n" + kDefines + "Generation finished.\nGeneration completed.\n";
         const QByteArray notWritten = QByteArray(kFullRun).replace("Generation of textual documenation completed.", "ERROR - Generation of textual documenation failed. Could not open %DIR%/taken_doc.txt");
         QTest::newRow("no_arguments") << "" << noParameter << 4;
         QTest::newRow("help") << "-help" << kHelp << 0;
@@ -139,7 +139,7 @@ private slots:
         QFile::setPermissions(folder + "/pümp_doc.txt", QFile::ReadOwner);
         QByteArray output = run("-project pümp.tsrt");
         QVERIFY(output.endsWith(ended(0, "\nThe file in pümp_doc.txt in %DIR% is not writable\n"
-                                         "Generation finished.\n")));
+                                         "Generation finished.\nGeneration completed.\n")));
 
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
         output = run("-project pümp.tsrt");
