@@ -27,11 +27,7 @@ class tst_PostGeneration : public ToolTest
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        makeFolder();
-        user = QFileInfo(QSettings("Korvel", "CANopen Tessarine").fileName()).absoluteFilePath();
-    }
+    void init() { makeFolder(); }
 
     void runsTheCommand_data()
     {
@@ -88,8 +84,8 @@ private slots:
     {
         for (const QByteArray owner : {"user", "project"})
             QVERIFY(writeScript("run " + owner + ".sh", "echo " + owner));
-        QVERIFY(writeFile(user, filled("[General]\npostGenEnabled=true\npostgenerationcommand="
-                                       "%DIR%/run user.sh\nwaitPostGen=true\n")));
+        QVERIFY(writeUserSettings("[General]\npostGenEnabled=true\npostgenerationcommand="
+                                  "%DIR%/run user.sh\nwaitPostGen=true\n"));
         QVERIFY(run("-project pümp.tsrt -report ../wörk/x.sarif").contains("\n\tuser\n"));
         QVERIFY(files().contains("x.sarif"));
         QVERIFY(writeCommand("run project.sh", {}, true));
@@ -117,8 +113,7 @@ private slots:
             QVERIFY(writeScript("check", script));
         for (const char *name : {"pümp_7.eds", "pümp_8.eds"})
             QVERIFY(write(name, {}));
-        QVERIFY(writeFile(user,
-                          filled("[EDSChecker]\ncheckeds=true\nEDSCheckerPath=\"%DIR%/check\"\n")));
+        QVERIFY(writeUserSettings("[EDSChecker]\ncheckeds=true\nEDSCheckerPath=\"%DIR%/check\"\n"));
         const QByteArray report = run("-project pümp.tsrt");
         QVERIFY2(report.endsWith("\nGeneration finished.\n" + ended(0, output)), report);
     }
@@ -126,7 +121,7 @@ private slots:
     void adjustsLineEnds()
     {
         for (const QByteArray index : {"0", "1", "3", "2", "4"}) {
-            QVERIFY(writeFile(user, "[General]\nline_ending_index=" + index + '\n'));
+            QVERIFY(writeUserSettings("[General]\nline_ending_index=" + index + '\n'));
             run("-project pümp.tsrt");
             const QByteArray source = read("gen_objdict.c");
             QCOMPARE(source.contains('\n'), index != "3");
@@ -139,8 +134,8 @@ private slots:
     void cancelsAStubbornCommand()
     {
         QVERIFY(writeScript("run.sh", "trap '' TERM; echo up; exec sleep 30"));
-        QVERIFY(writeFile(user, filled("[General]\npostGenEnabled=true\nwaitPostGen=true\n"
-                                       "postgenerationcommand=%DIR%/run.sh\n")));
+        QVERIFY(writeUserSettings("[General]\npostGenEnabled=true\nwaitPostGen=true\n"
+                                  "postgenerationcommand=%DIR%/run.sh\n"));
         JoiningHandler report;
         PostGenProgressHandler progress;
         PostGenProcessor processor(&report, &progress, nullptr);
@@ -173,8 +168,6 @@ private:
                                       "\npostgencmdargs=" + arguments +
                                       "\npostGenWait=" + (isWaitedFor ? "1" : "0") + '\n');
     }
-
-    QString user; ///< file of the user's settings
 };
 
 QTEST_GUILESS_MAIN(tst_PostGeneration)
