@@ -10,8 +10,6 @@
 #include <QFileInfo>
 #include <QStringList>
 
-#include <sys/mman.h>
-
 namespace
 {
 
@@ -168,21 +166,8 @@ bool AbstractGenerator::wantsImplementationInfo()
 
 bool AbstractGenerator::openOutputFile(QFile &file)
 {
-    return (unchangedFiles && openInMemory(file)) || openOnDisk(file);
-}
-
-/// An output file is read only where it is written to memory first, to be compared.
-bool AbstractGenerator::openInMemory(QFile &file)
-{
-    if (!QFileInfo(file).isFile())
-        return false;
-    const int descriptor = ::memfd_create("output", MFD_CLOEXEC);
-    return descriptor >= 0 &&
-           file.open(descriptor, QIODevice::ReadWrite, QFileDevice::AutoCloseHandle);
-}
-
-bool AbstractGenerator::openOnDisk(QFile &file)
-{
+    if (unchangedFiles)
+        unchangedFiles->remember(file.fileName());
     if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
         return true;
     fail(QStringLiteral("Could not open ") + file.fileName());
@@ -196,21 +181,10 @@ void AbstractGenerator::closeOutputFile(TextWriter &out, QFile &file)
 
 void AbstractGenerator::closeOutputFile(bool isWritten, QFile &file)
 {
-    bool isDone = isWritten && file.flush();
-    if (isDone && file.isReadable())
-        isDone = settleOutputFile(file);
-    if (!isDone && !wasError)
+    const bool isDone = isWritten && file.flush();
+    file.close();
+    if (!isDone || (unchangedFiles && !unchangedFiles->restore(file.fileName())))
         fail(QStringLiteral("Could not write ") + file.fileName());
-    file.close();
-}
-
-bool AbstractGenerator::settleOutputFile(QFile &file)
-{
-    file.seek(0);
-    const QByteArray content = file.readAll();
-    file.close();
-    return isUnchanged(file.fileName(), content) ||
-           (openOnDisk(file) && file.write(content) == content.size() && file.flush());
 }
 
 bool AbstractGenerator::isUnchanged(const QString &path, const QByteArray &content)

@@ -70,7 +70,7 @@ public:
     /// The project has several lines: file names and texts tell the line. Set before the start.
     bool generateML = false;
 
-    /// Asked before a file is written; null: all files are written. Set before the start.
+    /// Asked about each file that is written; null: none is left as it was. Set before the start.
     UnchangedFiles *unchangedFiles = nullptr;
 
 public slots:
@@ -136,11 +136,6 @@ protected:
     QPointer<ObjectDataBase> database;
 
 private:
-    bool openInMemory(QFile &file);
-    bool openOnDisk(QFile &file);
-    /// Takes \a file from memory to disk unless the one there may stay.
-    bool settleOutputFile(QFile &file);
-
     QString jobName;
     QThread *homeThread = nullptr; ///< the driver's; the object returns there when a job is over
     JobThread workerThread;

@@ -97,19 +97,26 @@ bool putBack(const QString &path, const QByteArray &content, const timespec &mod
 
 } // namespace
 
-bool UnchangedFiles::keep(const QString &path, const QByteArray &content)
+void UnchangedFiles::remember(const QString &path)
+{
+    QByteArray content;
+    if (!formerFiles.contains(path) && Helper::readWholeFile(path, content))
+        formerFiles.insert(path, {content, modificationTime(path)});
+}
+
+bool UnchangedFiles::restore(const QString &path)
+{
+    const auto former = formerFiles.constFind(path);
+    QByteArray written;
+    if (former == formerFiles.constEnd() || !Helper::readWholeFile(path, written) ||
+        !differInDatesOnly(former->content, LineEnds::adjusted(path, written)))
+        return true;
+    return putBack(path, former->content, former->modified);
+}
+
+bool UnchangedFiles::keep(const QString &path, const QByteArray &content) const
 {
     QByteArray present;
-    if (!Helper::readWholeFile(path, present))
-        return false;
-    const QByteArray wanted = LineEnds::adjusted(path, content);
-    if (differInDatesOnly(present, wanted))
-        return true;
-    const auto former = replaced.constFind(path);
-    if (former == replaced.constEnd()) {
-        replaced.insert(path, {present, modificationTime(path)});
-        return false;
-    }
-    return differInDatesOnly(former->content, wanted) &&
-           putBack(path, former->content, former->modified);
+    return Helper::readWholeFile(path, present) &&
+           differInDatesOnly(present, LineEnds::adjusted(path, content));
 }

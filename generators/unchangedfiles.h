@@ -7,14 +7,20 @@
 
 #include <ctime>
 
-/// One for a run; the generators, which work one at a time, ask it before they write.
+/// One for a run; the generators, which work one at a time, tell it which files they write.
 class UnchangedFiles
 {
 public:
-    /// True if the file \a path is to stay as it is, with its time stamp: it differs from
-    /// \a content in the lines only that tell when it was generated. Where another generator has
-    /// overwritten it in the same run, it is put back.
-    bool keep(const QString &path, const QByteArray &content);
+    /// Takes down what the file \a path holds, before it is opened for writing. Of a file that is
+    /// written twice in a run, the state before the run counts.
+    void remember(const QString &path);
+
+    /// Puts the file back as it was remembered, with its time stamp, if what was written differs in
+    /// the lines only that tell when. False if that fails.
+    bool restore(const QString &path);
+
+    /// True if the file need not be written at all: it differs from \a content in such lines only.
+    bool keep(const QString &path, const QByteArray &content) const;
 
 private:
     struct Former {
@@ -22,5 +28,5 @@ private:
         timespec modified;
     };
 
-    QHash<QString, Former> replaced; ///< what the files held before this run, by path
+    QHash<QString, Former> formerFiles; ///< by path
 };

@@ -13,6 +13,7 @@ public:
     explicit UserSettings(const QString &application = QCoreApplication::applicationName())
         : settings(QStringLiteral("Korvel"), application)
     {
+        settings.setIniCodec("UTF-8"); // of names that were written by hand
     }
 
     /// Invalid if there is none. A file that was written by hand is read as it is meant: keys below

@@ -35,7 +35,7 @@ private slots:
         columns<QByteArray, QByteArray, QByteArray>("script", "arguments", "output");
         const QByteArray standard = "Post generation process standard output:\n\n\t", error = "Post generation process error output:\n\n\t";
         const QByteArray zero = "\nPost generation process finished with code 0\nGeneration completed.\n";
-        QTest::newRow("place_holders") << QByteArray("printf '[%s]' \"$@\"; pwd") << QByteArray("%P %D/%N  %p") << standard + "[%DIR%/pümp.tsrp][%DIR%/pümp.tsrp][][%p]%DIR%" + zero;
+        QTest::newRow("place_holders") << QByteArray("echo \"$(printf '[%s]' \"$@\"; pwd)\"") << QByteArray("%P %D/%N  %p") << standard + "[%DIR%/pümp.tsrp][%DIR%/pümp.tsrp][][%p]%DIR%" + zero;
         QTest::newRow("failing") << QByteArray("echo '  oops\n\t now' >&2; exit 3") << QByteArray() << error + "oops now\nPost generation process finished with code 3\nWarning: Generation completed, but post gen process returned 3.\n";
         QTest::newRow("reads_input") << QByteArray("cat; echo end") << QByteArray() << standard + "end" + zero;
         QTest::newRow("silent") << QByteArray("exit 0") << QByteArray() << zero.mid(1);
