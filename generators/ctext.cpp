@@ -1,8 +1,9 @@
 // Texts of a project inside generated C.
 #include "generators/ctext.h"
 
+#include "generators/generationdate.h"
+
 #include <QCoreApplication>
-#include <QDateTime>
 
 namespace
 {
@@ -125,5 +126,5 @@ QString CText::headComment(const char *title, const QString &projectName,
 
 QString CText::generationTime()
 {
-    return QDateTime::currentDateTime().toString(Qt::TextDate);
+    return GenerationDate::text(GenerationDate::local());
 }

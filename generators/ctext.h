@@ -21,7 +21,7 @@ quint32 literalBytes(const QString &content);
 /// for the project's name, %2 for that of the tool, %3 for its version.
 QString headComment(const char *title, const QString &projectName, const QString &toolVersion);
 
-/// Date and time of the run, as the heads of generated files tell it; English in any locale.
+/// Date and time of the run, as the heads of generated files tell it.
 QString generationTime();
 
 } // namespace CText

@@ -1,6 +1,6 @@
 // Construction, new and opened projects, locks.
 #include "store/objectdatabase_p.h"
-#include "store/replacefile.h"
+#include "support/replacefile.h"
 #include "support/logging.h"
 
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 // Saving, exporting, and comparing with the file on disk.
 #include "store/databasetextconverter.h"
 #include "store/objectdatabase_p.h"
-#include "store/replacefile.h"
+#include "support/replacefile.h"
 #include "support/logging.h"
 
 #include <QCoreApplication>

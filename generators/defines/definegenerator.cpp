@@ -14,10 +14,10 @@
 #include "generators/initstructversions.h"
 #include "generators/oldfile.h"
 #include "store/linetype.h"
-#include "store/replacefile.h"
+#include "support/replacefile.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
-#include <QFile>
 
 namespace
 {
@@ -117,22 +117,19 @@ void DefineGenerator::doJob()
                             ? Numbers::toUIntDecimal(database->getGeneralSettingsValue(
                                   QStringLiteral("olm_generation_count")))
                             : OldFile::extractGenerationCounter(old);
-    if (!checkWritability())
+    if (!checkWritability()) {
         fail(QStringLiteral("Could not open ") + targetFile());
-    else if (!ReplaceFile::replace(targetFile(), ReplaceFile::Backup::None,
-                                   [this](const QString &fresh) { return writeFile(fresh); }))
-        fail(QStringLiteral("Could not write ") + targetFile());
-}
-
-bool DefineGenerator::writeFile(const QString &name)
-{
-    QFile file(name);
-    if (!openOutputFile(file))
-        return false;
-    TextWriter out(&file);
+        return;
+    }
+    // In memory first and then in one step, since the old file holds the user's section.
+    QBuffer header;
+    header.open(QIODevice::WriteOnly);
+    TextWriter out(&header);
     writeSections(out);
-    closeOutputFile(out, file);
-    return !wasError;
+    out.finish();
+    if (!isUnchanged(targetFile(), header.data()) &&
+        !ReplaceFile::write(targetFile(), header.data()))
+        fail(QStringLiteral("Could not write ") + targetFile());
 }
 
 void DefineGenerator::writeSections(TextWriter &out)

@@ -3,13 +3,12 @@
 
 #include "generators/addressclaim.h"
 #include "support/cohelper.h"
+#include "support/helper.h"
 #include "support/kvadblib.h"
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/replacefile.h"
 
-#include <QFile>
-#include <QSaveFile>
-#include <QTemporaryFile>
 
 #include <memory>
 
@@ -225,19 +224,6 @@ void addMessage(KvaDbHnd database, const Attributes &attributes, const Line &lin
         position += addSignal(message, attributes, spn, position);
 }
 
-/// Puts the finished file in the target's place; an error text if that fails, the target then
-/// stands as it was.
-QString replaceTarget(const QString &target, const QString &temporary)
-{
-    // Not a plain copy: it would be closed to other users, as temporary files are.
-    QFile source(temporary);
-    QSaveFile file(target);
-    if (source.open(QIODevice::ReadOnly) && file.open(QIODevice::WriteOnly) &&
-        file.write(source.readAll()) == source.size() && file.commit())
-        return QString();
-    return QStringLiteral("Could not copy output file. %1 - %2").arg(temporary, target);
-}
-
 } // namespace
 
 void Dbc::declareIdentify(ObjectDataBase &store, quint8 line)
@@ -291,16 +277,32 @@ void DBCGenerator::doJob()
                                      .arg(outputDirectory, projectName, QString::number(activeLine))
                                : QStringLiteral("%1/%2.dbc").arg(outputDirectory, projectName);
     KvaDbHnd handle = nullptr;
-    QTemporaryFile temporary;
-    if (!succeeded(kvaDbOpen(&handle), "open dbc Database") || !temporary.open()) {
+    if (!succeeded(kvaDbOpen(&handle), "open dbc Database")) {
         fail(QStringLiteral("Could not create output file."));
         return;
     }
     const Database owner(handle);
-    if (!succeeded(kvaDbCreate(handle, temporary.fileName(), nullptr), "create dbc file") ||
-        !succeeded(kvaDbWriteFile(handle, temporary.fileName()), "create dbc file")) {
+    QString temporaryName;
+    bool isKept = false;
+    const bool isReplaced =
+        ReplaceFile::replace(target, ReplaceFile::Backup::None, [&](const QString &temporary) {
+            temporaryName = temporary;
+            QByteArray content;
+            if (!writeDatabase(handle, temporary) || !Helper::readWholeFile(temporary, content))
+                return false;
+            isKept = isUnchanged(target, content);
+            return !isKept;
+        });
+    if (!isReplaced && !isKept && !wasError)
+        fail(QStringLiteral("Could not copy output file. %1 - %2").arg(temporaryName, target));
+}
+
+bool DBCGenerator::writeDatabase(KvaDbHnd handle, const QString &file)
+{
+    if (!succeeded(kvaDbCreate(handle, file, nullptr), "create dbc file") ||
+        !succeeded(kvaDbWriteFile(handle, file), "create dbc file")) {
         fail(QStringLiteral("Could not create output file."));
-        return;
+        return false;
     }
     emit progress(25);
     const Attributes attributes(handle, hasImplementationInfo);
@@ -311,12 +313,5 @@ void DBCGenerator::doJob()
         for (const quint32 pgn : groups)
             addMessage(handle, attributes, line, pgn, direction);
     }
-    if (!succeeded(kvaDbWriteFile(handle, temporary.fileName()), "create dbc file")) {
-        fail(QStringLiteral("Could not copy output file. %1 - %2")
-                 .arg(temporary.fileName(), target));
-        return;
-    }
-    const QString error = replaceTarget(target, temporary.fileName());
-    if (!error.isEmpty())
-        fail(error);
+    return succeeded(kvaDbWriteFile(handle, file), "create dbc file");
 }

@@ -3,6 +3,8 @@
 
 #include "generators/abstractgenerator.h"
 
+struct KvaDb;
+
 /// Writes "<project>.dbc", or "<project>_<line>.dbc" where a project has several lines. The group
 /// of address claiming is declared to the project before, and stays in it for the run.
 class DBCGenerator : public AbstractGenerator
@@ -23,6 +25,8 @@ protected:
     void resetJob() override;
 
 private:
+    bool writeDatabase(KvaDb *handle, const QString &file);
+
     bool hasImplementationInfo = false; ///< the user wants variables and their kind in the file
 };
 

@@ -4,8 +4,9 @@
 #include "generators/ctext.h"
 #include "generators/j1939/pgnmappings.h"
 #include "generators/oldfile.h"
-#include "store/replacefile.h"
+#include "support/replacefile.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QSet>
 
@@ -174,25 +175,24 @@ void J1939AdapterGenerator::doJob()
                                functions.writePrototype);
     }
     closeOutputFile(out, file);
-    const auto writeFresh = [&](const QString &fresh) {
-        return writeUserFile(fresh, prototypes, OldFile::extractUserSection(old));
-    };
-    if (!wasError && !ReplaceFile::replace(userFile(), ReplaceFile::Backup::None, writeFresh))
+    if (wasError)
+        return;
+    const QByteArray content = userFileContent(prototypes, OldFile::extractUserSection(old));
+    if (!isUnchanged(userFile(), content) && !ReplaceFile::write(userFile(), content))
         fail(QStringLiteral("Could not write ") + userFile());
 }
 
-bool J1939AdapterGenerator::writeUserFile(const QString &name, const QStringList &prototypes,
-                                          const QString &userSection)
+QByteArray J1939AdapterGenerator::userFileContent(const QStringList &prototypes,
+                                                  const QString &userSection) const
 {
-    QFile file(name);
-    if (!openOutputFile(file))
-        return false;
+    QBuffer file;
+    file.open(QIODevice::WriteOnly);
     TextWriter out(&file);
     out.parts(CText::headComment(kUserTitle, projectName, toolVersion), "\n", kIncludes);
     out.raw("/* functions of gen_j1939_adapter.c */\n");
     for (const QString &prototype : prototypes)
         out.raw(prototype);
     out.parts("\n", OldFile::userSectionText(userSection));
-    closeOutputFile(out, file);
-    return !wasError;
+    out.finish();
+    return file.data();
 }

@@ -23,8 +23,7 @@ public slots:
 private:
     QString functionsFile() const;
     QString userFile() const;
-    bool writeUserFile(const QString &name, const QStringList &prototypes,
-                       const QString &userSection);
+    QByteArray userFileContent(const QStringList &prototypes, const QString &userSection) const;
 };
 
 namespace J1939Adapter
