@@ -3,10 +3,13 @@
 
 #include "generators/ctext.h"
 #include "generators/defines/bufferdefines.h"
+#include "generators/defines/diagnosticdefines.h"
+#include "generators/defines/energybusdefines.h"
 #include "generators/defines/eventdefines.h"
 #include "generators/defines/hardwaredefines.h"
 #include "generators/defines/j1939defines.h"
 #include "generators/defines/oldheader.h"
+#include "generators/defines/rawcandefines.h"
 #include "generators/defines/servicedefines.h"
 #include "generators/defines/virtualobjectdefines.h"
 #include "generators/initstructversions.h"
@@ -157,12 +160,15 @@ void DefineGenerator::writeSections(TextWriter &out)
     if (!j1939Present || multiProtocol) {
         Defines::generateServiceDefines(context);
         emit progress(50);
+        Defines::generateEnergyBusDefines(context);
         Defines::generateEventDefines(context);
         emit progress(75);
     }
     Defines::generateBufferDefines(context);
     if (j1939Present || multiProtocol)
         Defines::generateJ1939Defines(context);
+    Defines::generateCANRAWDefines(context);
+    Defines::generateISOTP_UDS_Defines(context);
     Defines::generateVODDefines(context);
     Defines::generateHardwareDefines(context);
     writeApplicationDefines(context);

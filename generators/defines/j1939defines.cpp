@@ -9,7 +9,6 @@
 #include "generators/j1939settings.h"
 #include "store/linetype.h"
 
-#include <QCoreApplication>
 #include <QStringList>
 
 #include <algorithm>
@@ -138,27 +137,35 @@ quint32 isoTpConnections(const GeneralSettings &settings, quint8 line)
            Numbers::toUIntByPrefix(settings.ofLine("isotp_server_con", line));
 }
 
-LineGroups readLine(const DefineContext &context, const Facts &facts, quint8 number)
+void readGroups(const ObjectDataBase &store, const Facts &facts, quint8 number, LineGroups *line)
 {
-    const ObjectDataBase &store = context.store;
     const QList<quint32> sent = store.getPGNs(number, kTransmit, false);
     const QList<quint32> received = store.getPGNs(number, kReceive, false);
     // Without the safety module, safe groups are sent and received as all others are.
     const QList<quint32> sentPlain = store.getPGNs(number, kTransmit, facts.hasSafety);
 
-    LineGroups line;
-    line.type = readLineType(store, number);
     // The stack claims its address by itself.
-    line.transmit = quint32(sentPlain.size() - (sentPlain.contains(kAddressClaimedPgn) ? 1 : 0));
-    line.receive = quint32(store.getPGNs(number, kReceive, facts.hasSafety).size());
-    line.safeTransmit = quint32(sent.size() - sentPlain.size());
-    line.safeReceive = quint32(received.size()) - line.receive;
-    line.cobs = Defines::getJ1939Cobs(context, number) + isoTpConnections(facts.general, number);
+    line->transmit = quint32(sentPlain.size() - (sentPlain.contains(kAddressClaimedPgn) ? 1 : 0));
+    line->receive = quint32(store.getPGNs(number, kReceive, facts.hasSafety).size());
+    line->safeTransmit = quint32(sent.size() - sentPlain.size());
+    line->safeReceive = quint32(received.size()) - line->receive;
     for (const quint32 pgn : sent) {
         PgnData group;
-        line.hasInhibit |=
+        line->hasInhibit |=
             store.getPGNData(number, pgn, kTransmit, group) && group.inhibitTimeMs != 0;
     }
+}
+
+LineGroups readLine(const DefineContext &context, const Facts &facts, quint8 number)
+{
+    const ObjectDataBase &store = context.store;
+    LineGroups line;
+    line.type = readLineType(store, number);
+    // Deliberate: lines of other protocols have no groups, whatever the project keeps of them; held
+    // by tst_j1939defines.
+    if (carriesJ1939(line.type))
+        readGroups(store, facts, number, &line);
+    line.cobs = Defines::getJ1939Cobs(context, number) + isoTpConnections(facts.general, number);
     if (!facts.isMultiLine) {
         line.servers = facts.isServer;
         line.clients = facts.isClient;
@@ -336,10 +343,8 @@ void writeModules(DefineContext &context, const Facts &facts)
     Defines::writeCanEvents(context, facts.general.decimal("event_can"));
     writeDiagnostics(context, facts);
     writeCounts(context, facts, kLastModules);
-    if (const quint32 connections = facts.general.byPrefix("isotp_connection_cnt") & 0xFF) {
-        context.raw({"#define ISOTP_SUPPORTED\t1u\n"});
-        context.define({"#define ISOTP_CONNECTION_CNT\t"}, connections);
-    }
+    if (Defines::isoTpConnectionCount(facts.general) != 0)
+        Defines::writeIsoTp(context);
 }
 
 /// The SDO server has an object dictionary without the CANopen services around it.
@@ -381,11 +386,12 @@ void writeCobs(DefineContext &context, const Facts &facts)
 
 bool isWanted(const DefineContext &context)
 {
+    // Deliberate: a device of raw CAN has no J1939 stack to switch on, in no edition of the tool;
+    // held by tst_j1939defines.
     const QList<quint8> &lines = context.lines.numbers;
-    return QCoreApplication::applicationName() != QLatin1String("CAN Tessarine") ||
-           std::any_of(lines.begin(), lines.end(), [&context](quint8 line) {
-               return carriesJ1939(readLineType(context.store, line));
-           });
+    return std::any_of(lines.begin(), lines.end(), [&context](quint8 line) {
+        return carriesJ1939(readLineType(context.store, line));
+    });
 }
 
 } // namespace

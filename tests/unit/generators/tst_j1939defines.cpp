@@ -160,13 +160,12 @@ private slots:
 
     void otherLines()
     {
-        project->change("set line0type=4");
-        QVERIFY(text().startsWith("/* J1939 Defines */\n#define J1939_SUPPORTED\t1u\n"));
-        QCoreApplication::setApplicationName("CAN Tessarine");
+        project->change("set line0type=4; pgn 0 tx 5; pgn 0 rx 6");
         QCOMPARE(text(), QString());
-        project->change("line 1 5");
+        project->change("line 1 5; pgn 1 rx 7");
         QVERIFY(text().startsWith("/* J1939 Defines */\n#define CO_MULTI_LINE\t1u\n"));
-        QCoreApplication::setApplicationName("CANopen Tessarine");
+        QVERIFY(text().contains("#define J1939_RECEIVE_PGN_COUNTS\t 0u, 1u\n"
+                                "#define J1939_TRANSMIT_PGN_COUNTS\t 0u, 0u\n"));
     }
 
     /// A second definition of a name, even an equal one, would be a second opinion.
