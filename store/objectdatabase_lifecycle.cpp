@@ -162,6 +162,7 @@ bool ObjectDataBase::executeSql(const QString &sql)
     const bool done = query.exec(sql);
     // Free SQL may have written anywhere.
     d->forgetSettings();
+    d->forgetServicesAndSignals();
     d->forgetStrings();
     clearAllCachedSubs();
     clearAllCachedSpnData();

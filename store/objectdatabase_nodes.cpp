@@ -126,11 +126,14 @@ bool ObjectDataBase::delNode(quint8 line)
     removeNodeInDescriptionSettings(line);
     removeNodeInGeneralSettings(line);
     removeConnnection(line);
+    d->deleteSignals(QStringLiteral("nodeid = ?"), {line});
+    d->removeFromGroups(line);
     commitBatch();
     clearCachedSubs(line);
     d->forgetCachedNames(line);
     d->groups.remove(line);
     d->identifiers.remove(line);
+    d->services.remove(line);
 
     ChangeSet change;
     change.kind = ChangeSet::Kind::DelNode;

@@ -143,6 +143,17 @@ public:
     template <class Record>
     QVariant textCell(const Column<Record> &field, const QVariant &given);
 
+    // --- services, signals and groups (objectdatabase_uds.cpp, objectdatabase_signals.cpp) ---
+
+    const QMap<quint8, UdsServiceData> &udsServices(quint8 line);
+    const QMap<qint32, LineSignalData> &lineSignals();
+    bool deleteSignals(const QString &condition, const Cells &values);
+    bool writeGroup(const QString &sql, const Cells &values);
+    bool writeGroupNodes(const QString &name, const QList<quint8> &lines);
+    void removeFromGroups(quint8 line);
+    /// Services and signals are read again when they are needed.
+    void forgetServicesAndSignals();
+
     // --- settings (objectdatabase_settings.cpp) ---
 
     QHash<QString, QString> &settings(SettingsStore store);
@@ -183,6 +194,8 @@ public:
     QHash<quint32, QString> cachedSubNames; ///< by placeKey()
     QHash<quint8, FrameCache<PgnData, SpnData>> groups;
     QHash<quint8, FrameCache<CanIdData, DataElementData>> identifiers;
+    QHash<quint8, QMap<quint8, UdsServiceData>> services; ///< of the lines that were asked for
+    std::optional<QMap<qint32, LineSignalData>> allSignals;
     QHash<quint32, quint16> producerTypes; ///< of initPossibleConnectionQuery(), by subKey()
     QHash<quint32, quint16> consumerTypes;
     std::array<QHash<QString, QString>, 5> settingsCache;

@@ -54,6 +54,7 @@ void StorePrivate::closeConnection()
     producerTypes.clear();
     consumerTypes.clear();
     forgetSettings();
+    forgetServicesAndSignals();
 }
 
 void StorePrivate::applyPragmas(int cacheSize)

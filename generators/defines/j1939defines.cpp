@@ -137,23 +137,27 @@ quint32 isoTpConnections(const GeneralSettings &settings, quint8 line)
            Numbers::toUIntByPrefix(settings.ofLine("isotp_server_con", line));
 }
 
-void readGroups(const ObjectDataBase &store, const Facts &facts, quint8 number, LineGroups *line)
+void countGroups(const ObjectDataBase &store, bool hasSafety, quint8 number, LineGroups &line)
 {
-    const QList<quint32> sent = store.getPGNs(number, kTransmit, false);
-    const QList<quint32> received = store.getPGNs(number, kReceive, false);
+    // Deliberate: groups of a line that does not speak J1939 have no table; held by
+    // tst_j1939defines.
+    if (!carriesJ1939(line.type))
+        return;
+    const auto size = [](const QList<quint32> &groups) { return quint32(groups.size()); };
+    // The stack sends its own claim of an address and reads those of others.
+    const auto rows = [&size](const QList<quint32> &groups) {
+        return size(groups) - (groups.contains(kAddressClaimedPgn) ? 1 : 0);
+    };
     // Without the safety module, safe groups are sent and received as all others are.
-    const QList<quint32> sentPlain = store.getPGNs(number, kTransmit, facts.hasSafety);
-
-    // The stack claims its address by itself.
-    line->transmit = quint32(sentPlain.size() - (sentPlain.contains(kAddressClaimedPgn) ? 1 : 0));
-    line->receive = quint32(store.getPGNs(number, kReceive, facts.hasSafety).size());
-    line->safeTransmit = quint32(sent.size() - sentPlain.size());
-    line->safeReceive = quint32(received.size()) - line->receive;
-    for (const quint32 pgn : sent) {
-        PgnData group;
-        line->hasInhibit |=
-            store.getPGNData(number, pgn, kTransmit, group) && group.inhibitTimeMs != 0;
-    }
+    const QList<quint32> sent = store.getPGNs(number, kTransmit, false);
+    const QList<quint32> sentPlain = store.getPGNs(number, kTransmit, hasSafety);
+    const QList<quint32> receivedPlain = store.getPGNs(number, kReceive, hasSafety);
+    line.transmit = rows(sentPlain);
+    // Deliberate: a received claim has no row, so that it is not counted; held by
+    // tst_generatedj1939.
+    line.receive = rows(receivedPlain);
+    line.safeTransmit = size(sent) - size(sentPlain);
+    line.safeReceive = size(store.getPGNs(number, kReceive, false)) - size(receivedPlain);
 }
 
 LineGroups readLine(const DefineContext &context, const Facts &facts, quint8 number)
@@ -161,11 +165,14 @@ LineGroups readLine(const DefineContext &context, const Facts &facts, quint8 num
     const ObjectDataBase &store = context.store;
     LineGroups line;
     line.type = readLineType(store, number);
-    // Deliberate: lines of other protocols have no groups, whatever the project keeps of them; held
-    // by tst_j1939defines.
-    if (carriesJ1939(line.type))
-        readGroups(store, facts, number, &line);
+    countGroups(store, facts.hasSafety, number, line);
     line.cobs = Defines::getJ1939Cobs(context, number) + isoTpConnections(facts.general, number);
+    const QList<quint32> sent = store.getPGNs(number, kTransmit, false);
+    for (const quint32 pgn : sent) {
+        PgnData group;
+        line.hasInhibit |=
+            store.getPGNData(number, pgn, kTransmit, group) && group.inhibitTimeMs != 0;
+    }
     if (!facts.isMultiLine) {
         line.servers = facts.isServer;
         line.clients = facts.isClient;

@@ -117,8 +117,15 @@ void writeStructures(Context &context, const CommonGeneratorHelper &texts)
 void writeCommonStart(Context &context, const CommonGeneratorHelper &texts)
 {
     TextWriter &out = context.out;
+    // Deliberate: the structure of a line that is not started would be an unused one, held by
+    // tst_generatedj1939.
+    QList<quint8> startedLines;
+    for (const Line &line : qAsConst(context.lines)) {
+        if (line.hasJ1939())
+            startedLines << line.number;
+    }
     if (context.form.hasUds)
-        out.parts(texts.getUDSInitStructures(), "\n");
+        out.parts(texts.getUDSInitStructures(startedLines), "\n");
     // Deliberate: the call hands over a structure that only the new form has, held by
     // tst_pgngenerator.
     if (hasNewInitStructure(context)) {

@@ -23,6 +23,10 @@ public:
         else if (words.first() == QLatin1String("set"))
             for (const QString &word : words.mid(1))
                 setting(word);
+        else if (words.first() == QLatin1String("tx") || words.first() == QLatin1String("rx"))
+            group(words);
+        else if (words.first() == QLatin1String("spn"))
+            signal(words);
         else if (words.first() == QLatin1String("pdo"))
             communicationParameters(words);
         else if (isAddress(words.first()) && words.size() > 3)
@@ -152,8 +156,47 @@ private:
         }
     }
 
+    void group(const QStringList &words)
+    {
+        current = PgnData();
+        current.direction = words.first() == QLatin1String("tx") ? 0x55 : 0x77;
+        current.number = words.at(1).toUInt();
+        current.name = QStringLiteral("group %1").arg(current.number);
+        current.cycleTimeMs = words.value(2).toUShort();
+        current.inhibitTimeMs = words.value(3).toUShort();
+        current.priority = static_cast<quint8>(words.value(4).toUShort());
+        current.isSafe = words.contains(QLatin1String("safe")) ? 1 : 0;
+        const QStringList fd = words.filter(QLatin1String("fd=")).join(QString()).mid(3).split(',');
+        current.fdTrailerFormat = fd.value(0).toUInt();
+        current.fdAssuranceType = fd.value(1).toUInt();
+        current.fdAssuranceDataSize = fd.value(2).toUInt();
+        store.addPGN(line, current.number, current);
+    }
+
+    void signal(const QStringList &words)
+    {
+        SpnData spn;
+        spn.pos = static_cast<qint16>(current.mappingCount);
+        spn.name = QStringLiteral("signal %1").arg(words.at(1));
+        spn.dataType = COHelper::mapDataTypeString(words.at(2));
+        spn.implementation = words.at(3).toUInt();
+        for (const QString &flag : words.mid(4)) {
+            const QString value = flag.section(QLatin1Char('='), 1);
+            if (flag.startsWith(QLatin1String("var=")))
+                spn.varName = value;
+            else if (flag.startsWith(QLatin1String("value=")))
+                spn.defaultValue = value;
+            else
+                spn.bitSize = value.toUShort();
+        }
+        store.addSPN(line, current.number, current.direction, words.at(1).toUInt(), spn);
+        ++current.mappingCount;
+        store.addPGN(line, current.number, current);
+    }
+
     ObjectDataBase &store;
     quint8 line = 0;
+    PgnData current; ///< that the next signal belongs to
 };
 
 } // namespace

@@ -28,6 +28,7 @@ typedef enum {
 typedef enum {
     J1939_ADT_NONE, J1939_ADT_MANU_CYBERSEC, J1939_ADT_MANU_FUNC_SAFETY, J1939_ADT_MANU_FUNC_CYB_SAFE
 } J1939_ASSURANCE_TYPE_T;
+#define INVALID_VALUE 0xFF /* of either type */
 
 typedef struct {
     UNSIGNED32 number;

@@ -1,0 +1,151 @@
+/* The J1939 functions of the test stack. */
+#include "stack.h"
+#include <j1939_j1939.h>
+
+#include <stdio.h>
+
+#define TYPE_NAME(name) #name,
+static const char *const typeNames[] = { STACK_SIGNAL_TYPES(TYPE_NAME) };
+
+RET_T j1939StackInit_common(const J1939_SERVICE_INIT_VAL_T *values)
+{
+    RET_T result = called("j1939StackInit_common", -1, 1, UL(values->version));
+    if (isQuiet)
+        return result;
+#ifndef STACK_NEW_INIT
+    PRINT(receiveBuffers);
+    PRINT(transmitBuffers);
+    PRINT(cobs);
+#endif
+    PRINT(receivePgns);
+    PRINT(transmitPgns);
+#ifdef STACK_NEW_INIT
+    PRINT(sdoServers);
+    PRINT(sdoClients);
+#  ifdef J1939_SDG_SUPPORTED
+    PRINT(safeTransmit);
+    PRINT(safeReceive);
+#  endif
+#  ifdef CO_CANFD_SUPPORTED
+    PRINT(destinationBuffers);
+#  endif
+#endif
+    return result;
+}
+
+/* --- Variables that the tool manages have no name: they are numbered as they come --- */
+
+static struct {
+    const UNSIGNED8 *address;
+    unsigned bytes;
+} managed[1024];
+static unsigned managedCount;
+
+static unsigned bytesOf(unsigned bits)
+{
+    unsigned bytes = 1;
+    while (bytes * 8 < bits)
+        bytes *= 2;
+    return bytes;
+}
+
+static void printValue(const void *address, unsigned bytes)
+{
+    unsigned i;
+    unsigned long long number = 0;
+    switch (bytes) {
+    case 1: number = *(const UNSIGNED8 *)address; break;
+    case 2: number = *(const UNSIGNED16 *)address; break;
+    case 4: number = *(const UNSIGNED32 *)address; break;
+    default:
+        for (i = 0; i < bytes; ++i)
+            number = number << 8 | ((const UNSIGNED8 *)address)[i];
+    }
+    printf("=%llu", number);
+}
+
+static void printManaged(const UNSIGNED8 *address, unsigned bits)
+{
+    const unsigned bytes = bytesOf(bits);
+    unsigned i;
+    for (i = 0; i < managedCount; ++i) {
+        if (managed[i].address == address && managed[i].bytes == bytes)
+            break;
+        if (address < managed[i].address + managed[i].bytes && managed[i].address < address + bytes)
+            printf("overlapping ");
+    }
+    if (i == managedCount && managedCount < sizeof managed / sizeof managed[0]) {
+        managed[managedCount].address = address;
+        managed[managedCount++].bytes = bytes;
+    }
+    printf("managed %u", i);
+    printValue(address, bytes);
+}
+
+/* --- Groups --- */
+
+static void printMapping(const J1939_MAPPING_T *row)
+{
+    printf("   map %lu %s bits=%u ", UL(row->spn), typeNames[row->dataType], row->bits);
+    if (!row->variable)
+        printf("NULL");
+    else if (!printAppVariable(row->variable))
+        printManaged(row->variable, row->bits);
+#ifdef J1939_DYNAMIC_PGN
+    printf(" %u", row->isChanged);
+#endif
+    printf("\n");
+}
+
+static void printGroup(const char *kind, const J1939_PGN_CONFIG_T *group)
+{
+    unsigned i;
+    printf("  %s %lu cycle=%u inhibit=%u priority=%u", kind, UL(group->number), group->cycleTimeMs,
+        group->inhibitTimeMs, group->priority);
+#ifdef CO_CANFD_SUPPORTED
+    printf(" trailer=%u assurance=%u,%u", group->trailerFormat, group->assuranceType, group->assuranceDataSize);
+#endif
+    printf("\n");
+    for (i = 0; i < group->mappingCount; ++i)
+        printMapping(&group->mapping[i]);
+}
+
+RET_T j1939StackInit_line(LINE_FIRST const J1939_CONFIG_T *config)
+{
+    unsigned i;
+    RET_T result = called("j1939StackInit_line", LINE_VALUE, 1, UL(config->startAddress));
+    if (isQuiet)
+        return result;
+    printGroup("claim", config->addressClaim);
+    for (i = 0; i < config->receiveCount; ++i)
+        printGroup("rx", &config->receiveGroups[i]);
+    for (i = 0; i < config->transmitCount; ++i)
+        printGroup("tx", &config->transmitGroups[i]);
+    return result;
+}
+
+/* --- Tables whose lengths the definitions tell --- */
+
+#define ROWS(count) ((count) > 0 ? (count) : 1)
+#if defined(CO_TIMER_INTERVAL) || defined(CORE_TIMER_INTERVAL)
+const unsigned long timerIntervals[] = { J1939_TIMER_INTERVAL, STACK_TIMER_INTERVAL };
+#endif
+unsigned char receiveGroupTable[ROWS(J1939_RECEIVE_PGN_CNT)], transmitGroupTable[ROWS(J1939_TRANSMIT_PGN_CNT)];
+#ifdef J1939_DIAGNOSTIC_SUPPORTED
+unsigned char diagnosticBuffers[ROWS(J1939_DIAG_REC_BUF_SIZE) + ROWS(J1939_DIAG_TR_BUF_SIZE)];
+#endif
+#ifdef J1939_DIAGNOSTIC_TOOL_SUPPORTED
+unsigned char diagnosticToolBuffers[ROWS(J1939_DIAGTOOL_REC_BUF_SIZE) + ROWS(J1939_DIAGTOOL_TR_BUF_SIZE)];
+#endif
+#ifdef J1939_CMDT_SUPPORTED
+unsigned char packetsOfMessage[ROWS(J1939_CMDT_MAX_PACKETS)];
+#endif
+#ifdef J1939_SDG_TRANS_CNT
+unsigned char safeTransmitTable[J1939_SDG_TRANS_CNT];
+#endif
+#ifdef J1939_SDG_REC_CNT
+unsigned char safeReceiveTable[J1939_SDG_REC_CNT];
+#endif
+#if defined(CO_CANFD_SUPPORTED)
+unsigned char destinationBufferTable[ROWS(J1939_DEST_BUFFER_CNT)];
+#endif
