@@ -124,7 +124,7 @@ private:
     void reportSub(Check::Msg id, quint16 index, quint8 subIndex);
 
     /// The same for a group, whose number stands in decimal and in hexadecimal.
-    void reportGroup(Check::Msg id, quint32 pgn, QChar fill);
+    void reportGroup(Check::Msg id, quint32 pgn);
 
     /// Makes \a store the project, and starts a new count.
     void startLine(quint8 lineNumber, ObjectDataBase *store);

@@ -127,8 +127,8 @@ RET_T j1939StackInit_line(LINE_FIRST const J1939_CONFIG_T *config)
 /* --- Tables whose lengths the definitions tell --- */
 
 #define ROWS(count) ((count) > 0 ? (count) : 1)
-#if defined(CO_TIMER_INTERVAL) || defined(CORE_TIMER_INTERVAL)
-const unsigned long timerIntervals[] = { J1939_TIMER_INTERVAL, STACK_TIMER_INTERVAL };
+#if defined(J1939_TIMER_INTERVAL) && defined(CO_TIMER_INTERVAL)
+const unsigned long timerInterval = J1939_TIMER_INTERVAL;
 #endif
 unsigned char receiveGroupTable[ROWS(J1939_RECEIVE_PGN_CNT)], transmitGroupTable[ROWS(J1939_TRANSMIT_PGN_CNT)];
 #ifdef J1939_DIAGNOSTIC_SUPPORTED

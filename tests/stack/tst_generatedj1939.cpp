@@ -186,7 +186,9 @@ private:
         device.run({"main", "recorder", "recorder_j1939", "start_j1939", "walk"},
                    expected.common().stackFeatures());
         QVERIFY2(device.fault().isEmpty(), qPrintable(device.fault()));
-        SAME_ROWS(device.rows({"lost failure", "COBs", "rows beyond"}), QStringList());
+        SAME_ROWS(device.rows({"COBs", "rows beyond"}), QStringList());
+        for (const QString &row : device.rows({"lost failure"}))
+            QVERIFY2(row.endsWith("coOdInitOdPtr"), qPrintable(row)); // which has no result
         const int first = expected.common().isSet("canfd_supported") ? 0 : 1;
         for (int variant = first; variant <= 1; ++variant) {
             SAME_ROWS(device.startRows(variant, {"call", "  claim ", "  rx ", "  tx ", "   map",
