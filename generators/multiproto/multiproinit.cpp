@@ -369,7 +369,7 @@ constexpr ObjDict::FinishWords kFinishWords = {"RET_T mpStackInit_finish(void)\n
 void MultiPro::writeStart(Context &context)
 {
     TextWriter &out = context.out;
-    out.raw(udsStructuresText(context.objDict));
+    out.raw(udsStructuresText(context.objDict, startedLines(context)));
     out.raw("\n/*  stack initialization */"
             "\n");
     writeEntryHead(context);

@@ -321,6 +321,11 @@ QString udsStructuresText(const Context &context)
     return withEmptyLine(StartUpTexts(context).getUDSInitStructures());
 }
 
+QString udsStructuresText(const Context &context, const QList<quint8> &startedLines)
+{
+    return withEmptyLine(StartUpTexts(context).getUDSInitStructures(startedLines));
+}
+
 QString udsCommonText(const Context &context)
 {
     return withEmptyLine(StartUpTexts(context).getUDSInit_common());

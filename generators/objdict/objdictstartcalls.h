@@ -58,6 +58,7 @@ void writeServiceInitVars(Context &context, const char *start, const char *versi
 // in an empty line.
 QString commonInitVarsText(const Context &context);
 QString udsStructuresText(const Context &context);
+QString udsStructuresText(const Context &context, const QList<quint8> &startedLines);
 QString udsCommonText(const Context &context);
 QString udsLineText(const Context &context, const CallForm &form);
 

@@ -119,17 +119,15 @@ QStringList partsOf(const MixedExpectation &expected)
     return parts;
 }
 
-QStringList featuresOf(const MixedExpectation &expected, bool isV4)
+QStringList featuresOf(const MixedExpectation &expected)
 {
-    QStringList flags = {"-DSTACK_NEW_INIT", "-DSTACK_PROTOCOLS=" + expected.protocols()};
-    if (isV4)
-        flags << "-DSTACK_V4";
+    QStringList flags = expected.common().stackFeatures();
+    flags.removeAll("-DSTACK_PARA"); // several lines have their roles from the project
+    flags << "-DSTACK_PROTOCOLS=" + expected.protocols();
     if (expected.isRawOnly())
         flags << "-DSTACK_RAW_ONLY";
     if (expected.takesOptions())
         flags << "-DSTACK_PARA";
-    if (expected.common().isSet("udsserver_supported"))
-        flags << "-DSTACK_UDS";
     return flags;
 }
 
@@ -203,10 +201,26 @@ private slots:
         for (const quint8 line : store->getNodes())
             store->cacheAllSubs(line, 0);
         generateAll(device, *store, expected, isV4);
-        device.run(partsOf(expected), featuresOf(expected, isV4));
+        device.run(partsOf(expected), featuresOf(expected));
         QVERIFY2(device.fault().isEmpty(), qPrintable(device.fault()));
         checkStarts(device, expected);
         SAME_ROWS(device.rows({"object", "sub"}), expected.dictionary());
+    }
+
+    /// The whole file, for one mix; GOLDEN_UPDATE=1 writes it anew.
+    void golden()
+    {
+        const std::unique_ptr<ObjectDataBase> store = makeStore();
+        buildProject(*store, kOptions + linesText("145") + "udsserver_supported=1");
+        QTemporaryDir folder;
+        MultiProGenerator generator;
+        Device(folder.path()).generate(generator, *store);
+        QString text = QString::fromUtf8(readFile(folder.filePath("gen_mp.c")));
+        text.replace(QRegularExpression("\n \\* \\w{3} \\w{3} .*\n"), "\n * (date)\n");
+        const QString expected = TEST_STACK "/gen_mp.c.expected";
+        if (qEnvironmentVariableIsSet("GOLDEN_UPDATE"))
+            QVERIFY(writeFile(expected, text.toUtf8()));
+        SAME_ROWS(text.split('\n'), QString::fromUtf8(readFile(expected)).split('\n'));
     }
 
 private:
