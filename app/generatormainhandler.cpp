@@ -377,8 +377,13 @@ void GeneratorMainHandler::removeStaleFiles(const ProjectFacts &facts)
     static constexpr const char *kAdapterFiles[] = {"gen_j1939_adapter.c", "gen_j1939_adapter.cs",
                                                     "j1939_adapter.cs", "j1939_adapter.c"};
     if (!facts.hasAdapter) {
-        for (const char *file : kAdapterFiles)
-            QFile::remove(outputDirectory + QLatin1Char('/') + QLatin1String(file));
+        for (const char *file : kAdapterFiles) {
+            const QString path = outputDirectory + QLatin1Char('/') + QLatin1String(file);
+            // Deliberate: what the user wrote into the adapter stays; held by tst_generationflow.
+            QString text;
+            if (OldFile::read(path, &text) && OldFile::extractUserSection(text).trimmed().isEmpty())
+                QFile::remove(path);
+        }
     }
     QFile::remove(outputDirectory + QStringLiteral("/gen_indication.h"));
 }

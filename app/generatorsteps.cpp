@@ -18,6 +18,7 @@
 #include "generators/j1939/sdmgenerator.h"
 #include "generators/j1939settings.h"
 #include "generators/multiproto/indicationgenerator.h"
+#include "generators/multiproto/multiprogenerator.h"
 #include "generators/objdict/indicesgenerator.h"
 #include "generators/objdict/objdictgenerator.h"
 #include "generators/objdict/srdogenerator.h"
@@ -61,6 +62,11 @@ std::unique_ptr<AbstractGenerator> makeObjDict(const ObjectDataBase &store, cons
 {
     return makeForStack<ObjDictGenerator, ObjDictGeneratorV4>(
         store, GeneralSettings(store).decimal("compact_array_description") == 1);
+}
+
+std::unique_ptr<AbstractGenerator> makeMultiPro(const ObjectDataBase &store, const ProjectFacts &)
+{
+    return makeForStack<MultiProGenerator, MultiProGeneratorV4>(store);
 }
 
 std::unique_ptr<AbstractGenerator> makeDefines(const ObjectDataBase &store,
@@ -122,6 +128,9 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
      make<VobjDictGenerator>,
      "The file gen_vobjdict.c in %1 is not writable",
      "Generation of gen_vobjdict.c in %1 started"},
+    {'F', [](Facts f) { return f.isMixed(); }, StepLines::Once, false, makeMultiPro,
+     "The file gen_mp.c in %1 is not writable",
+     "Generation of gen_mp.c in %1 started"},
     {'G', [](Facts f) { return f.isMixed(); }, StepLines::J1939, true, make<J1939TextDocGenerator>,
      "The file in %2_doc.txt in %1 is not writable",
      "Generation of textual PGN documentation in %1 started"},

@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 
+#include <cmath>
+
 namespace
 {
 
@@ -97,6 +99,15 @@ QString CText::stringContent(const QString &text)
             content += QLatin1String("\"\""); // a digit of the text must not join the escape
     }
     return content;
+}
+
+QString CText::realNumber(const QString &text)
+{
+    constexpr int kDigits = 8;
+    bool isNumber = false;
+    const float value = text.toFloat(&isNumber);
+    return QString::number(isNumber && std::isfinite(value) ? double(value) : 0.0, 'e', kDigits) +
+           QLatin1Char('f');
 }
 
 quint32 CText::literalBytes(const QString &content)

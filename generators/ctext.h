@@ -14,6 +14,9 @@ QString comment(const QString &text);
 /// quote, a line end, or a backslash that begins no escape.
 QString stringContent(const QString &text);
 
+/// \a text as a number of type float; 0 for what is no finite number.
+QString realNumber(const QString &text);
+
 /// Bytes of a literal with that content, as stringContent() gives it, without the closing zero.
 quint32 literalBytes(const QString &content);
 

@@ -14,7 +14,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <cmath>
 
 namespace
 {
@@ -53,7 +52,6 @@ constexpr quint32 kApplicationVariable = 2;
 constexpr quint8 kReceived = 0x77;
 constexpr quint8 kTransmitted = 0x55;
 constexpr quint32 kHighestElement = 0xFFFF;
-constexpr int kRealDigits = 8;
 
 constexpr CType kU8 = {"UNSIGNED8", Form::Unsigned, 1};
 constexpr CType kU16 = {"UNSIGNED16", Form::Unsigned, 2};
@@ -310,15 +308,6 @@ QString unsignedText(const CType &type, quint64 value)
            QLatin1String(type.bytes == 4 ? "UL" : "u");
 }
 
-QString realText(const QString &text)
-{
-    bool isNumber = false;
-    const float value = text.toFloat(&isNumber);
-    return QString::number(isNumber && std::isfinite(value) ? double(value) : 0.0, 'e',
-                           kRealDigits) +
-           QLatin1Char('f');
-}
-
 /// Bytes in braces. Behind "|x" the project tells them in hexadecimal. \a pattern is that of one
 /// byte: a char may be signed and would not take a number above 127.
 QString bytesText(const QString &text, quint32 size, const QString &pattern)
@@ -348,7 +337,7 @@ QString valueText(const Variable &variable, const QString &text)
         return AbstractGenerator::convertValue(type.byteMacro, Numbers::toULongLongByPrefix(text),
                                                Numbers::toLongLongByPrefix(text));
     case Form::Real:
-        return realText(text);
+        return CText::realNumber(text);
     case Form::Chars:
         return bytesText(text, variable.bytes, QStringLiteral("'\\x%1'"));
     case Form::Bytes:

@@ -47,8 +47,8 @@ constexpr Dialect v4Dialect()
 Dialect dialectOf(const ObjectDataBase &store);
 
 /// The arrays of variables, in the order of the file.
-enum class ValueArray { U8, I8, U16, I16, U32, I32, U64 };
-constexpr int kValueArrayCount = 7;
+enum class ValueArray { U8, I8, U16, I16, U32, I32, U64, R32 };
+constexpr int kValueArrayCount = 8;
 
 /// Where the variable of a signal lies.
 struct Place {

@@ -14,7 +14,7 @@ using namespace Pgn;
 // clang-format off
 constexpr const char *kReferences[kValueArrayCount] = { // the place is the array
     "&mv_u8[%1]", "&mv_i8[%1]", "&mv_u16[%1]", "&mv_i16[%1]", "&mv_u32[%1]", "&mv_i32[%1]",
-    "&mv_u64[%1]",
+    "&mv_u64[%1]", "&mv_r32[%1]",
 };
 // clang-format on
 

@@ -63,6 +63,7 @@ ObjDict::Form ObjDict::readForm(const ObjectDataBase &store, quint8 activeLine)
         if (objects > 1)
             form.servedLines << line;
     }
+    form.cobIdLines = project.numbers;
     form.multiLine = project.multiLine;
     form.singleLine = project.numbers.isEmpty() || project.numbers.contains(activeLine)
                           ? activeLine

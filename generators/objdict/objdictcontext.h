@@ -127,6 +127,7 @@ struct MappingTable {
 struct Form {
     QList<quint8> lines;       ///< existing lines 0..31 that have objects, ascending
     QList<quint8> servedLines; ///< those with at least two objects: they get a start-up function
+    QList<quint8> cobIdLines;  ///< existing lines 0..31 whose COB-IDs may be overwritten
     bool multiLine = false;    ///< see ProjectLines
     quint8 singleLine = 0;     ///< the line that the single-line form starts
     bool compactArrays = false;

@@ -23,6 +23,8 @@ public:
 
     /// Rows of the structures that all protocols share, and of the diagnostic services.
     QStringList commonCounts() const;
+    /// Rows of the CANopen services of a line, behind its dictionary.
+    QStringList services(quint8 line, bool isFd, bool asMaster) const;
     /// Rows of the start of a line's diagnostic services.
     QStringList uds(quint8 line) const;
     QString call(const char *name, quint8 line, const QVector<quint32> &arguments = {}) const;

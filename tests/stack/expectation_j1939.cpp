@@ -133,25 +133,62 @@ QString J1939Expectation::groupRow(const char *kind, const PgnData &group) const
     return row;
 }
 
-QString J1939Expectation::mappingRow(const SpnData &spn, const QString &value)
+/// Type, width and variable.
+QString J1939Expectation::signalText(const SignalData &signal, const QString &value)
 {
-    const int bits = unsignedBits(spn.dataType);
-    QString tag = textTag(spn.dataType);
-    int length = spn.bitSize;
+    const int bits = unsignedBits(signal.dataType);
+    QString tag = textTag(signal.dataType);
+    int length = signal.bitSize;
     if (tag.isEmpty()) {
         tag = bits > 0 ? unsignedTag(bits)
-                       : COHelper::index2DataTypeShortString(quint16(spn.dataType)).toUpper();
+                       : COHelper::index2DataTypeShortString(quint16(signal.dataType)).toUpper();
         length = bits > 0 ? bits : tag.mid(1).toInt();
     }
+    static const QList<quint32> signedTypes = {2, 3, 4, 16, 8}; // and the real number
+    const bool hasVariable = (bits > 0 && bits != 56) || signedTypes.contains(signal.dataType);
     QString target = QStringLiteral("NULL");
-    const bool hasVariable = bits > 0 && bits != 56;
-    if (spn.implementation != 0 && !spn.varName.trimmed().isEmpty())
-        target = "->" + spn.varName.trimmed();
-    else if (spn.implementation == 0 && hasVariable)
+    if (signal.implementation != 0 && !signal.varName.trimmed().isEmpty())
+        target = "->" + signal.varName.trimmed();
+    else if (signal.implementation == 0 && hasVariable)
         target = QStringLiteral("managed %1=%2").arg(QString::number(managedCount++), value);
+    return QStringLiteral("%1 bits=%2 %3").arg(tag, QString::number(length), target);
+}
+
+QString J1939Expectation::mappingRow(const SpnData &spn, const QString &value)
+{
     const QString unchanged = j1939("dynsupport") > 0 ? QStringLiteral(" 0") : QString();
-    return QStringLiteral("   map %1 %2 bits=%3 %4%5")
-        .arg(QString::number(spn.number), tag, QString::number(length), target, unchanged);
+    return QStringLiteral("   map %1 %2%3")
+        .arg(QString::number(spn.number), signalText(spn, value), unchanged);
+}
+
+QString J1939Expectation::itemRow(const DataElementData &item)
+{
+    SignalData signal = item;
+    if (signal.dataType == 10) { // raw CAN knows no text: its bytes have no width
+        signal.bitSize = 0;
+        return "   map " + signalText(signal, {}).replace("NON_NUMERIC", "OS");
+    }
+    return "   map " + signalText(signal, startValue(signal, false));
+}
+
+/// What a variable holds, as the test program prints the bytes of it.
+QString J1939Expectation::startValue(const SignalData &signal, bool isGroup) const
+{
+    if (number("init_static_variables") != 1)
+        return QStringLiteral("0");
+    if (signal.dataType == 8) {
+        const float real = signal.defaultValue.toFloat();
+        quint32 bytes = 0;
+        memcpy(&bytes, &real, sizeof bytes);
+        return QString::number(bytes);
+    }
+    // All ones tell that a value is not available; of seven bits the stack takes six.
+    const int bits = signal.dataType == 105 ? 6 : unsignedBits(signal.dataType);
+    if (bits > 0 && isGroup)
+        return QString::number(~quint64(0) >> (64 - bits));
+    static const QMap<quint32, int> widths = {{2, 8}, {3, 16}, {4, 32}, {16, 32}};
+    const auto value = quint64(numberOf(signal.defaultValue));
+    return QString::number(value & ~quint64(0) >> (64 - widths.value(signal.dataType, 64)));
 }
 
 QStringList J1939Expectation::claim(quint8 line)
@@ -185,11 +222,7 @@ QStringList J1939Expectation::table(quint8 line, const char *kind, quint8 direct
             continue;
         rows << groupRow(kind, group);
         for (const SpnData &spn : store.getSPNRecords(line, group.number, direction)) {
-            // All ones tell that a value is not available; of seven bits the stack takes six.
-            const int bits = spn.dataType == 105 ? 6 : unsignedBits(spn.dataType);
-            const quint64 ones = bits > 0 ? ~quint64(0) >> (64 - bits) : 0;
-            rows << mappingRow(spn,
-                               QString::number(number("init_static_variables") == 1 ? ones : 0));
+            rows << mappingRow(spn, startValue(spn, true));
         }
     }
     return rows;
@@ -206,9 +239,18 @@ QString J1939Expectation::startAddress(quint8 line) const
                                        : QString::number(numberOf(element.trimmed().remove('u')));
 }
 
+QStringList J1939Expectation::line(quint8 number)
+{
+    // Variables are numbered in this order.
+    QStringList rows = {
+        shared.call("j1939StackInit_line", number, {startAddress(number).toUInt()})};
+    rows << claim(number) << table(number, "rx", kReceived) << table(number, "tx", kSent);
+    return rows;
+}
+
 QStringList J1939Expectation::start()
 {
-    managedCount = 0;
+    restart();
     const bool hasUds = number("udsserver_supported") == 1 || number("udsclient_supported") == 1;
     const bool isNew = number("new_init_structure") == 1;
     QStringList rows;
@@ -219,8 +261,7 @@ QStringList J1939Expectation::start()
         rows << shared.call("udsStackInit_common", Expectation::kNoLine,
                             {quint32(number("udsserver_version"))});
     for (const quint8 line : qAsConst(speakers)) {
-        rows << shared.call("j1939StackInit_line", line, {startAddress(line).toUInt()});
-        rows << claim(line) << table(line, "rx", kReceived) << table(line, "tx", kSent);
+        rows << this->line(line);
         if (hasUds)
             rows << shared.uds(line);
     }
@@ -265,7 +306,11 @@ QStringList J1939Expectation::counts(int variant) const
         }));
     };
     static const auto countSdos = [](const E &e, quint8 line, const char *setting, quint16 low) {
-        const bool isSpeaker = e.speakers.contains(line);
+        // A line of both protocols beside others has servers of CANopen.
+        const QString type =
+            e.store.getGeneralSettingsValue(QStringLiteral("line%1type").arg(line));
+        const bool isSpeaker =
+            e.speakers.contains(line) && (e.lines.size() == 1 || type == QLatin1String("2"));
         const auto objects = quint32(e.store.getIndices(line, low, low + 0x7F).size());
         return isSpeaker ? quint32(e.j1939(setting) == 1) : objects;
     };

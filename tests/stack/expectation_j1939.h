@@ -13,6 +13,11 @@ public:
     /// Rows of a start: calls, groups and mappings. \a variant is 0 for a start that turns CAN FD
     /// off.
     QStringList start();
+    /// Those of one line's groups, counted on from the line before; the first one is to restart().
+    QStringList line(quint8 number);
+    void restart() { managedCount = 0; }
+    /// A signal of raw CAN.
+    QString itemRow(const DataElementData &item);
     /// Rows of the start structures that must be there, in any order.
     QStringList counts(int variant) const;
 
@@ -27,6 +32,8 @@ private:
     QVector<PgnData> groups(quint8 line, quint8 direction) const;
     QString groupRow(const char *kind, const PgnData &group) const;
     QString mappingRow(const SpnData &spn, const QString &value);
+    QString signalText(const SignalData &signal, const QString &value);
+    QString startValue(const SignalData &signal, bool isGroup) const;
     QString startAddress(quint8 line) const;
     QStringList claim(quint8 line);
     QStringList table(quint8 line, const char *kind, quint8 direction);

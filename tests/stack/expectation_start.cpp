@@ -105,7 +105,8 @@ QStringList Expectation::commonCounts() const
     }
     QStringList texts;
     if (number("new_init_structure") == 1)
-        texts << "  protocols " + joinNumbers(types) << "  receiveBuffers " + joinNumbers(received)
+        texts << "  protocolType " + joinNumbers(types)
+              << "  receiveBuffers " + joinNumbers(received)
               << "  transmitBuffers " + joinNumbers(sent);
     if (hasUds)
         texts << "  clientCounts " + joinNumbers(clients);
@@ -211,6 +212,14 @@ QStringList Expectation::uds(quint8 line) const
     arguments << (isServer ? 1 : 0);
     return QStringList{call("udsStackInit_line", line, arguments)} + udsRows(line, "session") +
            udsRows(line, "security");
+}
+
+QStringList Expectation::services(quint8 line, bool isFd, bool asMaster) const
+{
+    QStringList calls;
+    startServices(calls, line, isFd);
+    startNmt(calls, line, asMaster);
+    return calls;
 }
 
 void Expectation::startServices(QStringList &calls, quint8 line, bool isFd) const

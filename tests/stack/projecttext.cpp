@@ -27,6 +27,10 @@ public:
             group(words);
         else if (words.first() == QLatin1String("spn"))
             signal(words);
+        else if (words.first() == QLatin1String("txid") || words.first() == QLatin1String("rxid"))
+            identifier(words);
+        else if (words.first() == QLatin1String("item"))
+            item(words);
         else if (words.first() == QLatin1String("pdo"))
             communicationParameters(words);
         else if (isAddress(words.first()) && words.size() > 3)
@@ -176,27 +180,53 @@ private:
     void signal(const QStringList &words)
     {
         SpnData spn;
-        spn.pos = static_cast<qint16>(current.mappingCount);
-        spn.name = QStringLiteral("signal %1").arg(words.at(1));
-        spn.dataType = COHelper::mapDataTypeString(words.at(2));
-        spn.implementation = words.at(3).toUInt();
-        for (const QString &flag : words.mid(4)) {
-            const QString value = flag.section(QLatin1Char('='), 1);
-            if (flag.startsWith(QLatin1String("var=")))
-                spn.varName = value;
-            else if (flag.startsWith(QLatin1String("value=")))
-                spn.defaultValue = value;
-            else
-                spn.bitSize = value.toUShort();
-        }
+        fill(spn, words, current.mappingCount);
         store.addSPN(line, current.number, current.direction, words.at(1).toUInt(), spn);
         ++current.mappingCount;
         store.addPGN(line, current.number, current);
     }
 
+    void identifier(const QStringList &words)
+    {
+        currentId = CanIdData();
+        currentId.direction = words.first() == QLatin1String("txid") ? 0x55 : 0x77;
+        currentId.id = words.at(1).toUInt();
+        currentId.cycleTimeMs = words.value(2).toUShort();
+        currentId.inhibitTimeMs = words.value(3).toUShort();
+        store.addCANID(line, currentId.id, currentId);
+    }
+
+    void item(const QStringList &words)
+    {
+        DataElementData element;
+        fill(element, words, currentId.mappingCount);
+        store.addDataElement(line, currentId.id, currentId.direction, words.at(1).toUInt(),
+                             element);
+        ++currentId.mappingCount;
+        store.addCANID(line, currentId.id, currentId);
+    }
+
+    static void fill(SignalData &data, const QStringList &words, int place)
+    {
+        data.pos = static_cast<qint16>(place);
+        data.name = QStringLiteral("signal %1").arg(words.at(1));
+        data.dataType = COHelper::mapDataTypeString(words.at(2));
+        data.implementation = words.at(3).toUInt();
+        for (const QString &flag : words.mid(4)) {
+            const QString value = flag.section(QLatin1Char('='), 1);
+            if (flag.startsWith(QLatin1String("var=")))
+                data.varName = value;
+            else if (flag.startsWith(QLatin1String("value=")))
+                data.defaultValue = value;
+            else
+                data.bitSize = value.toUShort();
+        }
+    }
+
     ObjectDataBase &store;
     quint8 line = 0;
     PgnData current; ///< that the next signal belongs to
+    CanIdData currentId;
 };
 
 } // namespace

@@ -23,6 +23,9 @@
 ///                               time, priority, and flags
 ///     spn 190 U16 2 var=speed   a signal of the group above: number, type, implementation, and flags
 ///                               var=name, value=5, bits=80
+///     txid 291 100 20           a CAN identifier of raw CAN that is sent, or received with rxid: cycle and
+///                               inhibit time
+///     item 1 U16 0 value=5      a signal of the identifier above, as with spn
 ///
 /// Blanks around a row, and empty rows, count as nothing.
 void buildProject(ObjectDataBase &store, const QString &text);

@@ -66,7 +66,7 @@ RET_T commonStackInit(const STACK_COMMON_INIT_VAL_T *values)
         cobs += values->cobs[line];
     if (cobs > allCobs[0] || (cobs < allCobs[0] && !ADDS_COBS))
         printf("COBs of the lines make not the sum %u\n", allCobs[0]);
-    PRINT(protocols);
+    PRINT(protocolType);
 #ifdef STACK_UDS
     PRINT(isoTpClients);
     PRINT(isoTpServers);

@@ -1,5 +1,6 @@
 /* The CANopen functions of the test stack. */
 #include "stack.h"
+#include <ico_odaccess.h>
 
 #include <stdio.h>
 
@@ -29,6 +30,7 @@ RECORD_1(coNmtInit, UNSIGNED8)
 
 void coLedInit(LINE_ONLY) { (void)called("coLedInit", LINE_VALUE, 0); }
 void coIdNegoInit(LINE_ONLY) { (void)called("coIdNegoInit", LINE_VALUE, 0); }
+void icoOdAccessVarInit(void) { (void)called("icoOdAccessVarInit", -1, 0); }
 RET_T coPdoNetworkRouting(void) { return called("coPdoNetworkRouting", -1, 0); }
 RET_T coEventRegister_LOAD_PARA(CO_EVENT_STORE_T load)
 {

@@ -33,6 +33,9 @@ void printNumbers(const char *name, const void *numbers, size_t size, size_t wid
 #define PRINT(member) \
     printNumbers(#member, values->member, sizeof values->member, sizeof values->member[0])
 
+/* Prints the type, width and variable of a signal. */
+void printSignal(CORE_DATA_TYPE_T type, unsigned bits, const void *variable);
+
 void printDictionary(int line);
 void printVirtualObjects(void);
 void printSafetyObjects(void);

@@ -183,7 +183,7 @@ private:
     void checkDevice(Device &device, ObjectDataBase &store)
     {
         J1939Expectation expected(store);
-        device.run({"main", "recorder", "recorder_j1939", "start_j1939", "walk"},
+        device.run({"main", "recorder", "recorder_j1939", "signals", "start_j1939", "walk"},
                    expected.common().stackFeatures());
         QVERIFY2(device.fault().isEmpty(), qPrintable(device.fault()));
         SAME_ROWS(device.rows({"COBs", "rows beyond"}), QStringList());

@@ -18,7 +18,7 @@ typedef struct {
     UNSIGNED16 receiveBuffers[STACK_LINES];
     UNSIGNED16 transmitBuffers[STACK_LINES];
     UNSIGNED16 cobs[STACK_LINES];
-    UNSIGNED8 protocols[STACK_LINES];
+    UNSIGNED8 protocolType[STACK_LINES];
 #ifdef STACK_UDS
     UNSIGNED8 isoTpClients[STACK_LINES];
     UNSIGNED8 isoTpServers[STACK_LINES];

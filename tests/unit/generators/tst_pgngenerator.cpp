@@ -52,7 +52,8 @@ private slots:
         addSpn(0xF004, kTx, 190, 6);
         addSpn(0xF004, kTx, 5, 105);
         addSpn(0xF004, kTx, 7, 24);
-        addSpn(0xF004, kTx, 8, 2);   // no parameter has a sign
+        addSpn(0xF004, kTx, 8, 3); // has no such value
+        addSpn(0xF004, kTx, 9, 8);
         addSpn(0xF004, kRx, 190, 6); // the same number the other way
         addSpn(0xF004, kRx, 191, 6);
         QCOMPARE(written(*store, {Pgn::defineManagedVariables}),
@@ -61,8 +62,11 @@ private slots:
                  "static UNSIGNED16\tmv_u16[3]= {\n\t(UNSIGNED16)65535u /* 61444:190 */,\n"
                  "\t(UNSIGNED16)65535u /* 61444:191 */,\n"
                  "\t(UNSIGNED16)65535u /* 61444:190 */};\n"
+                 "static INTEGER16\tmv_i16[1]= {\n\t(INTEGER16)0u /* 61444:8 */};\n"
                  "static UNSIGNED64\tmv_u64[1]= {\n"
-                 "\tU64_SET(0x00,0x00,0x00,0xff,0xff,0xff,0xff,0xff) /* 61444:7 */};\n");
+                 "\tU64_SET(0x00,0x00,0x00,0xff,0xff,0xff,0xff,0xff) /* 61444:7 */};\n"
+                 "static REAL32\tmv_r32[1]= {\n"
+                 "\t(REAL32)0.00000000e+00f /* 61444:9 */};\n");
         const QString mappings =
             written(*store, {Pgn::defineManagedVariables, Pgn::declareMappings});
         QCOMPARE(between(mappings, "tx_mapping_61444[] = {\n", ","), "\t{ &mv_u16[2]");
@@ -130,7 +134,7 @@ private slots:
         QTest::newRow("string") << 121 << 2 << "vin" << "" << "\t{ vin, 300u, 190u, CORE_DTYPE_STRING_ASTERIKS }";
         QTest::newRow("managed_string") << 120 << 0 << "vin" << "" << "\t{ NULL, 300u, 190u, CORE_DTYPE_STRING_NULL }";
         QTest::newRow("bytes") << 10 << 2 << "data" << "" << "\t{ data, 300u, 190u, CORE_DTYPE_NON_NUMERIC }";
-        QTest::newRow("managed_without_array") << 8 << 0 << "x" << "" << "\t{ NULL, 32u, 190u, CORE_DTYPE_R32 }";
+        QTest::newRow("managed_without_array") << 11 << 0 << "x" << "" << "\t{ NULL, 0u, 190u, CORE_DTYPE_US }";
         QTest::newRow("unknown_type") << 99 << 2 << "x" << "" << "\t{ &x, 0u, 190u, CORE_DTYPE_NON_NUMERIC }";
         QTest::newRow("dynamic") << 24 << 2 << "x" << "dynsupport=1" << "\t{ &x, 40u, 190u, CORE_DTYPE_U40, 0u }";
         // clang-format on
