@@ -26,7 +26,6 @@ constexpr int kClassicDlc = 8;
 constexpr int kJ1939FrameFormat = 3; // "J1939PG"
 constexpr int kCyclic = 0;
 constexpr int kNoSendType = 8;
-constexpr int kStringDelimiter = 8;
 constexpr int kDelimitedStringBits = 8;
 
 struct IdentityRow {
