@@ -26,7 +26,7 @@ bool findOptionValue(const QStringList &list, const char *option, QString &value
 
 CLIMainApp::CLIMainApp(const QStringList &argumentList, CLIOutputHandler *handler, QObject *parent)
     : QObject(parent), arguments(argumentList), outputHandler(handler),
-      generatorMainHandler(new GeneratorMainHandler(handler, this))
+      generatorMainHandler(new GeneratorMainHandler(handler, nullptr, this))
 {
     connect(generatorMainHandler, &GeneratorMainHandler::finished, this,
             &CLIMainApp::generatorFinished);
@@ -42,6 +42,11 @@ void CLIMainApp::start()
     }
     if (arguments.contains(QLatin1String("-help"))) {
         printHelp();
+        return finishWith(ReturnCode::NoError);
+    }
+    if (arguments.contains(QLatin1String("-version"))) {
+        outputHandler->printLine(QCoreApplication::applicationName() + QLatin1Char(' ') +
+                                 QCoreApplication::applicationVersion());
         return finishWith(ReturnCode::NoError);
     }
     QString project;
@@ -67,6 +72,7 @@ void CLIMainApp::runProject(const QString &project)
     QString modifierFile;
     if (checkDbModifier(arguments, modifierFile))
         (void)generatorMainHandler->applyDbModifier(modifierFile); // in-house use, never an error
+    generatorMainHandler->setKeepUnchanged(arguments.contains(QLatin1String("-keep-unchanged")));
     generatorMainHandler->generateOutput(false);
     // A failed check does not keep an import from being saved.
     if (arguments.contains(QLatin1String("-save")) || arguments.contains(QLatin1String("-s")))

@@ -13,7 +13,9 @@
 #include "support/numbers.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 
@@ -64,8 +66,10 @@ bool isReadableFile(const QString &path)
 
 } // namespace
 
-GeneratorMainHandler::GeneratorMainHandler(OutputHandlerBase *handler, QObject *parent)
-    : QObject(parent), database(new ObjectDataBase(this)), outputHandler(handler)
+GeneratorMainHandler::GeneratorMainHandler(OutputHandlerBase *handler,
+                                           PostGenProgressHandler *progress, QObject *parent)
+    : QObject(parent), database(new ObjectDataBase(this)), outputHandler(handler),
+      progressHandler(progress)
 {
     database->createNewDataBase();
     database->addNode(0, ObjectDataBase::NODE_DATA_T());
@@ -154,6 +158,11 @@ bool GeneratorMainHandler::saveProject()
     return database && database->saveDataBase(QString());
 }
 
+void GeneratorMainHandler::setKeepUnchanged(bool keeps)
+{
+    unchangedFiles = keeps ? std::make_unique<UnchangedFiles>() : nullptr;
+}
+
 void GeneratorMainHandler::generateOutput(bool ignoreCheckErrors)
 {
     const ProjectFacts facts = readProjectFacts(*database);
@@ -178,6 +187,7 @@ void GeneratorMainHandler::generateOutput(bool ignoreCheckErrors)
     QCoreApplication::processEvents();
     database->clearAllCachedSubs();
     outputHandler->printLine(QStringLiteral("Generation finished."));
+    runPostGenProcess();
     emit finished(GeneratorResult::GenerationOk);
 }
 
@@ -310,6 +320,7 @@ void GeneratorMainHandler::runGenerator(AbstractGenerator &generator, quint8 lin
     generator.setDataBase(database);
     generator.setProjectName(projectName);
     generator.setActiveLine(line);
+    generator.unchangedFiles = unchangedFiles.get();
     if (!generator.checkWritability()) {
         outputHandler->printLine(notWritable);
         return;
@@ -365,12 +376,32 @@ void GeneratorMainHandler::removeStaleFiles(const ProjectFacts &facts)
         return;
     static constexpr const char *kAdapterFiles[] = {"gen_j1939_adapter.c", "gen_j1939_adapter.cs",
                                                     "j1939_adapter.cs", "j1939_adapter.c"};
-    const QString adapter = database->getJ1939SettingsValue(QStringLiteral("j1939adapter"));
-    if (Numbers::toIntDecimal(adapter) != 1) {
-        for (const char *file : kAdapterFiles)
-            QFile::remove(outputDirectory + QLatin1Char('/') + QLatin1String(file));
+    if (!facts.hasAdapter) {
+        for (const char *file : kAdapterFiles) {
+            const QString path = outputDirectory + QLatin1Char('/') + QLatin1String(file);
+            // Deliberate: what the user wrote into the adapter stays; held by tst_generationflow.
+            QString text;
+            if (OldFile::read(path, &text) && OldFile::extractUserSection(text).trimmed().isEmpty())
+                QFile::remove(path);
+        }
     }
     QFile::remove(outputDirectory + QStringLiteral("/gen_indication.h"));
+}
+
+/// The program must not end while EDS checkers run, which would end with it.
+void GeneratorMainHandler::runPostGenProcess()
+{
+    const QString folder = QDir::currentPath(); // other files of the run are named relative to it
+    if (!postGenProcessor)
+        postGenProcessor = new PostGenProcessor(outputHandler, progressHandler, this);
+    QEventLoop loop;
+    connect(postGenProcessor, &PostGenProcessor::completed, &loop, &QEventLoop::quit);
+    postGenProcessor->setProjectValues(database, outputDirectory, projectName);
+    postGenProcessor->setStartedHidden(startedHidden);
+    postGenProcessor->start();
+    if (postGenProcessor->isRunning())
+        loop.exec();
+    QDir::setCurrent(folder);
 }
 
 void GeneratorMainHandler::generatorProgress(quint8 progress)

@@ -2,11 +2,16 @@
 #pragma once
 
 #include "app/generatorsteps.h"
+#include "app/postgenprocessor.h"
+#include "app/postgenprogresshandler.h"
 #include "check/modelchecker.h"
+#include "generators/unchangedfiles.h"
 
 #include <QObject>
 #include <QPointer>
 #include <QString>
+
+#include <memory>
 
 class ObjectDataBase;
 class OutputHandlerBase;
@@ -25,8 +30,11 @@ public:
     };
     Q_ENUM(GeneratorResult)
 
-    /// \a handler stays the caller's. There is an empty project until one is opened.
-    explicit GeneratorMainHandler(OutputHandlerBase *handler, QObject *parent = nullptr);
+    /// \a handler and \a progress, which may be null, stay the caller's. There is an empty project
+    /// until one is opened.
+    explicit GeneratorMainHandler(OutputHandlerBase *handler,
+                                  PostGenProgressHandler *progress = nullptr,
+                                  QObject *parent = nullptr);
 
     /// Adopts a store that is open already; it stays the caller's.
     void openProject(QPointer<ObjectDataBase> store, const QString &directory, const QString &name);
@@ -36,7 +44,13 @@ public:
 
     bool applyDbModifier(const QString &file);
 
-    /// The whole run, from the check to the last file. Raises finished() before it returns.
+    /// Leaves files alone that would differ in their date only.
+    void setKeepUnchanged(bool keeps);
+
+    void setStartedHidden(bool hidden) { startedHidden = hidden; }
+
+    /// The whole run, from the check to the end of what the user wants done behind the last file.
+    /// Raises finished() before it returns.
     void generateOutput(bool ignoreCheckErrors);
 
     /// Saves in place.
@@ -82,6 +96,7 @@ private:
                       const QString &started);
     void generateEdsFiles(const ProjectFacts &facts);
     void removeStaleFiles(const ProjectFacts &facts);
+    void runPostGenProcess();
     QString filled(const char *text, const QString &name) const;
 
     QPointer<ObjectDataBase> database;
@@ -89,4 +104,8 @@ private:
     QString projectName;     ///< the project file's name without folder and last suffix
     OutputHandlerBase *outputHandler;
     QVector<Finding> checkFindings;
+    std::unique_ptr<UnchangedFiles> unchangedFiles; ///< null: all files are written
+    QPointer<PostGenProcessor> postGenProcessor;
+    QPointer<PostGenProgressHandler> progressHandler;
+    bool startedHidden = false;
 };

@@ -13,9 +13,12 @@
 #include "generators/descriptions/xddgenerator.h"
 #include "generators/generalsettings.h"
 #include "generators/j1939/extdeclgenerator.h"
+#include "generators/j1939/j1939adaptergenerator.h"
 #include "generators/j1939/pgngenerator.h"
+#include "generators/j1939/sdmgenerator.h"
 #include "generators/j1939settings.h"
 #include "generators/multiproto/indicationgenerator.h"
+#include "generators/multiproto/multiprogenerator.h"
 #include "generators/objdict/indicesgenerator.h"
 #include "generators/objdict/objdictgenerator.h"
 #include "generators/objdict/srdogenerator.h"
@@ -59,6 +62,11 @@ std::unique_ptr<AbstractGenerator> makeObjDict(const ObjectDataBase &store, cons
 {
     return makeForStack<ObjDictGenerator, ObjDictGeneratorV4>(
         store, GeneralSettings(store).decimal("compact_array_description") == 1);
+}
+
+std::unique_ptr<AbstractGenerator> makeMultiPro(const ObjectDataBase &store, const ProjectFacts &)
+{
+    return makeForStack<MultiProGenerator, MultiProGeneratorV4>(store);
 }
 
 std::unique_ptr<AbstractGenerator> makeDefines(const ObjectDataBase &store,
@@ -120,6 +128,9 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
      make<VobjDictGenerator>,
      "The file gen_vobjdict.c in %1 is not writable",
      "Generation of gen_vobjdict.c in %1 started"},
+    {'F', [](Facts f) { return f.isMixed(); }, StepLines::Once, false, makeMultiPro,
+     "The file gen_mp.c in %1 is not writable",
+     "Generation of gen_mp.c in %1 started"},
     {'G', [](Facts f) { return f.isMixed(); }, StepLines::J1939, true, make<J1939TextDocGenerator>,
      "The file in %2_doc.txt in %1 is not writable",
      "Generation of textual PGN documentation in %1 started"},
@@ -143,6 +154,11 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
      makeSdoServerObjDict,
      "The file gen_objdict.c in %1 is not writable",
      "Generation of gen_objdict.c for CAM11/CAM21 SDO server in %1 started"},
+    // Deliberate: a pure J1939 project writes this file twice, here and below.
+    {'N', [](Facts f) { return f.isPureJ1939() && f.hasSafetyGroups; }, StepLines::Once, false,
+     make<SDMGenerator>,
+     "The file in %1 is not writable",
+     "Generation of file in %1 started"},
     {'G', [](Facts f) { return f.isPureJ1939(); }, StepLines::All, true,
      make<J1939TextDocGenerator>,
      "The file in %2_doc.txt in %1 is not writable",
@@ -153,9 +169,17 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
     {'I', [](Facts f) { return f.isPureJ1939(); }, StepLines::J1939, true, make<DBCGenerator>,
      "The file in %2.html in %1 is not writable",
      "Generation of DBC_file in %1 started"},
+    {'U', [](Facts f) { return f.isPureJ1939() && f.hasAdapter; }, StepLines::Once, false,
+     make<J1939AdapterGenerator>,
+     "The file gen_j1939_adapter.c in %1 is not writable",
+     "Generation of gen_j1939_adapter.c in %1 started"},
     {'O', [](Facts f) { return f.hasJ1939 || f.hasRaw; }, StepLines::Once, false, makeDeclarations,
      "The file gen_extern_decl.h in %1 is not writable",
      "Generation of gen_extern_decl.h in %1 started"},
+    {'N', [](Facts f) { return (f.hasJ1939 || f.hasRaw) && f.hasSafetyGroups; }, StepLines::Once,
+     false, make<SDMGenerator>,
+     "The file in %1 is not writable",
+     "Generation of file in %1 started"},
     {'P', [](Facts f) { return f.hasCANopen; }, StepLines::Once, false, make<indicationgenerator>,
      "The file gen_indication.h in %1 is not writable",
      "Generation of gen_indication in %1 started"},
@@ -217,7 +241,10 @@ void readContentFacts(ObjectDataBase &store, ProjectFacts &facts)
     VobjDictGenerator virtualObjects;
     virtualObjects.setDataBase(&store);
     facts.hasVirtualObjects = virtualObjects.areVirtualObjectsPresent();
-    facts.hasSdoServer = J1939Settings(store).decimal("cia510serversupport") == 1;
+    const J1939Settings j1939(store);
+    facts.hasSdoServer = j1939.decimal("cia510serversupport") == 1;
+    facts.hasSafetyGroups = j1939.decimal("safetysupport") > 0;
+    facts.hasAdapter = j1939.decimal("j1939adapter") == 1;
     facts.hasCanFd = GeneralSettings(store).decimal("canfd_supported") > 0;
 }
 

@@ -29,7 +29,9 @@ struct ProjectFacts {
     bool hasSrdo = false;
     bool hasVirtualObjects = false;
     bool hasCanFd = false;
-    bool hasSdoServer = false; ///< the J1939 device answers CAM11/CAM21 (CiA 510)
+    bool hasSdoServer = false;    ///< the J1939 device answers CAM11/CAM21 (CiA 510)
+    bool hasSafetyGroups = false; ///< the J1939 device has the module for SAE J1939-76
+    bool hasAdapter = false;      ///< between the J1939 device and its application
 
     bool isMultiLine() const { return lines.size() >= 2; }
     bool hasTypedLine() const { return hasCANopen || hasJ1939 || hasRaw; }

@@ -1,12 +1,13 @@
 // SARIF reports.
 #include "app/sarifreport.h"
 
+#include "support/replacefile.h"
+
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 #include <QUrl>
 
 namespace
@@ -155,7 +156,5 @@ bool writeSarifReport(const RunReport &report, const QString &path)
     const QFileInfo target(path);
     if (target.exists() && !target.isFile())
         return false;
-    QSaveFile file(path);
-    const QByteArray text = sarifText(report);
-    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
+    return ReplaceFile::write(path, sarifText(report));
 }

@@ -14,9 +14,17 @@
 namespace
 {
 
-constexpr const char *kTables[] = {
-    "Strings",      "Nodes",         "Objects0",          "SubObjects0",        "GeneralSettings",
-    "MiscSettings", "J1939Settings", "EnergyBusSettings", "DescriptionSettings"};
+constexpr const char *kTables[] = {"Strings",
+                                   "Nodes",
+                                   "Objects0",
+                                   "SubObjects0",
+                                   "PGNs0",
+                                   "SPNs0",
+                                   "GeneralSettings",
+                                   "MiscSettings",
+                                   "J1939Settings",
+                                   "EnergyBusSettings",
+                                   "DescriptionSettings"};
 
 /// Rows of the table, each of whose values was fetched; -1 if it cannot be read.
 qint64 readTable(const QSqlDatabase &database, const char *table)

@@ -1,4 +1,5 @@
-// Runs the tool on synthetic projects of four sizes and prints what a run costs.
+// Runs the tool on synthetic projects of four sizes, and on J1939 projects of two, and prints what
+// a run costs.
 //
 // Usage: bench_run <folder> <runs of each kind>
 // The folder is a build folder whose bin/ holds the tool and the other benchmark programs; all that
@@ -24,6 +25,7 @@ namespace
 constexpr int kSizes[] = {100, 1000, 5000, 20000};
 constexpr int kGrowthFrom = 5000;
 constexpr int kGrowthTo = 20000;
+constexpr int kGroups[] = {250, 1000}; // of a J1939 line, with eight signals each
 
 struct Cost {
     double milliseconds = 0;
@@ -107,13 +109,15 @@ Cost median(std::vector<Cost> costs)
 class SizeBench
 {
 public:
-    SizeBench(const fs::path &buildFolder, int objectCount, int runCount)
-        : bin(buildFolder / "bin"), data(buildFolder / "bench-work" / std::to_string(objectCount)),
-          work(buildFolder / "bench-work" / "run"), objects(objectCount), runs(runCount)
+    /// \a maker is the program that makes projects of that many parts.
+    SizeBench(const fs::path &buildFolder, const char *maker, int partCount, int runCount)
+        : bin(buildFolder / "bin"),
+          data(buildFolder / "bench-work" / (maker + std::to_string(partCount))),
+          work(buildFolder / "bench-work" / "run"), runs(runCount)
     {
         fs::remove_all(data);
         fs::create_directories(data);
-        measure(bin / "bench_makeproject", {std::to_string(objects), data.string()}, data);
+        measure(bin / maker, {std::to_string(partCount), data.string()}, data);
     }
 
     /// Medians by title. The kinds take turns, so that a busy moment of the machine hits them
@@ -137,7 +141,6 @@ private:
     fs::path bin;
     fs::path data;
     fs::path work;
-    int objects;
     int runs;
 
     void freshFolder(const std::vector<std::string> &files)
@@ -173,6 +176,12 @@ private:
         return bytes;
     }
 };
+
+void printHead(const char *parts)
+{
+    std::printf("%8s  %-24s %10s %9s %11s   %s\n", parts, "run", "time [ms]", "peak [MB]",
+                "us each", "ratio");
+}
 
 void printRow(int objects, const char *title, const Cost &cost, const char *comparedTo,
               double ratio)
@@ -217,13 +226,18 @@ int main(int argc, char *argv[])
     };
 
     std::printf("Medians of %d runs.\n\n", runs);
-    std::printf("%8s  %-24s %10s %9s %11s   %s\n", "objects", "run", "time [ms]", "peak [MB]",
-                "us/object", "ratio");
+    printHead("objects");
     std::map<int, std::map<std::string, Cost>> costs;
     for (const int objects : kSizes) {
-        costs[objects] = SizeBench(argv[1], objects, runs).run(kinds);
+        costs[objects] = SizeBench(argv[1], "bench_makeproject", objects, runs).run(kinds);
         printTable(objects, kinds, costs[objects]);
     }
+
+    printHead("groups");
+    const std::vector<Kind> j1939Kinds = {kinds.front()};
+    for (const int groups : kGroups)
+        printTable(groups, j1939Kinds,
+                   SizeBench(argv[1], "bench_makej1939", groups, runs).run(j1939Kinds));
 
     std::printf("Growth of the time from %d to %d objects:\n", kGrowthFrom, kGrowthTo);
     for (const Kind &kind : kinds)

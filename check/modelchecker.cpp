@@ -4,25 +4,14 @@
 #include "check/modelchecker_p.h"
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/usersettings.h"
 
 #include <QCoreApplication>
-#include <QSettings>
 
 using Check::Msg;
 
 namespace
 {
-
-/// A value of the group General. Tools write it with the group's name, which an INI file shows as
-/// "[%General]"; whoever edits the file by hand writes "[General]".
-QVariant userSetting(const QSettings &settings, const QString &key)
-{
-    const QVariant value = settings.value(QStringLiteral("General/") + key, settings.value(key));
-    // A text with a comma that was written by hand without quotes is a list to QSettings.
-    return value.type() == QVariant::StringList
-               ? QVariant(value.toStringList().join(QLatin1Char(',')))
-               : value;
-}
 
 } // namespace
 
@@ -78,16 +67,12 @@ void ModelChecker::startLine(quint8 lineNumber, ObjectDataBase *store)
 
 void ModelChecker::readUserSettings(const QStringList &siblings)
 {
-    const QSettings settings(QCoreApplication::organizationName(),
-                             QCoreApplication::applicationName());
-    const QString pathKey = QStringLiteral("costackpath");
-    autoCorrectionDisabled =
-        userSetting(settings, QStringLiteral("disableautocorrection")).toBool();
-    stackPath = userSetting(settings, pathKey).toString();
+    const UserSettings settings;
+    autoCorrectionDisabled = settings.value("General", "disableautocorrection").toBool();
+    stackPath = settings.value("General", "costackpath").toString();
     for (const QString &sibling : siblings) {
         if (stackPath.isEmpty())
-            stackPath =
-                userSetting(QSettings(QStringLiteral("Korvel"), sibling), pathKey).toString();
+            stackPath = UserSettings(sibling).value("General", "costackpath").toString();
     }
     qCDebug(lcCheck) << "stack" << stackPath << "corrections" << !autoCorrectionDisabled;
 }

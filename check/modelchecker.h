@@ -62,7 +62,8 @@ public:
 
     /// Check one object or subindex of the line that was checked last. \a corrected as above.
     void checkIndex(quint16 index, bool &corrected);
-    void checkSub(quint16 index, quint8 subIndex, CANopen::ObjectCode objectCode);
+    void checkSub(quint16 index, quint8 subIndex, const SubIndexData &data,
+                  CANopen::ObjectCode objectCode);
 
     /// Must subindex 0 tell the number of entries?
     bool checkSub0Required(quint8 lineNumber, quint16 index) const;
@@ -124,7 +125,7 @@ private:
     void reportSub(Check::Msg id, quint16 index, quint8 subIndex);
 
     /// The same for a group, whose number stands in decimal and in hexadecimal.
-    void reportGroup(Check::Msg id, quint32 pgn, QChar fill);
+    void reportGroup(Check::Msg id, quint32 pgn);
 
     /// Makes \a store the project, and starts a new count.
     void startLine(quint8 lineNumber, ObjectDataBase *store);

@@ -73,13 +73,12 @@ qint32 ModelChecker::startJ1939Check(quint8 lineCount, quint8 lineNumber, Object
     checkSpecialGroups(specialPgns);
     checkGroups();
     checkSignalVariables();
-    project->clearAllCachedSpnData();
     return errorCount;
 }
 
-void ModelChecker::reportGroup(Msg id, quint32 pgn, QChar fill)
+void ModelChecker::reportGroup(Msg id, quint32 pgn)
 {
-    report(id, {}, {QString::number(pgn), QStringLiteral("%1").arg(pgn, 4, 16, fill)});
+    report(id, {}, {QString::number(pgn), QStringLiteral("%1").arg(pgn, 4, 16, QLatin1Char('0'))});
 }
 
 void ModelChecker::checkJ1939Settings()
@@ -113,7 +112,7 @@ void ModelChecker::checkSpecialGroups(const QList<quint32> &specialPgns)
         const QList<quint32> groups = project->getPGNs(line, direction, false);
         for (const quint32 pgn : specialPgns) {
             if (groups.contains(pgn))
-                reportGroup(Msg::PgnHandledByStack, pgn, QLatin1Char('0'));
+                reportGroup(Msg::PgnHandledByStack, pgn);
         }
     }
 }
@@ -132,8 +131,6 @@ void ModelChecker::checkGroups()
 
 quint32 ModelChecker::checkGroup(quint32 pgn, quint8 direction, bool supportsSafety)
 {
-    // Deliberate: these messages pad the number with U+0000, held by tst_modelchecker.
-    const QChar noDigit(0);
     ObjectDataBase::PGN group;
     (void)project->getPGNData(line, pgn, direction, group); // then the defaults stand
     const bool isSafe = group.isSafe != 0;
@@ -144,18 +141,18 @@ quint32 ModelChecker::checkGroup(quint32 pgn, quint8 direction, bool supportsSaf
         if (!isSafe)
             continue;
         if (!supportsSafety) {
-            reportGroup(Msg::SafeGroupWithoutSupport, pgn, noDigit);
+            reportGroup(Msg::SafeGroupWithoutSupport, pgn);
             break;
         }
         if (spn.implementation == kManaged)
-            reportGroup(Msg::SafeGroupHasManagedVariable, pgn, noDigit);
+            reportGroup(Msg::SafeGroupHasManagedVariable, pgn);
         if (!canBeSafe(spn.dataType))
-            reportGroup(Msg::SafeGroupTypeUnsupported, pgn, noDigit);
+            reportGroup(Msg::SafeGroupTypeUnsupported, pgn);
     }
     if (isSafe && errorCount == 0 && !checkSafePGNStructure(line, pgn, group.direction))
-        reportGroup(Msg::SafeGroupStructureUnsupported, pgn, noDigit);
+        reportGroup(Msg::SafeGroupStructureUnsupported, pgn);
     if (isSafe && supportsSafety && bits > kFrameBits)
-        reportGroup(Msg::SafeGroupTooLong, pgn, QLatin1Char('0'));
+        reportGroup(Msg::SafeGroupTooLong, pgn);
     return bits;
 }
 

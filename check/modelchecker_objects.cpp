@@ -72,11 +72,12 @@ RangeRow rangeOf(CANopenDataType type)
     return {type, 0, kHighest};
 }
 
-qint64 toNumber(const QVariant &value)
+bool isWithin(const RangeRow &range, const QString &text)
 {
     bool ok = false;
-    const qint64 number = value.toLongLong(&ok);
-    return ok ? number : Numbers::toLongLongByPrefix(value.toString());
+    const qint64 decimal = text.toLongLong(&ok);
+    const qint64 number = ok ? decimal : Numbers::toLongLongByPrefix(text);
+    return number >= range.low && number <= range.high;
 }
 
 /// A range without upper end is marked by the one character U+FFFF, for which SQLite gives U+FFFD
@@ -115,8 +116,9 @@ void ModelChecker::checkIndex(quint16 index, bool &corrected)
         reportObject(Msg::ObjectNameMissing, index);
     if (isVariable && subs.size() > 1)
         reportObject(Msg::VariableHasSubIndices, index);
-    for (const quint8 sub : qAsConst(subs))
-        checkSub(index, sub, object.objectCode);
+    project->visitSubIndices(line, index, 0, [&](quint8 sub, const SubIndexData &data) {
+        checkSub(index, sub, data, object.objectCode);
+    });
 }
 
 void ModelChecker::checkEntryCount(quint16 index, const QList<quint8> &subs, bool &corrected)
@@ -173,9 +175,9 @@ bool ModelChecker::isDynamicMapping(quint8 lineNumber, quint16 index) const
            data.accessType == QLatin1String("rw");
 }
 
-void ModelChecker::checkSub(quint16 index, quint8 subIndex, CANopen::ObjectCode objectCode)
+void ModelChecker::checkSub(quint16 index, quint8 subIndex, const SubIndexData &data,
+                            CANopen::ObjectCode objectCode)
 {
-    const SubIndexData data = recordOf(index, subIndex);
     if (!limitCheckEnabled && data.limitInEds && index >= 0x1000)
         reportSub(Msg::LimitCheckOff, index, subIndex);
     const bool hasMembers =
@@ -234,10 +236,11 @@ void ModelChecker::checkRanges(quint16 index, quint8 subIndex, const SubIndexDat
 {
     const bool isDomain = typeOf(data) == CANopenDataType::Domain;
     if (!isDomain && typeOf(data) != CANopenDataType::Utf8String) {
-        QList<QVariant> values{data.defaultValue};
-        if (data.limitInEds)
-            values << data.lowLimit << data.upLimit;
-        if (!checkValues(typeOf(data), values))
+        const RangeRow range = rangeOf(typeOf(data));
+        const bool isSound =
+            isWithin(range, data.defaultValue) &&
+            (!data.limitInEds || (isWithin(range, data.lowLimit) && isWithin(range, data.upLimit)));
+        if (!isSound)
             reportSub(Msg::ValueOutOfType, index, subIndex);
     }
     if (typeOf(data) == CANopenDataType::Unknown)
@@ -256,8 +259,7 @@ bool ModelChecker::checkValues(CANopenDataType type, const QList<QVariant> &valu
 {
     const RangeRow range = rangeOf(type);
     return std::all_of(values.cbegin(), values.cend(), [&range](const QVariant &value) {
-        const qint64 number = toNumber(value);
-        return number >= range.low && number <= range.high;
+        return isWithin(range, value.toString());
     });
 }
 

@@ -11,6 +11,24 @@
 #include <QLoggingCategory>
 #include <QTextCodec>
 
+#include <cerrno>
+#include <unistd.h>
+
+// A project can name a command that runs behind the generation. Here none does: these functions take
+// the place of those of the C library, also for QProcess.
+
+extern "C" int execv(const char *, char *const[]) noexcept
+{
+    errno = EACCES;
+    return -1;
+}
+
+extern "C" int execve(const char *, char *const[], char *const[]) noexcept
+{
+    errno = EACCES;
+    return -1;
+}
+
 namespace
 {
 

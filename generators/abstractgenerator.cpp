@@ -2,11 +2,12 @@
 #include "generators/abstractgenerator.h"
 
 #include "generators/textwriter.h"
+#include "generators/unchangedfiles.h"
+#include "support/usersettings.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QSettings>
 #include <QStringList>
 
 namespace
@@ -160,15 +161,13 @@ bool AbstractGenerator::isNewOrWritable(const QString &path)
 
 bool AbstractGenerator::wantsImplementationInfo()
 {
-    const QSettings settings(QCoreApplication::organizationName(),
-                             QCoreApplication::applicationName());
-    // Whoever edits the file by hand writes "[General]", which Qt reads as no group at all.
-    const QVariant byHand = settings.value(QStringLiteral("implinfo"), 0);
-    return settings.value(QStringLiteral("General/implinfo"), byHand).toInt() == 1;
+    return UserSettings().value("General", "implinfo").toInt() == 1;
 }
 
 bool AbstractGenerator::openOutputFile(QFile &file)
 {
+    if (unchangedFiles)
+        unchangedFiles->remember(file.fileName());
     if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
         return true;
     fail(QStringLiteral("Could not open ") + file.fileName());
@@ -182,9 +181,15 @@ void AbstractGenerator::closeOutputFile(TextWriter &out, QFile &file)
 
 void AbstractGenerator::closeOutputFile(bool isWritten, QFile &file)
 {
-    if (!isWritten || !file.flush())
-        fail(QStringLiteral("Could not write ") + file.fileName());
+    const bool isDone = isWritten && file.flush();
     file.close();
+    if (!isDone || (unchangedFiles && !unchangedFiles->restore(file.fileName())))
+        fail(QStringLiteral("Could not write ") + file.fileName());
+}
+
+bool AbstractGenerator::isUnchanged(const QString &path, const QByteArray &content)
+{
+    return unchangedFiles && unchangedFiles->keep(path, content);
 }
 
 void AbstractGenerator::fail(const QString &error)

@@ -13,6 +13,7 @@
 
 class QFile;
 class TextWriter;
+class UnchangedFiles;
 
 /// Writes one file of one project, on a thread of its own. The driver makes one for each file,
 /// configures it, calls startGeneration() and wait(), and reads the result; it has no parent, since
@@ -69,6 +70,9 @@ public:
     /// The project has several lines: file names and texts tell the line. Set before the start.
     bool generateML = false;
 
+    /// Asked about each file that is written; null: none is left as it was. Set before the start.
+    UnchangedFiles *unchangedFiles = nullptr;
+
 public slots:
     /// The whole job. Begins with a JobBracket.
     virtual void doJob() = 0;
@@ -105,7 +109,7 @@ protected:
     /// Does the user want documents to tell how values are stored? From the user's settings.
     static bool wantsImplementationInfo();
 
-    /// Opens \a file for text, replacing what it held; on failure the job counts as failed.
+    /// Opens \a file for text that replaces what it held; on failure the job counts as failed.
     bool openOutputFile(QFile &file);
 
     /// Ends the writing of \a file; what could not be written makes the job a failed one.
@@ -113,6 +117,10 @@ protected:
 
     /// The same behind a writer of another kind, which tells whether it could write.
     void closeOutputFile(bool isWritten, QFile &file);
+
+    /// True if \a content need not be written to the file \a path; for those that do not use
+    /// openOutputFile().
+    bool isUnchanged(const QString &path, const QByteArray &content);
 
     void fail(const QString &error);
 

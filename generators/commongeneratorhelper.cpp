@@ -331,21 +331,25 @@ QString CommonGeneratorHelper::lineStructure(quint8 line) const
 
 QString CommonGeneratorHelper::getUDSInitStructures() const
 {
+    return getUDSInitStructures(readProjectLines(*store).numbers);
+}
+
+QString CommonGeneratorHelper::getUDSInitStructures(const QList<quint8> &startedLines) const
+{
     if (!hasUDS(*store))
         return QString();
-    const QList<quint8> lines = readProjectLines(*store).numbers;
     QString text = QStringLiteral("\t/* UDS common initialization structure */ \n"
                                   "\tconst UDS_SERVICE_INIT_VAL_T udsServiceInitVars = {\n") +
                    QStringLiteral("\t\t%1u,\n").arg(getInitStructVersion(InitStruct::Uds)) +
                    QStringLiteral("\t\t{%1},\n").arg(clientCounts()) +
                    QStringLiteral("\t};\n"
                                   "\n");
-    for (const quint8 line : lines) {
+    for (const quint8 line : startedLines) {
         const QString sessions = getUDSSessionTable(line);
         if (!sessions.isEmpty())
             text += sessions + QLatin1Char('\n') + getUDSSecurityTable(line);
     }
-    for (const quint8 line : lines)
+    for (const quint8 line : startedLines)
         text += lineStructure(line);
     return text;
 }

@@ -33,8 +33,10 @@ public:
     /// As getUDSInit_common(); with \a multi the call tells its line.
     QString getUDSInit_lines(quint8 line, bool multi) const;
 
-    /// Definitions of `udsServiceInitVars`, and for each line of its tables and `udsLine<n>`.
+    /// Definitions of `udsServiceInitVars`, and for each line of its tables and `udsLine<n>`; with
+    /// \a startedLines for those alone.
     QString getUDSInitStructures() const;
+    QString getUDSInitStructures(const QList<quint8> &startedLines) const;
 
     /// Allowed sessions of the services of a line; empty if no service has a row.
     QString getUDSSessionTable(quint8 line) const;

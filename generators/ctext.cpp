@@ -1,8 +1,11 @@
 // Texts of a project inside generated C.
 #include "generators/ctext.h"
 
+#include "generators/generationdate.h"
+
 #include <QCoreApplication>
-#include <QDateTime>
+
+#include <cmath>
 
 namespace
 {
@@ -98,6 +101,15 @@ QString CText::stringContent(const QString &text)
     return content;
 }
 
+QString CText::realNumber(const QString &text)
+{
+    constexpr int kDigits = 8;
+    bool isNumber = false;
+    const float value = text.toFloat(&isNumber);
+    return QString::number(isNumber && std::isfinite(value) ? double(value) : 0.0, 'e', kDigits) +
+           QLatin1Char('f');
+}
+
 quint32 CText::literalBytes(const QString &content)
 {
     int escaped = 0;
@@ -125,5 +137,5 @@ QString CText::headComment(const char *title, const QString &projectName,
 
 QString CText::generationTime()
 {
-    return QDateTime::currentDateTime().toString(Qt::TextDate);
+    return GenerationDate::text(GenerationDate::local());
 }

@@ -14,6 +14,9 @@ QString comment(const QString &text);
 /// quote, a line end, or a backslash that begins no escape.
 QString stringContent(const QString &text);
 
+/// \a text as a number of type float; 0 for what is no finite number.
+QString realNumber(const QString &text);
+
 /// Bytes of a literal with that content, as stringContent() gives it, without the closing zero.
 quint32 literalBytes(const QString &content);
 
@@ -21,7 +24,7 @@ quint32 literalBytes(const QString &content);
 /// for the project's name, %2 for that of the tool, %3 for its version.
 QString headComment(const char *title, const QString &projectName, const QString &toolVersion);
 
-/// Date and time of the run, as the heads of generated files tell it; English in any locale.
+/// Date and time of the run, as the heads of generated files tell it.
 QString generationTime();
 
 } // namespace CText

@@ -16,3 +16,31 @@ struct Dialect {
         return preferV4 && word.v4 ? word.v4 : word.classic;
     }
 };
+
+/// Words that several families of generated C share.
+struct StackDialect : Dialect {
+    const char *constMacro = "";     ///< before constant data
+    const char *watchdogMacro = "";  ///< called between the steps of the start-up
+    const char *lineCountMacro = ""; ///< number of lines, as the definitions header names it
+};
+
+constexpr StackDialect classicStack()
+{
+    StackDialect d;
+    d.constMacro = "CO_CONST";
+    d.watchdogMacro = "CO_HANDLE_WATCHDOG";
+    d.lineCountMacro = "CO_MULTI_LINE_CNT";
+    return d;
+}
+
+constexpr StackDialect v4Stack()
+{
+    StackDialect d = classicStack();
+    d.preferV4 = true;
+    d.constMacro = "CORE_CONST";
+    d.watchdogMacro = "CORE_HANDLE_WATCHDOG";
+    // Deliberate: the name that the definitions header of this generation has, held by
+    // tst_pgngenerator.
+    d.lineCountMacro = "CAN_MULTI_LINE_CNT";
+    return d;
+}

@@ -6,18 +6,7 @@
 #include <array>
 #include <charconv>
 
-namespace
-{
-
-/// Bytes that are handed to the device at once.
-constexpr int kBlock = 64 * 1024;
-
-} // namespace
-
-TextWriter::TextWriter(QIODevice *target) : device(target)
-{
-    buffer.reserve(2 * kBlock);
-}
+TextWriter::TextWriter(QIODevice *target) : device(target), buffer(kBlock) {}
 
 TextWriter::~TextWriter()
 {
@@ -29,33 +18,28 @@ void TextWriter::raw(const QString &text)
     // Most texts are ASCII, and go over without a conversion of their own. Both loops run over all
     // characters, so that the compiler can take several at once.
     const ushort *characters = text.utf16();
-    const int size = text.size();
+    const auto size = static_cast<size_t>(text.size());
     ushort seen = 0;
-    for (int i = 0; i < size; ++i)
+    for (size_t i = 0; i < size; ++i)
         seen |= characters[i];
-    if (seen < 0x80) {
-        const int start = buffer.size();
-        buffer.resize(start + size);
-        char *bytes = buffer.data() + start;
-        for (int i = 0; i < size; ++i)
-            bytes[i] = static_cast<char>(characters[i]);
-    } else {
-        buffer += text.toUtf8();
+    if (seen >= 0x80) {
+        const QByteArray utf8 = text.toUtf8();
+        bytes(utf8.constData(), static_cast<size_t>(utf8.size()));
+        return;
     }
-    flushIfFull();
-}
-
-void TextWriter::raw(const char *utf8)
-{
-    buffer += utf8;
-    flushIfFull();
+    if (size > buffer.size() - used)
+        makeRoom(size);
+    char *place = buffer.data() + used;
+    for (size_t i = 0; i < size; ++i)
+        place[i] = static_cast<char>(characters[i]);
+    used += size;
 }
 
 void TextWriter::raw(quint32 number)
 {
     std::array<char, 10> digits; // 4294967295
     const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
-    buffer.append(digits.data(), int(end - digits.data()));
+    bytes(digits.data(), static_cast<size_t>(end - digits.data()));
 }
 
 void TextWriter::define(const char *start, quint32 value)
@@ -76,17 +60,19 @@ void TextWriter::defineList(const char *start, const QVector<quint32> &perLine)
     raw("\n");
 }
 
-void TextWriter::flushIfFull()
+void TextWriter::makeRoom(size_t size)
 {
-    if (buffer.size() >= kBlock)
-        flush();
+    flush();
+    if (size > buffer.size())
+        buffer.resize(size);
 }
 
 void TextWriter::flush()
 {
-    if (!buffer.isEmpty() && device->write(buffer) != buffer.size())
+    const auto size = static_cast<qint64>(used);
+    if (size != 0 && device->write(buffer.data(), size) != size)
         failed = true;
-    buffer.resize(0);
+    used = 0;
 }
 
 bool TextWriter::finish()

@@ -1,9 +1,11 @@
 // The text format of generated files: encoding and line ends. Knows no setting and no record.
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 #include <QVector>
+
+#include <cstring>
+#include <vector>
 
 class QIODevice;
 
@@ -19,7 +21,7 @@ public:
 
     /// \a text as it stands; whoever wants a line end gives "\n".
     void raw(const QString &text);
-    void raw(const char *utf8);
+    void raw(const char *utf8) { bytes(utf8, std::strlen(utf8)); } // known of a literal
     void raw(quint32 number);
 
     /// Several texts and numbers, one behind the other.
@@ -41,10 +43,22 @@ public:
     bool finish();
 
 private:
+    void bytes(const char *start, size_t size)
+    {
+        if (size > buffer.size() - used)
+            makeRoom(size);
+        std::memcpy(buffer.data() + used, start, size);
+        used += size;
+    }
+
     void flush();
-    void flushIfFull();
+    void makeRoom(size_t size);
+
+    /// Bytes that are handed to the device at once.
+    static constexpr size_t kBlock = 64 * 1024;
 
     QIODevice *device;
-    QByteArray buffer;
+    std::vector<char> buffer; ///< its size, from kBlock on, is that of the longest text
+    size_t used = 0;
     bool failed = false;
 };

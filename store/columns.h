@@ -89,6 +89,28 @@ inline constexpr Column<ConnectionData> kConnectionColumns[] = {
     column<&ConnectionData::priority> ("priority", "integer"),
 };
 
+inline constexpr Column<UdsServiceData> kUdsServiceColumns[] = {
+    column<&UdsServiceData::active>    ("active", "integer"),
+    column<&UdsServiceData::sessions>  ("sessions", "text"),
+    column<&UdsServiceData::userLevels>("userlevels", "text"),
+};
+
+inline constexpr Column<LineSignalData> kLineSignalColumns[] = {
+    column<&LineSignalData::line>           ("nodeid", "integer"),
+    column<&LineSignalData::name>           ("name", "integer", Coding::StringId),
+    column<&LineSignalData::dataType>       ("datatype", "integer not null"),
+    column<&LineSignalData::accessType>     ("accesstype", "text not null"),
+    column<&LineSignalData::defaultValue>   ("defaultvalue", "text"),
+    column<&LineSignalData::group>          ("signalgroup", "integer"),
+    column<&LineSignalData::ref>            ("ref", "integer"),
+    column<&LineSignalData::transmitType>   ("transmittype", "integer"),
+    column<&LineSignalData::transmitTrigger>("transmittrigger", "integer"),
+    column<&LineSignalData::eventTimer>     ("eventtimer", "integer"),
+    column<&LineSignalData::syncValue>      ("syncvalue", "integer"),
+    column<&LineSignalData::syncStartValue> ("syncstartvalue", "integer"),
+    column<&LineSignalData::routing>        ("routing", "integer"),
+};
+
 inline constexpr Column<PgnData> kPgnColumns[] = {
     column<&PgnData::number>                  ("number", "integer not null"),
     column<&PgnData::edpDpKey>                ("edp_dp_key", "integer"),

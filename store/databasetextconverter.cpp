@@ -231,6 +231,7 @@ void DatabaseTextConverter::fixAllDefaultValues()
     }
     store->commitBatch();
     d->forgetSettings();
+    d->forgetServicesAndSignals();
     store->clearAllCachedSubs();
     store->clearAllCachedSpnData();
     store->clearCachedSubNames();

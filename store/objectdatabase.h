@@ -6,7 +6,9 @@
 
 #include "store/records.h"
 
+#include <QHash>
 #include <QList>
+#include <QMap>
 #include <QObject>
 #include <QPair>
 #include <QStringList>
@@ -44,6 +46,8 @@ public:
     using SPN = SpnData;
     using CANID = CanIdData;
     using DataElement = DataElementData;
+    using UDS_SERVICE_T = UdsServiceData;
+    using SIGNAL_DATA_T = LineSignalData;
     using LineDifference = LineDifferenceData;
     using ChangeSet = ChangeSetData;
 
@@ -250,6 +254,39 @@ public:
     QString getUDSServiceUserLevels(quint8 line, quint8 sid) const;
     bool setUDSServiceUserLevels(quint8 line, quint8 sid, const QString &levels);
     int getUDSServiceActiveCnt(quint8 line) const; ///< of the services 16 to 254
+    /// All services that the line has a record of, active or not; ascending.
+    QList<quint8> getUDSServices(quint8 line) const;
+    bool getUDSServiceData(quint8 line, quint8 sid, UDS_SERVICE_T &data) const;
+    bool delUDSService(quint8 line, quint8 sid);
+
+    // --- Signals and their groups (objectdatabase_signals.cpp) ---
+
+    QList<qint32> getSignals(quint8 line) const; ///< ascending
+    bool getSignalData(qint32 id, SIGNAL_DATA_T &data) const;
+    /// Writes the signal \a id, or a new one for 0. Gives its number, or -1 on failure.
+    qint32 addSignal(const SIGNAL_DATA_T &data, qint32 id = 0);
+    /// Subindices and other signals lose their ties to it.
+    bool delSignal(qint32 id);
+    bool delAllSignals(quint8 line);
+
+    QMap<qint32, QString> getSignalGroups() const; ///< names by number
+    /// Gives the number of the group of this name, which is added if it is not there; -1 on
+    /// failure.
+    qint32 addSignalGroup(const QString &name);
+    bool delSignalGroup(qint32 id); ///< its signals stay, in no group
+    /// Makes \a groups all groups of the project; signals of others are then in none.
+    bool updateSignalGroups(const QMap<qint32, QString> &groups);
+
+    // --- Groups of lines (objectdatabase_signals.cpp) ---
+
+    QStringList getGroups() const; ///< names, in the order in which they were added
+    QList<quint8> getGroupNodes(const QString &name) const; ///< in the order of the list
+    bool addGroup(const QString &name);                     ///< false if it is there, or empty
+    bool delGroup(const QString &name);
+    /// False if there is no such group, or one of the new name.
+    bool renameGroup(const QString &name, const QString &newName);
+    bool addNodeToGroup(const QString &name, quint8 line);
+    bool delNodeFromGroup(const QString &name, quint8 line);
 
     // --- Connections (objectdatabase_connections.cpp) ---
 
@@ -409,8 +446,9 @@ public:
     /// Brings the objects \a low to \a high of a line of another store, with all that belongs to
     /// them, and the settings of that line. An object that both lines have is replaced as a whole;
     /// those that only this one has stay, and so do connections. A line that does not exist is
-    /// added. Subindices lose their ties to signals, which are not copied; the settings that other
-    /// lines share, the node's record and the locks of PDOs stay out too. One transaction, and one
+    /// added. The line's signals come with their groups; one of a name that this line has replaces
+    /// it, and subindices keep their ties. The settings that other lines share, the node's record
+    /// and the locks of PDOs stay out. One transaction, and one
     /// notification of the kind Project. False if write access is locked, if the other project
     /// could not be read or has no such line, or if something could not be written.
     bool copyLineFromDatabase(ObjectDataBase &other, quint8 line, quint8 otherLine, quint32 low,
@@ -472,8 +510,11 @@ private:
     /// Calls \a copy with the other store's line, within the frame that all copying has.
     template <class Copy>
     bool runCopy(const ObjectDataBase &other, quint8 line, quint8 otherLine, const Copy &copy);
+    /// \a ids becomes the number here of each signal of the other line.
+    bool copySignals(ObjectDataBase &other, quint8 line, quint8 otherLine,
+                     QHash<qint32, qint32> *ids);
     bool copyObjects(ObjectDataBase &other, quint8 line, quint8 otherLine, quint32 low,
-                     quint32 high);
+                     quint32 high, const QHash<qint32, qint32> &signalIds);
     bool copyLineSettings(ObjectDataBase &other, quint8 line, quint8 otherLine);
     bool copyLineRows(ObjectDataBase &other, const char *family, quint8 line, quint8 otherLine,
                       const QString &condition, const QVector<QVariant> &values);
@@ -494,7 +535,6 @@ private:
     QList<quint8> selectSubs(quint8 line, quint16 index, quint8 minSub, bool onlyMappable) const;
     QList<SubAddress> addressesOf(const QString &sql, const QVector<QVariant> &values) const;
 
-    QVariant udsColumn(quint8 line, quint8 sid, const char *column) const;
     bool setUdsColumn(quint8 line, quint8 sid, const char *column, const QVariant &value);
 
     std::unique_ptr<StorePrivate> d;

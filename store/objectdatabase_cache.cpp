@@ -2,10 +2,40 @@
 // cached line as it keeps its rows, so a reader never meets an older state.
 #include "store/objectdatabase_p.h"
 
+namespace
+{
+
+constexpr QString SubIndexData::*kRepeatedTexts[] = {
+    &SubIndexData::accessType, &SubIndexData::allowedAccessTypes, &SubIndexData::lowLimit,
+    &SubIndexData::upLimit,    &SubIndexData::defaultValue,       &SubIndexData::currentValue,
+};
+using TextsOfRow = std::array<QString, std::size(kRepeatedTexts)>;
+
+/// Most subindices have some texts of the one before; they then share its memory, which keeps a
+/// large project small and close together.
+void shareTexts(SubIndexData &record, TextsOfRow &previous)
+{
+    for (size_t i = 0; i < previous.size(); ++i) {
+        QString &text = record.*kRepeatedTexts[i];
+        if (text == previous[i])
+            text = previous[i];
+        else
+            previous[i] = text;
+    }
+}
+
+} // namespace
+
 const LineCache *StorePrivate::completeCache(quint8 line) const
 {
     const auto cache = cachedSubs.constFind(line);
     return cache != cachedSubs.constEnd() && cache->complete ? &*cache : nullptr;
+}
+
+const SubIndexData *StorePrivate::cachedSub(quint8 line, quint16 index, quint8 sub) const
+{
+    const auto cache = cachedSubs.constFind(line);
+    return cache != cachedSubs.constEnd() ? cache->subs.find(index, sub) : nullptr;
 }
 
 SubIndexData *StorePrivate::cachedSub(quint8 line, quint16 index, quint8 sub)
@@ -13,8 +43,7 @@ SubIndexData *StorePrivate::cachedSub(quint8 line, quint16 index, quint8 sub)
     const auto cache = cachedSubs.find(line);
     if (cache == cachedSubs.end())
         return nullptr;
-    const auto found = cache->subs.find(subKey(index, sub));
-    return found != cache->subs.end() ? &*found : nullptr;
+    return cache->subs.find(index, sub);
 }
 
 void StorePrivate::refreshCachedName(quint8 line, quint16 index, quint8 sub,
@@ -45,14 +74,15 @@ void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
                                      index ? QStringLiteral(" and objectindex = ?") : QString(),
                                      QLatin1String(Schema::kSubIndexInRange)),
                             index ? Cells{index} : Cells());
+        TextsOfRow previous{};
         while (statement.next()) {
-            const quint32 key =
-                StorePrivate::subKey(static_cast<quint16>(statement.value(0).toUInt()),
-                                     static_cast<quint8>(statement.value(1).toUInt()));
-            SubIndexData &record = *cache.subs.insert(cache.subs.constEnd(), key, SubIndexData());
+            SubIndexData &record =
+                cache.subs.record(static_cast<quint16>(statement.value(0).toUInt()),
+                                  static_cast<quint8>(statement.value(1).toUInt()));
             int i = 2;
             for (const Column<SubIndexData> &field : kSubIndexColumns)
                 d->readColumn(field, record, statement.value(i++));
+            shareTexts(record, previous);
         }
     }
     if (cache.complete) {
@@ -68,7 +98,7 @@ void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
                 d->readColumn(field, record, statement.value(i++));
         }
     }
-    d->cachedSubs.insert(line, cache);
+    d->cachedSubs[line] = std::move(cache);
 }
 
 void ObjectDataBase::clearCachedSubs(quint8 line)
@@ -86,11 +116,12 @@ void ObjectDataBase::cacheAllSubNames(quint8 line, quint16 index)
     const auto cache = d->cachedSubs.constFind(line);
     if (cache != d->cachedSubs.constEnd() && cache->complete) {
         // The line's records are in memory, the names with them.
-        for (auto it = cache->subs.lowerBound(StorePrivate::subKey(index, 0));
-             it != cache->subs.constEnd() && (index == 0 || it.key() >> 8 == index); ++it) {
-            const quint32 key = StorePrivate::placeKey(line, static_cast<quint16>(it.key() >> 8),
-                                                       static_cast<quint8>(it.key()));
-            d->cachedSubNames.insert(key, it->denotation.isEmpty() ? it->name : it->denotation);
+        for (auto object = cache->subs.from(index);
+             object != cache->subs.end() && (index == 0 || object->first == index); ++object) {
+            const ObjectMembers &members = object->second;
+            for (auto it = members.constBegin(); it != members.constEnd(); ++it)
+                d->cachedSubNames.insert(StorePrivate::placeKey(line, object->first, it.key()),
+                                         it->denotation.isEmpty() ? it->name : it->denotation);
         }
         return;
     }

@@ -123,16 +123,48 @@ bool ObjectDataBase::copyLineFromDatabase(ObjectDataBase &other, quint8 line, qu
                                           quint32 low, quint32 high)
 {
     return runCopy(other, line, otherLine, [&](quint8 source) {
-        const bool hasObjects = copyObjects(other, line, source, low, high);
+        QHash<qint32, qint32> signalIds;
+        const bool hasSignals = copySignals(other, line, source, &signalIds);
+        const bool hasObjects = copyObjects(other, line, source, low, high, signalIds);
         const bool hasSettings = copyLineSettings(other, line, source);
         const bool hasServices =
             copyLineRows(other, "UDSSettings", line, source, QStringLiteral("sid >= ?"), {0});
-        return hasObjects && hasSettings && hasServices;
+        d->services.remove(line);
+        return hasSignals && hasObjects && hasSettings && hasServices;
     });
 }
 
+bool ObjectDataBase::copySignals(ObjectDataBase &other, quint8 line, quint8 otherLine,
+                                 QHash<qint32, qint32> *ids)
+{
+    const QMap<qint32, QString> groups = other.getSignalGroups();
+    const QList<qint32> copied = other.getSignals(otherLine);
+    QHash<QString, qint32> present;
+    const QList<qint32> own = getSignals(line);
+    for (const qint32 id : own)
+        present.insert(d->lineSignals().value(id).name, id);
+    bool done = true;
+    for (const qint32 id : copied) {
+        SIGNAL_DATA_T data = other.d->lineSignals().value(id);
+        const auto group = groups.constFind(data.group);
+        data.group = group != groups.constEnd() ? qMax(0, addSignalGroup(*group)) : 0;
+        data.line = line;
+        data.ref = 0;
+        const qint32 written = addSignal(data, present.value(data.name));
+        ids->insert(id, qMax(0, written));
+        done = written > 0 && done;
+    }
+    // Only now all of them have their numbers.
+    for (const qint32 id : copied) {
+        SIGNAL_DATA_T data = d->lineSignals().value(ids->value(id));
+        data.ref = ids->value(other.d->lineSignals().value(id).ref);
+        done = (data.ref == 0 || addSignal(data, ids->value(id)) > 0) && done;
+    }
+    return done;
+}
+
 bool ObjectDataBase::copyObjects(ObjectDataBase &other, quint8 line, quint8 otherLine, quint32 low,
-                                 quint32 high)
+                                 quint32 high, const QHash<qint32, qint32> &signalIds)
 {
     if (low > 0xFFFF || low > high)
         return true;
@@ -147,12 +179,12 @@ bool ObjectDataBase::copyObjects(ObjectDataBase &other, quint8 line, quint8 othe
         // Though the object may not exist: its subindices may, in a project from a text file.
         done = delIndex(line, index, true) && done;
         done = addIndex(line, index, *object) && done;
-        for (auto sub = source.subs.lowerBound(StorePrivate::subKey(index, 0));
-             sub != source.subs.constEnd() && sub.key() >> 8 == index; ++sub) {
+        const ObjectMembers &members = source.subs.of(index);
+        for (auto sub = members.constBegin(); sub != members.constEnd(); ++sub) {
             SubIndexData data = *sub;
             data.managedByOlm = false;
-            data.signalId = 0;
-            done = d->writeSub(line, index, static_cast<quint8>(sub.key()), data) && done;
+            data.signalId = signalIds.value(data.signalId);
+            done = d->writeSub(line, index, sub.key(), data) && done;
         }
     }
     cacheAllSubs(line, 0);
@@ -223,12 +255,11 @@ QList<LineDifferenceData> ObjectDataBase::compareLine(quint8 line, ObjectDataBas
     const LineCache there = other.d->cachedSubs.value(source);
     const auto compareSubs = [&](quint16 index) {
         walkTogether(
-            here.subs, there.subs, StorePrivate::subKey(index, 0),
-            StorePrivate::subKey(index, 0xFF),
-            [&](Kind kind, quint32 key) {
-                differences << LineDifference{kind, index, static_cast<quint8>(key)};
+            here.subs.of(index), there.subs.of(index), 0, 0xFF,
+            [&](Kind kind, quint8 sub) {
+                differences << LineDifference{kind, index, sub};
             },
-            [](quint32) {});
+            [](quint8) {});
     };
     walkTogether(
         here.objects, there.objects, low, high,

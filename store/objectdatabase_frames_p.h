@@ -285,15 +285,12 @@ private:
     /// Updates the row that \a keys name, or inserts one.
     template <class Record, size_t N>
     bool write(const Column<Record> (&columns)[N], const char *table, quint8 line,
-               const Record &record, std::initializer_list<const char *> keys,
-               const Cells &keyValues)
+               const Record &record, const QStringList &keys, const Cells &keyValues)
     {
         (d.*Family::kCache).remove(line);
-        QStringList conditions;
-        for (const char *key : keys)
-            conditions << QLatin1String(key) + QStringLiteral(" = ?");
-        const QString where = conditions.join(QStringLiteral(" and "));
         const QString name = Schema::table(table, line);
+        d.addKeyIndex(name, keys.join(QLatin1Char(',')));
+        const QString where = keys.join(QStringLiteral(" = ? and ")) + QStringLiteral(" = ?");
         const bool isThere =
             Statement(d, QStringLiteral("select 1 from %1 where %2").arg(name, where), keyValues)
                 .next();

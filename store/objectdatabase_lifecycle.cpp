@@ -1,6 +1,6 @@
 // Construction, new and opened projects, locks.
 #include "store/objectdatabase_p.h"
-#include "store/replacefile.h"
+#include "support/replacefile.h"
 #include "support/logging.h"
 
 #include <QCoreApplication>
@@ -162,6 +162,7 @@ bool ObjectDataBase::executeSql(const QString &sql)
     const bool done = query.exec(sql);
     // Free SQL may have written anywhere.
     d->forgetSettings();
+    d->forgetServicesAndSignals();
     d->forgetStrings();
     clearAllCachedSubs();
     clearAllCachedSpnData();

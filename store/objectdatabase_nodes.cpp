@@ -119,18 +119,24 @@ bool ObjectDataBase::delNode(quint8 line)
     if (d->lockWriteAccess)
         return false;
     beginBatch();
-    for (const char *family : Schema::kLineFamilies)
-        d->exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(Schema::table(family, line)));
+    for (const char *family : Schema::kLineFamilies) {
+        const QString table = Schema::table(family, line);
+        d->exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(table));
+        d->indexedTables.remove(table);
+    }
     d->exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(Schema::table("UDSSettings", line)));
     const bool deleted = d->exec(QStringLiteral("delete from Nodes where nodeId = ?"), {line});
     removeNodeInDescriptionSettings(line);
     removeNodeInGeneralSettings(line);
     removeConnnection(line);
+    d->deleteSignals(QStringLiteral("nodeid = ?"), {line});
+    d->removeFromGroups(line);
     commitBatch();
     clearCachedSubs(line);
     d->forgetCachedNames(line);
     d->groups.remove(line);
     d->identifiers.remove(line);
+    d->services.remove(line);
 
     ChangeSet change;
     change.kind = ChangeSet::Kind::DelNode;

@@ -96,11 +96,10 @@ bool ObjectDataBase::delIndex(quint8 line, quint16 index, bool keepConnections)
     const auto cache = d->cachedSubs.find(line);
     if (cache != d->cachedSubs.end()) {
         cache->objects.remove(index);
-        auto sub = cache->subs.lowerBound(StorePrivate::subKey(index, 0));
-        while (sub != cache->subs.end() && sub.key() >> 8 == index) {
-            cache->escaped.remove(sub.key());
-            sub = cache->subs.erase(sub);
-        }
+        const ObjectMembers &members = cache->subs.of(index);
+        for (auto sub = members.constBegin(); sub != members.constEnd(); ++sub)
+            cache->escaped.remove(StorePrivate::subKey(index, sub.key()));
+        cache->subs.removeObject(index);
     }
     for (int sub = 0; sub <= 0xFF && !d->cachedSubNames.isEmpty(); ++sub)
         d->cachedSubNames.remove(StorePrivate::placeKey(line, index, static_cast<quint8>(sub)));

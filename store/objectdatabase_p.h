@@ -6,6 +6,7 @@
 #include "store/objectdatabase.h"
 #include "store/rowinserter.h"
 #include "store/schema.h"
+#include "store/subtable.h"
 #include "store/temporaryfiles.h"
 
 #include <QHash>
@@ -33,7 +34,7 @@ enum class RowKind { Object, SubIndex, TextObject, TextSubIndex };
 struct LineCache {
     bool complete = false;
     QSet<quint32> escaped; ///< keys of records that differ from their row; see cacheWrittenSub()
-    QMap<quint32, SubIndexData> subs; ///< by subKey()
+    SubTable subs;
     QMap<quint16, IndexData> objects;
 };
 
@@ -115,6 +116,7 @@ public:
     template <class Record>
     QVariant cellOf(const Column<Record> &field, const Record &record);
     /// The cached record, or null if the line or the subindex is not cached.
+    const SubIndexData *cachedSub(quint8 line, quint16 index, quint8 sub) const;
     SubIndexData *cachedSub(quint8 line, quint16 index, quint8 sub);
     void refreshCachedName(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
 
@@ -142,6 +144,22 @@ public:
                       const QVector<ObjectDataBase::ColumnValue> &values);
     template <class Record>
     QVariant textCell(const Column<Record> &field, const QVariant &given);
+
+    // --- services, signals and groups (objectdatabase_uds.cpp, objectdatabase_signals.cpp) ---
+
+    const QMap<quint8, UdsServiceData> &udsServices(quint8 line);
+    const QMap<qint32, LineSignalData> &lineSignals();
+    bool deleteSignals(const QString &condition, const Cells &values);
+    bool writeGroup(const QString &sql, const Cells &values);
+    bool writeGroupNodes(const QString &name, const QList<quint8> &lines);
+    void removeFromGroups(quint8 line);
+    /// Services and signals are read again when they are needed.
+    void forgetServicesAndSignals();
+
+    /// Gives the table an index over its key columns, so that a writer finds its row at once; once
+    /// a connection. The project's file gets none: dropKeyIndexes() takes them away before a save.
+    void addKeyIndex(const QString &table, const QString &keyColumns);
+    void dropKeyIndexes();
 
     // --- settings (objectdatabase_settings.cpp) ---
 
@@ -176,6 +194,7 @@ public:
     QHash<QString, QSqlQuery> prepared;    ///< by their text; lent to a Statement while it lives
     std::optional<QSqlQuery> stringInsert; ///< kept apart: texts are added more often than all else
     QHash<int, RowInserter> inserters;     ///< by kind and line
+    QSet<QString> indexedTables;           ///< see addKeyIndex()
     QHash<QString, int> stringIds;
     QHash<int, QString> strings;
     bool stringsComplete = false; ///< both maps hold all rows of the table
@@ -183,6 +202,8 @@ public:
     QHash<quint32, QString> cachedSubNames; ///< by placeKey()
     QHash<quint8, FrameCache<PgnData, SpnData>> groups;
     QHash<quint8, FrameCache<CanIdData, DataElementData>> identifiers;
+    QHash<quint8, QMap<quint8, UdsServiceData>> services; ///< of the lines that were asked for
+    std::optional<QMap<qint32, LineSignalData>> allSignals;
     QHash<quint32, quint16> producerTypes; ///< of initPossibleConnectionQuery(), by subKey()
     QHash<quint32, quint16> consumerTypes;
     std::array<QHash<QString, QString>, 5> settingsCache;

@@ -1,7 +1,7 @@
 // Saving, exporting, and comparing with the file on disk.
 #include "store/databasetextconverter.h"
 #include "store/objectdatabase_p.h"
-#include "store/replacefile.h"
+#include "support/replacefile.h"
 #include "support/logging.h"
 
 #include <QCoreApplication>
@@ -61,6 +61,7 @@ bool ObjectDataBase::saveDatabaseAsSql(const QString &file)
     if (QFileInfo(target).completeSuffix().toLower() == QLatin1String("data"))
         resetChangedByUserFlag(0);
     noteSavingTool();
+    d->dropKeyIndexes();
     commitBatch();
     if (target.isEmpty() || !mayReplace(target))
         return false;

@@ -42,6 +42,7 @@ void StorePrivate::closeConnection()
 {
     prepared.clear();
     inserters.clear();
+    indexedTables.clear();
     stringInsert.reset();
     db.close();
     damaged = false;
@@ -54,6 +55,7 @@ void StorePrivate::closeConnection()
     producerTypes.clear();
     consumerTypes.clear();
     forgetSettings();
+    forgetServicesAndSignals();
 }
 
 void StorePrivate::applyPragmas(int cacheSize)
@@ -114,6 +116,21 @@ void StorePrivate::noteFailure(const QSqlQuery &query)
     const int code = error.nativeErrorCode().toInt() & 0xFF;
     for (const int unsound : kUnsound)
         damaged = damaged || code == unsound;
+}
+
+void StorePrivate::addKeyIndex(const QString &table, const QString &keyColumns)
+{
+    if (indexedTables.contains(table))
+        return;
+    indexedTables.insert(table);
+    exec(QStringLiteral("create index if not exists KeyOf%1 on %1 (%2)").arg(table, keyColumns));
+}
+
+void StorePrivate::dropKeyIndexes()
+{
+    for (const QString &table : qAsConst(indexedTables))
+        exec(QStringLiteral("drop index if exists KeyOf%1").arg(table));
+    indexedTables.clear();
 }
 
 QStringList StorePrivate::columnNames(const QString &table)

@@ -44,14 +44,15 @@ template <typename Visitor>
 void visitCached(const LineCache &cache, const Visitor &visit)
 {
     auto object = cache.objects.constBegin();
-    for (auto sub = cache.subs.constBegin(); sub != cache.subs.constEnd(); ++sub) {
-        const auto index = static_cast<quint16>(sub.key() >> 8);
+    for (const auto &[index, members] : cache.subs) {
         while (object != cache.objects.constEnd() && object.key() < index)
             ++object;
         if (object == cache.objects.constEnd())
             return;
-        if (object.key() == index)
-            visit(index, static_cast<quint8>(sub.key()), *sub);
+        if (object.key() != index)
+            continue;
+        for (auto sub = members.constBegin(); sub != members.constEnd(); ++sub)
+            visit(index, sub.key(), *sub);
     }
 }
 
@@ -100,7 +101,7 @@ bool ObjectDataBase::setSubField(quint8 line, quint16 index, quint8 sub, const c
 bool ObjectDataBase::existSubIndex(quint8 line, quint16 index, quint8 sub) const
 {
     if (const LineCache *cache = d->completeCache(line))
-        return cache->subs.contains(StorePrivate::subKey(index, sub));
+        return cache->subs.find(index, sub) != nullptr;
     return Statement(
                *d,
                QStringLiteral("select subindex from %1").arg(Schema::table("SubObjects", line)) +
@@ -170,9 +171,9 @@ void StorePrivate::cacheWrittenSub(quint8 line, quint16 index, quint8 sub, const
     if (cache == cachedSubs.end())
         return;
     const quint32 key = subKey(index, sub);
-    if (!cache->complete && !cache->subs.contains(key))
+    if (!cache->complete && !cache->subs.find(index, sub))
         return;
-    SubIndexData &record = cache->subs[key];
+    SubIndexData &record = cache->subs.record(index, sub);
     record = data;
     cache->escaped.remove(key);
     // Deliberate: of a visible string the cached copy keeps its apostrophes doubled, while the row
@@ -195,10 +196,10 @@ SubIndexData StorePrivate::withoutEscapes(quint8 line, quint16 index, quint8 sub
                                           SubIndexData data) const
 {
     // Who reads, changes one field and writes back must not double the apostrophes in the row.
-    const SubIndexData copy = cachedSubs.value(line).subs.value(subKey(index, sub));
+    const SubIndexData *copy = cachedSub(line, index, sub);
     for (QString SubIndexData::*field :
          {&SubIndexData::defaultValue, &SubIndexData::currentValue}) {
-        if (data.*field == copy.*field)
+        if (copy && data.*field == copy->*field)
             (data.*field).replace(QLatin1String("''"), QLatin1String("'"));
     }
     return data;
@@ -240,7 +241,7 @@ bool ObjectDataBase::delSubIndex(quint8 line, quint16 index, quint8 sub, bool ke
     }
     const auto cache = d->cachedSubs.find(line);
     if (cache != d->cachedSubs.end()) {
-        cache->subs.remove(StorePrivate::subKey(index, sub));
+        cache->subs.remove(index, sub);
         cache->escaped.remove(StorePrivate::subKey(index, sub));
     }
     d->cachedSubNames.remove(StorePrivate::placeKey(line, index, sub));
@@ -351,10 +352,10 @@ QList<quint8> ObjectDataBase::selectSubs(quint8 line, quint16 index, quint8 minS
 {
     QList<quint8> subs;
     if (const LineCache *cache = d->completeCache(line)) {
-        for (auto it = cache->subs.lowerBound(StorePrivate::subKey(index, minSub));
-             it != cache->subs.constEnd() && it.key() >> 8 == index; ++it) {
+        const ObjectMembers &members = cache->subs.of(index);
+        for (auto it = members.lowerBound(minSub); it != members.constEnd(); ++it) {
             if (!onlyMappable || it->pdoMapping.toUInt() != 0)
-                subs << static_cast<quint8>(it.key());
+                subs << it.key();
         }
         return subs;
     }
@@ -378,9 +379,9 @@ void ObjectDataBase::visitSubIndices(quint8 line, quint16 index, quint8 minSub,
                                      const SubVisitor &visit) const
 {
     if (const LineCache *cache = d->completeCache(line)) {
-        for (auto it = cache->subs.lowerBound(StorePrivate::subKey(index, minSub));
-             it != cache->subs.constEnd() && it.key() >> 8 == index; ++it)
-            visit(static_cast<quint8>(it.key()), *it);
+        const ObjectMembers &members = cache->subs.of(index);
+        for (auto it = members.lowerBound(minSub); it != members.constEnd(); ++it)
+            visit(it.key(), *it);
         return;
     }
     const QList<quint8> subs = getSubIndices(line, index, minSub);

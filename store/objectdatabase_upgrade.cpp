@@ -138,6 +138,7 @@ void ObjectDataBase::runLadder()
             d->rebuildTable("UDSSettings", line, false);
     }
     d->addMissingColumns(QStringLiteral("Connections"), QStringLiteral("priority integer"));
+    d->forgetServicesAndSignals();
 }
 
 void ObjectDataBase::createMissingLineZeroTables()

@@ -206,6 +206,30 @@ struct DataElementData : SignalData {
     quint32 canid = 0;
 };
 
+/// A diagnostic service of a line (ISO 14229-1).
+struct UdsServiceData {
+    bool active = false;
+    QString sessions;   ///< in which it may be asked for: a comma list of numbers
+    QString userLevels; ///< that may ask for it: as well
+};
+
+/// A value that one line gives and others take. Subindices are tied to it by their signalId.
+struct LineSignalData {
+    quint8 line = 0;
+    QString name;
+    quint16 dataType = 5;                      ///< a CAN::CANopenDataType
+    QString accessType = QStringLiteral("ro"); ///< "txmpdo": sent in a multiplexed PDO
+    QString defaultValue;
+    qint32 group = 0; ///< its signal group; 0 for none
+    qint32 ref = 0;   ///< the signal that it takes its value from; 0 for none
+    quint8 transmitType = 0;
+    quint8 transmitTrigger = 0;
+    quint16 eventTimer = 0; ///< ms
+    quint8 syncValue = 0;
+    quint8 syncStartValue = 0;
+    qint32 routing = 0;
+};
+
 /// What changed in a project. Fields that a kind does not use are zero.
 struct ChangeSetData {
     enum class Kind : qint32 {

@@ -16,15 +16,14 @@ QString declare(const Column<Record> (&columns)[N])
     return parts.join(QStringLiteral(", "));
 }
 
-constexpr char kUdsColumns[] =
-    "sid integer not null, active integer, sessions text, userlevels text, UNIQUE(sid)";
-
 QString tableColumns(const Schema::TableRow &row)
 {
     if (row.columns)
         return QString::fromLatin1(row.columns);
     if (QLatin1String(row.name) == QLatin1String("Connections"))
         return declare(kConnectionColumns);
+    if (QLatin1String(row.name) == QLatin1String("Signals"))
+        return QStringLiteral("sigid integer primary key, ") + declare(kLineSignalColumns);
     return QStringLiteral("nodeId integer primary key, ") + declare(kNodeColumns);
 }
 
@@ -46,7 +45,8 @@ QString lineColumns(const char *family)
     if (name == QLatin1String("DataElements"))
         return declare(kDataElementColumns);
     Q_ASSERT(name == QLatin1String("UDSSettings"));
-    return QString::fromLatin1(kUdsColumns);
+    return QStringLiteral("sid integer not null, ") + declare(kUdsServiceColumns) +
+           QStringLiteral(", UNIQUE(sid)");
 }
 
 } // namespace
@@ -65,11 +65,7 @@ const Schema::TableRow Schema::kTables[14] = {
     {"LockedPDOs",          "node integer, pdoindex integer", false},
     {"VirtualNodes",        "virtualnodeid integer primary key, line integer, dbnodeid integer, name text", true},
     {"SignalGroups",        "sigid integer primary key, name text", true},
-    {"Signals",             "sigid integer primary key, nodeid integer, name integer, "
-                            "datatype integer not null, accesstype text not null, defaultvalue text, "
-                            "signalgroup integer, ref integer, transmittype integer, "
-                            "transmittrigger integer, eventtimer integer, syncvalue integer, "
-                            "syncstartvalue integer, routing integer", true},
+    {"Signals",             nullptr, true}, // as well
     {"Groups",              "name text, nodeidlist text", true},
 };
 

@@ -3,7 +3,6 @@
 
 #include "support/logging.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -13,12 +12,12 @@
 #include <fcntl.h>
 #include <mutex>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace
 {
 
-constexpr qint64 kLeftoverAgeSeconds = 24 * 60 * 60;
 constexpr int kNameTries = 1000;
 
 /// SQLite may put files of its own beside a database that was made with another journal mode.
@@ -52,15 +51,31 @@ void removeLeftover(const QFileInfo &file)
     ::close(descriptor);
 }
 
+/// The database that a companion belongs to.
+QString databaseOf(const QFileInfo &companion)
+{
+    const QString path = companion.filePath();
+    return path.left(path.lastIndexOf(QLatin1Char('-')));
+}
+
 void sweep(const QString &path)
 {
-    const QDateTime limit = QDateTime::currentDateTime().addSecs(-kLeftoverAgeSeconds);
     const QStringList pattern{QStringLiteral("tsedatatemp_*")};
     const QFileInfoList files = QDir(path).entryInfoList(pattern, QDir::Files | QDir::NoSymLinks);
     for (const QFileInfo &file : files) {
-        if (file.lastModified() < limit)
+        // Whoever holds the database holds what lies beside it.
+        if (!file.fileName().contains(QLatin1Char('-')) || !QFile::exists(databaseOf(file)))
             removeLeftover(file);
     }
+}
+
+/// False if a sweep of another run has taken the new file for a leftover.
+bool hold(int descriptor)
+{
+    if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+        return false;
+    struct stat status;
+    return ::fstat(descriptor, &status) == 0 && status.st_nlink > 0;
 }
 
 } // namespace
@@ -85,13 +100,15 @@ QString TemporaryFiles::create()
         // Exclusive, because several runs of one build may draw names at the same moment.
         const int descriptor = ::open(QFile::encodeName(name),
                                       O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
-        if (descriptor >= 0) {
-            ::flock(descriptor, LOCK_EX | LOCK_NB);
+        if (descriptor < 0 && errno != EEXIST)
+            break;
+        if (descriptor < 0)
+            continue;
+        if (hold(descriptor)) {
             descriptors.emplace(name, descriptor);
             return name;
         }
-        if (errno != EEXIST)
-            break;
+        ::close(descriptor);
     }
     qCWarning(lcStore) << "no temporary file can be made in" << path;
     return QString();

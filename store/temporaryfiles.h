@@ -16,7 +16,7 @@ public:
     TemporaryFiles &operator=(const TemporaryFiles &) = delete;
 
     /// Makes an empty file with a name that no other file has; an empty text if that is impossible.
-    /// The first call of a process also removes copies that killed runs left more than a day ago.
+    /// The first call of a process also removes what killed runs have left.
     QString create();
 
 private:

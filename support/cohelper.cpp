@@ -5,6 +5,8 @@
 
 #include <QHash>
 
+#include <array>
+
 namespace
 {
 
@@ -69,13 +71,64 @@ constexpr TypeRow kTypes[] = {
 };
 // clang-format on
 
+constexpr quint16 kHighestType = 129;
+constexpr quint8 kNoRow = 0xFF;
+
+/// Place of each type's row, since generators ask for several types of each subindex.
+constexpr std::array<quint8, kHighestType + 1> makeRowPlaces()
+{
+    std::array<quint8, kHighestType + 1> places{};
+    for (quint8 &place : places)
+        place = kNoRow;
+    for (quint8 row = 0; row < std::size(kTypes); ++row)
+        places[kTypes[row].number] = row;
+    return places;
+}
+
+constexpr auto kRowPlaces = makeRowPlaces();
+
 const TypeRow *rowOf(quint16 type)
 {
-    for (const TypeRow &row : kTypes) {
-        if (row.number == type)
-            return &row;
+    const bool isKnown = type <= kHighestType && kRowPlaces[type] != kNoRow;
+    return isKnown ? &kTypes[kRowPlaces[type]] : nullptr;
+}
+
+/// The texts of a type, made once.
+struct TypeTexts {
+    QString longName;
+    QString shortName;
+    QString low;
+    QString high;
+};
+
+void setRange(const TypeRow &row, TypeTexts &texts)
+{
+    if (row.range == Range::None)
+        return;
+    const quint64 all = ~quint64(0) >> (64 - row.bits); // all bits of the type set
+    if (row.range == Range::Signed) {
+        const quint64 highest = all >> 1;
+        texts.low = QString::number(-static_cast<qint64>(highest) - 1);
+        texts.high = QString::number(highest);
+    } else {
+        texts.low = QStringLiteral("0");
+        texts.high = QString::number(all);
     }
-    return nullptr;
+}
+
+const TypeTexts &textsOf(quint16 type)
+{
+    static const auto texts = [] {
+        std::array<TypeTexts, std::size(kTypes) + 1> made; // the last one is of unknown types
+        for (size_t i = 0; i < std::size(kTypes); ++i) {
+            made[i].longName = QString::fromLatin1(kTypes[i].longName);
+            made[i].shortName = QString::fromLatin1(kTypes[i].shortName);
+            setRange(kTypes[i], made[i]);
+        }
+        return made;
+    }();
+    const TypeRow *row = rowOf(type);
+    return texts[row ? size_t(row - kTypes) : std::size(kTypes)];
 }
 
 struct CodeRow {
@@ -141,32 +194,19 @@ bool COHelper::isSignedInteger(CAN::CANopenDataType type)
 
 void COHelper::getDefaultLimits(CAN::CANopenDataType type, QString &low, QString &high)
 {
-    low.clear();
-    high.clear();
-    const TypeRow *row = rowOf(static_cast<quint16>(type));
-    if (!row || row->range == Range::None)
-        return;
-    const quint64 all = ~quint64(0) >> (64 - row->bits); // all bits of the type set
-    if (row->range == Range::Signed) {
-        const quint64 highest = all >> 1;
-        low = QString::number(-static_cast<qint64>(highest) - 1);
-        high = QString::number(highest);
-    } else {
-        low = QStringLiteral("0");
-        high = QString::number(all);
-    }
+    const TypeTexts &texts = textsOf(static_cast<quint16>(type));
+    low = texts.low;
+    high = texts.high;
 }
 
 QString COHelper::index2DataTypeString(quint16 type)
 {
-    const TypeRow *row = rowOf(type);
-    return row ? QString::fromLatin1(row->longName) : QString();
+    return textsOf(type).longName;
 }
 
 QString COHelper::index2DataTypeShortString(quint16 type)
 {
-    const TypeRow *row = rowOf(type);
-    return row ? QString::fromLatin1(row->shortName) : QString();
+    return textsOf(type).shortName;
 }
 
 quint16 COHelper::mapDataTypeString(const QString &text)
@@ -208,9 +248,13 @@ QString COHelper::implementation2String(quint8 implementation)
 
 QString COHelper::implementation2Word(quint8 implementation)
 {
-    return implementation < std::size(kImplementations)
-               ? QString::fromLatin1(kImplementations[implementation].word)
-               : QString();
+    static const auto words = [] {
+        std::array<QString, std::size(kImplementations)> made;
+        for (size_t i = 0; i < made.size(); ++i)
+            made[i] = QString::fromLatin1(kImplementations[i].word);
+        return made;
+    }();
+    return implementation < words.size() ? words[implementation] : QString();
 }
 
 int COHelper::word2Implementation(const QString &text)

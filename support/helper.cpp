@@ -1,9 +1,10 @@
 // Small text operations.
 #include "support/helper.h"
 
+#include "support/replacefile.h"
+
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStringList>
 #include <QTextCodec>
 
@@ -18,6 +19,8 @@ constexpr qint64 kMaxFileBytes = 256 * 1024 * 1024;
 
 QString Helper::substituteVariables(const QString &text, quint16 count, quint8 subindex)
 {
+    if (!text.contains(QLatin1Char('$')))
+        return text; // as most names are
     QString result;
     int done = 0;
     // One pass, so that a name which holds the text of another place holder is not filled twice.
@@ -42,25 +45,23 @@ QString Helper::substituteVariables(const QString &text, quint16 count, quint8 s
     return done == 0 ? text : result + text.midRef(done);
 }
 
-bool Helper::modifyLineEnding(const QString &file, const QString &ending)
+QByteArray Helper::withLineEnds(QByteArray text, const QString &ending)
 {
-    QFile source(file);
-    if (!source.exists())
-        return true;
-    if (!source.open(QIODevice::ReadOnly))
-        return false;
-    const QByteArray old = source.readAll();
-    source.close();
-
-    QByteArray text = old;
     text.replace("\r\n", "\n").replace('\r', '\n');
     if (ending != QLatin1String("\n"))
         text.replace("\n", ending.toLatin1());
-    if (text == old)
+    return text;
+}
+
+bool Helper::modifyLineEnding(const QString &file, const QString &ending)
+{
+    if (!QFile::exists(file))
         return true;
-    QSaveFile target(file);
-    return target.open(QIODevice::WriteOnly) && target.write(text) == text.size() &&
-           target.commit();
+    QByteArray old;
+    if (!readWholeFile(file, old))
+        return false;
+    const QByteArray text = withLineEnds(old, ending);
+    return text == old || ReplaceFile::write(file, text);
 }
 
 bool Helper::readWholeFile(const QString &file, QByteArray &bytes)

@@ -15,6 +15,9 @@ public:
     /// other text stands unchanged, an unknown place holder too.
     static QString substituteVariables(const QString &text, quint16 count, quint8 subindex);
 
+    /// \a text with each of its line ends (LF, CRLF or CR) as \a ending.
+    static QByteArray withLineEnds(QByteArray text, const QString &ending);
+
     /// Rewrites \a file so that each of its line ends (LF, CRLF or CR) is \a ending. The old file
     /// is replaced in one step; a missing file, or one that has these ends already, is left alone.
     /// False if the file could not be read or written.

@@ -1,6 +1,8 @@
 // Words of the PDO mapping attribute.
 #include "support/pdomapping.h"
 
+#include <algorithm>
+#include <array>
 #include <iterator>
 
 namespace
@@ -28,5 +30,12 @@ void PDOMapping::fromCSVString(const QString &word)
 
 QString PDOMapping::getCSVStringValue() const
 {
-    return QString::fromLatin1(kWords[toUInt()]);
+    // Made once, since documents write one for each subindex.
+    static const std::array<QString, std::size(kWords)> words = [] {
+        std::array<QString, std::size(kWords)> texts;
+        std::transform(std::begin(kWords), std::end(kWords), texts.begin(),
+                       [](const char *word) { return QString::fromLatin1(word); });
+        return texts;
+    }();
+    return words[toUInt()];
 }

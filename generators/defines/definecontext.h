@@ -40,7 +40,7 @@ constexpr DefineDialect v4DefineDialect()
 }
 
 /// Defines that several sections would write. The first of them writes and sets the flag, the later
-/// ones look. The services come first, then the events, then J1939.
+/// ones look. The services come first, then the events, J1939, raw CAN and ISO-TP.
 struct WrittenDefines {
     bool multiLine = false;
     bool bufferCounts = false;
@@ -49,6 +49,7 @@ struct WrittenDefines {
     bool inhibit = false;
     bool tableSwitches = false; ///< looked at, whether or not the project needs them
     bool dynamicCan = false;
+    bool isoTp = false;
     QSet<QByteArray> eventSlots; ///< settings of the dynamic events
 };
 

@@ -3,18 +3,21 @@
 
 #include "generators/ctext.h"
 #include "generators/defines/bufferdefines.h"
+#include "generators/defines/diagnosticdefines.h"
+#include "generators/defines/energybusdefines.h"
 #include "generators/defines/eventdefines.h"
 #include "generators/defines/hardwaredefines.h"
 #include "generators/defines/j1939defines.h"
-#include "generators/defines/oldheader.h"
+#include "generators/defines/rawcandefines.h"
 #include "generators/defines/servicedefines.h"
 #include "generators/defines/virtualobjectdefines.h"
 #include "generators/initstructversions.h"
+#include "generators/oldfile.h"
 #include "store/linetype.h"
-#include "store/replacefile.h"
+#include "support/replacefile.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
-#include <QFile>
 
 namespace
 {
@@ -76,17 +79,6 @@ void writeInitVersions(DefineContext &context)
     context.raw({"\n"});
 }
 
-void writeUserSection(TextWriter &out, const QString &section)
-{
-    out.raw("/* do not modify comments starting with 'user-specific section:' */\n");
-    out.raw(Defines::kUserSectionStart);
-    out.raw("\n");
-    out.raw(section.isEmpty() ? QStringLiteral("\n") : section);
-    out.raw(Defines::kUserSectionEnd);
-    out.raw("\n"
-            "\n#endif /* GEN_DEFINE_H */\n");
-}
-
 } // namespace
 
 DefineGenerator::DefineGenerator(const DefineDialect &stackDialect)
@@ -116,31 +108,28 @@ void DefineGenerator::doJob()
 {
     const JobBracket bracket(*this);
     QString old;
-    if (!Defines::readOldHeader(targetFile(), &old)) {
+    if (!OldFile::read(targetFile(), &old)) {
         fail(QStringLiteral("Could not read ") + targetFile());
         return;
     }
-    userSection = Defines::extractUserSection(old);
+    userSection = OldFile::extractUserSection(old);
     generationCounter = counterFromSetting
                             ? Numbers::toUIntDecimal(database->getGeneralSettingsValue(
                                   QStringLiteral("olm_generation_count")))
-                            : Defines::extractGenerationCounter(old);
-    if (!checkWritability())
+                            : OldFile::extractGenerationCounter(old);
+    if (!checkWritability()) {
         fail(QStringLiteral("Could not open ") + targetFile());
-    else if (!ReplaceFile::replace(targetFile(), ReplaceFile::Backup::None,
-                                   [this](const QString &fresh) { return writeFile(fresh); }))
-        fail(QStringLiteral("Could not write ") + targetFile());
-}
-
-bool DefineGenerator::writeFile(const QString &name)
-{
-    QFile file(name);
-    if (!openOutputFile(file))
-        return false;
-    TextWriter out(&file);
+        return;
+    }
+    // In memory first and then in one step, since the old file holds the user's section.
+    QBuffer header;
+    header.open(QIODevice::WriteOnly);
+    TextWriter out(&header);
     writeSections(out);
-    closeOutputFile(out, file);
-    return !wasError;
+    out.finish();
+    if (!isUnchanged(targetFile(), header.data()) &&
+        !ReplaceFile::write(targetFile(), header.data()))
+        fail(QStringLiteral("Could not write ") + targetFile());
 }
 
 void DefineGenerator::writeSections(TextWriter &out)
@@ -157,12 +146,15 @@ void DefineGenerator::writeSections(TextWriter &out)
     if (!j1939Present || multiProtocol) {
         Defines::generateServiceDefines(context);
         emit progress(50);
+        Defines::generateEnergyBusDefines(context);
         Defines::generateEventDefines(context);
         emit progress(75);
     }
     Defines::generateBufferDefines(context);
     if (j1939Present || multiProtocol)
         Defines::generateJ1939Defines(context);
+    Defines::generateCANRAWDefines(context);
+    Defines::generateISOTP_UDS_Defines(context);
     Defines::generateVODDefines(context);
     Defines::generateHardwareDefines(context);
     writeApplicationDefines(context);
@@ -170,7 +162,7 @@ void DefineGenerator::writeSections(TextWriter &out)
         out.raw(dialect.j1939TimerLine);
     if (multiProtocol)
         Defines::generateMultiCOBs(context);
-    writeUserSection(out, userSection);
+    out.parts(OldFile::userSectionText(userSection), "\n#endif /* GEN_DEFINE_H */\n");
 }
 
 void DefineGenerator::writeApplicationDefines(DefineContext &context) const

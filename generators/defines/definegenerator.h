@@ -34,7 +34,6 @@ protected:
 
 private:
     QString targetFile() const;
-    bool writeFile(const QString &name);
     void writeSections(TextWriter &out);
     void writeApplicationDefines(DefineContext &context) const;
 

@@ -9,7 +9,6 @@
 #include "generators/j1939settings.h"
 #include "store/linetype.h"
 
-#include <QCoreApplication>
 #include <QStringList>
 
 #include <algorithm>
@@ -138,22 +137,38 @@ quint32 isoTpConnections(const GeneralSettings &settings, quint8 line)
            Numbers::toUIntByPrefix(settings.ofLine("isotp_server_con", line));
 }
 
+void countGroups(const ObjectDataBase &store, bool hasSafety, quint8 number, LineGroups &line)
+{
+    // Deliberate: groups of a line that does not speak J1939 have no table; held by
+    // tst_generatedj1939.
+    if (!carriesJ1939(line.type))
+        return;
+    const auto size = [](const QList<quint32> &groups) { return quint32(groups.size()); };
+    // The stack sends its own claim of an address and reads those of others.
+    const auto rows = [&size](const QList<quint32> &groups) {
+        return size(groups) - (groups.contains(kAddressClaimedPgn) ? 1 : 0);
+    };
+    // Without the safety module, safe groups are sent and received as all others are.
+    const QList<quint32> sent = store.getPGNs(number, kTransmit, false);
+    const QList<quint32> sentPlain = store.getPGNs(number, kTransmit, hasSafety);
+    const QList<quint32> receivedPlain = store.getPGNs(number, kReceive, hasSafety);
+    line.transmit = rows(sentPlain);
+    // Deliberate: a received claim has no row, so that it is not counted; held by
+    // tst_generatedj1939.
+    line.receive = rows(receivedPlain);
+    line.safeTransmit = size(sent) - size(sentPlain);
+    line.safeReceive = size(store.getPGNs(number, kReceive, false)) - size(receivedPlain);
+}
+
 LineGroups readLine(const DefineContext &context, const Facts &facts, quint8 number)
 {
+    context.store.cacheAllSpnDataForLine(number);
     const ObjectDataBase &store = context.store;
-    const QList<quint32> sent = store.getPGNs(number, kTransmit, false);
-    const QList<quint32> received = store.getPGNs(number, kReceive, false);
-    // Without the safety module, safe groups are sent and received as all others are.
-    const QList<quint32> sentPlain = store.getPGNs(number, kTransmit, facts.hasSafety);
-
     LineGroups line;
     line.type = readLineType(store, number);
-    // The stack claims its address by itself.
-    line.transmit = quint32(sentPlain.size() - (sentPlain.contains(kAddressClaimedPgn) ? 1 : 0));
-    line.receive = quint32(store.getPGNs(number, kReceive, facts.hasSafety).size());
-    line.safeTransmit = quint32(sent.size() - sentPlain.size());
-    line.safeReceive = quint32(received.size()) - line.receive;
+    countGroups(store, facts.hasSafety, number, line);
     line.cobs = Defines::getJ1939Cobs(context, number) + isoTpConnections(facts.general, number);
+    const QList<quint32> sent = store.getPGNs(number, kTransmit, false);
     for (const quint32 pgn : sent) {
         PgnData group;
         line.hasInhibit |=
@@ -336,10 +351,8 @@ void writeModules(DefineContext &context, const Facts &facts)
     Defines::writeCanEvents(context, facts.general.decimal("event_can"));
     writeDiagnostics(context, facts);
     writeCounts(context, facts, kLastModules);
-    if (const quint32 connections = facts.general.byPrefix("isotp_connection_cnt") & 0xFF) {
-        context.raw({"#define ISOTP_SUPPORTED\t1u\n"});
-        context.define({"#define ISOTP_CONNECTION_CNT\t"}, connections);
-    }
+    if (Defines::isoTpConnectionCount(facts.general) != 0)
+        Defines::writeIsoTp(context);
 }
 
 /// The SDO server has an object dictionary without the CANopen services around it.
@@ -381,11 +394,12 @@ void writeCobs(DefineContext &context, const Facts &facts)
 
 bool isWanted(const DefineContext &context)
 {
+    // Deliberate: a device of raw CAN has no J1939 stack to switch on, in no edition of the tool;
+    // held by tst_j1939defines.
     const QList<quint8> &lines = context.lines.numbers;
-    return QCoreApplication::applicationName() != QLatin1String("CAN Tessarine") ||
-           std::any_of(lines.begin(), lines.end(), [&context](quint8 line) {
-               return carriesJ1939(readLineType(context.store, line));
-           });
+    return std::any_of(lines.begin(), lines.end(), [&context](quint8 line) {
+        return carriesJ1939(readLineType(context.store, line));
+    });
 }
 
 } // namespace

@@ -66,3 +66,18 @@ void Defines::writeCanEvents(DefineContext &context, qint32 count)
                    quint32(count));
     context.written.dynamicCan = true;
 }
+
+quint8 Defines::isoTpConnectionCount(const GeneralSettings &settings)
+{
+    return static_cast<quint8>(settings.byPrefix("isotp_connection_cnt"));
+}
+
+void Defines::writeIsoTp(DefineContext &context)
+{
+    if (context.written.isoTp)
+        return;
+    context.raw({"#define ISOTP_SUPPORTED\t1u\n"});
+    if (const quint8 connections = isoTpConnectionCount(context.settings))
+        context.define({"#define ISOTP_CONNECTION_CNT\t"}, connections);
+    context.written.isoTp = true;
+}

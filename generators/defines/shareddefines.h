@@ -23,4 +23,8 @@ void writeInhibit(DefineContext &context);
 /// Functions that the application may register for CAN events.
 void writeCanEvents(DefineContext &context, qint32 count);
 
+/// That the device has ISO-TP, and its number of connections if the project gives one.
+void writeIsoTp(DefineContext &context);
+quint8 isoTpConnectionCount(const GeneralSettings &settings);
+
 } // namespace Defines

@@ -9,7 +9,6 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QThread>
 
 namespace
 {
@@ -19,7 +18,7 @@ struct SubFacts {
     quint8 sub = 0;
     // The same in all rows of an object.
     QString indexText;
-    QString lineText;
+    quint8 line = 0;
     QString codeText;
     bool withDescription = true;
     ObjectDataBase::INDEX_DATA_T object;
@@ -38,22 +37,44 @@ bool isWithoutLimits(const ObjectDataBase::SUBINDEX_DATA_T &data)
     return !low.isEmpty();
 }
 
-QString hex(quint32 number, int digits)
+/// The cells of a row as they go to the file.
+class Cells
 {
-    return QStringLiteral("0x") + Numbers::toHex(number, digits);
-}
+public:
+    explicit Cells(TextWriter &writer) : out(writer) {}
 
-QString yesNo(bool isYes)
-{
-    return isYes ? QStringLiteral("yes") : QStringLiteral("no");
-}
+    /// A text of the project, in quotes if asked for or needed.
+    void text(const QString &text, bool inQuotes = false)
+    {
+        if (inQuotes || CsvTable::needsQuotes(text))
+            out.raw(CsvTable::field(text, inQuotes));
+        else
+            out.raw(text);
+    }
+    /// A word of the table, which needs none.
+    void word(const char *word) { out.raw(word); }
+    void word(const QString &word) { out.raw(word); }
+    void number(quint32 number) { out.raw(number); }
+    void yesNo(bool isYes) { out.raw(isYes ? "yes" : "no"); }
+    void hex(quint8 number)
+    {
+        constexpr char kDigits[] = "0123456789abcdef";
+        const char text[] = {'0', 'x', kDigits[number >> 4], kDigits[number & 0xF], '\0'};
+        out.raw(text);
+    }
+    /// The name, or the number of a type that has none.
+    void type(quint16 type)
+    {
+        const QString name = COHelper::index2DataTypeString(type);
+        if (name.isEmpty())
+            out.raw(type);
+        else
+            out.raw(name);
+    }
 
-/// The name, or the number of a type that has none.
-QString typeWord(quint16 type)
-{
-    const QString name = COHelper::index2DataTypeString(type);
-    return name.isEmpty() ? QString::number(type) : name;
-}
+private:
+    TextWriter &out;
+};
 
 QString metadataText(const Metadata &metadata)
 {
@@ -67,55 +88,56 @@ QString metadataText(const Metadata &metadata)
 
 struct ColumnRow {
     const char *name;
-    QString (*ofSub)(const SubFacts &facts);
-    QString (*ofObject)(const SubFacts &facts) = nullptr; ///< empty in the row of an object if null
-    bool isOfGroupedTable = false;                        ///< other tables do not have it
-    bool isLimit = false;
+    void (*ofSub)(Cells &cells, const SubFacts &facts);
+    void (*ofObject)(Cells &cells,
+                     const SubFacts &facts) = nullptr; ///< empty in the row of an object if null
+    bool isOfGroupedTable = false;                     ///< other tables do not have it
 };
 
 // clang-format off
 constexpr ColumnRow kColumns[] = { // row order is column order
-    {"index", [](const SubFacts &f) { return f.indexText; },
-              [](const SubFacts &f) { return f.indexText; }},
-    {"sub", [](const SubFacts &f) { return hex(f.sub, 2); }},
-    {"line", [](const SubFacts &f) { return f.lineText; },
-             [](const SubFacts &f) { return f.lineText; }},
-    {"objectcode", [](const SubFacts &f) { return f.codeText; },
-                   [](const SubFacts &f) { return f.codeText; }},
-    {"edsname", [](const SubFacts &f) { return f.data->name; },
-                [](const SubFacts &f) { return f.object.name; }},
-    {"datatype", [](const SubFacts &f) { return typeWord(f.data->dataType); },
-                 [](const SubFacts &f) { return typeWord(f.object.dataType); }},
-    {"access", [](const SubFacts &f) { return f.data->accessType; }},
-    {"mapable", [](const SubFacts &f) { return COHelper::pdoMapping2String(f.data->pdoMapping); }},
-    {"value", [](const SubFacts &f) { return f.data->defaultValue; }},
-    {"hasdefault", [](const SubFacts &f) { return f.data->defaultInEds ? QStringLiteral("1") : QStringLiteral("0"); }},
-    {"defaultineds", [](const SubFacts &f) { return QString::number(f.data->writeDefaultToEds); }},
-    {"haslimit", [](const SubFacts &f) { return yesNo(f.data->limitInEds); }},
-    {"lowlimit", [](const SubFacts &f) { return f.data->lowLimit; }, nullptr, false, true},
-    {"uplimit", [](const SubFacts &f) { return f.data->upLimit; }, nullptr, false, true},
-    {"size", [](const SubFacts &f) { return QString::number(f.data->size); }},
-    {"implementation", [](const SubFacts &f) { return COHelper::implementation2Word(f.data->implementation); }},
-    {"varname", [](const SubFacts &f) { return f.data->varName; }},
-    {"nvstorage", [](const SubFacts &f) { return yesNo(f.data->nvStorage); }},
-    {"description", [](const SubFacts &f) { return f.withDescription ? f.data->description : QString(); },
-                    [](const SubFacts &f) { return f.withDescription ? f.object.description : QString(); }},
-    {"denotation", [](const SubFacts &f) { return f.data->denotation; }, nullptr, true},
-    {"metadata", [](const SubFacts &f) { return metadataText(f.data->metadata); },
-                 [](const SubFacts &f) { return metadataText(f.object.metadata); }, true},
+    {"index", [](Cells &c, const SubFacts &f) { c.word(f.indexText); },
+              [](Cells &c, const SubFacts &f) { c.word(f.indexText); }},
+    {"sub", [](Cells &c, const SubFacts &f) { c.hex(f.sub); }},
+    {"line", [](Cells &c, const SubFacts &f) { c.number(f.line); },
+             [](Cells &c, const SubFacts &f) { c.number(f.line); }},
+    {"objectcode", [](Cells &c, const SubFacts &f) { c.word(f.codeText); },
+                   [](Cells &c, const SubFacts &f) { c.word(f.codeText); }},
+    {"edsname", [](Cells &c, const SubFacts &f) { c.text(f.data->name); },
+                [](Cells &c, const SubFacts &f) { c.text(f.object.name); }},
+    {"datatype", [](Cells &c, const SubFacts &f) { c.type(f.data->dataType); },
+                 [](Cells &c, const SubFacts &f) { c.type(f.object.dataType); }},
+    {"access", [](Cells &c, const SubFacts &f) { c.text(f.data->accessType); }},
+    {"mapable", [](Cells &c, const SubFacts &f) { c.word(COHelper::pdoMapping2String(f.data->pdoMapping)); }},
+    {"value", [](Cells &c, const SubFacts &f) { c.text(f.data->defaultValue); }},
+    {"hasdefault", [](Cells &c, const SubFacts &f) { c.word(f.data->defaultInEds ? "1" : "0"); }},
+    {"defaultineds", [](Cells &c, const SubFacts &f) { c.number(f.data->writeDefaultToEds); }},
+    {"haslimit", [](Cells &c, const SubFacts &f) { c.yesNo(f.data->limitInEds); }},
+    {"lowlimit", [](Cells &c, const SubFacts &f) { c.text(f.data->lowLimit, isWithoutLimits(*f.data)); }},
+    {"uplimit", [](Cells &c, const SubFacts &f) { c.text(f.data->upLimit, isWithoutLimits(*f.data)); }},
+    {"size", [](Cells &c, const SubFacts &f) { c.number(f.data->size); }},
+    {"implementation", [](Cells &c, const SubFacts &f) { c.word(COHelper::implementation2Word(f.data->implementation)); }},
+    {"varname", [](Cells &c, const SubFacts &f) { c.text(f.data->varName); }},
+    {"nvstorage", [](Cells &c, const SubFacts &f) { c.yesNo(f.data->nvStorage); }},
+    {"description", [](Cells &c, const SubFacts &f) { if (f.withDescription) c.text(f.data->description); },
+                    [](Cells &c, const SubFacts &f) { if (f.withDescription) c.text(f.object.description); }},
+    {"denotation", [](Cells &c, const SubFacts &f) { c.text(f.data->denotation); }, nullptr, true},
+    {"metadata", [](Cells &c, const SubFacts &f) { c.text(metadataText(f.data->metadata)); },
+                 [](Cells &c, const SubFacts &f) { c.text(metadataText(f.object.metadata)); }, true},
 };
 // clang-format on
 
-/// A row of the fields that \a fieldOf makes of the columns of the table.
-template <typename FieldOf>
-void writeRow(TextWriter &out, const CsvLayout &layout, FieldOf fieldOf)
+/// A row of the cells that \a writeCell writes for the columns of the table.
+template <typename WriteCell>
+void writeRow(TextWriter &out, const CsvLayout &layout, WriteCell writeCell)
 {
+    Cells cells(out);
     const char *separator = "";
     for (const ColumnRow &column : kColumns) {
         if (!layout.isGroupedTable && column.isOfGroupedTable)
             continue;
         out.raw(separator);
-        out.raw(fieldOf(column));
+        writeCell(column, cells);
         separator = ";";
     }
     out.raw("\n");
@@ -123,13 +145,20 @@ void writeRow(TextWriter &out, const CsvLayout &layout, FieldOf fieldOf)
 
 } // namespace
 
+bool CsvTable::needsQuotes(const QString &text)
+{
+    // No way out of the loop, so that the compiler can take several characters at once.
+    bool isNeeded = false;
+    for (const QChar character : text) {
+        const ushort code = character.unicode();
+        isNeeded |= (code == ';') | (code == '"') | (code == '\n') | (code == '\r');
+    }
+    return isNeeded;
+}
+
 QString CsvTable::field(const QString &text, bool inQuotes)
 {
-    for (const QChar character : text) {
-        inQuotes = inQuotes || character == QLatin1Char(';') || character == QLatin1Char('"') ||
-                   character == QLatin1Char('\n') || character == QLatin1Char('\r');
-    }
-    if (!inQuotes)
+    if (!inQuotes && !needsQuotes(text))
         return text;
     return QLatin1Char('"') + QString(text).replace(QLatin1String("\""), QLatin1String("\"\"")) +
            QLatin1Char('"');
@@ -137,7 +166,7 @@ QString CsvTable::field(const QString &text, bool inQuotes)
 
 void CsvTable::writeHeader(TextWriter &out, const CsvLayout &layout)
 {
-    writeRow(out, layout, [](const ColumnRow &column) { return QString::fromLatin1(column.name); });
+    writeRow(out, layout, [](const ColumnRow &column, Cells &cells) { cells.word(column.name); });
 }
 
 void CsvTable::writeObject(TextWriter &out, const CsvLayout &layout, const ObjectDataBase &store,
@@ -147,21 +176,20 @@ void CsvTable::writeObject(TextWriter &out, const CsvLayout &layout, const Objec
     facts.withDescription = layout.withDescription;
     if (!store.getIndexData(line, index, facts.object))
         return;
-    facts.indexText = hex(index, 4);
-    facts.lineText = QString::number(line);
+    facts.indexText = QStringLiteral("0x") + Numbers::toHex(index, 4);
+    facts.line = line;
     facts.codeText = COHelper::objectCode2String(facts.object.objectCode);
     if (layout.isGroupedTable) {
-        writeRow(out, layout, [&facts](const ColumnRow &column) {
-            return column.ofObject ? CsvTable::field(column.ofObject(facts)) : QString();
+        writeRow(out, layout, [&facts](const ColumnRow &column, Cells &cells) {
+            if (column.ofObject)
+                column.ofObject(cells, facts);
         });
     }
     store.visitSubIndices(line, index, 0, [&](quint8 sub, const SubIndexData &data) {
         facts.sub = sub;
         facts.data = &data;
-        const bool withoutLimits = isWithoutLimits(data);
-        writeRow(out, layout, [&](const ColumnRow &column) {
-            return CsvTable::field(column.ofSub(facts), column.isLimit && withoutLimits);
-        });
+        writeRow(out, layout,
+                 [&facts](const ColumnRow &column, Cells &cells) { column.ofSub(cells, facts); });
     });
 }
 
@@ -194,7 +222,6 @@ void CsvTableGenerator::doJob()
             break;
         }
         CsvTable::writeObject(out, layout, *database, activeLine, index);
-        QThread::yieldCurrentThread();
     }
     closeOutputFile(out, file);
 }

@@ -34,7 +34,9 @@ protected:
 namespace CsvTable
 {
 
-/// \a text as a field; in quotes if asked for or if it could not be read back without.
+/// Could it not be read back as it stands?
+bool needsQuotes(const QString &text);
+/// \a text as a field; in quotes if asked for or needed.
 QString field(const QString &text, bool inQuotes = false);
 void writeHeader(TextWriter &out, const CsvLayout &layout);
 void writeObject(TextWriter &out, const CsvLayout &layout, const ObjectDataBase &store, quint8 line,

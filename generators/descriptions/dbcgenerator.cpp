@@ -1,15 +1,14 @@
 // The DBC file of a J1939 line.
 #include "generators/descriptions/dbcgenerator.h"
 
+#include "generators/addressclaim.h"
 #include "support/cohelper.h"
+#include "support/helper.h"
 #include "support/kvadblib.h"
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/replacefile.h"
 
-#include <QFile>
-#include <QRegularExpression>
-#include <QSaveFile>
-#include <QTemporaryFile>
 
 #include <memory>
 
@@ -18,7 +17,9 @@ namespace
 
 using Type = CAN::CANopenDataType;
 
-constexpr quint32 kAddressClaimed = 0xEE00; // SAE J1939-81
+// Deliberate: the number of the NAME's function, so that the reserved bit replaces it in the
+// project; held by tst_dbcgenerator.
+constexpr quint32 kReservedSpn = 2841;
 constexpr quint8 kTransmitted = 0x55;
 constexpr quint8 kReceived = 0x77;
 constexpr quint8 kNullAddress = 0xFE;
@@ -27,30 +28,6 @@ constexpr int kJ1939FrameFormat = 3; // "J1939PG"
 constexpr int kCyclic = 0;
 constexpr int kNoSendType = 8;
 constexpr int kDelimitedStringBits = 8;
-
-struct IdentityRow {
-    quint32 spn;
-    Type type;
-    const char *name;
-    const char *setting; ///< of the J1939 settings; null: a fixed value
-};
-
-// clang-format off
-constexpr IdentityRow kIdentity[] = {               // order is that of the frame
-    {2837, Type::Unsigned21, "Identity Number",         "identitynumber"},
-    {2838, Type::Unsigned11, "Manufacturer Code",       "manufacturercode"},
-    {2840, Type::Unsigned3,  "ECU Instance",            "ecuinstance"},
-    {2839, Type::Unsigned5,  "Function Instance",       "functioninstance"},
-    {2841, Type::Unsigned8,  "Function",                "function"},
-    // Deliberate: the number of the row above, so that this row replaces it in the project; held
-    // by tst_dbcgenerator.
-    {2841, Type::Boolean,    "reserved",                nullptr},
-    {2842, Type::Unsigned7,  "Vehicle System",          "vehiclesystem"},
-    {2843, Type::Unsigned4,  "Vehicle System Instance", "vehicleinstance"},
-    {2846, Type::Unsigned3,  "Industry Group",          "industrygroup"},
-    {2844, Type::Boolean,    "Addr Claiming Supported", "addresscapable"},
-};
-// clang-format on
 
 /// Names of J1939::SigType, by value.
 constexpr const char *kSigTypes[] = {
@@ -246,49 +223,24 @@ void addMessage(KvaDbHnd database, const Attributes &attributes, const Line &lin
         position += addSignal(message, attributes, spn, position);
 }
 
-/// Puts the finished file in the target's place; an error text if that fails, the target then
-/// stands as it was.
-QString replaceTarget(const QString &target, const QString &temporary)
-{
-    // Not a plain copy: it would be closed to other users, as temporary files are.
-    QFile source(temporary);
-    QSaveFile file(target);
-    if (source.open(QIODevice::ReadOnly) && file.open(QIODevice::WriteOnly) &&
-        file.write(source.readAll()) == source.size() && file.commit())
-        return QString();
-    return QStringLiteral("Could not copy output file. %1 - %2").arg(temporary, target);
-}
-
 } // namespace
 
 void Dbc::declareIdentify(ObjectDataBase &store, quint8 line)
 {
-    ObjectDataBase::PGN group;
-    group.name = DBCGenerator::tr("Address Claiming");
-    group.description = DBCGenerator::tr("This PGN is used to send the Address Claiming.");
-    group.priority = 6;
-    group.inhibitTimeMs = 250;
-    group.direction = kTransmitted;
-    (void)store.addPGN(line, kAddressClaimed, group); // the file is then written without it
-    for (const IdentityRow &row : kIdentity) {
-        ObjectDataBase::SPN spn;
-        spn.name = QLatin1String(row.name);
-        spn.dataType = static_cast<quint32>(row.type);
-        spn.implementation = 0;
-        if (row.setting)
-            spn.defaultValue = store.getJ1939SettingsValue(QLatin1String(row.setting))
-                                   .split(QLatin1Char(','))
-                                   .value(line);
-        if (row.spn == 2844)
-            spn.defaultValue = QString::number(Numbers::toIntDecimal(spn.defaultValue) != 0);
-        (void)store.addSPN(line, kAddressClaimed, kTransmitted, row.spn, spn); // as above
-    }
+    AddressClaim::declare(store, line, kReservedSpn);
 }
 
 QString Dbc::symbolName(const QString &name)
 {
-    static const QRegularExpression others(QStringLiteral("[^0-9a-zA-Z_*]"));
-    return QString(name).replace(others, QStringLiteral("_"));
+    QString symbol = name;
+    for (QChar &character : symbol) {
+        const ushort code = character.unicode();
+        const bool canStand = (code >= '0' && code <= '9') || (code >= 'a' && code <= 'z') ||
+                              (code >= 'A' && code <= 'Z') || code == '_' || code == '*';
+        if (!canStand)
+            character = QLatin1Char('_');
+    }
+    return symbol;
 }
 
 quint8 Dbc::lineAddress(const ObjectDataBase &store, quint8 line)
@@ -324,16 +276,32 @@ void DBCGenerator::doJob()
                                      .arg(outputDirectory, projectName, QString::number(activeLine))
                                : QStringLiteral("%1/%2.dbc").arg(outputDirectory, projectName);
     KvaDbHnd handle = nullptr;
-    QTemporaryFile temporary;
-    if (!succeeded(kvaDbOpen(&handle), "open dbc Database") || !temporary.open()) {
+    if (!succeeded(kvaDbOpen(&handle), "open dbc Database")) {
         fail(QStringLiteral("Could not create output file."));
         return;
     }
     const Database owner(handle);
-    if (!succeeded(kvaDbCreate(handle, temporary.fileName(), nullptr), "create dbc file") ||
-        !succeeded(kvaDbWriteFile(handle, temporary.fileName()), "create dbc file")) {
+    QString temporaryName;
+    bool isKept = false;
+    const bool isReplaced =
+        ReplaceFile::replace(target, ReplaceFile::Backup::None, [&](const QString &temporary) {
+            temporaryName = temporary;
+            QByteArray content;
+            if (!writeDatabase(handle, temporary) || !Helper::readWholeFile(temporary, content))
+                return false;
+            isKept = isUnchanged(target, content);
+            return !isKept;
+        });
+    if (!isReplaced && !isKept && !wasError)
+        fail(QStringLiteral("Could not copy output file. %1 - %2").arg(temporaryName, target));
+}
+
+bool DBCGenerator::writeDatabase(KvaDbHnd handle, const QString &file)
+{
+    if (!succeeded(kvaDbCreate(handle, file, nullptr), "create dbc file") ||
+        !succeeded(kvaDbWriteFile(handle, file), "create dbc file")) {
         fail(QStringLiteral("Could not create output file."));
-        return;
+        return false;
     }
     emit progress(25);
     const Attributes attributes(handle, hasImplementationInfo);
@@ -344,13 +312,5 @@ void DBCGenerator::doJob()
         for (const quint32 pgn : groups)
             addMessage(handle, attributes, line, pgn, direction);
     }
-    database->clearAllCachedSpnData();
-    if (!succeeded(kvaDbWriteFile(handle, temporary.fileName()), "create dbc file")) {
-        fail(QStringLiteral("Could not copy output file. %1 - %2")
-                 .arg(temporary.fileName(), target));
-        return;
-    }
-    const QString error = replaceTarget(target, temporary.fileName());
-    if (!error.isEmpty())
-        fail(error);
+    return succeeded(kvaDbWriteFile(handle, file), "create dbc file");
 }

@@ -3,6 +3,8 @@
 
 #include "generators/abstractgenerator.h"
 
+struct KvaDb;
+
 /// Writes "<project>.dbc", or "<project>_<line>.dbc" where a project has several lines. The group
 /// of address claiming is declared to the project before, and stays in it for the run.
 class DBCGenerator : public AbstractGenerator
@@ -23,13 +25,15 @@ protected:
     void resetJob() override;
 
 private:
+    bool writeDatabase(KvaDb *handle, const QString &file);
+
     bool hasImplementationInfo = false; ///< the user wants variables and their kind in the file
 };
 
 namespace Dbc
 {
 
-/// Adds the group with the NAME of the device (SAE J1939-81, 4.1.1) to a line.
+/// Declares the address claim on a line, see AddressClaim::declare().
 void declareIdentify(ObjectDataBase &store, quint8 line);
 
 /// Characters that a name cannot hold become "_".

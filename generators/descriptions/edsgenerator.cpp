@@ -7,7 +7,6 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QThread>
 
 namespace
 {
@@ -78,7 +77,6 @@ void EDSGenerator::writeSections(TextWriter &out)
             break;
         }
         EdsSections::generateIndexSection(context, index);
-        QThread::yieldCurrentThread();
     }
     emit progress(98);
     EdsSections::writeAdditionalSections(context);

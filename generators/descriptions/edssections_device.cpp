@@ -1,10 +1,10 @@
 // What an electronic data sheet says about its file and its device.
 #include "generators/descriptions/edssections.h"
+#include "generators/generationdate.h"
 #include "generators/textwriter.h"
 #include "support/numbers.h"
 
 #include <QCoreApplication>
-#include <QDateTime>
 
 namespace
 {
@@ -104,10 +104,10 @@ bool isMandatory(quint16 index)
 
 void EdsSections::writeFileInfo(const Context &context)
 {
-    const QDateTime now = QDateTime::currentDateTime();
+    const QDateTime now = GenerationDate::local();
     // Deliberate: 24 hours and the letters PM at any time of day, held by tst_edsgenerator.
-    const QString time = now.toString(QStringLiteral("hh:mm")) + QLatin1String("PM");
-    const QString date = now.toString(QStringLiteral("MM-dd-yy"));
+    const QString time = GenerationDate::clock(now) + QLatin1String("PM");
+    const QString date = GenerationDate::day(now);
     context.out.raw("[FileInfo]\n");
     writeEntry(context, "FileName", context.projectName + QLatin1String(".eds"));
     writeSetting(context, "FileVersion");

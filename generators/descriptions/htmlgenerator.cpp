@@ -6,11 +6,9 @@
 #include "generators/textwriter.h"
 #include "support/cohelper.h"
 #include "support/helper.h"
-#include "support/logging.h"
 #include "support/numbers.h"
 
 #include <QFile>
-#include <QThread>
 
 namespace
 {
@@ -258,43 +256,21 @@ void HtmlDoc::describeIndex(const Context &context, quint16 index)
     out.raw("  <hr />\n");
 }
 
-HTMLGenerator::HTMLGenerator() : AbstractGenerator(QStringLiteral("HTML documentation")) {}
+HTMLGenerator::HTMLGenerator()
+    : LineDocGenerator(QStringLiteral("HTML documentation"), ".html", ".html")
+{
+}
 
 void HTMLGenerator::resetJob()
 {
     implementationInfo = wantsImplementationInfo();
 }
 
-QString HTMLGenerator::singleLineFile() const
-{
-    return QStringLiteral("%1/%2.html").arg(outputDirectory, projectName);
-}
-
-bool HTMLGenerator::checkWritability()
-{
-    return isNewOrWritable(singleLineFile());
-}
-
-template <class Section>
-void HTMLGenerator::forEachIndex(const QList<quint16> &indices, const Section &section) const
-{
-    for (const quint16 index : indices) {
-        if (abortRequested) {
-            qCDebug(lcGenerator) << "Generation aborted";
-            return;
-        }
-        section(index);
-        QThread::yieldCurrentThread();
-    }
-}
-
 void HTMLGenerator::doJob()
 {
     const JobBracket bracket(*this);
     checkForceMLFlag();
-    QFile file(isMultiLine() ? QStringLiteral("%1/%2_%3.html")
-                                   .arg(outputDirectory, projectName, QString::number(activeLine))
-                             : singleLineFile());
+    QFile file(targetFile());
     if (!openOutputFile(file))
         return;
     TextWriter out(&file);
@@ -312,10 +288,10 @@ void HTMLGenerator::doJob()
     out.raw("<a href=\"#gen\">Generation Information</a><br />\n");
     out.raw("<a href=\"#com\">Comment</a><br />\n");
     HtmlDoc::TocGaps gaps;
-    forEachIndex(indices, [&](quint16 index) { HtmlDoc::createTOC(context, index, gaps); });
+    forEach(indices, [&](quint16 index) { HtmlDoc::createTOC(context, index, gaps); });
     out.raw("  </div>\n");
     out.raw("  <div class=\"center\">\n");
-    forEachIndex(indices, [&](quint16 index) { HtmlDoc::describeIndex(context, index); });
+    forEach(indices, [&](quint16 index) { HtmlDoc::describeIndex(context, index); });
     out.raw("  </div>\n");
     page.end();
     closeOutputFile(out, file);

@@ -1,20 +1,17 @@
 // The object dictionary of a line as a page for the browser and for printing.
 #pragma once
 
-#include "generators/abstractgenerator.h"
+#include "generators/descriptions/linedocgenerator.h"
 
 class HtmlPage;
 
 /// Writes "<project>.html", or "<project>_<line>.html" where a project has several lines.
-class HTMLGenerator : public AbstractGenerator
+class HTMLGenerator : public LineDocGenerator
 {
     Q_OBJECT
 
 public:
     HTMLGenerator();
-
-    /// Looks at the single-line name only, in a project of several lines too.
-    bool checkWritability() override;
 
 public slots:
     void doJob() override;
@@ -24,11 +21,6 @@ protected:
     void resetJob() override;
 
 private:
-    QString singleLineFile() const;
-    /// Calls \a section for each index, until the job is aborted.
-    template <class Section>
-    void forEachIndex(const QList<quint16> &indices, const Section &section) const;
-
     bool implementationInfo = false; ///< the user wants to see how values are stored
 };
 

@@ -4,11 +4,9 @@
 #include "generators/descriptions/htmlpage.h"
 #include "generators/textwriter.h"
 #include "support/cohelper.h"
-#include "support/logging.h"
 #include "support/numbers.h"
 
 #include <QFile>
-#include <QThread>
 
 namespace
 {
@@ -100,7 +98,8 @@ void J1939HtmlDoc::describeSPN(const Context &context, const ObjectDataBase::SPN
     context.out.raw("  </table>\n");
 }
 
-J1939HTMLGenerator::J1939HTMLGenerator() : AbstractGenerator(QStringLiteral("HTML documentation"))
+J1939HTMLGenerator::J1939HTMLGenerator()
+    : LineDocGenerator(QStringLiteral("HTML documentation"), ".html", ".html")
 {
 }
 
@@ -109,39 +108,19 @@ void J1939HTMLGenerator::resetJob()
     implementationInfo = wantsImplementationInfo();
 }
 
-QString J1939HTMLGenerator::singleLineFile() const
-{
-    return QStringLiteral("%1/%2.html").arg(outputDirectory, projectName);
-}
-
-bool J1939HTMLGenerator::checkWritability()
-{
-    return isNewOrWritable(singleLineFile());
-}
-
 template <class Section>
 void J1939HTMLGenerator::forEachGroup(const Section &section) const
 {
-    for (const quint8 direction : {kTransmitted, kReceived}) {
-        const QList<quint32> groups = database->getPGNs(activeLine, direction, false);
-        for (const quint32 pgn : groups) {
-            if (abortRequested) {
-                qCDebug(lcGenerator) << "Generation aborted";
-                return;
-            }
-            section(direction, pgn);
-            QThread::yieldCurrentThread();
-        }
-    }
+    for (const quint8 direction : {kTransmitted, kReceived})
+        forEach(database->getPGNs(activeLine, direction, false),
+                [&](quint32 pgn) { section(direction, pgn); });
 }
 
 void J1939HTMLGenerator::doJob()
 {
     const JobBracket bracket(*this);
     checkForceMLFlag();
-    QFile file(isMultiLine() ? QStringLiteral("%1/%2_%3.html")
-                                   .arg(outputDirectory, projectName, QString::number(activeLine))
-                             : singleLineFile());
+    QFile file(targetFile());
     if (!openOutputFile(file))
         return;
     TextWriter out(&file);
@@ -160,6 +139,5 @@ void J1939HTMLGenerator::doJob()
         [&](quint8 direction, quint32 pgn) { J1939HtmlDoc::describePGN(context, direction, pgn); });
     out.raw("  </div>\n");
     page.end();
-    database->clearAllCachedSpnData();
     closeOutputFile(out, file);
 }

@@ -1,20 +1,17 @@
 // The parameter groups and signals of a J1939 line as a page for the browser and for printing.
 #pragma once
 
-#include "generators/abstractgenerator.h"
+#include "generators/descriptions/linedocgenerator.h"
 
 class HtmlPage;
 
 /// Writes "<project>.html", or "<project>_<line>.html" where a project has several lines.
-class J1939HTMLGenerator : public AbstractGenerator
+class J1939HTMLGenerator : public LineDocGenerator
 {
     Q_OBJECT
 
 public:
     J1939HTMLGenerator();
-
-    /// Looks at the single-line name only, in a project of several lines too.
-    bool checkWritability() override;
 
 public slots:
     void doJob() override;
@@ -24,7 +21,6 @@ protected:
     void resetJob() override;
 
 private:
-    QString singleLineFile() const;
     /// Calls \a section for each group, the transmitted ones first, until the job is aborted.
     template <class Section>
     void forEachGroup(const Section &section) const;

@@ -8,7 +8,6 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QThread>
 
 namespace
 {
@@ -69,27 +68,15 @@ void documentSPN(TextWriter &out, const ObjectDataBase::SPN &spn)
 // Deliberate: the object name's spelling is part of the driver's report, held by
 // tst_j1939documents.
 J1939TextDocGenerator::J1939TextDocGenerator()
-    : AbstractGenerator(QStringLiteral("j1939 textual documenation"))
+    : LineDocGenerator(QStringLiteral("j1939 textual documenation"), "_doc.txt", ".txt")
 {
-}
-
-QString J1939TextDocGenerator::singleLineFile() const
-{
-    return QStringLiteral("%1/%2_doc.txt").arg(outputDirectory, projectName);
-}
-
-bool J1939TextDocGenerator::checkWritability()
-{
-    return isNewOrWritable(singleLineFile());
 }
 
 void J1939TextDocGenerator::doJob()
 {
     const JobBracket bracket(*this);
     checkForceMLFlag();
-    QFile file(isMultiLine() ? QStringLiteral("%1/%2_%3.txt")
-                                   .arg(outputDirectory, projectName, QString::number(activeLine))
-                             : singleLineFile());
+    QFile file(targetFile());
     if (!openOutputFile(file))
         return;
     TextWriter out(&file);
@@ -100,7 +87,5 @@ void J1939TextDocGenerator::doJob()
         for (const quint32 pgn : groups)
             J1939TextDoc::documentPGN(out, *database, activeLine, direction, pgn);
     }
-    database->clearAllCachedSpnData();
-    QThread::yieldCurrentThread();
     closeOutputFile(out, file);
 }

@@ -2,25 +2,19 @@
 // tab-separated labels and values.
 #pragma once
 
-#include "generators/abstractgenerator.h"
+#include "generators/descriptions/linedocgenerator.h"
 
 /// Writes "<project>_doc.txt", or "<project>_<line>.txt" where a project has several lines.
-class J1939TextDocGenerator : public AbstractGenerator
+class J1939TextDocGenerator : public LineDocGenerator
 {
     Q_OBJECT
 
 public:
     J1939TextDocGenerator();
 
-    /// Looks at the single-line name only, in a project of several lines too.
-    bool checkWritability() override;
-
 public slots:
     /// Runs to its end even if the job is aborted.
     void doJob() override;
-
-private:
-    QString singleLineFile() const;
 };
 
 /// The sections of the file. A group that the store does not hold writes nothing.

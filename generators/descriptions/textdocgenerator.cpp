@@ -4,11 +4,9 @@
 #include "generators/textwriter.h"
 #include "support/cohelper.h"
 #include "support/helper.h"
-#include "support/logging.h"
 #include "support/numbers.h"
 
 #include <QFile>
-#include <QThread>
 
 namespace TextDoc
 {
@@ -50,40 +48,25 @@ void documentSubIndex(TextWriter &out, quint16 index, quint8 subIndex,
 } // namespace TextDoc
 
 // Deliberate: the object name's spelling is part of the driver's report, held by tst_commandline.
-TextDocGenerator::TextDocGenerator() : AbstractGenerator(QStringLiteral("textual documenation")) {}
-
-QString TextDocGenerator::singleLineFile() const
+TextDocGenerator::TextDocGenerator()
+    : LineDocGenerator(QStringLiteral("textual documenation"), "_doc.txt", ".txt")
 {
-    return QStringLiteral("%1/%2_doc.txt").arg(outputDirectory, projectName);
-}
-
-bool TextDocGenerator::checkWritability()
-{
-    return isNewOrWritable(singleLineFile());
 }
 
 void TextDocGenerator::doJob()
 {
     const JobBracket bracket(*this);
     checkForceMLFlag();
-    QFile file(isMultiLine() ? QStringLiteral("%1/%2_%3.txt")
-                                   .arg(outputDirectory, projectName, QString::number(activeLine))
-                             : singleLineFile());
+    QFile file(targetFile());
     if (!openOutputFile(file))
         return;
     TextWriter out(&file);
     TextDoc::writeTitle(out, projectName);
-    const QList<quint16> indices = database->getIndices(activeLine, 0x1000, 0xFFFF);
-    for (const quint16 index : indices) {
-        if (abortRequested) {
-            qCDebug(lcGenerator) << "Generation aborted";
-            break;
-        }
+    forEach(database->getIndices(activeLine, 0x1000, 0xFFFF), [&](quint16 index) {
         TextDoc::documentIndex(out, *database, activeLine, index);
         database->visitSubIndices(activeLine, index, 0, [&](quint8 sub, const SubIndexData &data) {
             TextDoc::documentSubIndex(out, index, sub, data);
         });
-        QThread::yieldCurrentThread();
-    }
+    });
     closeOutputFile(out, file);
 }

@@ -1,24 +1,18 @@
 // The object dictionary of a line as plain text, to look something up without opening the project.
 #pragma once
 
-#include "generators/abstractgenerator.h"
+#include "generators/descriptions/linedocgenerator.h"
 
 /// Writes "<project>_doc.txt", or "<project>_<line>.txt" where a project has several lines.
-class TextDocGenerator : public AbstractGenerator
+class TextDocGenerator : public LineDocGenerator
 {
     Q_OBJECT
 
 public:
     TextDocGenerator();
 
-    /// Looks at the single-line name only, in a project of several lines too.
-    bool checkWritability() override;
-
 public slots:
     void doJob() override;
-
-private:
-    QString singleLineFile() const;
 };
 
 /// The sections of the file. A record that the store does not hold writes nothing.

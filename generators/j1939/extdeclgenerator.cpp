@@ -10,12 +10,10 @@
 #include "support/numbers.h"
 
 #include <QFile>
-#include <QHash>
 #include <QRegularExpression>
 #include <QSet>
 
 #include <algorithm>
-#include <cmath>
 
 namespace
 {
@@ -49,11 +47,11 @@ using ExtDecl::CType;
 using ExtDecl::Variable;
 using ExtDecl::Variables;
 
+constexpr quint32 kManaged = 0;
 constexpr quint32 kApplicationVariable = 2;
 constexpr quint8 kReceived = 0x77;
 constexpr quint8 kTransmitted = 0x55;
 constexpr quint32 kHighestElement = 0xFFFF;
-constexpr int kRealDigits = 8;
 
 constexpr CType kU8 = {"UNSIGNED8", Form::Unsigned, 1};
 constexpr CType kU16 = {"UNSIGNED16", Form::Unsigned, 2};
@@ -158,6 +156,30 @@ bool isReserved(const QString &name)
     return words.contains(name);
 }
 
+/// A variable, or an element of an array, by its name.
+struct Name {
+    QString name; ///< empty for any other expression
+    bool isElement = false;
+    quint32 index = 0;
+};
+
+Name parseName(const QString &expression)
+{
+    static const QRegularExpression pattern(
+        QStringLiteral("^\\s*([A-Za-z_][A-Za-z0-9_]*)\\s*"
+                       "(?:\\[\\s*(0|[1-9][0-9]*|0[xX][0-9A-Fa-f]+)[uUlL]{0,3}\\s*\\]\\s*)?$"));
+    const QRegularExpressionMatch match = pattern.match(expression);
+    Name found;
+    found.isElement = !match.captured(2).isEmpty();
+    bool isIndex = true;
+    if (found.isElement)
+        found.index = Numbers::toUIntByPrefix(match.captured(2), &isIndex);
+    if (match.hasMatch() && isIndex && found.index <= kHighestElement &&
+        !isReserved(match.captured(1)))
+        found.name = match.captured(1);
+    return found;
+}
+
 /// Where a table names a variable.
 struct Use {
     QString expression;
@@ -174,29 +196,22 @@ public:
     {
         if (use.expression.trimmed().isEmpty())
             return;
-        static const QRegularExpression pattern(
-            QStringLiteral("^\\s*([A-Za-z_][A-Za-z0-9_]*)\\s*"
-                           "(?:\\[\\s*(0|[1-9][0-9]*|0[xX][0-9A-Fa-f]+)[uUlL]{0,3}\\s*\\]\\s*)?$"));
-        const QRegularExpressionMatch match = pattern.match(use.expression);
-        bool isIndex = true;
-        const bool isElement = !match.captured(2).isEmpty();
-        const quint32 index = isElement ? Numbers::toUIntByPrefix(match.captured(2), &isIndex) : 0;
-        if (!match.hasMatch() || !isIndex || index > kHighestElement || !use.type ||
-            isReserved(match.captured(1))) {
+        const Name target = parseName(use.expression);
+        if (target.name.isEmpty() || !use.type) {
             addOther(use.expression.simplified());
             return;
         }
-        Variable &variable = variableOf(match.captured(1));
+        Variable &variable = variableOf(target.name);
         const quint32 bytes =
             isSized(*use.type) ? std::max(use.bytes, 1U) : quint32(use.type->bytes);
         if (bytes > variable.bytes) {
             variable.type = use.type;
             variable.bytes = bytes;
         }
-        if (isElement)
-            variable.elements = std::max(variable.elements, index + 1);
-        if (!variable.defaultValues.contains(index))
-            variable.defaultValues.insert(index, use.defaultValue);
+        if (target.isElement)
+            variable.elements = std::max(variable.elements, target.index + 1);
+        if (!variable.defaultValues.contains(target.index))
+            variable.defaultValues.insert(target.index, use.defaultValue);
     }
 
     const Variables &all() const { return variables; }
@@ -204,10 +219,10 @@ public:
 private:
     Variable &variableOf(const QString &name)
     {
-        const auto known = places.constFind(name);
-        if (known != places.constEnd())
+        const auto known = variables.places.constFind(name);
+        if (known != variables.places.constEnd())
             return variables.declared[*known];
-        places.insert(name, variables.declared.size());
+        variables.places.insert(name, variables.declared.size());
         Variable variable;
         variable.name = name;
         variables.declared << variable;
@@ -222,17 +237,22 @@ private:
     }
 
     Variables variables;
-    QHash<QString, int> places; ///< in variables.declared
     QSet<QString> knownOthers;
 };
+
+/// Of a string.
+quint32 bytesOf(const SignalData &signal)
+{
+    return (signal.bitSize + 7U) / 8;
+}
 
 template <class Signal>
 void addSignals(Collector &collector, const QVector<Signal> &list)
 {
     for (const Signal &signal : list) {
-        if (signal.implementation == kApplicationVariable)
+        if (signal.implementation != kManaged) // a mapping names the variable of all others
             collector.add({signal.varName, typeOf(signal.dataType, &TypeRow::ofSignal),
-                           (signal.bitSize + 7U) / 8, signal.defaultValue});
+                           bytesOf(signal), signal.defaultValue});
     }
 }
 
@@ -288,15 +308,6 @@ QString unsignedText(const CType &type, quint64 value)
            QLatin1String(type.bytes == 4 ? "UL" : "u");
 }
 
-QString realText(const QString &text)
-{
-    bool isNumber = false;
-    const float value = text.toFloat(&isNumber);
-    return QString::number(isNumber && std::isfinite(value) ? double(value) : 0.0, 'e',
-                           kRealDigits) +
-           QLatin1Char('f');
-}
-
 /// Bytes in braces. Behind "|x" the project tells them in hexadecimal. \a pattern is that of one
 /// byte: a char may be signed and would not take a number above 127.
 QString bytesText(const QString &text, quint32 size, const QString &pattern)
@@ -326,7 +337,7 @@ QString valueText(const Variable &variable, const QString &text)
         return AbstractGenerator::convertValue(type.byteMacro, Numbers::toULongLongByPrefix(text),
                                                Numbers::toLongLongByPrefix(text));
     case Form::Real:
-        return realText(text);
+        return CText::realNumber(text);
     case Form::Chars:
         return bytesText(text, variable.bytes, QStringLiteral("'\\x%1'"));
     case Form::Bytes:
@@ -403,12 +414,32 @@ ExtDecl::Variables ExtDecl::readVariables(ObjectDataBase &store)
     const QList<quint8> lines = readProjectLines(store).numbers;
     for (const quint8 line : lines)
         addFrames(collector, store, line);
-    store.clearAllCachedSpnData();
     if (hasDictionary(store, lines)) {
         for (const quint8 line : lines)
             addObjects(collector, store, line);
     }
     return collector.all();
+}
+
+ExtDecl::Access ExtDecl::accessTo(const Variables &variables, const SignalData &signal)
+{
+    const Name target = parseName(signal.varName);
+    const auto place = variables.places.constFind(target.name);
+    if (place != variables.places.constEnd()) {
+        const Variable &variable = variables.declared.at(*place);
+        const QString element = QStringLiteral("%1[%2]").arg(target.name).arg(target.index);
+        return {variable.elements > 0 ? element : target.name, variable.type->name,
+                isSized(*variable.type) ? variable.bytes : 0};
+    }
+    const CType *type = typeOf(signal.dataType, &TypeRow::ofSignal);
+    const QString expression = signal.varName.trimmed();
+    if (!type || expression.isEmpty())
+        return {};
+    if (isSized(*type))
+        return {expression, type->name, std::max(bytesOf(signal), 1U)};
+    const bool isAddress =
+        expression.contains(QLatin1Char('&')) || expression.contains(QLatin1Char('*'));
+    return {isAddress ? QStringLiteral("*(%1)").arg(expression) : expression, type->name, 0};
 }
 
 QString ExtDecl::declaration(const Variable &variable)

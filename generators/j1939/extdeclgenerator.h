@@ -5,6 +5,7 @@
 #include "generators/abstractgenerator.h"
 #include "generators/dialect.h"
 
+#include <QHash>
 #include <QMap>
 #include <QStringList>
 #include <QVector>
@@ -58,12 +59,23 @@ struct Variable {
 
 struct Variables {
     QVector<Variable> declared;
-    QStringList others; ///< expressions, and what has no type
+    QStringList others;         ///< expressions, and what has no type
+    QHash<QString, int> places; ///< in declared, by name
 };
 
 /// Each name once, in order of first use: signals of groups and identifiers first, then objects. Of
 /// several types of one variable the widest counts, since all tables must find room in it.
 Variables readVariables(ObjectDataBase &store);
+
+/// How C code takes hold of a signal's variable.
+struct Access {
+    QString expression;    ///< an lvalue, or an array; empty if the type is not known
+    const char *type = ""; ///< of a number, or of an array's elements
+    quint32 bytes = 0;     ///< of an array; 0 for a number
+};
+
+/// A declared variable is taken as it is declared, all else by the type of the signal.
+Access accessTo(const Variables &variables, const SignalData &signal);
 
 /// A declaration of the header without what stands around it, such as "UNSIGNED8 level[]".
 QString declaration(const Variable &variable);

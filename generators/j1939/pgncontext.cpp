@@ -40,6 +40,11 @@ Traffic readTraffic(const ObjectDataBase &store, quint8 line, quint8 direction)
 
 } // namespace
 
+Pgn::Dialect Pgn::dialectOf(const ObjectDataBase &store)
+{
+    return GeneralSettings(store).wantsCoreHeaders() ? v4Dialect() : classicDialect();
+}
+
 Pgn::Context Pgn::makeContext(ObjectDataBase &store, TextWriter &out, const Dialect &dialect)
 {
     Context context{store, out, dialect, GeneralSettings(store), J1939Settings(store), {}, {}};
@@ -59,7 +64,6 @@ Pgn::Context Pgn::makeContext(ObjectDataBase &store, TextWriter &out, const Dial
                               readTraffic(store, number, kReceived),
                               readTraffic(store, number, kTransmitted)};
     }
-    store.clearAllCachedSpnData();
     return context;
 }
 

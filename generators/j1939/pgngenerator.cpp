@@ -1,12 +1,26 @@
 // The order of the sections.
 #include "generators/j1939/pgngenerator.h"
 
-#include "generators/j1939/addressclaim.h"
+#include "generators/addressclaim.h"
 #include "generators/j1939/pgninit.h"
 #include "generators/j1939/pgnsections.h"
+#include "generators/projectlines.h"
 
 #include <QFile>
 #include <QFileInfo>
+
+void Pgn::declareIdentify(ObjectDataBase &store)
+{
+    constexpr quint32 kNoNumber = 0;
+    const QList<quint8> lines = readProjectLines(store).numbers;
+    for (const quint8 line : lines) {
+        if (!carriesJ1939(readLineType(store, line)) &&
+            store.getPGNs(line, kTransmitted, false).size() < 2)
+            continue;
+        (void)store.delPGN(line, kAddressClaimed, kTransmitted); // there may be none
+        AddressClaim::declare(store, line, kNoNumber);
+    }
+}
 
 PGNGenerator::PGNGenerator() : PGNGenerator(Pgn::classicDialect()) {}
 

@@ -39,3 +39,12 @@ class PGNGeneratorV4 : public PGNGenerator
 public:
     PGNGeneratorV4();
 };
+
+namespace Pgn
+{
+
+/// Declares the address claim on each line that speaks J1939, or that sends at least two groups.
+/// What the line had under that number is replaced.
+void declareIdentify(ObjectDataBase &store);
+
+} // namespace Pgn

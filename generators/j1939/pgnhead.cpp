@@ -2,6 +2,15 @@
 #include "generators/ctext.h"
 #include "generators/j1939/pgnsections.h"
 
+void Pgn::writeConstMacro(Context &context)
+{
+    context.out.raw("/* definition of memory specifier */\n");
+    context.out.raw(QStringLiteral("#ifndef %1\n"
+                                   "#define %1 const\n"
+                                   "#endif\n\n")
+                        .arg(QLatin1String(context.dialect.constMacro)));
+}
+
 void Pgn::writeHead(Context &context, const QString &projectName, const QString &toolVersion,
                     bool withStandardLibrary)
 {
@@ -15,12 +24,8 @@ void Pgn::writeHead(Context &context, const QString &projectName, const QString 
         out.raw("#include <iso_tp.h>\n"
                 "#include <uds_uds.h>\n");
     out.raw("#include <gen_extern_decl.h>\n"
-            "\n"
-            "/* definition of memory specifier */\n");
-    out.raw(QStringLiteral("#ifndef %1\n"
-                           "#define %1 const\n"
-                           "#endif\n\n")
-                .arg(QLatin1String(context.dialect.constMacro)));
+            "\n");
+    writeConstMacro(context);
     out.raw("/* definition of watchdog handle during initialization */\n");
     out.raw(QStringLiteral("#ifndef %1\n"
                            "#define %1\n"

@@ -69,11 +69,10 @@ void writeModes(Context &context)
     out.raw("\t}\n");
 }
 
-void writeNewStructures(Context &context, const CommonGeneratorHelper &texts)
+void writeNewValues(Context &context)
 {
+    const StartUpTexts texts(context);
     TextWriter &out = context.out;
-    out.raw(texts.getCommonInitVars());
-    out.parts(context.dialect.constMacro, " J1939_SERVICE_INIT_VAL_T\tserviceInitVars = {\n");
     out.parts("\t", quint32(texts.getInitStructVersion(InitStruct::J1939)), "u,\n");
     out.raw("\t{ J1939_RECEIVE_PGN_COUNTS },\n"
             "\t{ J1939_TRANSMIT_PGN_COUNTS },\n"
@@ -86,32 +85,47 @@ void writeNewStructures(Context &context, const CommonGeneratorHelper &texts)
     if (context.form.canFd)
         out.raw(",\n"
                 "\t{ J1939_DEST_BUFFER_COUNTS }\n");
-    out.raw("};\n"
-            "\n");
-    if (context.form.canFd)
-        writeModes(context);
 }
 
-void writeOldStructure(Context &context)
+void writeOldValues(Context &context)
 {
     TextWriter &out = context.out;
-    out.raw("const J1939_SERVICE_INIT_VAL_T\tserviceInitVars = {\n"
-            "\t3u,\n");
+    out.raw("\t3u,\n");
     for (const Word &word : kBufferCounts)
         out.raw(context.dialect.of(word));
     out.raw("\t{ J1939_RECEIVE_PGN_COUNTS },\n"
-            "\t{ J1939_TRANSMIT_PGN_COUNTS }\n"
-            "};\n"
-            "\n");
-    if (context.form.canFd)
+            "\t{ J1939_TRANSMIT_PGN_COUNTS }\n");
+}
+
+void writeStructures(Context &context, const CommonGeneratorHelper &texts)
+{
+    TextWriter &out = context.out;
+    const bool isNew = hasNewInitStructure(context);
+    if (isNew)
+        out.parts(texts.getCommonInitVars(), context.dialect.constMacro);
+    out.raw(isNew ? " J1939_SERVICE_INIT_VAL_T\tserviceInitVars = {\n"
+                  : "const J1939_SERVICE_INIT_VAL_T\tserviceInitVars = {\n");
+    writeServiceValues(context);
+    if (!context.form.canFd)
+        return;
+    if (isNew)
+        writeModes(context);
+    else
         out.raw("\t(void)pModes;\n");
 }
 
 void writeCommonStart(Context &context, const CommonGeneratorHelper &texts)
 {
     TextWriter &out = context.out;
+    // Deliberate: the structure of a line that is not started would be an unused one, held by
+    // tst_generatedj1939.
+    QList<quint8> startedLines;
+    for (const Line &line : qAsConst(context.lines)) {
+        if (line.hasJ1939())
+            startedLines << line.number;
+    }
     if (context.form.hasUds)
-        out.parts(texts.getUDSInitStructures(), "\n");
+        out.parts(texts.getUDSInitStructures(startedLines), "\n");
     // Deliberate: the call hands over a structure that only the new form has, held by
     // tst_pgngenerator.
     if (hasNewInitStructure(context)) {
@@ -158,14 +172,21 @@ void writeDictionaryStart(Context &context)
 
 } // namespace
 
+void Pgn::writeServiceValues(Context &context)
+{
+    if (hasNewInitStructure(context))
+        writeNewValues(context);
+    else
+        writeOldValues(context);
+    context.out.raw("};\n"
+                    "\n");
+}
+
 void Pgn::generateStackInit(Context &context)
 {
     const StartUpTexts texts(context);
     writeFunctionHead(context);
-    if (hasNewInitStructure(context))
-        writeNewStructures(context, texts);
-    else
-        writeOldStructure(context);
+    writeStructures(context, texts);
     writeCommonStart(context, texts);
     // Deliberate: lines of other protocols have no structure to hand over, held by
     // tst_pgngenerator.

@@ -1,4 +1,6 @@
 // The mapping tables: where the signals of a frame lie, how wide they are and of which type.
+#include "generators/j1939/pgnmappings.h"
+
 #include "generators/ctext.h"
 #include "generators/j1939/pgnsections.h"
 #include "generators/j1939/pgntypes.h"
@@ -12,7 +14,7 @@ using namespace Pgn;
 // clang-format off
 constexpr const char *kReferences[kValueArrayCount] = { // the place is the array
     "&mv_u8[%1]", "&mv_i8[%1]", "&mv_u16[%1]", "&mv_i16[%1]", "&mv_u32[%1]", "&mv_i32[%1]",
-    "&mv_u64[%1]",
+    "&mv_u64[%1]", "&mv_r32[%1]",
 };
 // clang-format on
 
@@ -46,13 +48,10 @@ quint32 bitsOfType(const Signal &signal)
 /// What stands between the braces of a row.
 QString rowOfGroup(const Context &context, const Signal &signal)
 {
-    const quint32 type = signal.data.dataType;
-    const bool isText = isTextOfGroup(type);
-    const QString row =
-        QStringLiteral("%1, %2u, %3u, %4")
-            .arg(isText ? variableOf(signal) : addressOf(signal),
-                 QString::number(isText ? signal.data.bitSize : bitsOfType(signal)),
-                 QString::number(signal.data.number), QLatin1String(typeTagOfGroup(type)));
+    const QString row = QStringLiteral("%1, %2u, %3u, %4")
+                            .arg(addressInGroup(signal), QString::number(bitsInGroup(signal)),
+                                 QString::number(signal.data.number),
+                                 QLatin1String(typeTagOfGroup(signal.data.dataType)));
     return context.form.dynamicMapping ? row + QStringLiteral(", 0u") : row;
 }
 
@@ -61,33 +60,6 @@ QString rowOfIdentifier(const Context & /*context*/, const Signal &signal)
     return QStringLiteral("%1, %2u, %3")
         .arg(addressOf(signal), QString::number(bitsOfType(signal)),
              QLatin1String(typeTagOfIdentifier(signal.data.dataType)));
-}
-
-using RowText = QString (*)(const Context &context, const Signal &signal);
-
-void writeRows(Context &context, const QVector<Signal> &mapping, RowText rowText)
-{
-    TextWriter &out = context.out;
-    // Deliberate: C99 has no empty initialiser, so that a frame without signals holds a row that
-    // its count does not tell; held by tst_pgngenerator.
-    if (mapping.isEmpty())
-        out.raw("\t{ 0 }");
-    const char *separator = "";
-    for (const Signal &signal : mapping) {
-        out.parts(separator, "\t{ ", rowText(context, signal), " }");
-        if (!signal.data.name.isEmpty())
-            out.parts("\t/* ", CText::comment(signal.data.name), " */");
-        separator = ",\n";
-    }
-    out.raw("\n"
-            "};\n");
-}
-
-/// "1234/0x04d2 name".
-QString numberAndName(quint32 number, const QString &name)
-{
-    return QStringLiteral("%1/0x%2 %3")
-        .arg(QString::number(number), Numbers::toHex(number, 4), CText::comment(name));
 }
 
 const char *mappingName(quint8 direction)
@@ -123,6 +95,40 @@ void writeIdentifier(Context &context, const Line &line, const Identifier &ident
 }
 
 } // namespace
+
+QString Pgn::addressInGroup(const Signal &signal)
+{
+    return isTextOfGroup(signal.data.dataType) ? variableOf(signal) : addressOf(signal);
+}
+
+quint32 Pgn::bitsInGroup(const Signal &signal)
+{
+    return isTextOfGroup(signal.data.dataType) ? signal.data.bitSize : bitsOfType(signal);
+}
+
+QString Pgn::numberAndName(quint32 number, const QString &name)
+{
+    return QStringLiteral("%1/0x%2 %3")
+        .arg(QString::number(number), Numbers::toHex(number, 4), CText::comment(name));
+}
+
+void Pgn::writeRows(Context &context, const QVector<Signal> &mapping, RowText rowText)
+{
+    TextWriter &out = context.out;
+    // Deliberate: C99 has no empty initialiser, so that a frame without signals holds a row that
+    // its count does not tell; held by tst_pgngenerator.
+    if (mapping.isEmpty())
+        out.raw("\t{ 0 }");
+    const char *separator = "";
+    for (const Signal &signal : mapping) {
+        out.parts(separator, "\t{ ", rowText(context, signal), " }");
+        if (!signal.data.name.isEmpty())
+            out.parts("\t/* ", CText::comment(signal.data.name), " */");
+        separator = ",\n";
+    }
+    out.raw("\n"
+            "};\n");
+}
 
 void Pgn::declareMappings(Context &context)
 {

@@ -9,12 +9,11 @@ namespace
 using Type = CAN::CANopenDataType;
 using Pgn::ValueArray;
 
-/// A type that has an array; `isSigned` ones only for elements of raw CAN.
+/// A type that has an array.
 struct ArrayRow {
     Type type;
     ValueArray array;
-    quint64 notAvailable;
-    bool isSigned = false;
+    quint64 notAvailable; ///< 0 for none
 };
 
 struct TagRow {
@@ -50,10 +49,11 @@ constexpr ArrayRow kArrays[] = {
     {Type::Unsigned40, ValueArray::U64, 0xFFFFFFFFFF},
     {Type::Unsigned48, ValueArray::U64, 0xFFFFFFFFFFFF},
     {Type::Unsigned64, ValueArray::U64, 0xFFFFFFFFFFFFFFFF},
-    {Type::Integer8,   ValueArray::I8,  0, true},
-    {Type::Integer16,  ValueArray::I16, 0, true},
-    {Type::Integer32,  ValueArray::I32, 0, true},
-    {Type::Integer24,  ValueArray::I32, 0, true},
+    {Type::Integer8,   ValueArray::I8,  0},
+    {Type::Integer16,  ValueArray::I16, 0},
+    {Type::Integer32,  ValueArray::I32, 0},
+    {Type::Integer24,  ValueArray::I32, 0},
+    {Type::Real32,     ValueArray::R32, 0},
 };
 
 constexpr TagRow kTextTags[] = { // of groups
@@ -124,22 +124,16 @@ const Row *rowOf(const Row (&rows)[N], quint32 dataType)
 
 } // namespace
 
-std::optional<Pgn::ValueArray> Pgn::arrayOfParameter(quint32 dataType)
-{
-    const ArrayRow *row = rowOf(kArrays, dataType);
-    return row && !row->isSigned ? std::make_optional(row->array) : std::nullopt;
-}
-
-std::optional<Pgn::ValueArray> Pgn::arrayOfElement(quint32 dataType)
+std::optional<Pgn::ValueArray> Pgn::arrayOf(quint32 dataType)
 {
     const ArrayRow *row = rowOf(kArrays, dataType);
     return row ? std::make_optional(row->array) : std::nullopt;
 }
 
-quint64 Pgn::notAvailable(quint32 dataType)
+std::optional<quint64> Pgn::notAvailable(quint32 dataType)
 {
     const ArrayRow *row = rowOf(kArrays, dataType);
-    return row ? row->notAvailable : 0;
+    return row && row->notAvailable != 0 ? std::make_optional(row->notAvailable) : std::nullopt;
 }
 
 bool Pgn::isTextOfGroup(quint32 dataType)

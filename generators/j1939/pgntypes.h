@@ -7,12 +7,11 @@ namespace Pgn
 {
 
 /// The array for the managed variable of a type; none for a type that has no such variable.
-/// Parameter groups know no signed signals, so that only elements of raw CAN have signed ones.
-std::optional<ValueArray> arrayOfParameter(quint32 dataType);
-std::optional<ValueArray> arrayOfElement(quint32 dataType);
+std::optional<ValueArray> arrayOf(quint32 dataType);
 
-/// SAE J1939-71: all bits set tell that a parameter is not available. 0 for a type without array.
-quint64 notAvailable(quint32 dataType);
+/// SAE J1939-71: all bits set tell that a parameter is not available. None for signed types and
+/// reals, where the standard has no such value.
+std::optional<quint64> notAvailable(quint32 dataType);
 
 /// A type whose size is told by the signal: its variable is an array.
 bool isTextOfGroup(quint32 dataType);

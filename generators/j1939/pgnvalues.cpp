@@ -1,5 +1,6 @@
 // The variables behind signals that the application leaves to the tool.
 #include "generators/abstractgenerator.h"
+#include "generators/ctext.h"
 #include "generators/j1939/pgnsections.h"
 #include "generators/j1939/pgntypes.h"
 
@@ -26,6 +27,7 @@ constexpr ArrayWords kArrayWords[kValueArrayCount] = { // order of the file
     {ValueArray::U32, "static UNSIGNED32\tmv_u32[", "\t(UNSIGNED32)", "UL"},
     {ValueArray::I32, "static INTEGER32\tmv_i32[",  "\t(INTEGER32)",  "UL"},
     {ValueArray::U64, "static UNSIGNED64\tmv_u64[", "\t",             ""},
+    {ValueArray::R32, "static REAL32\tmv_r32[",     "\t(REAL32)",     ""},
 };
 // clang-format on
 
@@ -68,6 +70,8 @@ void addVariable(Contents &contents, Signal &signal, ValueArray array, const Var
 /// The text of \a value as the array holds it.
 QString valueText(ValueArray array, const QString &value)
 {
+    if (array == ValueArray::R32)
+        return CText::realNumber(value);
     if (array == ValueArray::U64)
         return AbstractGenerator::convertValue(CAN::CANopenDataType::Unsigned64,
                                                Numbers::toULongLongByPrefix(value), 0);
@@ -78,7 +82,10 @@ QString parameterValue(const Group &group, ValueArray array, const SignalData &d
 {
     if (group.data.number == kAddressClaimed)
         return valueText(array, data.defaultValue);
-    return valueText(array, QString::number(notAvailable(data.dataType)));
+    // Deliberate: signed parameters and reals have variables too, for their mappings refer to them;
+    // held by tst_pgngenerator.
+    const std::optional<quint64> unknown = notAvailable(data.dataType);
+    return valueText(array, unknown ? QString::number(*unknown) : data.defaultValue);
 }
 
 void collectGroups(const Context &context, Contents &contents, const Line &line,
@@ -88,7 +95,7 @@ void collectGroups(const Context &context, Contents &contents, const Line &line,
         const bool isReferenced = hasMapping(context, line, group);
         const bool isName = group.data.number == kAddressClaimed;
         for (Signal &signal : group.mapping) {
-            const auto array = arrayOfParameter(signal.data.dataType);
+            const auto array = arrayOf(signal.data.dataType);
             if (signal.data.implementation != 0 || !array)
                 continue;
             addVariable(contents, signal, *array,
@@ -103,7 +110,7 @@ void collectIdentifiers(Contents &contents, const Line &line, QVector<Identifier
 {
     for (Identifier &identifier : identifiers) {
         for (Signal &signal : identifier.mapping) {
-            const auto array = arrayOfElement(signal.data.dataType);
+            const auto array = arrayOf(signal.data.dataType);
             if (signal.data.implementation != 0 || !array)
                 continue;
             addVariable(contents, signal, *array,

@@ -5,9 +5,9 @@
 #include "generators/textwriter.h"
 #include "support/helper.h"
 #include "support/logging.h"
+#include "support/numbers.h"
 
 #include <QFile>
-#include <QThread>
 
 namespace
 {
@@ -25,12 +25,8 @@ bool canStandInName(QChar character)
            (code >= '0' && code <= '9') || code == '_';
 }
 
-/// Upper case comes first: that of a sharp s is two letters.
-QString upperWithoutBlanks(const QString &text)
-{
-    return text.toUpper().replace(QLatin1Char(' '), QLatin1Char('_'));
-}
-
+/// Blanks are among the characters that become "_". Upper case comes first: that of a sharp s is
+/// two letters.
 QString onlyNameCharacters(QString text)
 {
     for (QChar &character : text) {
@@ -43,15 +39,20 @@ QString onlyNameCharacters(QString text)
 /// \a text behind one of the prefixes that tell kinds of names apart.
 QString prefixedName(const char *kind, const QString &text)
 {
-    return IndexDefines::replaceInvalidCharacters(QLatin1String(kind) + upperWithoutBlanks(text));
+    return IndexDefines::replaceInvalidCharacters(QLatin1String(kind) + text.toUpper());
+}
+
+/// An attribute that only few records have.
+QString givenName(const Metadata &metadata, const char *key)
+{
+    return metadata.isEmpty() ? QString() : metadata.value(QLatin1String(key));
 }
 
 QString objectName(const IndexData &data, quint16 index)
 {
     // Deliberate: the user's own name keeps its runs of "_", and has no "I_" before it unless a
     // digit begins it, which no name of C can; held by tst_indicesgenerator.
-    const QString given =
-        onlyNameCharacters(upperWithoutBlanks(data.metadata.value(QStringLiteral("objectdefine"))));
+    const QString given = onlyNameCharacters(givenName(data.metadata, "objectdefine").toUpper());
     if (!given.isEmpty())
         return given.at(0).isDigit() ? QStringLiteral("I_") + given : given;
     const QString name = data.name.isEmpty() ? IndexData().name : data.name;
@@ -60,7 +61,7 @@ QString objectName(const IndexData &data, quint16 index)
 
 QString subIndexName(const SubIndexData &data, quint16 index, quint8 sub)
 {
-    const QString given = data.metadata.value(QStringLiteral("subdefine"));
+    const QString given = givenName(data.metadata, "subdefine");
     const QString name =
         given.isEmpty() ? Helper::substituteVariables(data.name, index, sub) : given;
     return prefixedName("S_", name);
@@ -72,61 +73,58 @@ QString frameName(const char *kind, const QString &name, quint32 number)
     return prefixedName(kind, Helper::substituteVariables(name, static_cast<quint16>(number), 0));
 }
 
-QString hexValue(quint32 value)
-{
-    return QStringLiteral("\t0x%1u\n").arg(value, 0, 16);
-}
-
-QString decimalValue(quint32 value)
-{
-    return QStringLiteral("\t%1u\n").arg(value);
-}
-
 } // namespace
 
 DefineNames::DefineNames()
 {
     // What the file itself defines.
-    writtenNames.insert(QStringLiteral("S_NUMBER_OF_ENTRIES"), 0);
-    writtenNames.insert(QStringLiteral("GEN_INDICES_H"), 1);
+    claimShared(QStringLiteral("S_NUMBER_OF_ENTRIES"), 0);
+    claimShared(QStringLiteral("GEN_INDICES_H"), 1);
 }
 
 void DefineNames::startLine(const QString &linePrefix)
 {
     prefix = linePrefix;
-    usedNames.clear();
+    ++run;
 }
 
 bool DefineNames::isTaken(const QString &name, quint32 value) const
 {
-    return usedNames.contains(name) || writtenNames.value(prefix + name, value) != value;
+    return isTaken(names.value(prefix + name), value);
 }
 
-std::optional<QString> DefineNames::claimCounted(const QString &name, quint32 value,
+std::optional<QString> DefineNames::claimCounted(const QString &text, quint32 value,
                                                  const char *separator)
 {
-    if (!isTaken(name, value)) {
-        usedNames.insert(name, 0);
-        return claimShared(name, value);
+    Name &name = names[prefix + text];
+    const bool isNew = !isTaken(name, value);
+    if (name.usedIn != run)
+        name.repeats = 0;
+    name.usedIn = run;
+    if (isNew && name.isWritten)
+        return std::nullopt;
+    if (isNew) {
+        name.isWritten = true;
+        name.value = value;
+        return text;
     }
     // Deliberate: the count goes on until the name is new, since a name that was given with its
     // digits would lose its define otherwise; held by tst_indicesgenerator.
-    quint32 &count = usedNames[name];
     QString counted;
-    do {
-        ++count;
-        counted = name + QLatin1String(separator) + QString::number(count);
-    } while (writtenNames.contains(prefix + counted));
-    writtenNames.insert(prefix + counted, value);
-    return counted;
+    do
+        counted = text + QLatin1String(separator) + QString::number(++name.repeats);
+    while (names.value(prefix + counted).isWritten);
+    return claimShared(counted, value);
 }
 
-std::optional<QString> DefineNames::claimShared(const QString &name, quint32 value)
+std::optional<QString> DefineNames::claimShared(const QString &text, quint32 value)
 {
-    if (writtenNames.contains(prefix + name))
+    Name &name = names[prefix + text];
+    if (name.isWritten)
         return std::nullopt;
-    writtenNames.insert(prefix + name, value);
-    return name;
+    name.isWritten = true;
+    name.value = value;
+    return text;
 }
 
 void IndexDefines::startLine(quint8 number)
@@ -141,8 +139,7 @@ void IndexDefines::generateIndexDefine(quint16 index)
     IndexData data;
     if (!store.getIndexData(line, index, data))
         return;
-    writeDefine("#define ", names.claimCounted(objectName(data, index), index, ""),
-                hexValue(index));
+    writeHexDefine("#define ", names.claimCounted(objectName(data, index), index, ""), index);
     if (data.objectCode != CANopen::ObjectCode::Array &&
         data.objectCode != CANopen::ObjectCode::Record)
         return;
@@ -154,10 +151,10 @@ void IndexDefines::generateIndexDefine(quint16 index)
 void IndexDefines::generateSubDefine(quint16 index, quint8 sub, const SubIndexData &data)
 {
     const QString name = subIndexName(data, index, sub);
-    writeDefine("#define  ",
-                index > kLastCommunicationIndex ? names.claimCounted(name, sub, "")
-                                                : names.claimShared(name, sub),
-                hexValue(sub));
+    writeHexDefine("#define  ",
+                   index > kLastCommunicationIndex ? names.claimCounted(name, sub, "")
+                                                   : names.claimShared(name, sub),
+                   sub);
 }
 
 void IndexDefines::genCANIDDefine(quint32 id, quint8 direction, quint32 number)
@@ -165,10 +162,8 @@ void IndexDefines::genCANIDDefine(quint32 id, quint8 direction, quint32 number)
     CANID data;
     if (!store.getCANIDData(line, id, direction, data))
         return;
-    writeDefine("#define ", names.claimCounted(frameName("ID_", data.name, id), id, "_"),
-                decimalValue(id));
-    writeDefine("#define ", names.claimCounted(QStringLiteral("ID_%1").arg(id), number, "_"),
-                decimalValue(number));
+    writeDefine(names.claimCounted(frameName("ID_", data.name, id), id, "_"), id);
+    writeDefine(names.claimCounted(QStringLiteral("ID_%1").arg(id), number, "_"), number);
     const QVector<DataElement> elements = store.getDataElementRecords(line, id, direction);
     for (const DataElement &element : elements)
         generateDataElementDefine(element);
@@ -177,9 +172,8 @@ void IndexDefines::genCANIDDefine(quint32 id, quint8 direction, quint32 number)
 
 void IndexDefines::generateDataElementDefine(const DataElement &element)
 {
-    writeDefine("#define ",
-                names.claimCounted(prefixedName("S_", element.name), element.number, "_"),
-                decimalValue(element.number));
+    writeDefine(names.claimCounted(prefixedName("S_", element.name), element.number, "_"),
+                element.number);
 }
 
 void IndexDefines::genPGNDefine(quint32 pgn, quint8 direction)
@@ -187,9 +181,9 @@ void IndexDefines::genPGNDefine(quint32 pgn, quint8 direction)
     PGN data;
     if (!store.getPGNData(line, pgn, direction, data))
         return;
-    writeDefine(
-        "#define ", names.claimCounted(frameName("PGN_", data.name, pgn), pgn, ""),
-        QStringLiteral("\t%1u /* 0x%2 */\n").arg(QString::number(pgn), QString::number(pgn, 16)));
+    const auto name = names.claimCounted(frameName("PGN_", data.name, pgn), pgn, "");
+    if (startDefine("#define ", name))
+        out.parts(pgn, "u /* 0x", Numbers::toHex(pgn, 1), " */\n");
     const QVector<SPN> spns = store.getSPNRecords(line, pgn, direction);
     for (const SPN &spn : spns)
         generateSpnDefine(pgn, spn);
@@ -201,16 +195,27 @@ void IndexDefines::generateSpnDefine(quint32 pgn, const SPN &spn)
     QString name = prefixedName("SPN_", spn.name);
     if (names.isTaken(name, spn.number))
         name += QStringLiteral("_%1").arg(pgn, 4, 16, QLatin1Char('0'));
-    writeDefine("#define ", names.claimCounted(name, spn.number, "_"), decimalValue(spn.number));
+    writeDefine(names.claimCounted(name, spn.number, "_"), spn.number);
 }
 
-void IndexDefines::writeDefine(const char *directive, const std::optional<QString> &name,
-                               const QString &value)
+bool IndexDefines::startDefine(const char *directive, const std::optional<QString> &name)
 {
-    if (!name)
-        return;
-    out.raw(directive);
-    out.raw(prefix + fillString(*name) + value);
+    if (name)
+        out.parts(directive, prefix, fillString(*name), "\t");
+    return name.has_value();
+}
+
+void IndexDefines::writeHexDefine(const char *directive, const std::optional<QString> &name,
+                                  quint32 value)
+{
+    if (startDefine(directive, name))
+        out.parts("0x", Numbers::toHex(value, 1), "u\n");
+}
+
+void IndexDefines::writeDefine(const std::optional<QString> &name, quint32 value)
+{
+    if (startDefine("#define ", name))
+        out.parts(value, "u\n");
 }
 
 void IndexDefines::writeEnd()
@@ -292,23 +297,21 @@ void IndicesGenerator::writeObjects(IndexDefines &defines, quint8 line) const
             break;
         }
         defines.generateIndexDefine(index);
-        QThread::yieldCurrentThread();
     }
 }
 
 void IndicesGenerator::writeFrames(IndexDefines &defines, quint8 line) const
 {
+    database->cacheAllSpnDataForLine(line);
     for (const quint8 direction : {kReceived, kTransmitted}) {
         quint32 number = 0;
         const QList<quint32> ids = database->getCANIDs(line, direction);
         for (const quint32 id : ids)
             defines.genCANIDDefine(id, direction, number++);
     }
-    QThread::yieldCurrentThread();
     for (const quint8 direction : {kReceived, kTransmitted}) {
         const QList<quint32> pgns = database->getPGNs(line, direction, false);
         for (const quint32 pgn : pgns)
             defines.genPGNDefine(pgn, direction);
-        QThread::yieldCurrentThread();
     }
 }

@@ -56,9 +56,21 @@ public:
     std::optional<QString> claimShared(const QString &name, quint32 value);
 
 private:
+    struct Name {
+        bool isWritten = false; ///< there is a define of it
+        quint32 value = 0;      ///< of the define
+        int usedIn = 0;         ///< the run of startLine() that last asked for it
+        quint32 repeats = 0;    ///< in that run
+    };
+
+    bool isTaken(const Name &name, quint32 value) const
+    {
+        return name.usedIn == run || (name.isWritten && name.value != value);
+    }
+
     QString prefix;
-    QHash<QString, quint32> usedNames;    ///< how often a name was repeated on this line
-    QHash<QString, quint32> writtenNames; ///< values of all defines, by name with prefix
+    int run = 1;
+    QHash<QString, Name> names; ///< with prefix
 };
 
 /// The defines of a file, line by line.
@@ -99,9 +111,11 @@ private:
     void generateSubDefine(quint16 index, quint8 sub, const SubIndexData &data);
     void generateDataElementDefine(const DataElement &element);
     void generateSpnDefine(quint32 pgn, const SPN &spn);
-    /// \a value is the rest of the line; nothing is written without a name.
-    void writeDefine(const char *directive, const std::optional<QString> &name,
-                     const QString &value);
+    /// A define with the value in hexadecimal or decimal; nothing is written without a name.
+    void writeHexDefine(const char *directive, const std::optional<QString> &name, quint32 value);
+    void writeDefine(const std::optional<QString> &name, quint32 value);
+    /// Up to the value. False if there is no name.
+    bool startDefine(const char *directive, const std::optional<QString> &name);
 
     const ObjectDataBase &store;
     TextWriter &out;

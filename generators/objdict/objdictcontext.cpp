@@ -40,9 +40,7 @@ constexpr TypeRow kTypes[] = {
 
 ObjDict::Dialect ObjDict::dialectOf(const ObjectDataBase &store)
 {
-    return GeneralSettings(store).text("use_core_headers") == QLatin1String("V4")
-               ? v4Dialect()
-               : classicDialect();
+    return GeneralSettings(store).wantsCoreHeaders() ? v4Dialect() : classicDialect();
 }
 
 std::optional<ObjDict::ValueClass> ObjDict::valueClassOf(quint16 dataType)
@@ -65,6 +63,7 @@ ObjDict::Form ObjDict::readForm(const ObjectDataBase &store, quint8 activeLine)
         if (objects > 1)
             form.servedLines << line;
     }
+    form.cobIdLines = project.numbers;
     form.multiLine = project.multiLine;
     form.singleLine = project.numbers.isEmpty() || project.numbers.contains(activeLine)
                           ? activeLine

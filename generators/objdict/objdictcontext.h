@@ -20,36 +20,26 @@ namespace ObjDict
 {
 
 /// What the two generations of the stack differ in.
-struct Dialect : ::Dialect {
-    const char *constMacro = "";        ///< before constant data
+struct Dialect : StackDialect {
     const char *storageMacro = "";      ///< storage class of variables
     const char *constStorageMacro = ""; ///< storage class of constant data
-    const char *watchdogMacro = "";     ///< called between the steps of the start-up
-    const char *lineCountMacro = "";    ///< number of lines, as the definitions header names it
     const char *commonStart = "";       ///< call that starts what all protocols share
 };
 
 constexpr Dialect classicDialect()
 {
-    Dialect d;
-    d.constMacro = "CO_CONST";
+    Dialect d{classicStack()};
     d.storageMacro = "CO_STORAGE_CLASS";
     d.constStorageMacro = "CO_CONST_STORAGE_CLASS";
-    d.watchdogMacro = "CO_HANDLE_WATCHDOG";
-    d.lineCountMacro = "CO_MULTI_LINE_CNT";
     d.commonStart = "    retVal = commonStackInit(&commonInitVars);\n";
     return d;
 }
 
 constexpr Dialect v4Dialect()
 {
-    Dialect d = classicDialect();
-    d.preferV4 = true;
-    d.constMacro = "CORE_CONST";
+    Dialect d{v4Stack()};
     d.storageMacro = "CORE_STORAGE_CLASS";
     d.constStorageMacro = "CORE_CONST_STORAGE_CLASS";
-    d.watchdogMacro = "CORE_HANDLE_WATCHDOG";
-    d.lineCountMacro = "CAN_MULTI_LINE_CNT";
     d.commonStart = "    retVal = coreStackInit(&commonInitVars);\n";
     return d;
 }
@@ -137,6 +127,7 @@ struct MappingTable {
 struct Form {
     QList<quint8> lines;       ///< existing lines 0..31 that have objects, ascending
     QList<quint8> servedLines; ///< those with at least two objects: they get a start-up function
+    QList<quint8> cobIdLines;  ///< existing lines 0..31 whose COB-IDs may be overwritten
     bool multiLine = false;    ///< see ProjectLines
     quint8 singleLine = 0;     ///< the line that the single-line form starts
     bool compactArrays = false;

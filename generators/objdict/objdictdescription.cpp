@@ -253,6 +253,7 @@ QString ObjDict::getODAttributes(const ObjectDataBase::SUBINDEX_DATA_T &data, bo
     const QString &access = data.accessType;
     const bool isReadOnly = access == QLatin1String("const") || access == QLatin1String("ro");
     QString text;
+    text.reserve(120); // takes all of them
     if (data.dataType <= static_cast<quint16>(CAN::CANopenDataType::Real32) ||
         data.dataType == static_cast<quint16>(CAN::CANopenDataType::Unsigned24))
         text += QLatin1String("CO_ATTR_NUM | ");

@@ -25,16 +25,21 @@ public slots:
     void doJob() override;
 
 protected:
-    ObjDictGenerator(bool compactArrayDescription, const ObjDict::Dialect &stackDialect);
+    /// \a jobNameText: see AbstractGenerator.
+    ObjDictGenerator(bool compactArrayDescription, const ObjDict::Dialect &stackDialect,
+                     const QString &jobNameText);
+
+    /// Writes or removes gen_user.h.
+    void updateUserHeader(bool isNeeded);
+
+    ObjDict::Dialect dialect;
 
 private:
     QString targetFile() const;
-    void updateUserHeader(bool isNeeded);
     void writePreamble(ObjDict::Context &context);
     void writeTables(ObjDict::Context &context);
     void writeStartUp(ObjDict::Context &context);
 
-    ObjDict::Dialect dialect;
     bool compactArrays = false;
 };
 

@@ -24,19 +24,14 @@ const char *modeOfLine(const Context &context)
 /// 0 slave, 1 master, 2 as the options of the run tell.
 qint32 readMasterSetting(const Context &context)
 {
-    return context.settings.decimal("nmtmaster");
-}
-
-bool isDynamic(const Context &context)
-{
-    return readMasterSetting(context) == 2;
+    return context.settings.decimalOfLine("nmtmaster", context.form.singleLine);
 }
 
 void writeHead(Context &context)
 {
     TextWriter &out = context.out;
     out.raw("\n");
-    if (isDynamic(context)) {
+    if (isMasterByOptions(context)) {
         out.raw("RET_T coCanOpenStackInitPara(\n"
                 "         CO_EVENT_STORE_T pLoadFunction,\n"
                 "         CO_INIT_OPTION_T *pCoOptions\n");
@@ -60,7 +55,7 @@ void writeInitStructures(Context &context)
     TextWriter &out = context.out;
     out.raw(commonInitVarsText(context));
     out.raw("\n");
-    writeServiceInitVars(context, "u,\n");
+    writeServiceInitVars(context, "    CO_SERVICE_INIT_VAL_T\tserviceInitVars = {\n", "u,\n");
     out.raw(udsStructuresText(context));
     out.raw("\n");
     if (!context.form.canFd)
@@ -114,17 +109,6 @@ void writeFirstSdoServer(Context &context)
             "    }\n");
 }
 
-void writeSdoClients(Context &context, const CallForm &form)
-{
-    if (context.store.existIndex(form.line, 0x1280))
-        context.out.raw("    /* initialize sdo clients(s) */\n");
-    initUsdoClient(context, form);
-    const QList<quint16> clients = context.store.getIndices(form.line, 0x1280, 0x12FF);
-    for (const quint16 index : clients)
-        writeCheckedCall(context, form, "    retVal = coSdoClientInit(",
-                         QStringLiteral("%1u").arg(index - 0x127F));
-}
-
 /// A comment and a call of NMT or LSS, with its check.
 struct RoleStep {
     const char *comment;
@@ -170,7 +154,7 @@ void writeDynamicRole(Context &context, const CallForm &form, bool hasLss)
 void writeRole(Context &context, const CallForm &form)
 {
     const bool hasLss = context.settings.decimal("lss_supported") > 0;
-    if (isDynamic(context)) {
+    if (isMasterByOptions(context)) {
         writeDynamicRole(context, form, hasLss);
         return;
     }
@@ -184,6 +168,11 @@ void writeRole(Context &context, const CallForm &form)
 
 } // namespace
 
+bool isMasterByOptions(const Context &context)
+{
+    return readMasterSetting(context) == 2;
+}
+
 void initObjectDictionary(Context &context)
 {
     // Deliberate: objects and UDS tables are those of the line that exists, also where it is not
@@ -193,16 +182,21 @@ void initObjectDictionary(Context &context)
     writeInitStructures(context);
     writeCommonStart(context);
     context.out.raw(udsLineText(context, form));
+    initServices(context, form);
+    context.out.raw("    return(RET_OK);\n"
+                    "}\n");
+}
+
+void initServices(Context &context, const CallForm &form)
+{
     initLed(context, form);
     writeFirstSdoServer(context);
     initFurtherSdoServers(context, form);
-    writeSdoClients(context, form);
+    initSdoClients(context, form);
     for (const WriteService service : kServices)
         service(context, form);
     writeLoadParameterBlock(context);
     writeRole(context, form);
-    context.out.raw("    return(RET_OK);\n"
-                    "}\n");
 }
 
 void writeOdInitCall(Context &context, const char *call, quint8 line, int &offset)
@@ -210,8 +204,7 @@ void writeOdInitCall(Context &context, const char *call, quint8 line, int &offse
     const int rows = countAssignRows(context, line);
     context.out.raw(call);
     context.out.raw(QStringLiteral("canLine, &od_assign[%1], %2, od_description, %3, NULL, "
-                                   "&od_data_variables);\n"
-                                   "\n")
+                                   "&od_data_variables);\n")
                         .arg(offset)
                         .arg(rows)
                         .arg(countSubIndices(context, line)));
@@ -244,7 +237,8 @@ void initCamod(Context &context)
         out.raw(QStringLiteral("\t\tcase %1:\n").arg(line));
         out.raw("\t\t/* initialize object dictionary variables and pointers */\n");
         writeOdInitCall(context, "\t\tcoOdInitOdPtr(", line, offset);
-        out.raw("\t\tbreak;\n");
+        out.raw("\n"
+                "\t\tbreak;\n");
     }
     out.raw("\tdefault:\n"
             "\tbreak;\n"

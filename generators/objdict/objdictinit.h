@@ -13,6 +13,13 @@ namespace ObjDict
 /// whether the device is master.
 void initObjectDictionary(Context &context);
 
+/// All calls behind that of the dictionary, for a single line: services, the function that loads
+/// parameters, the roles of NMT and LSS.
+void initServices(Context &context, const CallForm &form);
+
+/// Do the parameters of a single line's start-up have options, which tell the NMT role?
+bool isMasterByOptions(const Context &context);
+
 /// The same for several lines: the whole start-up, its parts for one line each, and what all lines
 /// have in common (objdictinit_multiline.cpp).
 void initObjectDictionaryMultiLine(Context &context);
@@ -22,6 +29,13 @@ void initCamod(Context &context);
 
 /// `userOverwriteCobIdSettings`, if the project asks for it (objdictinit_cobids.cpp).
 void overwrite301(Context &context);
+
+/// The first words of the function that ends the start-up of several lines, and its variable.
+struct FinishWords {
+    const char *head;
+    const char *variable;
+};
+void writeFinishFunction(Context &context, const FinishWords &words);
 
 /// The call that hands the dictionary of a line to the stack; \a offset is the line's first row in
 /// `od_assign`, and goes on to the next line's.

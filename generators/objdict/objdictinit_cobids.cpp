@@ -1,7 +1,6 @@
 // userOverwriteCobIdSettings: sets the COB-IDs of the project in place of those of the predefined
 // connection set (CiA 301, 7.3.5).
 #include "generators/objdict/objdictinit.h"
-#include "generators/projectlines.h"
 
 #include <algorithm>
 
@@ -143,7 +142,8 @@ void writeEnd(Context &context)
 void overwriteSingleLine(Context &context)
 {
     const quint8 line = context.form.singleLine;
-    if (quint8(context.settings.decimal("overwrite_predef")) == 0)
+    if (!context.form.cobIdLines.contains(line) ||
+        quint8(context.settings.decimal("overwrite_predef")) == 0)
         return;
     const Words words = {QString(), "\tcobId = nodeId + "};
     writeHead(context, hasCobIds(context, line));
@@ -157,8 +157,7 @@ void overwriteSingleLine(Context &context)
 QList<quint8> overwrittenLines(const Context &context)
 {
     QList<quint8> overwritten;
-    const QList<quint8> lines = readProjectLines(context.store).numbers;
-    for (const quint8 line : lines) {
+    for (const quint8 line : context.form.cobIdLines) {
         if (quint8(context.settings.decimalOfLine("overwrite_predef", line)) != 0)
             overwritten << line;
     }

@@ -13,6 +13,11 @@ namespace
 constexpr int kMaster = 1;
 constexpr int kMasterByOptions = 2;
 
+constexpr FinishWords kFinishWords = {"\n"
+                                      "RET_T coCanOpenStackInit_finish(void)\n"
+                                      "{\n",
+                                      "    RET_T retVal;\n"};
+
 // Of a line, behind its SDO clients.
 constexpr WriteService kServices[] = {
     initCommonServices, initIsoTp, initIdNego, initGuarding, initGfc, initSrdos, initLed,
@@ -147,7 +152,7 @@ void writeCommonHead(Context &context)
         out.raw("    CO_LINE_TYPE    CO_LINE;\n");
     out.raw("    RET_T retVal = RET_OK;\n");
     out.raw(commonInitVarsText(context));
-    writeServiceInitVars(context, ",\n");
+    writeServiceInitVars(context, "    CO_SERVICE_INIT_VAL_T\tserviceInitVars = {\n", ",\n");
     out.raw("\n");
 }
 
@@ -356,6 +361,7 @@ void writeLineFunction(Context &context, quint8 line, int &assignOffset)
     out.raw(udsLineText(context, form));
     out.raw("    /* initialize object dictionary variables and pointers */\n");
     writeOdInitCall(context, "    coOdInitOdPtr(", line, assignOffset);
+    out.raw("\n");
     writeSdoServers(context, form);
     writeSdoClients(context, form);
     for (const WriteService service : kServices)
@@ -401,16 +407,15 @@ bool needsRouting(const Context &context)
                                     [&](quint8 line) { return hasDynamicRpdo(context, line); });
 }
 
-void writeFinishFunction(Context &context)
+} // namespace
+
+void writeFinishFunction(Context &context, const FinishWords &words)
 {
     TextWriter &out = context.out;
-    out.raw("\n"
-            "RET_T coCanOpenStackInit_finish(void)\n"
-            "{\n");
+    out.raw(words.head);
     if (needsRouting(context)) {
-        out.raw("    RET_T retVal;\n"
-                "    /* initialize PDO routing */ \n"
-                "    retVal = coPdoNetworkRouting();\n");
+        out.parts(words.variable, "    /* initialize PDO routing */ \n"
+                                  "    retVal = coPdoNetworkRouting();\n");
         addRetValHandling(context, 0);
     } else {
         out.raw("    /*\n"
@@ -423,8 +428,6 @@ void writeFinishFunction(Context &context)
             "}\n");
 }
 
-} // namespace
-
 void initObjectDictionaryMultiLine(Context &context)
 {
     writeLineTable(context);
@@ -434,7 +437,7 @@ void initObjectDictionaryMultiLine(Context &context)
     writeCommonFunction(context);
     writeDispatcher(context);
     writeLineFunctions(context);
-    writeFinishFunction(context);
+    writeFinishFunction(context, kFinishWords);
 }
 
 } // namespace ObjDict

@@ -198,6 +198,12 @@ void ObjDict::writeApplicationHeaders(Context &context)
         out.raw("/* EnergyBus header files */\n"
                 "#include <eb_energybus.h>\n"
                 "\n");
+    writeHeaderList(context, "#include \"%1\"\n");
+}
+
+void ObjDict::writeHeaderList(Context &context, const char *include)
+{
+    TextWriter &out = context.out;
     if (!context.settings.isSet("applicationheader"))
         return;
     out.raw("/* application header file(s) */\n");
@@ -205,34 +211,47 @@ void ObjDict::writeApplicationHeaders(Context &context)
     const QStringList headers =
         context.settings.text("applicationheader").split(QLatin1Char(' '), Qt::SkipEmptyParts);
     for (const QString &header : headers)
-        out.raw(QStringLiteral("#include \"%1\"\n").arg(header));
+        out.raw(QString::fromUtf8(include).arg(header));
     out.raw("\n");
 }
 
 void ObjDict::writeMemorySpecifiers(Context &context)
 {
-    const Dialect &dialect = context.dialect;
-    TextWriter &out = context.out;
-    out.raw("/* definition of memory specifier */\n");
-    out.raw(QStringLiteral("#ifndef %1\n"
-                           "#define %1 const\n"
-                           "#endif\n\n")
-                .arg(QLatin1String(dialect.constMacro)));
-    out.raw("/* definition of compiler-specific storage classes */\n");
-    out.raw(QStringLiteral("#ifndef %1\n"
-                           "#define %1\n"
-                           "#endif\n")
-                .arg(QLatin1String(dialect.storageMacro)));
-    out.raw(QStringLiteral("#ifndef %1\n"
-                           "#define %1\n"
-                           "#endif\n\n")
-                .arg(QLatin1String(dialect.constStorageMacro)));
-    out.raw("/* definition of watchdog handle during initialization */\n");
-    out.raw(QStringLiteral("#ifndef %1\n"
-                           "#define %1\n"
-                           "#endif /* %1 */\n\n"
-                           "\n")
-                .arg(QLatin1String(dialect.watchdogMacro)));
+    writeConstMacro(context);
+    writeStorageMacros(context);
+    writeWatchdogMacro(context);
+}
+
+void ObjDict::writeConstMacro(Context &context)
+{
+    context.out.raw("/* definition of memory specifier */\n");
+    context.out.raw(QStringLiteral("#ifndef %1\n"
+                                   "#define %1 const\n"
+                                   "#endif\n\n")
+                        .arg(QLatin1String(context.dialect.constMacro)));
+}
+
+void ObjDict::writeStorageMacros(Context &context)
+{
+    context.out.raw("/* definition of compiler-specific storage classes */\n");
+    context.out.raw(QStringLiteral("#ifndef %1\n"
+                                   "#define %1\n"
+                                   "#endif\n")
+                        .arg(QLatin1String(context.dialect.storageMacro)));
+    context.out.raw(QStringLiteral("#ifndef %1\n"
+                                   "#define %1\n"
+                                   "#endif\n\n")
+                        .arg(QLatin1String(context.dialect.constStorageMacro)));
+}
+
+void ObjDict::writeWatchdogMacro(Context &context)
+{
+    context.out.raw("/* definition of watchdog handle during initialization */\n");
+    context.out.raw(QStringLiteral("#ifndef %1\n"
+                                   "#define %1\n"
+                                   "#endif /* %1 */\n\n"
+                                   "\n")
+                        .arg(QLatin1String(context.dialect.watchdogMacro)));
 }
 
 void ObjDict::writeIndicationPointers(Context &context)

@@ -23,7 +23,17 @@ void writeUserHeader(TextWriter &out, const HeadFacts &facts);
 void writeIncludes(Context &context, bool withStandardLibrary);
 void writeStartPrototypes(Context &context);
 void writeApplicationHeaders(Context &context);
+
+/// Includes of the application's headers, if there are any. \a include is the line for one of them,
+/// with %1 for its name.
+void writeHeaderList(Context &context, const char *include);
+
+/// Macros that a target may set before, all of them or one by one.
 void writeMemorySpecifiers(Context &context);
+void writeConstMacro(Context &context);
+void writeStorageMacros(Context &context);
+void writeWatchdogMacro(Context &context);
+
 void writeIndicationPointers(Context &context);
 void writeObjectCounts(Context &context);
 

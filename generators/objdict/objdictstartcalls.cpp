@@ -124,6 +124,17 @@ void initUsdoClient(Context &context, const CallForm &form)
     writeCheckedCall(context, form, "    retVal = coUsdoClientInit(");
 }
 
+void initSdoClients(Context &context, const CallForm &form)
+{
+    if (context.store.existIndex(form.line, 0x1280))
+        context.out.raw("    /* initialize sdo clients(s) */\n");
+    initUsdoClient(context, form);
+    const QList<quint16> clients = context.store.getIndices(form.line, 0x1280, 0x12FF);
+    for (const quint16 index : clients)
+        writeCheckedCall(context, form, "    retVal = coSdoClientInit(",
+                         QStringLiteral("%1u").arg(index - 0x127F));
+}
+
 void initErrorControl(Context &context, const CallForm &form)
 {
     const bool hasHeartbeat = context.store.existIndex(form.line, 0x1017);
@@ -262,29 +273,28 @@ void initLed(Context &context, const CallForm &form)
     context.out.raw(");\n\n");
 }
 
-void writeLoadParameterBlock(Context &context)
+void writeLoadParameterBlock(Context &context, const ReturnWords &words)
 {
     TextWriter &out = context.out;
     out.raw("\n    /* initialize load parameter function */\n"
             "#if defined(CO_EVENT_DYNAMIC_STORE) || defined(CO_EVENT_PROFILE_STORE)\n"
             "    retVal = coEventRegister_LOAD_PARA(pLoadFunction);\n"
-            "    if (retVal != RET_OK) {\n"
-            "        return(retVal);\n"
-            "    }\n"
-            "#else\n");
+            "    if (retVal != RET_OK) {\n");
+    out.parts(words.value, "    }\n"
+                           "#else\n");
     // Deliberate: with a function that is bound at compile time the parameter is not looked at, and
     // compilers warn of it; held by tst_objdictinit.
-    out.raw(context.settings.isSet("fct_store") ? "    (void) pLoadFunction;\n"
-                                                : "    if (pLoadFunction != NULL) {\n"
-                                                  "        return(RET_INVALID_PARAMETER);\n"
-                                                  "    }\n");
+    if (context.settings.isSet("fct_store"))
+        out.raw("    (void) pLoadFunction;\n");
+    else
+        out.parts("    if (pLoadFunction != NULL) {\n", words.invalid, "    }\n");
     out.raw("#endif /* CO_EVENT_DYNAMIC_STORE || CO_EVENT_PROFILE_STORE */\n");
 }
 
-void writeServiceInitVars(Context &context, const char *versionEnd)
+void writeServiceInitVars(Context &context, const char *start, const char *versionEnd)
 {
     TextWriter &out = context.out;
-    out.raw("    CO_SERVICE_INIT_VAL_T\tserviceInitVars = {\n");
+    out.raw(start);
     if (hasNewInitStructure(context)) {
         const quint8 version = StartUpTexts(context).getInitStructVersion(InitStruct::CANopen);
         out.raw(QStringLiteral("       %1").arg(version));
@@ -309,6 +319,11 @@ QString commonInitVarsText(const Context &context)
 QString udsStructuresText(const Context &context)
 {
     return withEmptyLine(StartUpTexts(context).getUDSInitStructures());
+}
+
+QString udsStructuresText(const Context &context, const QList<quint8> &startedLines)
+{
+    return withEmptyLine(StartUpTexts(context).getUDSInitStructures(startedLines));
 }
 
 QString udsCommonText(const Context &context)

@@ -17,6 +17,7 @@ struct CallForm {
 using WriteService = void (*)(Context &context, const CallForm &form);
 void initFurtherSdoServers(Context &context, const CallForm &form);
 void initUsdoClient(Context &context, const CallForm &form);
+void initSdoClients(Context &context, const CallForm &form);
 void initErrorControl(Context &context, const CallForm &form);
 void initEmcyProducer(Context &context, const CallForm &form);
 void initSync(Context &context, const CallForm &form);
@@ -41,16 +42,23 @@ void addRetValHandling(Context &context, int indent);
 void writeCheckedCall(Context &context, const CallForm &form, const char *call,
                       const QString &arguments = QString(), int indent = 0);
 
-/// Registers the function that loads parameters, the parameter `pLoadFunction` of the start-up.
-void writeLoadParameterBlock(Context &context);
+/// The words in which the files return an error.
+struct ReturnWords {
+    const char *value = "        return(retVal);\n";
+    const char *invalid = "        return(RET_INVALID_PARAMETER);\n";
+};
 
-/// Definition of `serviceInitVars`; the words of the version line differ between the forms.
-void writeServiceInitVars(Context &context, const char *versionEnd);
+/// Registers the function that loads parameters, the parameter `pLoadFunction` of the start-up.
+void writeLoadParameterBlock(Context &context, const ReturnWords &words = {});
+
+/// Definition of `serviceInitVars`; the words of its first lines differ between the forms.
+void writeServiceInitVars(Context &context, const char *start, const char *versionEnd);
 
 // Texts of UDS and of what all protocols share; empty for a project without them. The UDS texts end
 // in an empty line.
 QString commonInitVarsText(const Context &context);
 QString udsStructuresText(const Context &context);
+QString udsStructuresText(const Context &context, const QList<quint8> &startedLines);
 QString udsCommonText(const Context &context);
 QString udsLineText(const Context &context, const CallForm &form);
 

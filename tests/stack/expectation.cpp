@@ -153,6 +153,26 @@ bool Expectation::choosesMaster() const
                      : number("nmtmaster") == 2;
 }
 
+QStringList Expectation::stackFeatures() const
+{
+    QStringList flags;
+    if (store.getGeneralSettingsValue("use_core_headers") == QLatin1String("V4"))
+        flags << "-DSTACK_V4";
+    if (isSet("new_init_structure"))
+        flags << "-DSTACK_NEW_INIT";
+    if (choosesMaster())
+        flags << "-DSTACK_PARA";
+    if (isRouted())
+        flags << "-DSTACK_ROUTES";
+    if (isSet("udsserver_supported") || isSet("udsclient_supported"))
+        flags << "-DSTACK_UDS";
+    // Signed values of 24 bits have arrays, but no place in the structure that the stack reads.
+    if (hasType(16))
+        flags << "-Wno-unused-variable"
+              << "-Wno-unused-const-variable";
+    return flags;
+}
+
 QMap<QString, quint16> Expectation::appVariables() const
 {
     QMap<QString, quint16> variables;

@@ -21,11 +21,23 @@ public:
     QStringList safety() const;         ///< rows "srdo"
     QStringList stringDefaults() const; ///< rows "string": variables that hold their defaults
 
+    /// Rows of the structures that all protocols share, and of the diagnostic services.
+    QStringList commonCounts() const;
+    /// Rows of the CANopen services of a line, behind its dictionary.
+    QStringList services(quint8 line, bool isFd, bool asMaster) const;
+    /// Rows of the start of a line's diagnostic services.
+    QStringList uds(quint8 line) const;
+    QString call(const char *name, quint8 line, const QVector<quint32> &arguments = {}) const;
+    static constexpr quint8 kNoLine = 0xFF; ///< for call()
+
     bool isMultiLine() const { return multiLine; }
     bool hasType(quint16 dataType) const;
     bool choosesMaster() const; ///< at start-up
     bool isRouted() const;      ///< received PDOs are sent on
     bool isSet(const char *setting) const { return number(setting) > 0; }
+
+    /// Arguments of the compiler: what the test stack must know beside the definitions header.
+    QStringList stackFeatures() const;
 
     /// Expressions of application variables with the type of each, as the project names them.
     QMap<QString, quint16> appVariables() const;
@@ -44,7 +56,6 @@ private:
     int entries(quint8 line, quint16 index) const; ///< subindices from 1
     SubIndexData subOf(const Place &place) const;
 
-    QStringList commonCounts() const;
     int bufferCount(const char *setting, quint8 line) const;
     QString subRow(const Place &place) const;
     QString valueText(const Place &place, const SubIndexData &sub, const QString &storage) const;
@@ -64,7 +75,6 @@ private:
     void rpdo(QStringList &calls, quint8 line, quint16 index) const;
     bool isStatic(quint8 line, quint16 index) const;
     quint32 mappedCount(quint8 line, quint16 index) const;
-    QStringList uds(quint8 line) const;
     QStringList udsRows(quint8 line, const char *kind) const;
     /// In the single-line form the line has no number.
     quint8 shown(quint8 line) const { return multiLine ? line : 0; }
@@ -72,7 +82,6 @@ private:
     QString receiver(quint8 line, quint32 mapping) const;
     QString routing(quint32 mapping) const;
     bool routesAtRunTime() const;
-    QString call(const char *name, quint8 line, const QVector<quint32> &arguments = {}) const;
 
     ObjectDataBase &store;
     QList<quint8> lines;  ///< all that exist

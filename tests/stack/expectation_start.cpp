@@ -105,7 +105,8 @@ QStringList Expectation::commonCounts() const
     }
     QStringList texts;
     if (number("new_init_structure") == 1)
-        texts << "  protocols " + joinNumbers(types) << "  receiveBuffers " + joinNumbers(received)
+        texts << "  protocolType " + joinNumbers(types)
+              << "  receiveBuffers " + joinNumbers(received)
               << "  transmitBuffers " + joinNumbers(sent);
     if (hasUds)
         texts << "  clientCounts " + joinNumbers(clients);
@@ -137,7 +138,7 @@ QStringList Expectation::indications() const
 QString Expectation::call(const char *name, quint8 line, const QVector<quint32> &arguments) const
 {
     QString text = QStringLiteral("call ") + QLatin1String(name);
-    if (multiLine && line != 0xFF)
+    if (multiLine && line != kNoLine)
         text += QStringLiteral(" line=%1").arg(line);
     for (const quint32 argument : arguments)
         text += QStringLiteral(" %1").arg(argument);
@@ -146,16 +147,15 @@ QString Expectation::call(const char *name, quint8 line, const QVector<quint32> 
 
 QStringList Expectation::start(int variant) const
 {
-    constexpr quint8 noLine = 0xFF;
     const bool hasUds = number("udsserver_supported") == 1 || number("udsclient_supported") == 1;
     const bool isFd = number("canfd_supported") > 0;
     QStringList calls;
     if (number("new_init_structure") == 1)
-        calls << call("commonStackInit", noLine, {static_cast<quint32>(lines.size())});
+        calls << call("commonStackInit", kNoLine, {static_cast<quint32>(lines.size())});
     if (hasUds)
-        calls << call("udsStackInit_common", noLine,
+        calls << call("udsStackInit_common", kNoLine,
                       {static_cast<quint32>(number("udsserver_version"))});
-    calls << call("coCanOpenStackVarInit", noLine);
+    calls << call("coCanOpenStackVarInit", kNoLine);
     if (multiLine)
         loadParameters(calls);
     for (const quint8 line : multiLine ? served : lines) {
@@ -170,7 +170,7 @@ QStringList Expectation::start(int variant) const
         startNmt(calls, line, variant == 1);
     }
     if (multiLine && routesAtRunTime())
-        calls << call("coPdoNetworkRouting", noLine);
+        calls << call("coPdoNetworkRouting", kNoLine);
     return calls;
 }
 
@@ -212,6 +212,14 @@ QStringList Expectation::uds(quint8 line) const
     arguments << (isServer ? 1 : 0);
     return QStringList{call("udsStackInit_line", line, arguments)} + udsRows(line, "session") +
            udsRows(line, "security");
+}
+
+QStringList Expectation::services(quint8 line, bool isFd, bool asMaster) const
+{
+    QStringList calls;
+    startServices(calls, line, isFd);
+    startNmt(calls, line, asMaster);
+    return calls;
 }
 
 void Expectation::startServices(QStringList &calls, quint8 line, bool isFd) const
@@ -511,7 +519,8 @@ QString Expectation::routing(quint32 mapping) const
     for (const quint8 line : lines) {
         SubIndexData sub;
         quint32 tpdo = 0;
-        if (store.getSubIndexData(line, mapping >> 16, mapping >> 8 & 0xFF, sub) && sub.sharedLines) {
+        if (store.getSubIndexData(line, mapping >> 16, mapping >> 8 & 0xFF, sub) &&
+            sub.sharedLines) {
             for (const quint16 index : store.getIndices(line, 0x1A00, 0x1BFF)) {
                 for (const quint8 entry : store.getSubIndices(line, index, 1))
                     tpdo = value(line, index, entry) == mapping ? index - 0x19FFu : tpdo;

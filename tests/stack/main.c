@@ -1,7 +1,6 @@
 /* Starts the stack as an application does, and prints what the generated sources told it: the calls and
  * their arguments, the object dictionary, and whether each failed call ends the start. */
 #include "stack.h"
-#include <j1939_cam11_cam21.h>
 
 #include <stdio.h>
 
@@ -50,44 +49,11 @@ static void printIndications(void)
     INDICATIONS(PRINT_INDICATION)
 }
 
-#ifndef STACK_SDO_SERVER
-#ifdef CO_CANFD_SUPPORTED
-static BOOL_T modes[32];
-#  define MODES , modes
-#else
-#  define MODES
-#endif
-#ifdef CO_EVENT_DYNAMIC_STORE
-static RET_T load(EVENT_LINE UNSIGNED8);
-#  ifdef STACK_MULTI_LINE
-static RET_T load(UNSIGNED8 line, UNSIGNED8 subIndex) { return line + subIndex ? RET_OK : RET_INVALID_PARAMETER; }
-#  else
-static RET_T load(UNSIGNED8 subIndex) { return subIndex ? RET_OK : RET_INVALID_PARAMETER; }
-#  endif
-#  define LOAD load
-#else
-#  define LOAD NULL
-#endif
-
-static RET_T start(int isMaster)
-{
-#ifdef STACK_PARA
-    CO_INIT_OPTION_T options[32];
-    int i;
-    for (i = 0; i < 32; ++i)
-        options[i].master = (UNSIGNED8)isMaster;
-    return coCanOpenStackInitPara(LOAD, options MODES);
-#else
-    (void)isMaster;
-    return coCanOpenStackInit(LOAD MODES);
-#endif
-}
-
 static void printStart(int variant)
 {
     printf("start %d\n", variant);
     callCount = 0;
-    printf("result %d\n", start(variant));
+    printf("result %d\n", startDevice(variant));
 }
 
 /* Lets one call after the other fail; one whose result is lost is named. */
@@ -96,40 +62,23 @@ static void printLostFailures(void)
     int calls;
     isQuiet = 1;
     callCount = 0;
-    (void)start(0);
+    (void)startDevice(0);
     calls = callCount;
     for (failAt = 1; failAt <= calls; ++failAt) {
         callCount = 0;
-        if (start(0) == RET_OK || callCount != failAt)
+        if (startDevice(0) == RET_OK || callCount != failAt)
             printf("lost failure of %s\n", failedCall);
     }
     failAt = 0;
     isQuiet = 0;
 }
-#endif
 
 int main(void)
 {
-    int line;
-#ifdef STACK_SDO_SERVER
-    for (line = 0; line < 32; ++line)
-#  ifdef STACK_MULTI_LINE
-        (void)j1939OdInit((UNSIGNED8)line);
-#  else
-        if (line == 0)
-            (void)j1939OdInit();
-#  endif
-#else
-#  if defined(CO_CANFD_SUPPORTED) || defined(STACK_PARA)
-    printStart(0);
-#  endif
-#  ifdef CO_CANFD_SUPPORTED
-    for (line = 0; line < 32; ++line)
-        modes[line] = CO_TRUE;
-#  endif
-    printStart(1);
+    int line, variant;
+    for (variant = firstVariant; variant <= 1; ++variant)
+        printStart(variant);
     printLostFailures();
-#endif
     for (line = 0; line < 32; ++line) {
         if (dictionaries[line].assign)
             printDictionary(line);

@@ -23,6 +23,14 @@ public:
         else if (words.first() == QLatin1String("set"))
             for (const QString &word : words.mid(1))
                 setting(word);
+        else if (words.first() == QLatin1String("tx") || words.first() == QLatin1String("rx"))
+            group(words);
+        else if (words.first() == QLatin1String("spn"))
+            signal(words);
+        else if (words.first() == QLatin1String("txid") || words.first() == QLatin1String("rxid"))
+            identifier(words);
+        else if (words.first() == QLatin1String("item"))
+            item(words);
         else if (words.first() == QLatin1String("pdo"))
             communicationParameters(words);
         else if (isAddress(words.first()) && words.size() > 3)
@@ -152,8 +160,73 @@ private:
         }
     }
 
+    void group(const QStringList &words)
+    {
+        current = PgnData();
+        current.direction = words.first() == QLatin1String("tx") ? 0x55 : 0x77;
+        current.number = words.at(1).toUInt();
+        current.name = QStringLiteral("group %1").arg(current.number);
+        current.cycleTimeMs = words.value(2).toUShort();
+        current.inhibitTimeMs = words.value(3).toUShort();
+        current.priority = static_cast<quint8>(words.value(4).toUShort());
+        current.isSafe = words.contains(QLatin1String("safe")) ? 1 : 0;
+        const QStringList fd = words.filter(QLatin1String("fd=")).join(QString()).mid(3).split(',');
+        current.fdTrailerFormat = fd.value(0).toUInt();
+        current.fdAssuranceType = fd.value(1).toUInt();
+        current.fdAssuranceDataSize = fd.value(2).toUInt();
+        store.addPGN(line, current.number, current);
+    }
+
+    void signal(const QStringList &words)
+    {
+        SpnData spn;
+        fill(spn, words, current.mappingCount);
+        store.addSPN(line, current.number, current.direction, words.at(1).toUInt(), spn);
+        ++current.mappingCount;
+        store.addPGN(line, current.number, current);
+    }
+
+    void identifier(const QStringList &words)
+    {
+        currentId = CanIdData();
+        currentId.direction = words.first() == QLatin1String("txid") ? 0x55 : 0x77;
+        currentId.id = words.at(1).toUInt();
+        currentId.cycleTimeMs = words.value(2).toUShort();
+        currentId.inhibitTimeMs = words.value(3).toUShort();
+        store.addCANID(line, currentId.id, currentId);
+    }
+
+    void item(const QStringList &words)
+    {
+        DataElementData element;
+        fill(element, words, currentId.mappingCount);
+        store.addDataElement(line, currentId.id, currentId.direction, words.at(1).toUInt(),
+                             element);
+        ++currentId.mappingCount;
+        store.addCANID(line, currentId.id, currentId);
+    }
+
+    static void fill(SignalData &data, const QStringList &words, int place)
+    {
+        data.pos = static_cast<qint16>(place);
+        data.name = QStringLiteral("signal %1").arg(words.at(1));
+        data.dataType = COHelper::mapDataTypeString(words.at(2));
+        data.implementation = words.at(3).toUInt();
+        for (const QString &flag : words.mid(4)) {
+            const QString value = flag.section(QLatin1Char('='), 1);
+            if (flag.startsWith(QLatin1String("var=")))
+                data.varName = value;
+            else if (flag.startsWith(QLatin1String("value=")))
+                data.defaultValue = value;
+            else
+                data.bitSize = value.toUShort();
+        }
+    }
+
     ObjectDataBase &store;
     quint8 line = 0;
+    PgnData current; ///< that the next signal belongs to
+    CanIdData currentId;
 };
 
 } // namespace

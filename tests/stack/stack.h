@@ -26,6 +26,15 @@ extern DICTIONARY_T dictionaries[32];
 extern int failAt, callCount, isQuiet;
 extern const char *failedCall;
 RET_T called(const char *name, int line, int argumentCount, ...);
+#define UL(value) ((unsigned long)(value))
+
+/* Prints an array of numbers that are width bytes wide, and a member of a structure that is one. */
+void printNumbers(const char *name, const void *numbers, size_t size, size_t width);
+#define PRINT(member) \
+    printNumbers(#member, values->member, sizeof values->member, sizeof values->member[0])
+
+/* Prints the type, width and variable of a signal. */
+void printSignal(CORE_DATA_TYPE_T type, unsigned bits, const void *variable);
 
 void printDictionary(int line);
 void printVirtualObjects(void);
@@ -33,5 +42,14 @@ void printSafetyObjects(void);
 
 /* Prints what an entry of a mapping table points to. */
 void printTarget(const void *address);
+/* The same for variables of the application alone; 0 if it is none of them. */
+int printAppVariable(const void *address);
+
+/* --- What the protocols of a project give to the program --- */
+
+/* Starts the stack: variant 1 in CAN FD mode and as master, where the project leaves the choice; the other is
+ * started too where firstVariant is 0. */
+extern const int firstVariant;
+RET_T startDevice(int variant);
 
 #endif /* STACK_H */

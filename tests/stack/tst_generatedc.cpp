@@ -9,29 +9,15 @@
 #include "generators/objdict/vobjdictgenerator.h"
 #include "support/cohelper.h"
 #include "tests/fixtures/storefixture.h"
+#include "tests/stack/device.h"
 #include "tests/stack/expectation.h"
 #include "tests/stack/projects.h"
 #include "tests/stack/projecttext.h"
 
-#include <QProcess>
 #include <QRegularExpression>
 
 namespace
 {
-
-/// Runs a generator as the driver does.
-void generate(AbstractGenerator &generator, ObjectDataBase &store, const QString &folder)
-{
-    generator.setOutputDirectory(folder);
-    generator.setProjectName("Test /* of */ ?"
-                             "?/");
-    generator.setDataBase(&store);
-    generator.setActiveLine(store.getNodes().first());
-    QVERIFY(generator.checkWritability());
-    generator.startGeneration();
-    generator.wait();
-    QVERIFY2(!generator.getWasError(), qPrintable(generator.getLastErrorString()));
-}
 
 bool isNeeded(VobjDictGenerator &virtualObjects, ObjectDataBase &store)
 {
@@ -39,7 +25,7 @@ bool isNeeded(VobjDictGenerator &virtualObjects, ObjectDataBase &store)
     return virtualObjects.areVirtualObjectsPresent();
 }
 
-void generateAll(ObjectDataBase &store, const QString &folder, bool sdoServer)
+void generateAll(Device &device, ObjectDataBase &store)
 {
     const bool isV4 = store.getGeneralSettingsValue("use_core_headers") == "V4";
     const bool isCompact = store.getGeneralSettingsValue("compact_array_description").toInt() == 1;
@@ -49,11 +35,10 @@ void generateAll(ObjectDataBase &store, const QString &folder, bool sdoServer)
         defines = std::make_unique<GenDefineGenerator>();
     else
         defines = std::make_unique<CoDefineGenerator>();
-    if (isV4 && !sdoServer)
+    if (isV4)
         dictionary = std::make_unique<ObjDictGeneratorV4>(isCompact);
     else
-        dictionary = std::make_unique<ObjDictGenerator>(isCompact && !sdoServer);
-    dictionary->cia510ServerMode = sdoServer;
+        dictionary = std::make_unique<ObjDictGenerator>(isCompact);
     indicationgenerator indications;
     SrdoGenerator safety;
     VobjDictGenerator virtualObjects;
@@ -61,7 +46,7 @@ void generateAll(ObjectDataBase &store, const QString &folder, bool sdoServer)
                                               &safety, &virtualObjects};
     for (AbstractGenerator *generator : all) {
         if (generator != &virtualObjects || isNeeded(virtualObjects, store))
-            generate(*generator, store, folder);
+            device.generate(*generator, store);
     }
 }
 
@@ -173,112 +158,7 @@ private:
     QStringList functions;
 };
 
-/// Waits for a program; true if it ended well. \a output becomes what it wrote.
-bool finish(QProcess &process, QString &output)
-{
-    constexpr int kLongestMs = 60000;
-    const bool isDone = process.waitForFinished(kLongestMs);
-    output = QString::fromUtf8(process.readAll());
-    return isDone && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
-}
-
-void start(QProcess &process, const QString &program, const QStringList &arguments,
-           const QString &folder)
-{
-    process.setWorkingDirectory(folder);
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program, arguments);
-}
-
-/// Compiles all files at once, and links them to the program "device".
-void compile(const QStringList &files, const QStringList &flags, const QString &folder)
-{
-    std::vector<std::unique_ptr<QProcess>> compilers;
-    QStringList objects;
-    for (const QString &file : files) {
-        objects << QFileInfo(file).completeBaseName() + ".o";
-        compilers.push_back(std::make_unique<QProcess>());
-        start(*compilers.back(), TEST_C_COMPILER,
-              flags + QStringList{"-c", file, "-o", objects.last()}, folder);
-    }
-    QString messages;
-    for (const auto &compiler : compilers)
-        QVERIFY2(finish(*compiler, messages), qPrintable(messages.left(4000)));
-    QProcess linker;
-    start(linker, TEST_C_COMPILER, flags + objects + QStringList{"-o", "device"}, folder);
-    QVERIFY2(finish(linker, messages), qPrintable(messages.left(4000)));
-}
-
-QStringList compilerFlags(const Expectation &expected, bool isV4, bool sdoServer)
-{
-    QStringList flags = {"-std=c99",      "-O0",
-                         "-Wall",         "-Wextra",
-                         "-Werror",       "-fsanitize=address",
-                         "-I.",           "-I" TEST_STACK "/include",
-                         "-I" TEST_STACK, "-I" TESSARINE_EXAMPLES "/pump"};
-    if (isV4)
-        flags << "-DSTACK_V4";
-    if (expected.isSet("new_init_structure"))
-        flags << "-DSTACK_NEW_INIT";
-    if (expected.choosesMaster())
-        flags << "-DSTACK_PARA";
-    if (expected.isRouted())
-        flags << "-DSTACK_ROUTES";
-    if (expected.isSet("udsserver_supported") || expected.isSet("udsclient_supported"))
-        flags << "-DSTACK_UDS";
-    if (sdoServer)
-        flags << "-DSTACK_SDO_SERVER";
-    // Signed values of 24 bits have arrays, but no place in the structure that the stack reads.
-    if (expected.hasType(16))
-        flags << "-Wno-unused-variable"
-              << "-Wno-unused-const-variable";
-    return flags;
-}
-
-/// The rows of \a output that begin with one of these words.
-QStringList rowsOf(const QString &output, const QStringList &words)
-{
-    QStringList rows;
-    for (const QString &row : output.split('\n')) {
-        for (const QString &word : words) {
-            if (row.startsWith(word))
-                rows << row;
-        }
-    }
-    return rows;
-}
-
-/// What stands in \a output from the row \a begin to the next row "result ...".
-QString section(const QString &output, const QString &begin)
-{
-    const int start = output.indexOf(begin);
-    return start < 0 ? QString() : output.mid(start, output.indexOf("\nresult ", start) - start);
-}
-
-/// Empty if both are the same; else the first rows that are not, with what stands around them.
-QByteArray difference(const QStringList &actual, const QStringList &expected)
-{
-    int row = 0;
-    while (row < actual.size() && row < expected.size() && actual[row] == expected[row])
-        ++row;
-    if (row == actual.size() && row == expected.size())
-        return QByteArray();
-    const auto part = [row](const QStringList &rows) {
-        return rows.mid(qMax(0, row - 2), 8).join("\n    ");
-    };
-    return QStringLiteral("row %1\n  actual:\n    %2\n  expected:\n    %3")
-        .arg(row)
-        .arg(part(actual), part(expected))
-        .toUtf8();
-}
-
 } // namespace
-
-#define SAME_ROWS(actual, expected)                                                                \
-    do {                                                                                           \
-        const QByteArray difference_ = difference(actual, expected);                               \
-        QVERIFY2(difference_.isEmpty(), difference_.constData());                                  \
-    } while (false)
 
 class tst_GeneratedC : public QObject
 {
@@ -288,6 +168,7 @@ private slots:
     void init()
     {
         folder = std::make_unique<QTemporaryDir>();
+        device = std::make_unique<Device>(folder->path());
         // Set to look into the generated sources of a row.
         folder->setAutoRemove(!qEnvironmentVariableIsSet("GENERATED_C_KEEP"));
     }
@@ -388,86 +269,46 @@ private slots:
         if (isV4)
             store->setGeneralSettingsValue("use_core_headers", "V4");
         checkProject();
-        QVERIFY(!rowsOf(output, {"folded 0 "}).contains("folded 0 0"));
-    }
-
-    /// The object dictionary of a J1939 device, without the other CANopen services.
-    void sdoServer_data()
-    {
-        columns<QString>("text");
-        QTest::addRow("one_line") << QString();
-        QTest::addRow("two_lines") << QString(kSecondLine).replace("%1", "1");
-        QTest::addRow("core_headers") << QStringLiteral("use_core_headers=1");
-        QTest::addRow("values") << QString(kTypes) + kPdos;
-        QTest::addRow("uds_and_fd") << QString(kUds) + kCanFd;
-        QTest::addRow("virtual") << QString(kVirtual) + QString(kSecondLine).replace("%1", "1");
-    }
-
-    void sdoServer()
-    {
-        QFETCH(QString, text);
-        store = makeStore();
-        buildProject(*store, QStringLiteral("line 0\n") + kDevice + text + kIndicationSettings);
-        const Expectation expected(*store);
-        build(expected, true);
-        SAME_ROWS(dictionaryRows(), expected.dictionary());
+        QVERIFY(!device->rows({"folded 0 "}).contains("folded 0 0"));
     }
 
 private:
-    /// Generates, compiles and runs; a fault of any of these fails the test.
-    void build(const Expectation &expected, bool sdoServer)
-    {
-        output.clear();
-        const bool isV4 = store->getGeneralSettingsValue("use_core_headers") == "V4";
-        Application(*store, expected).write(folder->path());
-        for (const quint8 line : store->getNodes())
-            store->cacheAllSubs(line, 0);
-        generateAll(*store, folder->path(), sdoServer);
-        QStringList files = QDir(folder->path()).entryList({"*.c"});
-        for (const char *part : {"main.c", "recorder.c", "walk.c"})
-            files << QStringLiteral(TEST_STACK "/%1").arg(part);
-        compile(files, compilerFlags(expected, isV4, sdoServer), folder->path());
-        if (QTest::currentTestFailed())
-            return;
-        QProcess device;
-        start(device, folder->filePath("device"), {}, folder->path());
-        QVERIFY2(finish(device, output), qPrintable(output.right(4000)));
-    }
-
     void checkProject()
     {
         const Expectation expected(*store);
-        build(expected, false);
-        if (QTest::currentTestFailed())
-            return;
-        SAME_ROWS(dictionaryRows(), expected.dictionary());
-        SAME_ROWS(rowsOf(output, {"indication"}), expected.indications());
-        SAME_ROWS(rowsOf(output, {"rows beyond", "  row ", "COBs"}), QStringList());
-        for (const QString &row : rowsOf(output, {"lost failure"}))
+        Application(*store, expected).write(folder->path());
+        for (const quint8 line : store->getNodes())
+            store->cacheAllSubs(line, 0);
+        generateAll(*device, *store);
+        device->run({"main", "recorder", "recorder_canopen", "start_canopen", "walk"},
+                    expected.stackFeatures());
+        QVERIFY2(device->fault().isEmpty(), qPrintable(device->fault()));
+        SAME_ROWS(device->rows({"object", "sub"}), expected.dictionary());
+        SAME_ROWS(device->rows({"indication"}), expected.indications());
+        SAME_ROWS(device->rows({"rows beyond", "  row ", "COBs"}), QStringList());
+        for (const QString &row : device->rows({"lost failure"}))
             QVERIFY2(row.endsWith("coLedInit") || row.endsWith("coIdNegoInit") ||
                          row.endsWith("coOdInitOdPtr"),
                      qPrintable(row)); // these have no result
-        SAME_ROWS(rowsOf(section(output, "overwrite\n"), {"call coOdSetCobid"}), expected.cobIds());
-        SAME_ROWS(rowsOf(output, {"virtual"}), expected.virtualObjects());
-        SAME_ROWS(rowsOf(output, {"srdo"}), expected.safety());
-        SAME_ROWS(rowsOf(output, {"string"}), expected.stringDefaults());
+        SAME_ROWS(Device::rowsOf(device->section("overwrite\n"), {"call coOdSetCobid"}),
+                  expected.cobIds());
+        SAME_ROWS(device->rows({"virtual"}), expected.virtualObjects());
+        SAME_ROWS(device->rows({"srdo"}), expected.safety());
+        SAME_ROWS(device->rows({"string"}), expected.stringDefaults());
         const bool hasVariants = expected.choosesMaster() || expected.isSet("canfd_supported");
         for (int variant = hasVariants ? 0 : 1; variant <= 1; ++variant) {
-            const QString start = section(output, QStringLiteral("start %1\n").arg(variant));
-            SAME_ROWS(rowsOf(start, {"call", "  map", "  session", "  security"}),
+            SAME_ROWS(device->startRows(variant, {"call", "  map", "  session", "  security"}),
                       expected.start(variant));
+            const QStringList rows = device->startRows(variant, {"  "});
             for (const QString &row : expected.counts())
-                QVERIFY2(start.split('\n').contains(row),
-                         qPrintable(row + "\n" + start.left(1500)));
+                QVERIFY2(rows.contains(row), qPrintable(row + "\n" + rows.join('\n').left(1500)));
         }
     }
-
-    QStringList dictionaryRows() const { return rowsOf(output, {"object", "sub"}); }
 
     StoreFixture fixture;
     std::unique_ptr<ObjectDataBase> store;
     std::unique_ptr<QTemporaryDir> folder;
-    QString output;
+    std::unique_ptr<Device> device;
 };
 
 QTEST_GUILESS_MAIN(tst_GeneratedC)

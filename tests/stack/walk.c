@@ -129,16 +129,20 @@ static void printText(const char *text, long size)
     }
 }
 
-static void printAppVariable(const void *address)
+int printAppVariable(const void *address)
 {
     const APP_VARIABLE_T *row;
     for (row = appVariables; row->expression; ++row) {
-        if (row->address == address) {
-            printf("->%s", row->expression);
-            return;
-        }
+        if (row->address == address)
+            return printf("->%s", row->expression);
     }
-    printf("->unknown");
+    return 0;
+}
+
+static void printKnownVariable(const void *address)
+{
+    if (!printAppVariable(address))
+        printf("->unknown");
 }
 
 static int hasArray(unsigned type) { return type <= STACK_TYPE_R32; }
@@ -165,7 +169,7 @@ static void printValue(const CO_OD_DATA_VARIABLES_T *v, const CO_OBJECT_DESC_T *
         printf(" value=none");
     } else if (storage == STACK_STORAGE_PTR) {
         printf(" value=");
-        printAppVariable(address);
+        printKnownVariable(address);
     } else {
         printf(" value=");
         if (hasArray(type))
@@ -283,7 +287,7 @@ void printTarget(const void *address)
     if (!address)
         printf("NULL");
     else if (!printManagedVariable(address))
-        printAppVariable(address);
+        printKnownVariable(address);
 }
 
 void printVirtualObjects(void)
@@ -321,7 +325,7 @@ void printSafetyObjects(void)
         for (entry = 0; entry < srdo->entryCount; ++entry) {
             printf("srdo  bits=%u inverted=%u ", srdo->entries[entry].bits, srdo->entries[entry].isInverted);
             if (srdo->entries[entry].variable)
-                printAppVariable(srdo->entries[entry].variable);
+                printKnownVariable(srdo->entries[entry].variable);
             printf("\n");
         }
     }

@@ -6,6 +6,7 @@
 #include <co_datatype.h>
 #include <co_odaccess.h>
 #include <iso_tp.h>
+#include <stack_common.h>
 
 /* --- PDO mapping --- */
 
@@ -90,34 +91,6 @@ typedef struct {
     BOOL_T fdMode[STACK_LINES];
 #endif
 } CO_SERVICE_INIT_VAL_T;
-
-#define MP_PROT_TYPE_UNKNOWN 0x00u
-#define MP_PROT_TYPE_CANOPEN 0x01u
-#define MP_PROT_TYPE_J1939   0x02u
-#define MP_PROT_TYPE_RAWCAN  0x04u
-#define MP_PROT_TYPE_UDS     0x08u
-
-typedef struct {
-    UNSIGNED8 lines;
-    UNSIGNED16 receiveBuffers[STACK_LINES];
-    UNSIGNED16 transmitBuffers[STACK_LINES];
-    UNSIGNED16 cobs[STACK_LINES];
-    UNSIGNED8 protocols[STACK_LINES];
-#ifdef STACK_UDS
-    UNSIGNED8 isoTpClients[STACK_LINES];
-    UNSIGNED8 isoTpServers[STACK_LINES];
-#endif
-#ifdef CO_CANFD_SUPPORTED
-    BOOL_T fdMode[STACK_LINES];
-#endif
-} STACK_COMMON_INIT_VAL_T;
-#ifdef STACK_V4
-typedef STACK_COMMON_INIT_VAL_T CORE_COMMON_INIT_VAL_T;
-RET_T coreStackInit(const CORE_COMMON_INIT_VAL_T *values);
-#else
-typedef STACK_COMMON_INIT_VAL_T CO_COMMON_INIT_VAL_T;
-RET_T commonStackInit(const CO_COMMON_INIT_VAL_T *values);
-#endif
 
 typedef struct { UNSIGNED8 master; } CO_INIT_OPTION_T;
 

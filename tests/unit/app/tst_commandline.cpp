@@ -1,14 +1,9 @@
 // The program as its users see it: arguments in, standard output, exit code and files out.
-#include "tests/fixtures/storefixture.h"
+#include "tests/fixtures/toolfixture.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
-#include <QProcessEnvironment>
-#include <QTextCodec>
-
-#include <unistd.h>
 
 const QByteArray kHelp =
     "CANopen Tessarine 3.11.2 \n"
@@ -40,22 +35,7 @@ const QByteArray kFullRun =
     step("HTML object dictionary documentation", "HTML documentation") +
     step("gen_objdict.c", "gen_objdict.c") + kDefines + step("gen_indication", "gen_indication.h") +
     step("CSV file (deprecated)", "CSV documentation") + step("ICSV file", "ICSV documentation") +
-    step(" EDS file", "EDS file") + "Generation finished.\n";
-
-/// As much of a project as the check asks for, without the type of its line.
-const QByteArray kUntyped =
-    "[GeneralSettings]\nco_node_id=1\nreceivebuffersize=1\ntransmitbuffersize=1\n"
-    "co_timer_interval=1000\n"
-    "[Objects0]\n0x1000\\name=type\n0x1000\\objecttype=7\n0x1001\\name=error\n"
-    "0x1001\\objecttype=7\n0x1017\\name=heartbeat\n0x1017\\objecttype=7\n"
-    "0x1018\\name=identity\n0x1018\\objecttype=9\n"
-    "[SubObjects0]\n0x1018\\0x0\\name=count\n0x1018\\0x0\\datatype=5\n"
-    "0x1018\\0x0\\accesstype=const\n0x1018\\0x0\\defaultvalue=1\n"
-    "0x1018\\0x0\\implementation=1\n0x1018\\0x0\\defaultineds=1\n"
-    "0x1018\\0x0\\writedefaulttoeds=1\n0x1018\\0x1\\name=vendor\n"
-    "0x1018\\0x1\\datatype=7\n0x1018\\0x1\\accesstype=ro\n0x1018\\0x1\\defaultvalue=1\n";
-
-const QByteArray kProject = kUntyped + "[GeneralSettings]\nline0type=1\n";
+    step(" EDS file", "EDS file") + "Generation finished.\nGeneration completed.\n";
 
 /// One error, and a wrong value of subindex 0 that can be corrected.
 const QByteArray kFaulty =
@@ -65,23 +45,17 @@ const QByteArray kFaulty =
 const QByteArray kDescription = "[MandatoryObjects]\nSupportedObjects=1\n1=0x1000\n"
                                 "[1000]\nParameterName=Wind gauge\nDataType=7\nAccessType=ro\n";
 
-class tst_CommandLine : public QObject
+class tst_CommandLine : public ToolTest
 {
     Q_OBJECT
 
 private slots:
-    // Names of files and arguments.
-    void initTestCase() { QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); }
-
     void init()
     {
-        fixture = std::make_unique<StoreFixture>();
-        // Neither the folder's name nor its files' names are ASCII, and the locale is "C".
-        folder = fixture->path("wörk");
+        makeFolder();
         for (const char *name : {"/folder.tsrt", "/folder.eds", "/taken_doc.txt"})
             QVERIFY(QDir().mkpath(folder + name));
         QVERIFY(write("taken.tsrt", kProject));
-        QVERIFY(write("pümp.tsrt", kProject));
         QVERIFY(write("untyped.tsrt", kUntyped));
         QVERIFY(write("bad.tsrt", kFaulty));
         QVERIFY(write("foreign.tsrp", "no database at all"));
@@ -98,11 +72,12 @@ private slots:
         const QByteArray noProject = "Project not given.\n" + kHelp + "Error - No project specified.\n";
         const QByteArray notOpened = "Error - Open project failed.\n";
         const QByteArray notImported = "Import failed.\nError - Import error.\n";
-        const QByteArray untyped = "\nCheck of model consistency started\nWarning line type not set for line 0.\n\nCheck of model consistency finished.\n\n" + kDefines + "Generation finished.\n";
+        const QByteArray untyped = "\nCheck of model consistency started\nWarning line type not set for line 0.\n\nCheck of model consistency finished.\n\n" + kDefines + "Generation finished.\nGeneration completed.\n";
         const QByteArray notWritten = QByteArray(kFullRun).replace("Generation of textual documenation completed.", "ERROR - Generation of textual documenation failed. Could not open %DIR%/taken_doc.txt");
         QTest::newRow("no_arguments") << "" << noParameter << 4;
         QTest::newRow("help") << "-help" << kHelp << 0;
         QTest::newRow("help_goes_first") << "-project none.tsrp -help" << kHelp << 0;
+        QTest::newRow("version") << "-project none.tsrp -version" << QByteArray("CANopen Tessarine 3.11.2\n") << 0;
         QTest::newRow("project_without_value") << "-save -project" << noProject << 2;
         QTest::newRow("missing_project") << "-project none.tsrp" << notOpened << 3;
         QTest::newRow("option_as_project") << "-project -save" << notOpened << 3;
@@ -133,19 +108,26 @@ private slots:
 
     void filesWithoutPermission()
     {
-        if (geteuid() == 0)
-            QSKIP("permissions do not bind the superuser");
         QVERIFY(write("pümp_doc.txt", "old"));
+        if (!bindPermissions())
+            QSKIP("no other user can run the tool");
         QFile::setPermissions(folder + "/pümp_doc.txt", QFile::ReadOwner);
-        QByteArray output = run("-project pümp.tsrt");
-        QVERIFY(output.endsWith(ended(0, "\nThe file in pümp_doc.txt in %DIR% is not writable\n"
-                                         "Generation finished.\n")));
+        PlainUserProcess first;
+        QByteArray output = run(first, "-project pümp.tsrt");
+        QVERIFY2(output.contains(filled("\nThe file in pümp_doc.txt in %DIR% is not writable\n")),
+                 output);
+        QVERIFY(output.endsWith(ended(0, "Generation finished.\nGeneration completed.\n")));
+        QCOMPARE(read("pümp_doc.txt"), "old");
 
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
-        output = run("-project pümp.tsrt");
+        PlainUserProcess second;
+        output = run(second, "-project pümp.tsrt -save");
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        QVERIFY(output.endsWith(ended(8, "ABORT - The output folder %DIR% is not writeable.\n"
-                                         "Error - The output folder is not writeable\n")));
+        QVERIFY2(output.endsWith(ended(8, "ABORT - The output folder %DIR% is not writeable.\n"
+                                          "Error - The output folder is not writeable\n"
+                                          "errors:\nCould not save pümp.tsrt\n")),
+                 output);
+        QCOMPARE(read("pümp.tsrt"), kProject);
     }
 
     void savesOnRequestOnly()
@@ -246,44 +228,11 @@ private slots:
 
     void logsOnRequest()
     {
-        const QByteArray output = run("-project pümp.tsrt", "1");
+        environment.insert("TESSARINE_LOG", "1");
+        const QByteArray output = run("-project pümp.tsrt");
         QVERIFY2(output.contains("debug tessarine.app: step B line 0\n"), output);
         QVERIFY(output.endsWith(" 0\n"));
     }
-
-private:
-    /// Standard output, standard error and the exit code, one behind the other.
-    QByteArray run(const QString &arguments, const QByteArray &logging = {})
-    {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("HOME", fixture->path());
-        environment.insert("XDG_CONFIG_HOME", fixture->path());
-        environment.insert("TESSARINE_LOG", logging);
-        QProcess process;
-        process.setProcessEnvironment(environment);
-        process.setWorkingDirectory(folder);
-        process.start(TESSARINE_BINARY, arguments.split(' ', Qt::SkipEmptyParts));
-        if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
-            return "crashed";
-        const QByteArray output = process.readAllStandardOutput();
-        const QByteArray errors = process.readAllStandardError();
-        return ended(process.exitCode(), output + (errors.isEmpty() ? "" : "errors:\n" + errors));
-    }
-
-    QByteArray ended(int exitCode, QByteArray text) const
-    {
-        text.replace("%DIR%", folder.toUtf8());
-        return text + "exit code " + QByteArray::number(exitCode) + '\n';
-    }
-
-    bool write(const QString &name, const QByteArray &content)
-    {
-        return writeFile(folder + '/' + name, content);
-    }
-    QByteArray read(const QString &name) { return readFile(folder + '/' + name); }
-
-    std::unique_ptr<StoreFixture> fixture;
-    QString folder;
 };
 
 QTEST_GUILESS_MAIN(tst_CommandLine)

@@ -466,7 +466,6 @@ private slots:
         const QString noTransport = E + "Neither BAM nor TP.CMDT supported but PGNs with length > 64 bit defined.";
         const QString noPackets = E + "CMDT packet count should not be 0 in J1939 configuration.";
         const QString tooLong = E + "PG (4660/0x1234) transmitted as SDM may not exceed 64 bit.";
-        const QString pad(QChar(0));
         row("sound", sound + QStringList{"group tx 0xf004 plain 5 6", "set sorted_coblist=0", "set drv_group_filter=2", "j1939 dynsupport=1", "set additional_cob_count= 2"});
         row("settings", sound + QStringList{"set sorted_coblist=1", "set drv_group_filter=0x1", "j1939 dynsupport=1", "set additional_cob_count= "}, {E + "Sorted COB list may not used with J1939 projects.", S + "Group filter is only useful for CANopen or mixed projects.", E + "Additional COBs need to be specific with dynamic PGN support."});
         const QString tab = " not defined in J1939 configuration tab for line 0";
@@ -474,7 +473,7 @@ private slots:
         row("makers_code", sound + QStringList{"j1939 manufacturercode= 1193 "}, {"<strong>Warning: The manufacturer code 1193 (Korvel) may not be used for production. </strong>"});
         const QString special = E + "Special PGN 3584/0x0e00 is handled by the J1939 stack directly and may not be included in the signal definitions.\n";
         row("special_group_both_ways", sound + QStringList{"group tx 0x0e00 plain", "group rx 0x0e00 plain"}, {special, special});
-        row("safe_without_support", sound + QStringList{"group tx 0x123 safe 7 7 7"}, {S + "PG (291/0x" + pad + "123) shall be transmitted as SDM but SHM support is not activated."});
+        row("safe_without_support", sound + QStringList{"group tx 0x123 safe 7 7 7"}, {S + "PG (291/0x0123) shall be transmitted as SDM but SHM support is not activated."});
         row("safe_managed", safety + QStringList{"group tx 0x1234 safe managed 5"}, {E + "PG (4660/0x1234) transmitted as SDM may not contain managed variables."});
         for (const char *type : {"9", "24", "27", "106", "117"}) row(type, safety + QStringList{QString("group tx 0x1234 safe ") + type}, {E + "PG (4660/0x1234) contains unsuppported data types."});
         row("safe_structure", safety + QStringList{"group tx 0x12345 safe 100 5"}, {E + "Structure of PG (74565/0x12345) not supported."});

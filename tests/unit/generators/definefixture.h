@@ -17,11 +17,12 @@ public:
     }
 
     /// Changes in words, separated by "; ". Objects are hexadecimal, "1/2000" one of line 1:
-    ///   set key=value, j1939 key=value, misc key=value, describe key=value
+    ///   set key=value, j1939 key=value, misc key=value, describe key=value, eb key=value
     ///   line NUMBER TYPE, unline NUMBER
     ///   var INDEX VALUE, array INDEX ENTRIES, record INDEX ENTRIES
     ///   put INDEX:SUB type|access|value|kind VALUE
-    ///   pgn LINE tx|rx NUMBER [safe|inhibit=MS], canid LINE tx|rx NUMBER
+    ///   pgn LINE tx|rx NUMBER [safe|inhibit=MS], canid LINE tx|rx NUMBER [inhibit=MS]
+    ///   uds LINE SERVICE on|off, edition NAME: of the tool
     void change(const QString &texts)
     {
         for (const QString &text : texts.split("; ", Qt::SkipEmptyParts))
@@ -69,6 +70,13 @@ private:
             store.setMiscSettingsValue(key, value);
         else if (verb == "describe")
             store.setDescriptionSettingsValue(key, value);
+        else if (verb == "eb")
+            store.setEnergyBusSettingsValue(key, value);
+        else if (verb == "edition")
+            QCoreApplication::setApplicationName(rest);
+        else if (verb == "uds")
+            store.setUDSServiceActive(quint8(words.at(1).toUInt()), quint8(words.at(2).toUInt()),
+                                      words.at(3) == "on");
         else if (verb == "line" && store.addNode(quint8(words.at(1).toUInt()), Node()))
             store.setGeneralSettingsValue("line" + words.at(1) + "type", words.at(2));
         else if (verb == "unline")
@@ -82,13 +90,14 @@ private:
     void addTraffic(const QStringList &words)
     {
         const QString direction = QString::number(words.at(2) == "tx" ? 0x55 : 0x77);
-        if (words.first() == "canid") {
-            store.executeSql(QStringLiteral("insert into CANIDs%1 (id, direction) values (%2, %3)")
-                                 .arg(words.at(1), words.at(3), direction));
-            return;
-        }
         const QString extra = words.value(4);
         const QString inhibit = extra.startsWith("inhibit=") ? extra.section('=', 1) : "0";
+        if (words.first() == "canid") {
+            store.executeSql(QStringLiteral("insert into CANIDs%1 (id, direction, inhibittime_ms) "
+                                            "values (%2, %3, %4)")
+                                 .arg(words.at(1), words.at(3), direction, inhibit));
+            return;
+        }
         store.executeSql(QStringLiteral("insert into PGNs%1 (number, direction, issafe, "
                                         "inhibittime_ms) values (%2, %3, %4, %5)")
                              .arg(words.at(1), words.at(3), direction,

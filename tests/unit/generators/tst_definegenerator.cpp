@@ -1,8 +1,11 @@
 // The frame of gen_define.h, and what goes over from one generation to the next.
 #include "generators/defines/codefinegenerator.h"
 #include "generators/defines/gendefinegenerator.h"
-#include "generators/defines/oldheader.h"
+#include "generators/oldfile.h"
 #include "tests/unit/generators/definefixture.h"
+
+#include <QRandomGenerator>
+#include <QRegularExpression>
 
 #include <sys/stat.h>
 
@@ -11,6 +14,29 @@ namespace
 
 const QByteArray kStart = "/* user-specific section: start */\n";
 const QByteArray kEnd = "/* user-specific section: end */\n";
+
+// clang-format off
+/// Lists by line as projects have them, with and without enough elements.
+constexpr const char *kValues[] = {"0", "1", "1", "2", "3,1", ",2", "1, ,4"};
+
+/// What sections share, and what switches them.
+constexpr const char *kMixedSettings[] = {
+    "canfd_supported", "enable_dynamic", "event_can", "event_sdo_server_read", "event_sdo_client_write", "isotp_supported", "isotp_connection_cnt",
+    "isotp_client_con", "isotp_server_con", "isotp_client_event", "isotp_dyn_split_ind", "udsserver_supported", "udsclient_supported", "uds_client_cnt", "uds_server_active",
+    "uds_seedkey_length", "rxindication_cnt", "txindication_cnt", "changedindication_cnt", "limit_check", "bitwise_mapping", "bootup_manager", "nmtmaster",
+    "lss_supported", "sdo_routing", "usdo_server_enabled", "usdo_client_enabled", "sleep_mode_selection", "user_tx_cob", "receivebuffersize", "co_node_id",
+    "additional_cob_count", "co_timer_interval", "co_srdo_interval", "sorted_coblist",
+};
+constexpr const char *kMixedJ1939Settings[] = {
+    "cia510serversupport", "cia510clientsupport", "safetysupport", "dynsupport", "canindication_cnt", "rxindication_cnt", "txindication_cnt",
+    "bamsupport", "cmdtsupport", "diagsupport", "diagtoolsupport", "bitwisemapping", "requestsupport", "j1939fd_multipgbuffer",
+};
+constexpr const char *kMixedTraffic[] = {
+    "var %1/1000 0", "record %1/1200 2", "record %1/1280 3", "record %1/1800 5", "record %1/1a00 2", "record %1/1301 6", "array %1/1010 2",
+    "array %1/1f2c 2", "var %1/2000 0; put %1/2000:0 kind 3", "canid %1 tx 5 inhibit=3", "canid %1 rx 6", "pgn %1 tx 60928", "pgn %1 tx 7 inhibit=3",
+    "pgn %1 rx 8 safe", "uds %1 49 on", "uds %1 16 off",
+};
+// clang-format on
 
 } // namespace
 
@@ -42,20 +68,35 @@ private slots:
             "#define CO_CONFIG_REC_BUFFER_CNT\t10u\n"
             "#define CO_CONFIG_TRANS_BUFFER_CNT\t5u\n"
             "\n"
-            "/* J1939 Defines */\n"
-            "#define J1939_SUPPORTED\t1u\n"
-            "#define J1939_RECEIVE_PGN_CNT\t0u\n"
-            "#define J1939_TRANSMIT_PGN_CNT\t0u\n"
-            "#define J1939_RECEIVE_PGN_COUNTS\t0u\n"
-            "#define J1939_TRANSMIT_PGN_COUNTS\t0u\n"
-            "#define J1939_SSDO_COUNTS\t0u\n"
-            "#define J1939_CSDO_COUNTS\t0u\n"
-            "\n\n\n"
+            "/* Raw CAN Defines */\n"
+            "#define RAWCAN_SUPPORTED\t1u\n"
+            "#define RAWCAN_RECEIVE_CNT\t0u\n"
+            "#define RAWCAN_TRANSMIT_CNT\t0u\n"
+            "#define RAWCAN_RECEIVE_COUNTS\t0u\n"
+            "#define RAWCAN_TRANSMIT_COUNTS\t0u\n"
+            "\n"
             "/* Number of receive/transmit buffer entries per line */\n"
             "#define CO_REC_BUFFER_CNT\t10u\n"
             "#define CO_TR_BUFFER_CNT\t5u\n"
             "#define CO_REC_BUFFER_COUNTS\t10u\n"
             "#define CO_TR_BUFFER_COUNTS\t5u\n"
+            "\n"
+            "/* ISO-TP Defines */\n"
+            "#define ISOTP_SUPPORTED\t1u\n"
+            "#define ISOTP_CLIENT_COUNTS\t0u\n"
+            "#define ISOTP_SERVER_COUNTS\t0u\n"
+            "#define ISOTP_CLIENT_CONNECTION_CNT\t0u\n"
+            "#define ISOTP_SERVER_CONNECTION_CNT\t0u\n"
+            "\n"
+            "/* UDS Defines */\n"
+            "#define UDS_SERVER_SUPPORTED\t1u\n"
+            "#define UDS_SERVER_VERSION\t2u\n"
+            "#define UDS_SERVICE_DIAGNOSTIC_SESSION_CONTROL\t1u\n"
+            "#define UDS_SERVICE_ECU_RESET\t1u\n"
+            "#define UDS_SERVICE_READ_DATA_BY_IDENTIFIER\t1u\n"
+            "#define UDS_SERVICE_WRITE_DATA_BY_IDENTIFIER\t1u\n"
+            "#define UDS_SERVICE_TESTER_PRESENT\t1u\n"
+            "\n"
             "/* Hardware settings */\n"
             "/*  */\n"
             "#define CO_TIMER_INTERVAL\t5u\n"
@@ -101,6 +142,46 @@ private slots:
         header = generate(generator);
         QVERIFY(!header.contains("SERVICES") && !header.contains("CO_EVENT"));
         QVERIFY(header.contains("CO_CONFIG_REC") && header.contains("J1939_TIMER_INTERVAL\tCO_"));
+    }
+
+    /// A second definition of a name, even an equal one, would be a second opinion.
+    void anyMixOfLines()
+    {
+        static const QRegularExpression define("^#define (\\w+)\\s*(.*)$",
+                                               QRegularExpression::MultilineOption);
+        static const QRegularExpression emptyElement("^,|,\\s*,|, *$");
+        for (quint32 seed = 1; seed <= 40; ++seed) {
+            makeMix(seed);
+            CoDefineGenerator classic;
+            GenDefineGenerator v4;
+            for (DefineGenerator *generator :
+                 {static_cast<DefineGenerator *>(&classic), static_cast<DefineGenerator *>(&v4)}) {
+                generator->j1939Present = carried.contains('2') || carried.contains('5');
+                const bool hasCANopen = carried.contains('1') || carried.contains('5');
+                generator->multiProtocol =
+                    (generator->j1939Present && hasCANopen) || carried.contains('4');
+                const QString header = QString::fromUtf8(generate(*generator));
+                const QByteArray place = QByteArray::number(seed) + ": " + header.toUtf8();
+                QHash<QString, QString> values;
+                for (auto match = define.globalMatch(header); match.hasNext();) {
+                    const QRegularExpressionMatch found = match.next();
+                    const QString name = found.captured(1);
+                    QVERIFY2(!values.contains(name), name.toUtf8() + " twice in " + place);
+                    values.insert(name, found.captured(2));
+                    QVERIFY2(!name.endsWith("_COUNTS") ||
+                                 !emptyElement.match(found.captured(2)).hasMatch(),
+                             name.toUtf8() + " has a gap in " + place);
+                }
+                QVERIFY2(values.contains("J1939_SUPPORTED") == generator->j1939Present, place);
+                QVERIFY2(values.contains("RAWCAN_SUPPORTED") == carried.contains('4'), place);
+                QVERIFY2(values.contains("CANOPEN_SUPPORTED") == hasCANopen, place);
+                const QString core = generator == &v4 ? "CORE" : "CO";
+                for (const char *list : {"_REC_BUFFER_COUNTS", "_TR_BUFFER_COUNTS", "_COB_COUNTS"})
+                    QVERIFY2(values.contains(core + list), list + (" not in " + place));
+                QCOMPARE(values.contains(generator == &v4 ? "CAN_MULTI_LINE" : "CO_MULTI_LINE"),
+                         carried.size() > 1);
+            }
+        }
     }
 
     void userSectionAndCounterStay()
@@ -154,16 +235,16 @@ private slots:
         QFETCH(QByteArray, header);
         writeFile(target(), header);
         QString text;
-        QVERIFY(Defines::readOldHeader(target(), &text));
-        QTEST(Defines::extractUserSection(text), "section");
+        QVERIFY(OldFile::read(target(), &text));
+        QTEST(OldFile::extractUserSection(text), "section");
     }
 
     void counters()
     {
         const QString start = "#define GEN_GENERATION_COUNT\t";
-        QCOMPARE(Defines::extractGenerationCounter("x\n" + start + "0x10ul\n"), 16u);
-        QCOMPARE(Defines::extractGenerationCounter(start + "3ul\n" + start + "4ul\n"), 3u);
-        QCOMPARE(Defines::extractGenerationCounter(start + "\n"), 0u);
+        QCOMPARE(OldFile::extractGenerationCounter("x\n" + start + "0x10ul\n"), 16u);
+        QCOMPARE(OldFile::extractGenerationCounter(start + "3ul\n" + start + "4ul\n"), 3u);
+        QCOMPARE(OldFile::extractGenerationCounter(start + "\n"), 0u);
     }
 
     void unusualOldFiles()
@@ -200,6 +281,29 @@ private slots:
     }
 
 private:
+    /// A project of one to four lines, at least one of a known type.
+    void makeMix(quint32 seed)
+    {
+        QRandomGenerator random(seed);
+        const auto value = [&random]() { return kValues[random.bounded(int(std::size(kValues)))]; };
+        project = std::make_unique<DefineProject>();
+        carried.clear();
+        const int lines = int(random.bounded(4)) + 1;
+        for (int line = 0; line < lines; ++line) {
+            const QChar type = QString("12459").at(random.bounded(line == 0 ? 4 : 5));
+            carried += type;
+            project->change(QString("line %1 %2").arg(line).arg(type));
+            for (const char *words : kMixedTraffic) {
+                if (random.bounded(2))
+                    project->change(QString(words).replace("%1", QString::number(line)));
+            }
+        }
+        for (const char *key : kMixedSettings)
+            project->change(QString("set %1=%2").arg(key, value()));
+        for (const char *key : kMixedJ1939Settings)
+            project->change(QString("j1939 %1=%2").arg(key, value()));
+    }
+
     QString target() const { return project->files.path("gen_define.h"); }
 
     void start(DefineGenerator &generator)
@@ -222,6 +326,7 @@ private:
     }
 
     std::unique_ptr<DefineProject> project;
+    QString carried; ///< types of the lines that makeMix() has made
 };
 
 QTEST_GUILESS_MAIN(tst_DefineGenerator)

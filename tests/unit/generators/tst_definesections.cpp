@@ -1,9 +1,13 @@
 // The sections of gen_define.h, by what they write for a setting or an object.
 #include "generators/defines/bufferdefines.h"
+#include "generators/defines/diagnosticdefines.h"
+#include "generators/defines/energybusdefines.h"
 #include "generators/defines/eventdefines.h"
 #include "generators/defines/hardwaredefines.h"
+#include "generators/defines/rawcandefines.h"
 #include "generators/defines/servicedefines.h"
 #include "generators/defines/virtualobjectdefines.h"
+#include "support/udssiddefinitions.h"
 #include "tests/unit/generators/definefixture.h"
 
 using namespace Defines;
@@ -167,6 +171,56 @@ private slots:
         DefineProject project(changes);
         QCOMPARE(project.text(section), text);
         QCOMPARE(project.text(section, DefineProject::v4), inV4(text));
+    }
+
+    void protocols_data()
+    {
+        columns<Section, QString, QString>("section", "changes", "text");
+        const Section raw = generateCANRAWDefines;
+        const Section diagnostics = generateISOTP_UDS_Defines;
+        const Section energyBus = generateEnergyBusDefines;
+        const QString buffers = "/* Number of receive/transmit buffer entries per line */\n#define "
+                                "CO_REC_BUFFER_CNT\t10u\n#define CO_TR_BUFFER_CNT\t5u\n#define "
+                                "CO_REC_BUFFER_COUNTS\t10u\n#define CO_TR_BUFFER_COUNTS\t5u\n\n";
+        // clang-format off
+        QTest::newRow("identifiers of another protocol") << raw << "canid 0 tx 5" << "";
+        QTest::newRow("raw lines among others") << raw << "canid 0 tx 5; line 2 4; canid 2 tx 5; canid 2 tx 6 inhibit=20; canid 2 rx 5; line 3 9; line 4 4; canid 4 rx 1; canid 4 rx 2; set rxindication_cnt=1; set txindication_cnt=2; set changedindication_cnt=3; set event_can=4; set receivebuffersize=10; set transmitbuffersize=5"
+            << "/* Raw CAN Defines */\n#define CO_MULTI_LINE\t1u\n#define CO_MULTI_LINE_CNT\t4u\n#define RAWCAN_SUPPORTED\t1u\n#define RAWCAN_RECEIVE_CNT\t3u\n#define RAWCAN_TRANSMIT_CNT\t2u\n"
+               "#define RAWCAN_RECEIVE_COUNTS\t0u, 1u, 0u, 2u\n#define RAWCAN_TRANSMIT_COUNTS\t0u, 2u, 0u, 0u\n#define CO_INHIBIT_SUPPORTED\t1u\n"
+               "#define RAWCAN_REC_INDICATION_CNT\t1u\n#define RAWCAN_TR_INDICATION_CNT\t2u\n#define RAWCAN_CHANGED_INDICATION_CNT\t3u\n#define CO_EVENT_DYNAMIC_CAN\t4u\n\n" + buffers;
+        QTest::newRow("no ISO-TP") << diagnostics << "set isotp_client_con=1; set isotp_dyn_server_ind=1; set uds_seedkey_length=4" << "";
+        QTest::newRow("connections alone") << diagnostics << "set isotp_connection_cnt=0x103"
+            << "/* ISO-TP Defines */\n#define ISOTP_SUPPORTED\t1u\n#define ISOTP_CONNECTION_CNT\t3u\n#define ISOTP_CLIENT_COUNTS\t0u\n#define ISOTP_SERVER_COUNTS\t0u\n#define ISOTP_CLIENT_CONNECTION_CNT\t0u\n#define ISOTP_SERVER_CONNECTION_CNT\t0u\n\n";
+        QTest::newRow("ISO-TP by line") << diagnostics << "set isotp_supported=1; line 2 2; line 3 4; set isotp_client_con=0x2,9, ; set isotp_server_con=1; set isotp_dyn_client_ind=1; set isotp_dyn_client_txack_ind=1; set isotp_dyn_server_ind=2; set isotp_dyn_split_ind=1"
+            << "/* ISO-TP Defines */\n#define ISOTP_SUPPORTED\t1u\n#define ISOTP_CLIENT_COUNTS\t2u, 0u, 0u\n#define ISOTP_SERVER_COUNTS\t1u, 1u, 1u\n#define ISOTP_CLIENT_CONNECTION_CNT\t2u\n#define ISOTP_SERVER_CONNECTION_CNT\t3u\n"
+               "#define ISOTP_DYN_CLIENT_IND\t1u\n#define ISOTP_DYN_CLIENT_TXACK_IND\t1u\n#define ISOTP_DYN_SERVER_IND\t1u\n#define ISOTP_DYN_SPLIT_IND\t1u\n\n";
+        const QString noConnections = "/* ISO-TP Defines */\n#define ISOTP_SUPPORTED\t1u\n#define ISOTP_CLIENT_COUNTS\t0u, 0u\n#define ISOTP_SERVER_COUNTS\t0u, 0u\n#define ISOTP_CLIENT_CONNECTION_CNT\t0u\n#define ISOTP_SERVER_CONNECTION_CNT\t0u\n\n";
+        QTest::newRow("services of any line") << diagnostics << "line 1 4; set udsclient_supported=1; set uds_client_cnt=,0x3; set udsserver_version=7; set uds_seedkey_length=0x10; set uds_session_timeout=5000; set uds_only_appl_session_check=1; set uds_only_appl_security_check=1; "
+               "uds 0 16 off; uds 0 17 off; uds 0 34 off; uds 0 46 off; uds 0 62 off; uds 1 17 off; uds 1 34 off; uds 1 46 off; uds 1 62 off; uds 0 49 on; uds 1 99 on"
+            << noConnections + "/* UDS Defines */\n#define UDS_CLIENT_SUPPORTED\t1u\n#define UDS_CLIENT_COUNTS\t0u, 3u\n#define UDS_SEEDKEY_LENGTH\t16u\n#define UDS_SESSION_TIMEOUT\t5000u\n#define UDS_ONLY_APPL_SESSION_CHECK\t1u\n#define UDS_ONLY_APPL_SECURITY_CHECK\t1u\n#define UDS_SERVICE_DIAGNOSTIC_SESSION_CONTROL\t1u\n#define UDS_SERVICE_ROUTINE_CONTROL\t1u\n\n";
+        QTest::newRow("another edition") << energyBus << "eb device_cnt=3" << "";
+        QTest::newRow("EnergyBus") << energyBus << "edition EnergyBus Morvane; eb device_cnt=003; eb ext_start_pos_bat=0x1F; eb int_offset_bat=-2; eb sec_0_kind=a \"b\"; eb ebc_tool_supported= ; eb a-b=1; eb a_b=2"
+            << "/* EnergyBus Defines */\n#define EB_A_B\t1u\n#define EB_DEVICE_CNT\t3u\n#define EB_EXT_START_POS_BAT\t0x1Fu\n#define EB_INT_OFFSET_BAT\t(-2)\n#define EB_SEC_0_KIND\t\"a \\\"b\\\"\"\n\n";
+        // clang-format on
+    }
+
+    void protocols()
+    {
+        sections();
+        QCoreApplication::setApplicationName("CANopen Tessarine");
+    }
+
+    void everyServiceHasASwitch()
+    {
+        DefineProject project("set udsserver_supported=1");
+        const QMap<quint8, QString> names = UDSSIDDefinitions::getSIDNames();
+        for (auto name = names.begin(); name != names.end(); ++name) {
+            project.store.setUDSServiceActive(0, name.key(), true);
+            QString words = name.value();
+            words.replace(QRegularExpression("(?<=[a-z])(?=[A-Z])|(?<=[A-Z])(?=[A-Z][a-z])"), "_");
+            QVERIFY(project.text(generateISOTP_UDS_Defines)
+                        .contains("#define UDS_SERVICE_" + words.toUpper() + "\t1u\n"));
+        }
     }
 
     void cobsOfSeveralProtocols()

@@ -75,7 +75,7 @@ private slots:
         addSpn("managed", 5, "1", 0, 0);
         addSpn("list[3]", 6, "4");
         addSpn("level", 7, "2"); // a table that takes four bytes must not read beyond
-        addSpn("list[1]", 5, "5");
+        addSpn("list[1]", 5, "5", 0, 1); // no variable in name only: the mapping refers to it
         addRawLine(1);
         store->addNode(2, Node());
         addVariable(2);

@@ -127,6 +127,7 @@ private slots:
         QTest::newRow("safety without groups") << "j1939 safetysupport=1; j1939 sdm_timer_interval=0" << "#define J1939_CSDO_COUNTS\t0u\n#define J1939_SDG_TRANS_COUNTS\t0u\n#define J1939_SDG_REC_COUNTS\t0u\n#define J1939_SDG_SUPPORTED\t1u\n\n";
         QTest::newRow("safe groups") << "pgn 0 rx 5 safe; pgn 0 rx 6 safe; pgn 0 tx 60928 safe; j1939 safetysupport=1; j1939 sdm_timer_interval=10"
             << "#define J1939_TRANSMIT_PGN_CNT\t0u\n#define J1939_RECEIVE_PGN_COUNTS\t0u\n#define J1939_TRANSMIT_PGN_COUNTS\t0u\n#define J1939_SSDO_COUNTS\t0u\n#define J1939_CSDO_COUNTS\t0u\n#define J1939_SDG_TRANS_CNT\t1u\n#define J1939_SDG_TRANS_COUNTS\t1u\n#define J1939_SDG_REC_CNT\t2u\n#define J1939_SDG_REC_COUNTS\t2u\n#define J1939_SDG_SUPPORTED\t1u\n#define J1939_SDG_TIMER_INTERVAL\t10u\n\n";
+        QTest::newRow("safe groups of a raw line") << "line 1 4; pgn 1 rx 5 safe; j1939 safetysupport=1" << "#define J1939_SDG_TRANS_COUNTS\t 0u, 0u\n#define J1939_SDG_REC_COUNTS\t 0u, 0u\n#define J1939_SDG_SUPPORTED\t1u\n";
         QTest::newRow("inhibit time of a received group") << "pgn 0 rx 5 inhibit=20" << "#define J1939_CSDO_COUNTS\t0u\n\n\n\n/* COB";
         QTest::newRow("dynamic groups") << "j1939 dynsupport=1" << "\n\n#define CO_INHIBIT_SUPPORTED\t1u\n\n#define J1939_DYNAMIC_PGN\t1u\n\n/* COB";
         QTest::newRow("multi-PG needs FD") << "j1939 j1939fd_11bitmultipg=1; j1939 j1939fd_multipgbuffer=2" << "#define J1939_CSDO_COUNTS\t0u\n\n\n";
@@ -160,13 +161,12 @@ private slots:
 
     void otherLines()
     {
-        project->change("set line0type=4");
-        QVERIFY(text().startsWith("/* J1939 Defines */\n#define J1939_SUPPORTED\t1u\n"));
-        QCoreApplication::setApplicationName("CAN Tessarine");
+        project->change("set line0type=4; pgn 0 tx 5; pgn 0 rx 6");
         QCOMPARE(text(), QString());
-        project->change("line 1 5");
+        project->change("line 1 5; pgn 1 rx 7");
         QVERIFY(text().startsWith("/* J1939 Defines */\n#define CO_MULTI_LINE\t1u\n"));
-        QCoreApplication::setApplicationName("CANopen Tessarine");
+        QVERIFY(text().contains("#define J1939_RECEIVE_PGN_COUNTS\t 0u, 1u\n"
+                                "#define J1939_TRANSMIT_PGN_COUNTS\t 0u, 0u\n"));
     }
 
     /// A second definition of a name, even an equal one, would be a second opinion.

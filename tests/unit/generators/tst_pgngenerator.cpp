@@ -1,5 +1,4 @@
 // The source of a J1939 device, section by section.
-#include "generators/j1939/addressclaim.h"
 #include "generators/j1939/pgngenerator.h"
 #include "generators/j1939/pgninit.h"
 #include "generators/j1939/pgnsections.h"
@@ -53,7 +52,8 @@ private slots:
         addSpn(0xF004, kTx, 190, 6);
         addSpn(0xF004, kTx, 5, 105);
         addSpn(0xF004, kTx, 7, 24);
-        addSpn(0xF004, kTx, 8, 2);   // no parameter has a sign
+        addSpn(0xF004, kTx, 8, 3); // has no such value
+        addSpn(0xF004, kTx, 9, 8);
         addSpn(0xF004, kRx, 190, 6); // the same number the other way
         addSpn(0xF004, kRx, 191, 6);
         QCOMPARE(written(*store, {Pgn::defineManagedVariables}),
@@ -62,8 +62,11 @@ private slots:
                  "static UNSIGNED16\tmv_u16[3]= {\n\t(UNSIGNED16)65535u /* 61444:190 */,\n"
                  "\t(UNSIGNED16)65535u /* 61444:191 */,\n"
                  "\t(UNSIGNED16)65535u /* 61444:190 */};\n"
+                 "static INTEGER16\tmv_i16[1]= {\n\t(INTEGER16)0u /* 61444:8 */};\n"
                  "static UNSIGNED64\tmv_u64[1]= {\n"
-                 "\tU64_SET(0x00,0x00,0x00,0xff,0xff,0xff,0xff,0xff) /* 61444:7 */};\n");
+                 "\tU64_SET(0x00,0x00,0x00,0xff,0xff,0xff,0xff,0xff) /* 61444:7 */};\n"
+                 "static REAL32\tmv_r32[1]= {\n"
+                 "\t(REAL32)0.00000000e+00f /* 61444:9 */};\n");
         const QString mappings =
             written(*store, {Pgn::defineManagedVariables, Pgn::declareMappings});
         QCOMPARE(between(mappings, "tx_mapping_61444[] = {\n", ","), "\t{ &mv_u16[2]");
@@ -101,16 +104,17 @@ private slots:
 
     void identityReplacesWhatIsThere()
     {
-        setJ1939({"function=7,8", "identitynumber=9", "addresscapable=x"});
+        setJ1939({"function=7,8", "identitynumber=9", "addresscapable=2"});
         store->addNode(1, {});
         set({"line1type=5"});
         addSpn(0xEE00, kTx, 1, 5);
         Pgn::declareIdentify(*store);
         Pgn::declareIdentify(*store);
         QCOMPARE(defaultsOfName(0), "2837/119/9 2838/108/ 2840/101/ 2839/103/ 2841/5/7 0/1/0 "
-                                    "2842/105/ 2843/102/ 2846/101/ 2844/1/0");
-        // A list without an element for the line has no value for it.
-        QVERIFY(defaultsOfName(1).startsWith("2837/119/ 2838/108/ 2840/101/ 2839/103/ 2841/5/8 "));
+                                    "2842/105/ 2843/102/ 2846/101/ 2844/1/1");
+        // A list without an element for the line has no value for it; to be capable is no list.
+        QCOMPARE(defaultsOfName(1), "2837/119/ 2838/108/ 2840/101/ 2839/103/ 2841/5/8 0/1/0 "
+                                    "2842/105/ 2843/102/ 2846/101/ 2844/1/1");
         ObjectDataBase::PGN group;
         QVERIFY(store->getPGNData(1, 0xEE00, kTx, group));
         QCOMPARE(joined(group.name, group.priority, group.inhibitTimeMs, group.cycleTimeMs,
@@ -130,7 +134,7 @@ private slots:
         QTest::newRow("string") << 121 << 2 << "vin" << "" << "\t{ vin, 300u, 190u, CORE_DTYPE_STRING_ASTERIKS }";
         QTest::newRow("managed_string") << 120 << 0 << "vin" << "" << "\t{ NULL, 300u, 190u, CORE_DTYPE_STRING_NULL }";
         QTest::newRow("bytes") << 10 << 2 << "data" << "" << "\t{ data, 300u, 190u, CORE_DTYPE_NON_NUMERIC }";
-        QTest::newRow("managed_without_array") << 8 << 0 << "x" << "" << "\t{ NULL, 32u, 190u, CORE_DTYPE_R32 }";
+        QTest::newRow("managed_without_array") << 11 << 0 << "x" << "" << "\t{ NULL, 0u, 190u, CORE_DTYPE_US }";
         QTest::newRow("unknown_type") << 99 << 2 << "x" << "" << "\t{ &x, 0u, 190u, CORE_DTYPE_NON_NUMERIC }";
         QTest::newRow("dynamic") << 24 << 2 << "x" << "dynsupport=1" << "\t{ &x, 40u, 190u, CORE_DTYPE_U40, 0u }";
         // clang-format on

@@ -127,6 +127,16 @@ private slots:
         QCOMPARE(store->getDataElements(0, 0x18FF0001, 0x77), QList<quint32>({1}));
     }
 
+    void savesNoIndexOfItsOwn()
+    {
+        const QString file = fixture.path("project.tsrp");
+        store->addSPN(0, 1, 0x55, 9, signal(9));
+        QVERIFY(store->saveDataBase(file));
+        store->addSPN(0, 1, 0x55, 9, signal(9)); // finds its row without one, too
+        QCOMPARE(store->getSPNs(0, 1, 0x55), QList<quint32>({9}));
+        QVERIFY(StoreFixture::runSql(file, {"create index KeyOfSPNs0 on SPNs0 (pos)"}));
+    }
+
     void comparesWithAnotherStore()
     {
         const auto other = makeStore();

@@ -50,6 +50,13 @@ private slots:
         QVERIFY(store->setUDSServiceUserLevels(0, 17, "1,it's"));
         QCOMPARE(store->getUDSServiceUserLevels(0, 17), "1,it's");
         QCOMPARE(store->getUDSServiceUserLevels(0, 34), "");
+        QVERIFY(store->delUDSService(0, 62));
+        QCOMPARE(store->getUDSServices(0), QList<quint8>({15, 16, 17, 34, 46}));
+        ObjectDataBase::UDS_SERVICE_T service;
+        QVERIFY(!store->getUDSServiceData(0, 62, service));
+        QVERIFY(store->getUDSServiceData(0, 17, service));
+        QCOMPARE(joined(service.active, service.sessions, service.userLevels),
+                 QString("true/1/1,it's"));
     }
 
     void lockedStoreRefusesWrites()

@@ -1,6 +1,7 @@
 // Replaces a user's file so that a complete one stands on disk at every instant.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <functional>
@@ -17,6 +18,9 @@ enum class Backup {
 /// place of \a name. False if \a write gives false or the file could not be replaced; the old file
 /// then stands as it was, and nothing else is left.
 bool replace(const QString &name, Backup backup, const std::function<bool(const QString &)> &write);
+
+/// The same without a backup, for a file of these bytes.
+bool write(const QString &name, const QByteArray &content);
 
 /// Removes what a killed run left of its replacing \a name; never what another run is writing.
 void removeLeftover(const QString &name);

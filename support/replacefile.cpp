@@ -1,5 +1,5 @@
 // Replaces a user's file in one step.
-#include "store/replacefile.h"
+#include "support/replacefile.h"
 
 #include "support/logging.h"
 
@@ -141,6 +141,15 @@ bool ReplaceFile::replace(const QString &name, Backup backup,
     if (!QFileInfo::exists(file))
         ::rename(target + ".bak", target);
     return false;
+}
+
+bool ReplaceFile::write(const QString &name, const QByteArray &content)
+{
+    return replace(name, Backup::None, [&content](const QString &fresh) {
+        QFile file(fresh);
+        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() &&
+               file.flush();
+    });
 }
 
 void ReplaceFile::removeLeftover(const QString &name)

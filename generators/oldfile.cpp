@@ -1,5 +1,5 @@
-// What a generated header hands on.
-#include "generators/defines/oldheader.h"
+// What a generated file hands on.
+#include "generators/oldfile.h"
 
 #include "support/logging.h"
 #include "support/numbers.h"
@@ -11,7 +11,10 @@
 namespace
 {
 
-constexpr qint64 kLongestHeaderBytes = 16 * 1024 * 1024;
+constexpr qint64 kLongestFileBytes = 16 * 1024 * 1024;
+
+constexpr char kUserSectionStart[] = "/* user-specific section: start */";
+constexpr char kUserSectionEnd[] = "/* user-specific section: end */";
 
 QString decoded(const QByteArray &bytes)
 {
@@ -32,30 +35,30 @@ QStringList linesOf(const QString &text)
 
 } // namespace
 
-bool Defines::readOldHeader(const QString &file, QString *header)
+bool OldFile::read(const QString &file, QString *text)
 {
-    header->clear();
+    text->clear();
     const QFileInfo info(file);
     QFile source(file);
     // Opening a pipe could wait for ever.
     if (!info.isFile() || !info.isReadable())
         return true;
-    if (info.size() > kLongestHeaderBytes || !source.open(QIODevice::ReadOnly)) {
-        qCWarning(lcGenerator) << "too long for a header, or cannot be opened:" << file;
+    if (info.size() > kLongestFileBytes || !source.open(QIODevice::ReadOnly)) {
+        qCWarning(lcGenerator) << "too long for a generated file, or cannot be opened:" << file;
         return false;
     }
     const QByteArray bytes = source.readAll();
-    *header = decoded(bytes);
-    header->replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    header->replace(QLatin1Char('\r'), QLatin1Char('\n'));
+    *text = decoded(bytes);
+    text->replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    text->replace(QLatin1Char('\r'), QLatin1Char('\n'));
     return bytes.size() == source.size();
 }
 
-QString Defines::extractUserSection(const QString &header)
+QString OldFile::extractUserSection(const QString &text)
 {
     QString section;
     bool isInside = false;
-    const QStringList lines = linesOf(header);
+    const QStringList lines = linesOf(text);
     for (const QString &line : lines) {
         if (line.compare(QLatin1String(kUserSectionEnd), Qt::CaseInsensitive) == 0)
             isInside = false;
@@ -67,9 +70,17 @@ QString Defines::extractUserSection(const QString &header)
     return section;
 }
 
-quint32 Defines::extractGenerationCounter(const QString &header)
+QString OldFile::userSectionText(const QString &section)
 {
-    const QStringList lines = linesOf(header);
+    return QStringLiteral("/* do not modify comments starting with 'user-specific section:' */\n") +
+           QLatin1String(kUserSectionStart) + QLatin1Char('\n') +
+           (section.isEmpty() ? QStringLiteral("\n") : section) + QLatin1String(kUserSectionEnd) +
+           QLatin1Char('\n');
+}
+
+quint32 OldFile::extractGenerationCounter(const QString &text)
+{
+    const QStringList lines = linesOf(text);
     for (const QString &line : lines) {
         if (!line.contains(QLatin1String("GEN_GENERATION_COUNT")))
             continue;

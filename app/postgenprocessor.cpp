@@ -1,0 +1,305 @@
+// What happens behind the generation.
+#include "app/postgenprocessor.h"
+
+#include "app/edscheckerwrapper.h"
+#include "app/outputhandlerbase.h"
+#include "app/postgenprogresshandler.h"
+#include "generators/lineends.h"
+#include "store/objectdatabase.h"
+#include "support/helper.h"
+#include "support/logging.h"
+#include "support/usersettings.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+
+namespace
+{
+
+constexpr int kLongestStartMs = 30000;
+constexpr int kTerminationMs = 3000;
+constexpr int kLastCheckedLine = 7;
+
+} // namespace
+
+PostGenProcessor::PostGenProcessor(OutputHandlerBase *handler, PostGenProgressHandler *progress,
+                                   QObject *parent)
+    : QObject(parent), process(new QProcess(this)), outputHandler(handler),
+      progressHandler(progress)
+{
+    connect(process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
+            &PostGenProcessor::postGenProcessFinished);
+    connect(process, &QProcess::readyReadStandardError, this,
+            &PostGenProcessor::postGenProcessReadyReadStandardError);
+    connect(process, &QProcess::readyReadStandardOutput, this,
+            &PostGenProcessor::postGenProcessReadyReadStandardOutput);
+    connect(this, &PostGenProcessor::proceedGeneration, this,
+            &PostGenProcessor::proceedGenerationSlot);
+    if (progressHandler)
+        connect(progressHandler, &PostGenProgressHandler::cancelProcess, this,
+                &PostGenProcessor::cancelPostGenProcess);
+}
+
+void PostGenProcessor::setProjectValues(QPointer<ObjectDataBase> store, const QString &directory,
+                                        const QString &name)
+{
+    database = store;
+    projectDirectory = directory;
+    projectName = name;
+}
+
+void PostGenProcessor::start()
+{
+    running = true;
+    const Command command = readCommand();
+    processExitCode = 0;
+    for (Stream *stream : {&standardOutput, &standardError}) {
+        stream->hasSpoken = false;
+        stream->decoder.reset(QTextCodec::codecForLocale()->makeDecoder());
+    }
+    if (database)
+        database->blockSignals(false);
+    if (command.program.isEmpty())
+        proceed(Stage::Command);
+    else
+        runCommand(command);
+}
+
+/// The project's command; the user's own where the project has none.
+PostGenProcessor::Command PostGenProcessor::readCommand() const
+{
+    Command command;
+    const auto ofProject = [this](const char *key) {
+        return database ? database->getMiscSettingsValue(QLatin1String(key)) : QString();
+    };
+    const UserSettings user;
+    if (QVariant(ofProject("postGenEnabled")).toBool()) {
+        command = {ofProject("postgencmd"), ofProject("postgencmdargs"),
+                   QVariant(ofProject("postGenWait")).toBool()};
+    } else if (user.value("General", "postGenEnabled").toBool()) {
+        command = {user.value("General", "postgenerationcommand").toString(),
+                   user.value("General", "postgenerationcommandarguments").toString(),
+                   user.value("General", "waitPostGen").toBool()};
+    }
+    command.arguments = filledArguments(command.arguments);
+    return command;
+}
+
+QString PostGenProcessor::filledArguments(QString arguments) const
+{
+    const QString file = projectName + QStringLiteral(".tsrp");
+    arguments.replace(QLatin1String("%P"), projectDirectory + QLatin1Char('/') + file);
+    arguments.replace(QLatin1String("%D"), projectDirectory);
+    return arguments.replace(QLatin1String("%N"), file);
+}
+
+void PostGenProcessor::runCommand(const Command &command)
+{
+    canceled = false;
+    QDir::setCurrent(projectDirectory);
+    const QString tool = QCoreApplication::applicationName();
+    if (process->state() != QProcess::NotRunning) {
+        if (progressHandler)
+            progressHandler->showMessageBox(
+                nullptr, tool, QStringLiteral("Post generation process is already running."),
+                QString());
+        return proceed(Stage::Command);
+    }
+    waitForProcess = command.isWaitedFor;
+    process->setWorkingDirectory(projectDirectory);
+    process->setProgram(command.program);
+    process->setArguments(command.arguments.split(QLatin1Char(' ')));
+    bool isStarted = false;
+    if (waitForProcess) {
+        process->start(QIODevice::ReadWrite);
+        isStarted = process->waitForStarted(kLongestStartMs);
+    } else {
+        isStarted = startDetached();
+    }
+    if (!isStarted) {
+        qCWarning(lcApp) << command.program << process->errorString();
+        if (progressHandler)
+            progressHandler->showMessageBox(nullptr, tool,
+                                            QStringLiteral("Could not start post gen process."),
+                                            process->errorString());
+        return proceed(Stage::Command);
+    }
+    if (waitForProcess)
+        waitForCommand();
+    else
+        proceed(Stage::Command);
+}
+
+/// A command that nobody waits for outlives the tool. It gets no stream of the tool: else whoever
+/// reads the report would wait for the end of the command.
+bool PostGenProcessor::startDetached()
+{
+    process->setStandardInputFile(QProcess::nullDevice());
+    process->setStandardOutputFile(QProcess::nullDevice());
+    process->setStandardErrorFile(QProcess::nullDevice());
+    const bool isStarted = process->startDetached();
+    process->setStandardInputFile(QString());
+    process->setStandardOutputFile(QString());
+    process->setStandardErrorFile(QString());
+    return isStarted;
+}
+
+void PostGenProcessor::waitForCommand()
+{
+    process->closeWriteChannel(); // a command that asks for input gets none
+    if (progressHandler) {
+        progressHandler->setLabelText(QStringLiteral("Post generation process running ... "));
+        progressHandler->setCancelButtonText(QStringLiteral("Cancel process"));
+    }
+    QEventLoop loop;
+    connect(process, &QProcess::stateChanged, &loop, &QEventLoop::quit);
+    while (process->state() != QProcess::NotRunning)
+        loop.exec();
+}
+
+void PostGenProcessor::postGenProcessFinished(int exitCode, QProcess::ExitStatus exitStatus)
+{
+    if (!waitForProcess)
+        return;
+    qCDebug(lcApp) << "post generation process ended" << exitCode << exitStatus
+                   << (canceled ? "canceled" : "");
+    processExitCode = exitCode;
+    outputHandler->printLine(
+        QStringLiteral("Post generation process finished with code %1").arg(exitCode));
+    proceed(Stage::Command);
+}
+
+void PostGenProcessor::postGenProcessReadyReadStandardError()
+{
+    printStream(standardError, process->readAllStandardError());
+}
+
+void PostGenProcessor::postGenProcessReadyReadStandardOutput()
+{
+    printStream(standardOutput, process->readAllStandardOutput());
+}
+
+void PostGenProcessor::printStream(Stream &stream, const QByteArray &bytes)
+{
+    if (!stream.hasSpoken)
+        outputHandler->printLine(QLatin1String(stream.heading));
+    stream.hasSpoken = true;
+    const QString text = stream.decoder->toUnicode(bytes).simplified();
+    if (!text.isEmpty())
+        outputHandler->printLine(QLatin1Char('\t') + text);
+}
+
+void PostGenProcessor::cancelPostGenProcess()
+{
+    if (process->state() != QProcess::NotRunning) {
+        canceled = true;
+        process->terminate();
+        if (!process->waitForFinished(kTerminationMs))
+            process->kill();
+    }
+    if (progressHandler) {
+        progressHandler->setCancelButtonText(QStringLiteral("Cancel process"));
+        progressHandler->hide();
+    }
+}
+
+void PostGenProcessor::proceed(Stage finished)
+{
+    stage = finished;
+    emit proceedGeneration();
+}
+
+void PostGenProcessor::proceedGenerationSlot()
+{
+    if (!startedHidden && progressHandler)
+        progressHandler->hide();
+    switch (stage) {
+    case Stage::Command:
+        if (progressHandler) {
+            progressHandler->setCancelButtonText(QStringLiteral("Cancel process"));
+            progressHandler->show();
+        }
+        startEdsCheck();
+        break;
+    case Stage::EdsCheck:
+        if (progressHandler)
+            progressHandler->setLabelText(QStringLiteral("EDS Checker running"));
+        adjustLineEndings();
+        proceed(Stage::LineEnds);
+        break;
+    case Stage::LineEnds:
+        if (progressHandler)
+            progressHandler->adjustSize();
+        outputHandler->printLine(
+            processExitCode == 0
+                ? QStringLiteral("Generation completed.")
+                : QStringLiteral("<b>Warning: Generation completed, but post gen process "
+                                 "returned %1.</b>")
+                      .arg(processExitCode));
+        stage = Stage::Idle;
+        running = false;
+        emit completed();
+        break;
+    case Stage::Idle:
+        break;
+    }
+}
+
+void PostGenProcessor::startEdsCheck()
+{
+    if (progressHandler)
+        progressHandler->setLabelText(QStringLiteral("EDS Checker running"));
+    const UserSettings settings;
+    if (settings.value("EDSChecker", "checkeds").toBool()) {
+        const QString base = projectDirectory + QLatin1Char('/') + projectName;
+        const QString ending = QStringLiteral(".eds");
+        startChecker(settings, base + ending, QStringLiteral("EDS Checker started"));
+        for (int line = 0; line <= kLastCheckedLine; ++line)
+            startChecker(settings, base + QLatin1Char('_') + QString::number(line) + ending,
+                         QStringLiteral("EDS Checker started for line %1").arg(line));
+    }
+    if (checkers.isEmpty())
+        proceed(Stage::EdsCheck);
+}
+
+void PostGenProcessor::startChecker(const UserSettings &settings, const QString &edsFile,
+                                    const QString &started)
+{
+    if (!QFile::exists(edsFile))
+        return;
+    auto checker = std::make_unique<EdsCheckerWrapper>(this);
+    connect(checker.get(), &EdsCheckerWrapper::finished, this, &PostGenProcessor::edsCheckFinished);
+    checker->setCheckerPath(settings.value("EDSChecker", "EDSCheckerPath").toString());
+    if (checker->startEDSCheck(edsFile)) {
+        checkers << checker.release();
+        outputHandler->printLine(started);
+    } else {
+        outputHandler->printLine(QStringLiteral("Start of EDS Checker failed"));
+    }
+}
+
+void PostGenProcessor::edsCheckFinished()
+{
+    auto *checker = qobject_cast<EdsCheckerWrapper *>(sender());
+    if (!checker || !checkers.removeOne(checker))
+        return;
+    outputHandler->printLine(QStringLiteral("EDS Checker result:\n\n") + checker->getResults());
+    outputHandler->printLine(QStringLiteral("EDS Checker finished.\n"));
+    checker->deleteLater();
+    if (checkers.isEmpty())
+        proceed(Stage::EdsCheck);
+}
+
+void PostGenProcessor::adjustLineEndings()
+{
+    const QString lineEnd = LineEnds::chosen();
+    if (lineEnd.isEmpty())
+        return;
+    for (const char *file : LineEnds::kFiles) {
+        const QString path = projectDirectory + QLatin1Char('/') + QLatin1String(file);
+        if (!Helper::modifyLineEnding(path, lineEnd))
+            qCWarning(lcApp) << "line ends of" << path << "stay as they are";
+    }
+}

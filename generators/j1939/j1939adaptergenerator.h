@@ -1,0 +1,44 @@
+// The adapter between a J1939 device and its application: a function to read and one to write each
+// signal that lies in a variable of the application.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+#include "generators/j1939/extdeclgenerator.h"
+#include "generators/j1939/pgncontext.h"
+
+/// Writes gen_j1939_adapter.c with the functions, and j1939_adapter.c, which declares them to the
+/// code that the user writes into it. That code stays when the file is written anew.
+class J1939AdapterGenerator : public AbstractGenerator
+{
+    Q_OBJECT
+
+public:
+    J1939AdapterGenerator();
+
+    bool checkWritability() override;
+
+public slots:
+    void doJob() override;
+
+private:
+    QString functionsFile() const;
+    QString userFile() const;
+    QByteArray userFileContent(const QStringList &prototypes, const QString &userSection) const;
+};
+
+namespace J1939Adapter
+{
+
+/// The functions of one signal.
+struct Functions {
+    QString comment; ///< what tells the signal to a reader
+    QString readPrototype;
+    QString writePrototype;
+    QString parameter;
+    ExtDecl::Access access;
+};
+
+/// By line, direction, group and place in the frame. Signals whose type is not known have none.
+QVector<Functions> functionsOf(const Pgn::Context &context, const ExtDecl::Variables &variables);
+
+} // namespace J1939Adapter

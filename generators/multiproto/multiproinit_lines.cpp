@@ -1,0 +1,231 @@
+// The functions that start one line each.
+#include "generators/multiproto/multiprosections.h"
+#include "generators/objdict/objdictinit.h"
+
+#include <QStringList>
+
+namespace
+{
+
+using MultiPro::Context;
+using ObjDict::CallForm;
+using Pgn::Line;
+
+constexpr int kMaster = 1;
+constexpr int kMasterByList = 2; ///< the setting of the lines' roles decides
+
+// Of a line that speaks CANopen, behind its first SDO server.
+constexpr ObjDict::WriteService kServices[] = {
+    ObjDict::initFurtherSdoServers,
+    ObjDict::initSdoClients,
+    ObjDict::initCommonServices,
+    ObjDict::initGfc,
+    ObjDict::initSrdos,
+    ObjDict::initLed,
+};
+
+// Behind LSS.
+constexpr ObjDict::WriteService kLateServices[] = {
+    ObjDict::initIsoTp,
+    ObjDict::initIdNego,
+    ObjDict::initGuarding,
+};
+
+/// How a line with CANopen takes part in NMT and LSS.
+struct Role {
+    bool isMaster = false;
+    bool isByList = false;
+};
+
+/// Deliberate: each line has its own element of the setting, held by tst_mixedc.
+Role readRole(const Context &context, quint8 line)
+{
+    const GeneralSettings &settings = context.objDict.settings;
+    const qint32 mode = settings.decimalOfLine("nmtmaster", line);
+    if (mode != kMasterByList)
+        return {mode == kMaster, false};
+    const QString element = settings.text("co_ml_ms").split(QLatin1Char(',')).value(line);
+    return {Numbers::toIntDecimal(element) == kMaster, true};
+}
+
+void writeLineHead(Context &context, quint8 line, const char *variable)
+{
+    TextWriter &out = context.out;
+    out.parts("RET_T mpStackInit_line", quint32(line), "(\n");
+    out.raw("\tUNSIGNED8 canLine,\n"
+            "\tCO_INIT_OPTION_T *pCoOptions\n"
+            "    )\n"
+            "{\n");
+    // Deliberate: compilers warn of a parameter that is not used, held by tst_mixedc.
+    out.parts(variable, "    (void) pCoOptions; /* currently unused */\n\n");
+}
+
+void writeRawLineHead(Context &context, quint8 line)
+{
+    TextWriter &out = context.out;
+    if (!context.facts.isRawOnly()) {
+        writeLineHead(context, line, "RET_T retVal;\n");
+        return;
+    }
+    out.parts("RET_T mpStackInit_line", quint32(line), "(\n");
+    out.raw("\tUNSIGNED8 canLine\n"
+            "    )\n"
+            "{\n"
+            "RET_T retVal;\n");
+}
+
+/// \a offset as for ObjDict::writeOdInitCall().
+void writeDictionary(Context &context, quint8 line, int &offset, const char *comment)
+{
+    context.out.raw(comment);
+    writeOdInitCall(context.objDict, "    coOdInitOdPtr(", line, offset);
+}
+
+void writeClassicSdoServer(Context &context, const CallForm &form)
+{
+    context.out.raw("    /* initialize sdo server(s) */\n");
+    writeCheckedCall(context.objDict, form, "    retVal = coSdoServerInit(", QStringLiteral("1u"));
+}
+
+void writeFirstSdoServer(Context &context, const CallForm &form)
+{
+    if (!context.objDict.form.canFd) {
+        writeClassicSdoServer(context, form);
+        return;
+    }
+    context.out.raw("    /* initialize usdo server(s) */\n"
+                    "    retVal = coUsdoServerInit(canLine);\n"
+                    "    if (retVal != RET_OK) {\n"
+                    "       return(retVal);\n"
+                    "    }\n");
+    context.out.parts("    ", context.objDict.dialect.watchdogMacro, "\n");
+}
+
+void writeLss(Context &context, const Role &role)
+{
+    if (context.objDict.settings.decimal("lss_supported") <= 0)
+        return;
+    TextWriter &out = context.out;
+    out.raw("\n");
+    if (role.isByList)
+        out.raw(role.isMaster ? "    retVal = coLssMasterInit(canLine);\n"
+                              : "    retVal = coLssInit(canLine);\n");
+    else
+        out.raw(role.isMaster ? "    /* initialize LSS Master */\n"
+                                "    retVal = coLssMasterInit(canLine);\n"
+                              : "    /* initialize LSS Slave */\n"
+                                "    retVal =  coLssInit(canLine);\n");
+    addRetValHandling(context.objDict, 0);
+}
+
+void writeNmt(Context &context, const Role &role)
+{
+    context.out.raw(role.isMaster ? "    /* initialize NMT master */ \n"
+                                    "    retVal = coNmtInit(canLine, 1u);\n"
+                                  : "    /* initialize NMT slave */ \n"
+                                    "    retVal = coNmtInit(canLine, 0u);\n");
+    addRetValHandling(context.objDict, 0);
+}
+
+/// All of CANopen behind the first SDO server.
+void writeCANopenServices(Context &context, const CallForm &form)
+{
+    const Role role = readRole(context, form.line);
+    for (const ObjDict::WriteService service : kServices)
+        service(context.objDict, form);
+    writeLss(context, role);
+    for (const ObjDict::WriteService service : kLateServices)
+        service(context.objDict, form);
+    writeNmt(context, role);
+}
+
+void writeJ1939Call(Context &context, const CallForm &form)
+{
+    writeCheckedCall(context.objDict, form, "    retVal = j1939StackInit_line(",
+                     QStringLiteral("&j1939Config_l%1").arg(form.line));
+}
+
+constexpr const char *kDictionaryComment =
+    "    /* initialize object dictionary variables and pointers */\n";
+
+void writeCANopenLine(Context &context, const CallForm &form, int &offset)
+{
+    writeLineHead(context, form.line, "RET_T retVal = RET_OK;\n");
+    writeDictionary(context, form.line, offset, kDictionaryComment);
+    context.out.raw("\n");
+    writeFirstSdoServer(context, form);
+    writeCANopenServices(context, form);
+}
+
+void writeBothLine(Context &context, const CallForm &form, int &offset)
+{
+    writeLineHead(context, form.line, "RET_T retVal;\n");
+    writeJ1939Call(context, form);
+    writeDictionary(context, form.line, offset, kDictionaryComment);
+    context.out.raw("\n");
+    writeClassicSdoServer(context, form);
+    writeCANopenServices(context, form);
+}
+
+void writeJ1939Line(Context &context, const CallForm &form, int &offset)
+{
+    writeLineHead(context, form.line, "RET_T retVal;\n");
+    writeJ1939Call(context, form);
+    // Deliberate: there is a dictionary to refer to only beside lines of CANopen, where a line that
+    // does not use its rows passes them by; held by tst_mixedc.
+    if (context.facts.hasCiA510 && context.facts.hasCANopen)
+        writeDictionary(context, form.line, offset,
+                        "    /* initialize object dictionary variables and pointers CiA 510 */\n");
+    else
+        offset += countAssignRows(context.objDict, form.line);
+    initIsoTp(context.objDict, form);
+}
+
+void writeRawLine(Context &context, const CallForm &form, int &offset)
+{
+    writeRawLineHead(context, form.line);
+    writeCheckedCall(context.objDict, form, "    retVal = rawcanStackInit_line(",
+                     QStringLiteral("&rawcanConfig_l%1").arg(form.line));
+    offset += countAssignRows(context.objDict, form.line);
+    initIsoTp(context.objDict, form);
+}
+
+/// Writes all but the end of a line's function.
+using WriteLine = void (*)(Context &context, const CallForm &form, int &offset);
+
+WriteLine writerOf(LineType type)
+{
+    switch (type) {
+    case LineType::CANopen:
+        return writeCANopenLine;
+    case LineType::CANopenAndJ1939:
+        return writeBothLine;
+    case LineType::J1939:
+        return writeJ1939Line;
+    case LineType::RawCan:
+        return writeRawLine;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void MultiPro::writeLineFunctions(Context &context)
+{
+    TextWriter &out = context.out;
+    int offset = 0;
+    for (const Line &line : qAsConst(context.pgn.lines)) {
+        out.parts("\n", "/* init line ", quint32(line.number), " */\n");
+        const CallForm form = {line.number, true};
+        const WriteLine write = writerOf(line.type);
+        if (!write) {
+            offset += countAssignRows(context.objDict, line.number);
+            continue;
+        }
+        write(context, form, offset);
+        // Deliberate: lines of all types, for each has its identifiers; held by tst_mixedc.
+        out.raw(udsLineText(context.objDict, form));
+        out.raw("    return(retVal);\n"
+                "}\n");
+    }
+}

@@ -1,0 +1,122 @@
+// Spares files that would be written anew with another date only.
+#include "generators/unchangedfiles.h"
+
+#include "generators/lineends.h"
+#include "support/helper.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QVector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace
+{
+
+// clang-format off
+/// The lines that tell when a file was generated; %1 is the date with its time, and the brackets
+/// are around what may differ.
+constexpr const char *kDateLines[] = {
+    "^ \\* (%1)$",                                            // C
+    "^  <title>.* - (%1)</title>$",                           // HTML
+    "^   <td>Generation time: (%1)</td>$",
+    "^PGN/SPN Documenation for .* (%1)$",                     // text
+    "^(?:Creation|Modification)Date=(\\d\\d-\\d\\d-\\d\\d)$", // EDS
+    "^(?:Creation|Modification)Time=(\\d\\d:\\d\\dPM)$",
+    "^<!--XDD file for .* \\((%1) GMT\\)$",                   // XDD
+    "^ *<ProfileBody .* fileCreationDate=\"(\\d\\d-\\d\\d-\\d\\d)\"",
+};
+constexpr const char *kDate = "[A-Z][a-z]{2} [A-Z][a-z]{2} \\d{1,2} \\d\\d:\\d\\d:\\d\\d \\d{4}";
+// clang-format on
+
+QVector<QRegularExpression> dateLines()
+{
+    QVector<QRegularExpression> patterns;
+    for (const char *line : kDateLines)
+        patterns << QRegularExpression(
+            QString::fromLatin1(line).replace(QLatin1String("%1"), QLatin1String(kDate)));
+    return patterns;
+}
+
+/// \a line without its date; unchanged if it is no line that tells one.
+QString withoutDate(const QByteArray &line)
+{
+    static const QVector<QRegularExpression> patterns = dateLines();
+    QString text = QString::fromUtf8(line);
+    for (const QRegularExpression &pattern : patterns) {
+        const QRegularExpressionMatch match = pattern.match(text);
+        if (match.hasMatch())
+            return text.remove(match.capturedStart(1), match.capturedLength(1));
+    }
+    return text;
+}
+
+/// The bytes from \a start up to the next line feed or carriage return.
+QByteArray lineAt(const QByteArray &text, int start)
+{
+    int end = start;
+    while (end < text.size() && text.at(end) != '\n' && text.at(end) != '\r')
+        ++end;
+    return QByteArray::fromRawData(text.constData() + start, end - start);
+}
+
+bool differInDatesOnly(const QByteArray &one, const QByteArray &other)
+{
+    int inOne = 0;
+    int inOther = 0;
+    while (inOne < one.size() && inOther < other.size()) {
+        const QByteArray line = lineAt(one, inOne);
+        const QByteArray otherLine = lineAt(other, inOther);
+        if (line != otherLine && withoutDate(line) != withoutDate(otherLine))
+            return false;
+        inOne += line.size();
+        inOther += otherLine.size();
+        if (one.mid(inOne++, 1) != other.mid(inOther++, 1)) // the line's end
+            return false;
+    }
+    return inOne >= one.size() && inOther >= other.size();
+}
+
+timespec modificationTime(const QString &path)
+{
+    struct stat status = {};
+    (void)::stat(QFile::encodeName(path), &status); // the file was read just now
+    return status.st_mtim;
+}
+
+bool putBack(const QString &path, const QByteArray &content, const timespec &modified)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
+        file.write(content) != content.size() || !file.flush())
+        return false;
+    const timespec times[] = {{0, UTIME_OMIT}, modified};
+    return ::futimens(file.handle(), times) == 0;
+}
+
+} // namespace
+
+void UnchangedFiles::remember(const QString &path)
+{
+    QByteArray content;
+    if (!formerFiles.contains(path) && Helper::readWholeFile(path, content))
+        formerFiles.insert(path, {content, modificationTime(path)});
+}
+
+bool UnchangedFiles::restore(const QString &path)
+{
+    const auto former = formerFiles.constFind(path);
+    QByteArray written;
+    if (former == formerFiles.constEnd() || !Helper::readWholeFile(path, written) ||
+        !differInDatesOnly(former->content, LineEnds::adjusted(path, written)))
+        return true;
+    return putBack(path, former->content, former->modified);
+}
+
+bool UnchangedFiles::keep(const QString &path, const QByteArray &content) const
+{
+    QByteArray present;
+    return Helper::readWholeFile(path, present) &&
+           differInDatesOnly(present, LineEnds::adjusted(path, content));
+}

@@ -1,0 +1,28 @@
+# bash completion of tessarine
+
+_tessarine()
+{
+    local kinds="" previous="${COMP_WORDS[COMP_CWORD - 1]}"
+    COMPREPLY=()
+    compopt +o filenames 2>/dev/null
+    case $previous in
+    -project) kinds='tsrp|tsrt' ;;
+    -import) kinds='eds|dcf|csv' ;;
+    -dbmod | -report) kinds='*' ;;
+    *)
+        mapfile -t COMPREPLY < <(compgen -W "-dbmod -help -import -keep-unchanged -project -report -s
+            -save -version" -- "$2")
+        return
+        ;;
+    esac
+    compopt -o filenames 2>/dev/null
+    local path
+    while IFS= read -r path; do
+        # Kinds of files are told in any case of letters.
+        if [[ -d $path || $kinds == '*' || ${path,,} =~ \.($kinds)$ ]]; then
+            COMPREPLY+=("$path")
+        fi
+    done < <(compgen -f -- "$2")
+}
+
+complete -F _tessarine tessarine

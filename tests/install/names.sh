@@ -1,0 +1,40 @@
+#!/bin/bash
+# What the tool knows must be known to what is installed with it: its options, and the C files it writes.
+# And the completion offers what fits.
+cd "$(dirname "$0")/../.." || exit 1
+bad=0
+complain()
+{
+    echo "$*"
+    bad=1
+}
+
+options=$(grep -ohE '"-[a-z][a-z-]*"' app/climainapp.cpp | tr -d '"' | sort -u)
+[ -n "$options" ] || complain "no options found"
+for option in $options; do
+    tr -d '\\' <packaging/tessarine.1 | grep -qE -- "$option\b" || complain "no $option in the manual page"
+    grep -qF -- "\`$option" README.md || complain "no $option in README.md"
+    grep -qE -- "(^|[ \"])$option([ \"]|$)" packaging/completion.bash || complain "no $option in the completion"
+done
+
+files=$(grep -rhoE '\bgen_[a-z0-9_]+\.[ch]\b' generators --include='*.cpp' | sort -u)
+[ -n "$files" ] || complain "no files found"
+for file in $files; do
+    grep -qE "[ (]$file([ )]|$)" packaging/TessarineGenerate.cmake || complain "no $file in tessarine_generate()"
+done
+
+. packaging/completion.bash
+# completes <words before the last> <last word> <completions>
+completes()
+{
+    COMP_WORDS=(tessarine $1 "$2")
+    COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+    _tessarine tessarine "$2"
+    [ "${COMPREPLY[*]}" = "$3" ] || complain "'$1 $2' is completed to '${COMPREPLY[*]}', not '$3'"
+}
+completes "" -pr "-project"
+completes "-project" examples/pump/pump "examples/pump/pump.tsrt"
+completes "-import" examples/levelsensor/ "examples/levelsensor/levelsensor.eds"
+completes "-import" examples/pump/ ""
+completes "-project" examples/pu "examples/pump"
+exit $bad

@@ -1,0 +1,107 @@
+// Compiles and runs generated sources.
+#include "tests/stack/device.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+
+#include <memory>
+#include <vector>
+
+void Device::generate(AbstractGenerator &generator, ObjectDataBase &store)
+{
+    generator.setOutputDirectory(path);
+    generator.setProjectName("Test /* of */ ?"
+                             "?/");
+    generator.setDataBase(&store);
+    generator.setActiveLine(store.getNodes().first());
+    if (!generator.checkWritability() && firstFault.isEmpty())
+        firstFault = "not writable";
+    generator.startGeneration();
+    generator.wait();
+    if (generator.getWasError() && firstFault.isEmpty())
+        firstFault = generator.getLastErrorString();
+}
+
+/// Runs a program once for each of these arguments, all at once; true if all ended well.
+bool Device::execute(const QString &program, const QList<QStringList> &calls)
+{
+    constexpr int kLongestMs = 60000;
+    std::vector<std::unique_ptr<QProcess>> processes;
+    for (const QStringList &arguments : calls) {
+        processes.push_back(std::make_unique<QProcess>());
+        processes.back()->setWorkingDirectory(path);
+        processes.back()->setProcessChannelMode(QProcess::MergedChannels);
+        processes.back()->start(program, arguments);
+    }
+    for (const auto &process : processes) {
+        const bool isDone = process->waitForFinished(kLongestMs);
+        printed = QString::fromUtf8(process->readAll());
+        const bool isGood =
+            isDone && process->exitStatus() == QProcess::NormalExit && process->exitCode() == 0;
+        if (!isGood && firstFault.isEmpty())
+            firstFault = program + " failed:\n" + printed.left(4000);
+    }
+    return firstFault.isEmpty();
+}
+
+void Device::run(const QStringList &parts, const QStringList &features)
+{
+    QStringList files = QDir(path).entryList({"*.c"});
+    for (const QString &part : parts)
+        files << QStringLiteral(TEST_STACK "/%1.c").arg(part);
+    QStringList flags = {"-std=c99",      "-O0",
+                         "-Wall",         "-Wextra",
+                         "-Werror",       "-fsanitize=address",
+                         "-I.",           "-I" TEST_STACK "/include",
+                         "-I" TEST_STACK, "-I" TESSARINE_EXAMPLES "/pump"};
+    flags += features;
+    QStringList objects;
+    QList<QStringList> compilers;
+    for (const QString &file : files) {
+        objects << QFileInfo(file).completeBaseName() + ".o";
+        compilers << flags + QStringList{"-c", file, "-o", objects.last()};
+    }
+    if (firstFault.isEmpty() && execute(TEST_C_COMPILER, compilers) &&
+        execute(TEST_C_COMPILER, {flags + objects + QStringList{"-o", "device"}}))
+        execute(path + "/device", {QStringList()});
+}
+
+QStringList Device::rowsOf(const QString &text, const QStringList &words)
+{
+    QStringList found;
+    for (const QString &row : text.split('\n')) {
+        for (const QString &word : words) {
+            if (row.startsWith(word))
+                found << row;
+        }
+    }
+    return found;
+}
+
+QString Device::section(const QString &begin) const
+{
+    const int start = printed.indexOf(begin);
+    return start < 0 ? QString() : printed.mid(start, printed.indexOf("\nresult ", start) - start);
+}
+
+QStringList Device::startRows(int variant, const QStringList &words) const
+{
+    return rowsOf(section(QStringLiteral("start %1\n").arg(variant)), words);
+}
+
+QByteArray difference(const QStringList &actual, const QStringList &expected)
+{
+    int row = 0;
+    while (row < actual.size() && row < expected.size() && actual[row] == expected[row])
+        ++row;
+    if (row == actual.size() && row == expected.size())
+        return QByteArray();
+    const auto part = [row](const QStringList &rows) {
+        return rows.mid(qMax(0, row - 2), 8).join("\n    ");
+    };
+    return QStringLiteral("row %1\n  actual:\n    %2\n  expected:\n    %3")
+        .arg(row)
+        .arg(part(actual), part(expected))
+        .toUtf8();
+}

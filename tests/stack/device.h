@@ -1,0 +1,50 @@
+// A device made of generated sources: written, compiled and linked with the test stack, run, and
+// what it printed.
+#pragma once
+
+#include "generators/abstractgenerator.h"
+
+#include <QStringList>
+
+class Device
+{
+public:
+    /// All files of the device lie in \a folder.
+    explicit Device(const QString &folder) : path(folder) {}
+
+    /// Runs \a generator as the driver does, for the first line of \a store.
+    void generate(AbstractGenerator &generator, ObjectDataBase &store);
+
+    /// Compiles all sources of the folder with those \a parts of the test stack, without warnings,
+    /// and runs the program. \a features are macros that the test stack takes its form from.
+    void run(const QStringList &parts, const QStringList &features);
+
+    /// What went wrong first; empty if nothing did.
+    QString fault() const { return firstFault; }
+    QString output() const { return printed; }
+
+    /// The rows of the output that begin with one of these words.
+    QStringList rows(const QStringList &words) const { return rowsOf(printed, words); }
+    /// Those between the row "start \a variant" and its result.
+    QStringList startRows(int variant, const QStringList &words) const;
+    /// The part of the output from the row \a begin to the next row "result ...".
+    QString section(const QString &begin) const;
+
+    static QStringList rowsOf(const QString &text, const QStringList &words);
+
+private:
+    bool execute(const QString &program, const QList<QStringList> &calls);
+
+    QString path;
+    QString firstFault;
+    QString printed;
+};
+
+/// Empty if both are the same; else the first rows that are not, with what stands around them.
+QByteArray difference(const QStringList &actual, const QStringList &expected);
+
+#define SAME_ROWS(actual, expected)                                                                \
+    do {                                                                                           \
+        const QByteArray difference_ = difference(actual, expected);                               \
+        QVERIFY2(difference_.isEmpty(), difference_.constData());                                  \
+    } while (false)

@@ -1,0 +1,1 @@
+/* Test stand-in: generated sources include this header and use nothing of it. */

@@ -1,0 +1,172 @@
+// Trouble from outside: killed runs, full disks, files that others take away.
+#include "tests/fixtures/toolfixture.h"
+
+#include <QLoggingCategory>
+#include <QRandomGenerator>
+
+#include <csignal>
+#include <sys/mount.h>
+
+constexpr int kKilledRuns = 150;
+constexpr int kLongestMs = 20000; // where runs are slow
+
+class tst_Faults : public ToolTest
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QLoggingCategory::setFilterRules("tessarine.*=false"); }
+
+    void init()
+    {
+        makeFolder();
+        // Large enough that kills fall into all phases of a run, the save among them.
+        ObjectDataBase store;
+        QVERIFY(store.openDataBase(folder + "/pümp.tsrt"));
+        for (int index = 0x2000; index < 0x2000 + kObjects; ++index) {
+            store.addIndex(0, quint16(index), makeObject("o", CANopen::ObjectCode::Var));
+            Sub sub = makeSub("s", 5, "1");
+            sub.accessType = "rw";
+            store.addSubIndex(0, quint16(index), 0, sub);
+        }
+        QVERIFY(store.saveDataBase(folder + "/big.tsrp"));
+        QVERIFY(store.saveDataBase(folder + "/big.tsrt"));
+    }
+
+    void projectSurvivesKills_data()
+    {
+        columns<QString, int>("project", "signal");
+        QTest::newRow("database_term") << "big.tsrp" << SIGTERM;
+        QTest::newRow("database_kill") << "big.tsrp" << SIGKILL;
+        QTest::newRow("text_kill") << "big.tsrt" << SIGKILL;
+    }
+    void projectSurvivesKills()
+    {
+        QFETCH(QString, project);
+        QFETCH(int, signal);
+        const QString arguments = "-keep-unchanged -save -project " + project;
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(run(arguments).endsWith("Generation completed.\nexit code 0\n"));
+        auto length = quint32(timer.nsecsElapsed() / 1000);
+        const QStringList filesOfARun = files();
+        int killed = 0;
+        int i = 0;
+        for (; i < kKilledRuns && timer.elapsed() < kLongestMs; ++i) {
+            QProcess process;
+            start(process, arguments);
+            QVERIFY(process.waitForStarted());
+            // The last moments are those of the save.
+            const quint32 span = length * (i % 3 == 0 ? 1.1 : 0.2);
+            QThread::usleep(quint32(length * 1.1) - span +
+                            QRandomGenerator::global()->bounded(span));
+            ::kill(pid_t(process.processId()), signal);
+            QVERIFY(process.waitForFinished());
+            const bool isKilled = process.exitStatus() == QProcess::CrashExit;
+            killed += isKilled ? 1 : 0;
+            length = isKilled ? length * 1.05 : length * 0.9; // how long a run takes just now
+            if (i % 10 == 0)
+                QVERIFY2(isComplete(project), qPrintable(project));
+            if (!QFile::exists(folder + '/' + project))
+                QVERIFY(QFile::rename(folder + '/' + project + ".bak", folder + '/' + project));
+        }
+        QVERIFY2(killed > i / 4, qPrintable(QString::number(killed)));
+        QVERIFY(isComplete(project));
+        QVERIFY(run(arguments).endsWith("Generation completed.\nexit code 0\n"));
+        QCOMPARE(files(), filesOfARun);
+        QCOMPARE(fixture->temporaryCopies(), QStringList());
+    }
+
+    void fullDisk()
+    {
+        const QByteArray disk = folder.toUtf8();
+        const QByteArray text = read("big.tsrt");
+        const QByteArray database = read("big.tsrp");
+        if (::mount("none", disk, "tmpfs", 0, "size=1m") != 0)
+            QSKIP("no right to mount a small disk");
+        const auto unmount = qScopeGuard([&] { ::umount2(disk, MNT_DETACH); });
+        QVERIFY(write("big.tsrt", text) && write("big.tsrp", database));
+        QFile filler(folder + "/filler");
+        QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+        while (filler.write(QByteArray(4096, 'x')) > 0) {
+        }
+        for (const QString project : {"big.tsrt", "big.tsrp"}) {
+            const QByteArray told = run("-save -report r.sarif -project " + project);
+            QVERIFY2(told.contains(filled("\nERROR - Generation of gen_objdict.c failed. Could not "
+                                          "write %DIR%/gen_objdict.c\n")),
+                     told);
+            QVERIFY2(told.endsWith("\nGeneration completed.\nerrors:\nCould not save " +
+                                   project.toUtf8() + "\nCould not write r.sarif\nexit code 0\n"),
+                     told);
+        }
+        QCOMPARE(read("big.tsrt"), text);
+        QCOMPARE(read("big.tsrp"), database);
+        QVERIFY(files().filter(QRegularExpression("tessarine-new|sarif")).isEmpty());
+
+        // With room again, nothing of that is left.
+        QVERIFY(filler.remove());
+        QVERIFY(run("-project big.tsrt").endsWith("\nGeneration completed.\nexit code 0\n"));
+        QVERIFY(!read("gen_objdict.c").isEmpty());
+    }
+
+    void foldersInPlaceOfFiles()
+    {
+        for (const QString name : {"gen_define.h", "gen_objdict.c", "gen_user.h", "big.eds",
+                                   "__tsrerrorlog.txt", "__tsrerrorlog.txt.bak", "big.tsrp.bak"})
+            QVERIFY(QDir(folder).mkpath(name + "/x"));
+        for (const QString option : {"", " -keep-unchanged"}) {
+            const QByteArray told = run("-save -project big.tsrp" + option);
+            for (const char *line : {"gen_define.h failed. Could not write %DIR%/gen_define.h\n",
+                                     "gen_objdict.c failed. Could not open %DIR%/gen_objdict.c\n",
+                                     "EDS file failed. Could not open %DIR%/big.eds\n"})
+                QVERIFY2(told.contains(filled("\nERROR - Generation of " + QByteArray(line))),
+                         told);
+            QVERIFY2(told.endsWith("\nGeneration completed.\nexit code 0\n"), told);
+            QVERIFY(isComplete("big.tsrp"));
+        }
+    }
+
+    /// The command behind the generation stands for somebody else, just before the save.
+    void projectChangesDuringTheRun_data()
+    {
+        columns<QByteArray, QByteArray>("command", "end");
+        const QByteArray saved = "Generation completed.\nexit code 0\n";
+        QTest::newRow("deleted") << QByteArray("rm -f") << saved;
+        QTest::newRow("replaced") << QByteArray("cp /dev/null") << saved;
+        QTest::newRow("folder") << QByteArray("sh -c 'rm $1; mkdir $1' x")
+                                << QByteArray("errors:\nCould not save big.tsrp\nexit code 0\n");
+    }
+    void projectChangesDuringTheRun()
+    {
+        QFETCH(QByteArray, command);
+        QFETCH(QByteArray, end);
+        QVERIFY(write("do.sh", "#!/bin/sh\n" + command + " \"$1\"\n"));
+        QFile::setPermissions(folder + "/do.sh", QFile::ReadOwner | QFile::ExeOwner);
+        ObjectDataBase store;
+        QVERIFY(store.openDataBase(folder + "/big.tsrp"));
+        store.setMiscSettingsValue("postgencmd", folder + "/do.sh");
+        store.setMiscSettingsValue("postgencmdargs", "%P");
+        for (const char *key : {"postGenEnabled", "postGenWait"})
+            store.setMiscSettingsValue(key, "1");
+        QVERIFY(store.saveDataBase(QString()) && QFile::remove(folder + "/big.tsrp.bak"));
+        const QByteArray told = run("-save -project big.tsrp");
+        QVERIFY2(told.endsWith(end), told.right(600));
+        QCOMPARE(isComplete("big.tsrp"), !end.startsWith("errors"));
+    }
+
+private:
+    /// Is the project, or where it is not there its backup, as it was?
+    bool isComplete(const QString &project) const
+    {
+        const QString path = folder + '/' + project;
+        ObjectDataBase store;
+        return store.openDataBase(QFile::exists(path) ? path : path + ".bak") &&
+               store.getIndices(0, 0x2000, 0xFFFF).size() == kObjects &&
+               store.getGeneralSettingsValue("line0type") == "1";
+    }
+
+    static constexpr int kObjects = 300;
+};
+
+QTEST_GUILESS_MAIN(tst_Faults)
+#include "tst_faults.moc"

@@ -1,0 +1,174 @@
+// What runs behind the generation: the user's command and the EDS checker are small scripts here.
+#include "app/outputhandlerbase.h"
+#include "app/postgenprocessor.h"
+#include "app/postgenprogresshandler.h"
+#include "tests/fixtures/toolfixture.h"
+
+class JoiningHandler : public OutputHandlerBase
+{
+    Q_OBJECT
+
+public:
+    void printLine(const QVariant &line) override
+    {
+        text += line.toString() + '\n';
+        emit printed();
+    }
+    QString getLogging() override { return text; }
+
+    QString text;
+
+signals:
+    void printed();
+};
+
+class tst_PostGeneration : public ToolTest
+{
+    Q_OBJECT
+
+private slots:
+    void init() { makeFolder(); }
+
+    void runsTheCommand_data()
+    {
+        // clang-format off
+        columns<QByteArray, QByteArray, QByteArray>("script", "arguments", "output");
+        const QByteArray standard = "Post generation process standard output:\n\n\t", error = "Post generation process error output:\n\n\t";
+        const QByteArray zero = "\nPost generation process finished with code 0\nGeneration completed.\n";
+        QTest::newRow("place_holders") << QByteArray("echo \"$(printf '[%s]' \"$@\"; pwd)\"") << QByteArray("%P %D/%N  %p") << standard + "[%DIR%/pümp.tsrp][%DIR%/pümp.tsrp][][%p]%DIR%" + zero;
+        QTest::newRow("failing") << QByteArray("echo '  oops\n\t now' >&2; exit 3") << QByteArray() << error + "oops now\nPost generation process finished with code 3\nWarning: Generation completed, but post gen process returned 3.\n";
+        QTest::newRow("reads_input") << QByteArray("cat; echo end") << QByteArray() << standard + "end" + zero;
+        QTest::newRow("silent") << QByteArray("exit 0") << QByteArray() << zero.mid(1);
+        QTest::newRow("missing") << QByteArray() << QByteArray() << QByteArray("Generation completed.\n");
+        QTest::newRow("no_program") << QByteArray("#") << QByteArray() << QByteArray("Generation completed.\n");
+        // clang-format on
+    }
+    void runsTheCommand()
+    {
+        QFETCH(QByteArray, script);
+        QFETCH(QByteArray, arguments);
+        QFETCH(QByteArray, output);
+        if (script == "#")
+            QVERIFY(write("run.sh", "neither a script nor a program"));
+        else if (!script.isEmpty())
+            QVERIFY(writeScript("run.sh", script));
+        QVERIFY(writeCommand("run.sh", arguments, true));
+        const QByteArray told = run("-project pümp.tsrt");
+        QVERIFY2(told.endsWith("\nGeneration finished.\n" + ended(0, output)), told.right(600));
+    }
+
+    void takesAFlood()
+    {
+        QVERIFY(writeScript("run.sh", "yes ä | head -c 3000000; yes b | head -c 3000000 >&2"));
+        QVERIFY(writeCommand("run.sh", {}, true));
+        const QByteArray told = run("-project pümp.tsrt");
+        QCOMPARE(told.count("ä"), 1000000);
+        QVERIFY(told.endsWith("\nGeneration completed.\nexit code 0\n"));
+    }
+
+    /// The program ends before the command does, and leaves it alone.
+    void leavesACommandAlone()
+    {
+        QVERIFY(writeScript("run.sh", "echo noise; sleep 1; echo more; touch done"));
+        QVERIFY(writeCommand("run.sh", {}, false));
+        environment.insert("TESSARINE_LOG", "1");
+        const QByteArray told = run("-project pümp.tsrt");
+        QVERIFY(!files().contains("done"));
+        QVERIFY2(told.contains("\nGeneration finished.\nGeneration completed.\n"), told);
+        QVERIFY2(!told.contains("noise") && !told.contains("QProcess"), told);
+        QTRY_VERIFY(files().contains("done"));
+    }
+
+    /// Other files of the run are named relative to the folder in which the tool was started.
+    void prefersTheProjectsCommand()
+    {
+        for (const QByteArray owner : {"user", "project"})
+            QVERIFY(writeScript("run " + owner + ".sh", "echo " + owner));
+        QVERIFY(writeUserSettings("[General]\npostGenEnabled=true\npostgenerationcommand="
+                                  "%DIR%/run user.sh\nwaitPostGen=true\n"));
+        QVERIFY(run("-project pümp.tsrt -report ../wörk/x.sarif").contains("\n\tuser\n"));
+        QVERIFY(files().contains("x.sarif"));
+        QVERIFY(writeCommand("run project.sh", {}, true));
+        QVERIFY(run("-project pümp.tsrt").contains("\n\tproject\n"));
+    }
+
+    void checksDataSheets_data()
+    {
+        // clang-format off
+        columns<QByteArray, QByteArray>("script", "output");
+        const QByteArray end = "EDS Checker finished.\n\n", done = "Generation completed.\n";
+        const auto told = [](const QByteArray &file) { return "EDS Checker result:\n\n-e " + file + " -d /v301.codb\n\n"; };
+        QTest::newRow("one_for_each") << QByteArray("case $2 in *_7*) sleep 0.5;; esac; echo \"$1 ${2##*p} $3 ${4#\"$(dirname \"$0\")\"}\"; cat; exit 9") << "EDS Checker started\nEDS Checker started for line 7\n" + told(".eds") + end + told("_7.eds") + end + done;
+        QTest::newRow("no_program") << QByteArray("#") << "EDS Checker started\nEDS Checker started for line 7\nEDS Checker result:\n\n\n" + end + "EDS Checker result:\n\n\n" + end + done;
+        QTest::newRow("missing") << QByteArray() << "Start of EDS Checker failed\nStart of EDS Checker failed\n" + done;
+        // clang-format on
+    }
+    void checksDataSheets()
+    {
+        QFETCH(QByteArray, script);
+        QFETCH(QByteArray, output);
+        if (script == "#")
+            QVERIFY(write("check", "neither a script nor a program"));
+        else if (!script.isEmpty())
+            QVERIFY(writeScript("check", script));
+        for (const char *name : {"pümp_7.eds", "pümp_8.eds"})
+            QVERIFY(write(name, {}));
+        QVERIFY(writeUserSettings("[EDSChecker]\ncheckeds=true\nEDSCheckerPath=\"%DIR%/check\"\n"));
+        const QByteArray report = run("-project pümp.tsrt");
+        QVERIFY2(report.endsWith("\nGeneration finished.\n" + ended(0, output)), report.right(600));
+    }
+
+    void adjustsLineEnds()
+    {
+        for (const QByteArray index : {"0", "1", "3", "2", "4"}) {
+            QVERIFY(writeUserSettings("[General]\nline_ending_index=" + index + '\n'));
+            run("-project pümp.tsrt");
+            const QByteArray source = read("gen_objdict.c");
+            QCOMPARE(source.contains('\n'), index != "3");
+            QCOMPARE(source.contains("\r\n"), index == "1");
+            QCOMPARE(source.contains('\r'), index == "1" || index == "3");
+            QVERIFY(!read("pümp.eds").contains('\r'));
+        }
+    }
+
+    void cancelsAStubbornCommand()
+    {
+        QVERIFY(writeScript("run.sh", "trap '' TERM; echo up; exec sleep 30"));
+        QVERIFY(writeUserSettings("[General]\npostGenEnabled=true\nwaitPostGen=true\n"
+                                  "postgenerationcommand=%DIR%/run.sh\n"));
+        JoiningHandler report;
+        PostGenProgressHandler progress;
+        PostGenProcessor processor(&report, &progress, nullptr);
+        processor.setProjectValues(nullptr, folder, "pümp");
+        connect(&report, &JoiningHandler::printed, &processor, [&] {
+            if (report.text.endsWith("\tup\n"))
+                QTimer::singleShot(0, &progress, &PostGenProgressHandler::cancelProcessTriggered);
+        });
+        QElapsedTimer timer;
+        timer.start();
+        processor.start();
+        QVERIFY(!processor.isRunning() && timer.elapsed() < 20000);
+        QCOMPARE(report.text, "Post generation process standard output:\n\n\tup\n"
+                              "Post generation process finished with code 9\n<b>Warning: "
+                              "Generation completed, but post gen process returned 9.</b>\n");
+    }
+
+private:
+    bool writeScript(const QString &name, const QByteArray &content)
+    {
+        return write(name, "#!/bin/sh\n" + content + '\n') &&
+               QFile::setPermissions(folder + '/' + name, QFile::ReadOwner | QFile::ExeOwner);
+    }
+
+    /// Asks for a command in the project.
+    bool writeCommand(const QString &name, const QByteArray &arguments, bool isWaitedFor)
+    {
+        return write("pümp.tsrt", kProject + "[MiscSettings]\npostGenEnabled=true\npostgencmd=" +
+                                      (folder + '/' + name).toUtf8() +
+                                      "\npostgencmdargs=" + arguments +
+                                      "\npostGenWait=" + (isWaitedFor ? "1" : "0") + '\n');
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_PostGeneration)
+#include "tst_postgeneration.moc"
