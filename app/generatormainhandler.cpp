@@ -4,6 +4,7 @@
 #include "app/outputhandlerbase.h"
 #include "generators/descriptions/edsgenerator.h"
 #include "generators/descriptions/edsvariants.h"
+#include "generators/oldfile.h"
 #include "import/csvimporter.h"
 #include "import/edsimporter.h"
 #include "store/databasemodifier.h"
@@ -379,7 +380,7 @@ void GeneratorMainHandler::removeStaleFiles(const ProjectFacts &facts)
     if (!facts.hasAdapter) {
         for (const char *file : kAdapterFiles) {
             const QString path = outputDirectory + QLatin1Char('/') + QLatin1String(file);
-            // Deliberate: what the user wrote into the adapter stays; held by tst_generationflow.
+            // Deliberate: what the user wrote into the adapter stays; held by tst_generatormainhandler.
             QString text;
             if (OldFile::read(path, &text) && OldFile::extractUserSection(text).trimmed().isEmpty())
                 QFile::remove(path);

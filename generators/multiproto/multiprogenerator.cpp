@@ -1,7 +1,7 @@
 // The order of the sections.
 #include "generators/multiproto/multiprogenerator.h"
 
-#include "generators/j1939/addressclaim.h"
+#include "generators/j1939/pgngenerator.h"
 #include "generators/j1939/pgnsections.h"
 #include "generators/multiproto/multiprosections.h"
 #include "generators/objdict/objdictdescription.h"
