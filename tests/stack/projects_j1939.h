@@ -1,5 +1,5 @@
-// The J1939 projects whose generated C is compiled and run. What each switches on stands in its
-// rows; see projecttext.h for their form.
+// The J1939 projects whose generated C is compiled and run. What each switches on stands in its rows; see
+// projecttext.h for their form.
 #pragma once
 
 /// %1 is the number of the line. Each width of a number, and safe groups among the others.

@@ -19,13 +19,11 @@
 ///                               several of them, each with its value
 ///     pdo 1800 0x181 255 30     communication parameters of a PDO: subindices 1, 2, 3, 5, 6
 ///     tx 61444 100 20 3 safe fd=2,1,12
-///                               a parameter group that is sent, or received with rx: cycle and
-///                               inhibit time, priority, and flags
-///     spn 190 U16 2 var=speed   a signal of the group above: number, type, implementation, and
-///     flags
+///                               a parameter group that is sent, or received with rx: cycle and inhibit
+///                               time, priority, and flags
+///     spn 190 U16 2 var=speed   a signal of the group above: number, type, implementation, and flags
 ///                               var=name, value=5, bits=80
-///     txid 291 100 20           a CAN identifier of raw CAN that is sent, or received with rxid:
-///     cycle and
+///     txid 291 100 20           a CAN identifier of raw CAN that is sent, or received with rxid: cycle and
 ///                               inhibit time
 ///     item 1 U16 0 value=5      a signal of the identifier above, as with spn
 ///

@@ -30,7 +30,7 @@ RET_T called(const char *name, int line, int argumentCount, ...);
 
 /* Prints an array of numbers that are width bytes wide, and a member of a structure that is one. */
 void printNumbers(const char *name, const void *numbers, size_t size, size_t width);
-#define PRINT(member)                                                                              \
+#define PRINT(member) \
     printNumbers(#member, values->member, sizeof values->member, sizeof values->member[0])
 
 /* Prints the type, width and variable of a signal. */
@@ -47,8 +47,8 @@ int printAppVariable(const void *address);
 
 /* --- What the protocols of a project give to the program --- */
 
-/* Starts the stack: variant 1 in CAN FD mode and as master, where the project leaves the choice;
- * the other is started too where firstVariant is 0. */
+/* Starts the stack: variant 1 in CAN FD mode and as master, where the project leaves the choice; the other is
+ * started too where firstVariant is 0. */
 extern const int firstVariant;
 RET_T startDevice(int variant);
 
