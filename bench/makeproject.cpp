@@ -2,9 +2,9 @@
 //
 // Usage: bench_makeproject <parts> <types> <folder>
 // The types are those of the lines, such as "1,2": 1 CANopen, 2 J1939, 4 raw CAN, 5 CANopen and
-// J1939. Each line has that many parts: objects, groups or identifiers; of both protocols half
-// each. Writes project.tsrp to the folder; of one CANopen line also project.tsrt, device.eds and
-// empty.tsrp (no object).
+// J1939. Each line has that many parts: objects (and those that every device has), groups or
+// identifiers; of both protocols half each. Writes project.tsrp to the folder; of one CANopen line
+// also project.tsrt, device.eds and blank.tsrp (no object at all).
 #include "bench/canopenparts.h"
 #include "bench/frameparts.h"
 #include "store/linetype.h"
@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QLoggingCategory>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace
@@ -68,14 +69,20 @@ bool writeProject(const QStringList &types, int parts, const QStringList &files)
         return false;
     setSettings(store, types);
     store.beginBatch();
-    for (int line = 0; line < types.size() && parts > 0; ++line)
+    for (int line = 0; line < types.size(); ++line)
         addLine(store, quint8(line), LineType(types.at(line).toInt()), parts);
     store.commitBatch();
-    for (const QString &file : files) {
-        if (!store.saveDataBase(file))
-            return false;
-    }
-    return true;
+    return std::all_of(files.cbegin(), files.cend(),
+                       [&](const QString &file) { return store.saveDataBase(file); });
+}
+
+bool writeBlankProject(const QStringList &types, const QString &file)
+{
+    ObjectDataBase store;
+    if (!store.createNewDataBase())
+        return false;
+    setSettings(store, types);
+    return store.saveDataBase(file);
 }
 
 } // namespace
@@ -87,9 +94,9 @@ int main(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral("3.11.2"));
     QLoggingCategory::setFilterRules(QStringLiteral("tessarine.*=false"));
     const QStringList arguments = application.arguments();
-    const int parts = arguments.size() == 4 ? arguments.at(1).toInt() : 0;
-    if (parts < 1 || parts > Bench::kMostObjects || !QDir(arguments.value(3)).exists()) {
-        std::fprintf(stderr, "usage: bench_makeproject <parts, 1 to %d> <types> <folder>\n",
+    const int parts = arguments.size() == 4 ? arguments.at(1).toInt() : -1;
+    if (parts < 0 || parts > Bench::kMostObjects || !QDir(arguments.value(3)).exists()) {
+        std::fprintf(stderr, "usage: bench_makeproject <parts, 0 to %d> <types> <folder>\n",
                      Bench::kMostObjects);
         return 2;
     }
@@ -102,7 +109,7 @@ int main(int argc, char *argv[])
     bool written = writeProject(types, parts, forms);
     if (isCANopen)
         written = written &&
-                  writeProject(types, 0, {folder.filePath(QStringLiteral("empty.tsrp"))}) &&
+                  writeBlankProject(types, folder.filePath(QStringLiteral("blank.tsrp"))) &&
                   Bench::writeEds(Bench::makeObjects(parts),
                                   folder.filePath(QStringLiteral("device.eds")));
     if (!written)

@@ -48,14 +48,12 @@ const std::vector<Kind> kFullRun = {
 const std::vector<Kind> kAllRuns = {
     kFullRun.front(),
     {"import EDS and save",
-     {"empty.tsrp", "device.eds"},
-     {"-project", "empty.tsrp", "-import", "device.eds", "-save"},
+     {"blank.tsrp", "device.eds"},
+     {"-project", "blank.tsrp", "-import", "device.eds", "-save"},
      kFull},
     {"the text form", {"project.tsrt"}, {"-project", "project.tsrt"}, kFull},
     {"save the text form", {"project.tsrt"}, {"-project", "project.tsrt", "-save"}, kFull},
 };
-
-const std::vector<Kind> kEmptyRun = {{kFull, {"empty.tsrp"}, {"-project", "empty.tsrp"}, nullptr}};
 
 struct Project {
     const char *title;
@@ -68,7 +66,7 @@ struct Project {
 
 // clang-format off
 const Project kProjects[] = {
-    {"empty",               1, "1",               kEmptyRun},
+    {"CANopen",             0, "1",               kFullRun},
     {"CANopen",           100, "1",               kAllRuns},
     {"CANopen",          1000, "1",               kAllRuns},
     {"CANopen",          5000, "1",               kAllRuns},
@@ -175,8 +173,7 @@ public:
         const std::string bytes = std::to_string(outputBytes(first));
         std::map<std::string, std::vector<Cost>> costs;
         for (int turn = 0; turn < runs; ++turn) {
-            if (first.comparedTo)
-                costs[kFloor].push_back(runFloor(bytes));
+            costs[kFloor].push_back(runFloor(bytes));
             for (const Kind &kind : project.kinds)
                 costs[kind.title].push_back(runKind(kind));
         }
@@ -266,26 +263,22 @@ void printHead()
 
 void printRow(const Project &project, const char *title, const Cost &cost)
 {
+    const int parts = std::max(project.lines() * project.parts, 1);
     std::printf("%-14s %5d %6d  %-20s %9.1f %9.1f %8.1f %8.1f", project.title, project.lines(),
                 project.parts, title, cost.elapsedMs, cost.processorMs,
-                cost.processorMs * 1000 / (project.lines() * project.parts), cost.megabytes);
+                cost.processorMs * 1000 / parts, cost.megabytes);
 }
 
 void printTable(const Project &project, std::map<std::string, Cost> &costs)
 {
-    if (costs.count(kFloor)) {
-        printRow(project, kFloor, costs[kFloor]);
-        std::printf("\n");
-    }
+    printRow(project, kFloor, costs[kFloor]);
+    std::printf("\n");
     for (const Kind &kind : project.kinds) {
         const Cost &cost = costs[kind.title];
+        const Cost &other = costs[kind.comparedTo];
         printRow(project, kind.title, cost);
-        if (kind.comparedTo) {
-            const Cost &other = costs[kind.comparedTo];
-            std::printf("  %5.2f (%5.2f) x %s", cost.elapsedMs / other.elapsedMs,
-                        cost.processorMs / other.processorMs, kind.comparedTo);
-        }
-        std::printf("\n");
+        std::printf("  %5.2f (%5.2f) x %s\n", cost.elapsedMs / other.elapsedMs,
+                    cost.processorMs / other.processorMs, kind.comparedTo);
     }
 }
 
