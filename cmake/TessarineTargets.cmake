@@ -2,9 +2,14 @@
 
 option(TESSARINE_SANITIZE_THREADS "Build with ThreadSanitizer, which excludes the others" OFF)
 option(TESSARINE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(TESSARINE_FUZZ "Build the fuzzers; needs clang" OFF)
 
 add_library(tessarine_flags INTERFACE)
 target_compile_options(tessarine_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    target_compile_options(tessarine_flags INTERFACE
+        -Wno-gnu-zero-variadic-macro-arguments) # Qt's qCDebug()
+endif()
 target_compile_definitions(tessarine_flags INTERFACE
     QT_NO_CAST_TO_ASCII QT_DEPRECATED_WARNINGS QT_MESSAGELOGCONTEXT)
 target_include_directories(tessarine_flags INTERFACE "${CMAKE_SOURCE_DIR}")
@@ -19,6 +24,9 @@ if(TESSARINE_SANITIZE)
     target_compile_options(tessarine_flags INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
     target_link_options(tessarine_flags INTERFACE -fsanitize=address,undefined)
+endif()
+if(TESSARINE_FUZZ)
+    target_compile_options(tessarine_flags INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 # tessarine_library(<name> SOURCES ... LINK ...): one static library a folder.

@@ -166,11 +166,11 @@ bool AbstractGenerator::wantsImplementationInfo()
 
 bool AbstractGenerator::openOutputFile(QFile &file)
 {
-    if (unchangedFiles)
-        unchangedFiles->remember(file.fileName());
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+    const QString path = file.fileName();
+    if (unchangedFiles ? unchangedFiles->open(file)
+                       : file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
         return true;
-    fail(QStringLiteral("Could not open ") + file.fileName());
+    fail(QStringLiteral("Could not open ") + path);
     return false;
 }
 
@@ -181,10 +181,12 @@ void AbstractGenerator::closeOutputFile(TextWriter &out, QFile &file)
 
 void AbstractGenerator::closeOutputFile(bool isWritten, QFile &file)
 {
-    const bool isDone = isWritten && file.flush();
+    const QString path = unchangedFiles ? unchangedFiles->targetOf(file) : file.fileName();
+    const bool isDone =
+        isWritten && file.flush() && (!unchangedFiles || unchangedFiles->commit(file));
     file.close();
-    if (!isDone || (unchangedFiles && !unchangedFiles->restore(file.fileName())))
-        fail(QStringLiteral("Could not write ") + file.fileName());
+    if (!isDone)
+        fail(QStringLiteral("Could not write ") + path);
 }
 
 bool AbstractGenerator::isUnchanged(const QString &path, const QByteArray &content)

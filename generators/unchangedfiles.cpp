@@ -9,6 +9,7 @@
 #include <QVector>
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 
 namespace
@@ -85,33 +86,65 @@ timespec modificationTime(const QString &path)
     return status.st_mtim;
 }
 
-bool putBack(const QString &path, const QByteArray &content, const timespec &modified)
+bool writeTo(const QString &path, const QByteArray &content)
 {
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
-        file.write(content) != content.size() || !file.flush())
-        return false;
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+           file.write(content) == content.size() && file.flush();
+}
+
+bool putBack(const QString &path, const QByteArray &content, const timespec &modified)
+{
     const timespec times[] = {{0, UTIME_OMIT}, modified};
-    return ::futimens(file.handle(), times) == 0;
+    return writeTo(path, content) && ::utimensat(AT_FDCWD, QFile::encodeName(path), times, 0) == 0;
+}
+
+/// All that was written to \a file.
+bool readBack(QFile &file, QByteArray &content)
+{
+    file.setTextModeEnabled(false);
+    if (!file.seek(0))
+        return false;
+    content = file.readAll();
+    return content.size() == file.size();
 }
 
 } // namespace
 
-void UnchangedFiles::remember(const QString &path)
+bool UnchangedFiles::open(QFile &file)
 {
+    const QString path = file.fileName();
     QByteArray content;
     if (!formerFiles.contains(path) && Helper::readWholeFile(path, content))
         formerFiles.insert(path, {content, modificationTime(path)});
+    if (QFile::exists(path) && !QFile(path).open(QIODevice::ReadWrite))
+        return false;
+    targets.insert(&file, path);
+    const int memory = ::memfd_create("tessarine", MFD_CLOEXEC);
+    return memory >= 0 &&
+           file.open(memory, QIODevice::ReadWrite | QIODevice::Text, QFileDevice::AutoCloseHandle);
 }
 
-bool UnchangedFiles::restore(const QString &path)
+QString UnchangedFiles::targetOf(const QFile &file) const
 {
-    const auto former = formerFiles.constFind(path);
-    QByteArray written;
-    if (former == formerFiles.constEnd() || !Helper::readWholeFile(path, written) ||
-        !differInDatesOnly(former->content, LineEnds::adjusted(path, written)))
-        return true;
-    return putBack(path, former->content, former->modified);
+    return targets.value(&file);
+}
+
+bool UnchangedFiles::commit(QFile &file)
+{
+    const QString path = targets.value(&file);
+    QByteArray content;
+    if (!readBack(file, content))
+        return false;
+    const auto former = formerFiles.find(path);
+    const bool isKept = former != formerFiles.end() &&
+                        differInDatesOnly(former->content, LineEnds::adjusted(path, content));
+    if (!isKept) {
+        if (former != formerFiles.end())
+            former->isOverwritten = true;
+        return writeTo(path, content);
+    }
+    return !former->isOverwritten || putBack(path, former->content, former->modified);
 }
 
 bool UnchangedFiles::keep(const QString &path, const QByteArray &content) const

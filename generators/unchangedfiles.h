@@ -7,17 +7,23 @@
 
 #include <ctime>
 
+class QFile;
+
 /// One for a run; the generators, which work one at a time, tell it which files they write.
 class UnchangedFiles
 {
 public:
-    /// Takes down what the file \a path holds, before it is opened for writing. Of a file that is
-    /// written twice in a run, the state before the run counts.
-    void remember(const QString &path);
+    /// Opens \a file for writing, in memory: a file that is kept is never touched, so that a run
+    /// that is killed does not cost it. Of a file that is written twice in a run, the state before
+    /// the run counts. False if the file on disk could not be written.
+    bool open(QFile &file);
 
-    /// Puts the file back as it was remembered, with its time stamp, if what was written differs in
-    /// the lines only that tell when. False if that fails.
-    bool restore(const QString &path);
+    /// The name that \a file had before open().
+    QString targetOf(const QFile &file) const;
+
+    /// Writes what \a file holds to disk, unless only lines that tell when differ from what stood
+    /// there before the run. False if that fails.
+    bool commit(QFile &file);
 
     /// True if the file need not be written at all: it differs from \a content in such lines only.
     bool keep(const QString &path, const QByteArray &content) const;
@@ -26,7 +32,9 @@ private:
     struct Former {
         QByteArray content;
         timespec modified;
+        bool isOverwritten = false; ///< in this run
     };
 
-    QHash<QString, Former> formerFiles; ///< by path
+    QHash<QString, Former> formerFiles;    ///< by path
+    QHash<const QFile *, QString> targets; ///< paths of the files that were opened
 };

@@ -5,8 +5,8 @@ namespace
 {
 
 constexpr int kFlushBytes = 1 << 20;
-constexpr QLatin1String kByteArrayStart("@ByteArray(");
-constexpr QLatin1String kStringStart("@String("); // of texts that hold a zero character
+const QLatin1String kByteArrayStart("@ByteArray(");
+const QLatin1String kStringStart("@String("); // of texts that hold a zero character
 
 bool isBlank(char ch)
 {

@@ -166,7 +166,7 @@ enum Field {
 };
 
 /// The keys in the order of Field.
-constexpr QLatin1String kFieldKeys[FieldCount] = {
+const QLatin1String kFieldKeys[FieldCount] = {
     QLatin1String("ParameterName"), QLatin1String("ObjectType"),     QLatin1String("DataType"),
     QLatin1String("AccessType"),    QLatin1String("DefaultValue"),   QLatin1String("LowLimit"),
     QLatin1String("HighLimit"),     QLatin1String("PDOMapping"),     QLatin1String("ObjFlags"),

@@ -1,6 +1,7 @@
 // ISO-TP and UDS.
 #include "generators/defines/diagnosticdefines.h"
 
+#include "generators/defines/eventdefines.h"
 #include "generators/defines/shareddefines.h"
 #include "generators/initstructversions.h"
 #include "generators/rowtables.h"
@@ -130,13 +131,14 @@ void writeSwitches(DefineContext &context, const SwitchRow (&rows)[N])
 void writeIsoTpSection(DefineContext &context, const Facts &facts)
 {
     TextWriter &out = context.out;
-    out.raw("/* ISO-TP Defines */\n");
+    Defines::writeHeading(context, "/* ISO-TP Defines */\n");
     Defines::writeIsoTp(context);
     out.defineList("#define ISOTP_CLIENT_COUNTS\t", facts.isoTpClients);
     out.defineList("#define ISOTP_SERVER_COUNTS\t", facts.isoTpServers);
     out.define("#define ISOTP_CLIENT_CONNECTION_CNT\t", sum(facts.isoTpClients));
     out.define("#define ISOTP_SERVER_CONNECTION_CNT\t", sum(facts.isoTpServers));
     writeSwitches(context, kIsoTpSwitches);
+    Defines::writeIsoTpSlots(context);
     out.raw("\n");
 }
 

@@ -158,15 +158,6 @@ void writeSlotOf(DefineContext &context, const char *setting, const SlotRow (&ro
     }
 }
 
-void writeIsoTpSlots(DefineContext &context)
-{
-    for (const SlotRow &row : kIsoTpSlots) {
-        const quint8 count = static_cast<quint8>(context.settings.byPrefix(row.setting));
-        if (count != 0)
-            context.out.define(row.start, count);
-    }
-}
-
 /// A setting that is missing or no number leaves dynamic events on.
 bool hasDynamicEvents(const GeneralSettings &settings)
 {
@@ -191,6 +182,17 @@ void Defines::generateEventDefines(DefineContext &context)
     writeSlots(context, kSlotsAfterCan);
     writeIsoTpSlots(context);
     context.raw({"\n"});
+}
+
+void Defines::writeIsoTpSlots(DefineContext &context)
+{
+    if (!hasDynamicEvents(context.settings))
+        return;
+    for (const SlotRow &row : kIsoTpSlots) {
+        const quint8 count = static_cast<quint8>(context.settings.byPrefix(row.setting));
+        if (count != 0)
+            writeSlot(context, row, count);
+    }
 }
 
 void Defines::reserveEventSlot(DefineContext &context, const char *setting)

@@ -428,4 +428,5 @@ void Defines::generateJ1939Defines(DefineContext &context)
         context.raw({"\n"});
         writeBufferCounts(context, true);
     }
+    context.written.openSection = true;
 }

@@ -91,7 +91,7 @@ void Defines::generateCANRAWDefines(DefineContext &context)
     const Facts facts = readFacts(context);
     if (!facts.hasRawLine)
         return;
-    context.raw({"/* Raw CAN Defines */\n"});
+    writeHeading(context, "/* Raw CAN Defines */\n");
     if (context.lines.multiLine)
         writeMultiLine(context);
     writeIdentifiers(context, facts);

@@ -3,6 +3,14 @@
 
 #include "generators/defines/definelists.h"
 
+void Defines::writeHeading(DefineContext &context, const char *line)
+{
+    if (context.written.openSection)
+        context.raw({"\n"});
+    context.raw({line});
+    context.written.openSection = false;
+}
+
 void Defines::writeMultiLine(DefineContext &context)
 {
     if (context.written.multiLine)

@@ -7,6 +7,9 @@
 namespace Defines
 {
 
+/// The comment line that begins a section, with a blank line before it if there is none.
+void writeHeading(DefineContext &context, const char *line);
+
 /// That the device has several lines, and how many.
 void writeMultiLine(DefineContext &context);
 

@@ -27,7 +27,6 @@ constexpr int kClassicDlc = 8;
 constexpr int kJ1939FrameFormat = 3; // "J1939PG"
 constexpr int kCyclic = 0;
 constexpr int kNoSendType = 8;
-constexpr int kStringDelimiter = 8;
 constexpr int kDelimitedStringBits = 8;
 
 /// Names of J1939::SigType, by value.

@@ -186,6 +186,7 @@ struct Use {
     const CType *type = nullptr;
     quint32 bytes = 0; ///< of a string
     QString defaultValue;
+    bool isObject = false; ///< its table takes pointers of this type only
 };
 
 /// Gathers uses to variables.
@@ -204,7 +205,7 @@ public:
         Variable &variable = variableOf(target.name);
         const quint32 bytes =
             isSized(*use.type) ? std::max(use.bytes, 1U) : quint32(use.type->bytes);
-        if (bytes > variable.bytes) {
+        if (bytes > variable.bytes || (use.isObject && bytes == variable.bytes)) {
             variable.type = use.type;
             variable.bytes = bytes;
         }
@@ -290,7 +291,7 @@ void addObjects(Collector &collector, const ObjectDataBase &store, quint8 line)
             data.dataType != static_cast<quint16>(Type::Domain))
             collector.add({Helper::substituteVariables(data.varName, index, sub),
                            typeOf(data.dataType, &TypeRow::ofObject), data.size,
-                           data.defaultValue});
+                           data.defaultValue, true});
     });
 }
 

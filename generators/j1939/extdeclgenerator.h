@@ -64,7 +64,8 @@ struct Variables {
 };
 
 /// Each name once, in order of first use: signals of groups and identifiers first, then objects. Of
-/// several types of one variable the widest counts, since all tables must find room in it.
+/// several types of one variable the widest counts, since all tables must find room in it; of equal
+/// ones that of an object, whose table takes pointers of no other type.
 Variables readVariables(ObjectDataBase &store);
 
 /// How C code takes hold of a signal's variable.

@@ -48,7 +48,7 @@ void MultiProGenerator::doJob()
     writeStart(context);
     overwrite301(context.objDict);
     if (context.objDict.positions.isOverfull)
-        fail(QStringLiteral("More than 65535 values of one type in ") + file.fileName());
+        fail(QStringLiteral("More than 65535 values of one type in ") + targetFile());
     closeOutputFile(out, file);
 }
 

@@ -61,7 +61,7 @@ void ObjDictGenerator::doJob()
     writeTables(context);
     writeStartUp(context);
     if (context.positions.isOverfull)
-        fail(QStringLiteral("More than 65535 values of one type in ") + file.fileName());
+        fail(QStringLiteral("More than 65535 values of one type in ") + targetFile());
     closeOutputFile(out, file);
 }
 

@@ -174,21 +174,36 @@ private slots:
         QCOMPARE(store->getPGNs(0, 0x77, false), QList<quint32>{60928});
     }
 
+    void removesForeignFilesOfJ1939Projects_data()
+    {
+        // clang-format off
+        columns<QString, QString, QByteArray, QString>("type", "adapter", "section", "left");
+        QTest::newRow("no_adapter") << "2" << "" << QByteArray(" \n\t\n") << "";
+        QTest::newRow("code_of_the_user_stays") << "2" << "0" << QByteArray("int mine;\n") << "j1939_adapter.c";
+        QTest::newRow("adapter") << "2" << "1" << QByteArray() << "gen_j1939_adapter.c j1939_adapter.c j1939_adapter.cs";
+        QTest::newRow("both_protocols") << "5" << "" << QByteArray() << "gen_indication.h gen_j1939_adapter.c j1939_adapter.c j1939_adapter.cs";
+        // clang-format on
+    }
     void removesForeignFilesOfJ1939Projects()
     {
-        const QStringList names = {"gen_indication.h", "j1939_adapter.c"};
-        const auto filesLeft = [&](const QString &type, const QString &adapter) {
-            for (const QString &name : names)
-                writeFile(fixture.path(name), {});
-            setLineType(0, type);
-            store->setJ1939SettingsValue("j1939adapter", adapter);
-            RecordingHandler report;
-            run(report);
-            return QDir(fixture.path()).entryList(names, QDir::Files, QDir::Name).join(' ');
-        };
-        QCOMPARE(filesLeft("2", ""), "");
-        QCOMPARE(filesLeft("2", "1"), "j1939_adapter.c");
-        QCOMPARE(filesLeft("5", ""), "gen_indication.h j1939_adapter.c");
+        QFETCH(QString, type);
+        QFETCH(QString, adapter);
+        QFETCH(QByteArray, section);
+        QFETCH(QString, left);
+        const QStringList names = {"gen_indication.h", "gen_j1939_adapter.c", "j1939_adapter.c",
+                                   "j1939_adapter.cs"};
+        for (const QString &name : names)
+            writeFile(fixture.path(name), {});
+        const QByteArray code = "#include \"gen_define.h\"\n/* user-specific section: start */\n" +
+                                section + "/* user-specific section: end */\n";
+        writeFile(fixture.path("j1939_adapter.c"), code);
+        setLineType(0, type);
+        store->setJ1939SettingsValue("j1939adapter", adapter);
+        RecordingHandler report;
+        run(report);
+        QCOMPARE(QDir(fixture.path()).entryList(names, QDir::Files, QDir::Name).join(' '), left);
+        if (left == "j1939_adapter.c")
+            QCOMPARE(readFile(fixture.path("j1939_adapter.c")), code);
     }
 
 private:

@@ -97,9 +97,11 @@ private slots:
             before.insert(name, read(name));
 
         makeOld();
+        const QStringList untouched = sourcesByChange();
         const QByteArray report = run("-project " + project + " -keep-unchanged");
         QVERIFY2(report.endsWith(" 0\n"), report);
         QCOMPARE(newFiles(), QString());
+        QCOMPARE(sourcesByChange(), untouched);
         for (auto file = before.cbegin(); file != before.cend(); ++file)
             QVERIFY2(read(file.key()) == file.value(), qPrintable(file.key()));
 
@@ -135,6 +137,15 @@ private:
             QVERIFY(file.open(QIODevice::ReadWrite) &&
                     file.setFileTime(kLongAgo, QFileDevice::FileModificationTime));
         }
+    }
+
+    /// With the moment at which any byte was last written, which no time stamp hides.
+    QStringList sourcesByChange() const
+    {
+        QStringList sources;
+        for (const QFileInfo &file : QDir(folder).entryInfoList({"gen_*"}))
+            sources << joined(file.fileName(), file.metadataChangeTime().toMSecsSinceEpoch());
+        return sources;
     }
 
     QString newFiles() const

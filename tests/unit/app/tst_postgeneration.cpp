@@ -122,7 +122,10 @@ private slots:
     {
         for (const QByteArray index : {"0", "1", "3", "2", "4"}) {
             QVERIFY(writeUserSettings("[General]\nline_ending_index=" + index + '\n'));
+            QVERIFY(write("gen_var_decl.h", "x\n") && write("gen_var_decl.c", "x\n"));
             run("-project pümp.tsrt");
+            QCOMPARE(read("gen_var_decl.h").contains('\r'), index == "1" || index == "3");
+            QCOMPARE(read("gen_var_decl.c"), "x\n");
             const QByteArray source = read("gen_objdict.c");
             QCOMPARE(source.contains('\n'), index != "3");
             QCOMPARE(source.contains("\r\n"), index == "1");

@@ -189,11 +189,11 @@ private slots:
                "#define RAWCAN_RECEIVE_COUNTS\t0u, 1u, 0u, 2u\n#define RAWCAN_TRANSMIT_COUNTS\t0u, 2u, 0u, 0u\n#define CO_INHIBIT_SUPPORTED\t1u\n"
                "#define RAWCAN_REC_INDICATION_CNT\t1u\n#define RAWCAN_TR_INDICATION_CNT\t2u\n#define RAWCAN_CHANGED_INDICATION_CNT\t3u\n#define CO_EVENT_DYNAMIC_CAN\t4u\n\n" + buffers;
         QTest::newRow("no ISO-TP") << diagnostics << "set isotp_client_con=1; set isotp_dyn_server_ind=1; set uds_seedkey_length=4" << "";
-        QTest::newRow("connections alone") << diagnostics << "set isotp_connection_cnt=0x103"
+        QTest::newRow("connections alone") << diagnostics << "set isotp_connection_cnt=0x103; set isotp_server_event=1; set enable_dynamic=0"
             << "/* ISO-TP Defines */\n#define ISOTP_SUPPORTED\t1u\n#define ISOTP_CONNECTION_CNT\t3u\n#define ISOTP_CLIENT_COUNTS\t0u\n#define ISOTP_SERVER_COUNTS\t0u\n#define ISOTP_CLIENT_CONNECTION_CNT\t0u\n#define ISOTP_SERVER_CONNECTION_CNT\t0u\n\n";
-        QTest::newRow("ISO-TP by line") << diagnostics << "set isotp_supported=1; line 2 2; line 3 4; set isotp_client_con=0x2,9, ; set isotp_server_con=1; set isotp_dyn_client_ind=1; set isotp_dyn_client_txack_ind=1; set isotp_dyn_server_ind=2; set isotp_dyn_split_ind=1"
+        QTest::newRow("ISO-TP by line") << diagnostics << "set isotp_supported=1; line 2 2; line 3 4; set isotp_client_con=0x2,9, ; set isotp_server_con=1; set isotp_server_event=0x102; set isotp_dyn_client_ind=1; set isotp_dyn_client_txack_ind=1; set isotp_dyn_server_ind=2; set isotp_dyn_split_ind=1"
             << "/* ISO-TP Defines */\n#define ISOTP_SUPPORTED\t1u\n#define ISOTP_CLIENT_COUNTS\t2u, 0u, 0u\n#define ISOTP_SERVER_COUNTS\t1u, 1u, 1u\n#define ISOTP_CLIENT_CONNECTION_CNT\t2u\n#define ISOTP_SERVER_CONNECTION_CNT\t3u\n"
-               "#define ISOTP_DYN_CLIENT_IND\t1u\n#define ISOTP_DYN_CLIENT_TXACK_IND\t1u\n#define ISOTP_DYN_SERVER_IND\t1u\n#define ISOTP_DYN_SPLIT_IND\t1u\n\n";
+               "#define ISOTP_DYN_CLIENT_IND\t1u\n#define ISOTP_DYN_CLIENT_TXACK_IND\t1u\n#define ISOTP_DYN_SERVER_IND\t1u\n#define ISOTP_DYN_SPLIT_IND\t1u\n#define ISOTP_EVENT_DYNAMIC_SERVER\t2u\n\n";
         const QString noConnections = "/* ISO-TP Defines */\n#define ISOTP_SUPPORTED\t1u\n#define ISOTP_CLIENT_COUNTS\t0u, 0u\n#define ISOTP_SERVER_COUNTS\t0u, 0u\n#define ISOTP_CLIENT_CONNECTION_CNT\t0u\n#define ISOTP_SERVER_CONNECTION_CNT\t0u\n\n";
         QTest::newRow("services of any line") << diagnostics << "line 1 4; set udsclient_supported=1; set uds_client_cnt=,0x3; set udsserver_version=7; set uds_seedkey_length=0x10; set uds_session_timeout=5000; set uds_only_appl_session_check=1; set uds_only_appl_security_check=1; "
                "uds 0 16 off; uds 0 17 off; uds 0 34 off; uds 0 46 off; uds 0 62 off; uds 1 17 off; uds 1 34 off; uds 1 46 off; uds 1 62 off; uds 0 49 on; uds 1 99 on"

@@ -75,16 +75,18 @@ private slots:
         addSpn("managed", 5, "1", 0, 0);
         addSpn("list[3]", 6, "4");
         addSpn("level", 7, "2"); // a table that takes four bytes must not read beyond
+        addSpn("od_2c00[1]", 5, "1"); // as the object beside it
         addSpn("list[1]", 5, "5", 0, 1); // no variable in name only: the mapping refers to it
         addRawLine(1);
         store->addNode(2, Node());
         addVariable(2);
         QCOMPARE(definitions(),
                  "UNSIGNED32 level = 1UL;UNSIGNED16 list[4] = { [1] = 5u, [3] = 4u };"
-                 "INTEGER16 raw = -2");
+                 "UNSIGNED8 od_2c00[2] = { [1] = 1u };INTEGER16 raw = -2");
         setType(2, 1); // objects of other lines are in no table
-        QVERIFY(definitions().endsWith(";INTEGER16 raw = -2;UNSIGNED24 od_2c00[3] = { [2] = "
-                                       "U24_SET(0x00,0x00,0x03) }"));
+        QVERIFY(definitions().endsWith(
+            ";INTEGER8 od_2c00[3] = { [1] = 1, [2] = 3 };INTEGER16 raw = -2;"
+            "UNSIGNED24 wide = U24_SET(0x00,0x00,0x03)"));
         compile();
     }
 
@@ -127,11 +129,14 @@ private:
 
     void addVariable(quint8 line)
     {
-        Sub sub = makeSub("n", 22, "3");
+        Sub sub = makeSub("n", 2, "3");
         sub.implementation = 2;
         sub.varName = "od_${index}[${sub}]";
         QVERIFY(store->addIndex(line, 0x2C00, Object()));
         QVERIFY(store->addSubIndex(line, 0x2C00, 2, sub));
+        sub.dataType = 22;
+        sub.varName = "wide";
+        QVERIFY(store->addSubIndex(line, 0x2C00, 3, sub));
     }
 
     QString definitions()
