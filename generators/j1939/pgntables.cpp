@@ -115,14 +115,15 @@ QString addressText(const QString &element)
     return isNumber && !isHex ? QString::number(number) : element;
 }
 
-/// \a place is that of the line among all lines.
-QString startAddress(const Context &context, int place)
+QString startAddress(const Context &context, const Line &line)
 {
     const QString setting = context.j1939.text(QStringLiteral("startaddress"));
     const bool isList = setting.contains(QLatin1Char(','));
-    // Deliberate: a list is a list for one line too, and no address is the null address; held by
+    // Deliberate: a list tells addresses by the numbers of lines, as in the check, the NAME and the
+    // DBC file, and a line alone takes the first; no address is the null address. Held by
     // tst_pgngenerator.
-    const QString element = isList ? setting.split(QLatin1Char(',')).value(place) : setting;
+    const int position = context.form.multiLine ? line.number : 0;
+    const QString element = isList ? setting.split(QLatin1Char(',')).value(position) : setting;
     const QString address = addressText(element.trimmed());
     if (address.isEmpty())
         return QStringLiteral("254");
@@ -130,7 +131,7 @@ QString startAddress(const Context &context, int place)
     return staysAsItIs || address.endsWith(QLatin1Char('u')) ? address : address + QLatin1Char('u');
 }
 
-void writeLineConfig(Context &context, const Line &line, int place)
+void writeLineConfig(Context &context, const Line &line)
 {
     const QString suffix = lineSuffix(context, line);
     const int sent = tableGroups(context, line, line.transmitted).size();
@@ -148,7 +149,7 @@ void writeLineConfig(Context &context, const Line &line, int place)
         out.parts("\t&jPgnReceiveConfig", suffix, "[0], \n");
     out.parts("\t", countText(context, kReceiveWords.sizeMacro, received), ", \n");
     out.parts("\t&addrTrCfg", suffix, ",\n");
-    out.parts("\t", startAddress(context, place), " \n");
+    out.parts("\t", startAddress(context, line), " \n");
     out.raw("};\n");
 }
 
@@ -199,8 +200,8 @@ void Pgn::defineJ1939Config(Context &context)
 {
     context.out.raw("\n"
                     "/*  J1939 PGN configuration */\n");
-    for (int place = 0; place < context.lines.size(); ++place) {
-        if (context.lines.at(place).hasJ1939())
-            writeLineConfig(context, context.lines.at(place), place);
+    for (const Line &line : qAsConst(context.lines)) {
+        if (line.hasJ1939())
+            writeLineConfig(context, line);
     }
 }

@@ -41,7 +41,7 @@ private:
 };
 
 /// Empty if both are the same; else the first rows that are not, with what stands around them.
-QByteArray difference(const QStringList &actual, const QStringList &expected);
+QByteArray difference(const QStringList &actualBlocks, const QStringList &expectedBlocks);
 
 #define SAME_ROWS(actual, expected)                                                                \
     do {                                                                                           \

@@ -234,7 +234,7 @@ QString J1939Expectation::startAddress(quint8 line) const
 {
     const QString setting = store.getJ1939SettingsValue("startaddress");
     const QString element =
-        setting.contains(',') ? setting.split(',').value(lines.indexOf(line)) : setting;
+        setting.contains(',') ? setting.split(',').value(lines.size() > 1 ? line : 0) : setting;
     return element.trimmed().isEmpty() ? QStringLiteral("254")
                                        : QString::number(numberOf(element.trimmed().remove('u')));
 }

@@ -58,9 +58,11 @@ QStringList MixedExpectation::appVariables() const
 {
     QStringList names = shared.appVariables().keys() + groups.appVariables().keys();
     for (const quint8 line : linesOf({4})) {
-        for (const quint32 id : store.getCANIDs(line, kSent)) {
-            for (const auto &item : store.getDataElementRecords(line, id, kSent))
-                names << item.varName;
+        for (const quint8 direction : {kSent, kReceived}) {
+            for (const quint32 id : store.getCANIDs(line, direction)) {
+                for (const auto &item : store.getDataElementRecords(line, id, direction))
+                    names << item.varName;
+            }
         }
     }
     names.removeDuplicates();

@@ -9,12 +9,11 @@
 #include "generators/objdict/objdictgenerator.h"
 #include "tests/fixtures/storefixture.h"
 #include "tests/stack/device.h"
+#include "tests/stack/example.h"
 #include "tests/stack/expectation_j1939.h"
 #include "tests/stack/projects.h"
 #include "tests/stack/projects_j1939.h"
 #include "tests/stack/projecttext.h"
-
-#include <QProcess>
 
 namespace
 {
@@ -147,32 +146,9 @@ private slots:
     void excavator()
     {
         QFETCH(bool, isV4);
-        const QString project = folder->filePath("excavator.tsrp");
-        QProcess sqlite;
-        sqlite.setStandardInputFile(TESSARINE_EXAMPLES "/excavator/excavator.sql");
-        sqlite.start("sqlite3", {"-bail", project});
-        QVERIFY(sqlite.waitForFinished() && sqlite.exitCode() == 0);
-        writeFile(folder->filePath("v4.txt"), "GeneralSettings:use_core_headers:V4\n");
-
-        QProcess tool;
-        tool.setWorkingDirectory(folder->path());
-        QStringList arguments = {"-project", "excavator.tsrp"};
-        if (isV4)
-            arguments << "-dbmod"
-                      << "v4.txt";
-        tool.start(TEST_TOOL, arguments);
-        QVERIFY(tool.waitForFinished());
-        const QByteArray printed = tool.readAll();
-        QCOMPARE(tool.exitCode(), 0);
-        for (const QByteArray &row : printed.split('\n'))
-            QVERIFY2(row.isEmpty() || row.startsWith("Check of") || row.startsWith("Generation"),
-                     row.constData());
-
-        const auto store = std::make_unique<ObjectDataBase>();
-        QVERIFY(store->openDataBase(project));
+        const auto store = runExample("excavator", folder->path(), isV4);
+        QVERIFY(store);
         QVERIFY(store->getPGNs(0, 0, false).size() >= 20);
-        if (isV4)
-            store->setGeneralSettingsValue("use_core_headers", "V4");
         Device device(folder->path());
         writeApplication(folder->path(), J1939Expectation(*store));
         checkDevice(device, *store);

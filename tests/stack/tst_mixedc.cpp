@@ -8,6 +8,7 @@
 #include "generators/multiproto/multiprogenerator.h"
 #include "tests/fixtures/storefixture.h"
 #include "tests/stack/device.h"
+#include "tests/stack/example.h"
 #include "tests/stack/expectation_mixed.h"
 #include "tests/stack/projects.h"
 #include "tests/stack/projecttext.h"
@@ -201,10 +202,29 @@ private slots:
         for (const quint8 line : store->getNodes())
             store->cacheAllSubs(line, 0);
         generateAll(device, *store, expected, isV4);
-        device.run(partsOf(expected), featuresOf(expected));
-        QVERIFY2(device.fault().isEmpty(), qPrintable(device.fault()));
-        checkStarts(device, expected);
-        SAME_ROWS(device.rows({"object", "sub"}), expected.dictionary());
+        checkDevice(device, expected);
+    }
+
+    void gateway_data()
+    {
+        columns<bool>("isV4");
+        QTest::newRow("classic") << false;
+        QTest::newRow("v4") << true;
+    }
+
+    void gateway()
+    {
+        QFETCH(bool, isV4);
+        QTemporaryDir folder;
+        const auto store = runExample("gateway", folder.path(), isV4);
+        QVERIFY(store);
+        MixedExpectation expected(*store);
+        QVERIFY(expected.hasCANopen() && expected.hasJ1939() && expected.hasRaw());
+        QVERIFY(QFile::copy(TESSARINE_EXAMPLES "/gateway/gateway_variables.h",
+                            folder.filePath("gateway_variables.h")));
+        writeApplication(folder.path(), expected);
+        Device device(folder.path());
+        checkDevice(device, expected);
     }
 
     /// The whole file, for one mix; GOLDEN_UPDATE=1 writes it anew.
@@ -224,6 +244,15 @@ private slots:
     }
 
 private:
+    /// Builds and runs what lies in the folder of \a device.
+    static void checkDevice(Device &device, MixedExpectation &expected)
+    {
+        device.run(partsOf(expected), featuresOf(expected));
+        QVERIFY2(device.fault().isEmpty(), qPrintable(device.fault()));
+        checkStarts(device, expected);
+        SAME_ROWS(device.rows({"object", "sub"}), expected.dictionary());
+    }
+
     static void checkStarts(const Device &device, MixedExpectation &expected)
     {
         SAME_ROWS(device.rows({"COBs", "rows beyond", "  row "}), QStringList());

@@ -221,27 +221,28 @@ private slots:
 
     void startAddress_data()
     {
-        columns<QString, bool, QString>("setting", "severalLines", "address");
+        columns<QString, int, QString>("setting", "secondLine", "address");
         // clang-format off
-        QTest::newRow("number") << "128" << false << "128u";
-        QTest::newRow("suffix_stands") << "0x80u" << false << "0x80u";
-        QTest::newRow("never_octal") << "010" << false << "10u";
-        QTest::newRow("empty") << "" << false << "254";
-        QTest::newRow("list_for_one_line") << "128,129" << false << "128u";
-        QTest::newRow("one_for_all_lines") << "128" << true << "128";
-        QTest::newRow("list") << "1, 129 " << true << "129u";
-        QTest::newRow("short_list") << "," << true << "254";
+        QTest::newRow("number") << "128" << 0 << "128u";
+        QTest::newRow("suffix_stands") << "0x80u" << 0 << "0x80u";
+        QTest::newRow("never_octal") << "010" << 0 << "10u";
+        QTest::newRow("empty") << "" << 0 << "254";
+        QTest::newRow("list_for_one_line") << "128,129" << 0 << "128u";
+        QTest::newRow("one_for_all_lines") << "128" << 1 << "128";
+        QTest::newRow("list") << "1, 129 " << 1 << "129u";
+        QTest::newRow("list_by_number") << "1,2,3,131" << 3 << "131u";
+        QTest::newRow("short_list") << "," << 1 << "254";
         // clang-format on
     }
 
     void startAddress()
     {
         QFETCH(QString, setting);
-        QFETCH(bool, severalLines);
+        QFETCH(int, secondLine);
         setJ1939({"startaddress=" + setting});
-        if (severalLines) {
-            store->addNode(1, {});
-            set({"line0type=1", "line1type=2"});
+        if (secondLine > 0) {
+            store->addNode(quint8(secondLine), {});
+            set({"line0type=1", QString("line%1type=2").arg(secondLine)});
         }
         const QString text = written(*store, {Pgn::defineJ1939Config});
         QTEST(text.section("&addrTrCfg", 1).section("\n\t", 1).section(" \n", 0, 0), "address");

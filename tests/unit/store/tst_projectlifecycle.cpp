@@ -171,13 +171,16 @@ private slots:
         QVERIFY(::flock(other, LOCK_EX) == 0);
         QVERIFY(open()); // what another run is writing is no leftover
         QVERIFY(QFile::exists(fresh));
-        std::unique_ptr<QThread> otherRun(QThread::create([other] {
+        std::atomic<bool> isOver{false};
+        std::unique_ptr<QThread> otherRun(QThread::create([&isOver, other] {
             QThread::msleep(100);
+            isOver = true;
             ::close(other);
         }));
         otherRun->start();
         QVERIFY(store->saveDataBase(QString()));
-        QVERIFY(otherRun->isFinished() && !QFile::exists(fresh));
+        QVERIFY(isOver && !QFile::exists(fresh));
+        QVERIFY(otherRun->wait(5000));
 
         QVERIFY(writeFile(fresh, "left by a killed run"));
         QVERIFY(open());

@@ -1,0 +1,39 @@
+// An example of SQL text as the tool itself makes it.
+#pragma once
+
+#include "tests/fixtures/storefixture.h"
+
+#include <QProcess>
+
+/// Runs the tool on a copy of the example in \a folder, for the newer stack if \a isV4. Gives the
+/// project; none if the run failed or found anything worth a warning, which is printed.
+inline std::unique_ptr<ObjectDataBase> runExample(const QString &name, const QString &folder,
+                                                  bool isV4)
+{
+    const QString project = folder + '/' + name + ".tsrp";
+    QProcess sqlite;
+    sqlite.setStandardInputFile(QString(TESSARINE_EXAMPLES "/%1/%1.sql").arg(name));
+    sqlite.start("sqlite3", {"-bail", project});
+    if (!sqlite.waitForFinished() || sqlite.exitCode() != 0)
+        return nullptr;
+    QStringList arguments = {"-project", project};
+    if (isV4) {
+        writeFile(folder + "/v4.txt", "GeneralSettings:use_core_headers:V4\n");
+        arguments << "-dbmod" << folder + "/v4.txt";
+    }
+    QProcess tool;
+    tool.start(TEST_TOOL, arguments);
+    bool isClean = tool.waitForFinished() && tool.exitCode() == 0;
+    const QByteArray printed = tool.readAll();
+    for (const QByteArray &row : printed.split('\n'))
+        isClean &= row.isEmpty() || row.startsWith("Check of") || row.startsWith("Generation") ||
+                   row.startsWith("Info: ") || row.startsWith("Specify path to protocol stack");
+    auto store = std::make_unique<ObjectDataBase>();
+    if (!isClean || !store->openDataBase(project)) {
+        qWarning("%s", printed.constData());
+        return nullptr;
+    }
+    if (isV4)
+        store->setGeneralSettingsValue("use_core_headers", "V4");
+    return store;
+}
