@@ -2,8 +2,8 @@
 #include "generators/descriptions/dbcgenerator.h"
 #include "support/cohelper.h"
 #include "support/kvadblib.h"
-#include "tests/fixtures/dbcreader.h"
 #include "tests/fixtures/storefixture.h"
+#include "tests/unit/generators/dbcreader.h"
 
 #include <QProcess>
 
