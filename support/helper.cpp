@@ -58,7 +58,8 @@ bool Helper::modifyLineEnding(const QString &file, const QString &ending)
     if (!QFile::exists(file))
         return true;
     QByteArray old;
-    if (!readWholeFile(file, old))
+    // A new file could take the place of one that is protected against writing.
+    if (!QFileInfo(file).isWritable() || !readWholeFile(file, old))
         return false;
     const QByteArray text = withLineEnds(old, ending);
     return text == old || ReplaceFile::write(file, text);
