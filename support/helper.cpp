@@ -58,8 +58,7 @@ bool Helper::modifyLineEnding(const QString &file, const QString &ending)
     if (!QFile::exists(file))
         return true;
     QByteArray old;
-    // A new file could take the place of one that is protected against writing.
-    if (!QFileInfo(file).isWritable() || !readWholeFile(file, old))
+    if (!readWholeFile(file, old))
         return false;
     const QByteArray text = withLineEnds(old, ending);
     return text == old || ReplaceFile::write(file, text);

@@ -108,7 +108,7 @@ private slots:
 
     void filesWithoutPermission()
     {
-        const QStringList names = {"pümp_doc.txt", "gen_define.h"};
+        const QStringList names = {"pümp_doc.txt", "gen_define.h", "out.sarif"};
         for (const QString &name : names)
             QVERIFY(write(name, "old\n"));
         QVERIFY(writeUserSettings("[General]\nline_ending_index=1\n"));
@@ -116,11 +116,14 @@ private slots:
             QSKIP("no other user can run the tool");
         for (const QString &name : names)
             QFile::setPermissions(folder + '/' + name, QFile::ReadOwner);
+        QFile::setPermissions(folder + "/pümp.tsrt", QFile::ReadOwner);
         PlainUserProcess first;
-        QByteArray output = run(first, "-project pümp.tsrt");
+        QByteArray output = run(first, "-project pümp.tsrt -save -report out.sarif");
         QVERIFY2(output.contains(filled("\nThe file in pümp_doc.txt in %DIR% is not writable\n")),
                  output);
-        QVERIFY(output.endsWith(ended(0, "Generation finished.\nGeneration completed.\n")));
+        QVERIFY(output.endsWith(ended(0, "Generation finished.\nGeneration completed.\nerrors:\n"
+                                         "Could not save pümp.tsrt\nCould not write out.sarif\n")));
+        QCOMPARE(read("pümp.tsrt"), kProject);
         for (const QString &name : names)
             QCOMPARE(read(name), "old\n");
 
