@@ -5,8 +5,11 @@
 #include "generators/objdict/objdictpreamble.h"
 #include "generators/objdict/objdictvalues.h"
 #include "generators/projectlines.h"
+#include "store/linetype.h"
 
 #include <QFile>
+
+#include <algorithm>
 
 namespace
 {
@@ -91,6 +94,16 @@ QString cobIdText(const Srdo::CobId &cobId)
         .arg(QString::number(cobId.base, 16), QString::number(cobId.nodeIdFactor));
 }
 
+/// Beside J1939 and raw CAN a header declares the variables of all lines.
+bool hasOtherProtocols(const ObjectDataBase &store)
+{
+    const QList<quint8> lines = readProjectLines(store).numbers;
+    return std::any_of(lines.begin(), lines.end(), [&store](quint8 line) {
+        const LineType type = readLineType(store, line);
+        return carriesJ1939(type) || type == LineType::RawCan;
+    });
+}
+
 } // namespace
 
 Srdo::CobId Srdo::parseCobId(const QString &value)
@@ -123,8 +136,10 @@ void Srdo::writePreamble(ObjDict::Context &context)
     TextWriter &out = context.out;
     out.raw("#include <stddef.h>\n\n"
             "#include <gen_define.h>\n"
-            "#include <co_canopen.h>\n"
-            "\n");
+            "#include <co_canopen.h>\n");
+    if (hasOtherProtocols(context.store))
+        out.raw("#include <gen_extern_decl.h>\n");
+    out.raw("\n");
     ObjDict::writeApplicationHeaders(context);
     out.raw(QStringLiteral("/* definition of memory specifier */\n"
                            "#ifndef %1\n"

@@ -268,6 +268,17 @@ private slots:
         QVERIFY(store->addSubIndex(0, 0x2000, 0, sub));
     }
 
+    void signalsOfAllLinesAreUpgraded()
+    {
+        QVERIFY(open({"update MiscSettings set value='99' where item='DatabaseVersion'",
+                      "insert into Nodes (nodeId) values(4)",
+                      "insert into GeneralSettings values('line4type','2')",
+                      "create table PGNs4 (number integer not null, direction integer)",
+                      "create table SPNs4 (pgnnumber integer not null, spnnumber integer not null)",
+                      "insert into PGNs4 values(100,119)", "insert into SPNs4 values(100,7)"}));
+        QCOMPARE(store->getSPNs(4, 100, 0x77), QList<quint32>{7});
+    }
+
     void lineTypeIsDerived()
     {
         const auto typeOf = [this](int objects, const QString &maker) { // beside three groups
