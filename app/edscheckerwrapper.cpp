@@ -10,6 +10,7 @@ namespace
 {
 
 constexpr int kLongestRunMs = 60000;
+constexpr qint64 kLongestResultBytes = 16 * 1024 * 1024;
 
 } // namespace
 
@@ -25,7 +26,12 @@ bool EdsCheckerWrapper::startEDSCheck(const QString &edsFile)
     // Queued: the caller counts on finished() coming behind this function.
     connect(process, &QProcess::errorOccurred, this, &EdsCheckerWrapper::processFailed,
             Qt::QueuedConnection);
+    connect(process, &QProcess::readyReadStandardOutput, process, [this] {
+        if (process->bytesAvailable() > kLongestResultBytes)
+            process->kill();
+    });
     QTimer::singleShot(kLongestRunMs, process, &QProcess::kill);
+    process->setStandardErrorFile(QProcess::nullDevice()); // is no part of the result
     process->start(checker.absoluteFilePath(),
                    {QStringLiteral("-e"), edsPath, QStringLiteral("-d"),
                     checker.absolutePath() + QStringLiteral("/v301.codb")});

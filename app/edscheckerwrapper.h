@@ -18,10 +18,10 @@ public:
 
     /// Starts the program without waiting for it; false if there is no such program. Otherwise
     /// finished() comes in any case: a program that cannot be started counts as one that has ended,
-    /// and one that does not end within a minute is stopped.
+    /// and one that does not end within a minute, or prints more than 16 MiB, is stopped.
     bool startEDSCheck(const QString &edsFile);
 
-    /// What the program has printed; empty if there was no start.
+    /// What the program has printed to standard output; empty if there was no start.
     QString getResults() const;
 
 signals:

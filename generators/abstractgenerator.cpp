@@ -167,8 +167,8 @@ bool AbstractGenerator::wantsImplementationInfo()
 bool AbstractGenerator::openOutputFile(QFile &file)
 {
     const QString path = file.fileName();
-    if (unchangedFiles ? unchangedFiles->open(file)
-                       : file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+    constexpr auto kMode = QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text;
+    if (isNewOrWritable(path) && (unchangedFiles ? unchangedFiles->open(file) : file.open(kMode)))
         return true;
     fail(QStringLiteral("Could not open ") + path);
     return false;

@@ -126,7 +126,9 @@ bool ReplaceFile::replace(const QString &name, Backup backup,
     const QString file = linkedFile(name);
     const QFileInfo old(file);
     FreshFile fresh(file);
-    if (file.isEmpty() || old.isDir() || !fresh.takeInTime())
+    // A new file could take the place of one that is protected against writing.
+    const bool isProtected = backup == Backup::None && old.exists() && !old.isWritable();
+    if (file.isEmpty() || old.isDir() || isProtected || !fresh.takeInTime())
         return false;
     if (!write(fresh.fileName()) || !syncToDisk(fresh.fileName()))
         return false;

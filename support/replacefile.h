@@ -16,7 +16,8 @@ enum class Backup {
 
 /// Lets \a write make the new file under the name it is given, brings it to disk and puts it in the
 /// place of \a name. False if \a write gives false or the file could not be replaced; the old file
-/// then stands as it was, and nothing else is left.
+/// then stands as it was, and nothing else is left. Without a backup, a file that is protected
+/// against writing is not replaced.
 bool replace(const QString &name, Backup backup, const std::function<bool(const QString &)> &write);
 
 /// The same without a backup, for a file of these bytes.

@@ -108,16 +108,24 @@ private slots:
 
     void filesWithoutPermission()
     {
-        QVERIFY(write("pümp_doc.txt", "old"));
+        const QStringList names = {"pümp_doc.txt", "gen_define.h", "out.sarif"};
+        for (const QString &name : names)
+            QVERIFY(write(name, "old\n"));
+        QVERIFY(writeUserSettings("[General]\nline_ending_index=1\n"));
         if (!bindPermissions())
             QSKIP("no other user can run the tool");
-        QFile::setPermissions(folder + "/pümp_doc.txt", QFile::ReadOwner);
+        for (const QString &name : names)
+            QFile::setPermissions(folder + '/' + name, QFile::ReadOwner);
+        QFile::setPermissions(folder + "/pümp.tsrt", QFile::ReadOwner);
         PlainUserProcess first;
-        QByteArray output = run(first, "-project pümp.tsrt");
+        QByteArray output = run(first, "-project pümp.tsrt -save -report out.sarif");
         QVERIFY2(output.contains(filled("\nThe file in pümp_doc.txt in %DIR% is not writable\n")),
                  output);
-        QVERIFY(output.endsWith(ended(0, "Generation finished.\nGeneration completed.\n")));
-        QCOMPARE(read("pümp_doc.txt"), "old");
+        QVERIFY(output.endsWith(ended(0, "Generation finished.\nGeneration completed.\nerrors:\n"
+                                         "Could not save pümp.tsrt\nCould not write out.sarif\n")));
+        QCOMPARE(read("pümp.tsrt"), kProject);
+        for (const QString &name : names)
+            QCOMPARE(read(name), "old\n");
 
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
         PlainUserProcess second;

@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <sys/mount.h>
+#include <sys/stat.h>
 
 constexpr int kKilledRuns = 150;
 constexpr int kLongestMs = 20000; // where runs are slow
@@ -124,6 +125,21 @@ private slots:
                          told);
             QVERIFY2(told.endsWith("\nGeneration completed.\nexit code 0\n"), told);
             QVERIFY(isComplete("big.tsrp"));
+        }
+    }
+
+    /// Writing to a pipe would wait for a reader.
+    void pipesInPlaceOfFiles()
+    {
+        QVERIFY(write("mod.txt", "GeneralSettings:overwrite_predef:1\n"));
+        for (const char *name : {"/big_doc.txt", "/gen_user.h"})
+            QCOMPARE(::mkfifo((folder + name).toUtf8(), 0600), 0);
+        for (const QString option : {"", " -keep-unchanged"}) {
+            const QByteArray told = run("-dbmod mod.txt -project big.tsrp" + option);
+            for (const char *line : {"The file in big_doc.txt in %DIR% is not writable\n",
+                                     "gen_objdict.c failed. Could not open %DIR%/gen_user.h\n"})
+                QVERIFY2(told.contains(filled(line)), told);
+            QVERIFY2(told.endsWith("\nGeneration completed.\nexit code 0\n"), told);
         }
     }
 

@@ -66,6 +66,17 @@ private slots:
         QVERIFY(told.endsWith("\nGeneration completed.\nexit code 0\n"));
     }
 
+    /// Unlike what a command prints, the result of a checker is held in memory.
+    void stopsAFloodingChecker()
+    {
+        QVERIFY(writeScript("check", "yes '<' | head -c 30000000; touch done"));
+        QVERIFY(writeUserSettings("[EDSChecker]\ncheckeds=true\nEDSCheckerPath=\"%DIR%/check\"\n"));
+        const QByteArray told = run("-project pümp.tsrt");
+        QVERIFY2(told.size() > 16000000 && told.size() < 25000000, QByteArray::number(told.size()));
+        QVERIFY(told.endsWith("EDS Checker finished.\n\nGeneration completed.\nexit code 0\n"));
+        QVERIFY(!files().contains("done"));
+    }
+
     /// The program ends before the command does, and leaves it alone.
     void leavesACommandAlone()
     {
