@@ -14,24 +14,12 @@
 namespace
 {
 
-constexpr const char *kTables[] = {"Strings",
-                                   "Nodes",
-                                   "Objects0",
-                                   "SubObjects0",
-                                   "PGNs0",
-                                   "SPNs0",
-                                   "GeneralSettings",
-                                   "MiscSettings",
-                                   "J1939Settings",
-                                   "EnergyBusSettings",
-                                   "DescriptionSettings"};
-
 /// Rows of the table, each of whose values was fetched; -1 if it cannot be read.
-qint64 readTable(const QSqlDatabase &database, const char *table)
+qint64 readTable(const QSqlDatabase &database, const QString &table)
 {
     QSqlQuery query(database);
     query.setForwardOnly(true);
-    if (!query.exec(QStringLiteral("select * from %1").arg(QLatin1String(table))))
+    if (!query.exec(QStringLiteral("select * from %1").arg(table)))
         return -1;
     const int columns = query.record().count();
     qint64 rows = 0;
@@ -49,7 +37,8 @@ bool readProject(const QString &file)
     database.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY"));
     if (!database.open())
         return false;
-    for (const char *table : kTables) {
+    const QStringList tables = database.tables();
+    for (const QString &table : tables) {
         if (readTable(database, table) < 0)
             return false;
     }

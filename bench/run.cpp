@@ -1,5 +1,4 @@
-// Runs the tool on synthetic projects of four sizes, and on J1939 projects of two, and prints what
-// a run costs.
+// Runs the tool on synthetic projects of all kinds of lines and prints what a run costs.
 //
 // Usage: bench_run <folder> <runs of each kind>
 // The folder is a build folder whose bin/ holds the tool and the other benchmark programs; all that
@@ -8,8 +7,10 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <string>
 #include <sys/resource.h>
@@ -22,26 +23,63 @@ namespace fs = std::filesystem;
 namespace
 {
 
-constexpr int kSizes[] = {100, 1000, 5000, 20000};
-constexpr int kGrowthFrom = 5000;
-constexpr int kGrowthTo = 20000;
-constexpr int kGroups[] = {250, 1000}; // of a J1939 line, with eight signals each
-
 struct Cost {
-    double milliseconds = 0;
-    double megabytes = 0; ///< peak of the resident memory
+    double elapsedMs = 0;
+    double processorMs = 0; ///< of all threads; other programs hardly change it
+    double megabytes = 0;   ///< peak of the resident memory
 };
+
+constexpr double Cost::*kFigures[] = {&Cost::elapsedMs, &Cost::processorMs, &Cost::megabytes};
 
 /// One kind of run. Each run starts in a fresh folder that holds copies of the named files.
 struct Kind {
     const char *title;
     std::vector<std::string> files;
     std::vector<std::string> arguments;
-    const char *comparedTo; ///< title of the kind that the ratio is told to
+    const char *comparedTo; ///< title of the kind that the ratios are told to
 };
 
-constexpr const char *kFloor = "floor";
+constexpr const char *kFloor = "floor"; ///< reads the same rows and writes the same bytes
 constexpr const char *kFull = "check and generate";
+
+const std::vector<Kind> kFullRun = {
+    {kFull, {"project.tsrp"}, {"-project", "project.tsrp"}, kFloor}};
+
+const std::vector<Kind> kAllRuns = {
+    kFullRun.front(),
+    {"import EDS and save",
+     {"blank.tsrp", "device.eds"},
+     {"-project", "blank.tsrp", "-import", "device.eds", "-save"},
+     kFull},
+    {"the text form", {"project.tsrt"}, {"-project", "project.tsrt"}, kFull},
+    {"save the text form", {"project.tsrt"}, {"-project", "project.tsrt", "-save"}, kFull},
+};
+
+struct Project {
+    const char *title;
+    int parts;         ///< objects, groups or identifiers of each line
+    const char *types; ///< of the lines: 1 CANopen, 2 J1939, 4 raw CAN, 5 CANopen and J1939
+    const std::vector<Kind> &kinds;
+
+    int lines() const { return static_cast<int>(std::strlen(types) + 1) / 2; }
+};
+
+// clang-format off
+const Project kProjects[] = {
+    {"CANopen",             0, "1",               kFullRun},
+    {"CANopen",           100, "1",               kAllRuns},
+    {"CANopen",          1000, "1",               kAllRuns},
+    {"CANopen",          5000, "1",               kAllRuns},
+    {"CANopen",         20000, "1",               kAllRuns},
+    {"CANopen",          1000, "1,1",             kFullRun},
+    {"CANopen",          1000, "1,1,1,1",         kFullRun},
+    {"CANopen",          1000, "1,1,1,1,1,1,1,1", kFullRun},
+    {"J1939",             250, "2",               kFullRun},
+    {"J1939",            1000, "2",               kFullRun},
+    {"raw CAN",          1000, "4",               kFullRun},
+    {"all four types",   1000, "1,2,4,5,1,2,4,5", kFullRun},
+};
+// clang-format on
 
 [[noreturn]] void fail(const std::string &text)
 {
@@ -49,32 +87,41 @@ constexpr const char *kFull = "check and generate";
     std::exit(1);
 }
 
-/// Becomes the program, in the folder and without output; called in the child process.
+constexpr const char *kNowhere = "/dev/null";
+
+/// Becomes the program, in the folder and with its output in the file; called in the child process.
 [[noreturn]] void become(const std::string &program, const std::vector<std::string> &arguments,
-                         const fs::path &folder)
+                         const fs::path &folder, const char *output)
 {
     std::vector<char *> words{const_cast<char *>(program.c_str())};
     for (const std::string &argument : arguments)
         words.push_back(const_cast<char *>(argument.c_str()));
     words.push_back(nullptr);
-    const int nowhere = open("/dev/null", O_WRONLY);
-    if (nowhere >= 0 && chdir(folder.c_str()) == 0) {
-        dup2(nowhere, STDOUT_FILENO);
+    const int file = open(output, O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    if (file >= 0 && chdir(folder.c_str()) == 0) {
+        dup2(file, STDOUT_FILENO);
+        if (output != kNowhere)
+            dup2(file, STDERR_FILENO);
         execv(program.c_str(), words.data());
     }
     _exit(127);
 }
 
+double milliseconds(const timeval &time)
+{
+    return static_cast<double>(time.tv_sec) * 1000 + static_cast<double>(time.tv_usec) / 1000;
+}
+
 /// Runs to the end and measures; a run that does not end with exit code 0 ends the benchmark.
 Cost measure(const std::string &program, const std::vector<std::string> &arguments,
-             const fs::path &folder)
+             const fs::path &folder, const char *output = kNowhere)
 {
     const auto start = std::chrono::steady_clock::now();
     const pid_t child = fork();
     if (child < 0)
         fail("cannot start a process");
     if (child == 0)
-        become(program, arguments, folder);
+        become(program, arguments, folder, output);
     int status = 0;
     rusage usage{};
     if (wait4(child, &status, 0, &usage) != child)
@@ -86,49 +133,48 @@ Cost measure(const std::string &program, const std::vector<std::string> &argumen
             command += " " + argument;
         fail("failed in " + folder.string() + ": " + command);
     }
-    return {time.count(), static_cast<double>(usage.ru_maxrss) / 1024};
+    return {time.count(), milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime),
+            static_cast<double>(usage.ru_maxrss) / 1024};
 }
 
 /// The median of each figure by itself.
 Cost median(std::vector<Cost> costs)
 {
     const auto middle = costs.begin() + static_cast<std::ptrdiff_t>(costs.size() / 2);
-    const auto faster = [](const Cost &a, const Cost &b) {
-        return a.milliseconds < b.milliseconds;
-    };
-    const auto smaller = [](const Cost &a, const Cost &b) { return a.megabytes < b.megabytes; };
     Cost result;
-    std::nth_element(costs.begin(), middle, costs.end(), faster);
-    result.milliseconds = middle->milliseconds;
-    std::nth_element(costs.begin(), middle, costs.end(), smaller);
-    result.megabytes = middle->megabytes;
+    for (double Cost::*figure : kFigures) {
+        std::nth_element(costs.begin(), middle, costs.end(),
+                         [=](const Cost &a, const Cost &b) { return a.*figure < b.*figure; });
+        result.*figure = (*middle).*figure;
+    }
     return result;
 }
 
-/// All runs on projects of one size.
-class SizeBench
+/// All runs on one project.
+class ProjectBench
 {
 public:
-    /// \a maker is the program that makes projects of that many parts.
-    SizeBench(const fs::path &buildFolder, const char *maker, int partCount, int runCount)
-        : bin(buildFolder / "bin"),
-          data(buildFolder / "bench-work" / (maker + std::to_string(partCount))),
-          work(buildFolder / "bench-work" / "run"), runs(runCount)
+    ProjectBench(const fs::path &buildFolder, const Project &measured, int runCount)
+        : project(measured), bin(buildFolder / "bin"), data(buildFolder / "bench-work" / "project"),
+          work(buildFolder / "bench-work" / "run"), log(buildFolder / "bench-work" / "log"),
+          runs(runCount)
     {
         fs::remove_all(data);
         fs::create_directories(data);
-        measure(bin / maker, {std::to_string(partCount), data.string()}, data);
+        measure(bin / "bench_makeproject",
+                {std::to_string(project.parts), project.types, data.string()}, data);
     }
 
     /// Medians by title. The kinds take turns, so that a busy moment of the machine hits them
     /// alike.
-    std::map<std::string, Cost> run(const std::vector<Kind> &kinds)
+    std::map<std::string, Cost> run()
     {
-        const std::string bytes = std::to_string(outputBytes(kinds.front()));
+        const Kind &first = project.kinds.front();
+        const std::string bytes = std::to_string(outputBytes(first));
         std::map<std::string, std::vector<Cost>> costs;
         for (int turn = 0; turn < runs; ++turn) {
             costs[kFloor].push_back(runFloor(bytes));
-            for (const Kind &kind : kinds)
+            for (const Kind &kind : project.kinds)
                 costs[kind.title].push_back(runKind(kind));
         }
         std::map<std::string, Cost> medians;
@@ -137,10 +183,40 @@ public:
         return medians;
     }
 
+    /// Elapsed time by the name of a part of the run, the longest first; from one run more.
+    std::vector<std::pair<double, std::string>> phases()
+    {
+        freshFolder(project.kinds.front().files);
+        setenv("TESSARINE_LOG", "1", 1);
+        measure(bin / "tessarine", project.kinds.front().arguments, work, log.c_str());
+        unsetenv("TESSARINE_LOG");
+        std::map<std::string, double> times;
+        std::ifstream lines(log);
+        for (std::string line; std::getline(lines, line);) {
+            const size_t start = line.find(kLogStart);
+            const size_t end = line.find(kLogTook);
+            if (start == std::string::npos || end == std::string::npos)
+                continue;
+            const size_t name = start + std::strlen(kLogStart);
+            times[line.substr(name, end - name)] +=
+                std::stod(line.substr(end + std::strlen(kLogTook)));
+        }
+        std::vector<std::pair<double, std::string>> sorted;
+        for (const auto &[name, time] : times)
+            sorted.emplace_back(time, name);
+        std::sort(sorted.rbegin(), sorted.rend());
+        return sorted;
+    }
+
 private:
+    static constexpr const char *kLogStart = "tessarine.app: ";
+    static constexpr const char *kLogTook = " took ";
+
+    const Project &project;
     fs::path bin;
     fs::path data;
     fs::path work;
+    fs::path log;
     int runs;
 
     void freshFolder(const std::vector<std::string> &files)
@@ -177,33 +253,54 @@ private:
     }
 };
 
-void printHead(const char *parts)
+void printHead()
 {
-    std::printf("%8s  %-24s %10s %9s %11s   %s\n", parts, "run", "time [ms]", "peak [MB]",
-                "us each", "ratio");
+    std::printf("%-14s %5s %6s  %-20s %9s %9s %8s %8s  %s\n", "lines", "count", "parts", "run",
+                "time [ms]", "CPU [ms]", "CPU us", "peak", "times (CPU times)");
+    std::printf("%-14s %5s %6s  %-20s %9s %9s %8s %8s\n", "", "", "each", "", "", "", "a part",
+                "[MiB]");
 }
 
-void printRow(int objects, const char *title, const Cost &cost, const char *comparedTo,
-              double ratio)
+void printRow(const Project &project, const char *title, const Cost &cost)
 {
-    std::printf("%8d  %-24s %10.1f %9.1f %11.1f", objects, title, cost.milliseconds, cost.megabytes,
-                cost.milliseconds * 1000 / objects);
-    if (comparedTo)
-        std::printf("   %5.2f x %s", ratio, comparedTo);
+    const int parts = std::max(project.lines() * project.parts, 1);
+    std::printf("%-14s %5d %6d  %-20s %9.1f %9.1f %8.1f %8.1f", project.title, project.lines(),
+                project.parts, title, cost.elapsedMs, cost.processorMs,
+                cost.processorMs * 1000 / parts, cost.megabytes);
+}
+
+void printTable(const Project &project, std::map<std::string, Cost> &costs)
+{
+    printRow(project, kFloor, costs[kFloor]);
     std::printf("\n");
-}
-
-void printTable(int objects, const std::vector<Kind> &kinds,
-                const std::map<std::string, Cost> &costs)
-{
-    printRow(objects, kFloor, costs.at(kFloor), nullptr, 0);
-    for (const Kind &kind : kinds) {
-        const Cost &cost = costs.at(kind.title);
-        printRow(objects, kind.title, cost, kind.comparedTo,
-                 cost.milliseconds / costs.at(kind.comparedTo).milliseconds);
+    for (const Kind &kind : project.kinds) {
+        const Cost &cost = costs[kind.title];
+        const Cost &other = costs[kind.comparedTo];
+        printRow(project, kind.title, cost);
+        std::printf("  %5.2f (%5.2f) x %s\n", cost.elapsedMs / other.elapsedMs,
+                    cost.processorMs / other.processorMs, kind.comparedTo);
     }
-    std::printf("\n");
+}
+
+void printPhases(const std::vector<std::pair<double, std::string>> &phases)
+{
+    constexpr size_t kMost = 8;
+    std::printf("    longest parts [ms]:");
+    for (size_t i = 0; i < std::min(phases.size(), kMost); ++i)
+        std::printf("%s %s %.0f", i == 0 ? "" : ",", phases[i].second.c_str(), phases[i].first);
+    std::printf("\n\n");
     std::fflush(stdout);
+}
+
+void printGrowth(const std::map<int, std::map<std::string, Cost>> &canopenCosts)
+{
+    constexpr int kFrom = 5000;
+    constexpr int kTo = 20000;
+    std::printf("Growth of the processor time from %d to %d objects:\n", kFrom, kTo);
+    for (const Kind &kind : kAllRuns)
+        std::printf("    %-20s %5.2f times\n", kind.title,
+                    canopenCosts.at(kTo).at(kind.title).processorMs /
+                        canopenCosts.at(kFrom).at(kind.title).processorMs);
 }
 
 } // namespace
@@ -215,34 +312,17 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "usage: bench_run <build folder> <runs of each kind>\n");
         return 2;
     }
-    const std::vector<Kind> kinds = {
-        {kFull, {"project.tsrp"}, {"-project", "project.tsrp"}, kFloor},
-        {"import EDS and save",
-         {"empty.tsrp", "device.eds"},
-         {"-project", "empty.tsrp", "-import", "device.eds", "-save"},
-         kFull},
-        {"the text form", {"project.tsrt"}, {"-project", "project.tsrt"}, kFull},
-        {"save the text form", {"project.tsrt"}, {"-project", "project.tsrt", "-save"}, kFull},
-    };
-
     std::printf("Medians of %d runs.\n\n", runs);
-    printHead("objects");
-    std::map<int, std::map<std::string, Cost>> costs;
-    for (const int objects : kSizes) {
-        costs[objects] = SizeBench(argv[1], "bench_makeproject", objects, runs).run(kinds);
-        printTable(objects, kinds, costs[objects]);
+    printHead();
+    std::map<int, std::map<std::string, Cost>> canopenCosts; // of one line, by its objects
+    for (const Project &project : kProjects) {
+        ProjectBench bench(argv[1], project, runs);
+        std::map<std::string, Cost> costs = bench.run();
+        printTable(project, costs);
+        printPhases(bench.phases());
+        if (&project.kinds == &kAllRuns)
+            canopenCosts[project.parts] = costs;
     }
-
-    printHead("groups");
-    const std::vector<Kind> j1939Kinds = {kinds.front()};
-    for (const int groups : kGroups)
-        printTable(groups, j1939Kinds,
-                   SizeBench(argv[1], "bench_makej1939", groups, runs).run(j1939Kinds));
-
-    std::printf("Growth of the time from %d to %d objects:\n", kGrowthFrom, kGrowthTo);
-    for (const Kind &kind : kinds)
-        std::printf("%10s%-24s %5.2f times\n", "", kind.title,
-                    costs[kGrowthTo][kind.title].milliseconds /
-                        costs[kGrowthFrom][kind.title].milliseconds);
+    printGrowth(canopenCosts);
     return 0;
 }

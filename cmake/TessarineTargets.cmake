@@ -1,5 +1,6 @@
 # What all targets of the tree share: warnings, sanitizers, include root, and the one way to add a test.
 
+option(TESSARINE_SANITIZE_THREADS "Build with ThreadSanitizer, which excludes the others" OFF)
 option(TESSARINE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(TESSARINE_FUZZ "Build the fuzzers; needs clang" OFF)
 
@@ -12,6 +13,13 @@ endif()
 target_compile_definitions(tessarine_flags INTERFACE
     QT_NO_CAST_TO_ASCII QT_DEPRECATED_WARNINGS QT_MESSAGELOGCONTEXT)
 target_include_directories(tessarine_flags INTERFACE "${CMAKE_SOURCE_DIR}")
+set(tessarine_test_environment "QT_HASH_SEED=0;LC_ALL=C;TZ=UTC")
+if(TESSARINE_SANITIZE_THREADS)
+    target_compile_options(tessarine_flags INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+    target_link_options(tessarine_flags INTERFACE -fsanitize=thread)
+    list(APPEND tessarine_test_environment
+        "TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/tsan.supp")
+endif()
 if(TESSARINE_SANITIZE)
     target_compile_options(tessarine_flags INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
@@ -28,10 +36,14 @@ function(tessarine_library name)
     target_link_libraries(tessarine_${name} PUBLIC tessarine_flags ${ARG_LINK})
 endfunction()
 
-# tessarine_test(<class> LINK ... [SECONDS n]): builds tst_<class>.cpp of the current folder and adds it
-# to CTest with a fixed environment, so that a run depends on nothing that the user's session holds.
+# Builds the tests that carry the label "threads".
+add_custom_target(thread_tests)
+
+# tessarine_test(<class> [THREADS] LINK ... [SECONDS n]): builds tst_<class>.cpp of the current folder and
+# adds it to CTest with a fixed environment, so that a run depends on nothing that the user's session
+# holds. THREADS: the run has several threads, and ThreadSanitizer is to look at it.
 function(tessarine_test class)
-    cmake_parse_arguments(ARG "" "SECONDS" "SOURCES;LINK;DEFINITIONS" ${ARGN})
+    cmake_parse_arguments(ARG "THREADS" "SECONDS" "SOURCES;LINK;DEFINITIONS" ${ARGN})
     if(NOT ARG_SECONDS)
         set(ARG_SECONDS 120)
     endif()
@@ -41,9 +53,13 @@ function(tessarine_test class)
         TESSARINE_FIXTURES="${CMAKE_SOURCE_DIR}/tests/fixtures"
         TESSARINE_EXAMPLES="${CMAKE_SOURCE_DIR}/examples")
     add_test(NAME ${class} COMMAND tst_${class})
-    get_filename_component(label "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
+    get_filename_component(labels "${CMAKE_CURRENT_SOURCE_DIR}" NAME)
+    if(ARG_THREADS)
+        list(APPEND labels threads)
+        add_dependencies(thread_tests tst_${class})
+    endif()
     set_tests_properties(${class} PROPERTIES
-        LABELS "${label}"
+        LABELS "${labels}"
         TIMEOUT ${ARG_SECONDS}
-        ENVIRONMENT "QT_HASH_SEED=0;LC_ALL=C;TZ=UTC")
+        ENVIRONMENT "${tessarine_test_environment}")
 endfunction()

@@ -15,23 +15,23 @@ TextWriter::~TextWriter()
 
 void TextWriter::raw(const QString &text)
 {
-    // Most texts are ASCII, and go over without a conversion of their own. Both loops run over all
+    // Most texts are ASCII, and go over without a conversion of their own. The loop runs over all
     // characters, so that the compiler can take several at once.
     const ushort *characters = text.utf16();
     const auto size = static_cast<size_t>(text.size());
+    if (size > buffer.size() - used)
+        makeRoom(size);
+    char *place = buffer.data() + used;
     ushort seen = 0;
-    for (size_t i = 0; i < size; ++i)
+    for (size_t i = 0; i < size; ++i) {
         seen |= characters[i];
+        place[i] = static_cast<char>(characters[i]);
+    }
     if (seen >= 0x80) {
         const QByteArray utf8 = text.toUtf8();
         bytes(utf8.constData(), static_cast<size_t>(utf8.size()));
         return;
     }
-    if (size > buffer.size() - used)
-        makeRoom(size);
-    char *place = buffer.data() + used;
-    for (size_t i = 0; i < size; ++i)
-        place[i] = static_cast<char>(characters[i]);
     used += size;
 }
 

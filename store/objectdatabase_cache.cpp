@@ -54,6 +54,42 @@ void StorePrivate::refreshCachedName(quint8 line, quint16 index, quint8 sub,
         *cached = data.denotation.isEmpty() ? data.name : data.denotation;
 }
 
+void StorePrivate::readSubs(quint8 line, quint16 index, bool mostlyDefault, SubTable &subs)
+{
+    QVector<const Column<SubIndexData> *> fields;
+    QStringList names;
+    Cells values;
+    for (const Column<SubIndexData> &field : kSubIndexColumns) {
+        if (field.mostlyDefault != mostlyDefault)
+            continue;
+        fields << &field;
+        names << QLatin1String(field.name);
+        if (mostlyDefault)
+            values << field.get(SubIndexData());
+    }
+    QString sql = QStringLiteral("select objectindex,subindex,%1 from %2 %3 where %4")
+                      .arg(names.join(QLatin1Char(',')), Schema::table("SubObjects", line),
+                           // All rows come faster in the order in which they lie.
+                           index ? QString() : QStringLiteral("not indexed"),
+                           QLatin1String(Schema::kSubIndexInRange));
+    if (mostlyDefault)
+        sql += QStringLiteral(" and (%1 is not ?)").arg(names.join(QLatin1String(" is not ? or ")));
+    if (index) {
+        sql += QStringLiteral(" and objectindex = ?");
+        values << index;
+    }
+    Statement statement(*this, sql, values);
+    TextsOfRow previous{};
+    while (statement.next()) {
+        SubIndexData &record = subs.record(static_cast<quint16>(statement.value(0).toUInt()),
+                                           static_cast<quint8>(statement.value(1).toUInt()));
+        int i = 2;
+        for (const Column<SubIndexData> *field : qAsConst(fields))
+            readColumn(*field, record, statement.value(i++));
+        shareTexts(record, previous);
+    }
+}
+
 void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
 {
     const auto present = d->cachedSubs.constFind(line);
@@ -65,26 +101,8 @@ void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
     cache.complete = index == 0;
     if (!d->stringsComplete)
         cacheStrings();
-    {
-        Statement statement(*d,
-                            QStringLiteral("select objectindex,subindex,%1 from %2 where %4%3 "
-                                           "order by objectindex,subindex")
-                                .arg(columnList(kSubIndexColumns),
-                                     Schema::table("SubObjects", line),
-                                     index ? QStringLiteral(" and objectindex = ?") : QString(),
-                                     QLatin1String(Schema::kSubIndexInRange)),
-                            index ? Cells{index} : Cells());
-        TextsOfRow previous{};
-        while (statement.next()) {
-            SubIndexData &record =
-                cache.subs.record(static_cast<quint16>(statement.value(0).toUInt()),
-                                  static_cast<quint8>(statement.value(1).toUInt()));
-            int i = 2;
-            for (const Column<SubIndexData> &field : kSubIndexColumns)
-                d->readColumn(field, record, statement.value(i++));
-            shareTexts(record, previous);
-        }
-    }
+    d->readSubs(line, index, false, cache.subs);
+    d->readSubs(line, index, true, cache.subs);
     if (cache.complete) {
         Statement statement(
             *d, QStringLiteral("select objectindex,%1 from %2 where %3 order by objectindex")

@@ -4,6 +4,8 @@
 
 #include "store/objectdatabase_p.h"
 
+#include <algorithm>
+
 /// What the two families differ in.
 template <class Frame>
 struct FrameFamily;
@@ -58,8 +60,8 @@ struct FrameFamily<CanIdData> {
     }
 };
 
-/// The operations on one family. A line is read from its cache if the cache is there; every writer
-/// of the line drops it.
+/// The operations on one family. A line is read from its cache if the cache is there; its writers
+/// keep it equal to the rows.
 template <class Frame>
 class Frames
 {
@@ -135,10 +137,7 @@ public:
                 frame = *found;
             return found != cache->frames.constEnd();
         }
-        const QVector<Frame> found = select(
-            Family::kFrameColumns, Family::kFrameTable, line,
-            QStringLiteral("where %1 = ? and direction = ?").arg(QLatin1String(Family::kFrameKey)),
-            {key.number, key.direction});
+        const QVector<Frame> found = readFrame(line, key);
         if (!found.isEmpty())
             frame = found.first();
         return !found.isEmpty();
@@ -149,11 +148,7 @@ public:
     {
         if (const Cache *cache = cacheOf(line))
             return cache->signalsOf.value(key);
-        return select(
-            Family::kSignalColumns, Family::kSignalTable, line,
-            QStringLiteral("where %1 = ? and direction = ? order by %2, rowid")
-                .arg(QLatin1String(Family::kSignalFrameKey), QLatin1String(Family::kSignalOrder)),
-            {key.number, key.direction});
+        return readSignals(line, key);
     }
 
     QList<quint32> signalNumbers(quint8 line, FrameKey key) const
@@ -184,6 +179,7 @@ public:
         frame.*Family::kNumber = number;
         const bool done = write(Family::kFrameColumns, Family::kFrameTable, line, frame,
                                 {Family::kFrameKey, "direction"}, {number, frame.direction});
+        updateFrame(line, {number, frame.direction});
         notify(Family::kAdd, line, number, 0);
         return done;
     }
@@ -198,6 +194,7 @@ public:
         const bool done = write(Family::kSignalColumns, Family::kSignalTable, line, signal,
                                 {Family::kSignalFrameKey, Family::kSignalKey, "direction"},
                                 {key.number, number, key.direction});
+        updateSignals(line, key);
         notify(Family::kAddSignal, line, key.number, number);
         return done;
     }
@@ -206,7 +203,6 @@ public:
     {
         if (d.lockWriteAccess)
             return false;
-        (d.*Family::kCache).remove(line);
         d.exec(QStringLiteral("delete from %1 where %2 = ? and direction = ?")
                    .arg(Schema::table(Family::kSignalTable, line),
                         QLatin1String(Family::kSignalFrameKey)),
@@ -215,6 +211,8 @@ public:
             QStringLiteral("delete from %1 where %2 = ? and direction = ?")
                 .arg(Schema::table(Family::kFrameTable, line), QLatin1String(Family::kFrameKey)),
             {key.number, key.direction});
+        updateFrame(line, key);
+        updateSignals(line, key);
         notify(Family::kDel, line, key.number, 0);
         return done;
     }
@@ -223,12 +221,12 @@ public:
     {
         if (d.lockWriteAccess)
             return false;
-        (d.*Family::kCache).remove(line);
         const bool done = d.exec(
             QStringLiteral("delete from %1 where %2 = ? and %3 = ? and direction = ?")
                 .arg(Schema::table(Family::kSignalTable, line),
                      QLatin1String(Family::kSignalFrameKey), QLatin1String(Family::kSignalKey)),
             {key.number, number, key.direction});
+        updateSignals(line, key);
         notify(ChangeSetData::Kind::DelSpn, line, key.number, number);
         return done;
     }
@@ -257,10 +255,56 @@ public:
     }
 
 private:
+    /// Makes a cached line hold the frame as its row does; a frame that is new there comes behind
+    /// those of its number, as its row does.
+    void updateFrame(quint8 line, FrameKey key)
+    {
+        const auto cache = (d.*Family::kCache).find(line);
+        if (cache == (d.*Family::kCache).end())
+            return;
+        const QVector<Frame> found = readFrame(line, key);
+        if (found.isEmpty()) {
+            cache->frames.remove(key);
+            cache->order.removeAll(key);
+            return;
+        }
+        if (!cache->frames.contains(key))
+            cache->order.insert(std::upper_bound(cache->order.begin(), cache->order.end(), key,
+                                                 [](const FrameKey &a, const FrameKey &b) {
+                                                     return a.number < b.number;
+                                                 }),
+                                key);
+        cache->frames.insert(key, found.first());
+    }
+
+    void updateSignals(quint8 line, FrameKey key)
+    {
+        const auto cache = (d.*Family::kCache).find(line);
+        if (cache != (d.*Family::kCache).end())
+            cache->signalsOf.insert(key, readSignals(line, key));
+    }
+
     const Cache *cacheOf(quint8 line) const
     {
         const auto found = (d.*Family::kCache).constFind(line);
         return found != (d.*Family::kCache).constEnd() ? &*found : nullptr;
+    }
+
+    QVector<Frame> readFrame(quint8 line, FrameKey key) const
+    {
+        return select(
+            Family::kFrameColumns, Family::kFrameTable, line,
+            QStringLiteral("where %1 = ? and direction = ?").arg(QLatin1String(Family::kFrameKey)),
+            {key.number, key.direction});
+    }
+
+    QVector<Signal> readSignals(quint8 line, FrameKey key) const
+    {
+        return select(
+            Family::kSignalColumns, Family::kSignalTable, line,
+            QStringLiteral("where %1 = ? and direction = ? order by %2, rowid")
+                .arg(QLatin1String(Family::kSignalFrameKey), QLatin1String(Family::kSignalOrder)),
+            {key.number, key.direction});
     }
 
     template <class Record, size_t N>
@@ -287,7 +331,6 @@ private:
     bool write(const Column<Record> (&columns)[N], const char *table, quint8 line,
                const Record &record, const QStringList &keys, const Cells &keyValues)
     {
-        (d.*Family::kCache).remove(line);
         const QString name = Schema::table(table, line);
         d.addKeyIndex(name, keys.join(QLatin1Char(',')));
         const QString where = keys.join(QStringLiteral(" = ? and ")) + QStringLiteral(" = ?");

@@ -128,10 +128,9 @@ void ObjectDataBase::runLadder()
     for (const quint8 line : lines) {
         for (const Schema::AddedColumns &row : Schema::kLineLadder)
             d->addMissingColumns(Schema::table(row.table, line), QLatin1String(row.columns));
-        // What still is missing no tool of the family left out; without it no row could be read.
-        d->addMissingColumns(Schema::table("Objects", line), Schema::nullableColumns("Objects"));
-        d->addMissingColumns(Schema::table("SubObjects", line),
-                             Schema::nullableColumns("SubObjects"));
+        // Without what still is missing no row could be read, such as the signals of a fifth line.
+        for (const char *family : Schema::kLineFamilies)
+            d->addMissingColumns(Schema::table(family, line), Schema::nullableColumns(family));
         if (version < kVersionUniqueSubObjects)
             d->rebuildTable("SubObjects", line, true);
         if (version < kVersionUniqueUds)

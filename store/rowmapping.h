@@ -20,6 +20,7 @@ struct Column {
     Coding coding;
     QVariant (*get)(const Record &);
     void (*set)(Record &, const QVariant &);
+    bool mostlyDefault = false; ///< few rows differ from a record made anew; see readSubs()
 };
 
 /// A string map as the bytes that a project keeps; an empty map gives no bytes.
@@ -79,4 +80,13 @@ constexpr auto column(const char *name, const char *type, Coding coding = Coding
                           [](Record &record, const QVariant &cell) {
                               record.*Member = RowMapping::fromCell<typename Traits::Type>(cell);
                           }};
+}
+
+/// A column of which few rows differ from a record made anew.
+template <auto Member>
+constexpr auto mostlyDefault(const char *name, const char *type, Coding coding = Coding::Plain)
+{
+    auto result = column<Member>(name, type, coding);
+    result.mostlyDefault = true;
+    return result;
 }

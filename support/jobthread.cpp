@@ -1,23 +1,39 @@
 // The worker thread of a job.
 #include "support/jobthread.h"
 
+#include "support/handover.h"
+
 #include <QCoreApplication>
 #include <QEventLoop>
 
+namespace
+{
+
+class EventThread : public QThread
+{
+protected:
+    void run() override
+    {
+        exec();
+        handOver(this);
+    }
+};
+
+} // namespace
+
 JobThread::~JobThread()
 {
-    if (thread) {
-        thread->quit();
-        thread->wait();
-    }
+    quit();
+    join();
 }
 
 void JobThread::start(QObject *job, const char *slot)
 {
-    thread = std::make_unique<QThread>();
+    thread = std::make_unique<EventThread>();
     job->moveToThread(thread.get());
-    thread->start(QThread::InheritPriority);
+    // Posted before the start, which makes it and all before it known to the thread.
     QMetaObject::invokeMethod(job, slot, Qt::QueuedConnection);
+    thread->start(QThread::InheritPriority);
 }
 
 void JobThread::quit()
@@ -33,7 +49,10 @@ bool JobThread::isRunning() const
 
 bool JobThread::isFinished() const
 {
-    return thread && thread->isFinished();
+    const bool isOver = thread && thread->isFinished();
+    if (isOver)
+        takeOver(thread.get());
+    return isOver;
 }
 
 void JobThread::wait()
@@ -45,7 +64,16 @@ void JobThread::wait()
     // Looked at behind connect(): a thread that ends in between is seen either here or by the loop.
     if (!thread->isFinished())
         loop.exec();
-    thread->wait();
-    // The last signals of a short job may have been posted before the loop began, or while it ended.
+    join();
+    // The last signals of a short job may have been posted before the loop began, or while it
+    // ended.
     QCoreApplication::processEvents();
+}
+
+void JobThread::join()
+{
+    if (!thread)
+        return;
+    thread->wait();
+    takeOver(thread.get());
 }

@@ -32,5 +32,7 @@ public:
     void wait();
 
 private:
+    void join();
+
     std::unique_ptr<QThread> thread;
 };

@@ -7,8 +7,10 @@
 #include <QTextCodec>
 #include <QVector>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
+#include <string>
 #include <vector>
 
 struct KvaDbAttributeDef {
@@ -82,12 +84,14 @@ constexpr const char *kNewSymbols[] = {
 };
 // clang-format on
 
-/// A text in quotes; a quote and a backslash in it are escaped.
-QString quoted(QString text)
+/// \a text for the inside of quotes.
+QString escaped(QString text)
 {
-    text.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
-    text.replace(QLatin1Char('"'), QLatin1String("\\\""));
-    return QLatin1Char('"') + text + QLatin1Char('"');
+    if (text.contains(QLatin1Char('\\')))
+        text.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+    if (text.contains(QLatin1Char('"')))
+        text.replace(QLatin1Char('"'), QLatin1String("\\\""));
+    return text;
 }
 
 bool isKeyword(const QString &name)
@@ -118,18 +122,24 @@ public:
     QString claim(const QString &wanted)
     {
         const QString stem = wanted.left(longest);
-        // Counted by what a number leaves of any stem, so that no number is tried twice.
-        int &count = counts[stem.left(kLongestName - kLongestNumber)];
-        QString name = stem;
-        while (taken.contains(name)) {
-            const QString number = QString::number(++count);
-            name = stem.left(longest - number.size()) + number;
-        }
+        const QString name = taken.contains(stem) ? numbered(stem) : stem;
         taken.insert(name);
         return name;
     }
 
 private:
+    QString numbered(const QString &stem)
+    {
+        // Counted by what a number leaves of any stem, so that no number is tried twice.
+        int &count = counts[stem.left(kLongestName - kLongestNumber)];
+        QString name;
+        do {
+            const QString number = QString::number(++count);
+            name = stem.left(longest - number.size()) + number;
+        } while (taken.contains(name));
+        return name;
+    }
+
     static constexpr int kLongestNumber = 10;
 
     int longest;
@@ -160,18 +170,29 @@ private:
     UniqueNames names{kLongestName};
 };
 
+/// Windows-1252, with "?" for what it has not.
+QByteArray encoded(const QString &text)
+{
+    QTextCodec *codec = QTextCodec::codecForName("windows-1252");
+    QTextCodec::ConverterState state;
+    state.flags = QTextCodec::DefaultConversion;
+    QByteArray bytes =
+        codec ? codec->fromUnicode(text.constData(), text.size(), &state) : text.toLatin1();
+    return bytes.replace('\0', '?');
+}
+
 /// Writes the sections of a file from a finished database.
 class DbcWriter
 {
 public:
     explicit DbcWriter(const KvaDb &source) : database(source) { chooseNames(); }
 
-    QString text()
+    const std::string &bytes()
     {
         writeHead();
         for (const auto &message : database.messages)
             writeMessage(*message);
-        out += QLatin1Char('\n');
+        put("\n");
         writeComments();
         writeDefinitions();
         writeValues();
@@ -179,6 +200,16 @@ public:
     }
 
 private:
+    /// A text that stands in quotes.
+    struct Quoted {
+        const QString &text;
+    };
+    /// What a line says its value or comment of; no message: the database.
+    struct Place {
+        const KvaDbMessage *message = nullptr;
+        const KvaDbSignal *signal = nullptr;
+    };
+
     void chooseNames()
     {
         FileNames messageNames;
@@ -190,188 +221,210 @@ private:
         }
     }
 
-    void line(const QString &text) { out += text + QLatin1Char('\n'); }
+    const FileName &nameOf(const void *messageOrSignal) const
+    {
+        return *names.constFind(messageOrSignal);
+    }
+
+    /// Texts and numbers, one behind the other.
+    template <class... Parts>
+    void put(const Parts &...parts)
+    {
+        (append(parts), ...);
+    }
+
+    void append(const char *ascii) { out += ascii; }
+    void append(int number) { out += std::to_string(number); }
+    void append(quint32 number) { out += std::to_string(number); }
+    void append(quint64 number) { out += std::to_string(number); }
+
+    void append(const QString &text)
+    {
+        const bool isAscii = std::all_of(text.cbegin(), text.cend(), [](QChar character) {
+            return character.unicode() > 0 && character.unicode() < 0x80;
+        });
+        if (!isAscii) {
+            out += encoded(text).toStdString();
+            return;
+        }
+        for (const QChar character : text)
+            out += static_cast<char>(character.unicode());
+    }
+
+    void append(Quoted quoted) { put("\"", escaped(quoted.text), "\""); }
+
+    void append(const Place &place)
+    {
+        if (place.signal)
+            put("SG_ ", place.message->identifier, " ", nameOf(place.signal).name, " ");
+        else if (place.message)
+            put("BO_ ", place.message->identifier, " ");
+    }
 
     void writeHead()
     {
-        line(QStringLiteral("VERSION \"\"\n\n\nNS_ :"));
+        put("VERSION \"\"\n\n\nNS_ :\n");
         for (const char *symbol : kNewSymbols)
-            line(QLatin1Char('\t') + QLatin1String(symbol));
-        line(QStringLiteral("\nBS_:\n\nBU_:\n"));
+            put("\t", symbol, "\n");
+        put("\nBS_:\n\nBU_:\n\n");
     }
 
     void writeMessage(const KvaDbMessage &message)
     {
-        line(QStringLiteral("BO_ %1 %2: %3 Vector__XXX")
-                 .arg(QString::number(message.identifier), names[&message].name,
-                      QString::number(message.dlc)));
+        put("BO_ ", message.identifier, " ", nameOf(&message).name, ": ", message.dlc,
+            " Vector__XXX\n");
         for (const auto &signal : message.signalList) {
             const quint64 highest =
                 signal->bits >= 64 ? ~quint64(0) : (quint64(1) << signal->bits) - 1;
-            line(QStringLiteral(" SG_ %1 : %2|%3@1+ (1,0) [0|%4] \"\" Vector__XXX")
-                     .arg(names[signal.get()].name, QString::number(signal->startBit),
-                          QString::number(signal->bits), QString::number(highest)));
+            put(" SG_ ", nameOf(signal.get()).name, " : ", signal->startBit, "|", signal->bits,
+                "@1+ (1,0) [0|", highest, "] \"\" Vector__XXX\n");
         }
-        out += QLatin1Char('\n');
-    }
-
-    QString messageWord(const KvaDbMessage &message) const
-    {
-        return QStringLiteral("BO_ %1").arg(message.identifier);
-    }
-
-    QString signalWord(const KvaDbMessage &message, const KvaDbSignal &signal) const
-    {
-        return QStringLiteral("SG_ %1 %2")
-            .arg(QString::number(message.identifier), names[&signal].name);
+        put("\n");
     }
 
     void writeComments()
     {
         for (const auto &message : database.messages) {
-            if (!message->comment.isEmpty())
-                line(QStringLiteral("CM_ %1 %2;")
-                         .arg(messageWord(*message), quoted(message->comment)));
-            for (const auto &signal : message->signalList) {
-                if (!signal->comment.isEmpty())
-                    line(QStringLiteral("CM_ %1 %2;")
-                             .arg(signalWord(*message, *signal), quoted(signal->comment)));
-            }
+            writeComment({message.get()}, message->comment);
+            for (const auto &signal : message->signalList)
+                writeComment({message.get(), signal.get()}, signal->comment);
         }
+    }
+
+    void writeComment(const Place &place, const QString &comment)
+    {
+        if (!comment.isEmpty())
+            put("CM_ ", place, Quoted{comment}, ";\n");
     }
 
     bool needsLongNames(bool ofSignals) const
     {
         for (const auto &message : database.messages) {
-            if (!ofSignals && names[message.get()].isShortened())
+            if (!ofSignals && nameOf(message.get()).isShortened())
                 return true;
             for (const auto &signal : message->signalList) {
-                if (ofSignals && names[signal.get()].isShortened())
+                if (ofSignals && nameOf(signal.get()).isShortened())
                     return true;
             }
         }
         return false;
     }
 
-    static QString ownerWord(KvaDbAttributeOwner owner)
+    static const char *ownerWord(KvaDbAttributeOwner owner)
     {
         switch (owner) {
         case KvaDbAttributeOwner::Message:
-            return QStringLiteral("BO_ ");
+            return "BO_ ";
         case KvaDbAttributeOwner::Signal:
-            return QStringLiteral("SG_ ");
+            return "SG_ ";
         case KvaDbAttributeOwner::Database:
             break;
         }
-        return QString();
+        return "";
     }
 
-    static QString typeWords(const KvaDbAttributeDef &definition)
+    void putTypeWords(const KvaDbAttributeDef &definition)
     {
         switch (definition.type) {
         case KvaDbAttributeType::String:
-            return QStringLiteral("STRING");
+            put("STRING");
+            return;
         case KvaDbAttributeType::Integer:
-            return QStringLiteral("INT %1 %2").arg(definition.minimum).arg(definition.maximum);
+            put("INT ", definition.minimum, " ", definition.maximum);
+            return;
         case KvaDbAttributeType::Enumeration:
             break;
         }
-        QStringList values;
-        for (const KvaDbAttributeDef::EnumValue &value : definition.values)
-            values << quoted(value.name);
-        return QStringLiteral("ENUM ") + values.join(QLatin1Char(','));
+        put("ENUM ");
+        const char *separator = "";
+        for (const KvaDbAttributeDef::EnumValue &value : definition.values) {
+            put(separator, Quoted{value.name});
+            separator = ",";
+        }
     }
 
-    static QString defaultWord(const KvaDbAttributeDef &definition)
+    void putDefaultWord(const KvaDbAttributeDef &definition)
     {
         switch (definition.type) {
         case KvaDbAttributeType::String:
-            return quoted(definition.defaultText);
+            put(Quoted{definition.defaultText});
+            return;
         case KvaDbAttributeType::Integer:
-            return QString::number(definition.defaultValue);
+            put(definition.defaultValue);
+            return;
         case KvaDbAttributeType::Enumeration:
             break;
         }
         for (const KvaDbAttributeDef::EnumValue &value : definition.values) {
-            if (value.value == definition.defaultValue)
-                return quoted(value.name);
+            if (value.value == definition.defaultValue) {
+                put(Quoted{value.name});
+                return;
+            }
         }
-        return quoted(QString());
+        put("\"\"");
     }
 
     void writeDefinitions()
     {
         const bool longMessages = needsLongNames(false);
         const bool longSignals = needsLongNames(true);
-        for (const auto &definition : database.definitions)
-            line(QStringLiteral("BA_DEF_ %1%2 %3;")
-                     .arg(ownerWord(definition->owner), quoted(definition->name),
-                          typeWords(*definition)));
+        for (const auto &definition : database.definitions) {
+            put("BA_DEF_ ", ownerWord(definition->owner), Quoted{definition->name}, " ");
+            putTypeWords(*definition);
+            put(";\n");
+        }
         if (longMessages)
-            line(QStringLiteral("BA_DEF_ BO_ \"%1\" STRING;")
-                     .arg(QLatin1String(kMessageNameAttribute)));
+            put("BA_DEF_ BO_ \"", kMessageNameAttribute, "\" STRING;\n");
         if (longSignals)
-            line(QStringLiteral("BA_DEF_ SG_ \"%1\" STRING;")
-                     .arg(QLatin1String(kSignalNameAttribute)));
-        for (const auto &definition : database.definitions)
-            line(QStringLiteral("BA_DEF_DEF_ %1 %2;")
-                     .arg(quoted(definition->name), defaultWord(*definition)));
+            put("BA_DEF_ SG_ \"", kSignalNameAttribute, "\" STRING;\n");
+        for (const auto &definition : database.definitions) {
+            put("BA_DEF_DEF_ ", Quoted{definition->name}, " ");
+            putDefaultWord(*definition);
+            put(";\n");
+        }
         if (longMessages)
-            line(QStringLiteral("BA_DEF_DEF_ \"%1\" \"\";")
-                     .arg(QLatin1String(kMessageNameAttribute)));
+            put("BA_DEF_DEF_ \"", kMessageNameAttribute, "\" \"\";\n");
         if (longSignals)
-            line(QStringLiteral("BA_DEF_DEF_ \"%1\" \"\";")
-                     .arg(QLatin1String(kSignalNameAttribute)));
+            put("BA_DEF_DEF_ \"", kSignalNameAttribute, "\" \"\";\n");
     }
 
-    void writeAttributes(const AttributeOwner &owner, const QString &place)
+    void writeAttributes(const AttributeOwner &owner, const Place &place)
     {
         for (const auto &attribute : owner.attributes) {
             const KvaDbAttributeDef &definition = *attribute->definition;
-            const QString value = definition.type == KvaDbAttributeType::String
-                                      ? quoted(attribute->text)
-                                      : QString::number(attribute->number);
-            line(QStringLiteral("BA_ %1 %2%3;").arg(quoted(definition.name), place, value));
+            put("BA_ ", Quoted{definition.name}, " ", place);
+            if (definition.type == KvaDbAttributeType::String)
+                put(Quoted{attribute->text}, ";\n");
+            else
+                put(attribute->number, ";\n");
         }
     }
 
-    void writeFullName(const char *attribute, const QString &place, const FileName &name)
+    void writeFullName(const char *attribute, const Place &place, const FileName &name)
     {
         if (name.isShortened())
-            line(QStringLiteral("BA_ \"%1\" %2%3;")
-                     .arg(QLatin1String(attribute), place, quoted(name.fullName)));
+            put("BA_ \"", attribute, "\" ", place, Quoted{name.fullName}, ";\n");
     }
 
     void writeValues()
     {
-        writeAttributes(database, QString());
+        writeAttributes(database, {});
         for (const auto &message : database.messages) {
-            const QString place = messageWord(*message) + QLatin1Char(' ');
+            const Place place{message.get()};
             writeAttributes(*message, place);
-            writeFullName(kMessageNameAttribute, place, names[message.get()]);
+            writeFullName(kMessageNameAttribute, place, nameOf(message.get()));
             for (const auto &signal : message->signalList) {
-                const QString signalPlace = signalWord(*message, *signal) + QLatin1Char(' ');
+                const Place signalPlace{message.get(), signal.get()};
                 writeAttributes(*signal, signalPlace);
-                writeFullName(kSignalNameAttribute, signalPlace, names[signal.get()]);
+                writeFullName(kSignalNameAttribute, signalPlace, nameOf(signal.get()));
             }
         }
     }
 
     const KvaDb &database;
     QHash<const void *, FileName> names; ///< of messages and signals
-    QString out;
+    std::string out;
 };
-
-/// Windows-1252, with "?" for what it has not.
-QByteArray encoded(const QString &text)
-{
-    QTextCodec *codec = QTextCodec::codecForName("windows-1252");
-    QTextCodec::ConverterState state;
-    state.flags = QTextCodec::DefaultConversion;
-    QByteArray bytes =
-        codec ? codec->fromUnicode(text.constData(), text.size(), &state) : text.toLatin1();
-    return bytes.replace('\0', '?');
-}
 
 KvaDbStatus addAttribute(AttributeOwner *owner, KvaDbAttributeDefHnd definition,
                          KvaDbAttributeHnd *attribute)
@@ -429,10 +482,12 @@ KvaDbStatus kvaDbWriteFile(KvaDbHnd database, const QString &fileName)
         return kvaDbErr_Param;
     if (!database->isCreated)
         return kvaDbErr_NoDatabase;
-    const QByteArray bytes = encoded(DbcWriter(*database).text());
+    DbcWriter writer(*database);
+    const std::string &bytes = writer.bytes();
+    const auto size = static_cast<qint64>(bytes.size());
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
-        file.write(bytes) != bytes.size() || !file.flush())
+        file.write(bytes.data(), size) != size || !file.flush())
         return kvaDbErr_WriteFile;
     return kvaDbOK;
 }

@@ -9,7 +9,6 @@
 #include "support/numbers.h"
 #include "support/replacefile.h"
 
-
 #include <memory>
 
 namespace
@@ -160,9 +159,13 @@ int addSignal(KvaDbMessageHnd message, const Attributes &attributes, const Objec
               int position)
 {
     int bits = bitsOf(spn);
+    const bool isDelimited = static_cast<Type>(spn.dataType) == Type::StringAsterisk;
     if (spn.name.contains(QLatin1String("dummy")))
         return bits; // a gap
-    const bool isDelimited = static_cast<Type>(spn.dataType) == Type::StringAsterisk;
+    // Deliberate: no signal without bits, such as a text that ends with NUL; readers refuse the
+    // whole file for it. Held by tst_dbcgenerator.
+    if (bits == 0 && !isDelimited)
+        return 0;
     KvaDbSignalHnd signal = nullptr;
     (void)succeeded(kvaDbAddSignal(message, &signal), "kvaDbAddSignal");
     (void)succeeded(kvaDbSetSignalName(signal, Dbc::symbolName(spn.name)), "kvaDbSetSignalName");

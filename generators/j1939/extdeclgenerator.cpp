@@ -163,8 +163,20 @@ struct Name {
     quint32 index = 0;
 };
 
+bool isPlainName(const QString &text)
+{
+    const bool hasOnlyNameCharacters = std::all_of(text.begin(), text.end(), [](QChar character) {
+        const ushort code = character.unicode();
+        return (code >= 'A' && code <= 'Z') || (code >= 'a' && code <= 'z') ||
+               (code >= '0' && code <= '9') || code == '_';
+    });
+    return hasOnlyNameCharacters && !text.isEmpty() && !text.at(0).isDigit();
+}
+
 Name parseName(const QString &expression)
 {
+    if (isPlainName(expression)) // most are, and need no pattern
+        return {isReserved(expression) ? QString() : expression, false, 0};
     static const QRegularExpression pattern(
         QStringLiteral("^\\s*([A-Za-z_][A-Za-z0-9_]*)\\s*"
                        "(?:\\[\\s*(0|[1-9][0-9]*|0[xX][0-9A-Fa-f]+)[uUlL]{0,3}\\s*\\]\\s*)?$"));
@@ -452,21 +464,22 @@ QString ExtDecl::declaration(const Variable &variable)
 
 QString ExtDecl::definition(const Variable &variable)
 {
+    if (variable.elements == 0) {
+        const QString value = valueText(variable, variable.defaultValues.value(0));
+        return declarator(variable, QString()) +
+               (value.isEmpty() ? value : QLatin1String(" = ") + value);
+    }
     const QString start = declarator(variable, QString::number(variable.elements));
     QStringList values;
     for (auto it = variable.defaultValues.constBegin(); it != variable.defaultValues.constEnd();
          ++it) {
         const QString value = valueText(variable, it.value());
         if (!value.isEmpty())
-            values << (variable.elements > 0 ? QStringLiteral("[%1] = ").arg(it.key())
-                                             : QString()) +
-                          value;
+            values << QStringLiteral("[%1] = ").arg(it.key()) + value;
     }
-    if (values.isEmpty())
-        return start;
-    const QString list = values.join(QLatin1String(", "));
-    return start + QLatin1String(" = ") +
-           (variable.elements > 0 ? QStringLiteral("{ %1 }").arg(list) : list);
+    return values.isEmpty()
+               ? start
+               : start + QStringLiteral(" = { %1 }").arg(values.join(QLatin1String(", ")));
 }
 
 ExtDeclGenerator::ExtDeclGenerator(const Dialect &words)

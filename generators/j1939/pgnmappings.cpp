@@ -45,21 +45,17 @@ quint32 bitsOfType(const Signal &signal)
     return COHelper::getDataLengthBits(static_cast<CAN::CANopenDataType>(signal.data.dataType));
 }
 
-/// What stands between the braces of a row.
-QString rowOfGroup(const Context &context, const Signal &signal)
+void writeGroupRow(Context &context, const Signal &signal)
 {
-    const QString row = QStringLiteral("%1, %2u, %3u, %4")
-                            .arg(addressInGroup(signal), QString::number(bitsInGroup(signal)),
-                                 QString::number(signal.data.number),
-                                 QLatin1String(typeTagOfGroup(signal.data.dataType)));
-    return context.form.dynamicMapping ? row + QStringLiteral(", 0u") : row;
+    context.out.parts(addressInGroup(signal), ", ", bitsInGroup(signal), "u, ", signal.data.number,
+                      "u, ", typeTagOfGroup(signal.data.dataType),
+                      context.form.dynamicMapping ? ", 0u" : "");
 }
 
-QString rowOfIdentifier(const Context & /*context*/, const Signal &signal)
+void writeIdentifierRow(Context &context, const Signal &signal)
 {
-    return QStringLiteral("%1, %2u, %3")
-        .arg(addressOf(signal), QString::number(bitsOfType(signal)),
-             QLatin1String(typeTagOfIdentifier(signal.data.dataType)));
+    context.out.parts(addressOf(signal), ", ", bitsOfType(signal), "u, ",
+                      typeTagOfIdentifier(signal.data.dataType));
 }
 
 const char *mappingName(quint8 direction)
@@ -80,7 +76,7 @@ void writeGroup(Context &context, const Line &line, const Group &group)
     context.out.parts("static ", context.form.dynamicMapping ? QString() : constStorage(context),
                       "J1939_MAPPING_T ", linePrefix(context, line),
                       mappingName(group.data.direction), number, "[] = {\n");
-    writeRows(context, group.mapping, rowOfGroup);
+    writeRows(context, group.mapping, writeGroupRow);
     context.out.raw("\n");
 }
 
@@ -91,7 +87,7 @@ void writeIdentifier(Context &context, const Line &line, const Identifier &ident
     context.out.parts("static ", constStorage(context), "CORE_MAPPING_T ",
                       linePrefix(context, line), mappingName(identifier.data.direction), id,
                       "[] = {\n");
-    writeRows(context, identifier.mapping, rowOfIdentifier);
+    writeRows(context, identifier.mapping, writeIdentifierRow);
 }
 
 } // namespace
@@ -112,7 +108,7 @@ QString Pgn::numberAndName(quint32 number, const QString &name)
         .arg(QString::number(number), Numbers::toHex(number, 4), CText::comment(name));
 }
 
-void Pgn::writeRows(Context &context, const QVector<Signal> &mapping, RowText rowText)
+void Pgn::writeRows(Context &context, const QVector<Signal> &mapping, RowWriter writeRow)
 {
     TextWriter &out = context.out;
     // Deliberate: C99 has no empty initialiser, so that a frame without signals holds a row that
@@ -121,7 +117,9 @@ void Pgn::writeRows(Context &context, const QVector<Signal> &mapping, RowText ro
         out.raw("\t{ 0 }");
     const char *separator = "";
     for (const Signal &signal : mapping) {
-        out.parts(separator, "\t{ ", rowText(context, signal), " }");
+        out.parts(separator, "\t{ ");
+        writeRow(context, signal);
+        out.raw(" }");
         if (!signal.data.name.isEmpty())
             out.parts("\t/* ", CText::comment(signal.data.name), " */");
         separator = ",\n";

@@ -17,9 +17,9 @@ quint32 bitsInGroup(const Signal &signal);
 QString numberAndName(quint32 number, const QString &name);
 
 /// What stands between the braces of a signal's row.
-using RowText = QString (*)(const Context &context, const Signal &signal);
+using RowWriter = void (*)(Context &context, const Signal &signal);
 
 /// The rows of a table, and its end.
-void writeRows(Context &context, const QVector<Signal> &mapping, RowText rowText);
+void writeRows(Context &context, const QVector<Signal> &mapping, RowWriter writeRow);
 
 } // namespace Pgn

@@ -39,10 +39,9 @@ QVector<const Group *> groupsOf(const Line &line, const DirectionWords &words)
 /// Deliberate: a managed signal has no address here. Its variable is local to the source of the
 /// other groups, and the check takes it for an error; the row stays, since it keeps the place of
 /// those behind it. Held by tst_sdmgenerator.
-QString rowOfSignal(const Context & /*context*/, const Signal &signal)
+void writeSignalRow(Context &context, const Signal &signal)
 {
-    return QStringLiteral("%1, %2u").arg(addressInGroup(signal),
-                                         QString::number(bitsInGroup(signal)));
+    context.out.parts(addressInGroup(signal), ", ", bitsInGroup(signal), "u");
 }
 
 void writeMapping(Context &context, const QString &name, const Group &group)
@@ -50,7 +49,7 @@ void writeMapping(Context &context, const QString &name, const Group &group)
     context.out.parts("/* PGN ", numberAndName(group.data.number, group.data.name), " */\n");
     context.out.parts("static ", context.dialect.constMacro, " J1939_SDG_MAPPING_T ", name,
                       "[] = {\n");
-    writeRows(context, group.mapping, rowOfSignal);
+    writeRows(context, group.mapping, writeSignalRow);
     context.out.raw("\n");
 }
 

@@ -236,8 +236,9 @@ QString IndexDefines::fillString(const QString &text)
 QString IndexDefines::replaceInvalidCharacters(const QString &text)
 {
     constexpr int kLongestRun = 7;
+    static const QString shortestRun = QStringLiteral("__");
     QString name = onlyNameCharacters(text);
-    if (!name.contains(QLatin1String("__")))
+    if (!name.contains(shortestRun))
         return name;
     for (int length = kLongestRun; length > 1; --length)
         name.replace(QString(length, QLatin1Char('_')), QStringLiteral("_"));

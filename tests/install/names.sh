@@ -1,5 +1,6 @@
 #!/bin/bash
-# What the tool knows must be known to what is installed with it: its options, and the C files it writes.
+# What the tool knows must be told by what is installed with it, and by the README: its options, the settings of
+# the user, and the C files it writes.
 # And the completion offers what fits.
 cd "$(dirname "$0")/../.." || exit 1
 bad=0
@@ -17,10 +18,19 @@ for option in $options; do
     grep -qE -- "(^|[ \"])$option([ \"]|$)" packaging/completion.bash || complain "no $option in the completion"
 done
 
+settings=$(grep -rhoE 'value\("(General|EDSChecker)", "[A-Za-z_]+"' app check generators --include='*.cpp' |
+    cut -d'"' -f4 | sort -u)
+[ -n "$settings" ] || complain "no settings of the user found"
+for setting in $settings; do
+    grep -qE "\b$setting\b" packaging/tessarine.1 || complain "no $setting in the manual page"
+    grep -qF "\`$setting\`" README.md || complain "no $setting in README.md"
+done
+
 files=$(grep -rhoE '\bgen_[a-z0-9_]+\.[ch]\b' generators --include='*.cpp' | sort -u)
 [ -n "$files" ] || complain "no files found"
 for file in $files; do
     grep -qE "[ (]$file([ )]|$)" packaging/TessarineGenerate.cmake || complain "no $file in tessarine_generate()"
+    grep -qF "\`$file\`" README.md || complain "no $file in README.md"
 done
 
 . packaging/completion.bash

@@ -202,8 +202,8 @@ QStringList J1939Expectation::claim(quint8 line)
         const QStringList values =
             field.setting ? store.getJ1939SettingsValue(field.setting).split(',') : QStringList();
         qint64 value = numberOf(values.value(line));
-        if (field.bits == 1)
-            value = value != 0;
+        if (field.bits == 1) // a switch without list is that of all lines
+            value = numberOf(values.size() == 1 ? values.first() : values.value(line)) != 0;
         SpnData spn;
         spn.number = field.spn;
         spn.implementation = 0;

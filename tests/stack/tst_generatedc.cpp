@@ -180,15 +180,15 @@ private slots:
         const auto second = [](int line) {
             return QString(kSecondLine).replace("%1", QString::number(line));
         };
-        const QString device = kDevice;
-        const QString all = device + kTypes + kServices + kPdos + kIndicationSettings;
-        const QString several = device + kPdos;
+        const QString base = kDevice;
+        const QString all = base + kTypes + kServices + kPdos + kIndicationSettings;
+        const QString several = base + kPdos;
         // clang-format off
         const QVector<QPair<const char *, QString>> projects = {
             {"one_object",            "1000:0 U32 const 1 0"},
             {"empty_line",            "co_timer_interval=1000"},
             {"no_line_started",       "1000:0 U32 const 1 0\nmisc:generateML=true\nnmtmaster=2\ncanfd_supported=1"},
-            {"pdos_bitwise",          device + kPdos + "bitwise_mapping=1"},
+            {"pdos_bitwise",          base + kPdos + "bitwise_mapping=1"},
             {"all_without_values",    all + "init_static_variables=0\nlimit_check=0\ncompact_array_description=0\nisotp_connection_cnt=256"},
             {"master",                all + "nmtmaster=1\nlimit_check=0x1\nusdo_client_cnt=1"},
             {"master_by_options",     all + "nmtmaster=2"},
@@ -196,7 +196,7 @@ private slots:
             {"can_fd",                all + kCanFd},
             {"can_fd_by_options",     all + kCanFd + "new_init_structure=1\nnmtmaster=2"},
             {"uds",                   all + kUds},
-            {"event_profile",         device + "1000:0 U32 const 1 0x000001C6"},
+            {"event_profile",         base + "1000:0 U32 const 1 0x000001C6"},
             {"two_lines_roles",       several + second(1) + "line 0\nnmtmaster=1,2\nlss_supported=1\nco_node_id=5,6\nco_node_id_fct=NULL,nodeIdOfLine"},
             {"two_lines_everything",  all + second(1) + kServices + "line 0\noverwrite_predef=1,1\nnew_init_structure=1"},
             {"two_lines_fd",          all + kCanFd + second(1) + "line 0"},
@@ -206,29 +206,29 @@ private slots:
             {"gap_fd",                several + second(2) + "line 0" + kCanFd + "new_init_structure=1"},
             {"single_object_between", several + "line 1\n1000:0 U32 const 1 9\n" + second(2) + "line 0\nco_node_id=5,,7"},
             {"line_without_objects",  several + "line 1\n" + "line 0"},
-            {"high_lines",            device + second(26) + second(27) + second(31)},
+            {"high_lines",            base + second(26) + second(27) + second(31)},
             {"routed",                several + second(1) + kShared + kRouting},
             {"sdo_routing_alone",     several + second(1) + "line 0\nsdo_routing=1"},
             {"pdo_routing_alone",     several + second(1) + kShared + kRouting + "line 0\nsdo_routing=0"},
-            {"virtual_objects",       device + kVirtual},
-            {"virtual_two_lines",     device + kVirtual + second(1) + kVirtual + "line 0\ncompact_array_description=1"},
-            {"can_fd_device",         device + kCanFd},
-            {"can_fd_device_lines",   device + kCanFd + second(1) + "line 0\nnew_init_structure=1\nnmtmaster=2"},
-            {"overwrite_nothing",     device + "overwrite_predef=1\ngenerate_string_defaults=1"},
-            {"overwrite_one_line",    device + second(1) + "line 0\noverwrite_predef=0,1"},
-            {"overwrite_fixed",       device + second(1) + "line 0\npdo 1800 0x181\noverwrite_predef=1,0\nnew_init_structure=1\nreceivebuffersize=20,30\ntransmitbuffersize=7,8u"},
-            {"overwrite_tpdos",       device + "overwrite_predef=1\npdo 1800 $NODEID+0180\npdo 1801 $NODEID+x\npdo 1802 $NODEID+"},
-            {"static_store_function", device + "fct_store=onStore"},
-            {"virtual_other_number",  "line 5" + device + kVirtual},
-            {"virtual_strings_alone", device + "2400:0 VS ro 3 -\n2401:0 DOMAIN rw 3 -"},
+            {"virtual_objects",       base + kVirtual},
+            {"virtual_two_lines",     base + kVirtual + second(1) + kVirtual + "line 0\ncompact_array_description=1"},
+            {"can_fd_device",         base + kCanFd},
+            {"can_fd_device_lines",   base + kCanFd + second(1) + "line 0\nnew_init_structure=1\nnmtmaster=2"},
+            {"overwrite_nothing",     base + "overwrite_predef=1\ngenerate_string_defaults=1"},
+            {"overwrite_one_line",    base + second(1) + "line 0\noverwrite_predef=0,1"},
+            {"overwrite_fixed",       base + second(1) + "line 0\npdo 1800 0x181\noverwrite_predef=1,0\nnew_init_structure=1\nreceivebuffersize=20,30\ntransmitbuffersize=7,8u"},
+            {"overwrite_tpdos",       base + "overwrite_predef=1\npdo 1800 $NODEID+0180\npdo 1801 $NODEID+x\npdo 1802 $NODEID+"},
+            {"static_store_function", base + "fct_store=onStore"},
+            {"virtual_other_number",  "line 5" + base + kVirtual},
+            {"virtual_strings_alone", base + "2400:0 VS ro 3 -\n2401:0 DOMAIN rw 3 -"},
             {"virtual_all",           "1000:0 U32 ro 3 0\n1001:0 U8 ro 3 0"},
             {"every_switch_fd",       all + kCanFd + kSwitches},
             {"two_lines_switches",    all + kCanFd + second(1) + "line 0" + kSwitches},
-            {"other_number",          "line 5" + device + kServices + kPdos + kUds},
-            {"routed_gap",            device + kShared + second(3) + kRouting + "line 2\n1000:0 U32 const 1 9\nline 0"},
-            {"shared_runs",           device + second(1) + kSharedRuns},
-            {"odd_objects",           device + kOdd},
-            {"odd_values",            device + kOddValues},
+            {"other_number",          "line 5" + base + kServices + kPdos + kUds},
+            {"routed_gap",            base + kShared + second(3) + kRouting + "line 2\n1000:0 U32 const 1 9\nline 0"},
+            {"shared_runs",           base + second(1) + kSharedRuns},
+            {"odd_objects",           base + kOdd},
+            {"odd_values",            base + kOddValues},
         };
         // clang-format on
         for (const auto &project : projects) {

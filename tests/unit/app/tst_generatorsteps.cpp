@@ -43,8 +43,8 @@ private slots:
         columns<int, QString>("type", "letters");
         QTest::newRow("canopen") << 1 << "ABCDKPQR";
         QTest::newRow("j1939") << 2 << "AKLGHIO";
-        QTest::newRow("raw") << 4 << "AKO";
-        QTest::newRow("both_on_one_line") << 5 << "ABCGHIKOPQR";
+        QTest::newRow("raw") << 4 << "AFKO";
+        QTest::newRow("both_on_one_line") << 5 << "ABCFGHIKOPQR";
         QTest::newRow("unknown_type") << 3 << "K";
     }
     void choosesSteps()

@@ -69,14 +69,15 @@ private slots:
     /// The program ends before the command does, and leaves it alone.
     void leavesACommandAlone()
     {
-        QVERIFY(writeScript("run.sh", "echo noise; sleep 1; echo more; touch done"));
-        QVERIFY(writeCommand("run.sh", {}, false));
+        QVERIFY(writeScript("run.sh", "echo noise; while [ -e hold ]; do sleep 0.1; done; "
+                                      "echo more; touch done"));
+        QVERIFY(writeCommand("run.sh", {}, false) && write("hold", {}));
         environment.insert("TESSARINE_LOG", "1");
         const QByteArray told = run("-project pümp.tsrt");
-        QVERIFY(!files().contains("done"));
+        QVERIFY(!files().contains("done") && QFile::remove(folder + "/hold"));
         QVERIFY2(told.contains("\nGeneration finished.\nGeneration completed.\n"), told);
         QVERIFY2(!told.contains("noise") && !told.contains("QProcess"), told);
-        QTRY_VERIFY(files().contains("done"));
+        QTRY_VERIFY_WITH_TIMEOUT(files().contains("done"), 60000);
     }
 
     /// Other files of the run are named relative to the folder in which the tool was started.
@@ -98,7 +99,9 @@ private slots:
         columns<QByteArray, QByteArray>("script", "output");
         const QByteArray end = "EDS Checker finished.\n\n", done = "Generation completed.\n";
         const auto told = [](const QByteArray &file) { return "EDS Checker result:\n\n-e " + file + " -d /v301.codb\n\n"; };
-        QTest::newRow("one_for_each") << QByteArray("case $2 in *_7*) sleep 0.5;; esac; echo \"$1 ${2##*p} $3 ${4#\"$(dirname \"$0\")\"}\"; cat; exit 9") << "EDS Checker started\nEDS Checker started for line 7\n" + told(".eds") + end + told("_7.eds") + end + done;
+        // The second one ends when the tool has seen the end of the first one.
+        const QByteArray inTurn = "case $2 in *_7*) until [ -s pid ]; do sleep 0.1; done; while kill -0 $(cat pid); do sleep 0.1; done 2>/dev/null;; *) echo $$ >pid;; esac; ";
+        QTest::newRow("one_for_each") << inTurn + "echo \"$1 ${2##*p} $3 ${4#\"$(dirname \"$0\")\"}\"; cat; exit 9" << "EDS Checker started\nEDS Checker started for line 7\n" + told(".eds") + end + told("_7.eds") + end + done;
         QTest::newRow("no_program") << QByteArray("#") << "EDS Checker started\nEDS Checker started for line 7\nEDS Checker result:\n\n\n" + end + "EDS Checker result:\n\n\n" + end + done;
         QTest::newRow("missing") << QByteArray() << "Start of EDS Checker failed\nStart of EDS Checker failed\n" + done;
         // clang-format on

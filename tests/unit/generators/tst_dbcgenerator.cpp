@@ -1,7 +1,11 @@
 // DBC files of J1939 lines, and the strict form that other tools read.
 #include "generators/descriptions/dbcgenerator.h"
+#include "support/cohelper.h"
 #include "support/kvadblib.h"
 #include "tests/fixtures/storefixture.h"
+#include "tests/unit/generators/dbcreader.h"
+
+#include <QProcess>
 
 class tst_DbcGenerator : public StoreTest
 {
@@ -70,7 +74,6 @@ private slots:
         const quint32 received = 0x80000000 | ((6 * 0x40000 + 0xEF00) * 0x100 + 0xFE + 0x8000);
         const quint32 sent = 0x80000000 | ((6 * 0x40000 + 0xFF12) * 0x100 + 0x80);
         const QString rx = QString::number(received);
-        const QString tx = QString::number(sent);
         QVERIFY2(text.contains(
                      "\nBU_:\n\nBO_ " + rx +
                      " Lamp_state_1: 8 Vector__XXX\n"
@@ -79,19 +82,20 @@ private slots:
                      " SG_ level1 : 24|264@1+ (1,0) [0|18446744073709551615] \"\" Vector__XXX\n"
                      "\nBO_ "),
                  qPrintable(text));
-        for (const QString &line :
-             {"BO_ " + tx + " _9*: 8 Vector__XXX\n",
-              "CM_ BO_ " + rx + " \"say \\\"on\\\" \\\\ off\";",
-              QString("BA_DEF_ BO_ \"VFrameFormat\" ENUM "
-                      "\"StandardCAN\",\"ExtendedCAN\",\"reserved\",\"J1939PG\";"),
-              QString("BA_DEF_DEF_ \"korvel_bitsize\" 64;"),
-              "BA_ \"VFrameFormat\" BO_ " + rx + " 3;",
-              "BA_ \"GenMsgCycleTime\" BO_ " + rx + " 100;",
-              "BA_ \"GenMsgSendType\" BO_ " + rx + " 0;",
-              "BA_ \"GenMsgSendType\" BO_ " + tx + " 8;",
-              "BA_ \"korvel_bitsize\" SG_ " + rx + " text 5120;",
-              "BA_ \"SigType\" SG_ " + rx + " text 8;", "BA_ \"SPN\" SG_ " + rx + " level1 3;"})
-            QVERIFY2(text.contains('\n' + line + '\n'), qPrintable(line + '\n' + text));
+        const DbcReader file(readFile(fixture.path("lamp.dbc")));
+        QVERIFY2(file.fault.isEmpty(), qPrintable(file.fault));
+        QCOMPARE(file.messages[sent].name, "_9*");
+        QCOMPARE(file.messages[sent].attributes["GenMsgSendType"], "8");
+        const DbcMessage &lamp = file.messages[received];
+        const QMap<QString, QString> ofLamp = {{"CM_", "say \"on\" \\ off"},
+                                               {"GenMsgCycleTime", "100"},
+                                               {"GenMsgSendType", "0"},
+                                               {"VFrameFormat", "3"}};
+        QCOMPARE(lamp.attributes, ofLamp);
+        const QMap<QString, QString> ofText = {
+            {"korvel_bitsize", "5120"}, {"SigType", "8"}, {"SPN", "2"}};
+        QCOMPARE(lamp.signalList.value(1).attributes, ofText);
+        QVERIFY(text.contains("\nBA_DEF_DEF_ \"korvel_bitsize\" 64;\n"));
         QVERIFY(!text.contains("dummy") && !text.contains("korvel_variable_name"));
 
         QSettings settings("Korvel", "CANopen Tessarine");
@@ -101,6 +105,25 @@ private slots:
         for (const QString &line : {"korvel_implementation_type\" SG_ " + rx + " level 1;",
                                     "korvel_variable_name\" SG_ " + rx + " level \"v.x\";"})
             QVERIFY2(told.contains("\nBA_ \"" + line + '\n'), qPrintable(line + '\n' + told));
+    }
+
+    /// What a reader of the file is told is what the project holds.
+    void tellsTheExcavator()
+    {
+        const QString project = fixture.path("excavator.tsrp");
+        QProcess sqlite;
+        sqlite.setStandardInputFile(TESSARINE_EXAMPLES "/excavator/excavator.sql");
+        sqlite.start("sqlite3", {"-bail", project});
+        QVERIFY(sqlite.waitForFinished() && store->openDataBase(project));
+        generate();
+        const DbcReader file(readFile(fixture.path("lamp.dbc")));
+        QVERIFY2(file.fault.isEmpty(), qPrintable(file.fault));
+        QCOMPARE(file.attributes.value("ProtocolType"), "J1939");
+        for (const quint8 direction : {0x77, 0x55}) {
+            for (const quint32 pgn : store->getPGNs(0, direction, false))
+                checkGroup(file, pgn, direction);
+        }
+        QCOMPARE(file.messages.size(), store->getPGNs(0, 0, false).size());
     }
 
     void isAFileForAllUsers()
@@ -152,6 +175,37 @@ private slots:
     }
 
 private:
+    /// Of a device with the address 39.
+    void checkGroup(const DbcReader &file, quint32 pgn, quint8 direction)
+    {
+        ObjectDataBase::PGN group;
+        QVERIFY(store->getPGNData(0, pgn, direction, group));
+        const quint32 sender = direction == 0x77 ? 0x27FE : 0x27;
+        const DbcMessage message =
+            file.messages.value(0x80000000 + (group.priority << 26) + (pgn << 8) + sender);
+        QCOMPARE(message.name, Dbc::symbolName(group.name));
+        QCOMPARE(message.attributes.value("CM_"), group.description);
+        QCOMPARE(message.attributes.value("GenMsgCycleTime").toInt(), int(group.cycleTimeMs));
+        const QRegularExpression count("\\d$"); // tells signals of one name apart
+        QStringList told;
+        for (const DbcSignal &one : message.signalList)
+            told << joined(
+                one.attributes.value("SPN"), one.start, one.bits,
+                QString(one.attributes.value("SystemSignalLongSymbol", one.name)).remove(count));
+        QStringList expected;
+        int start = 0;
+        for (const auto &spn : store->getSPNRecords(0, pgn, direction)) {
+            const bool isDelimited = spn.dataType == 121;
+            const auto type = static_cast<CAN::CANopenDataType>(spn.dataType);
+            const int bits = isDelimited ? 8 : int(COHelper::getDataLengthBits(type));
+            if (bits != 0)
+                expected << joined(spn.number, start, bits,
+                                   Dbc::symbolName(spn.name).remove(count));
+            start += bits;
+        }
+        QCOMPARE(told, expected);
+    }
+
     void addGroup(quint8 direction, quint32 pgn, const QString &name, quint16 cycleTime)
     {
         ObjectDataBase::PGN group;

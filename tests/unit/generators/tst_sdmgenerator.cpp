@@ -91,7 +91,7 @@ private slots:
     {
         store = makeStore();
         store->setJ1939SettingsValue("safetysupport", "1");
-        setType(0, 4);
+        setType(0, 2);
         generate(false);
         QCOMPARE(runProgram(kWalk), "0=0;0=0;\n");
     }

@@ -46,12 +46,27 @@ private slots:
             QVERIFY(!store->existsSPN(0, 0xF004, 0x77, 190));
             QVERIFY(!store->existsPGN(0, 0x1234, 0x77));
         }
-        // Writers are seen by readers of a cached line.
-        QVERIFY(store->delSPN(0, 0xF004, 0x55, 512));
-        QCOMPARE(store->getSPNs(0, 0xF004, 0x55), QList<quint32>({190, 91}));
+        // Writers are seen by readers of the cached line, in the order of the rows.
+        Pgn changed = group(0x55);
+        changed.name = "new";
+        Spn moved = signal(91);
+        moved.pos = -999;
+        QVERIFY(store->addPGN(0, 0x1234, changed) && store->addPGN(0, 0xF004, changed));
+        QVERIFY(store->addPGN(0, 0x2000, changed) && store->addPGN(0, 0x1234, group(0x77)));
+        QVERIFY(store->addSPN(0, 0xF004, 0x55, 91, moved) && store->delSPN(0, 0xF004, 0x55, 512));
+        QVERIFY(store->addSPN(0, 0xF004, 0x55, 7, signal(7)) && store->delPGN(0, 0xF004, 0x77));
+        for (const bool cached : {true, false}) {
+            if (!cached)
+                store->clearAllCachedSpnData();
+            QCOMPARE(store->getPGNs(0, 0, false), QList<quint32>({0x1234, 0x1234, 0x2000, 0xF004}));
+            for (const quint32 number : {0x1234, 0x2000, 0xF004})
+                QCOMPARE(store->getPGNName(0, number, 0x55), "new");
+            QCOMPARE(store->getPGNName(0, 0x1234, 0x77), "It's EEC1");
+            QCOMPARE(store->getSPNs(0, 0xF004, 0x55), QList<quint32>({91, 190, 7}));
+        }
         store->cacheAllSpnDataForLine(0);
         QVERIFY(store->delPGN(0, 0xF004, 0x55));
-        QCOMPARE(store->getPGNs(0, 0, false), QList<quint32>({0x1234, 0xF004}));
+        QCOMPARE(store->getPGNs(0, 0x55, false), QList<quint32>({0x1234, 0x2000}));
         QVERIFY(store->getSPNs(0, 0xF004, 0x55).isEmpty());
         store->setLockWriteAccess(true);
         QVERIFY(!store->addPGN(0, 1, group(0x55)) && !store->delPGN(0, 0x1234, 0x55));

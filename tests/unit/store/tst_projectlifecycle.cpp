@@ -171,13 +171,16 @@ private slots:
         QVERIFY(::flock(other, LOCK_EX) == 0);
         QVERIFY(open()); // what another run is writing is no leftover
         QVERIFY(QFile::exists(fresh));
-        std::unique_ptr<QThread> otherRun(QThread::create([other] {
+        std::atomic<bool> isOver{false};
+        std::unique_ptr<QThread> otherRun(QThread::create([&isOver, other] {
             QThread::msleep(100);
+            isOver = true;
             ::close(other);
         }));
         otherRun->start();
         QVERIFY(store->saveDataBase(QString()));
-        QVERIFY(otherRun->isFinished() && !QFile::exists(fresh));
+        QVERIFY(isOver && !QFile::exists(fresh));
+        QVERIFY(otherRun->wait(5000));
 
         QVERIFY(writeFile(fresh, "left by a killed run"));
         QVERIFY(open());
@@ -263,6 +266,17 @@ private slots:
         QCOMPARE(joined(sub.defaultValue, sub.accessType, sub.implementation, sub.nvStorage),
                  "first/rw/2/true");
         QVERIFY(store->addSubIndex(0, 0x2000, 0, sub));
+    }
+
+    void signalsOfAllLinesAreUpgraded()
+    {
+        QVERIFY(open({"update MiscSettings set value='99' where item='DatabaseVersion'",
+                      "insert into Nodes (nodeId) values(4)",
+                      "insert into GeneralSettings values('line4type','2')",
+                      "create table PGNs4 (number integer not null, direction integer)",
+                      "create table SPNs4 (pgnnumber integer not null, spnnumber integer not null)",
+                      "insert into PGNs4 values(100,119)", "insert into SPNs4 values(100,7)"}));
+        QCOMPARE(store->getSPNs(4, 100, 0x77), QList<quint32>{7});
     }
 
     void lineTypeIsDerived()

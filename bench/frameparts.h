@@ -1,0 +1,16 @@
+// Synthetic J1939 groups and raw CAN identifiers, half of them sent, half received. The same number
+// always gives the same frames.
+#pragma once
+
+#include "store/objectdatabase.h"
+
+namespace Bench
+{
+
+/// Each group has eight signals.
+void addGroups(ObjectDataBase &store, quint8 line, int count);
+
+/// Each identifier has eight data elements.
+void addIdentifiers(ObjectDataBase &store, quint8 line, int count);
+
+} // namespace Bench
