@@ -259,7 +259,9 @@ void writeLoop(Context &context)
     if (context.facts.isRawOnly())
         return;
     TextWriter &out = context.out;
-    const bool hasGaps = context.pgn.lines.last().number != context.pgn.lines.size() - 1;
+    const QVector<Line> &lines = context.pgn.lines;
+    // A project has no line here if all its numbers are beyond those of generated C.
+    const bool hasGaps = !lines.isEmpty() && lines.last().number != lines.size() - 1;
     const LoopWords &words = hasGaps ? kByNumber : kByPlace;
     if (hasGaps)
         writeLineNumbers(context);
@@ -291,6 +293,24 @@ void writeProtocolStarts(Context &context)
     out.raw("\n");
 }
 
+void writeLoadParameters(Context &context)
+{
+    TextWriter &out = context.out;
+    // Deliberate: the event is one of CANopen, which the stack lacks without such a line; held by
+    // tst_mixedc.
+    const bool isForeign =
+        !context.facts.hasCANopen && context.objDict.settings.decimal("event_store") > 0;
+    if (isForeign)
+        out.raw("#ifdef CANOPEN_SUPPORTED\n");
+    writeLoadParameterBlock(
+        context.objDict, {"        return (retVal);\n", "        return RET_INVALID_PARAMETER;\n"});
+    if (isForeign)
+        out.raw("#else /* CANOPEN_SUPPORTED */\n"
+                "    (void) pLoadFunction;\n"
+                "#endif /* CANOPEN_SUPPORTED */\n");
+    out.raw("\n");
+}
+
 void writeCommonFunction(Context &context)
 {
     TextWriter &out = context.out;
@@ -301,11 +321,8 @@ void writeCommonFunction(Context &context)
     writeCommonStart(context);
     writeProtocolStarts(context);
     out.parts(udsCommonText(context.objDict), "\n");
-    if (!context.facts.isRawOnly()) {
-        writeLoadParameterBlock(context.objDict, {"        return (retVal);\n",
-                                                  "        return RET_INVALID_PARAMETER;\n"});
-        out.raw("\n");
-    }
+    if (!context.facts.isRawOnly())
+        writeLoadParameters(context);
     out.raw("    return(retVal);\n"
             "};\n"
             "\n"

@@ -25,6 +25,8 @@ public:
     QStringList commonCounts() const;
     /// Rows of the CANopen services of a line, behind its dictionary.
     QStringList services(quint8 line, bool isFd, bool asMaster) const;
+    /// Row of the function that loads parameters, if there is one.
+    void loadParameters(QStringList &calls) const;
     /// Rows of the start of a line's diagnostic services.
     QStringList uds(quint8 line) const;
     QString call(const char *name, quint8 line, const QVector<quint32> &arguments = {}) const;
@@ -70,7 +72,6 @@ private:
     void startPdos(QStringList &calls, quint8 line) const;
     void startMinorServices(QStringList &calls, quint8 line) const;
     void startNmt(QStringList &calls, quint8 line, bool asMaster) const;
-    void loadParameters(QStringList &calls) const;
     void tpdo(QStringList &calls, quint8 line, quint16 index) const;
     void rpdo(QStringList &calls, quint8 line, quint16 index) const;
     bool isStatic(quint8 line, quint16 index) const;

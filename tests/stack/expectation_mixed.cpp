@@ -3,6 +3,8 @@
 
 #include "tests/stack/meaning.h"
 
+#include <QRegularExpression>
+
 using namespace Meaning;
 
 namespace
@@ -86,8 +88,12 @@ QStringList MixedExpectation::start(int variant)
 {
     const quint8 none = Expectation::kNoLine;
     QStringList rows = {shared.call("commonStackInit", none, {quint32(lines.size())})};
-    if (hasCANopen())
+    if (hasCANopen()) {
         rows << shared.call("coCanOpenStackVarInit", none);
+        QStringList load;
+        shared.loadParameters(load);
+        rows << load.replaceInStrings(QRegularExpression(" 1$"), " 0"); // a null pointer
+    }
     if (hasJ1939())
         rows << shared.call("j1939StackInit_common", none, {5});
     if (hasRaw())

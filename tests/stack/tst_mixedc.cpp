@@ -6,6 +6,7 @@
 #include "generators/j1939/extdeclgenerator.h"
 #include "generators/multiproto/indicationgenerator.h"
 #include "generators/multiproto/multiprogenerator.h"
+#include "generators/objdict/srdogenerator.h"
 #include "tests/fixtures/storefixture.h"
 #include "tests/stack/device.h"
 #include "tests/stack/example.h"
@@ -97,15 +98,22 @@ void generateAll(Device &device, ObjectDataBase &store, const MixedExpectation &
     indicationgenerator indications;
     if (expected.hasCANopen())
         device.generate(indications, store);
+    SrdoGenerator safety;
+    if (!store.getIndices(0, 0x1301, 0x1340).isEmpty())
+        device.generate(safety, store);
 }
 
 void writeApplication(const QString &folder, const MixedExpectation &expected)
 {
-    QString text = "#include \"stack.h\"\n#include <gen_extern_decl.h>\n"
+    QString text = "#include <stdio.h>\n#include \"stack.h\"\n#include <gen_extern_decl.h>\n"
                    "const APP_VARIABLE_T appVariables[] = {\n";
     for (const QString &name : expected.appVariables())
         text += QStringLiteral("    { \"%1\", &%1 },\n").arg(name);
-    writeFile(folder + "/app.c", (text + "    { NULL, NULL }\n};\n").toUtf8());
+    text += "    { NULL, NULL }\n};\n";
+    for (const QString &row : expected.common().indications())
+        text += QStringLiteral("void %1(void);\nvoid %1(void) { puts(\"%1\"); }\n")
+                    .arg(row.section(' ', 2));
+    writeFile(folder + "/app.c", text.toUtf8());
 }
 
 QStringList partsOf(const MixedExpectation &expected)
@@ -167,6 +175,10 @@ private slots:
                     << types << features.join('\n');
             }
         }
+        // Variables that a macro gives are none that the declarations know.
+        const QString services =
+            QString(QString(kDevice) + kTypes + kServices + kPdos + kIndicationSettings)
+                .replace(QRegularExpression("CELL\\w*_OF\\((\\d)\\)"), "cell\\1");
         // clang-format off
         QTest::newRow("forced_raw") << "4" << "misc:generateML=true";
         QTest::newRow("forced_both") << "5" << "misc:generateML=true\ncanfd_supported=1";
@@ -174,11 +186,17 @@ private slots:
         QTest::newRow("master_by_options_fd_v4") << "5" << "set nmtmaster=2 canfd_supported=1 use_core_headers=V4";
         QTest::newRow("roles") << "1515" << "nmtmaster=1,0,2,2\nco_ml_ms=0,0,0,1";
         QTest::newRow("unknown_lines") << "9192" << kUds;
-        QTest::newRow("cia510") << "125" << "j1939:cia510serversupport=1\nline 1\n2000:0 U16 rw 0 9\n1000:0 U32 const 1 3";
+        QTest::newRow("cia510") << "125" << "j1939:cia510serversupport=1\nline 1\n2000:0 U16 rw 0 9\n1000:0 U32 const 1 3\nset line1type=2";
         QTest::newRow("cia510_one_line") << "5" << "j1939:cia510serversupport=1";
         QTest::newRow("cia510_without_canopen") << "24" << "j1939:cia510serversupport=1";
         QTest::newRow("stale_objects") << "4215" << "set isotp_connection_cnt=1 overwrite_predef=1\nline 0\n1000:0 U32 const 1 3\n1001:0 U8 rw 0 3\nline 1\n1000:0 U32 const 1 3\npdo 1800 $NODEID+0x180 1\n1a00:0 U8 const 1 1\n1a00:1 U32 const 1 0x10000020\nset line0type=4 line1type=2";
         QTest::newRow("gap") << "1245" << "unline 1\ncanfd_supported=1";
+        QTest::newRow("other_number") << "95" << "unline 0\ncanfd_supported=1" + QString(kUds);
+        QTest::newRow("other_number_raw") << "94" << "unline 0" + QString(kUds);
+        QTest::newRow("services") << "1524" << "line 0" + services + kUds;
+        QTest::newRow("services_of_both_fd_v4") << "5" << "line 0" + services + kCanFd + kUds + kSwitches + "set line0type=5 use_core_headers=V4";
+        QTest::newRow("shared") << "152" << kShared + QString(kRouting) + kSharedRuns + "set line1type=5";
+        QTest::newRow("events_without_canopen") << "24" << "set event_store=1 event_can=1 fct_can=onCan";
         QTest::newRow("empty_lines") << "" << "line 0\nline 1\nline 2\nset line0type=1 line1type=2 line2type=4";
         // clang-format on
     }
@@ -190,7 +208,7 @@ private slots:
         const std::unique_ptr<ObjectDataBase> store = makeStore();
         buildProject(*store, kOptions + linesText(types) + settings);
         if (settings.startsWith("unline"))
-            store->delNode(1);
+            store->delNode(quint8(settings.mid(7, 1).toUInt()));
         const bool isV4 = store->getGeneralSettingsValue("use_core_headers") == "V4";
         MixedExpectation expected(*store);
 
@@ -251,6 +269,10 @@ private:
         QVERIFY2(device.fault().isEmpty(), qPrintable(device.fault()));
         checkStarts(device, expected);
         SAME_ROWS(device.rows({"object", "sub"}), expected.dictionary());
+        if (!expected.hasCANopen())
+            return;
+        SAME_ROWS(device.rows({"indication"}), expected.common().indications());
+        SAME_ROWS(device.rows({"srdo"}), expected.common().safety());
     }
 
     static void checkStarts(const Device &device, MixedExpectation &expected)
