@@ -19,6 +19,7 @@ struct FrameFamily<PgnData> {
     static constexpr const char *kSignalFrameKey = "pgnnumber"; ///< of the signal's table
     static constexpr const char *kSignalKey = "spnnumber";
     static constexpr const char *kSignalOrder = "pos"; ///< the order in the frame
+    static constexpr auto kOrder = &SpnData::pos;
     static constexpr auto &kFrameColumns = kPgnColumns;
     static constexpr auto &kSignalColumns = kSpnColumns;
     static constexpr auto kNumber = &PgnData::number;
@@ -41,6 +42,7 @@ struct FrameFamily<CanIdData> {
     static constexpr const char *kSignalFrameKey = "canid";
     static constexpr const char *kSignalKey = "number";
     static constexpr const char *kSignalOrder = "number";
+    static constexpr auto kOrder = &DataElementData::number;
     static constexpr auto &kFrameColumns = kCanIdColumns;
     static constexpr auto &kSignalColumns = kDataElementColumns;
     static constexpr auto kNumber = &CanIdData::id;
@@ -88,11 +90,12 @@ public:
             if (!cache.frames.contains(key))
                 cache.frames.insert(key, frame);
         }
-        const QVector<Signal> all = select(
-            Family::kSignalColumns, Family::kSignalTable, line,
-            QStringLiteral("order by %1, rowid").arg(QLatin1String(Family::kSignalOrder)), {});
+        const QVector<Signal> all = select(Family::kSignalColumns, Family::kSignalTable, line,
+                                           QStringLiteral("order by rowid"), {});
         for (const Signal &signal : all)
             cache.signalsOf[{signal.*Family::kSignalFrame, quint8(signal.direction)}] << signal;
+        for (QVector<Signal> &list : cache.signalsOf)
+            std::stable_sort(list.begin(), list.end(), isBefore);
         (d.*Family::kCache).insert(line, cache);
     }
 
@@ -177,9 +180,15 @@ public:
         if (d.lockWriteAccess)
             return false;
         frame.*Family::kNumber = number;
-        const bool done = write(Family::kFrameColumns, Family::kFrameTable, line, frame,
-                                {Family::kFrameKey, "direction"}, {number, frame.direction});
-        updateFrame(line, {number, frame.direction});
+        const FrameKey key{number, frame.direction};
+        bool done = true;
+        if (const Cache *cache = cacheOf(line); !cache)
+            done = writeFrame(line, key, frame);
+        else if (const auto known = cache->frames.constFind(key); known == cache->frames.cend())
+            done = insert(Family::kFrameColumns, Family::kFrameTable, line, frame);
+        else if (!sameCells(Family::kFrameColumns, *known, frame))
+            done = writeFrame(line, key, frame);
+        updateFrame(line, key);
         notify(Family::kAdd, line, number, 0);
         return done;
     }
@@ -191,10 +200,22 @@ public:
         signal.*Family::kSignalFrame = key.number;
         signal.direction = key.direction;
         signal.number = number;
-        const bool done = write(Family::kSignalColumns, Family::kSignalTable, line, signal,
-                                {Family::kSignalFrameKey, Family::kSignalKey, "direction"},
-                                {key.number, number, key.direction});
-        updateSignals(line, key);
+        bool done = true;
+        Cache *cache = cacheOf(line);
+        const QVector<Signal> present = cache ? cache->signalsOf.value(key) : QVector<Signal>();
+        const auto known =
+            std::find_if(present.begin(), present.end(),
+                         [number](const Signal &other) { return other.number == number; });
+        if (cache && known == present.end()) {
+            done = insert(Family::kSignalColumns, Family::kSignalTable, line, signal);
+            if (done)
+                addInOrder(cache->signalsOf[key], signal);
+        } else if (!cache || !sameCells(Family::kSignalColumns, *known, signal)) {
+            done = write(Family::kSignalColumns, Family::kSignalTable, line, signal,
+                         {Family::kSignalFrameKey, Family::kSignalKey, "direction"},
+                         {key.number, number, key.direction});
+            updateSignals(line, key);
+        }
         notify(Family::kAddSignal, line, key.number, number);
         return done;
     }
@@ -203,6 +224,11 @@ public:
     {
         if (d.lockWriteAccess)
             return false;
+        if (const Cache *cache = cacheOf(line);
+            cache && !cache->frames.contains(key) && cache->signalsOf.value(key).isEmpty()) {
+            notify(Family::kDel, line, key.number, 0);
+            return true;
+        }
         d.exec(QStringLiteral("delete from %1 where %2 = ? and direction = ?")
                    .arg(Schema::table(Family::kSignalTable, line),
                         QLatin1String(Family::kSignalFrameKey)),
@@ -290,6 +316,23 @@ private:
         return found != (d.*Family::kCache).constEnd() ? &*found : nullptr;
     }
 
+    Cache *cacheOf(quint8 line)
+    {
+        const auto found = (d.*Family::kCache).find(line);
+        return found != (d.*Family::kCache).end() ? &*found : nullptr;
+    }
+
+    static bool isBefore(const Signal &a, const Signal &b)
+    {
+        return a.*Family::kOrder < b.*Family::kOrder;
+    }
+
+    /// As its row comes behind those of the same place in the frame.
+    static void addInOrder(QVector<Signal> &list, const Signal &signal)
+    {
+        list.insert(std::upper_bound(list.begin(), list.end(), signal, isBefore), signal);
+    }
+
     QVector<Frame> readFrame(quint8 line, FrameKey key) const
     {
         return select(
@@ -326,6 +369,12 @@ private:
         return records;
     }
 
+    bool writeFrame(quint8 line, FrameKey key, const Frame &frame)
+    {
+        return write(Family::kFrameColumns, Family::kFrameTable, line, frame,
+                     {Family::kFrameKey, "direction"}, {key.number, key.direction});
+    }
+
     /// Updates the row that \a keys name, or inserts one.
     template <class Record, size_t N>
     bool write(const Column<Record> (&columns)[N], const char *table, quint8 line,
@@ -334,23 +383,31 @@ private:
         const QString name = Schema::table(table, line);
         d.addKeyIndex(name, keys.join(QLatin1Char(',')));
         const QString where = keys.join(QStringLiteral(" = ? and ")) + QStringLiteral(" = ?");
-        const bool isThere =
-            Statement(d, QStringLiteral("select 1 from %1 where %2").arg(name, where), keyValues)
-                .next();
+        if (!Statement(d, QStringLiteral("select 1 from %1 where %2").arg(name, where), keyValues)
+                 .next())
+            return insert(columns, table, line, record);
         Cells cells;
         QStringList assignments;
         for (const Column<Record> &field : columns) {
-            if (isThere && Family::isKept(field.name))
+            if (Family::isKept(field.name))
                 continue;
             assignments << QLatin1String(field.name) + QStringLiteral(" = ?");
             cells << d.cellOf(field, record);
         }
-        if (isThere)
-            return d.exec(QStringLiteral("update %1 set %2 where %3")
-                              .arg(name, assignments.join(QLatin1Char(',')), where),
-                          cells + keyValues);
+        return d.exec(QStringLiteral("update %1 set %2 where %3")
+                          .arg(name, assignments.join(QLatin1Char(',')), where),
+                      cells + keyValues);
+    }
+
+    template <class Record, size_t N>
+    bool insert(const Column<Record> (&columns)[N], const char *table, quint8 line,
+                const Record &record)
+    {
+        Cells cells;
+        for (const Column<Record> &field : columns)
+            cells << d.cellOf(field, record);
         return d.exec(QStringLiteral("insert into %1 (%2) values(%3)")
-                          .arg(name, columnList(columns), placeHolders(cells.size())),
+                          .arg(Schema::table(table, line), columnList(columns), placeHolders(N)),
                       cells);
     }
 

@@ -163,16 +163,22 @@ bool ObjectDataBase::pgnEqual(ObjectDataBase *other, quint8 line, quint8 otherLi
 void ObjectDataBase::fixFaultyPGNSPNCount()
 {
     const QList<quint8> lines = getNodes();
-    d->groups.clear();
     for (const quint8 line : lines) {
-        d->exec(QStringLiteral(
-                    "with counted as (select pgnnumber p, direction d, count(*) n "
-                    "from %2 group by pgnnumber, direction) "
-                    "update %1 set mappingcount = "
-                    "coalesce((select n from counted where p = number and d = direction), 0) "
-                    "where direction in (0x77, 0x55) and (coalesce(mappingcount, 0) & 255) != "
-                    "coalesce((select n from counted where p = number and d = direction), 0)")
-                    .arg(Schema::table("PGNs", line), Schema::table("SPNs", line)));
+        d->groups.remove(line);
+        Groups(*d).cacheLine(line); // whoever opens a project asks for them later on
+        auto &cache = d->groups[line];
+        for (auto group = cache.frames.begin(); group != cache.frames.end(); ++group) {
+            const FrameKey &key = group.key();
+            const bool hasDirection = key.direction == kReceived || key.direction == kTransmitted;
+            const int count = cache.signalsOf.value(key).size();
+            if (!hasDirection || (group->mappingCount & 0xFF) == count)
+                continue;
+            group->mappingCount = static_cast<quint16>(count);
+            d->exec(
+                QStringLiteral("update %1 set mappingcount = ? where number = ? and direction = ?")
+                    .arg(Schema::table("PGNs", line)),
+                {count, key.number, key.direction});
+        }
     }
 }
 

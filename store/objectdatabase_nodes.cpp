@@ -122,7 +122,7 @@ bool ObjectDataBase::delNode(quint8 line)
     for (const char *family : Schema::kLineFamilies) {
         const QString table = Schema::table(family, line);
         d->exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(table));
-        d->indexedTables.remove(table);
+        d->keyWrites.remove(table);
     }
     d->exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(Schema::table("UDSSettings", line)));
     const bool deleted = d->exec(QStringLiteral("delete from Nodes where nodeId = ?"), {line});

@@ -159,8 +159,9 @@ public:
     /// Services and signals are read again when they are needed.
     void forgetServicesAndSignals();
 
-    /// Gives the table an index over its key columns, so that a writer finds its row at once; once
-    /// a connection. The project's file gets none: dropKeyIndexes() takes them away before a save.
+    /// Gives the table an index over its key columns, so that a writer finds its row at once, when
+    /// a connection writes to it often. The project's file gets none: dropKeyIndexes() takes them
+    /// away before a save.
     void addKeyIndex(const QString &table, const QString &keyColumns);
     void dropKeyIndexes();
 
@@ -197,7 +198,7 @@ public:
     QHash<QString, QSqlQuery> prepared;    ///< by their text; lent to a Statement while it lives
     std::optional<QSqlQuery> stringInsert; ///< kept apart: texts are added more often than all else
     QHash<int, RowInserter> inserters;     ///< by kind and line
-    QSet<QString> indexedTables;           ///< see addKeyIndex()
+    QHash<QString, int> keyWrites;         ///< by table; see addKeyIndex()
     QHash<QString, int> stringIds;
     QHash<int, QString> strings;
     bool stringsComplete = false; ///< both maps hold all rows of the table

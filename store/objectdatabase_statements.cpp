@@ -42,7 +42,7 @@ void StorePrivate::closeConnection()
 {
     prepared.clear();
     inserters.clear();
-    indexedTables.clear();
+    keyWrites.clear();
     stringInsert.reset();
     db.close();
     damaged = false;
@@ -120,17 +120,17 @@ void StorePrivate::noteFailure(const QSqlQuery &query)
 
 void StorePrivate::addKeyIndex(const QString &table, const QString &keyColumns)
 {
-    if (indexedTables.contains(table))
+    constexpr int kFirstIndexed = 50; // an index costs as much as some writes without it
+    if (++keyWrites[table] != kFirstIndexed)
         return;
-    indexedTables.insert(table);
     exec(QStringLiteral("create index if not exists KeyOf%1 on %1 (%2)").arg(table, keyColumns));
 }
 
 void StorePrivate::dropKeyIndexes()
 {
-    for (const QString &table : qAsConst(indexedTables))
-        exec(QStringLiteral("drop index if exists KeyOf%1").arg(table));
-    indexedTables.clear();
+    for (auto table = keyWrites.constBegin(); table != keyWrites.constEnd(); ++table)
+        exec(QStringLiteral("drop index if exists KeyOf%1").arg(table.key()));
+    keyWrites.clear();
 }
 
 QStringList StorePrivate::columnNames(const QString &table)
