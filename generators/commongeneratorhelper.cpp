@@ -171,7 +171,7 @@ QString tableText(const QString &head, const QVector<Service> &services)
     for (const Service &service : services) {
         text += QStringLiteral("\t\t/* %1 */\n").arg(service.name);
         // Deliberate: C99 has no empty initialiser, so that an empty list holds a 0 that its length
-        // does not count; held by tst_commongeneratorhelper.
+        // does not count; held by tst_golden.
         const QString list =
             service.list.isEmpty() ? QStringLiteral("0u") : service.list.join(QStringLiteral(", "));
         const QStringList subFunctions = subFunctionsOf(service.sid);
@@ -267,7 +267,7 @@ QString CommonGeneratorHelper::getCommonInitVars() const
     }
     if (GeneralSettings(*store).decimal("canfd_supported") >= 1) {
         // Deliberate: the element in front ends in a comma only with UDS, and two commas would not
-        // compile; held by tst_commongeneratorhelper.
+        // compile; held by tst_golden.
         if (!hasUDS(*store))
             text += QStringLiteral(",\n");
         text += QStringLiteral("\t{ %1 }\n").arg(canFdModes.join(QStringLiteral(", ")));

@@ -74,7 +74,7 @@ void writeComments(const Context &context)
     } else {
         const QStringList lines = EdsSections::textLines(comment);
         context.out.raw(QStringLiteral("Lines=%1\n").arg(lines.size()));
-        // Deliberate: empty lines count but take no number, held by tst_edsgenerator.
+        // Deliberate: empty lines count but take no number, held by tst_golden.
         int number = 0;
         for (const QString &line : lines) {
             if (!line.isEmpty())
@@ -105,7 +105,7 @@ bool isMandatory(quint16 index)
 void EdsSections::writeFileInfo(const Context &context)
 {
     const QDateTime now = GenerationDate::local();
-    // Deliberate: 24 hours and the letters PM at any time of day, held by tst_edsgenerator.
+    // Deliberate: 24 hours and the letters PM at any time of day, held by tst_golden.
     const QString time = GenerationDate::clock(now) + QLatin1String("PM");
     const QString date = GenerationDate::day(now);
     context.out.raw("[FileInfo]\n");

@@ -106,7 +106,7 @@ constexpr char kStyleSheet[] =
     "}\n"
     "}\n"
     // Deliberate: rules of our own. Without them a long text runs below the contents, or off the
-    // paper; held by tst_htmlgenerator.
+    // paper; held by tst_golden.
     "@media screen\n"
     "{\n"
     "div.left, div.center\n"
@@ -125,7 +125,7 @@ constexpr char kStyleSheet[] =
 QString HtmlText::escaped(const QString &text)
 {
     // Deliberate: no more than that, so that "A & B" stands in the file as it stands in the
-    // project; held by tst_htmlgenerator.
+    // project; held by tst_golden.
     if (!text.contains(QLatin1Char('<')) && !text.contains(QLatin1Char('&')))
         return text;
     static const QRegularExpression tag(QStringLiteral("<(?=[A-Za-z/!?])"));

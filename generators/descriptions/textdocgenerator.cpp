@@ -40,7 +40,7 @@ void documentSubIndex(TextWriter &out, quint16 index, quint8 subIndex,
         out.parts("  DefaultValue: ", data.defaultValue, "\n");
     out.parts("  AccessType:   ", data.accessType, "\n");
     out.parts("  PDOMapping:   ", data.pdoMapping.toUInt(), "\n");
-    // Deliberate: one column short of the labels above, held by tst_textdocgenerator.
+    // Deliberate: one column short of the labels above, held by tst_golden.
     if (!data.description.isEmpty())
         out.parts("  Description: ", data.description, "\n");
 }

@@ -55,7 +55,7 @@ struct Profile {
 };
 
 constexpr Profile kDeviceProfile = {"CAN device profile", "Device", "ProfileBody_Device_CANopenFD"};
-// Deliberate: a letter is missing in the type of the body, held by tst_xddgenerator.
+// Deliberate: a letter is missing in the type of the body, held by tst_golden.
 constexpr Profile kCommunicationProfile = {"CAN com net profile", "CommunicationNetwork",
                                            "ProfileBody_CommunicatioNetwork_CANopenFD"};
 

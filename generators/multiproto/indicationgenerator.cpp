@@ -27,8 +27,7 @@ constexpr IndicationRow kEvents[] = {               // row order is file order
     {"fct_sdo_server_write",       "RET_T ", "BOOL_T execute, UNSIGNED8 sdoNr, UNSIGNED16 index, UNSIGNED8 subIndex);\n"},
     {"fct_sdo_server_check_write", "RET_T ", "BOOL_T execute, UNSIGNED8 sdoNr, UNSIGNED16 index, UNSIGNED8 subIndex, const UNSIGNED8 *pData);\n"},
     {"fct_pdo",                    "void ",  "UNSIGNED16 pdoNr);\n"},
-    // Deliberate: the define of this event asks for "fct_pdo_received"; held by
-    // tst_indicationgenerator.
+    // Deliberate: the define of this event asks for "fct_pdo_received"; held by tst_golden.
     {"fct_pdo_receive",            "void ",  "UNSIGNED16 pdoNr);\n"},
     {"fct_pdo_sync",               "void ",  "UNSIGNED16 pdoNr);\n"},
     {"fct_nmt",                    "RET_T ", "BOOL_T execute, CO_NMT_STATE_T nmtState);\n"},

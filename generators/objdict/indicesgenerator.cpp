@@ -51,7 +51,7 @@ QString givenName(const Metadata &metadata, const char *key)
 QString objectName(const IndexData &data, quint16 index)
 {
     // Deliberate: the user's own name keeps its runs of "_", and has no "I_" before it unless a
-    // digit begins it, which no name of C can; held by tst_indicesgenerator.
+    // digit begins it, which no name of C can; held by tst_golden.
     const QString given = onlyNameCharacters(givenName(data.metadata, "objectdefine").toUpper());
     if (!given.isEmpty())
         return given.at(0).isDigit() ? QStringLiteral("I_") + given : given;
@@ -109,7 +109,7 @@ std::optional<QString> DefineNames::claimCounted(const QString &text, quint32 va
         return text;
     }
     // Deliberate: the count goes on until the name is new, since a name that was given with its
-    // digits would lose its define otherwise; held by tst_indicesgenerator.
+    // digits would lose its define otherwise; held by tst_golden.
     QString counted;
     do
         counted = text + QLatin1String(separator) + QString::number(++name.repeats);

@@ -49,7 +49,7 @@ constexpr ClassRow kClasses[] = {
     {ValueClass::I24, NumberKind::Signed, 24, Type::Integer24, "\t%1", ",\n",
      "static INTEGER24 %1\tod_i24[", "static %1 INTEGER24 %2\tod_const_i24[",
      "static INTEGER24 %1 * %2 \tod_ptr_i24[", "od_i24", "od_const_i24"},
-    // Deliberate: the blank behind the line end of variables, held by tst_objdictvalues.
+    // Deliberate: the blank behind the line end of variables, held by tst_golden.
     {ValueClass::I32, NumberKind::Signed, 32, Type::Unknown, "\t(INTEGER32)%1L", ",\n ",
      "static INTEGER32 %1\tod_i32[", "static %1 INTEGER32 %2\tod_const_i32[",
      "static INTEGER32 %1 * %2 \tod_ptr_i32[", "od_i32", "od_const_i32"},

@@ -35,7 +35,7 @@ public:
     }
 
     /// Deliberate: without a run, subindex 255 is marked as one, of itself alone; held by
-    /// tst_objdictdescription.
+    /// tst_golden.
     bool isMarkedAsRun(quint8 sub) const { return sub == static_cast<quint8>(runStart); }
 
 private:
@@ -86,7 +86,7 @@ int startOfRun(const Context &context, quint8 line, quint16 index, const QList<q
     int start = -1;
     for (int i = subs.size() - 2; i >= 0; --i) {
         const quint8 sub = subs.at(i);
-        // Deliberate: a gap ends the search without a run, held by tst_objdictdescription.
+        // Deliberate: a gap ends the search without a run, held by tst_golden.
         if (sub + 1 != subs.at(i + 1))
             return -1;
         (void)context.store.getSubIndexData(line, index, sub, data); // as above
@@ -107,7 +107,7 @@ void describeSubObject(Context &context, const Place &place, const SubData &data
         isConstant ? positions.constants.value(key)
                    : getReferencePosition(context, place.line, place.index, place.sub);
     // Deliberate: no default and no limit where none was recorded, since the position would be that
-    // of another object's value. Held by tst_objdictdescription.
+    // of another object's value. Held by tst_golden.
     const bool hasDefault = data.defaultInEds && positions.constants.contains(key);
     const bool hasLimit =
         data.limitInEds && (context.form.hasLimitCheck ? positions.lowLimits.contains(key)
@@ -179,7 +179,7 @@ bool visitObjects(const Context &context, Visitor visit)
 /// The declaration of a table. C knows no empty one, so it then gets a row that nothing refers to.
 void writeTableStart(Context &context, const char *withRows, const char *withoutRows, bool hasRows)
 {
-    // Deliberate: the form without rows, held by tst_objdictdescription.
+    // Deliberate: the form without rows, held by tst_golden.
     context.out.raw(QString::fromLatin1(hasRows ? withRows : withoutRows)
                         .arg(QLatin1String(context.dialect.constMacro),
                              QLatin1String(context.dialect.constStorageMacro)));
@@ -305,7 +305,7 @@ const char *ObjDict::objectTypeWord(CANopen::ObjectCode code, int subs)
     case CANopen::ObjectCode::Record:
         return "CO_ODTYPE_STRUCT";
     default:
-        // Deliberate: a row without a word is no C, held by tst_objdictdescription.
+        // Deliberate: a row without a word is no C, held by tst_generatedc.
         return subs > 1 ? "CO_ODTYPE_STRUCT" : "CO_ODTYPE_VAR";
     }
 }

@@ -95,8 +95,7 @@ void ObjDictGenerator::writeTables(ObjDict::Context &context)
 {
     defineManagedVariables(context);
     defineAllConsts(context);
-    // Deliberate: the SDO server has no function that would use the texts, held by
-    // tst_objdictgenerator.
+    // Deliberate: the SDO server has no function that would use the texts, held by tst_golden.
     if (context.settings.decimal("generate_string_defaults") > 0 && !cia510ServerMode)
         generateStringDefaultValues(context);
     defineApplicationVariables(context);

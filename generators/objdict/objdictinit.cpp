@@ -15,7 +15,7 @@ constexpr WriteService kServices[] = {
 };
 
 /// Where the mode of the line stands, at the start and in the later test of it. Deliberate: in the
-/// old form there is no structure of what all protocols share, held by tst_objdictinit.
+/// old form there is no structure of what all protocols share, held by tst_golden.
 const char *modeOfLine(const Context &context)
 {
     return hasNewInitStructure(context) ? "commonInitVars.fdMode[0]" : "serviceInitVars.fdMode[0]";

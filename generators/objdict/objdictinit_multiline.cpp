@@ -42,7 +42,7 @@ bool hasGaps(const QList<quint8> &lines)
 
 /// Deliberate: all existing lines, in the order of the counts that the definitions header lists, so
 /// that a position means the same in all of them. Where numbers have gaps the last one has a comma
-/// as well, which C allows. Both held by tst_objdictinit.
+/// as well, which C allows. Both held by tst_golden.
 void writeLineTable(Context &context)
 {
     const QList<quint8> lines = readProjectLines(context.store).numbers;
@@ -120,7 +120,7 @@ void writeEntryFunction(Context &context)
 }
 
 /// Counts lines by place, while `pModes` has them by number. Deliberate: where numbers have gaps
-/// the table of lines leads from one to the other, held by tst_objdictinit.
+/// the table of lines leads from one to the other, held by tst_golden.
 void writeModeLoop(Context &context)
 {
     const QList<quint8> lines = readProjectLines(context.store).numbers;
@@ -221,7 +221,7 @@ bool hasSdoServers(const Context &context)
 }
 
 /// Deliberate: with CAN FD, and no SDO server for the other mode, a check without a call of its own
-/// may be the first; held by tst_objdictinit.
+/// may be the first; held by tst_golden.
 bool mayCheckUnset(const Context &context, quint8 line)
 {
     const qint32 master = context.settings.decimalOfLine("nmtmaster", line);

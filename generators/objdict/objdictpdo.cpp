@@ -89,7 +89,7 @@ int writtenCount(quint8 mappedCount, const TableShape &shape)
 
 /// Between "mapTable..." and the number: tells the tables of several lines apart. Deliberate: the
 /// letters go on with capitals behind line 25, for the next characters of ASCII end an identifier,
-/// held by tst_objdictpdo.
+/// held by tst_golden.
 QString lineSuffix(const Context &context, quint8 line)
 {
     if (!context.form.multiLine)
@@ -211,7 +211,7 @@ MappingTable readRpdoMapping(const Context &context, quint8 line, quint16 pdoInd
 void writeUniqueRpdoTable(Context &context, quint8 line, int position, const TableShape &shape)
 {
     const MappingTable table = context.rpdoTables[line][position];
-    // Deliberate: the comment's spelling, held by tst_objdictpdo.
+    // Deliberate: the comment's spelling, held by tst_golden.
     context.out.raw("/* unique rpdo defintion */\n");
     openTable(context, "PDO_REC_MAP_TABLE_T", "mapTableRPDO", line, position,
               writtenCount(table.mappedCount, shape));
@@ -352,7 +352,7 @@ void createMappingTables(Context &context)
     const TableShape shape = readTableShape(context);
     const bool routed = routesPdos(context);
     // Deliberate: a routing list has a column for each existing line, as the counts of the
-    // definitions header have, not only for those that get tables; held by tst_objdictpdo.
+    // definitions header have, not only for those that get tables; held by tst_golden.
     RouteTables routes{readProjectLines(context.store).numbers, TpdoLookup(context.store)};
     context.out.raw("\n/* static PDO mapping tables */\n");
     for (const quint8 line : qAsConst(context.form.servedLines)) {

@@ -92,7 +92,7 @@ void writeUdsIncludes(Context &context)
 
 void writeSdoServerIncludes(Context &context)
 {
-    // Deliberate: "1", not the "V4" of other places, held by tst_objdictgenerator.
+    // Deliberate: "1", not the "V4" of other places, held by tst_golden.
     context.out.raw(context.settings.text("use_core_headers") == QLatin1String("1")
                         ? "#include <core_datatype.h>\n"
                         : "#include <co_datatype.h>\n");
@@ -207,7 +207,7 @@ void ObjDict::writeHeaderList(Context &context, const char *include)
     if (!context.settings.isSet("applicationheader"))
         return;
     out.raw("/* application header file(s) */\n");
-    // Deliberate: names of headers that are empty are no names, held by tst_objdictgenerator.
+    // Deliberate: names of headers that are empty are no names, held by tst_golden.
     const QStringList headers =
         context.settings.text("applicationheader").split(QLatin1Char(' '), Qt::SkipEmptyParts);
     for (const QString &header : headers)
@@ -258,7 +258,7 @@ void ObjDict::writeIndicationPointers(Context &context)
 {
     context.out.raw("/* definition of static indication function pointers */\n");
     // Deliberate: the SDO server of a J1939 device has no header that declares the events' types,
-    // held by tst_objdictgenerator.
+    // held by tst_golden.
     if (context.form.sdoServerOnly)
         return;
     writePointers(context, kIndications);

@@ -283,7 +283,7 @@ void writeLoadParameterBlock(Context &context, const ReturnWords &words)
     out.parts(words.value, "    }\n"
                            "#else\n");
     // Deliberate: with a function that is bound at compile time the parameter is not looked at, and
-    // compilers warn of it; held by tst_objdictinit.
+    // compilers warn of it; held by tst_golden.
     if (context.settings.isSet("fct_store"))
         out.raw("    (void) pLoadFunction;\n");
     else
@@ -302,7 +302,7 @@ void writeServiceInitVars(Context &context, const char *start, const char *versi
     }
     out.raw(kServiceCounts);
     // The old structure holds the mode of the line as well. Deliberate: so in both forms, for a
-    // member without a value makes compilers warn; held by tst_objdictinit.
+    // member without a value makes compilers warn; held by tst_golden.
     if (context.form.canFd && !hasNewInitStructure(context))
         out.raw("       { CO_NODE_ID_FUNCTIONS }, \n"
                 "       { CO_TRUE }\n");

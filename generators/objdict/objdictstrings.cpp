@@ -45,7 +45,7 @@ QString ObjDict::literalOfSize(const QString &value, quint32 size)
         held = CText::literalBytes(content);
     }
     // Deliberate: the stack reads as many bytes as the size tells, also of a shorter text; held by
-    // tst_objdictvalues. C adds one zero itself.
+    // tst_golden. C adds one zero itself.
     if (size <= kLargestFilled && size > held + 1)
         content += QStringLiteral("\\000").repeated(static_cast<int>(size - held - 1));
     return content;

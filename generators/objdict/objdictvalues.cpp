@@ -147,7 +147,7 @@ QString elementAddress(const char *array, const Positions::Map &places, Key key)
 {
     const auto place = places.constFind(key);
     // Deliberate: without a place there is no address, rather than that of another object's value;
-    // held by tst_objdictvalues.
+    // held by tst_golden.
     if (place == places.constEnd())
         return QStringLiteral("NULL");
     return QStringLiteral("&%1[%2]").arg(QLatin1String(array), QString::number(*place));

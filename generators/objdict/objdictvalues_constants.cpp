@@ -25,7 +25,7 @@ struct Constants {
     bool haveLimits = false; ///< limits are recorded as well
 };
 
-// Deliberate: 32 bits stand before 24, in contrast to the variables; held by tst_objdictvalues.
+// Deliberate: 32 bits stand before 24, in contrast to the variables; held by tst_golden.
 constexpr ValueClass kOrder[] = {ValueClass::U8,  ValueClass::U16, ValueClass::U32,
                                  ValueClass::U24, ValueClass::U40, ValueClass::U48,
                                  ValueClass::U64, ValueClass::I8,  ValueClass::I16,
@@ -103,7 +103,7 @@ void writeSizes(Context &context, const char *declaration, const QVector<ConstSt
 
 QString utf8Bytes(const QString &text)
 {
-    // Deliberate: C has no empty list of bytes, held by tst_objdictvalues.
+    // Deliberate: C has no empty list of bytes, held by tst_golden.
     return text.isEmpty() ? QStringLiteral("\t{0x00}")
                           : QLatin1Char('\t') + Helper::UTF8String2ArrayString(text);
 }

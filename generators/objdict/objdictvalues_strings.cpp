@@ -98,7 +98,7 @@ void ObjDict::generateStringDefaultValues(Context &context)
         const QString value = context.store.getSubIndexValue(lineOf(key), indexOf(key), subOf(key));
         out.raw(QStringLiteral("/* %1 */ \n").arg(CText::comment(value)));
         // Deliberate: each string takes its size, so that the next one begins at its offset; held
-        // by tst_objdictvalues.
+        // by tst_golden.
         bool isComplete = true;
         out.raw(bytesText(fitted(stringBytes(value), string->size, &isComplete)));
         if (!isComplete)
@@ -125,7 +125,7 @@ void ObjDict::generateStringDefaultValueFunction(Context &context)
                     .arg(indexOf(key), 4, 16, QLatin1Char('0'))
                     .arg(subOf(key)));
         // Deliberate: place holders of the name are filled as in the table of pointers, held by
-        // tst_objdictvalues.
+        // tst_golden.
         out.raw(QStringLiteral("    memcpy(%1, &stringDefaultValues[%2], %3);\n")
                     .arg(Helper::substituteVariables(data.varName, indexOf(key), subOf(key)),
                          QString::number(string->offset), QString::number(string->size)));

@@ -11,8 +11,7 @@
 void Device::generate(AbstractGenerator &generator, ObjectDataBase &store)
 {
     generator.setOutputDirectory(path);
-    generator.setProjectName("Test /* of */ ?"
-                             "?/");
+    generator.setProjectName(kDeviceName);
     generator.setDataBase(&store);
     generator.setActiveLine(store.getNodes().first());
     if (!generator.checkWritability() && firstFault.isEmpty())

@@ -6,6 +6,10 @@
 
 #include <QStringList>
 
+/// Of a project, and not fit for comments as it stands.
+constexpr const char *kDeviceName = "Test /* of */ ?"
+                                    "?/";
+
 class Device
 {
 public:

@@ -323,8 +323,9 @@ QStringList Expectation::virtualObjects() const
     bool hasValues = false;
     for (const quint8 line : isV4 ? lines.mid(0, 1) : lines) {
         for (const auto &place : store.getSubsByProperty(line, "implementation", "3"))
-            hasValues = hasValues || counted.contains(store.getSubIndexDatatype(line, place.index,
-                                                                                place.subindex));
+            hasValues |=
+                place.index <= 0xBFFF &&
+                counted.contains(store.getSubIndexDatatype(line, place.index, place.subindex));
     }
     if (!hasValues)
         return rows;

@@ -3,8 +3,32 @@
 
 #include "support/cohelper.h"
 
+#include <QUrl>
+
 namespace
 {
+
+/// Blanks and line ends in a text stand as %20 and %0a.
+QString decoded(const QString &text)
+{
+    return QUrl::fromPercentEncoding(text.toUtf8());
+}
+
+/// The value of the word "key=value" among others, else \a usual.
+QString flagValue(const QStringList &words, const QString &key, const QString &usual = QString())
+{
+    for (const QString &word : words) {
+        if (word.startsWith(key + '='))
+            return decoded(word.section('=', 1));
+    }
+    return usual;
+}
+
+void applyMetadata(Metadata &metadata, const QString &text)
+{
+    if (!text.isEmpty())
+        metadata.insert(text.section(':', 0, 0), text.section(':', 1));
+}
 
 class Builder
 {
@@ -13,76 +37,84 @@ public:
 
     void row(const QString &text)
     {
-        const QStringList words = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-        if (words.isEmpty())
+        using Handler = void (Builder::*)(const QStringList &words);
+        static const QMap<QString, Handler> handlers = {
+            {"line", &Builder::startLine},  {"uds", &Builder::diagnosticService},
+            {"set", &Builder::settings},    {"tx", &Builder::group},
+            {"rx", &Builder::group},        {"spn", &Builder::signal},
+            {"txid", &Builder::identifier}, {"rxid", &Builder::identifier},
+            {"item", &Builder::item},       {"pdo", &Builder::communicationParameters}};
+        const QStringList words = text.split(' ', Qt::SkipEmptyParts);
+        if (words.isEmpty() || words.first() == "#")
             return;
-        if (words.first() == QLatin1String("line"))
-            startLine(words.at(1).toUShort());
-        else if (words.first() == QLatin1String("uds"))
-            diagnosticService(words);
-        else if (words.first() == QLatin1String("set"))
-            for (const QString &word : words.mid(1))
-                setting(word);
-        else if (words.first() == QLatin1String("tx") || words.first() == QLatin1String("rx"))
-            group(words);
-        else if (words.first() == QLatin1String("spn"))
-            signal(words);
-        else if (words.first() == QLatin1String("txid") || words.first() == QLatin1String("rxid"))
-            identifier(words);
-        else if (words.first() == QLatin1String("item"))
-            item(words);
-        else if (words.first() == QLatin1String("pdo"))
-            communicationParameters(words);
-        else if (isAddress(words.first()) && words.size() > 3)
-            subindices(words);
-        else if (isAddress(words.first()))
-            object(words.first().toUShort(nullptr, 16), words.at(1));
-        else
+        const QString first = words.first();
+        bool isAddress = false;
+        (void)first.section(':', 0, 0).toUShort(&isAddress, 16); // the test alone counts
+        if (handlers.contains(first))
+            (this->*handlers.value(first))(words);
+        else if (!isAddress || first.contains('='))
             setting(text);
+        else if (first.contains(':'))
+            subindices(words);
+        else
+            object(first.toUShort(nullptr, 16), words.at(1), words.mid(2));
     }
 
 private:
-    static bool isAddress(const QString &word)
+    void startLine(const QStringList &words)
     {
-        bool ok = false;
-        (void)word.section(QLatin1Char(':'), 0, 0).toUShort(&ok, 16); // the test alone counts
-        return ok && !word.contains(QLatin1Char('='));
-    }
-
-    void startLine(quint16 number)
-    {
-        line = static_cast<quint8>(number);
+        line = static_cast<quint8>(words.at(1).toUShort());
         if (!store.existNode(line))
             store.addNode(line, NodeData());
-        store.setGeneralSettingsValue(QStringLiteral("line%1type").arg(line), QStringLiteral("1"));
+        store.setGeneralSettingsValue(QString("line%1type").arg(line), "1");
     }
 
     void diagnosticService(const QStringList &words)
     {
         const quint8 service = words.at(1).toUShort() & 0xFF;
-        store.setUDSServiceActive(line, service, true);
-        store.setUDSServiceSessions(line, service, words.at(2));
+        store.setUDSServiceActive(line, service, words.value(2) != "off");
+        store.setUDSServiceSessions(line, service, decoded(words.value(2)));
         store.setUDSServiceUserLevels(line, service, words.value(3));
+    }
+
+    void settings(const QStringList &words)
+    {
+        for (const QString &word : words.mid(1))
+            setting(word);
     }
 
     void setting(const QString &text)
     {
-        const QString key = text.section(QLatin1Char('='), 0, 0).trimmed();
-        const QString value = text.section(QLatin1Char('='), 1);
-        if (key.startsWith(QLatin1String("misc:")))
-            store.setMiscSettingsValue(key.mid(5), value);
-        else if (key.startsWith(QLatin1String("j1939:")))
-            store.setJ1939SettingsValue(key.mid(6), value);
+        const QString key = text.section('=', 0, 0).trimmed();
+        const QString value = decoded(text.section('=', 1));
+        const QString name = key.section(':', 1);
+        if (key.startsWith("misc:"))
+            store.setMiscSettingsValue(name, value);
+        else if (key.startsWith("j1939:"))
+            store.setJ1939SettingsValue(name, value);
+        else if (key.startsWith("text:"))
+            describe(name, value);
         else
             store.setGeneralSettingsValue(key, value);
     }
 
-    void object(quint16 index, const QString &kind)
+    void describe(const QString &key, const QString &value)
+    {
+        store.setDescriptionSettingsLine(line);
+        store.setDescriptionSettingsValue(key, value);
+    }
+
+    void object(quint16 index, const QString &kind, const QStringList &flags = {})
     {
         static const QMap<QString, int> kinds = {{"var", 7}, {"arr", 8}, {"rec", 9}, {"dom", 2}};
         IndexData data;
         (void)store.getIndexData(line, index, data); // a new one starts from the defaults
         data.objectCode = static_cast<CANopen::ObjectCode>(kinds.value(kind, kind.toInt()));
+        data.name = flagValue(flags, "name", data.name);
+        data.description = flagValue(flags, "desc", data.description);
+        const QString type = flagValue(flags, "type");
+        data.dataType = type.isEmpty() ? data.dataType : COHelper::mapDataTypeString(type);
+        applyMetadata(data.metadata, flagValue(flags, "meta"));
         store.addIndex(line, index, data);
     }
 
@@ -90,23 +122,21 @@ private:
     {
         static const QStringList parameters = {"1 U32", "2 U8", "3 U16", "5 U16", "6 U8"};
         const int count = words.size() - 2;
-        row(QStringLiteral("%1:0 U8 const 1 %2")
-                .arg(words.at(1), parameters.at(count - 1).left(1)));
+        row(QString("%1:0 U8 const 1 %2").arg(words.at(1), parameters.at(count - 1).left(1)));
         for (int i = 0; i < count; ++i)
-            row(QStringLiteral("%1:%2 rw 0 %3")
-                    .arg(words.at(1), parameters.at(i), words.at(i + 2)));
+            row(QString("%1:%2 rw 0 %3").arg(words.at(1), parameters.at(i), words.at(i + 2)));
     }
 
     void subindices(QStringList words)
     {
-        const quint16 index = words.at(0).section(QLatin1Char(':'), 0, 0).toUShort(nullptr, 16);
-        const QString subs = words.at(0).section(QLatin1Char(':'), 1);
-        quint8 sub = subs.section(QLatin1String(".."), 0, 0).toUShort() & 0xFF;
-        if (!subs.contains(QLatin1String(".."))) {
+        const quint16 index = words.at(0).section(':', 0, 0).toUShort(nullptr, 16);
+        const QString subs = words.at(0).section(':', 1);
+        quint8 sub = subs.section("..", 0, 0).toUShort() & 0xFF;
+        if (!subs.contains("..")) {
             subindex(words, index, sub);
             return;
         }
-        for (const QString &value : words.at(4).split(QLatin1Char(','))) {
+        for (const QString &value : words.at(4).split(',')) {
             words[4] = value;
             subindex(words, index, sub++);
         }
@@ -115,18 +145,15 @@ private:
     void subindex(const QStringList &words, quint16 index, quint8 sub)
     {
         SubIndexData data;
-        data.name = QStringLiteral("entry %1").arg(sub);
+        data.name = QString("entry %1").arg(sub);
         data.dataType = COHelper::mapDataTypeString(words.at(1));
         data.accessType = words.at(2);
         data.implementation = static_cast<quint8>(words.at(3).toUShort());
-        if (words.at(4) != QLatin1String("-"))
-            data.defaultValue =
-                QString(words.at(4)).replace(QLatin1String("%20"), QLatin1String(" "));
-        for (const QString &flag : words.mid(5))
-            applyFlag(data, flag.section(QLatin1Char('='), 0, 0),
-                      flag.section(QLatin1Char('='), 1));
+        if (words.at(4) != "-")
+            data.defaultValue = decoded(words.at(4));
+        applyFlags(data, words.mid(5));
         if (!store.existIndex(line, index))
-            object(index, sub == 0 ? QStringLiteral("var") : QStringLiteral("arr"));
+            object(index, sub == 0 ? "var" : "arr");
         else if (sub == 1)
             makeArray(index);
         store.addSubIndex(line, index, sub, data);
@@ -136,41 +163,46 @@ private:
     {
         IndexData data;
         if (store.getIndexData(line, index, data) && data.objectCode == CANopen::ObjectCode::Var)
-            object(index, QStringLiteral("arr"));
+            object(index, "arr");
     }
 
-    static void applyFlag(SubIndexData &data, const QString &flag, const QString &value)
+    static void applyFlags(SubIndexData &data, const QStringList &flags)
     {
-        if (flag == QLatin1String("map"))
-            data.pdoMapping = PDOMapping(PDOMappingType::Optional);
-        else if (flag == QLatin1String("nv"))
-            data.nvStorage = true;
-        else if (flag == QLatin1String("shared"))
-            data.sharedLines = true;
-        else if (flag == QLatin1String("nodef"))
-            data.defaultInEds = false;
-        else if (flag == QLatin1String("size"))
-            data.size = value.toUInt();
-        else if (flag == QLatin1String("var"))
-            data.varName = value;
-        else if (flag == QLatin1String("lim")) {
-            data.limitInEds = true;
-            data.lowLimit = value.section(QLatin1String(".."), 0, 0);
-            data.upLimit = value.section(QLatin1String(".."), 1);
+        static const QMap<QString, QString SubIndexData::*> texts = {
+            {"name", &SubIndexData::name},
+            {"desc", &SubIndexData::description},
+            {"shown", &SubIndexData::denotation},
+            {"var", &SubIndexData::varName}};
+        for (auto text = texts.begin(); text != texts.end(); ++text)
+            data.*text.value() = flagValue(flags, text.key(), data.*text.value());
+        const quint32 usualMapping = flags.contains("map") ? 2 : 0;
+        data.pdoMapping =
+            PDOMapping::fromUInt(flagValue(flags, "map", QString::number(usualMapping)).toUInt());
+        data.nvStorage = flags.contains("nv");
+        data.sharedLines = flags.contains("shared");
+        data.defaultInEds = !flags.contains("nodef");
+        data.size = flagValue(flags, "size").toUInt();
+        data.writeDefaultToEds = static_cast<quint8>(flagValue(flags, "eds", "1").toUShort());
+        applyMetadata(data.metadata, flagValue(flags, "meta"));
+        const QString limits = flagValue(flags, "lim");
+        data.limitInEds = !limits.isEmpty();
+        if (data.limitInEds) {
+            data.lowLimit = limits.section("..", 0, 0);
+            data.upLimit = limits.section("..", 1);
         }
     }
 
     void group(const QStringList &words)
     {
         current = PgnData();
-        current.direction = words.first() == QLatin1String("tx") ? 0x55 : 0x77;
+        current.direction = words.first() == "tx" ? 0x55 : 0x77;
         current.number = words.at(1).toUInt();
-        current.name = QStringLiteral("group %1").arg(current.number);
+        current.name = flagValue(words, "name", QString("group %1").arg(current.number));
         current.cycleTimeMs = words.value(2).toUShort();
         current.inhibitTimeMs = words.value(3).toUShort();
         current.priority = static_cast<quint8>(words.value(4).toUShort());
-        current.isSafe = words.contains(QLatin1String("safe")) ? 1 : 0;
-        const QStringList fd = words.filter(QLatin1String("fd=")).join(QString()).mid(3).split(',');
+        current.isSafe = words.contains("safe") ? 1 : 0;
+        const QStringList fd = flagValue(words, "fd").split(',');
         current.fdTrailerFormat = fd.value(0).toUInt();
         current.fdAssuranceType = fd.value(1).toUInt();
         current.fdAssuranceDataSize = fd.value(2).toUInt();
@@ -189,10 +221,11 @@ private:
     void identifier(const QStringList &words)
     {
         currentId = CanIdData();
-        currentId.direction = words.first() == QLatin1String("txid") ? 0x55 : 0x77;
+        currentId.direction = words.first() == "txid" ? 0x55 : 0x77;
         currentId.id = words.at(1).toUInt();
         currentId.cycleTimeMs = words.value(2).toUShort();
         currentId.inhibitTimeMs = words.value(3).toUShort();
+        currentId.name = flagValue(words, "name", currentId.name);
         store.addCANID(line, currentId.id, currentId);
     }
 
@@ -209,18 +242,12 @@ private:
     static void fill(SignalData &data, const QStringList &words, int place)
     {
         data.pos = static_cast<qint16>(place);
-        data.name = QStringLiteral("signal %1").arg(words.at(1));
+        data.name = flagValue(words, "name", QString("signal %1").arg(words.at(1)));
         data.dataType = COHelper::mapDataTypeString(words.at(2));
         data.implementation = words.at(3).toUInt();
-        for (const QString &flag : words.mid(4)) {
-            const QString value = flag.section(QLatin1Char('='), 1);
-            if (flag.startsWith(QLatin1String("var=")))
-                data.varName = value;
-            else if (flag.startsWith(QLatin1String("value=")))
-                data.defaultValue = value;
-            else
-                data.bitSize = value.toUShort();
-        }
+        data.varName = flagValue(words, "var");
+        data.defaultValue = flagValue(words, "value", data.defaultValue);
+        data.bitSize = flagValue(words, "bits").toUShort();
     }
 
     ObjectDataBase &store;
@@ -235,7 +262,7 @@ void buildProject(ObjectDataBase &store, const QString &text)
 {
     store.beginBatch();
     Builder builder(store);
-    for (const QString &row : text.split(QLatin1Char('\n')))
+    for (const QString &row : text.split('\n'))
         builder.row(row.trimmed());
     store.commitBatch();
 }

@@ -1,13 +1,8 @@
 // Generated C as a device has it: compiled without warnings against a stack of our own, linked,
 // run, and asked for its object dictionary and the calls of its start. What it must answer is read
 // from the project alone.
-#include "generators/defines/codefinegenerator.h"
-#include "generators/defines/gendefinegenerator.h"
-#include "generators/multiproto/indicationgenerator.h"
-#include "generators/objdict/objdictgenerator.h"
-#include "generators/objdict/srdogenerator.h"
-#include "generators/objdict/vobjdictgenerator.h"
 #include "support/cohelper.h"
+#include "tests/fixtures/generatorrun.h"
 #include "tests/fixtures/storefixture.h"
 #include "tests/stack/device.h"
 #include "tests/stack/expectation.h"
@@ -18,37 +13,6 @@
 
 namespace
 {
-
-bool isNeeded(VobjDictGenerator &virtualObjects, ObjectDataBase &store)
-{
-    virtualObjects.setDataBase(&store);
-    return virtualObjects.areVirtualObjectsPresent();
-}
-
-void generateAll(Device &device, ObjectDataBase &store)
-{
-    const bool isV4 = store.getGeneralSettingsValue("use_core_headers") == "V4";
-    const bool isCompact = store.getGeneralSettingsValue("compact_array_description").toInt() == 1;
-    std::unique_ptr<AbstractGenerator> defines;
-    std::unique_ptr<ObjDictGenerator> dictionary;
-    if (isV4)
-        defines = std::make_unique<GenDefineGenerator>();
-    else
-        defines = std::make_unique<CoDefineGenerator>();
-    if (isV4)
-        dictionary = std::make_unique<ObjDictGeneratorV4>(isCompact);
-    else
-        dictionary = std::make_unique<ObjDictGenerator>(isCompact);
-    indicationgenerator indications;
-    SrdoGenerator safety;
-    VobjDictGenerator virtualObjects;
-    const QVector<AbstractGenerator *> all = {defines.get(), &indications, dictionary.get(),
-                                              &safety, &virtualObjects};
-    for (AbstractGenerator *generator : all) {
-        if (generator != &virtualObjects || isNeeded(virtualObjects, store))
-            device.generate(*generator, store);
-    }
-}
 
 /// Definition of an application variable of the project; \a expression names it.
 QString variableDeclaration(const QString &expression, quint16 dataType)
@@ -206,7 +170,7 @@ private slots:
             {"gap_fd",                several + second(2) + "line 0" + kCanFd + "new_init_structure=1"},
             {"single_object_between", several + "line 1\n1000:0 U32 const 1 9\n" + second(2) + "line 0\nco_node_id=5,,7"},
             {"line_without_objects",  several + "line 1\n" + "line 0"},
-            {"high_lines",            base + second(26) + second(27) + second(31)},
+            {"high_lines",            base + second(25) + second(26) + second(31)},
             {"routed",                several + second(1) + kShared + kRouting},
             {"sdo_routing_alone",     several + second(1) + "line 0\nsdo_routing=1"},
             {"pdo_routing_alone",     several + second(1) + kShared + kRouting + "line 0\nsdo_routing=0"},
@@ -221,6 +185,8 @@ private slots:
             {"static_store_function", base + "fct_store=onStore"},
             {"virtual_other_number",  "line 5" + base + kVirtual},
             {"virtual_strings_alone", base + "2400:0 VS ro 3 -\n2401:0 DOMAIN rw 3 -"},
+            {"virtual_second_line",   base + second(1) + "2400:0 U8 rw 3 1"},
+            {"virtual_not_counted",   base + "2400:0 U64 ro 3 1\nc000:0 U8 ro 3 1"},
             {"virtual_all",           "1000:0 U32 ro 3 0\n1001:0 U8 ro 3 0"},
             {"every_switch_fd",       all + kCanFd + kSwitches},
             {"two_lines_switches",    all + kCanFd + second(1) + "line 0" + kSwitches},
@@ -279,7 +245,8 @@ private:
         Application(*store, expected).write(folder->path());
         for (const quint8 line : store->getNodes())
             store->cacheAllSubs(line, 0);
-        generateAll(*device, *store);
+        // Object dictionary, virtual objects, safety, definitions, indications.
+        QCOMPARE(runGenerators(*store, folder->path(), kDeviceName, "DEJKP"), QString());
         device->run({"main", "recorder", "recorder_canopen", "start_canopen", "walk"},
                     expected.stackFeatures());
         QVERIFY2(device->fault().isEmpty(), qPrintable(device->fault()));

@@ -1,12 +1,7 @@
 // Generated C of J1939 devices: compiled without warnings against a stack of our own, linked, run,
 // and asked for its groups, its NAME and the calls of its start. What it must answer is read from
 // the project alone.
-#include "generators/defines/codefinegenerator.h"
-#include "generators/defines/gendefinegenerator.h"
-#include "generators/j1939/extdeclgenerator.h"
-#include "generators/j1939/pgngenerator.h"
-#include "generators/objdict/indicesgenerator.h"
-#include "generators/objdict/objdictgenerator.h"
+#include "tests/fixtures/generatorrun.h"
 #include "tests/fixtures/storefixture.h"
 #include "tests/stack/device.h"
 #include "tests/stack/example.h"
@@ -17,35 +12,6 @@
 
 namespace
 {
-
-template <class Classic, class V4>
-void generateFor(Device &device, ObjectDataBase &store, bool isV4)
-{
-    std::unique_ptr<AbstractGenerator> generator;
-    if (isV4)
-        generator = std::make_unique<V4>();
-    else
-        generator = std::make_unique<Classic>();
-    if (auto *defines = dynamic_cast<DefineGenerator *>(generator.get()))
-        defines->j1939Present = true;
-    device.generate(*generator, store);
-}
-
-/// The files of a run, in its order.
-void generateAll(Device &device, ObjectDataBase &store, bool isV4)
-{
-    IndicesGenerator indices;
-    indices.setLines(store.getNodes());
-    device.generate(indices, store);
-    generateFor<CoDefineGenerator, GenDefineGenerator>(device, store, isV4);
-    generateFor<PGNGenerator, PGNGeneratorV4>(device, store, isV4);
-    if (store.getJ1939SettingsValue("cia510serversupport") == "1") {
-        ObjDictGenerator dictionary(false);
-        dictionary.cia510ServerMode = true;
-        device.generate(dictionary, store);
-    }
-    generateFor<ExtDeclGenerator, ExtDeclGeneratorV4>(device, store, isV4);
-}
 
 /// The application beside the generated variables: those that are no plain names.
 void writeApplication(const QString &folder, const J1939Expectation &expected)
@@ -131,7 +97,8 @@ private slots:
         writeApplication(folder->path(), J1939Expectation(*store));
         for (const quint8 line : store->getNodes())
             store->cacheAllSubs(line, 0);
-        generateAll(device, *store, isV4);
+        // Indices, definitions, groups, the server's object dictionary, declarations.
+        QCOMPARE(runGenerators(*store, folder->path(), kDeviceName, "AKLMO"), QString());
         checkDevice(device, *store);
     }
 

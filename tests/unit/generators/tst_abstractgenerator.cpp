@@ -14,7 +14,6 @@ class SampleGenerator : public AbstractGenerator
 
 public:
     SampleGenerator() : AbstractGenerator("sample") {}
-    using AbstractGenerator::convertValue;
 
     bool checkWritability() override { return isNewOrWritable(path); }
 
@@ -132,22 +131,6 @@ private slots:
             generator->wait();
             QCOMPARE(generator->wasMultiLine, setting == "true");
         }
-    }
-
-    void convertsValues()
-    {
-        const quint64 wide = 0x123456789ABCDEF0;
-        const auto convert = [](int type, quint64 value) {
-            return SampleGenerator::convertValue(static_cast<CAN::CANopenDataType>(type), value,
-                                                 -1);
-        };
-        QCOMPARE(convert(22, 0x12AB05), "U24_SET(0x12,0xab,0x05)");
-        QCOMPARE(convert(16, wide), "I24_SET(0xff,0xff,0xff)");
-        QCOMPARE(convert(24, wide), "U40_SET(0x78,0x9a,0xbc,0xde,0xf0)");
-        QCOMPARE(convert(12, wide), "U48_SET(0x56,0x78,0x9a,0xbc,0xde,0xf0)");
-        QCOMPARE(convert(27, wide), "U64_SET(0x12,0x34,0x56,0x78,0x9a,0xbc,0xde,0xf0)");
-        for (const int type : {5, 13, 18, 21, 26}) // no macro
-            QCOMPARE(convert(type, wide), "0");
     }
 
 private:

@@ -1,4 +1,4 @@
-// The tables of the object dictionary, and that the import reads them back.
+// The import reads back the tables of the object dictionary.
 #include "generators/descriptions/csvgenerator.h"
 #include "generators/descriptions/icsvgenerator.h"
 #include "import/csvimporter.h"
@@ -14,55 +14,6 @@ private slots:
     {
         store = makeStore();
         line = 0;
-    }
-
-    void files()
-    {
-        Object motor = fullObject();
-        motor.name = "M\u00F6tor";
-        store->addIndex(0, 0x2A00, motor);
-        store->addIndex(0, 0x2A01, Object());
-        store->addIndex(0, 0x0FFF, Object());
-        Sub speed = fullSub();
-        speed.name = "Speed; \"fast\"";
-        store->addSubIndex(0, 0x2A00, 0x1F, speed);
-        store->addSubIndex(0, 0x2A00, 0, Sub());
-        store->cacheAllSubs(0, 0);
-        const QString columns =
-            "index;sub;line;objectcode;edsname;datatype;access;mapable;value;hasdefault;"
-            "defaultineds;haslimit;lowlimit;uplimit;size;implementation;varname;nvstorage;"
-            "description";
-        const QString row0 = "0x2a00;0x00;0;RECORD;unnamed subindex;UNSIGNED8;ro;no;;1;1;no;0;0;"
-                             "0;managedvariable;;no;";
-        const QString row1 = "0x2a00;0x1f;0;RECORD;\"Speed; \"\"fast\"\"\";UNSIGNED32;rww;RPDO;5;"
-                             "0;2;yes;-1;9;10;variable;v;yes;";
-        CSVGenerator csv;
-        QCOMPARE(generateWith(csv, "demo", "demo.csv"),
-                 columns + '\n' + row0 + '\n' + row1 + "d\n");
-        const auto grouped = [&](const QString &ofObject, const QString &ofSub) {
-            return columns +
-                   ";denotation;metadata\n0x2a00;;0;RECORD;M\u00F6tor;UNSIGNED16;;;;;;;;;;;;;" +
-                   ofObject + ";;\"{\"\"eds_define\"\":\"\"\u00E4\"\"}\"\n" + row0 + ";;\n" + row1 +
-                   ofSub +
-                   ";shown;\"{\"\"k\"\":\"\"v\"\"}\"\n"
-                   "0x2a01;;0;VAR;unnamed object;UNSIGNED8;;;;;;;;;;;;;;;\n";
-        };
-        ICSVGenerator icsv;
-        QCOMPARE(generateWith(icsv, "demo", "demo.icsv"), grouped("\"two\nlines\"", "d"));
-        icsv.setIncludeDescription(false);
-        QCOMPARE(generateWith(icsv, "demo", "demo.icsv"), grouped("", ""));
-    }
-
-    void multiLineFiles()
-    {
-        store->addNode(3, Node());
-        store->addIndex(3, 0x2000, Object());
-        store->addSubIndex(3, 0x2000, 0, Sub());
-        CSVGenerator csv;
-        QVERIFY(generateWith(csv, "demo", "demo_3.csv", 3, true).contains("\n0x2000;0x00;3;"));
-        QVERIFY(store->setMiscSettingsValue("generateML", "true"));
-        ICSVGenerator icsv;
-        QVERIFY(generateWith(icsv, "demo", "demo_3.icsv", 3).contains("\n0x2000;;3;"));
     }
 
     void roundTrip_data()

@@ -11,36 +11,6 @@ class tst_XDDGenerator : public StoreTest
 private slots:
     void init() { store = makeStore(); }
 
-    void wholeFile()
-    {
-        store->addNode(3, Node());
-        store->setDescriptionSettingsLine(3);
-        for (const char *key :
-             {"CreatedBy", "ModifiedBy", "FileVersion", "VendorName", "ProductName"})
-            setDescription(key, QString(key).left(4));
-        store->setDescriptionSettingsLine(0);
-        store->addIndex(3, 0x1018, makeObject("Identity", CANopen::ObjectCode::Record));
-        store->addSubIndex(3, 0x1018, 1, makeSub("Vendor", 7, "0x5F"));
-        store->addIndex(3, 0x2A00, makeObject("O ${index}", CANopen::ObjectCode::Array));
-        Sub sub = makeSub("S ${sub}", 0x1B, "|x5");
-        sub.accessType = "wo";
-        sub.pdoMapping = PDOMappingType::Rpdo;
-        store->addSubIndex(3, 0x2A00, 0, sub);
-        sub.accessType = "const";
-        sub.defaultInEds = false;
-        store->addSubIndex(3, 0x2A00, 0x0A, sub);
-        sub.accessType = "rwr";
-        sub.writeDefaultToEds = 2;
-        store->addSubIndex(3, 0x2A00, 0xFE, sub);
-        store->addIndex(3, 0xC000, Object());
-        XDDGenerator generator;
-        QString text = generateWith(generator, "demo", "demo_0000005f_3.xdd", 3, true);
-        text.replace(QRegularExpression("2 \\(\\w+ \\w+ \\d+ [0-9:]+ \\d+ GMT\\)"), "2 (time)");
-        text.replace(QRegularExpression("\"\\d\\d-\\d\\d-\\d\\d\""), "\"MM-dd-yy\"");
-        QCOMPARE(text, QString::fromUtf8(
-                           readFile(TESSARINE_FIXTURES "/descriptions/device.xdd.expected")));
-    }
-
     void textsKeepTheStructure()
     {
         const QString text = QString::fromUtf8("<\"&'> --->]]>\n\t\xF0\x9F\x98\x80");
