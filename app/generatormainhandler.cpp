@@ -371,7 +371,7 @@ void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
 /// What a project no longer writes must not be compiled with its stack.
 void GeneratorMainHandler::removeStaleFiles(const ProjectFacts &facts)
 {
-    if (facts.isPureCANopen() && !facts.hasVirtualObjects)
+    if (facts.hasCANopen && !facts.hasVirtualObjects)
         QFile::remove(outputDirectory + QStringLiteral("/gen_vobjdict.c"));
     if (!facts.isPureJ1939())
         return;

@@ -27,7 +27,7 @@ struct ProjectFacts {
 
     // What the lines hold; see readContentFacts().
     bool hasSrdo = false;
-    bool hasVirtualObjects = false;
+    bool hasVirtualObjects = false; ///< that the stack of the project reads
     bool hasCanFd = false;
     bool hasSdoServer = false;    ///< the J1939 device answers CAM11/CAM21 (CiA 510)
     bool hasSafetyGroups = false; ///< the J1939 device has the module for SAE J1939-76

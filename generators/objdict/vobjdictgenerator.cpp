@@ -215,6 +215,7 @@ void VobjDictGenerator::doJob()
     const ObjDict::Dialect dialect = dialectOf(*database);
     Context context{*database, out, dialect, GeneralSettings(*database), {}, {}, {}};
     context.form = readForm(*database, activeLine);
+    context.form.sdoServerOnly = cia510ServerMode;
     out.raw(CText::headComment(context.dialect.of(kTitle), projectName, toolVersion));
     writeIncludes(context, hasStandardLibrary(outputDirectory));
     writeApplicationHeaders(context);

@@ -12,6 +12,9 @@ class VobjDictGenerator : public AbstractGenerator
 public:
     VobjDictGenerator();
 
+    /// As in ObjDictGenerator: the tables are those of a J1939 device's SDO server.
+    bool cia510ServerMode = false;
+
     bool checkWritability() override;
 
     /// May be asked before the start. False as well if the definitions header counts none, since

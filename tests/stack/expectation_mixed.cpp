@@ -179,6 +179,12 @@ QStringList MixedExpectation::counts(int variant) const
     return rows;
 }
 
+QStringList MixedExpectation::virtualObjects() const
+{
+    const bool isV4 = store.getGeneralSettingsValue("use_core_headers") == "V4";
+    return isV4 ? QStringList() : shared.virtualObjects();
+}
+
 QStringList MixedExpectation::dictionary() const
 {
     if (!hasCANopen())

@@ -18,6 +18,7 @@ public:
     QStringList counts(int variant) const;
     /// Rows of the dictionaries that the lines are given.
     QStringList dictionary() const;
+    QStringList virtualObjects() const;
 
     /// Makes texts as those of start() of the rows that the program prints.
     static QStringList blocks(const QStringList &rows);

@@ -66,6 +66,7 @@ private slots:
             {"every_module",      two + kName + kModules + fresh + "j1939:safetysupport=1"},
             {"server",            "line 0\nline0type=2\n" + objects},
             {"server_fd_uds",     one + objects + kUds + "canfd_supported=1"},
+            {"server_virtual",    one + objects + kVirtual},
             {"server_two_lines",  two + objects + "limit_check=1\nline 1\n1000:0 U32 const 1 7\n2001:0 U32 rw 0 2 map\n2002:0 U64 rw 0 9\nset line1type=2"},
             {"uds_two_lines",     two + kUds + fresh},
             {"other_lines",       two + "line 2\nset line2type=\ntx 65281 1 2 3\nspn 1 U8 0\nrx 65281\nspn 1 U8 0\n" + kName + kUds + fresh},
@@ -97,8 +98,8 @@ private slots:
         writeApplication(folder->path(), J1939Expectation(*store));
         for (const quint8 line : store->getNodes())
             store->cacheAllSubs(line, 0);
-        // Indices, definitions, groups, the server's object dictionary, declarations.
-        QCOMPARE(runGenerators(*store, folder->path(), kDeviceName, "AKLMO"), QString());
+        // Indices, virtual objects, definitions, groups, the server's object dictionary, declarations.
+        QCOMPARE(runGenerators(*store, folder->path(), kDeviceName, "AEKLMO"), QString());
         checkDevice(device, *store);
     }
 

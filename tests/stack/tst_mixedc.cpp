@@ -1,12 +1,8 @@
 // Generated C of devices with lines of several protocols, and of raw CAN: compiled without warnings
 // against a stack of our own, linked, run, and asked for the calls of its start and for its tables.
 // What it must answer is read from the project alone.
-#include "generators/defines/codefinegenerator.h"
-#include "generators/defines/gendefinegenerator.h"
-#include "generators/j1939/extdeclgenerator.h"
-#include "generators/multiproto/indicationgenerator.h"
 #include "generators/multiproto/multiprogenerator.h"
-#include "generators/objdict/srdogenerator.h"
+#include "tests/fixtures/generatorrun.h"
 #include "tests/fixtures/storefixture.h"
 #include "tests/stack/device.h"
 #include "tests/stack/example.h"
@@ -75,32 +71,6 @@ QString linesText(const QString &types)
         text += lineText.replace("%1", QString::number(line));
     }
     return text;
-}
-
-template <class Classic, class V4>
-std::unique_ptr<AbstractGenerator> generatorFor(bool isV4)
-{
-    if (isV4)
-        return std::make_unique<V4>();
-    return std::make_unique<Classic>();
-}
-
-/// The files of a run, in its order.
-void generateAll(Device &device, ObjectDataBase &store, const MixedExpectation &expected, bool isV4)
-{
-    device.generate(*generatorFor<MultiProGenerator, MultiProGeneratorV4>(isV4), store);
-    const auto defines = generatorFor<CoDefineGenerator, GenDefineGenerator>(isV4);
-    auto &definitions = static_cast<DefineGenerator &>(*defines);
-    definitions.j1939Present = expected.hasJ1939();
-    definitions.multiProtocol = (expected.hasJ1939() && expected.hasCANopen()) || expected.hasRaw();
-    device.generate(definitions, store);
-    device.generate(*generatorFor<ExtDeclGenerator, ExtDeclGeneratorV4>(isV4), store);
-    indicationgenerator indications;
-    if (expected.hasCANopen())
-        device.generate(indications, store);
-    SrdoGenerator safety;
-    if (!store.getIndices(0, 0x1301, 0x1340).isEmpty())
-        device.generate(safety, store);
 }
 
 void writeApplication(const QString &folder, const MixedExpectation &expected)
@@ -196,6 +166,8 @@ private slots:
         QTest::newRow("services") << "1524" << "line 0" + services + kUds;
         QTest::newRow("services_of_both_fd_v4") << "5" << "line 0" + services + kCanFd + kUds + kSwitches + "set line0type=5 use_core_headers=V4";
         QTest::newRow("shared") << "152" << kShared + QString(kRouting) + kSharedRuns + "set line1type=5";
+        QTest::newRow("virtual") << "124" << "line 0" + kVirtual;
+        QTest::newRow("virtual_v4") << "124" << "line 0" + kVirtual + "set use_core_headers=V4";
         QTest::newRow("events_without_canopen") << "24" << "set event_store=1 event_can=1 fct_can=onCan";
         QTest::newRow("empty_lines") << "" << "line 0\nline 1\nline 2\nset line0type=1 line1type=2 line2type=4";
         // clang-format on
@@ -209,7 +181,6 @@ private slots:
         buildProject(*store, kOptions + linesText(types) + settings);
         if (settings.startsWith("unline"))
             store->delNode(1);
-        const bool isV4 = store->getGeneralSettingsValue("use_core_headers") == "V4";
         MixedExpectation expected(*store);
 
         QTemporaryDir folder;
@@ -219,7 +190,8 @@ private slots:
         writeApplication(folder.path(), expected);
         for (const quint8 line : store->getNodes())
             store->cacheAllSubs(line, 0);
-        generateAll(device, *store, expected, isV4);
+        // Virtual objects, all lines, safety, definitions, declarations, indications.
+        QCOMPARE(runGenerators(*store, folder.path(), kDeviceName, "EFJKOP"), QString());
         checkDevice(device, expected);
     }
 
@@ -273,6 +245,7 @@ private:
             return;
         SAME_ROWS(device.rows({"indication"}), expected.common().indications());
         SAME_ROWS(device.rows({"srdo"}), expected.common().safety());
+        SAME_ROWS(device.rows({"virtual"}), expected.virtualObjects());
     }
 
     static void checkStarts(const Device &device, MixedExpectation &expected)
