@@ -380,7 +380,8 @@ void GeneratorMainHandler::removeStaleFiles(const ProjectFacts &facts)
     if (!facts.hasAdapter) {
         for (const char *file : kAdapterFiles) {
             const QString path = outputDirectory + QLatin1Char('/') + QLatin1String(file);
-            // Deliberate: what the user wrote into the adapter stays; held by tst_generatormainhandler.
+            // Deliberate: what the user wrote into the adapter stays; held by
+            // tst_generatormainhandler.
             QString text;
             if (OldFile::read(path, &text) && OldFile::extractUserSection(text).trimmed().isEmpty())
                 QFile::remove(path);
