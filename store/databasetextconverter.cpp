@@ -102,28 +102,16 @@ QString textOf(const QVariant &value)
                                                 : value.toString();
 }
 
-/// A key, parted into the place of its row and its column.
-struct CellPath {
-    QStringRef row; ///< "0x1018/0x1"
-    QString column;
-};
-
-CellPath pathOf(const QString &key)
-{
-    const int slash = key.lastIndexOf(QLatin1Char('/'));
-    return {key.leftRef(qMax(slash, 0)), key.mid(slash + 1)};
-}
-
 /// Calls \a apply with the numbers and the cells of each row, whose keys are "number/column", or
 /// have two numbers. Cells of a row that stand apart in the file come as two rows.
 template <class Apply>
 void forEachRow(const QVector<IniText::Entry> &entries, int numbers, Apply apply)
 {
     using Cells = QVector<ObjectDataBase::ColumnValue>;
-    QStringRef place;
+    QString place; // "0x1018/0x1"
     Cells cells;
     const auto finishRow = [&]() {
-        const QStringList parts = place.toString().split(QLatin1Char('/'));
+        const QStringList parts = place.split(QLatin1Char('/'));
         if (!cells.isEmpty() && parts.size() == numbers)
             apply(parts, cells);
         else if (!cells.isEmpty())
@@ -131,12 +119,16 @@ void forEachRow(const QVector<IniText::Entry> &entries, int numbers, Apply apply
         cells.clear();
     };
     for (const IniText::Entry &entry : entries) {
-        const CellPath path = pathOf(entry.key);
-        if (path.row != place)
+        const QString key = entry.key();
+        const int slash = key.lastIndexOf(QLatin1Char('/'));
+        const QStringRef row = key.leftRef(qMax(slash, 0));
+        if (row != place) {
             finishRow();
-        place = path.row;
-        const bool isBytes = entry.value.type() == QVariant::ByteArray;
-        cells.append({path.column, isBytes ? entry.value : QVariant(textOf(entry.value))});
+            place = row.toString();
+        }
+        const QVariant value = entry.value();
+        const bool isBytes = value.type() == QVariant::ByteArray;
+        cells.append({key.mid(slash + 1), isBytes ? value : QVariant(textOf(value))});
     }
     finishRow();
 }
@@ -338,7 +330,8 @@ bool DatabaseTextConverter::convertTextToSql()
     if (!store || !file.open(QIODevice::ReadOnly))
         return false;
     IniText::Sections groups;
-    bool understood = IniText::read(file.readAll(), &groups);
+    const QByteArray text = file.readAll(); // the entries of the groups stand in it
+    bool understood = IniText::read(text, &groups);
     if (!understood)
         qCWarning(lcStore) << inputFile << "has lines that are no part of a text project";
     isComplete = true;
@@ -405,14 +398,15 @@ void DatabaseTextConverter::importSettings(const QString &group,
 {
     store->setDescriptionSettingsLine(0); // the keys carry their lines' suffixes
     for (const IniText::Entry &entry : entries) {
-        const QString value = textOf(entry.value);
+        const QString key = entry.key();
+        const QString value = textOf(entry.value());
         bool done = false;
         if (group.contains(QLatin1String("DescriptionSettings")))
-            done = store->setDescriptionSettingsValue(entry.key, value);
+            done = store->setDescriptionSettingsValue(key, value);
         else if (group.contains(QLatin1String("GeneralSettings")))
-            done = store->setGeneralSettingsValue(entry.key, value);
+            done = store->setGeneralSettingsValue(key, value);
         else
-            done = store->setMiscSettingsValue(entry.key, value);
+            done = store->setMiscSettingsValue(key, value);
         isComplete = isComplete && done;
     }
 }

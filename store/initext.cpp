@@ -4,6 +4,8 @@
 namespace
 {
 
+using IniText::Span;
+
 constexpr int kFlushBytes = 1 << 20;
 const QLatin1String kByteArrayStart("@ByteArray(");
 const QLatin1String kStringStart("@String("); // of texts that hold a zero character
@@ -23,23 +25,6 @@ int hexDigit(char ch)
         return ch - 'A' + 10;
     return -1;
 }
-
-/// A stretch of the file.
-struct Span {
-    const char *begin;
-    const char *end;
-
-    int size() const { return int(end - begin); }
-    Span trimmed() const
-    {
-        Span result = *this;
-        while (result.begin < result.end && isBlank(*result.begin))
-            ++result.begin;
-        while (result.end > result.begin && isBlank(result.end[-1]))
-            --result.end;
-        return result;
-    }
-};
 
 /// One logical line and the place of its first "=" outside quotes, null if it has none.
 struct Line {
@@ -306,6 +291,26 @@ QByteArray escapedText(const QString &text, bool asBytes)
 
 } // namespace
 
+Span IniText::Span::trimmed() const
+{
+    Span result = *this;
+    while (result.begin < result.end && isBlank(*result.begin))
+        ++result.begin;
+    while (result.end > result.begin && isBlank(result.end[-1]))
+        --result.end;
+    return result;
+}
+
+QString IniText::Entry::key() const
+{
+    return unescapedKey(keyText);
+}
+
+QVariant IniText::Entry::value() const
+{
+    return valueOf(valueText);
+}
+
 bool IniText::read(const QByteArray &data, Sections *sections)
 {
     bool sound = true;
@@ -324,8 +329,8 @@ bool IniText::read(const QByteArray &data, Sections *sections)
             const Span name = Span{text.begin + 1, close}.trimmed();
             current = &(*sections)[unescapedKey(name)];
         } else if (line.equals && current) {
-            const Span key = Span{text.begin, line.equals}.trimmed();
-            current->append({unescapedKey(key), valueOf({line.equals + 1, line.text.end})});
+            current->append(
+                {Span{text.begin, line.equals}.trimmed(), Span{line.equals + 1, line.text.end}});
         } else {
             sound = false;
         }

@@ -13,18 +13,33 @@
 namespace IniText
 {
 
-/// One value with its key, in which "/" parts the groups below the section.
+/// A stretch of a file.
+struct Span {
+    const char *begin;
+    const char *end;
+
+    int size() const { return int(end - begin); }
+    Span trimmed() const;
+};
+
+/// One value with its key, kept as the file has them: a project holds half a million.
 struct Entry {
-    QString key;
-    QVariant value; ///< a text, a list of texts, or a byte array
+    Span keyText;
+    Span valueText;
+
+    /// "/" parts the groups below the section.
+    QString key() const;
+    /// A text, a list of texts, or a byte array.
+    QVariant value() const;
 };
 
 /// Entries in the order of the file by section; a section that stands twice is one.
 using Sections = QMap<QString, QVector<Entry>>;
 
 /// False if \a data holds lines that are neither section, key, comment nor blank; all other lines
-/// are in \a sections all the same.
+/// are in \a sections all the same. The entries stand in \a data, which must outlive them.
 bool read(const QByteArray &data, Sections *sections);
+bool read(QByteArray &&data, Sections *sections) = delete;
 
 /// Writes a file section by section. Texts are UTF-8.
 class Writer
