@@ -96,9 +96,9 @@ private slots:
         QVERIFY(!IniText::read(conflict, &sections));
         QCOMPARE(sections.value("G").size(), 2);
         const auto readAll = [](const QByteArray &data) {
-            IniText::Sections sections;
-            IniText::read(data, &sections);
-            for (const QVector<IniText::Entry> &section : qAsConst(sections)) {
+            IniText::Sections found;
+            IniText::read(data, &found);
+            for (const QVector<IniText::Entry> &section : qAsConst(found)) {
                 for (const IniText::Entry &entry : section)
                     QVERIFY(entry.key().size() <= data.size() && entry.value().isValid());
             }
