@@ -8,7 +8,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <cstdio>
 
 namespace
 {
@@ -57,6 +56,7 @@ void CLIMainApp::start()
     }
     runProject(project);
     writeReport(project);
+    problemLog.finish();
 }
 
 void CLIMainApp::runProject(const QString &project)
@@ -167,7 +167,7 @@ void CLIMainApp::finishWith(ReturnCode code)
 void CLIMainApp::saveProject(const QString &project)
 {
     if (!generatorMainHandler->saveProject())
-        std::fprintf(stderr, "Could not save %s\n", qUtf8Printable(project));
+        Problems::error("not-saved", project, QStringLiteral("could not be saved"));
 }
 
 void CLIMainApp::writeReport(const QString &project)
@@ -194,5 +194,5 @@ void CLIMainApp::writeReport(const QString &project)
                               static_cast<int>(returnCode), errorStrings.value(returnCode),
                               isComplete};
     if (isInput || !writeSarifReport(report, path))
-        std::fprintf(stderr, "Could not write %s\n", qUtf8Printable(path));
+        Problems::error("not-written", path, QStringLiteral("could not be written"));
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/generatormainhandler.h"
+#include "app/problemlog.h"
 
 #include <QMap>
 #include <QObject>
@@ -58,6 +59,7 @@ private:
     /// Writes the report on the run that the user asked for, if he did.
     void writeReport(const QString &project);
 
+    ProblemLog problemLog;
     QStringList arguments;
     CLIOutputHandler *outputHandler;
     GeneratorMainHandler *generatorMainHandler;

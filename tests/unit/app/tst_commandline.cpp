@@ -121,8 +121,10 @@ private slots:
         QByteArray output = run(first, "-project pümp.tsrt -save -report out.sarif");
         QVERIFY2(output.contains(filled("\nThe file in pümp_doc.txt in %DIR% is not writable\n")),
                  output);
-        QVERIFY(output.endsWith(ended(0, "Generation finished.\nGeneration completed.\nerrors:\n"
-                                         "Could not save pümp.tsrt\nCould not write out.sarif\n")));
+        QVERIFY(
+            output.endsWith(ended(0, "Generation finished.\nGeneration completed.\nerrors:\n"
+                                     "pümp.tsrt: error: could not be saved [not-saved]\n"
+                                     "out.sarif: error: could not be written [not-written]\n")));
         QCOMPARE(read("pümp.tsrt"), kProject);
         for (const QString &name : names)
             QCOMPARE(read(name), "old\n");
@@ -131,9 +133,10 @@ private slots:
         PlainUserProcess second;
         output = run(second, "-project pümp.tsrt -save");
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        QVERIFY2(output.endsWith(ended(8, "ABORT - The output folder %DIR% is not writeable.\n"
-                                          "Error - The output folder is not writeable\n"
-                                          "errors:\nCould not save pümp.tsrt\n")),
+        QVERIFY2(output.endsWith(
+                     ended(8, "ABORT - The output folder %DIR% is not writeable.\n"
+                              "Error - The output folder is not writeable\n"
+                              "errors:\npümp.tsrt: error: could not be saved [not-saved]\n")),
                  output);
         QCOMPARE(read("pümp.tsrt"), kProject);
     }
@@ -160,7 +163,8 @@ private slots:
         // The name under which the new file is written first is taken by a folder.
         QVERIFY(QDir().mkpath(folder + "/db.tsrp.tessarine-new"));
         QVERIFY(
-            run("-project db.tsrp -save").endsWith(ended(0, "errors:\nCould not save db.tsrp\n")));
+            run("-project db.tsrp -save")
+                .endsWith(ended(0, "errors:\ndb.tsrp: error: could not be saved [not-saved]\n")));
         QCOMPARE(read("db.tsrp"), before);
     }
 
@@ -229,7 +233,8 @@ private slots:
              {"folder.eds", "none/out.sarif", "../wörk/pümp.tsrt", "mod.txt"}) {
             const QByteArray before = read(report);
             QVERIFY(run("-project pümp.tsrt -dbmod mod.txt -report " + report)
-                        .endsWith(ended(0, "errors:\nCould not write " + report.toUtf8() + "\n")));
+                        .endsWith(ended(0, "errors:\n" + report.toUtf8() +
+                                               ": error: could not be written [not-written]\n")));
             QCOMPARE(read(report), before);
         }
     }

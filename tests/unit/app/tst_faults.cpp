@@ -97,9 +97,11 @@ private slots:
             QVERIFY2(told.contains(filled("\nERROR - Generation of gen_objdict.c failed. Could not "
                                           "write %DIR%/gen_objdict.c\n")),
                      told);
-            QVERIFY2(told.endsWith("\nGeneration completed.\nerrors:\nCould not save " +
-                                   project.toUtf8() + "\nCould not write r.sarif\nexit code 0\n"),
-                     told);
+            QVERIFY2(
+                told.endsWith("\nGeneration completed.\nerrors:\n" + project.toUtf8() +
+                              ": error: could not be saved [not-saved]\n"
+                              "r.sarif: error: could not be written [not-written]\nexit code 0\n"),
+                told);
         }
         QCOMPARE(read("big.tsrt"), text);
         QCOMPARE(read("big.tsrp"), database);
@@ -150,8 +152,10 @@ private slots:
         const QByteArray saved = "Generation completed.\nexit code 0\n";
         QTest::newRow("deleted") << QByteArray("rm -f") << saved;
         QTest::newRow("replaced") << QByteArray("cp /dev/null") << saved;
-        QTest::newRow("folder") << QByteArray("sh -c 'rm $1; mkdir $1' x")
-                                << QByteArray("errors:\nCould not save big.tsrp\nexit code 0\n");
+        QTest::newRow("folder")
+            << QByteArray("sh -c 'rm $1; mkdir $1' x")
+            << QByteArray(
+                   "errors:\nbig.tsrp: error: could not be saved [not-saved]\nexit code 0\n");
     }
     void projectChangesDuringTheRun()
     {

@@ -1,0 +1,47 @@
+// Problems on standard error.
+#include "app/problemlog.h"
+
+#include "support/printable.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace
+{
+
+constexpr int kMostOfRule = 20;
+
+} // namespace
+
+ProblemLog::ProblemLog()
+    : formerHandler(
+          Problems::setHandler([this](const Problems::Problem &problem) { take(problem); }))
+{
+}
+
+ProblemLog::~ProblemLog()
+{
+    (void)Problems::setHandler(formerHandler);
+}
+
+void ProblemLog::finish()
+{
+    QStringList rules = countOfRule.keys();
+    std::sort(rules.begin(), rules.end());
+    for (const QString &rule : rules) {
+        const int more = countOfRule.value(rule) - kMostOfRule;
+        if (more > 0)
+            std::fprintf(stderr, "warning: %d more of this kind [%s]\n", more,
+                         qUtf8Printable(printableLine(rule)));
+    }
+    countOfRule.clear();
+}
+
+void ProblemLog::take(const Problems::Problem &problem)
+{
+    all.append(problem);
+    if (++countOfRule[problem.rule] <= kMostOfRule)
+        std::fprintf(stderr, "%s\n", qUtf8Printable(problem.asLine()));
+}

@@ -1,0 +1,30 @@
+// The problems of a run: on standard error at once, and kept for the report for machines.
+#pragma once
+
+#include "support/problems.h"
+
+#include <QHash>
+#include <QVector>
+
+/// One for a run, made before the project is opened; takes what is reported while it lives. At most
+/// 20 problems of a rule are printed; finish() prints how many more there were.
+class ProblemLog
+{
+public:
+    ProblemLog();
+    ~ProblemLog();
+    ProblemLog(const ProblemLog &) = delete;
+    ProblemLog &operator=(const ProblemLog &) = delete;
+
+    void finish();
+
+    /// All of them, in the order in which they were reported; read by the thread that owns the log.
+    const QVector<Problems::Problem> &problems() const { return all; }
+
+private:
+    void take(const Problems::Problem &problem);
+
+    QVector<Problems::Problem> all;
+    QHash<QString, int> countOfRule;
+    Problems::Handler formerHandler;
+};

@@ -1,0 +1,11 @@
+// Text of foreign files made safe for a terminal.
+#pragma once
+
+#include <QString>
+
+/// \a text with control characters (C0 without tab and line feed, DEL, C1) as "\x1b": a name from a
+/// foreign file must not move the cursor, ring, or hide what was printed before.
+QString printableText(const QString &text);
+
+/// The same for a single line: tabs and line feeds as "\x09" and "\x0a" too.
+QString printableLine(const QString &text);
