@@ -73,6 +73,7 @@ void CLIMainApp::runProject(const QString &project)
     if (checkDbModifier(arguments, modifierFile))
         (void)generatorMainHandler->applyDbModifier(modifierFile); // in-house use, never an error
     generatorMainHandler->setKeepUnchanged(arguments.contains(QLatin1String("-keep-unchanged")));
+    generatorMainHandler->setStartsPrograms(!arguments.contains(QLatin1String("-no-commands")));
     generatorMainHandler->generateOutput(false);
     // A failed check does not keep an import from being saved.
     if (arguments.contains(QLatin1String("-save")) || arguments.contains(QLatin1String("-s")))

@@ -2,6 +2,7 @@
 #include "app/edscheckerwrapper.h"
 
 #include "support/logging.h"
+#include "support/problems.h"
 
 #include <QFileInfo>
 #include <QTimer>
@@ -9,8 +10,7 @@
 namespace
 {
 
-constexpr int kLongestRunMs = 60000;
-constexpr qint64 kLongestResultBytes = 16 * 1024 * 1024;
+constexpr int kLongestResultBytes = 16 * 1024 * 1024;
 
 } // namespace
 
@@ -26,11 +26,11 @@ bool EdsCheckerWrapper::startEDSCheck(const QString &edsFile)
     // Queued: the caller counts on finished() coming behind this function.
     connect(process, &QProcess::errorOccurred, this, &EdsCheckerWrapper::processFailed,
             Qt::QueuedConnection);
-    connect(process, &QProcess::readyReadStandardOutput, process, [this] {
-        if (process->bytesAvailable() > kLongestResultBytes)
-            process->kill();
+    connect(process, &QProcess::readyReadStandardOutput, this, &EdsCheckerWrapper::takeOutput);
+    QTimer::singleShot(longestRunMs, process, [this] {
+        if (process->state() != QProcess::NotRunning)
+            stop(QStringLiteral("it ran longer than %1 s").arg(longestRunMs / 1000));
     });
-    QTimer::singleShot(kLongestRunMs, process, &QProcess::kill);
     process->setStandardErrorFile(QProcess::nullDevice()); // is no part of the result
     process->start(checker.absoluteFilePath(),
                    {QStringLiteral("-e"), edsPath, QStringLiteral("-d"),
@@ -41,12 +41,36 @@ bool EdsCheckerWrapper::startEDSCheck(const QString &edsFile)
 
 QString EdsCheckerWrapper::getResults() const
 {
-    return process ? QString::fromLatin1(process->readAll()) : QString();
+    return QString::fromLatin1(output);
+}
+
+/// What comes behind the limit, while the program's death is awaited, is thrown away.
+void EdsCheckerWrapper::takeOutput()
+{
+    output += process->readAllStandardOutput();
+    if (output.size() <= kLongestResultBytes)
+        return;
+    output.truncate(kLongestResultBytes);
+    process->closeReadChannel(QProcess::StandardOutput);
+    stop(QStringLiteral("it printed more than %1 MiB").arg(kLongestResultBytes / 1024 / 1024));
+}
+
+void EdsCheckerWrapper::stop(const QString &reason)
+{
+    if (isStopped)
+        return;
+    isStopped = true;
+    process->kill();
+    Problems::warning("checker-stopped", edsPath,
+                      QStringLiteral("the EDS checker was stopped, since %1; its result is not "
+                                     "complete")
+                          .arg(reason));
 }
 
 void EdsCheckerWrapper::processFinished(int exitcode)
 {
     qCDebug(lcApp) << "EDS checker for" << edsPath << "ended with" << exitcode;
+    takeOutput();
     emit finished();
 }
 

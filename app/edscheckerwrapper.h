@@ -16,12 +16,17 @@ public:
 
     void setCheckerPath(const QString &path) { checkerPath = path; }
 
+    /// How long the program may run; a minute if nothing else is set.
+    void setLongestRun(int milliseconds) { longestRunMs = milliseconds; }
+
     /// Starts the program without waiting for it; false if there is no such program. Otherwise
     /// finished() comes in any case: a program that cannot be started counts as one that has ended,
-    /// and one that does not end within a minute, or prints more than 16 MiB, is stopped.
+    /// and one that runs too long, or prints more than 16 MiB, is stopped, which is told on
+    /// standard error.
     bool startEDSCheck(const QString &edsFile);
 
-    /// What the program has printed to standard output; empty if there was no start.
+    /// What the program has printed to standard output, 16 MiB at most; empty if there was no
+    /// start.
     QString getResults() const;
 
 signals:
@@ -32,9 +37,16 @@ public slots:
 
 private slots:
     void processFailed(QProcess::ProcessError error);
+    void takeOutput();
 
 private:
+    /// Ends the program; \a reason is what it did, the end of a sentence.
+    void stop(const QString &reason);
+
     QPointer<QProcess> process;
     QString checkerPath;
     QString edsPath;
+    QByteArray output;
+    int longestRunMs = 60000;
+    bool isStopped = false;
 };

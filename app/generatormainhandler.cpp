@@ -400,6 +400,7 @@ void GeneratorMainHandler::runPostGenProcess()
     connect(postGenProcessor, &PostGenProcessor::completed, &loop, &QEventLoop::quit);
     postGenProcessor->setProjectValues(database, outputDirectory, projectName);
     postGenProcessor->setStartedHidden(startedHidden);
+    postGenProcessor->setStartsPrograms(startsPrograms);
     postGenProcessor->start();
     if (postGenProcessor->isRunning())
         loop.exec();

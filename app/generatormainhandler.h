@@ -49,6 +49,9 @@ public:
 
     void setStartedHidden(bool hidden) { startedHidden = hidden; }
 
+    /// Without it neither a command nor an EDS checker runs behind the generation.
+    void setStartsPrograms(bool starts) { startsPrograms = starts; }
+
     /// The whole run, from the check to the end of what the user wants done behind the last file.
     /// Raises finished() before it returns.
     void generateOutput(bool ignoreCheckErrors);
@@ -108,4 +111,5 @@ private:
     QPointer<PostGenProcessor> postGenProcessor;
     QPointer<PostGenProgressHandler> progressHandler;
     bool startedHidden = false;
+    bool startsPrograms = true;
 };

@@ -8,6 +8,7 @@
 #include "store/objectdatabase.h"
 #include "support/helper.h"
 #include "support/logging.h"
+#include "support/problems.h"
 #include "support/usersettings.h"
 
 #include <QCoreApplication>
@@ -21,6 +22,7 @@ namespace
 constexpr int kLongestStartMs = 30000;
 constexpr int kTerminationMs = 3000;
 constexpr int kLastCheckedLine = 7;
+constexpr int kMostPrintedBytes = 1024 * 1024;
 
 } // namespace
 
@@ -55,6 +57,8 @@ void PostGenProcessor::start()
     running = true;
     const Command command = readCommand();
     processExitCode = 0;
+    printedBytes = 0;
+    isOutputCut = false;
     for (Stream *stream : {&standardOutput, &standardError}) {
         stream->hasSpoken = false;
         stream->decoder.reset(QTextCodec::codecForLocale()->makeDecoder());
@@ -71,6 +75,8 @@ void PostGenProcessor::start()
 PostGenProcessor::Command PostGenProcessor::readCommand() const
 {
     Command command;
+    if (!startsPrograms)
+        return command;
     const auto ofProject = [this](const char *key) {
         return database ? database->getMiscSettingsValue(QLatin1String(key)) : QString();
     };
@@ -173,12 +179,33 @@ void PostGenProcessor::postGenProcessFinished(int exitCode, QProcess::ExitStatus
 
 void PostGenProcessor::postGenProcessReadyReadStandardError()
 {
-    printStream(standardError, process->readAllStandardError());
+    takeOutput(standardError, process->readAllStandardError());
 }
 
 void PostGenProcessor::postGenProcessReadyReadStandardOutput()
 {
-    printStream(standardOutput, process->readAllStandardOutput());
+    takeOutput(standardOutput, process->readAllStandardOutput());
+}
+
+void PostGenProcessor::takeOutput(Stream &stream, QByteArray bytes)
+{
+    if (isOutputCut)
+        return;
+    const int room = kMostPrintedBytes - printedBytes;
+    isOutputCut = bytes.size() > room;
+    bytes.truncate(room);
+    printedBytes += bytes.size();
+    if (!isOutputCut || room > 0)
+        printStream(stream, bytes);
+    if (!isOutputCut)
+        return;
+    // The pipes are emptied all the same, for the command must not wait or die at a full one.
+    process->closeReadChannel(QProcess::StandardOutput);
+    process->closeReadChannel(QProcess::StandardError);
+    Problems::warning("command-output-cut", process->program(),
+                      QStringLiteral("the command printed more than %1 MiB; the rest of its output "
+                                     "is not shown")
+                          .arg(kMostPrintedBytes / 1024 / 1024));
 }
 
 void PostGenProcessor::printStream(Stream &stream, const QByteArray &bytes)
@@ -252,7 +279,7 @@ void PostGenProcessor::startEdsCheck()
     if (progressHandler)
         progressHandler->setLabelText(QStringLiteral("EDS Checker running"));
     const UserSettings settings;
-    if (settings.value("EDSChecker", "checkeds").toBool()) {
+    if (startsPrograms && settings.value("EDSChecker", "checkeds").toBool()) {
         const QString base = projectDirectory + QLatin1Char('/') + projectName;
         const QString ending = QStringLiteral(".eds");
         startChecker(settings, base + ending, QStringLiteral("EDS Checker started"));

@@ -30,6 +30,8 @@ public:
     void setProjectValues(QPointer<ObjectDataBase> store, const QString &directory,
                           const QString &name);
     void setStartedHidden(bool hidden) { startedHidden = hidden; }
+    /// Without it neither a command nor an EDS checker is started, whoever asks for them.
+    void setStartsPrograms(bool starts) { startsPrograms = starts; }
 
     /// Begins with the user's command. Returns behind its end if the user wants to wait for it;
     /// the other stages run on in the event loop. Makes the project's folder the current one if
@@ -75,6 +77,8 @@ private:
     void runCommand(const Command &command);
     bool startDetached();
     void waitForCommand();
+    /// Prints what the limit of the command's output lets through.
+    void takeOutput(Stream &stream, QByteArray bytes);
     void printStream(Stream &stream, const QByteArray &bytes);
     void startChecker(const UserSettings &settings, const QString &edsFile, const QString &started);
     void adjustLineEndings();
@@ -88,6 +92,9 @@ private:
     int processExitCode = 0;
     bool canceled = false;
     bool startedHidden = false;
+    bool startsPrograms = true;
+    int printedBytes = 0; ///< of both streams of the command
+    bool isOutputCut = false;
     QList<EdsCheckerWrapper *> checkers; ///< those that run
     OutputHandlerBase *outputHandler;
     PostGenProgressHandler *progressHandler;

@@ -10,8 +10,8 @@ _tessarine()
     -import) kinds='eds|dcf|csv' ;;
     -dbmod | -report) kinds='*' ;;
     *)
-        mapfile -t COMPREPLY < <(compgen -W "-dbmod -help -import -keep-unchanged -project -report -s
-            -save -version" -- "$2")
+        mapfile -t COMPREPLY < <(compgen -W "-dbmod -help -import -keep-unchanged -no-commands -project
+            -report -s -save -version" -- "$2")
         return
         ;;
     esac
