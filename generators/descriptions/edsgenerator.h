@@ -3,6 +3,8 @@
 
 #include "generators/abstractgenerator.h"
 
+class EdsVariants;
+
 /// Writes "<project>.eds". The names of other files tell the line of a project with several lines,
 /// and the variant, or that the file is the classical companion of a CAN FD device.
 class EDSGenerator : public AbstractGenerator
@@ -13,6 +15,10 @@ public:
     /// \a define is the variant to be described, one of edsDefines(). \a fd: the file describes a
     /// CAN FD device. \a classical: the file describes a CAN FD device to those who know none.
     EDSGenerator(const QString &define, bool fd, bool classical);
+
+    /// The variants of the line, which must outlive the job; without them the job looks through all
+    /// objects.
+    void setVariants(const EdsVariants *found) { variants = found; }
 
     /// Looks at the plain name only, whatever the file's name is.
     bool checkWritability() override;
@@ -27,4 +33,5 @@ private:
     const QString define;
     const bool canFd;
     const bool classical;
+    const EdsVariants *variants = nullptr;
 };
