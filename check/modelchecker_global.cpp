@@ -13,11 +13,16 @@ namespace
 
 constexpr quint8 kMostLines = 32;
 
+/// The low byte of a number, which may be negative.
+quint8 byteOf(const QString &text)
+{
+    return static_cast<quint8>(Numbers::toLongLongByPrefix(text));
+}
+
 /// One byte of the setting's entry for the line.
 quint8 byteOfLine(const ObjectDataBase &store, const char *key, quint8 line)
 {
-    return static_cast<quint8>(
-        Numbers::toUIntByPrefix(store.getGeneralSettingsValueLine(QLatin1String(key), line)));
+    return byteOf(store.getGeneralSettingsValueLine(QLatin1String(key), line));
 }
 
 } // namespace
@@ -34,7 +39,8 @@ qint32 ModelChecker::startGlobalCheck(ObjectDataBase *store)
     hintAtUpgrade(hasServer || hasClient);
     // Deliberate: the setting is a byte, so 256 is none; held by tst_modelchecker
     // "block_size_byte".
-    if (numberSetting("sdo_blocktransfer_block_size") & 0x80)
+    if (byteOf(project->getGeneralSettingsValue(QStringLiteral("sdo_blocktransfer_block_size"))) &
+        0x80)
         report(Msg::SdoBlockSizeTooLarge, wholeProject);
     if (project->getGeneralSettingsValue(QStringLiteral("co_timer_interval")).isEmpty())
         report(Msg::TimerIntervalMissing, wholeProject);

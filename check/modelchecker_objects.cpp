@@ -1,6 +1,7 @@
 // One object and its subindices.
 #include "check/modelchecker.h"
 #include "check/modelchecker_p.h"
+#include "support/cohelper.h"
 #include "support/logging.h"
 #include "support/numbers.h"
 
@@ -85,6 +86,14 @@ bool isWithin(const RangeRow &range, const QString &text)
 bool isOpenEnd(const QString &limit)
 {
     return limit == QChar(0xFFFF) || limit == QChar(0xFFFD);
+}
+
+/// Generated C names the type of each entry that it describes; the stack has none for structures
+/// and for numbers that are not assigned.
+bool isNamelessInC(const SubIndexData &data)
+{
+    return data.implementation != Virtual &&
+           COHelper::index2DataTypeShortString(data.dataType).isEmpty();
 }
 
 bool isMappingObject(quint16 index)
@@ -243,7 +252,7 @@ void ModelChecker::checkRanges(quint16 index, quint8 subIndex, const SubIndexDat
         if (!isSound)
             reportSub(Msg::ValueOutOfType, index, subIndex);
     }
-    if (typeOf(data) == CANopenDataType::Unknown)
+    if (typeOf(data) == CANopenDataType::Unknown || isNamelessInC(data))
         reportSub(Msg::DatatypeUnknown, index, subIndex);
     if (isDomain || !data.limitInEds)
         return;

@@ -126,6 +126,11 @@ private slots:
         row("limit_unused", limited("2", "-128", "", "300"));
         row("domain", limited("15", "-1", "5", "1"));
         row("unknown_type", limited("0", "1"), {E + "Object 0x2002-0x00: Unknown or unsupported datatype."});
+        row("structure_type", limited("64", "1"), {E + "Object 0x2002-0x00: Unknown or unsupported datatype."});
+        row("structure_type_virtual", limited("64", "1") << "put 2002:0 implementation 3");
+        row("unassigned_constant", limited("130", "1") << "put 2002:0 access const" << "put 2002:0 implementation 1", {E + "Object 0x2002-0x00: Unknown or unsupported datatype."});
+        row("last_type_of_the_tool", limited("129", "1"));
+        row("type_without_array", limited("17", "1"));
         row("default_below", limited("3", "-6", "-5", "5"), {outside});
         row("default_at_limits", limited("3", "-5", "-0x5", "-5"));
         row("default_above", limited("124", "6", "0", "5"), {outside});
@@ -181,9 +186,10 @@ private slots:
         const auto isSafe = [&](const QStringList &types) {
             model.store.executeSql("delete from SPNs0");
             for (int i = 0; i < types.size(); ++i)
-                model.store.executeSql(QString("insert into SPNs0 (pgnnumber,spnnumber,direction,pos,"
-                                               "datatype) values(100,%1,85,%2,%3)")
-                                           .arg(QString::number(9 - i), QString::number(i), types.at(i)));
+                model.store.executeSql(
+                    QString("insert into SPNs0 (pgnnumber,spnnumber,direction,pos,"
+                            "datatype) values(100,%1,85,%2,%3)")
+                        .arg(QString::number(9 - i), QString::number(i), types.at(i)));
             checker.startGlobalCheck(&model.store);
             return checker.checkSafePGNStructure(0, 100, 0x55);
         };
@@ -218,7 +224,10 @@ private slots:
         row("uds_server_only", {server, "set udsclient_supported=0"});
         row("uds_apart", {server, client, "node 1", "set uds_server_active=1,0", "set uds_client_cnt=0,1"});
         row("uds_together", {server, client, "node 1", "set uds_server_active=0,1", "set uds_client_cnt=0,0x2"}, {uds});
+        row("uds_negative", {server, client, "node 1", "set uds_server_active=0,1", "set uds_client_cnt=0,-1"}, {uds});
         row("block_size", {"set sdo_blocktransfer_block_size=0x80"}, {block});
+        row("block_size_negative", {"set sdo_blocktransfer_block_size=-1"}, {block});
+        row("block_size_below_a_byte", {"set sdo_blocktransfer_block_size=-129"});
         row("block_size_127", {"set sdo_blocktransfer_block_size=127"});
         row("block_size_byte", {"set sdo_blocktransfer_block_size=256"});
         row("all", {server, client, "set sdo_blocktransfer_block_size=255", "set co_timer_interval="}, {uds, block, timer});
