@@ -4,7 +4,7 @@
 #include "app/outputhandlerbase.h"
 #include "generators/descriptions/edsgenerator.h"
 #include "generators/descriptions/edsvariants.h"
-#include "generators/oldfile.h"
+#include "generators/j1939/j1939adaptergenerator.h"
 #include "import/csvimporter.h"
 #include "import/edsimporter.h"
 #include "store/databasemodifier.h"
@@ -12,6 +12,7 @@
 #include "store/projectconverter.h"
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/problems.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -19,6 +20,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 
 namespace
 {
@@ -57,6 +59,36 @@ std::unique_ptr<BaseDataImporter> createImporter(const QString &suffix)
     }
     return nullptr;
 }
+
+/// What an EDS file describes. The classical companion of a variant is the variant: both have one
+/// file by design.
+QString variantName(quint8 line, const QString &define, bool isClassical)
+{
+    const QString name = !define.isEmpty() ? QStringLiteral("the variant \"%1\"").arg(define)
+                         : isClassical     ? QStringLiteral("the classical companion")
+                                           : QStringLiteral("the plain device");
+    return QStringLiteral("%1 of line %2").arg(name, QString::number(line));
+}
+
+/// Tells of variants whose names give one file name, so that only the last one's file remains.
+class EdsNames
+{
+public:
+    void note(const QString &path, const QString &variant)
+    {
+        // Of the bytes: several characters may become the same one there.
+        QString &former = variants[QFile::encodeName(path)];
+        if (!former.isEmpty() && former != variant)
+            Problems::error("eds-name", path,
+                            QStringLiteral("describes %1, and not %2 any more, since both have "
+                                           "this file name; name one of them otherwise")
+                                .arg(variant, former));
+        former = variant;
+    }
+
+private:
+    QHash<QByteArray, QString> variants; ///< by path
+};
 
 /// Folders are none, and neither are pipes and devices, which might never end.
 bool isReadableFile(const QString &path)
@@ -344,26 +376,26 @@ void GeneratorMainHandler::runGenerator(AbstractGenerator &generator, quint8 lin
 
 void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
 {
+    EdsNames names;
     for (const ProjectLine &line : facts.lines) {
         if (!carriesCANopen(line.type))
             continue;
-        const EdsVariants variants(*database, line.number);
-        const QStringList &defines = variants.defines();
+        const QStringList defines = edsDefines(*database, line.number);
         for (const QString &define : defines) {
             EDSGenerator device(define, facts.hasCanFd, false);
-            device.setVariants(&variants);
             device.generateML = facts.isMultiLine();
             runGenerator(device, line.number,
                          filled("The EDS file %2.eds in %1 is not writable", projectName),
                          filled("Generation of %2 EDS file in %1 started", define));
+            names.note(device.filePath(), variantName(line.number, define, false));
             if (!facts.hasCanFd)
                 continue;
             EDSGenerator classical(define, false, true);
-            classical.setVariants(&variants);
             classical.generateML = facts.isMultiLine();
             runGenerator(classical, line.number,
                          filled("The EDS file %2_classical.eds in %1 is not writable", projectName),
                          filled("Generation of %2 classical EDS file in %1 started", define));
+            names.note(classical.filePath(), variantName(line.number, define, true));
         }
         if (defines.size() > 1)
             outputHandler->printLine(
@@ -383,10 +415,9 @@ void GeneratorMainHandler::removeStaleFiles(const ProjectFacts &facts)
     if (!facts.hasAdapter) {
         for (const char *file : kAdapterFiles) {
             const QString path = outputDirectory + QLatin1Char('/') + QLatin1String(file);
-            // Deliberate: what the user wrote into the adapter stays; held by
-            // tst_generatormainhandler.
-            QString text;
-            if (OldFile::read(path, &text) && OldFile::extractUserSection(text).trimmed().isEmpty())
+            // Deliberate: what the user wrote into the adapter stays, and so does an adapter of
+            // the user's own; held by tst_generatormainhandler.
+            if (J1939Adapter::isWithoutCode(path))
                 QFile::remove(path);
         }
     }

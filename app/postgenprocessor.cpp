@@ -5,6 +5,7 @@
 #include "app/outputhandlerbase.h"
 #include "app/postgenprogresshandler.h"
 #include "generators/lineends.h"
+#include "generators/outputname.h"
 #include "store/objectdatabase.h"
 #include "support/helper.h"
 #include "support/logging.h"
@@ -280,11 +281,13 @@ void PostGenProcessor::startEdsCheck()
         progressHandler->setLabelText(QStringLiteral("EDS Checker running"));
     const UserSettings settings;
     if (startsPrograms && settings.value("EDSChecker", "checkeds").toBool()) {
-        const QString base = projectDirectory + QLatin1Char('/') + projectName;
-        const QString ending = QStringLiteral(".eds");
-        startChecker(settings, base + ending, QStringLiteral("EDS Checker started"));
+        const auto fileOf = [this](const QString &tail) {
+            return OutputName::path(projectDirectory, projectName, tail);
+        };
+        startChecker(settings, fileOf(QStringLiteral(".eds")),
+                     QStringLiteral("EDS Checker started"));
         for (int line = 0; line <= kLastCheckedLine; ++line)
-            startChecker(settings, base + QLatin1Char('_') + QString::number(line) + ending,
+            startChecker(settings, fileOf(QStringLiteral("_%1.eds").arg(line)),
                          QStringLiteral("EDS Checker started for line %1").arg(line));
     }
     if (checkers.isEmpty())

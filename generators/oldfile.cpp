@@ -3,7 +3,9 @@
 
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/problems.h"
 
+#include <QByteArrayList>
 #include <QFile>
 #include <QFileInfo>
 #include <QTextCodec>
@@ -16,77 +18,128 @@ constexpr qint64 kLongestFileBytes = 16 * 1024 * 1024;
 constexpr char kUserSectionStart[] = "/* user-specific section: start */";
 constexpr char kUserSectionEnd[] = "/* user-specific section: end */";
 
-QString decoded(const QByteArray &bytes)
+QByteArrayList linesOf(const QByteArray &text)
 {
-    QTextCodec::ConverterState state;
-    const QString text =
-        QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    const bool isUtf8 = state.invalidChars == 0 && state.remainingChars == 0;
-    return isUtf8 ? text : QString::fromLatin1(bytes.constData(), bytes.size());
-}
-
-QStringList linesOf(const QString &text)
-{
-    QStringList lines = text.split(QLatin1Char('\n'));
+    QByteArrayList lines = text.split('\n');
     if (lines.last().isEmpty())
         lines.removeLast(); // the text ended with its last line
     return lines;
 }
 
+/// An editor may have indented the line or changed its blanks.
+bool isMarker(const QByteArray &line, const char *marker)
+{
+    return line.contains('*') && line.simplified().compare(marker, Qt::CaseInsensitive) == 0;
+}
+
 } // namespace
 
-bool OldFile::read(const QString &file, QString *text)
+bool OldFile::read(const QString &file, QByteArray *text)
 {
     text->clear();
     const QFileInfo info(file);
     QFile source(file);
     // Opening a pipe could wait for ever.
-    if (!info.isFile() || !info.isReadable())
+    if (!info.isFile())
         return true;
     if (info.size() > kLongestFileBytes || !source.open(QIODevice::ReadOnly)) {
         qCWarning(lcGenerator) << "too long for a generated file, or cannot be opened:" << file;
         return false;
     }
-    const QByteArray bytes = source.readAll();
-    *text = decoded(bytes);
-    text->replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    text->replace(QLatin1Char('\r'), QLatin1Char('\n'));
-    return bytes.size() == source.size();
+    *text = source.readAll();
+    const bool isWhole = text->size() == source.size();
+    text->replace("\r\n", "\n");
+    text->replace('\r', '\n');
+    return isWhole;
 }
 
-QString OldFile::extractUserSection(const QString &text)
+QByteArray OldFile::extractUserSection(const QByteArray &text)
 {
-    QString section;
+    QByteArray section;
     bool isInside = false;
-    const QStringList lines = linesOf(text);
-    for (const QString &line : lines) {
-        if (line.compare(QLatin1String(kUserSectionEnd), Qt::CaseInsensitive) == 0)
+    const QByteArrayList lines = linesOf(text);
+    for (const QByteArray &line : lines) {
+        if (isMarker(line, kUserSectionEnd))
             isInside = false;
         else if (isInside)
-            section += line + QLatin1Char('\n');
+            section += line + '\n';
         else
-            isInside = line.compare(QLatin1String(kUserSectionStart), Qt::CaseInsensitive) == 0;
+            isInside = isMarker(line, kUserSectionStart);
     }
     return section;
 }
 
-QString OldFile::userSectionText(const QString &section)
+QByteArray OldFile::userSectionText(const QByteArray &section)
 {
-    return QStringLiteral("/* do not modify comments starting with 'user-specific section:' */\n") +
-           QLatin1String(kUserSectionStart) + QLatin1Char('\n') +
-           (section.isEmpty() ? QStringLiteral("\n") : section) + QLatin1String(kUserSectionEnd) +
-           QLatin1Char('\n');
+    return QByteArray("/* do not modify comments starting with 'user-specific section:' */\n") +
+           kUserSectionStart + '\n' + (section.isEmpty() ? QByteArray("\n") : section) +
+           kUserSectionEnd + '\n';
 }
 
-quint32 OldFile::extractGenerationCounter(const QString &text)
+QString OldFile::readable(const QByteArray &section)
 {
-    const QStringList lines = linesOf(text);
-    for (const QString &line : lines) {
-        if (!line.contains(QLatin1String("GEN_GENERATION_COUNT")))
+    QTextCodec::ConverterState state;
+    const QString text =
+        QTextCodec::codecForName("UTF-8")->toUnicode(section.constData(), section.size(), &state);
+    const bool isUtf8 = state.invalidChars == 0 && state.remainingChars == 0;
+    return isUtf8 ? text : QString::fromLatin1(section.constData(), section.size());
+}
+
+OldFile::Markers OldFile::findMarkers(const QByteArray &text)
+{
+    Markers found;
+    int start = 0; // line of the section that is open; a start inside of it is the user's text
+    const QByteArrayList lines = linesOf(text);
+    for (int number = 1; number <= lines.size(); ++number) {
+        const QByteArray &line = lines.at(number - 1);
+        const bool isEnd = isMarker(line, kUserSectionEnd);
+        if (!isEnd && !isMarker(line, kUserSectionStart))
             continue;
-        QString number = line.section(QLatin1Char('\t'), -1);
+        found.isAny = true;
+        if (isEnd && start == 0) {
+            found.fault = Markers::Fault::NoStart;
+            found.line = number;
+            return found;
+        }
+        start = isEnd ? 0 : start == 0 ? number : start;
+    }
+    if (start != 0) {
+        found.fault = Markers::Fault::NoEnd;
+        found.line = start;
+    }
+    return found;
+}
+
+bool OldFile::hasWholeSections(const QString &file)
+{
+    QByteArray text;
+    (void)read(file, &text); // then there are none
+    const Markers markers = findMarkers(text);
+    if (markers.fault == Markers::Fault::None)
+        return true;
+    const bool isStart = markers.fault == Markers::Fault::NoEnd;
+    const QString what =
+        isStart ? QStringLiteral("this start of a user-specific section has no end, so "
+                                 "the file is not replaced; put the line \"%1\" "
+                                 "behind your text")
+                : QStringLiteral("this end of a user-specific section has no start, "
+                                 "so the file is not replaced; put the line \"%1\" "
+                                 "before your text");
+    Problems::error("user-section", file,
+                    what.arg(QLatin1String(isStart ? kUserSectionEnd : kUserSectionStart)),
+                    markers.line);
+    return false;
+}
+
+quint32 OldFile::extractGenerationCounter(const QByteArray &text)
+{
+    const QByteArrayList lines = linesOf(text);
+    for (const QByteArray &line : lines) {
+        if (!line.contains("GEN_GENERATION_COUNT"))
+            continue;
+        QByteArray number = line.mid(line.lastIndexOf('\t') + 1);
         number.chop(2); // "ul"
-        return Numbers::toUIntByPrefix(number);
+        return Numbers::toUIntByPrefix(QString::fromLatin1(number));
     }
     return 0;
 }

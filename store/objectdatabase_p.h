@@ -126,9 +126,6 @@ public:
     // --- rows ---
 
     void cacheWrittenSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
-    /// \a text with its apostrophes doubled. Equal texts in a row share their memory, as those of
-    /// the members of an array do.
-    QString escapedText(const QString &text);
     bool writePlainSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
     /// Does the cached copy of the record hold its apostrophes doubled?
     bool isEscaped(quint8 line, quint16 index, quint8 sub) const;
@@ -184,7 +181,6 @@ public:
     QString projectFile;
     TemporaryFiles temporaryFiles;
     QStringList sqlResultLines;
-    QPair<QString, QString> lastEscape; ///< of escapedText()
     QPair<QString, QString> tempMetadata;
     quint8 descriptionLine = 0;
     /// A statement failed because the file is no sound database or the disk is full: what the store

@@ -88,10 +88,15 @@ DefineGenerator::DefineGenerator(const DefineDialect &stackDialect)
 
 QString DefineGenerator::closingRemark() const
 {
-    const QString section = userSection.trimmed();
+    const QString section = getUserSection().trimmed();
     return section.isEmpty()
                ? QString()
                : QStringLiteral("gen_define.h contains user section:\n%1").arg(section);
+}
+
+QString DefineGenerator::getUserSection() const
+{
+    return OldFile::readable(userSection);
 }
 
 QString DefineGenerator::targetFile() const
@@ -101,13 +106,13 @@ QString DefineGenerator::targetFile() const
 
 bool DefineGenerator::checkWritability()
 {
-    return isNewOrWritable(targetFile());
+    return isNewOrWritable(targetFile()) && OldFile::hasWholeSections(targetFile());
 }
 
 void DefineGenerator::doJob()
 {
     const JobBracket bracket(*this);
-    QString old;
+    QByteArray old;
     if (!OldFile::read(targetFile(), &old)) {
         fail(QStringLiteral("Could not read ") + targetFile());
         return;
@@ -127,6 +132,8 @@ void DefineGenerator::doJob()
     TextWriter out(&header);
     writeSections(out);
     out.finish();
+    // As bytes: the user's editor may write another encoding than UTF-8.
+    header.write(OldFile::userSectionText(userSection) + "\n#endif /* GEN_DEFINE_H */\n");
     if (!isUnchanged(targetFile(), header.data()) &&
         !ReplaceFile::write(targetFile(), header.data()))
         fail(QStringLiteral("Could not write ") + targetFile());
@@ -162,7 +169,6 @@ void DefineGenerator::writeSections(TextWriter &out)
         out.raw(dialect.j1939TimerLine);
     if (multiProtocol)
         Defines::generateMultiCOBs(context);
-    out.parts(OldFile::userSectionText(userSection), "\n#endif /* GEN_DEFINE_H */\n");
 }
 
 void DefineGenerator::writeApplicationDefines(DefineContext &context) const

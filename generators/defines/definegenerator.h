@@ -16,7 +16,7 @@ public:
     bool checkWritability() override;
 
     /// What the old header held between the markers; read it when the job is over.
-    QString getUserSection() const { return userSection; }
+    QString getUserSection() const;
 
     // Set before the start.
     bool j1939Present = false;       ///< some line carries J1939
@@ -38,6 +38,6 @@ private:
     void writeApplicationDefines(DefineContext &context) const;
 
     const DefineDialect dialect;
-    QString userSection;
+    QByteArray userSection;
     quint32 generationCounter = 0;
 };

@@ -7,8 +7,7 @@ namespace
 CsvLayout plainLayout()
 {
     CsvLayout layout;
-    layout.file = "%1/%2.csv";
-    layout.fileOfLine = "%1/%2_%3.csv";
+    layout.ending = ".csv";
     return layout;
 }
 

@@ -1,6 +1,7 @@
 // Tables of the object dictionary.
 #include "generators/descriptions/csvtablegenerator.h"
 
+#include "generators/outputname.h"
 #include "generators/textwriter.h"
 #include "support/cohelper.h"
 #include "support/logging.h"
@@ -200,17 +201,18 @@ CsvTableGenerator::CsvTableGenerator(const QString &name, const CsvLayout &table
 
 bool CsvTableGenerator::checkWritability()
 {
-    return isNewOrWritable(QString::fromLatin1(layout.file).arg(outputDirectory, projectName));
+    return isNewOrWritable(
+        OutputName::path(outputDirectory, projectName, QLatin1String(layout.ending)));
 }
 
 void CsvTableGenerator::doJob()
 {
     const JobBracket bracket(*this);
     checkForceMLFlag();
-    const QString pattern = QString::fromLatin1(isMultiLine() ? layout.fileOfLine : layout.file);
-    QFile file(isMultiLine()
-                   ? pattern.arg(outputDirectory, projectName, QString::number(activeLine))
-                   : pattern.arg(outputDirectory, projectName));
+    const QString ofLine =
+        isMultiLine() ? QLatin1Char('_') + QString::number(activeLine) : QString();
+    QFile file(
+        OutputName::path(outputDirectory, projectName, ofLine + QLatin1String(layout.ending)));
     if (!openOutputFile(file))
         return;
     TextWriter out(&file);

@@ -5,8 +5,7 @@
 
 /// All that the kinds of tables differ in.
 struct CsvLayout {
-    const char *file = "";       ///< %1 the folder, %2 the project
-    const char *fileOfLine = ""; ///< the same with %3, the line, in a project of several
+    const char *ending = "";     ///< of the file's name, with its dot
     bool isGroupedTable = false; ///< each object has a row of its own ahead of its subindices, and
                                  ///< there are columns for what only objects and displays hold
     bool withDescription = true; ///< else the cells of that column stay empty

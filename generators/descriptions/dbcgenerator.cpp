@@ -2,6 +2,7 @@
 #include "generators/descriptions/dbcgenerator.h"
 
 #include "generators/addressclaim.h"
+#include "generators/outputname.h"
 #include "support/cohelper.h"
 #include "support/helper.h"
 #include "support/kvadblib.h"
@@ -260,7 +261,7 @@ DBCGenerator::DBCGenerator() : AbstractGenerator(QStringLiteral("DBC File")) {}
 
 bool DBCGenerator::checkWritability()
 {
-    return isNewOrWritable(QStringLiteral("%1/%2.dbc").arg(outputDirectory, projectName));
+    return isNewOrWritable(OutputName::path(outputDirectory, projectName, QStringLiteral(".dbc")));
 }
 
 void DBCGenerator::resetJob()
@@ -274,10 +275,9 @@ void DBCGenerator::doJob()
     const JobBracket bracket(*this);
     qCDebug(lcGenerator) << "DBC prprae output";
     checkForceMLFlag();
-    const QString target = isMultiLine()
-                               ? QStringLiteral("%1/%2_%3.dbc")
-                                     .arg(outputDirectory, projectName, QString::number(activeLine))
-                               : QStringLiteral("%1/%2.dbc").arg(outputDirectory, projectName);
+    const QString tail =
+        isMultiLine() ? QStringLiteral("_%1.dbc").arg(activeLine) : QStringLiteral(".dbc");
+    const QString target = OutputName::path(outputDirectory, projectName, tail);
     KvaDbHnd handle = nullptr;
     if (!succeeded(kvaDbOpen(&handle), "open dbc Database")) {
         fail(QStringLiteral("Could not create output file."));

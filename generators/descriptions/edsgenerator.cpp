@@ -2,23 +2,12 @@
 #include "generators/descriptions/edsgenerator.h"
 
 #include "generators/descriptions/edssections.h"
+#include "generators/outputname.h"
 #include "generators/textwriter.h"
 #include "support/logging.h"
 
 #include <QCoreApplication>
 #include <QFile>
-
-namespace
-{
-
-/// \a text inside of a file's name, where a slash would lead into another folder.
-QString fileNamePart(QString text)
-{
-    return text.replace(QLatin1Char('/'), QLatin1Char('_'))
-        .replace(QLatin1Char('\\'), QLatin1Char('_'));
-}
-
-} // namespace
 
 EDSGenerator::EDSGenerator(const QString &variant, bool fd, bool isClassical)
     : AbstractGenerator(QStringLiteral("EDS file")), define(variant), canFd(fd),
@@ -28,21 +17,21 @@ EDSGenerator::EDSGenerator(const QString &variant, bool fd, bool isClassical)
 
 bool EDSGenerator::checkWritability()
 {
-    return isNewOrWritable(QStringLiteral("%1/%2.eds").arg(outputDirectory, projectName));
+    return isNewOrWritable(OutputName::path(outputDirectory, projectName, QStringLiteral(".eds")));
 }
 
 QString EDSGenerator::filePath() const
 {
-    QString name = projectName;
-    if (isMultiLine())
-        name += QLatin1Char('_') + QString::number(activeLine);
+    const QString ending = QStringLiteral(".eds");
+    const QString ofLine =
+        isMultiLine() ? QLatin1Char('_') + QString::number(activeLine) : QString();
     // Deliberate: the companion of a variant has the name of the variant's own file, held by
     // tst_edsgenerator.
     if (!define.isEmpty())
-        name += QLatin1Char('_') + fileNamePart(define);
-    else if (classical)
-        name += QLatin1String("_classical");
-    return QStringLiteral("%1/%2.eds").arg(outputDirectory, name);
+        return OutputName::path(outputDirectory, projectName, ofLine + QLatin1Char('_'), define,
+                                ending);
+    const QString companion = classical ? QStringLiteral("_classical") : QString();
+    return OutputName::path(outputDirectory, projectName, ofLine + companion + ending);
 }
 
 void EDSGenerator::doJob()
@@ -64,8 +53,7 @@ void EDSGenerator::doJob()
 
 void EDSGenerator::writeSections(TextWriter &out)
 {
-    const EdsSections::Context context{*database, out,         activeLine, define,
-                                       canFd,     projectName, variants};
+    const EdsSections::Context context{*database, out, activeLine, define, canFd, projectName};
     const QList<quint16> objects = EdsSections::describedObjects(context);
     EdsSections::writeFileInfo(context);
     EdsSections::writeDeviceInfo(context);

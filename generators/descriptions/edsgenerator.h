@@ -3,8 +3,6 @@
 
 #include "generators/abstractgenerator.h"
 
-class EdsVariants;
-
 /// Writes "<project>.eds". The names of other files tell the line of a project with several lines,
 /// and the variant, or that the file is the classical companion of a CAN FD device.
 class EDSGenerator : public AbstractGenerator
@@ -16,9 +14,9 @@ public:
     /// CAN FD device. \a classical: the file describes a CAN FD device to those who know none.
     EDSGenerator(const QString &define, bool fd, bool classical);
 
-    /// The variants of the line, which must outlive the job; without them the job looks through all
-    /// objects.
-    void setVariants(const EdsVariants *found) { variants = found; }
+    /// The file to be written; final when the job is over, which may learn that the project counts
+    /// as one of several lines.
+    QString filePath() const;
 
     /// Looks at the plain name only, whatever the file's name is.
     bool checkWritability() override;
@@ -27,11 +25,9 @@ public slots:
     void doJob() override;
 
 private:
-    QString filePath() const;
     void writeSections(TextWriter &out);
 
     const QString define;
     const bool canFd;
     const bool classical;
-    const EdsVariants *variants = nullptr;
 };

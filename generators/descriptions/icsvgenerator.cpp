@@ -7,8 +7,7 @@ namespace
 CsvLayout groupedLayout()
 {
     CsvLayout layout;
-    layout.file = "%1/%2.icsv";
-    layout.fileOfLine = "%1/%2_%3.icsv";
+    layout.ending = ".icsv";
     layout.isGroupedTable = true;
     return layout;
 }

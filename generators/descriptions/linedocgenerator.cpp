@@ -1,6 +1,8 @@
 // The files of documents.
 #include "generators/descriptions/linedocgenerator.h"
 
+#include "generators/outputname.h"
+
 LineDocGenerator::LineDocGenerator(const QString &job, const char *singleFileEnding,
                                    const char *lineFileEnding)
     : AbstractGenerator(job), singleEnding(singleFileEnding), lineEnding(lineFileEnding)
@@ -9,15 +11,15 @@ LineDocGenerator::LineDocGenerator(const QString &job, const char *singleFileEnd
 
 QString LineDocGenerator::singleLineFile() const
 {
-    return QStringLiteral("%1/%2%3").arg(outputDirectory, projectName, QLatin1String(singleEnding));
+    return OutputName::path(outputDirectory, projectName, QLatin1String(singleEnding));
 }
 
 QString LineDocGenerator::targetFile() const
 {
-    return isMultiLine() ? QStringLiteral("%1/%2_%3%4")
-                               .arg(outputDirectory, projectName, QString::number(activeLine),
-                                    QLatin1String(lineEnding))
-                         : singleLineFile();
+    if (!isMultiLine())
+        return singleLineFile();
+    const QString tail = QLatin1Char('_') + QString::number(activeLine) + QLatin1String(lineEnding);
+    return OutputName::path(outputDirectory, projectName, tail);
 }
 
 bool LineDocGenerator::checkWritability()

@@ -3,6 +3,7 @@
 
 #include "generators/descriptions/edssections.h"
 #include "generators/generationdate.h"
+#include "generators/outputname.h"
 #include "support/helper.h"
 #include "support/logging.h"
 #include "support/numbers.h"
@@ -226,7 +227,8 @@ XDDGenerator::XDDGenerator() : AbstractGenerator(QStringLiteral("XDD file")) {}
 
 bool XDDGenerator::checkWritability()
 {
-    return isNewOrWritable(QStringLiteral("%1/%2_%3.xdd").arg(outputDirectory, projectName));
+    return isNewOrWritable(
+        OutputName::path(outputDirectory, projectName, QStringLiteral("_%3.xdd")));
 }
 
 QString XDDGenerator::filePath() const
@@ -234,10 +236,10 @@ QString XDDGenerator::filePath() const
     const quint32 vendor =
         Numbers::toUIntByPrefix(database->getSubIndexValue(activeLine, 0x1018, 1));
     const QString vendorId = QStringLiteral("%1").arg(vendor, 8, 16, QLatin1Char('0'));
-    return isMultiLine()
-               ? QStringLiteral("%1/%2_%3_%4.xdd")
-                     .arg(outputDirectory, projectName, vendorId, QString::number(activeLine))
-               : QStringLiteral("%1/%2_%3.xdd").arg(outputDirectory, projectName, vendorId);
+    const QString tail =
+        isMultiLine() ? QStringLiteral("_%1_%2.xdd").arg(vendorId, QString::number(activeLine))
+                      : QStringLiteral("_%1.xdd").arg(vendorId);
+    return OutputName::path(outputDirectory, projectName, tail);
 }
 
 void XDDGenerator::doJob()

@@ -7,7 +7,8 @@
 #include "generators/j1939/pgncontext.h"
 
 /// Writes gen_j1939_adapter.c with the functions, and j1939_adapter.c, which declares them to the
-/// code that the user writes into it. That code stays when the file is written anew.
+/// code that the user writes into it. That code stays when the file is written anew; files of these
+/// names that are not ours are not written at all.
 class J1939AdapterGenerator : public AbstractGenerator
 {
     Q_OBJECT
@@ -23,7 +24,7 @@ public slots:
 private:
     QString functionsFile() const;
     QString userFile() const;
-    QByteArray userFileContent(const QStringList &prototypes, const QString &userSection) const;
+    QByteArray userFileContent(const QStringList &prototypes, const QByteArray &userSection) const;
 };
 
 namespace J1939Adapter
@@ -40,5 +41,9 @@ struct Functions {
 
 /// By line, direction, group and place in the frame. Signals whose type is not known have none.
 QVector<Functions> functionsOf(const Pgn::Context &context, const ExtDecl::Variables &variables);
+
+/// True if \a file, one of the adapter's by its name, is ours and holds no code of the user, so
+/// that a project without the adapter may delete it.
+bool isWithoutCode(const QString &file);
 
 } // namespace J1939Adapter

@@ -3,6 +3,7 @@
 
 #include "generators/ctext.h"
 #include "generators/objdict/objdictdescription.h"
+#include "generators/outputname.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -204,12 +205,12 @@ void ObjDict::writeApplicationHeaders(Context &context)
 void ObjDict::writeHeaderList(Context &context, const char *include)
 {
     TextWriter &out = context.out;
-    if (!context.settings.isSet("applicationheader"))
+    const QString names = OutputName::withoutControls(context.settings.text("applicationheader"));
+    if (names.trimmed().isEmpty())
         return;
     out.raw("/* application header file(s) */\n");
     // Deliberate: names of headers that are empty are no names, held by tst_golden.
-    const QStringList headers =
-        context.settings.text("applicationheader").split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const QStringList headers = names.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     for (const QString &header : headers)
         out.raw(QString::fromUtf8(include).arg(header));
     out.raw("\n");

@@ -2,6 +2,7 @@
 #include "generators/defines/codefinegenerator.h"
 #include "generators/defines/gendefinegenerator.h"
 #include "generators/oldfile.h"
+#include "tests/fixtures/problemrecorder.h"
 #include "tests/unit/generators/definefixture.h"
 
 #include <QRandomGenerator>
@@ -92,7 +93,8 @@ private slots:
     void userSectionAndCounterStay()
     {
         project->change("set generate_generation_counter=1");
-        const QByteArray section = "#define T\xC3\xBCr\t1u\n\n  /* %1 */\n";
+        // Text of an editor that writes Latin-1, whose bytes a string of C must keep.
+        const QByteArray section = "#define T\xFCr\t1u\n\n  /* %1 */\n";
         QByteArray header = "#define GEN_GENERATION_COUNT\t41ul\n" + kStart + section + kEnd;
         int count = 41;
         for (const QByteArray lineEnd : {"\n", "\r\n", "\r", "\n"}) {
@@ -103,7 +105,7 @@ private slots:
                 "#define GEN_GENERATION_COUNT\t" + QByteArray::number(++count);
             QVERIFY2(header.contains(counter + "ul\n"), header);
             QVERIFY2(header.contains(kStart + section + kEnd), header);
-            QCOMPARE(generator.getUserSection(), QString::fromUtf8(section));
+            QCOMPARE(generator.getUserSection(), QString::fromLatin1(section));
         }
         QCOMPARE(QDir(project->files.path()).entryList({"gen_define*"}),
                  QStringList("gen_define.h"));
@@ -125,13 +127,14 @@ private slots:
 
     void sections_data()
     {
-        columns<QByteArray, QString>("header", "section");
+        columns<QByteArray, QByteArray>("header", "section");
         // clang-format off
-        QTest::newRow("any case") << kStart.toUpper() + "a\n" + kEnd.toUpper() + "b\n" << "a\n";
-        QTest::newRow("no end") << kStart + "a\n\n#endif" << "a\n\n#endif\n";
-        QTest::newRow("two are joined") << kStart + "a\n" + kEnd + "b\n" + kStart + "c\n" + kEnd << "a\nc\n";
-        QTest::newRow("Latin-1") << kStart + "T\xFCr\n" + kEnd << QString::fromUtf8("Tür\n");
-        QTest::newRow("binary") << QByteArray("\0\xFF\r\0", 4) + "\n" + kStart + QByteArray("\0\n", 2) << QString(QChar(0)) + "\n";
+        QTest::newRow("any case") << kStart.toUpper() + "a\n" + kEnd.toUpper() + "b\n" << QByteArray("a\n");
+        QTest::newRow("indented") << "\t " + kStart + "\ta \n  /*\tUser-specific section:  end */\t\nb\n" << QByteArray("\ta \n");
+        QTest::newRow("behind code") << "x; " + kStart + "a\n" + kEnd << QByteArray();
+        QTest::newRow("no end") << kStart + "a\n\n#endif" << QByteArray("a\n\n#endif\n");
+        QTest::newRow("two are joined") << kStart + "a\n" + kEnd + "b\n" + kStart + "c\n" + kEnd << QByteArray("a\nc\n");
+        QTest::newRow("binary") << QByteArray("\0\xFF\r\0", 4) + "\n" + kStart + QByteArray("\0\xFF\n", 3) << QByteArray("\0\xFF\n", 3);
         // clang-format on
     }
 
@@ -139,14 +142,39 @@ private slots:
     {
         QFETCH(QByteArray, header);
         writeFile(target(), header);
-        QString text;
+        QByteArray text;
         QVERIFY(OldFile::read(target(), &text));
         QTEST(OldFile::extractUserSection(text), "section");
     }
 
+    /// Without its partner a marker does not tell which text is the user's.
+    void markersWithoutPartner_data()
+    {
+        columns<QByteArray, QString>("header", "told");
+        // clang-format off
+        const QString told = ":%1: error: this %2 of a user-specific section has no %3, so the file is not replaced; put the line \"%4\" %5 your text [user-section]";
+        QTest::newRow("no end") << "a\n " + kStart + "b\n#endif\n" << told.arg("2", "start", "end", kEnd.trimmed(), "behind");
+        QTest::newRow("no second end") << kStart + kEnd + kStart + kStart << told.arg("3", "start", "end", kEnd.trimmed(), "behind");
+        QTest::newRow("no start") << "a\n\n" + kEnd.toUpper() << told.arg("3", "end", "start", kStart.trimmed(), "before");
+        QTest::newRow("start in a section") << kStart + kStart + kEnd << QString();
+        // clang-format on
+    }
+
+    void markersWithoutPartner()
+    {
+        QFETCH(QByteArray, header);
+        QFETCH(QString, told);
+        writeFile(target(), header);
+        ProblemRecorder problems;
+        CoDefineGenerator generator;
+        QCOMPARE(generate(generator) == header, !told.isEmpty());
+        QCOMPARE(generator.getWasError(), !told.isEmpty());
+        QCOMPARE(problems.lines.join('|').remove(target()), told);
+    }
+
     void counters()
     {
-        const QString start = "#define GEN_GENERATION_COUNT\t";
+        const QByteArray start = "#define GEN_GENERATION_COUNT\t";
         QCOMPARE(OldFile::extractGenerationCounter("x\n" + start + "0x10ul\n"), 16u);
         QCOMPARE(OldFile::extractGenerationCounter(start + "3ul\n" + start + "4ul\n"), 3u);
         QCOMPARE(OldFile::extractGenerationCounter(start + "\n"), 0u);

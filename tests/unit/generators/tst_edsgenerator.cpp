@@ -7,6 +7,7 @@
 #include "tests/fixtures/storefixture.h"
 
 #include <QBuffer>
+#include <QTextCodec>
 
 using Code = CANopen::ObjectCode;
 
@@ -26,7 +27,8 @@ private slots:
     {
         const auto names = [&](const char *generateML) {
             QStringList found;
-            for (const char *define : {"", "../A"}) { // never in another folder
+            // Never in another folder, and always a data sheet.
+            for (const QString &define : {QString(), QString("../A"), QString("c.c") + QChar(0)}) {
                 for (const bool isClassical : {false, true}) {
                     init();
                     store->setMiscSettingsValue("generateML", generateML);
@@ -36,9 +38,34 @@ private slots:
             }
             return found.join(' ');
         };
-        QCOMPARE(names("True"), "demo.eds demo_classical.eds demo_.._A.eds demo_.._A.eds");
+        QCOMPARE(
+            names("True"),
+            "demo.eds demo_classical.eds demo_.._A.eds demo_.._A.eds demo_c.c.eds demo_c.c.eds");
         // The setting has the same effect as several lines.
-        QCOMPARE(names("true"), "demo_0.eds demo_0_classical.eds demo_0_.._A.eds demo_0_.._A.eds");
+        QCOMPARE(names("true"), "demo_0.eds demo_0_classical.eds demo_0_.._A.eds demo_0_.._A.eds "
+                                "demo_0_c.c.eds demo_0_c.c.eds");
+    }
+
+    void longFileNames_data()
+    {
+        columns<QString, QString, QString>("project", "define", "file");
+        // clang-format off
+        const QString p(251, 'p');
+        QTest::newRow("longest") << p << QString() << p + ".eds";
+        QTest::newRow("project") << p + "p" << "A" << p.left(247) + "_0_A.eds";
+        QTest::newRow("variant") << "demo" << QString(1000, 'd') << "demo_0_" + QString(244, 'd') + ".eds";
+        QTest::newRow("both") << p << QString(252, 'd') << p.left(124) + "_0_" + QString(124, 'd') + ".eds";
+        QTest::newRow("wide") << "demo" << QString::fromUtf8("\xF0\x9F\x98\x80").repeated(62) << "demo_0_" + QString::fromUtf8("\xF0\x9F\x98\x80").repeated(61) + ".eds";
+        // clang-format on
+    }
+    void longFileNames()
+    {
+        QFETCH(QString, project);
+        QFETCH(QString, define);
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+        EDSGenerator generator(define, false, false);
+        (void)generateWith(generator, project, {}, 0, !define.isEmpty());
+        QTEST(QDir(fixture.path()).entryList({"*.eds"}).join('/'), "file");
     }
 
     void descriptionLines()
@@ -84,10 +111,6 @@ private slots:
         addObject(0x2000, Code::Array, {count, Sub(), ofB, ofA});
         addObject(0x2001, Code::Var, {ofA}, "", "A");
         addObject(0x2002, Code::Array, {count, ofB}, "", "B");
-        const EdsVariants found(*store, 0);
-        for (const QString define : {"", "A", "B", "C"})
-            QCOMPARE(found.objectsOf(define),
-                     reduceObjectList(*store, 0, store->getIndices(0, 0x1000, 0xFFFF), define));
         QCOMPARE(edsDefines(*store, 0), QStringList({"", "A", "B"}));
         QCOMPARE(getSubIndicesEDSDefines(*store, 0, 0x2000), QStringList({"B", "A"}));
 

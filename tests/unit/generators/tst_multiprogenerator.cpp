@@ -111,7 +111,9 @@ private slots:
     void headersOfTheApplication()
     {
         setLines("1,4");
-        set("applicationheader=a.h  b.h; udsclient_supported=1; overwrite_predef=1");
+        set("udsclient_supported=1; overwrite_predef=1");
+        store->setGeneralSettingsValue("applicationheader",
+                                       QString("a%1.h  b.h\x1b \n").arg(QChar(0)));
         store->setJ1939SettingsValue("cia510serversupport", "1");
         const QString text = generated("gen_mp.c");
         QVERIFY(text.contains("#include <mp_mp.h>\n#include <iso_tp.h>\n#include <uds_uds.h>\n"

@@ -90,7 +90,7 @@ private slots:
         environment.insert("SWEEP_HOME", qgetenv("XDG_DATA_HOME"));
         child.setProcessEnvironment(environment);
         child.start(QCoreApplication::applicationFilePath(), QStringList());
-        QVERIFY(child.waitForFinished(kLongestWaitMs));
+        QVERIFY(child.waitForFinished());
         QCOMPARE(child.exitCode(), 0);
         QVERIFY(QFile::exists(inUse) && QFile::exists(beside));
         QVERIFY(!QFile::exists(left) && !QFile::exists(leftBeside));
@@ -180,7 +180,7 @@ private slots:
         otherRun->start();
         QVERIFY(store->saveDataBase(QString()));
         QVERIFY(isOver && !QFile::exists(fresh));
-        QVERIFY(otherRun->wait(kLongestWaitMs));
+        QVERIFY(otherRun->wait(5000));
 
         QVERIFY(writeFile(fresh, "left by a killed run"));
         QVERIFY(open());
