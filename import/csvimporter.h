@@ -1,8 +1,8 @@
 // Import of tables of objects (CSV and ICSV).
 #pragma once
 
+#include "formats/csvreader.h"
 #include "import/basedataimporter.h"
-#include "import/csvreader.h"
 #include "import/csvrow.h"
 #include "store/objectdatabase.h"
 

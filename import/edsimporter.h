@@ -1,9 +1,9 @@
 // Import of device descriptions (EDS and DCF).
 #pragma once
 
+#include "formats/edsparser.h"
 #include "import/basedataimporter.h"
 #include "store/objectdatabase.h"
-#include "support/edsparser.h"
 
 /// Fills a line from a device description, on the worker thread. The parser reads the objects; here
 /// they become records that the rest of the tool can work with: strings get storage, compact

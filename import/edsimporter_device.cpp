@@ -1,8 +1,8 @@
 // What a device description holds outside of its objects: device information, comments, and the
 // number of PDOs.
+#include "formats/edsvalues.h"
 #include "import/edsimporter.h"
 #include "support/cohelper.h"
-#include "support/edsvalues.h"
 
 #include <QSet>
 

@@ -1,7 +1,7 @@
 // The text form of a project: an INI file beside the database form, made for version control.
 #pragma once
 
-#include "store/initext.h"
+#include "formats/initext.h"
 #include "store/objectdatabase.h"
 
 #include <QObject>

@@ -1,11 +1,11 @@
 // The DBC file of a J1939 line.
 #include "generators/descriptions/dbcgenerator.h"
 
+#include "formats/kvadblib.h"
 #include "generators/addressclaim.h"
 #include "generators/outputname.h"
 #include "support/cohelper.h"
 #include "support/helper.h"
-#include "support/kvadblib.h"
 #include "support/logging.h"
 #include "support/numbers.h"
 #include "support/replacefile.h"

@@ -1,7 +1,7 @@
 // DBC files of J1939 lines, and the strict form that other tools read.
+#include "formats/kvadblib.h"
 #include "generators/descriptions/dbcgenerator.h"
 #include "support/cohelper.h"
-#include "support/kvadblib.h"
 #include "tests/fixtures/storefixture.h"
 #include "tests/unit/generators/dbcreader.h"
 

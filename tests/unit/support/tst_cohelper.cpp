@@ -12,7 +12,8 @@ private slots:
     void types_data()
     {
         // clang-format off
-        columns<int, QString>("type", "expected"); // bits, limits, names QTest::newRow("boolean") << 1 << "1/0/1/BOOLEAN/B";
+        columns<int, QString>("type", "expected"); // bits, limits, names
+        QTest::newRow("boolean") << 1 << "1/0/1/BOOLEAN/B";
         QTest::newRow("u8") << 5 << "8/0/255/UNSIGNED8/U8";
         QTest::newRow("real32") << 8 << "32///REAL32/R32";
         QTest::newRow("visible_string") << 9 << "0///VISIBLE_STRING/VS";

@@ -1,8 +1,8 @@
 // From sections to records: which sections make up an object, and what their entries mean.
-#include "support/edsparser.h"
+#include "formats/edsparser.h"
 
+#include "formats/edsvalues.h"
 #include "support/cohelper.h"
-#include "support/edsvalues.h"
 #include "support/numbers.h"
 
 #include <array>

@@ -1,5 +1,5 @@
 // A database of CAN messages and its DBC form.
-#include "support/kvadblib.h"
+#include "formats/kvadblib.h"
 
 #include <QFile>
 #include <QHash>

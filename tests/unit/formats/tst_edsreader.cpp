@@ -1,5 +1,5 @@
 // The reader of device descriptions: bytes, lines, sections and comments.
-#include "support/edsreader.h"
+#include "formats/edsreader.h"
 #include "tests/fixtures/testkit.h"
 
 class TestEdsReader : public QObject

@@ -1,5 +1,5 @@
 // Reading of device descriptions: bytes to text, text to lines, lines to sections.
-#include "support/edsreader.h"
+#include "formats/edsreader.h"
 
 #include "support/helper.h"
 #include "support/logging.h"

@@ -1,8 +1,8 @@
 // Parser of device descriptions (EDS and DCF, CiA 306).
 #pragma once
 
-#include "support/edsreader.h"
-#include "support/edsrecords.h"
+#include "formats/edsreader.h"
+#include "formats/edsrecords.h"
 
 #include <QObject>
 

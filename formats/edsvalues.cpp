@@ -1,5 +1,5 @@
 // Forms of values in device descriptions.
-#include "support/edsvalues.h"
+#include "formats/edsvalues.h"
 
 #include "support/cohelper.h"
 

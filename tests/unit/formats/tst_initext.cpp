@@ -1,5 +1,5 @@
 // The INI dialect of text projects, held against the class whose dialect it is.
-#include "store/initext.h"
+#include "formats/initext.h"
 #include "tests/fixtures/testkit.h"
 
 #include <QBuffer>

@@ -1,5 +1,5 @@
 // Lines and fields of a table.
-#include "import/csvreader.h"
+#include "formats/csvreader.h"
 
 namespace
 {

@@ -1,5 +1,5 @@
 // The INI dialect of QSettings.
-#include "store/initext.h"
+#include "formats/initext.h"
 
 namespace
 {
