@@ -167,8 +167,12 @@ void CLIMainApp::finishWith(ReturnCode code)
 /// The report on standard output tells of the generated files only, so this goes to standard error.
 void CLIMainApp::saveProject(const QString &project)
 {
-    if (!generatorMainHandler->saveProject())
-        Problems::error("not-saved", project, QStringLiteral("could not be saved"));
+    if (generatorMainHandler->saveProject())
+        return;
+    const QString reason = generatorMainHandler->saveError();
+    Problems::error("not-saved", project,
+                    QStringLiteral("could not be saved") +
+                        (reason.isEmpty() ? QString() : QLatin1String(": ") + reason));
 }
 
 void CLIMainApp::writeReport(const QString &project)

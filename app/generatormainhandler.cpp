@@ -114,9 +114,8 @@ bool GeneratorMainHandler::openProject(const QString &filePath)
         return false;
     const QFileInfo info(filePath);
     const QString path = info.isRelative() ? info.absoluteFilePath() : filePath;
-    if (path.endsWith(QLatin1String("tsrt")))
-        openTextBasedProject(path);
-    else if (!openSqlBasedProject(path))
+    const bool isText = path.endsWith(QLatin1String("tsrt"));
+    if (!(isText ? openTextBasedProject(path) : openSqlBasedProject(path)))
         return false;
     correctProject();
     outputDirectory = info.absolutePath();
@@ -135,9 +134,9 @@ void GeneratorMainHandler::openProject(QPointer<ObjectDataBase> store, const QSt
     projectName = name;
 }
 
-void GeneratorMainHandler::openTextBasedProject(const QString &filePath)
+bool GeneratorMainHandler::openTextBasedProject(const QString &filePath)
 {
-    (void)database->fromText(filePath); // rows that make no sense are passed over
+    return database->fromText(filePath);
 }
 
 bool GeneratorMainHandler::openSqlBasedProject(const QString &filePath)
@@ -189,6 +188,11 @@ bool GeneratorMainHandler::applyDbModifier(const QString &file)
 bool GeneratorMainHandler::saveProject()
 {
     return database && database->saveDataBase(QString());
+}
+
+QString GeneratorMainHandler::saveError() const
+{
+    return database ? database->getLastErrorString() : QString();
 }
 
 void GeneratorMainHandler::setKeepUnchanged(bool keeps)

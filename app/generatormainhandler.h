@@ -58,6 +58,8 @@ public:
 
     /// Saves in place.
     bool saveProject();
+    /// Why that failed; empty if the disk did not take the file.
+    QString saveError() const;
 
     /// What the check of the last run has found.
     const QVector<Finding> &findings() const { return checkFindings; }
@@ -80,7 +82,7 @@ signals:
     void doneCorrection();
 
 private:
-    void openTextBasedProject(const QString &filePath);
+    bool openTextBasedProject(const QString &filePath);
     bool openSqlBasedProject(const QString &filePath);
     void correctProject();
     void dropDeclaredGroups(const ProjectFacts &facts);

@@ -1,12 +1,15 @@
 // The INI dialect of QSettings.
 #include "formats/initext.h"
 
+#include "support/problems.h"
+
 namespace
 {
 
 using IniText::Span;
 
 constexpr int kFlushBytes = 1 << 20;
+constexpr int kLongestLine = 1 << 20; // bytes
 const QLatin1String kByteArrayStart("@ByteArray(");
 const QLatin1String kStringStart("@String("); // of texts that hold a zero character
 
@@ -73,6 +76,25 @@ Line nextLine(Span *rest)
     rest->begin = at < rest->end && *at == ';' ? toLineEnd(at) : at;
     return line;
 }
+
+/// Numbers of lines, asked for from the start of a file on.
+class LineCounter
+{
+public:
+    explicit LineCounter(const char *start) : counted(start) {}
+    int lineOf(const char *place)
+    {
+        for (; counted < place; ++counted) {
+            const bool isPair = *counted == '\r' && counted[1] == '\n'; // place is behind both
+            number += (*counted == '\n' || *counted == '\r') && !isPair;
+        }
+        return number;
+    }
+
+private:
+    const char *counted;
+    int number = 1;
+};
 
 QString unescapedKey(Span span)
 {
@@ -311,19 +333,28 @@ QVariant IniText::Entry::value() const
     return valueOf(valueText);
 }
 
-bool IniText::read(const QByteArray &data, Sections *sections)
+bool IniText::read(const QByteArray &data, Sections *sections, const QString &file)
 {
     bool sound = true;
     Span rest{data.constBegin(), data.constEnd()};
     if (data.startsWith("\xEF\xBB\xBF"))
         rest.begin += 3;
     QVector<Entry> *current = nullptr;
+    LineCounter lines(rest.begin);
     while (rest.begin < rest.end) {
         const Line line = nextLine(&rest);
         const Span text = line.text.trimmed();
         if (text.size() == 0)
             continue;
-        if (*text.begin == '[') {
+        if (text.size() > kLongestLine) {
+            Problems::warning("long-line", file,
+                              QStringLiteral("a line of more than 1 MiB, or an open quotation mark "
+                                             "in it, is passed over"),
+                              lines.lineOf(text.begin));
+            if (*text.begin == '[')
+                current = nullptr; // what follows is not of the section before
+            sound = false;
+        } else if (*text.begin == '[') {
             const char *close = std::find(text.begin, text.end, ']');
             sound = sound && close != text.end;
             const Span name = Span{text.begin + 1, close}.trimmed();

@@ -36,10 +36,11 @@ struct Entry {
 /// Entries in the order of the file by section; a section that stands twice is one.
 using Sections = QMap<QString, QVector<Entry>>;
 
-/// False if \a data holds lines that are neither section, key, comment nor blank; all other lines
-/// are in \a sections all the same. The entries stand in \a data, which must outlive them.
-bool read(const QByteArray &data, Sections *sections);
-bool read(QByteArray &&data, Sections *sections) = delete;
+/// False if \a data holds lines that are neither section, key, comment nor blank, or are longer
+/// than any value of a project; all other lines are in \a sections all the same. The entries stand
+/// in \a data, which must outlive them. The long lines are told as problems of \a file.
+bool read(const QByteArray &data, Sections *sections, const QString &file = QString());
+bool read(QByteArray &&data, Sections *sections, const QString &file = QString()) = delete;
 
 /// Writes a file section by section. Texts are UTF-8.
 class Writer

@@ -327,11 +327,15 @@ void DatabaseTextConverter::printTable(const QString &table)
 bool DatabaseTextConverter::convertTextToSql()
 {
     QFile file(inputFile);
-    if (!store || !file.open(QIODevice::ReadOnly))
+    if (!store)
         return false;
+    if (!file.open(QIODevice::ReadOnly)) {
+        readError = file.errorString();
+        return false;
+    }
     IniText::Sections groups;
     const QByteArray text = file.readAll(); // the entries of the groups stand in it
-    bool understood = IniText::read(text, &groups);
+    bool understood = IniText::read(text, &groups, inputFile);
     if (!understood)
         qCWarning(lcStore) << inputFile << "has lines that are no part of a text project";
     isComplete = true;

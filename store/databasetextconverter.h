@@ -34,6 +34,9 @@ public:
     /// all the same.
     bool convertTextToSql();
 
+    /// Why the file could not be read at all; empty if it was.
+    QString inputError() const { return readError; }
+
 private:
     void fixAllDefaultValues();
     void handleSettings(const QString &table);
@@ -52,6 +55,7 @@ private:
     StorePrivate *d = nullptr;
     QString outputFile;
     QString inputFile;
+    QString readError;
     bool isComplete = true;            ///< all that was there has been written, or taken over
     IniText::Writer *writer = nullptr; ///< while convertSqlToText runs
 };

@@ -1,14 +1,14 @@
 // Construction, new and opened projects, locks.
 #include "store/objectdatabase_p.h"
-#include "support/replacefile.h"
+#include "store/schematext.h"
 #include "support/logging.h"
+#include "support/problems.h"
+#include "support/replacefile.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QSqlError>
 #include <QSqlRecord>
 #include <QThread>
-#include <QtEndian>
 
 #include <cstdlib>
 
@@ -20,22 +20,6 @@ constexpr int kOpenedProjectCachePages = 64000;
 constexpr int kMaxResultColumns = 10;
 
 std::atomic<quint16> instanceCounter{0};
-
-/// Does the head of the database file tell of more pages than the file has? SQLite would read what
-/// is left as if it were all (its file format, section 1.3).
-bool isCutShort(const QString &name)
-{
-    constexpr int kHeadBytes = 100;
-    QFile file(name);
-    const QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(kHeadBytes) : QByteArray();
-    if (head.size() < kHeadBytes)
-        return true;
-    const auto number = [&head](int at) { return qFromBigEndian<quint32>(head.constData() + at); };
-    const quint32 stored = qFromBigEndian<quint16>(head.constData() + 16);
-    const qint64 pageBytes = stored == 1 ? 65536 : stored;
-    const bool isCountValid = number(24) == number(92); // no older SQLite wrote last
-    return isCountValid && pageBytes * number(28) > file.size();
-}
 
 } // namespace
 
@@ -99,23 +83,88 @@ bool ObjectDataBase::openDataBase(const QString &file, bool)
     }
     if (file.isEmpty())
         return false;
-    const QString copy = d->temporaryFiles.create();
-    if (!ReplaceFile::copyContents(file, copy))
-        qCWarning(lcStore) << "cannot copy" << file << "to" << copy;
-    ReplaceFile::removeLeftover(file);
     d->projectFile = file;
-    d->sourceUnreadable = false;
-    if (isCutShort(copy) || !d->openConnection(copy) || d->hasActiveSchema() || !holdsProject())
+    d->sourceUnreadable = true; // until it has been read
+    if (!d->openCopy())
         return false;
-    d->applyPragmas(kOpenedProjectCachePages);
+    if (!holdsProject())
+        return d->refuse("no-project", QStringLiteral("is a database that holds no project"));
     if (!upgradeOpenedProject())
-        return false;
+        return d->refuse("wrong-tool",
+                         QStringLiteral("was saved by %1 and holds lines that this "
+                                        "tool does not know; open it there")
+                             .arg(getMiscSettingsValue(QStringLiteral("SaveToolType"))));
     cacheStrings();
     d->exec(QStringLiteral("VACUUM"));
     if (d->damaged)
-        return false;
+        return d->refuseWorkingCopy(d->failure);
+    d->sourceUnreadable = false;
     emit updateNotify(ChangeSet());
     return true;
+}
+
+bool StorePrivate::refuse(const char *rule, const QString &text) const
+{
+    Problems::error(rule, projectFile, text);
+    return false;
+}
+
+bool StorePrivate::refuseWorkingCopy(const QString &reason) const
+{
+    return refuse("no-working-copy",
+                  QStringLiteral("cannot be held in a temporary copy: %1; XDG_DATA_HOME and TMPDIR "
+                                 "tell where that is made")
+                      .arg(reason));
+}
+
+bool StorePrivate::openCopy()
+{
+    ProjectFile::Refusal refusal = ProjectFile::whyNoDatabase(projectFile);
+    if (refusal.rule)
+        return refuse(refusal.rule, refusal.text);
+    const ProjectFile::State before = ProjectFile::State::of(projectFile);
+    const QString copy = temporaryFiles.create();
+    if (copy.isEmpty())
+        return refuseWorkingCopy(temporaryFiles.failure());
+    QString reason;
+    if (!ReplaceFile::copyContents(projectFile, copy, &reason))
+        return refuseWorkingCopy(reason);
+    sourceState = ProjectFile::State::of(projectFile);
+    if (!(sourceState == before) || !ProjectFile::pendingChanges(projectFile).isEmpty())
+        return refuse("pending-changes", QStringLiteral("was written by another program while it "
+                                                        "was read; run again when that is done"));
+    ReplaceFile::removeLeftover(projectFile);
+    if (!openConnection(copy))
+        return refuseWorkingCopy(failure);
+    applyPragmas(kOpenedProjectCachePages);
+    refusal = whyUnsound();
+    return !refusal.rule || refuse(refusal.rule, refusal.text);
+}
+
+/// The order counts: to look for damage, SQLite runs what the schema holds.
+ProjectFile::Refusal StorePrivate::whyUnsound()
+{
+    const QString damage = QStringLiteral("is damaged: %1; take the project from its .bak file or "
+                                          "another copy");
+    exec(QStringLiteral("PRAGMA trusted_schema = OFF"));
+    {
+        Statement schema(*this, QStringLiteral("select cast(sql as text) from sqlite_master"));
+        while (schema.next()) {
+            if (!SchemaText::isPlain(schema.value(0).toString()))
+                return {"foreign-schema",
+                        QStringLiteral("holds views, triggers or expressions in its tables, which "
+                                       "no project has, and is not read")};
+        }
+        if (!schema.ok())
+            return {"damaged-project", damage.arg(failure)};
+    }
+    // Not the quick check: it takes two thirds of the time, and leaves an index that is damaged, in
+    // which rows of the project would not be found.
+    Statement check(*this, QStringLiteral("PRAGMA integrity_check(1)"));
+    const QString result = check.next() ? check.value(0).toString().simplified() : failure;
+    if (result == QLatin1String("ok"))
+        return {};
+    return {"damaged-project", damage.arg(result)};
 }
 
 bool ObjectDataBase::holdsProject() const

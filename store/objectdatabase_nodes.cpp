@@ -119,6 +119,9 @@ bool ObjectDataBase::delNode(quint8 line)
     if (d->lockWriteAccess)
         return false;
     beginBatch();
+    // Every save deletes the scratch lines, which are hardly ever there: a list of the project that
+    // is as long must not lose two elements each time.
+    const bool hasSettings = line < kScratchLine || existNode(line);
     for (const char *family : Schema::kLineFamilies) {
         const QString table = Schema::table(family, line);
         d->exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(table));
@@ -126,8 +129,10 @@ bool ObjectDataBase::delNode(quint8 line)
     }
     d->exec(QStringLiteral("DROP TABLE IF EXISTS %1").arg(Schema::table("UDSSettings", line)));
     const bool deleted = d->exec(QStringLiteral("delete from Nodes where nodeId = ?"), {line});
-    removeNodeInDescriptionSettings(line);
-    removeNodeInGeneralSettings(line);
+    if (hasSettings) {
+        removeNodeInDescriptionSettings(line);
+        removeNodeInGeneralSettings(line);
+    }
     removeConnnection(line);
     d->deleteSignals(QStringLiteral("nodeid = ?"), {line});
     d->removeFromGroups(line);

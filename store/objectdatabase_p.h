@@ -4,6 +4,7 @@
 
 #include "store/columns.h"
 #include "store/objectdatabase.h"
+#include "store/projectfile.h"
 #include "store/rowinserter.h"
 #include "store/schema.h"
 #include "store/subtable.h"
@@ -83,8 +84,17 @@ public:
     void applyPragmas(int cacheSize);
     /// Runs a prepared statement whose values are bound; all statements of the store end up here.
     bool runPrepared(QSqlQuery &query);
-    /// Does the file hold views or triggers?
-    bool hasActiveSchema();
+    /// Copies the user's database, the project file, and opens the copy if it is sound.
+    bool openCopy();
+    /// Why a sound schema and sound pages are not what the opened file has.
+    ProjectFile::Refusal whyUnsound();
+    /// Tells the user why the project file is not opened; always false.
+    bool refuse(const char *rule, const QString &text) const;
+    bool refuseWorkingCopy(const QString &reason) const;
+    void noteSaved(const QString &target);
+    /// Is the text project on disk the one that was read? Or else the same as its new text, which
+    /// is in the file \a fresh, as when another run saved it?
+    bool isAsRead(const QString &fresh);
     /// Makes a thread that does not hold the block wait for it.
     void awaitUnblocked();
     void noteFailure(const QSqlQuery &query);
@@ -179,6 +189,7 @@ public:
     QString databaseFile; ///< the temporary file that the connection works on
     QString lastError;
     QString projectFile;
+    ProjectFile::State sourceState; ///< of the project file, when it was read or saved last
     TemporaryFiles temporaryFiles;
     QStringList sqlResultLines;
     QPair<QString, QString> tempMetadata;
@@ -186,8 +197,9 @@ public:
     /// A statement failed because the file is no sound database or the disk is full: what the store
     /// holds is not the project any more, and must not replace the user's file.
     bool damaged = false;
-    /// The text project could not be read as one; saving it would destroy what the user has in it.
+    /// The project file could not be read as one; saving it would destroy what the user has in it.
     bool sourceUnreadable = false;
+    QString failure; ///< the driver's text of the last statement that failed
 
     std::atomic<bool> lockWriteAccess{false};
     std::atomic<bool> blockUpdates{false};

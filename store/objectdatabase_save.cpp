@@ -1,10 +1,11 @@
 // Saving, exporting, and comparing with the file on disk.
 #include "store/databasetextconverter.h"
 #include "store/objectdatabase_p.h"
-#include "support/replacefile.h"
 #include "support/logging.h"
+#include "support/replacefile.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 
 namespace
@@ -17,21 +18,36 @@ bool isTextName(const QString &file)
     return file.endsWith(QLatin1String("tsrt"));
 }
 
+bool isSameFile(const QString &file, const QString &other)
+{
+    return file == other || (QFileInfo::exists(file) && QFileInfo(file) == QFileInfo(other));
+}
+
+bool holdsSameBytes(const QString &file, const QString &other)
+{
+    QFile one(file);
+    QFile two(other);
+    return one.open(QIODevice::ReadOnly) && two.open(QIODevice::ReadOnly) &&
+           one.size() == two.size() && one.readAll() == two.readAll();
+}
+
 } // namespace
 
 bool ObjectDataBase::saveDataBase(const QString &file)
 {
     const QString target = file.isEmpty() ? d->projectFile : file;
+    d->lastError.clear();
     return isTextName(target) ? saveDatabaseAsText(target) : saveDatabaseAsSql(target);
 }
 
 bool ObjectDataBase::mayReplace(const QString &file) const
 {
-    const bool isSource = file == d->projectFile ||
-                          (QFileInfo::exists(file) && QFileInfo(file) == QFileInfo(d->projectFile));
-    if (!d->damaged && d->batchDepth == 0 && !(d->sourceUnreadable && isSource))
+    const bool isLost = d->sourceUnreadable && isSameFile(file, d->projectFile);
+    if (!d->damaged && d->batchDepth == 0 && !isLost)
         return true;
-    qCWarning(lcStore) << "not saved, the project could not be read or held as a whole:" << file;
+    d->lastError = isLost ? QStringLiteral("it holds what was not understood, which would be lost")
+                          : QStringLiteral("the temporary copy of it failed (%1)").arg(d->failure);
+    qCWarning(lcStore) << "not saved:" << file << d->lastError;
     return false;
 }
 
@@ -68,14 +84,23 @@ bool ObjectDataBase::saveDatabaseAsSql(const QString &file)
 
     const QString source = d->databaseFile;
     const bool saved =
-        ReplaceFile::replace(target, ReplaceFile::Backup::Rename, [&source](const QString &fresh) {
-            return ReplaceFile::copyContents(source, fresh);
+        ReplaceFile::replace(target, ReplaceFile::Backup::Rename, [&](const QString &fresh) {
+            if (!ReplaceFile::copyContents(source, fresh))
+                return false;
+            d->lastError = ProjectFile::pendingChanges(target); // of an editor opened meanwhile
+            return d->lastError.isEmpty();
         });
     if (saved)
-        d->projectFile = target;
+        d->noteSaved(target);
     else
         qCWarning(lcStore) << "ERROR copy " << source << "to " << target;
     return saved;
+}
+
+void StorePrivate::noteSaved(const QString &target)
+{
+    projectFile = target;
+    sourceState = ProjectFile::State::of(target);
 }
 
 bool ObjectDataBase::saveDatabaseAsText(const QString &file)
@@ -85,32 +110,59 @@ bool ObjectDataBase::saveDatabaseAsText(const QString &file)
     noteSavingTool();
     if (!mayReplace(file))
         return false;
+    if (!isSameFile(file, d->projectFile))
+        d->sourceState = ProjectFile::State::of(file); // replacing it is what was asked for
     d->projectFile = file;
-    return toText(file);
+    const bool saved = toText(file);
+    if (saved)
+        d->noteSaved(file);
+    return saved;
 }
 
 bool ObjectDataBase::toText(const QString &file)
 {
-    return ReplaceFile::replace(file, ReplaceFile::Backup::None, [this](const QString &fresh) {
+    return ReplaceFile::replace(file, ReplaceFile::Backup::None, [&](const QString &fresh) {
         DatabaseTextConverter converter;
         converter.setObjectDatabase(this);
         converter.setTextOutputFile(fresh);
-        return converter.convertSqlToText() && !d->damaged;
+        return converter.convertSqlToText() && !d->damaged &&
+               (!isSameFile(file, d->projectFile) || d->isAsRead(fresh));
     });
+}
+
+/// A text project has no backup: what somebody has written since it was read would be gone.
+bool StorePrivate::isAsRead(const QString &fresh)
+{
+    const ProjectFile::State now = ProjectFile::State::of(projectFile);
+    if (!now.exists() || now == sourceState || holdsSameBytes(projectFile, fresh))
+        return true;
+    lastError = QStringLiteral("it was changed after this run had read it; run again");
+    return false;
 }
 
 bool ObjectDataBase::fromText(const QString &file)
 {
     ReplaceFile::removeLeftover(file);
+    d->lastError.clear();
     d->projectFile = file;
+    d->sourceState = ProjectFile::State::of(file);
     const bool created = createNewDataBase();
+    d->sourceUnreadable = true; // until it has been read
+    if (!created) {
+        const QString reason = d->temporaryFiles.failure();
+        return d->refuseWorkingCopy(reason.isEmpty() ? d->failure : reason);
+    }
     DatabaseTextConverter converter;
     converter.setObjectDatabase(this);
     converter.setTextInputfile(file);
-    const bool converted = created && converter.convertTextToSql();
+    const bool converted = converter.convertTextToSql();
+    if (!converter.inputError().isEmpty())
+        return d->refuse("not-read", QStringLiteral("cannot be read: ") + converter.inputError());
+    if (d->damaged)
+        return d->refuseWorkingCopy(d->failure);
     d->sourceUnreadable = !converted;
     emit updateNotify(ChangeSet());
-    return converted;
+    return true;
 }
 
 bool ObjectDataBase::exportDatabase(const QString &file)

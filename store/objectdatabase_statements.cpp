@@ -34,7 +34,8 @@ bool StorePrivate::openConnection(const QString &file)
     // An empty name would open a private database in memory that nothing could be saved from.
     if (!file.isEmpty() && db.open())
         return true;
-    qCWarning(lcStore) << "cannot open" << file << db.lastError().text();
+    failure = db.lastError().text();
+    qCWarning(lcStore) << "cannot open" << file << failure;
     return false;
 }
 
@@ -70,15 +71,6 @@ void StorePrivate::applyPragmas(int cacheSize)
         exec(pragma);
 }
 
-bool StorePrivate::hasActiveSchema()
-{
-    // No project has any. A view or trigger in a file from outside could run without an end as soon
-    // as its table is read or written.
-    return !allRows(
-                QStringLiteral("select name from sqlite_master where type in ('view','trigger')"))
-                .isEmpty();
-}
-
 bool StorePrivate::exec(const QString &sql, const Cells &values)
 {
     return Statement(*this, sql, values).ok();
@@ -112,6 +104,7 @@ void StorePrivate::awaitUnblocked()
 void StorePrivate::noteFailure(const QSqlQuery &query)
 {
     const QSqlError error = query.lastError();
+    failure = error.databaseText();
     qCWarning(lcStore) << "statement failed:" << query.lastQuery() << error.text();
     const int code = error.nativeErrorCode().toInt() & 0xFF;
     for (const int unsound : kUnsound)

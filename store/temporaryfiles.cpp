@@ -30,7 +30,9 @@ QString folder()
     const QString own = QStandardPaths::writableLocation(QStandardPaths::DataLocation);
     if (!own.isEmpty() && QDir().mkpath(own) && ::access(QFile::encodeName(own), W_OK) == 0)
         return own;
-    return QDir::tempPath();
+    // Where the variable names no folder, Qt has no path, and a file would be made in the root.
+    const QString temp = QDir::tempPath();
+    return temp.isEmpty() ? QFile::decodeName(qgetenv("TMPDIR")) : temp;
 }
 
 void removeWithCompanions(const QString &name)
@@ -91,6 +93,7 @@ TemporaryFiles::~TemporaryFiles()
 QString TemporaryFiles::create()
 {
     const QString path = folder();
+    reason.clear();
     static std::once_flag swept;
     std::call_once(swept, sweep, path);
 
@@ -110,6 +113,7 @@ QString TemporaryFiles::create()
         }
         ::close(descriptor);
     }
-    qCWarning(lcStore) << "no temporary file can be made in" << path;
+    reason = QStringLiteral("no file can be made in %1 (%2)").arg(path, qt_error_string(errno));
+    qCWarning(lcStore) << reason;
     return QString();
 }

@@ -18,7 +18,10 @@ public:
     /// Makes an empty file with a name that no other file has; an empty text if that is impossible.
     /// The first call of a process also removes what killed runs have left.
     QString create();
+    /// Why create() last gave no name.
+    QString failure() const { return reason; }
 
 private:
+    QString reason;
     std::map<QString, int> descriptors; ///< the locked file by its name
 };

@@ -160,16 +160,25 @@ void ReplaceFile::removeLeftover(const QString &name)
     leftover.take(false); // and its end removes it
 }
 
-bool ReplaceFile::copyContents(const QString &source, const QString &target)
+bool ReplaceFile::copyContents(const QString &source, const QString &target, QString *reason)
 {
     QFile from(source);
     QFile to(target);
-    if (!from.open(QIODevice::ReadOnly) || !to.open(QIODevice::WriteOnly))
+    const auto failed = [reason](const QFile &file) {
+        if (reason)
+            *reason = file.fileName() + QLatin1String(": ") + file.errorString();
         return false;
+    };
+    if (!from.open(QIODevice::ReadOnly))
+        return failed(from);
+    if (!to.open(QIODevice::WriteOnly))
+        return failed(to);
     while (!from.atEnd()) {
         const QByteArray chunk = from.read(kCopyChunkBytes);
-        if (chunk.isEmpty() || to.write(chunk) != chunk.size())
-            return false;
+        if (chunk.isEmpty())
+            return failed(from);
+        if (to.write(chunk) != chunk.size())
+            return failed(to);
     }
-    return to.flush();
+    return to.flush() || failed(to);
 }

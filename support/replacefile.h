@@ -27,7 +27,7 @@ bool write(const QString &name, const QByteArray &content);
 void removeLeftover(const QString &name);
 
 /// Copies the bytes of \a source into \a target, which is made or emptied. False if either cannot
-/// be opened, read or written to the end.
-bool copyContents(const QString &source, const QString &target);
+/// be opened, read or written to the end; \a reason then tells which and why.
+bool copyContents(const QString &source, const QString &target, QString *reason = nullptr);
 
 } // namespace ReplaceFile

@@ -84,7 +84,7 @@ private slots:
         QTest::newRow("folder_as_project") << "-project ." << notOpened << 3;
         QTest::newRow("folder_as_text_project") << "-project folder.tsrt" << notOpened << 3;
         QTest::newRow("device_as_project") << "-project /dev/zero" << notOpened << 3;
-        QTest::newRow("foreign_file") << "-project foreign.tsrp" << notOpened << 3;
+        QTest::newRow("foreign_file") << "-project foreign.tsrp" << notOpened + "errors:\n%DIR%/foreign.tsrp: error: is no project: it is no SQLite database, and the name of a text project ends in tsrt [no-project]\n" << 3;
         QTest::newRow("missing_import") << "-project pümp.tsrt -import none.eds" << notImported << 5;
         QTest::newRow("unknown_suffix") << "-project pümp.tsrt -import gauge.txt" << notImported << 5;
         QTest::newRow("folder_as_import") << "-project pümp.tsrt -import folder.eds" << notImported << 5;

@@ -148,31 +148,71 @@ private slots:
     /// The command behind the generation stands for somebody else, just before the save.
     void projectChangesDuringTheRun_data()
     {
-        columns<QByteArray, QByteArray>("command", "end");
+        columns<QString, QByteArray, QByteArray>("project", "command", "end");
         const QByteArray saved = "Generation completed.\nexit code 0\n";
-        QTest::newRow("deleted") << QByteArray("rm -f") << saved;
-        QTest::newRow("replaced") << QByteArray("cp /dev/null") << saved;
-        QTest::newRow("folder")
-            << QByteArray("sh -c 'rm $1; mkdir $1' x")
-            << QByteArray(
-                   "errors:\nbig.tsrp: error: could not be saved [not-saved]\nexit code 0\n");
+        const auto notSaved = [](const QByteArray &project, const QByteArray &reason) {
+            return "errors:\n" + project + ": error: could not be saved" + reason +
+                   " [not-saved]\nexit code 0\n";
+        };
+        const QByteArray removed = "rm -f $1";
+        const QByteArray emptied = "cp /dev/null $1";
+        QTest::newRow("deleted") << "big.tsrp" << removed << saved;
+        QTest::newRow("replaced") << "big.tsrp" << emptied << saved;
+        QTest::newRow("folder") << "big.tsrp" << QByteArray("rm $1; mkdir $1")
+                                << notSaved("big.tsrp", "");
+        QTest::newRow("text_deleted") << "big.tsrt" << removed << saved;
+        QTest::newRow("text_touched") << "big.tsrt" << QByteArray("touch $1") << saved;
+        QTest::newRow("text_replaced")
+            << "big.tsrt" << emptied
+            << notSaved("big.tsrt", ": it was changed after this run had read it; run again");
     }
     void projectChangesDuringTheRun()
     {
+        QFETCH(QString, project);
         QFETCH(QByteArray, command);
         QFETCH(QByteArray, end);
-        QVERIFY(write("do.sh", "#!/bin/sh\n" + command + " \"$1\"\n"));
+        QVERIFY(write("do.sh", "#!/bin/sh\n" + command + "\n"));
         QFile::setPermissions(folder + "/do.sh", QFile::ReadOwner | QFile::ExeOwner);
         ObjectDataBase store;
-        QVERIFY(store.openDataBase(folder + "/big.tsrp"));
+        QVERIFY(store.openDataBase(folder + '/' + project));
+        store.setGeneralSettingsValue("new_init_structure", "1"); // as every run does
         store.setMiscSettingsValue("postgencmd", folder + "/do.sh");
-        store.setMiscSettingsValue("postgencmdargs", "%P");
+        store.setMiscSettingsValue("postgencmdargs", "%D/" + project);
         for (const char *key : {"postGenEnabled", "postGenWait"})
             store.setMiscSettingsValue(key, "1");
-        QVERIFY(store.saveDataBase(QString()) && QFile::remove(folder + "/big.tsrp.bak"));
-        const QByteArray told = run("-save -project big.tsrp");
+        QVERIFY(store.saveDataBase(QString()));
+        QFile::remove(folder + "/big.tsrp.bak");
+        const QByteArray told = run("-save -project " + project);
         QVERIFY2(told.endsWith(end), told.right(600));
-        QCOMPARE(isComplete("big.tsrp"), !end.startsWith("errors"));
+        QCOMPARE(isComplete(project), !end.startsWith("errors"));
+    }
+
+    void noPlaceForTheWorkingCopy()
+    {
+        environment.insert("TMPDIR", folder + "/none");
+        environment.insert("XDG_DATA_HOME", "/dev/null/none");
+        for (const QString project : {"big.tsrt", "big.tsrp"}) {
+            const QByteArray told = run("-save -project " + project);
+            QVERIFY2(told.startsWith("Error - Open project failed.\nerrors:\n"), told);
+            QVERIFY2(told.contains(filled("no file can be made in %DIR%/none (No such file")),
+                     told);
+            QVERIFY2(told.endsWith(" [no-working-copy]\nexit code 3\n"), told);
+        }
+    }
+
+    void fewFilesMayBeOpen()
+    {
+        for (const QString project : {"big.tsrt", "big.tsrp"}) {
+            QProcess process;
+            process.setProcessEnvironment(environment);
+            process.setWorkingDirectory(folder);
+            process.start("sh", {"-c", "ulimit -n 7; exec \"$0\" -save -project " + project,
+                                 TESSARINE_BINARY});
+            QVERIFY(process.waitForFinished());
+            QCOMPARE(process.exitCode(), 3);
+            const QByteArray told = process.readAllStandardError();
+            QVERIFY2(told.contains("Too many open files") && told.count('\n') == 1, told);
+        }
     }
 
 private:

@@ -1,5 +1,6 @@
 // The INI dialect of text projects, held against the class whose dialect it is.
 #include "formats/initext.h"
+#include "support/problems.h"
 #include "tests/fixtures/testkit.h"
 
 #include <QBuffer>
@@ -87,6 +88,26 @@ private slots:
         }
         read.sort();
         QCOMPARE(read, keys);
+    }
+
+    void longLinesArePassedOver()
+    {
+        QStringList told;
+        const auto former = Problems::setHandler(
+            [&told](const Problems::Problem &problem) { told << problem.asLine().left(22); });
+        const auto restore = qScopeGuard([&former] { (void)Problems::setHandler(former); });
+        const QByteArray longest((1 << 20) - 2, 'x');
+        const QByteArray data = "[G]\r\na=" + longest + "\r\nb=1" + longest + "\n\nc=2\n[H" +
+                                longest + "]\nd=3\n[G]\ne=4\nf=\"" + longest;
+        IniText::Sections sections;
+        QVERIFY(!IniText::read(data, &sections, "p.tsrt"));
+        QCOMPARE(sections.keys(), QStringList{"G"});
+        QStringList keys;
+        for (const IniText::Entry &entry : sections.value("G"))
+            keys << entry.key();
+        QCOMPARE(keys.join(' '), "a c e");
+        QCOMPARE(told, (QStringList{"p.tsrt:3: warning: a l", "p.tsrt:6: warning: a l",
+                                    "p.tsrt:10: warning: a "}));
     }
 
     void noiseIsToldAndSurvived()

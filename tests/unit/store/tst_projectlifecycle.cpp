@@ -1,5 +1,6 @@
 // Opening, upgrading and saving of project files.
 #include "store/temporaryfiles.h"
+#include "support/problems.h"
 #include "tests/fixtures/storefixture.h"
 
 #include <fcntl.h>
@@ -26,14 +27,37 @@ private slots:
 
     void badFilesAreNoProject_data()
     {
-        // clang-format off
-        columns<QString>("kind");
-        for (const char *kind : {"missing", "empty", "noise", "text", "folder", "foreign", "cut in half", "cut by little", "no nodes", "foreign nodes", "endless view", "noise behind the head"}) QTest::newRow(kind) << kind;
-        // clang-format on
+        columns<QString, QString>("schema", "rule");
+        QTest::newRow("missing") << ""
+                                 << "not-read";
+        QTest::newRow("folder") << ""
+                                << "not-read";
+        for (const char *kind : {"empty", "noise", "text", "foreign", "no nodes", "foreign nodes"})
+            QTest::newRow(kind) << ""
+                                << "no-project";
+        for (const char *kind : {"cut in half", "cut by little", "cut head", "noise behind it"})
+            QTest::newRow(kind) << ""
+                                << "damaged-project";
+        for (const char *kind : {"-wal", "-journal"})
+            QTest::newRow(kind) << ""
+                                << "pending-changes";
+        const QMap<const char *, QString> schemas = {
+            {"endless view", "create view V as with recursive n(i) as (select 1 union all select i "
+                             "from n) select i from n"},
+            {"trigger", "create trigger T after insert on Nodes begin delete from Nodes; end"},
+            {"computed column", "create table X (a, b as (abs(a)))"},
+            {"check", "create table X (a, check (a > 0))"},
+            {"index of an expression", "create index I on Nodes(nodeId + 1)"},
+            {"index of some rows", "create index I on Nodes(name) where nodeId > 0"},
+            {"computed default", "create table X (a default (abs(1)))"},
+            {"virtual table", "create virtual table X using rtree(i, a, b)"}};
+        for (auto schema = schemas.cbegin(); schema != schemas.cend(); ++schema)
+            QTest::newRow(schema.key()) << *schema << "foreign-schema";
     }
     void badFilesAreNoProject()
     {
-        QFETCH(QString, kind);
+        const QString kind = QTest::currentDataTag();
+        QFETCH(QString, schema);
         const QByteArray good = readFile(file);
         const QMap<QString, QByteArray> contents = {
             {"empty", ""},
@@ -41,11 +65,16 @@ private slots:
             {"text", "[Nodes]\n0\\name=\n"},
             {"cut in half", good.left(good.size() / 2)},
             {"cut by little", good.chopped(100)},
-            {"noise behind the head", good.left(8192) + QByteArray(good.size() - 8192, 'x')}};
+            {"cut head", good.left(50)},
+            {"noise behind it", good.left(8192) + QByteArray(good.size() - 8192, 'x')}};
         if (contents.contains(kind))
             QVERIFY(writeFile(file, contents.value(kind)));
         else if (kind == "no nodes")
             QVERIFY(StoreFixture::runSql(file, {"delete from Nodes"}));
+        else if (kind.startsWith('-'))
+            QVERIFY(writeFile(file + kind, "x"));
+        else if (!schema.isEmpty())
+            QVERIFY(StoreFixture::runSql(file, {schema}));
         else
             QVERIFY(QFile::remove(file));
         if (kind == "folder")
@@ -55,14 +84,47 @@ private slots:
         else if (kind == "foreign nodes")
             QVERIFY(StoreFixture::runSql(
                 file, {"create table Nodes (nodeId, city)", "insert into Nodes values(0, 1)"}));
-        else if (kind == "endless view")
-            QVERIFY(StoreFixture::runSql(file, {"create view Nodes as with recursive n(nodeId) as "
-                                                "(select 1 union all select nodeId from n) "
-                                                "select nodeId from n"}));
+        QStringList rules;
+        const auto former = Problems::setHandler(
+            [&rules](const Problems::Problem &problem) { rules << problem.rule; });
+        const auto restore = qScopeGuard([&former] { (void)Problems::setHandler(former); });
         QVERIFY(!open());
+        QTEST(rules.join(' '), "rule");
         QCOMPARE(store->getLastErrorString(), "");
+        QVERIFY(!store->saveDataBase(QString())); // what is in the file stays
         store.reset();
         QVERIFY(fixture->temporaryCopies().isEmpty());
+    }
+
+    void oddButSoundProjectsOpen()
+    {
+        // A journal that begins with zeros is of a change that was finished, an empty file of none.
+        QVERIFY(writeFile(file + "-journal", QByteArray(512, '\0')) &&
+                writeFile(file + "-wal", ""));
+        QVERIFY(open());
+        QVERIFY(QFile::remove(file + "-journal") && QFile::remove(file + "-wal"));
+        QVERIFY(open({"create table \"check\" (a text default 'as' /* check ( */, [as] integer "
+                      "default -1, \"it\"\"s select\" unique, c default current_timestamp)",
+                      "create unique index I on Nodes(\"name\" collate nocase desc, edspath)"}));
+    }
+
+    /// What a damaged file is taken for is saved as a project that opens again.
+    void damageIsRefusedOrMended()
+    {
+        const QByteArray good = readFile(file);
+        int refused = 0;
+        for (int at = 0; at < good.size(); at += 1777) {
+            QByteArray damaged = good;
+            damaged[at] = char(~damaged[at]);
+            QVERIFY(writeFile(file, damaged));
+            const bool isOpen = open();
+            refused += isOpen ? 0 : 1;
+            if (!isOpen || !store->saveDataBase(QString()))
+                QCOMPARE(readFile(file), damaged);
+            else
+                QVERIFY2(open(), qPrintable(QString::number(at)));
+        }
+        QVERIFY(refused > 0);
     }
 
     void temporaryCopiesGoWithTheStore()
@@ -142,7 +204,15 @@ private slots:
         store->addNode(254, {});
         store->addNode(255, {});
         store->getStringId("unused");
-        QVERIFY(store->saveDataBase(file));
+        store->delNode(254);
+        const QString table = QString("1,").repeated(299) + '2';
+        store->setGeneralSettingsValue("table", table);
+        store->addNode(255, {});
+        store->delNode(255);
+        QCOMPARE(store->getGeneralSettingsValue("table").size(), table.size() - 2);
+        store->setGeneralSettingsValue("table", table);
+        QVERIFY(store->saveDataBase(fixture->path("p.tsrt")) && store->saveDataBase(file));
+        QCOMPARE(store->getGeneralSettingsValue("table"), table);
         ObjectDataBase saved;
         QVERIFY(saved.openDataBase(file));
         QCOMPARE(saved.getNodes(), QList<quint8>{0});
@@ -162,6 +232,17 @@ private slots:
         QVERIFY(!QFile::exists(file + ".bak"));
         QVERIFY(!store->saveDataBase(fixture->path("no/such/folder/p.tsrp")));
         QCOMPARE(store->getProjectFileName(), file);
+    }
+
+    void saveLeavesAProjectWithPendingChanges()
+    {
+        QVERIFY(open());
+        const QByteArray before = readFile(file);
+        QVERIFY(writeFile(file + "-journal", "x"));
+        QVERIFY(!store->saveDataBase(QString()));
+        QVERIFY(store->getLastErrorString().startsWith("p.tsrp-journal beside it holds changes"));
+        QCOMPARE(readFile(file), before);
+        QVERIFY(QFile::remove(file + "-journal") && store->saveDataBase(QString()));
     }
 
     void saveWaitsForAnotherRun()
