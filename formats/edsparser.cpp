@@ -177,21 +177,23 @@ const QLatin1String kFieldKeys[FieldCount] = {
 class Entries
 {
 public:
-    Entries(const EdsReader &edsReader, const EdsSection &edsSection)
+    /// What \a edsSection does not tell is taken from \a fallback.
+    Entries(const EdsReader &edsReader, const EdsSection &edsSection,
+            const EdsSection *fallback = nullptr)
         : reader(edsReader), section(edsSection)
     {
-        for (const EdsEntry &entry : section.entries) {
-            for (int field = 0; field < FieldCount; ++field) {
-                const QLatin1String key = kFieldKeys[field];
-                // Nearly all files have the keys in this case, which is told faster.
-                if (entry.key.size() == key.size() &&
-                    (entry.key == key || entry.key.compare(key, Qt::CaseInsensitive) == 0))
-                    found[size_t(field)] = &entry;
-            }
-        }
+        if (fallback)
+            add(fallback->entries);
+        add(section.entries);
     }
 
     const EdsSection &edsSection() const { return section; }
+
+    /// Does the section describe a value?
+    bool holdsData() const
+    {
+        return found[DataType] || found[AccessType] || found[DefaultValue] || found[ParameterValue];
+    }
 
     QString text(Field field) const
     {
@@ -258,6 +260,19 @@ public:
     }
 
 private:
+    void add(const QVector<EdsEntry> &entries)
+    {
+        for (const EdsEntry &entry : entries) {
+            for (int field = 0; field < FieldCount; ++field) {
+                const QLatin1String key = kFieldKeys[field];
+                // Nearly all files have the keys in this case, which is told faster.
+                if (entry.key.size() == key.size() &&
+                    (entry.key == key || entry.key.compare(key, Qt::CaseInsensitive) == 0))
+                    found[size_t(field)] = &entry;
+            }
+        }
+    }
+
     void noteValue(Field field) const
     {
         reader.note(found[field]->line, QStringLiteral("%1 cannot be %2")
@@ -334,6 +349,12 @@ bool isStructure(CANopen::ObjectCode code)
     return code == CANopen::ObjectCode::Array || code == CANopen::ObjectCode::Record;
 }
 
+/// Can the object's own section hold the value of subindex 0?
+bool mayHoldValue(const ObjectSections &sections, CANopen::ObjectCode code)
+{
+    return sections.object >= 0 && !isStructure(code) && code != CANopen::ObjectCode::DefStruct;
+}
+
 /// Makes the records of one object after the other.
 class RecordMaker
 {
@@ -366,14 +387,22 @@ public:
         return record;
     }
 
-    CANopenSubindex makeSub(quint16 index, const ObjectSections::Sub &sub) const
+    CANopenSubindex makeSub(const ObjectSections &sections, const CANopen::CANopenIndex &object,
+                            const ObjectSections::Sub &sub) const
     {
-        const Entries entries(reader, reader.sections()[sub.section]);
+        const EdsSection &section = reader.sections()[sub.section];
+        // Some tools write a subindex 0 without data behind the variable that has them.
+        const bool isBare = sub.number == 0 && mayHoldValue(sections, object.objectCode) &&
+                            !Entries(reader, section).holdsData();
+        const Entries entries(reader, section,
+                              isBare ? &reader.sections()[sections.object] : nullptr);
         const auto code = entries.objectCode().value_or(CANopen::ObjectCode::Var);
         CANopenSubindex record =
             readValueSection(entries, code, QStringLiteral("unnamed subindex"));
-        record.index = index;
+        record.index = sections.index;
         record.subindex = sub.number;
+        if (isBare && record.description.isEmpty())
+            record.description = object.member.description;
         if (entries.text(ParameterName).isEmpty())
             record.name = names.value(sub.number, record.name);
         if (record.currentValue.isEmpty())
@@ -433,7 +462,7 @@ private:
 /// Does the object's own section hold the value of subindex 0?
 bool hasOwnValue(const ObjectSections &sections, CANopen::ObjectCode code)
 {
-    if (sections.object < 0 || isStructure(code) || code == CANopen::ObjectCode::DefStruct)
+    if (!mayHoldValue(sections, code))
         return false;
     for (const ObjectSections::Sub &sub : sections.subs) {
         if (sub.number == 0)
@@ -457,7 +486,7 @@ bool EdsParser::LoadEds(QString file)
         if (hasOwnValue(sections, record.objectCode))
             emit newSubIndex(record.member);
         for (const ObjectSections::Sub &sub : sections.subs)
-            emit newSubIndex(maker.makeSub(sections.index, sub));
+            emit newSubIndex(maker.makeSub(sections, record, sub));
     }
     return !directory.objects().isEmpty();
 }

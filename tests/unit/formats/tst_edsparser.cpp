@@ -13,8 +13,8 @@ private slots:
 
     void objects_data()
     {
-        // clang-format off
         columns<QString, QString>("text", "expected"); // nothing expected: loading fails
+        // clang-format off
         QTest::newRow("variable") << "[2000]\nObjectType=0x7\n" << "2000:7 2000.0";
         QTest::newRow("domain_has_its_own_value") << "[2000]\nObjectType=2\n" << "2000:2 2000.0";
         QTest::newRow("hex_code") << "[2000]\nobjecttype = 0x09\n[2000sub1]\n" << "2000:9 2000.1";
@@ -43,8 +43,8 @@ private slots:
 
     void entries_data()
     {
-        // clang-format off
         columns<QString, QString>("section", "expected"); // name/type/access/pdo/denotation, flags
+        // clang-format off
         QTest::newRow("all") << "PARAMETERNAME=Speed; rpm\nDataType=0x0003\nAccessType=RWW\nPDOMapping=0x1\nObjFlags=3\nDenotation=Fan\nUploadFile=x" << "Speed; rpm/3/rww/1/Fan/1/1";
         QTest::newRow("none") << "" << "unnamed object/5/ro/0//0/0";
         QTest::newRow("comments_behind_numbers") << "ParameterName=a\nDataType=7 ; long\nAccessType=rw ;x\nPDOMapping=1;y" << "a/7/rw/1//0/0";
@@ -57,6 +57,10 @@ private slots:
         QTest::newRow("domain_without_type") << "ParameterName=a\nObjectType=2" << "a/15/ro/0//0/0";
         QTest::newRow("domain_with_type") << "ParameterName=a\nObjectType=2\nDataType=7" << "a/7/ro/0//0/0";
         QTest::newRow("odd_access") << "ParameterName=a\nAccessType=W\nPDOMapping=yes" << "a/5/wo/0//0/0";
+        const QString own = "ParameterName=a\nDataType=7\nAccessType=rw\n[2000sub0]\n";
+        QTest::newRow("bare_sub_0") << own + "SubNumber=0" << "a/7/rw/0//0/0";
+        QTest::newRow("sub_0_with_a_denotation") << own + "Denotation=Fan\nObjFlags=1" << "a/7/rw/0/Fan/1/0";
+        QTest::newRow("sub_0_with_data") << own + "ParameterName=a\nDataType=7" << "a/7/ro/0//0/0";
         QTest::newRow("repeated_key") << "ParameterName=a\nParameterName=b" << "b/5/ro/0//0/0";
         // clang-format on
     }
