@@ -13,6 +13,9 @@ namespace
 
 constexpr int kLongestPlaceHolder = 9; // "${number}"
 
+constexpr int kMibOfUtf8 = 106; // IANA, character sets
+constexpr char kUtf8Mark[] = "\xEF\xBB\xBF";
+
 constexpr qint64 kMaxFileBytes = 256 * 1024 * 1024;
 
 } // namespace
@@ -80,10 +83,14 @@ QString Helper::decodeText(const QByteArray &bytes)
     QTextCodec *codec = QTextCodec::codecForUtfText(bytes, QTextCodec::codecForName("UTF-8"));
     QTextCodec::ConverterState state;
     const QString decoded = codec->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (state.invalidChars == 0 && state.remainingChars == 0)
+    const bool isDamaged = state.invalidChars != 0 || state.remainingChars != 0;
+    // What a mark shows to have two or four bytes a character is no 8-bit text, damaged or not.
+    if (!isDamaged || codec->mibEnum() != kMibOfUtf8)
         return decoded;
+    const int start = bytes.startsWith(kUtf8Mark) ? int(qstrlen(kUtf8Mark)) : 0;
     codec = QTextCodec::codecForName("Windows-1252");
-    return codec ? codec->toUnicode(bytes) : QString::fromLatin1(bytes);
+    return codec ? codec->toUnicode(bytes.constData() + start, bytes.size() - start)
+                 : QString::fromLatin1(bytes.constData() + start, bytes.size() - start);
 }
 
 QString Helper::UTF8String2ArrayString(const QString &text)
