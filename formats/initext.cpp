@@ -1,6 +1,7 @@
 // The INI dialect of QSettings.
 #include "formats/initext.h"
 
+#include "support/helper.h"
 #include "support/problems.h"
 
 namespace
@@ -144,14 +145,26 @@ void appendEscaped(QString *text, const char *&at, const char *end)
         at = skipEscaped(at, end); // a line end, or an escape without meaning
         return;
     }
+    at += hex;
+    if (hex && (at == end || hexDigit(*at) < 0))
+        return; // no number, and so no character
     uint code = 0;
-    for (at += hex; at < end; ++at) {
+    for (; at < end; ++at) {
         const int digit = hexDigit(*at);
         if (digit < 0 || (!hex && digit > 7))
             break;
         code = code * (hex ? 16 : 8) + uint(digit);
     }
     *text += QChar(static_cast<ushort>(code));
+}
+
+/// A file that went through an editor without UTF-8 keeps its umlauts.
+QString decoded(const char *bytes, int size)
+{
+    const QString text = QString::fromUtf8(bytes, size);
+    return text.contains(QChar::ReplacementCharacter)
+               ? Helper::decodeText(QByteArray::fromRawData(bytes, size))
+               : text;
 }
 
 QStringList unescapedTexts(Span span)
@@ -193,7 +206,7 @@ QStringList unescapedTexts(Span span)
             const char *run = at;
             while (at < span.end && *at != '\\' && *at != '"' && (*at != ',' || inQuotes))
                 ++at;
-            text += QString::fromUtf8(run, int(at - run));
+            text += decoded(run, int(at - run));
         }
     }
     finishText();

@@ -151,12 +151,13 @@ public:
     RowInserter &inserter(RowKind kind, quint8 line);
     bool writeSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
     /// Inserts or updates a row with the cells of a text project; \a cells begins with the row's
-    /// key. Columns that may not be NULL and are not given become 0 in a new row.
+    /// key. Columns that may not be NULL and are not given become 0 in a new row. Runs of blanks
+    /// become one, but for the values of a row whose data type is a text.
     template <class Record, size_t N>
     bool writeTextRow(const Column<Record> (&known)[N], RowInserter &rows, Cells cells,
-                      const QVector<ObjectDataBase::ColumnValue> &values);
+                      const QVector<ObjectDataBase::ColumnValue> &values, bool isTextRow);
     template <class Record>
-    QVariant textCell(const Column<Record> &field, const QVariant &given);
+    QVariant textCell(const Column<Record> &field, const QVariant &given, bool isTextRow);
 
     // --- services, signals and groups (objectdatabase_uds.cpp, objectdatabase_signals.cpp) ---
 

@@ -26,11 +26,45 @@ bool numberUpTo(const QString &text, quint32 highest, quint32 *number)
     return ok && *number <= highest;
 }
 
+/// Types whose values are text, in which each blank counts.
+bool isText(quint16 type)
+{
+    switch (static_cast<CAN::CANopenDataType>(type)) {
+    case CAN::CANopenDataType::VisibleString:
+    case CAN::CANopenDataType::OctetString:
+    case CAN::CANopenDataType::UnicodeString:
+    case CAN::CANopenDataType::StringNull:
+    case CAN::CANopenDataType::StringAsterisk:
+    case CAN::CANopenDataType::Utf8String:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// The data type among the cells of a row; none if it is not there.
+std::optional<quint16> givenType(const QVector<ObjectDataBase::ColumnValue> &values)
+{
+    for (const ObjectDataBase::ColumnValue &value : values) {
+        if (value.column == QLatin1String("datatype") && value.value.isValid())
+            return static_cast<quint16>(Numbers::toUIntDecimal(value.value.toString()));
+    }
+    return std::nullopt;
+}
+
+/// Does the column hold a value of the row's data type?
+template <class Record>
+bool holdsValue(const Column<Record> &field)
+{
+    const QLatin1String name(field.name);
+    return name == QLatin1String("defaultvalue") || name == QLatin1String("currentvalue");
+}
+
 } // namespace
 
 /// The value of a given cell to bind; invalid if the cell is to be left out.
 template <class Record>
-QVariant StorePrivate::textCell(const Column<Record> &field, const QVariant &given)
+QVariant StorePrivate::textCell(const Column<Record> &field, const QVariant &given, bool isTextRow)
 {
     switch (field.coding) {
     case Coding::StringId:
@@ -42,19 +76,20 @@ QVariant StorePrivate::textCell(const Column<Record> &field, const QVariant &giv
     case Coding::Plain:
         break;
     }
-    return given.toString().simplified();
+    const QString text = given.toString();
+    return isTextRow && holdsValue(field) ? text : text.simplified();
 }
 
 template <class Record, size_t N>
 bool StorePrivate::writeTextRow(const Column<Record> (&known)[N], RowInserter &rows, Cells cells,
-                                const QVector<ObjectDataBase::ColumnValue> &values)
+                                const QVector<ObjectDataBase::ColumnValue> &values, bool isTextRow)
 {
     const int keyColumns = cells.size();
     cells.resize(keyColumns + int(N));
     for (const ObjectDataBase::ColumnValue &value : values) {
         const Column<Record> *field = findColumn(known, value.column);
         if (field && value.value.isValid())
-            cells[keyColumns + int(field - known)] = textCell(*field, value.value);
+            cells[keyColumns + int(field - known)] = textCell(*field, value.value, isTextRow);
         else
             qCDebug(lcStore) << "a text project has no" << value.column;
     }
@@ -78,7 +113,7 @@ bool ObjectDataBase::setObjectIndexSqlValues(const QString &table, const QString
         return false;
     clearCachedSubs(static_cast<quint8>(line));
     return d->writeTextRow(kIndexColumns, d->inserter(RowKind::TextObject, quint8(line)), {number},
-                           values);
+                           values, false);
 }
 
 bool ObjectDataBase::setSubindexSqlValues(const QString &table, const QString &index,
@@ -90,7 +125,13 @@ bool ObjectDataBase::setSubindexSqlValues(const QString &table, const QString &i
     if (d->lockWriteAccess || line < 0 || !numberUpTo(index, 0xFFFF, &number) ||
         !numberUpTo(sub, 0xFF, &subNumber))
         return false;
-    clearCachedSubs(static_cast<quint8>(line));
-    return d->writeTextRow(kSubIndexColumns, d->inserter(RowKind::TextSubIndex, quint8(line)),
-                           {number, subNumber}, values);
+    const auto place = static_cast<quint8>(line);
+    const auto object = static_cast<quint16>(number);
+    const auto member = static_cast<quint8>(subNumber);
+    const std::optional<quint16> type = givenType(values);
+    const bool isTextRow = isText(type ? *type : getSubIndexDatatype(place, object, member));
+    clearCachedSubs(place);
+    d->cachedSubNames.remove(StorePrivate::placeKey(place, object, member));
+    return d->writeTextRow(kSubIndexColumns, d->inserter(RowKind::TextSubIndex, place),
+                           {number, subNumber}, values, isTextRow);
 }

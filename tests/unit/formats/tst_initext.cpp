@@ -61,6 +61,10 @@ private slots:
         QTest::newRow("comments") << "; c\n[G]\n;x=3\na=1 ; one\nb=2\n;\n";
         QTest::newRow("list") << "[G]\na=1,0\nb=1, \"x,y\" ,z\n";
         QTest::newRow("escapes") << "[G]\na=\\x41g\\x0a\\101\\n\\q\nb=\"two\\\n lines\"\n";
+        QTest::newRow("hex escape without digits")
+            << "[G]\na=1\\xg2\\x\nb=\"\\x\",\\x,\\x 3\nc=\\X41\\x-1\nd=4 \\x ;\n";
+        QTest::newRow("octal escapes") << "[G]\na=\\8\\08\\777777\\18 \\1\nb=\\3 \\60 9\n";
+        QTest::newRow("escapes without meaning") << "[G]\na=1 \\  \nb=\\q \\,\\;\\=2\nc=\\\n3\n";
         QTest::newRow("quotes over lines") << "[G]\na=\"x\ny\"\nb=2\n";
         QTest::newRow("escaped key") << "[G%20H]\n%41=1\nb\\c=2\n%U03C0=3\n";
         QTest::newRow("section twice") << "[G]\na=1\n[H]\nc=3\n[G]\nb=2\n";

@@ -72,11 +72,47 @@ private slots:
             QVERIFY(saved.contains(QByteArray("0x2000\\0x0\\") + cell)); // empty cells are explicit
     }
 
+    void blanksInValues_data()
+    {
+        columns<int, QString, QString>("type", "given", "kept");
+        const QString date = "Mon Dec  5";
+        QTest::newRow("visible_string") << 9 << date << date;
+        QTest::newRow("octet_string") << 10 << "01  02"
+                                      << "01  02";
+        QTest::newRow("unicode_string") << 11 << "\"  \\t\"" + date << "  \t" + date;
+        QTest::newRow("utf_8_string") << 124 << date << date;
+        QTest::newRow("domain") << 15 << date << "Mon Dec 5";
+        QTest::newRow("number") << 5 << "\" 1  +  2\""
+                                << "1 + 2";
+    }
+    void blanksInValues()
+    {
+        QFETCH(int, type);
+        QFETCH(QString, given);
+        const QString text = QString("[SubObjects0]\n0x2000\\0x0\\currentvalue=%1\n"
+                                     "0x2000\\0x0\\datatype=%2\n0x2000\\0x0\\lowlimit=1  2\n"
+                                     "0x2001\\0x0\\datatype=5\n0x2000\\0x0\\defaultvalue=%1\n");
+        QVERIFY(writeFile(file, text.arg(given, QString::number(type)).toUtf8()));
+        QByteArray saved;
+        for (const char *save : {"first", "second"}) {
+            ObjectDataBase store;
+            QVERIFY(store.openDataBase(file));
+            const Sub sub = subOf(store, 0, 0x2000, 0);
+            QTEST(sub.currentValue, "kept");
+            QTEST(sub.defaultValue, "kept");
+            QCOMPARE(sub.lowLimit, "1 2");
+            QVERIFY2(store.saveDataBase(QString()), save);
+            QVERIFY(saved.isEmpty() || readFile(file) == saved);
+            saved = readFile(file);
+        }
+    }
+
     void handWrittenProject()
     {
         QVERIFY(writeFile(file,
                           "[GeneralSettings]\r\nnmtmaster=1, 0\r\nline0type=1\r\n"
-                          "[Objects0]\r\n0x2000\\name=\"it's, one\"\r\n8193\\name=two\r\n"
+                          "[Objects0]\r\n0x2000\\name=\"it's, one\"\r\n8193\\name=Gr\xF6\xDF"
+                          "e\r\n"
                           "0x2000\\nosuchcolumn=1\r\nword\\name=three\r\n0x12345\\name=four\r\n"
                           "[SubObjects0]\r\n0x2000\\0x1\\defaultvalue=  x   y \r\n"
                           "0x2001\\0x0\\name=s\r\n0x2000\\0x1\\size=4\r\n0x2000\\300\\size=4\r\n"));
@@ -85,6 +121,7 @@ private slots:
         QCOMPARE(store.getGeneralSettingsValue("nmtmaster"), "1,0");
         QCOMPARE(store.getIndices(0, 0, 0xFFFF), (QList<quint16>{0x2000, 0x2001}));
         QCOMPARE(store.getIndexName(0, 0x2000), "it's, one");
+        QCOMPARE(store.getIndexName(0, 0x2001), "Gr\u00F6\u00DFe"); // Windows-1252
         QCOMPARE(subOf(store, 0, 0x2000, 1).defaultValue, "x y");
         QCOMPARE(subOf(store, 0, 0x2000, 1).size, 4u); // cells of a row may stand apart
         QCOMPARE(store.getSubIndices(0, 0x2000, 0), QList<quint8>{1});
@@ -102,7 +139,7 @@ private slots:
         Node node;
         QVERIFY(store.getNodeData(0, node));
         QCOMPARE(node.prefix + node.outputPath, "p_out"); // cells of a node may stand apart
-        QVERIFY(!store.saveDataBase(QString()));         // two objects have no place in it
+        QVERIFY(!store.saveDataBase(QString()));          // two objects have no place in it
         QVERIFY(store.getIndices(0, 0, 0xFFFF).isEmpty());
     }
 
