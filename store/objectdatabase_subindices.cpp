@@ -89,9 +89,12 @@ bool ObjectDataBase::setSubField(quint8 line, quint16 index, quint8 sub, const c
                     kWhereSub,
                 {d->cellOf(*field, carrier), index, sub});
     if (SubIndexData *cached = d->cachedSub(line, index, sub); done && cached) {
+        // All of the copy becomes as the row is: what told that it differs is gone after this.
+        if (d->isEscaped(line, index, sub))
+            *cached = d->withoutEscapes(line, index, sub, *cached);
+        d->cachedSubs[line].escaped.remove(StorePrivate::subKey(index, sub));
         cached->*Member = value;
         d->refreshCachedName(line, index, sub, *cached);
-        d->cachedSubs[line].escaped.remove(StorePrivate::subKey(index, sub));
     } else if (done) {
         d->cachedSubNames.remove(StorePrivate::placeKey(line, index, sub));
     }

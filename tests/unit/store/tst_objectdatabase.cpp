@@ -90,17 +90,39 @@ private slots:
         QVERIFY(stored == sub); // a miss leaves the caller's record alone
     }
 
+    void apostrophes_data()
+    {
+        columns<QString, QString>("text", "between");
+        QTest::newRow("one") << "it's"
+                             << "";
+        QTest::newRow("doubled") << "it''s"
+                                 << "";
+        QTest::newRow("doubled_and_renamed") << "it''s"
+                                             << "denotation";
+        QTest::newRow("doubled_and_other_value_set") << "it''s"
+                                                     << "current value";
+    }
     void apostrophes()
     {
+        QFETCH(QString, text);
+        QFETCH(QString, between);
         store->cacheAllSubs(0, 0);
-        QVERIFY(store->addSubIndex(0, 0x2000, 0, makeSub("it's", 9, "it's")));
-        QCOMPARE(store->getSubIndexValue(0, 0x2000, 0), "it''s");
-        Sub sub = subOf(*store, 0, 0x2000, 0);
-        sub.size = 4;
-        QVERIFY(store->addSubIndex(0, 0x2000, 0, sub)); // read, changed and written back
+        QVERIFY(store->addSubIndex(0, 0x2000, 0, makeSub(text, 9, text)));
+        QCOMPARE(store->getSubIndexValue(0, 0x2000, 0), QString(text).replace("'", "''"));
+        if (between == "denotation")
+            QVERIFY(store->setSubIndexName(0, 0x2000, 0, text));
+        else if (!between.isEmpty())
+            QVERIFY(store->setSubIndexCurrentValue(0, 0x2000, 0, text));
+        for (quint32 size = 4; size < 6; ++size) {
+            Sub sub = subOf(*store, 0, 0x2000, 0);
+            sub.size = size;
+            QVERIFY(store->addSubIndex(0, 0x2000, 0, sub)); // read, changed and written back
+        }
         store->clearAllCachedSubs();
-        QCOMPARE(store->getSubIndexValue(0, 0x2000, 0), "it's");
-        QCOMPARE(store->getSubIndexName(0, 0x2000, 0, true), "it's");
+        QCOMPARE(store->getSubIndexValue(0, 0x2000, 0), text);
+        QCOMPARE(store->getSubIndexName(0, 0x2000, 0, true), text);
+        if (between == "current value")
+            QCOMPARE(store->getSubIndexCurrentValue(0, 0x2000, 0), text);
 
         QVERIFY(store->addSubIndex(0, 0x2000, 1, makeSub("it's", 10, "'")));
         QCOMPARE(store->getSubIndexValue(0, 0x2000, 1), "'");
