@@ -142,7 +142,16 @@ DatabaseTextConverter::~DatabaseTextConverter() = default;
 void DatabaseTextConverter::setObjectDatabase(ObjectDataBase *database)
 {
     store = database;
+    source = database;
     d = database->d.get();
+}
+
+void DatabaseTextConverter::setSqlDatabaseFile(const QSqlDatabase &database)
+{
+    guest = std::make_unique<ObjectDataBase>();
+    source = guest.get();
+    d = guest->d.get();
+    d->borrowConnection(database);
 }
 
 void DatabaseTextConverter::setTextOutputFile(const QString &file)
@@ -160,7 +169,7 @@ void DatabaseTextConverter::setTextInputfile(const QString &file)
 bool DatabaseTextConverter::convertSqlToText()
 {
     QFile file(outputFile);
-    if (!store || !file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    if (!source || !file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return false;
     IniText::Writer output(&file);
     writer = &output;
@@ -185,7 +194,7 @@ bool DatabaseTextConverter::convertSqlToText()
     }
     writer = nullptr;
     // A store that lost its tables, to a full disk say, must not pass for an empty project.
-    isComplete = isComplete && !store->getNodes().isEmpty();
+    isComplete = isComplete && !source->getNodes().isEmpty();
     return output.finish() && file.flush() && isComplete;
 }
 
@@ -197,7 +206,7 @@ void DatabaseTextConverter::fixAllDefaultValues()
     const QVector<QStringList> columns = d->allRows(
         QStringLiteral("SELECT m.name, c.name, lower(c.type) FROM sqlite_master m, "
                        "PRAGMA_TABLE_INFO(m.name) c WHERE m.type='table' ORDER BY m.name"));
-    store->beginBatch();
+    source->beginBatch();
     // One pass over each table, which rewrites only rows that have an empty cell.
     for (int i = 0; i < columns.size();) {
         const QString table = columns.at(i).at(0);
@@ -221,12 +230,12 @@ void DatabaseTextConverter::fixAllDefaultValues()
                         .arg(quoted(table), fixes.join(QLatin1Char(',')),
                              conditions.join(QStringLiteral(" or "))));
     }
-    store->commitBatch();
+    source->commitBatch();
     d->forgetSettings();
     d->forgetServicesAndSignals();
-    store->clearAllCachedSubs();
-    store->clearAllCachedSpnData();
-    store->clearCachedSubNames();
+    source->clearAllCachedSubs();
+    source->clearAllCachedSpnData();
+    source->clearCachedSubNames();
 }
 
 void DatabaseTextConverter::handleSettings(const QString &table)
@@ -244,7 +253,7 @@ void DatabaseTextConverter::writeCell(const QString &key, const QString &column,
                                      QStringLiteral("device_class")};
     const QString path = key + QLatin1Char('/') + column;
     if (texts.contains(column))
-        writer->value(path, store->getString(cell.toInt()));
+        writer->value(path, source->getString(cell.toInt()));
     else if (column != QLatin1String("metadata"))
         writer->value(path, cell.toString());
     else if (unpackMetadata(cell.toByteArray()).isEmpty())

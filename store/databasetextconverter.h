@@ -6,6 +6,9 @@
 
 #include <QObject>
 
+#include <memory>
+
+class QSqlDatabase;
 class StorePrivate;
 
 /// Turns a store into its text form and back. The text holds the object dictionaries and three of
@@ -20,6 +23,9 @@ public:
 
     /// The store to read from, or to write into.
     void setObjectDatabase(ObjectDataBase *database);
+    /// A connection to read a project from, in place of that of the store; it has to be open, and
+    /// stays so. Cells that are empty there become explicit, as they do in a store.
+    void setSqlDatabaseFile(const QSqlDatabase &database);
 
     /// The file to write; one of that name is replaced.
     void setTextOutputFile(const QString &file);
@@ -51,8 +57,10 @@ private:
     void importSubObjects(const QString &group, const QVector<IniText::Entry> &entries);
     void importSettings(const QString &group, const QVector<IniText::Entry> &entries);
 
-    ObjectDataBase *store = nullptr;
-    StorePrivate *d = nullptr;
+    ObjectDataBase *store = nullptr;       ///< to write into
+    ObjectDataBase *source = nullptr;      ///< to read from
+    StorePrivate *d = nullptr;             ///< of the source
+    std::unique_ptr<ObjectDataBase> guest; ///< over the connection of setSqlDatabaseFile()
     QString outputFile;
     QString inputFile;
     QString readError;

@@ -19,7 +19,9 @@
 #include <memory>
 #include <optional>
 
+class QSqlQuery;
 class StorePrivate;
+struct SavedObject;
 
 /// All data of one project, in a private temporary copy of the user's file; only the save
 /// operations write to the user's file.
@@ -48,6 +50,7 @@ public:
     using DataElement = DataElementData;
     using UDS_SERVICE_T = UdsServiceData;
     using SIGNAL_DATA_T = LineSignalData;
+    using SPN_Identifier = SpnIdentifierData;
     using LineDifference = LineDifferenceData;
     using ChangeSet = ChangeSetData;
 
@@ -476,6 +479,56 @@ public:
     bool setSubindexSqlValues(const QString &table, const QString &index, const QString &sub,
                               const QVector<ColumnValue> &values);
 
+    // --- For tools of the family: what editors and monitors do with a project, and no run of this
+    //     tool does (objectdatabase_tools.cpp) ---
+
+    /// Runs a statement on \a query as the store runs its own: once no other thread holds the
+    /// block. The store then reads anew what the statement may have written.
+    bool queryExec(QSqlQuery *query, const QString &sql) const;
+    /// These two make a line's table, if it is not there, on the connection of \a query.
+    bool createSubObjectsTable(int line, QSqlQuery query);
+    bool createUDSSettingsTable(int line, QSqlQuery query);
+    /// These two make the table of one of this store's lines anew with its rows and the constraint
+    /// that no row stands twice; of rows that do the first one stays. \a query may hold the table:
+    /// it is finished.
+    bool addUniqueColumnsToSubDatabase(int line, QSqlQuery query);
+    bool addUniqueColumnsToUDSSettings(int line, QSqlQuery query);
+
+    /// One column of setObjectIndexSqlValues() or setSubindexSqlValues(). An invalid value changes
+    /// nothing and gives false, and so does a column that a project does not have.
+    bool setObjectIndexSqlValue(const QString &table, const QString &index, const QString &column,
+                                const QVariant &value);
+    bool setSubindexSqlValue(const QString &table, const QString &index, const QString &sub,
+                             const QString &column, const QVariant &value);
+
+    /// Makes an object a copy of another one, with its subindices and metadata; what stood there
+    /// goes. Connections stay with their places. A signal belongs to its line, so a copy on another
+    /// line has none, and no copy is managed by the object list. The target's line is cached
+    /// afterwards. False if there is no such object or line.
+    bool copyIndex(quint8 line, quint16 index, quint8 targetLine, quint16 targetIndex);
+    /// Likewise a subindex; the target's object has to be there.
+    bool copySubIndex(quint8 line, quint16 index, quint8 sub, quint8 targetLine,
+                      quint16 targetIndex, quint8 targetSub);
+    /// Keeps a copy of an object for pasteSavedIndex(), until the next one or until another project
+    /// is opened. The object itself may change or go meanwhile.
+    bool saveIndex(quint8 line, quint16 index);
+    /// Writes the object that saveIndex() kept, as copyIndex() does.
+    bool pasteSavedIndex(quint8 line, quint16 index);
+
+    /// Reads of a line that cacheAllSpnDataForLine() or cacheAllSpnDataTypes() has read. False if
+    /// it is not, or there is nothing: then ask the database.
+    bool getSPNsFromCache(quint8 line, quint32 pgn, quint8 direction, QList<quint32> &spns) const;
+    bool getSPNDataFromCache(quint8 line, quint32 pgn, quint8 direction, quint32 spn,
+                             SPN &data) const;
+    bool getSPNDataFromCache(const SPN_Identifier &place, SPN &data) const;
+    bool getSPNDataTypesFromCache(quint8 line, quint32 pgn, quint8 direction,
+                                  QList<quint16> &types) const;
+    void cacheAllSpnDataTypes(quint8 line);
+    /// The types of these signals of a group, whichever way it goes, in the order of \a spns; 0 for
+    /// one that the group does not have.
+    bool getSPNDataTypes(quint8 line, quint32 pgn, const QList<quint32> &spns,
+                         QList<quint16> &types) const;
+
 signals:
     void updateNotify(ObjectDataBase::ChangeSet modification);
     void wrongTool();
@@ -518,6 +571,12 @@ private:
     bool copyLineSettings(ObjectDataBase &other, quint8 line, quint8 otherLine);
     bool copyLineRows(ObjectDataBase &other, const char *family, quint8 line, quint8 otherLine,
                       const QString &condition, const QVector<QVariant> &values);
+
+    // Steps of copying within the store (objectdatabase_tools.cpp)
+    std::optional<SavedObject> readObject(quint8 line, quint16 index) const;
+    SUBINDEX_DATA_T forPlace(SUBINDEX_DATA_T data, quint8 line, quint8 targetLine) const;
+    bool putObject(quint8 line, quint16 index, const SavedObject &object);
+    bool rebuildLineTable(const char *family, int line, QSqlQuery &query, bool stopAtFailure);
 
     // Steps of saving and comparing (objectdatabase_save.cpp)
     bool mayReplace(const QString &file) const;

@@ -154,6 +154,16 @@ public:
         return readSignals(line, key);
     }
 
+    /// Null if the line is not in memory, or the frame has none.
+    const QVector<Signal> *cachedSignals(quint8 line, FrameKey key) const
+    {
+        const Cache *cache = cacheOf(line);
+        if (!cache)
+            return nullptr;
+        const auto found = cache->signalsOf.constFind(key);
+        return found != cache->signalsOf.constEnd() && !found->isEmpty() ? &*found : nullptr;
+    }
+
     QList<quint32> signalNumbers(quint8 line, FrameKey key) const
     {
         QList<quint32> result;

@@ -210,12 +210,7 @@ bool ObjectDataBase::executeSql(const QString &sql)
     query.setForwardOnly(true);
     const bool done = query.exec(sql);
     // Free SQL may have written anywhere.
-    d->forgetSettings();
-    d->forgetServicesAndSignals();
-    d->forgetStrings();
-    clearAllCachedSubs();
-    clearAllCachedSpnData();
-    clearCachedSubNames();
+    d->forgetRows();
     if (!done) {
         d->noteFailure(query);
         d->sqlResultLines << query.lastError().text();

@@ -63,6 +63,13 @@ struct FrameCache {
     QHash<FrameKey, QVector<Signal>> signalsOf;
 };
 
+/// An object with all that belongs to it; the texts are those of the rows.
+struct SavedObject {
+    quint8 line = 0;
+    IndexData object;
+    QMap<quint8, SubIndexData> members;
+};
+
 class StorePrivate
 {
 public:
@@ -81,6 +88,10 @@ public:
     void closeConnection();
     /// Runs one statement without result. \a context stands first in the log.
     bool exec(const QString &sql, const Cells &values = {});
+    /// Works on a connection that another one owns and closes; no file is opened or closed.
+    void borrowConnection(const QSqlDatabase &connection);
+    /// What statements from outside may have written is read again when it is needed.
+    void forgetRows();
     void applyPragmas(int cacheSize);
     /// Runs a prepared statement whose values are bound; all statements of the store end up here.
     bool runPrepared(QSqlQuery &query);
@@ -142,6 +153,8 @@ public:
     /// \a data as it is to be stored: what was read from an escaped copy is taken back to plain
     /// text.
     SubIndexData withoutEscapes(quint8 line, quint16 index, quint8 sub, SubIndexData data) const;
+    /// The subindex as its row is, whatever the cached copy holds.
+    std::optional<SubIndexData> storedSub(quint8 line, quint16 index, quint8 sub) const;
     void forgetCachedNames(quint8 line);
     /// Type of each subindex of a line, by subKey().
     QHash<quint32, quint16> dataTypes(quint8 line);
@@ -186,6 +199,7 @@ public:
 
     ObjectDataBase *owner;
     QSqlDatabase db;
+    bool isBorrowed = false; ///< the connection is not ours to close
     QString connectionName;
     QString databaseFile; ///< the temporary file that the connection works on
     QString lastError;
@@ -194,6 +208,7 @@ public:
     TemporaryFiles temporaryFiles;
     QStringList sqlResultLines;
     QPair<QString, QString> tempMetadata;
+    std::optional<SavedObject> savedObject;
     quint8 descriptionLine = 0;
     /// A statement failed because the file is no sound database or the disk is full: what the store
     /// holds is not the project any more, and must not replace the user's file.

@@ -45,18 +45,33 @@ void StorePrivate::closeConnection()
     inserters.clear();
     keyWrites.clear();
     stringInsert.reset();
-    db.close();
+    if (!isBorrowed)
+        db.close();
+    isBorrowed = false;
     damaged = false;
     batchDepth = 0;
-    forgetStrings();
-    cachedSubs.clear();
-    groups.clear();
-    identifiers.clear();
-    cachedSubNames.clear();
+    savedObject.reset(); // its signals are those of this project
     producerTypes.clear();
     consumerTypes.clear();
+    forgetRows();
+}
+
+void StorePrivate::borrowConnection(const QSqlDatabase &connection)
+{
+    closeConnection();
+    db = connection;
+    isBorrowed = true;
+}
+
+void StorePrivate::forgetRows()
+{
+    forgetStrings();
     forgetSettings();
     forgetServicesAndSignals();
+    cachedSubs.clear();
+    cachedSubNames.clear();
+    groups.clear();
+    identifiers.clear();
 }
 
 void StorePrivate::applyPragmas(int cacheSize)

@@ -5,6 +5,8 @@
 
 #include <QDataStream>
 
+#include <tuple>
+
 namespace
 {
 
@@ -59,6 +61,18 @@ bool IndexData::operator==(const IndexData &other) const
 bool IndexData::contentCompare(const IndexData &other) const
 {
     return name == other.name && dataType == other.dataType && objectCode == other.objectCode;
+}
+
+bool SpnIdentifierData::operator==(const SpnIdentifierData &other) const
+{
+    return std::tie(line, pgn, direction, spn) ==
+           std::tie(other.line, other.pgn, other.direction, other.spn);
+}
+
+bool SpnIdentifierData::operator<(const SpnIdentifierData &other) const
+{
+    return std::tie(line, pgn, direction, spn) <
+           std::tie(other.line, other.pgn, other.direction, other.spn);
 }
 
 bool SubIndexData::operator==(const SubIndexData &other) const

@@ -206,6 +206,17 @@ struct DataElementData : SignalData {
     quint32 canid = 0;
 };
 
+/// Where a signal of a parameter group stands.
+struct SpnIdentifierData {
+    quint8 line = 0;
+    quint32 pgn = 0;
+    quint8 direction = 0;
+    quint32 spn = 0;
+
+    bool operator==(const SpnIdentifierData &other) const;
+    bool operator<(const SpnIdentifierData &other) const; ///< by the fields in their order
+};
+
 /// A diagnostic service of a line (ISO 14229-1).
 struct UdsServiceData {
     bool active = false;
