@@ -10,8 +10,8 @@ namespace Defines
 /// the flags dynamicCan and eventSlots.
 void generateEventDefines(DefineContext &context);
 
-/// Those of ISO-TP alone, for devices whose header has no section of events, unless they are written
-/// already.
+/// Those of ISO-TP alone, for devices whose header has no section of events, unless they are
+/// written already.
 void writeIsoTpSlots(DefineContext &context);
 
 /// One slot for the dynamic event that \a setting counts, unless some are written already.

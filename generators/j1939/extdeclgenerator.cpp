@@ -302,8 +302,8 @@ void addObjects(Collector &collector, const ObjectDataBase &store, quint8 line)
         if (data.implementation == kApplicationVariable &&
             data.dataType != static_cast<quint16>(Type::Domain))
             collector.add({Helper::substituteVariables(data.varName, index, sub),
-                           typeOf(data.dataType, &TypeRow::ofObject), data.size,
-                           data.defaultValue, true});
+                           typeOf(data.dataType, &TypeRow::ofObject), data.size, data.defaultValue,
+                           true});
     });
 }
 

@@ -74,8 +74,8 @@ private slots:
         addSpn("level", 5, "1");
         addSpn("managed", 5, "1", 0, 0);
         addSpn("list[3]", 6, "4");
-        addSpn("level", 7, "2"); // a table that takes four bytes must not read beyond
-        addSpn("od_2c00[1]", 5, "1"); // as the object beside it
+        addSpn("level", 7, "2");         // a table that takes four bytes must not read beyond
+        addSpn("od_2c00[1]", 5, "1");    // as the object beside it
         addSpn("list[1]", 5, "5", 0, 1); // no variable in name only: the mapping refers to it
         addRawLine(1);
         store->addNode(2, Node());
@@ -84,9 +84,9 @@ private slots:
                  "UNSIGNED32 level = 1UL;UNSIGNED16 list[4] = { [1] = 5u, [3] = 4u };"
                  "UNSIGNED8 od_2c00[2] = { [1] = 1u };INTEGER16 raw = -2");
         setType(2, 1); // objects of other lines are in no table
-        QVERIFY(definitions().endsWith(
-            ";INTEGER8 od_2c00[3] = { [1] = 1, [2] = 3 };INTEGER16 raw = -2;"
-            "UNSIGNED24 wide = U24_SET(0x00,0x00,0x03)"));
+        QVERIFY(
+            definitions().endsWith(";INTEGER8 od_2c00[3] = { [1] = 1, [2] = 3 };INTEGER16 raw = -2;"
+                                   "UNSIGNED24 wide = U24_SET(0x00,0x00,0x03)"));
         compile();
     }
 
