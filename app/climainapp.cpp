@@ -7,8 +7,6 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
-#include <algorithm>
-
 namespace
 {
 
@@ -19,6 +17,15 @@ bool findOptionValue(const QStringList &list, const char *option, QString &value
         return false;
     value = list.at(position + 1);
     return true;
+}
+
+/// Where a save keeps the former state of a project; empty for a text project, which has none.
+QString backupOf(const QString &project)
+{
+    if (project.endsWith(QLatin1String("tsrt")))
+        return QString();
+    const QString file = QFileInfo(project).canonicalFilePath(); // empty: there is none
+    return (file.isEmpty() ? project : file) + QLatin1String(".bak");
 }
 
 } // namespace
@@ -54,9 +61,35 @@ void CLIMainApp::start()
         printHelp();
         return finishWith(ReturnCode::NoProject);
     }
+    protectInputs(project);
     runProject(project);
     writeReport(project);
     problemLog.finish();
+}
+
+/// A save may replace the project, and a report its former one, but nothing else of what the user
+/// named may be lost by a slip in a script.
+void CLIMainApp::protectInputs(const QString &project)
+{
+    struct InputRow {
+        bool (*find)(const QStringList &, QString &);
+        const char *role;
+    };
+    static constexpr InputRow kInputs[] = {{checkImportFile, "the file to import"},
+                                           {checkDbModifier, "the modifier file"}};
+    for (const InputRow &row : kInputs) {
+        QString path;
+        if (row.find(arguments, path))
+            guardOfBackup.protect(path, QLatin1String(row.role));
+    }
+    guardOfReport = guardOfBackup;
+    guardOfReport.protect(project, QStringLiteral("the project"));
+    guardOfReport.protect(backupOf(project), QStringLiteral("the former state of the project"));
+    OutputGuard guard = guardOfReport;
+    QString report;
+    if (checkReportFile(arguments, report))
+        guard.protect(report, QStringLiteral("the report for machines"));
+    generatorMainHandler->setOutputGuard(guard);
 }
 
 void CLIMainApp::runProject(const QString &project)
@@ -71,7 +104,7 @@ void CLIMainApp::runProject(const QString &project)
     }
     QString modifierFile;
     if (checkDbModifier(arguments, modifierFile))
-        (void)generatorMainHandler->applyDbModifier(modifierFile); // in-house use, never an error
+        (void)generatorMainHandler->applyDbModifier(modifierFile); // reported, but stops nothing
     generatorMainHandler->setKeepUnchanged(arguments.contains(QLatin1String("-keep-unchanged")));
     generatorMainHandler->setStartsPrograms(!arguments.contains(QLatin1String("-no-commands")));
     generatorMainHandler->generateOutput(false);
@@ -167,12 +200,15 @@ void CLIMainApp::finishWith(ReturnCode code)
 /// The report on standard output tells of the generated files only, so this goes to standard error.
 void CLIMainApp::saveProject(const QString &project)
 {
-    if (generatorMainHandler->saveProject())
-        return;
-    const QString reason = generatorMainHandler->saveError();
-    Problems::error("not-saved", project,
-                    QStringLiteral("could not be saved") +
-                        (reason.isEmpty() ? QString() : QLatin1String(": ") + reason));
+    const QString role = guardOfBackup.roleOf(backupOf(project));
+    QString reason;
+    if (!role.isEmpty())
+        reason = QStringLiteral("%1, where the former state is kept: it is %2")
+                     .arg(backupOf(project), role);
+    else if (!generatorMainHandler->saveProject())
+        reason = generatorMainHandler->saveError();
+    if (!reason.isEmpty())
+        Problems::error("not-saved", project, QStringLiteral("could not be saved: %1").arg(reason));
 }
 
 void CLIMainApp::writeReport(const QString &project)
@@ -180,24 +216,16 @@ void CLIMainApp::writeReport(const QString &project)
     QString path;
     if (!checkReportFile(arguments, path))
         return;
-    QStringList inputs(project);
-    for (const auto check : {checkImportFile, checkDbModifier}) {
-        QString input;
-        if (check(arguments, input))
-            inputs << input;
-    }
-    // A slip in a script must not cost the user the project.
-    const QFileInfo target(path);
-    const bool isInput =
-        std::any_of(inputs.cbegin(), inputs.cend(), [&target](const QString &name) {
-            return target.exists() && QFileInfo(name) == target;
-        });
     // A check that finds errors is a check that did its work.
     const bool isComplete =
         returnCode == ReturnCode::NoError || returnCode == ReturnCode::CheckError;
     const RunReport report = {project, generatorMainHandler->findings(),
                               static_cast<int>(returnCode), errorStrings.value(returnCode),
                               isComplete};
-    if (isInput || !writeSarifReport(report, path))
-        Problems::error("not-written", path, QStringLiteral("could not be written"));
+    const QString role = guardOfReport.roleOf(path);
+    const QString reason =
+        role.isEmpty() ? writeSarifReport(report, path) : QStringLiteral("it is ") + role;
+    if (!reason.isEmpty())
+        Problems::error("not-written", path,
+                        QStringLiteral("could not be written: %1").arg(reason));
 }

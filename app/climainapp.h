@@ -3,6 +3,7 @@
 
 #include "app/generatormainhandler.h"
 #include "app/problemlog.h"
+#include "support/outputguard.h"
 
 #include <QMap>
 #include <QObject>
@@ -53,6 +54,7 @@ private:
     void printHelp();
     void fillArgumentHelpMap();
     void fillErrorStringMap();
+    void protectInputs(const QString &project);
     void runProject(const QString &project);
     void finishWith(ReturnCode code);
     void saveProject(const QString &project);
@@ -60,6 +62,8 @@ private:
     void writeReport(const QString &project);
 
     ProblemLog problemLog;
+    OutputGuard guardOfBackup; ///< what the backup of a save must not take the place of
+    OutputGuard guardOfReport; ///< the same for the report for machines
     QStringList arguments;
     CLIOutputHandler *outputHandler;
     GeneratorMainHandler *generatorMainHandler;

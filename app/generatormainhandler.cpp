@@ -10,6 +10,8 @@
 #include "store/databasemodifier.h"
 #include "store/objectdatabase.h"
 #include "store/projectconverter.h"
+#include "support/filereasons.h"
+#include "support/helper.h"
 #include "support/logging.h"
 #include "support/numbers.h"
 #include "support/problems.h"
@@ -90,12 +92,39 @@ private:
     QHash<QByteArray, QString> variants; ///< by path
 };
 
-/// Folders are none, and neither are pipes and devices, which might never end.
-bool isReadableFile(const QString &path)
+QString importedSuffixes()
 {
-    const QFileInfo info(path);
-    return info.isFile() && info.isReadable();
+    QStringList suffixes;
+    for (const ImporterRow &row : kImporters)
+        suffixes << QLatin1Char('.') + QLatin1String(row.suffix);
+    return suffixes.join(QLatin1String(", "));
 }
+
+/// Empty if it can be.
+QString whyNotImported(const QString &file)
+{
+    const QString reason = FileReasons::whyNotReadable(file);
+    if (!reason.isEmpty())
+        return reason;
+    if (!createImporter(QFileInfo(file).suffix().toLower()))
+        return QStringLiteral("its name has none of the endings %1").arg(importedSuffixes());
+    return QFileInfo(file).size() > Helper::kMaxFileBytes
+               ? QStringLiteral("it is larger than %1 MiB").arg(Helper::kMaxFileBytes >> 20)
+               : QString();
+}
+
+/// Files of the run are named relative to the current folder, which some steps change.
+class CurrentFolder
+{
+public:
+    CurrentFolder() = default;
+    ~CurrentFolder() { QDir::setCurrent(path); }
+    CurrentFolder(const CurrentFolder &) = delete;
+    CurrentFolder &operator=(const CurrentFolder &) = delete;
+
+private:
+    const QString path = QDir::currentPath();
+};
 
 } // namespace
 
@@ -110,8 +139,13 @@ GeneratorMainHandler::GeneratorMainHandler(OutputHandlerBase *handler,
 
 bool GeneratorMainHandler::openProject(const QString &filePath)
 {
-    if (!isReadableFile(filePath))
+    const QString reason = FileReasons::whyNotReadable(filePath);
+    if (!reason.isEmpty()) {
+        Problems::error("not-opened", filePath,
+                        QStringLiteral("could not be opened: %1").arg(reason));
         return false;
+    }
+    const CurrentFolder current;
     const QFileInfo info(filePath);
     const QString path = info.isRelative() ? info.absoluteFilePath() : filePath;
     const bool isText = path.endsWith(QLatin1String("tsrt"));
@@ -120,6 +154,7 @@ bool GeneratorMainHandler::openProject(const QString &filePath)
     correctProject();
     outputDirectory = info.absolutePath();
     projectName = info.completeBaseName();
+    outputGuard.setFolder(outputDirectory);
     database->setGeneralSettingsValue(QStringLiteral("new_init_structure"), QStringLiteral("1"));
     return true;
 }
@@ -132,6 +167,7 @@ void GeneratorMainHandler::openProject(QPointer<ObjectDataBase> store, const QSt
     database = store;
     outputDirectory = directory;
     projectName = name;
+    outputGuard.setFolder(outputDirectory);
 }
 
 bool GeneratorMainHandler::openTextBasedProject(const QString &filePath)
@@ -162,11 +198,13 @@ void GeneratorMainHandler::correctProject()
 
 bool GeneratorMainHandler::setImportFile(const QString &file)
 {
-    if (!isReadableFile(file))
+    const QString reason = whyNotImported(file);
+    if (!reason.isEmpty()) {
+        Problems::error("not-imported", file,
+                        QStringLiteral("could not be imported: %1").arg(reason));
         return false;
+    }
     const auto importer = createImporter(QFileInfo(file).suffix().toLower());
-    if (!importer)
-        return false;
     importer->setActiveLine(0);
     importer->setDatabase(database);
     importer->setIndexRange(0x1000, 0xBFFF);
@@ -178,6 +216,10 @@ bool GeneratorMainHandler::setImportFile(const QString &file)
 
 bool GeneratorMainHandler::applyDbModifier(const QString &file)
 {
+    const QString reason = FileReasons::whyNotReadable(file);
+    if (!reason.isEmpty())
+        Problems::error("modifier-not-read", file,
+                        QStringLiteral("could not be read: %1").arg(reason));
     DatabaseModifier modifier(database);
     const bool isApplied = modifier.setModifierFile(file) && modifier.applyModifierFile();
     if (!isApplied)
@@ -192,7 +234,8 @@ bool GeneratorMainHandler::saveProject()
 
 QString GeneratorMainHandler::saveError() const
 {
-    return database ? database->getLastErrorString() : QString();
+    const QString error = database ? database->getLastErrorString() : QString();
+    return error.isEmpty() ? QStringLiteral("unknown error") : error;
 }
 
 void GeneratorMainHandler::setKeepUnchanged(bool keeps)
@@ -268,10 +311,8 @@ bool GeneratorMainHandler::checkModel(const ProjectFacts &facts, bool ignoreChec
                 .arg(errorCount));
         return false;
     }
-    if (hasLog) {
-        QFile::copy(log, log + QStringLiteral(".bak"));
-        QFile::remove(log);
-    }
+    if (hasLog)
+        keepCheckLog(log);
     outputHandler->printLine(QStringLiteral("\nCheck of model consistency finished.\n"));
     return true;
 }
@@ -312,10 +353,21 @@ bool GeneratorMainHandler::writeCheckLog(const QString &path)
     const QFileInfo present(path);
     if (present.exists() && !present.isFile())
         return false; // a pipe would wait for a reader
+    if (!outputGuard.admits(path))
+        return false;
     if (!log.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return false; // the report stands on the console too
     log.write(outputHandler->getLogging().toUtf8());
     return true;
+}
+
+/// Of a run without errors: the first such log stays, under another name.
+void GeneratorMainHandler::keepCheckLog(const QString &path)
+{
+    const QString backup = path + QStringLiteral(".bak");
+    if (!QFile::exists(backup) && outputGuard.admits(backup))
+        QFile::copy(path, backup);
+    QFile::remove(path);
 }
 
 void GeneratorMainHandler::generateFiles(ProjectFacts facts)
@@ -358,7 +410,8 @@ void GeneratorMainHandler::runGenerator(AbstractGenerator &generator, quint8 lin
     generator.setProjectName(projectName);
     generator.setActiveLine(line);
     generator.unchangedFiles = unchangedFiles.get();
-    if (!generator.checkWritability()) {
+    generator.outputGuard = &outputGuard;
+    if (!generator.isOutputAdmitted() || !generator.checkWritability()) {
         outputHandler->printLine(notWritable);
         return;
     }
@@ -411,7 +464,7 @@ void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
 void GeneratorMainHandler::removeStaleFiles(const ProjectFacts &facts)
 {
     if (facts.hasCANopen && !facts.hasVirtualObjects)
-        QFile::remove(outputDirectory + QStringLiteral("/gen_vobjdict.c"));
+        removeStaleFile("gen_vobjdict.c");
     if (!facts.isPureJ1939())
         return;
     static constexpr const char *kAdapterFiles[] = {"gen_j1939_adapter.c", "gen_j1939_adapter.cs",
@@ -422,27 +475,32 @@ void GeneratorMainHandler::removeStaleFiles(const ProjectFacts &facts)
             // Deliberate: what the user wrote into the adapter stays, and so does an adapter of
             // the user's own; held by tst_generatormainhandler.
             if (J1939Adapter::isWithoutCode(path))
-                QFile::remove(path);
+                removeStaleFile(file);
         }
     }
-    QFile::remove(outputDirectory + QStringLiteral("/gen_indication.h"));
+    removeStaleFile("gen_indication.h");
+}
+
+void GeneratorMainHandler::removeStaleFile(const char *name)
+{
+    outputGuard.remove(outputDirectory + QLatin1Char('/') + QLatin1String(name));
 }
 
 /// The program must not end while EDS checkers run, which would end with it.
 void GeneratorMainHandler::runPostGenProcess()
 {
-    const QString folder = QDir::currentPath(); // other files of the run are named relative to it
+    const CurrentFolder current;
     if (!postGenProcessor)
         postGenProcessor = new PostGenProcessor(outputHandler, progressHandler, this);
     QEventLoop loop;
     connect(postGenProcessor, &PostGenProcessor::completed, &loop, &QEventLoop::quit);
+    postGenProcessor->setOutputGuard(&outputGuard);
     postGenProcessor->setProjectValues(database, outputDirectory, projectName);
     postGenProcessor->setStartedHidden(startedHidden);
     postGenProcessor->setStartsPrograms(startsPrograms);
     postGenProcessor->start();
     if (postGenProcessor->isRunning())
         loop.exec();
-    QDir::setCurrent(folder);
 }
 
 void GeneratorMainHandler::generatorProgress(quint8 progress)

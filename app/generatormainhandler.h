@@ -6,6 +6,7 @@
 #include "app/postgenprogresshandler.h"
 #include "check/modelchecker.h"
 #include "generators/unchangedfiles.h"
+#include "support/outputguard.h"
 
 #include <QObject>
 #include <QPointer>
@@ -39,10 +40,15 @@ public:
     /// Adopts a store that is open already; it stays the caller's.
     void openProject(QPointer<ObjectDataBase> store, const QString &directory, const QString &name);
 
-    /// True if \a file exists and its suffix is known; what is in it makes no difference.
+    /// True if \a file can be read and its suffix is known, else the reason is reported. What is in
+    /// it makes no difference.
     bool setImportFile(const QString &file);
 
+    /// False, and reported, if \a file cannot be read.
     bool applyDbModifier(const QString &file);
+
+    /// What the outputs must leave alone; they may have no folder yet. Set before openProject().
+    void setOutputGuard(const OutputGuard &guard) { outputGuard = guard; }
 
     /// Leaves files alone that would differ in their date only.
     void setKeepUnchanged(bool keeps);
@@ -58,7 +64,7 @@ public:
 
     /// Saves in place.
     bool saveProject();
-    /// Why that failed; empty if the disk did not take the file.
+    /// Why that failed.
     QString saveError() const;
 
     /// What the check of the last run has found.
@@ -66,7 +72,8 @@ public:
 
 public slots:
     /// Opens a database or, where the path ends in "tsrt", a text project. The output goes to the
-    /// file's folder. False if it is no file that can be read, or no project of this tool.
+    /// file's folder. False if it is no file that can be read, or no project of this tool; the
+    /// reason is reported.
     bool openProject(const QString &filePath);
 
     /// Reports a generator's end, which is 100.
@@ -93,6 +100,7 @@ private:
     qint32 checkLine(ModelChecker &checker, const ProjectLine &line, int lineCount,
                      bool &didCorrection);
     bool writeCheckLog(const QString &path);
+    void keepCheckLog(const QString &path);
     void generateFiles(ProjectFacts facts);
     void runSteps(StepRange steps, const ProjectFacts &facts);
     /// One file, with what is said when it is begun or cannot be written; an empty text is not
@@ -101,6 +109,7 @@ private:
                       const QString &started);
     void generateEdsFiles(const ProjectFacts &facts);
     void removeStaleFiles(const ProjectFacts &facts);
+    void removeStaleFile(const char *name);
     void runPostGenProcess();
     QString filled(const char *text, const QString &name) const;
 
@@ -109,6 +118,7 @@ private:
     QString projectName;     ///< the project file's name without folder and last suffix
     OutputHandlerBase *outputHandler;
     QVector<Finding> checkFindings;
+    OutputGuard outputGuard;
     std::unique_ptr<UnchangedFiles> unchangedFiles; ///< null: all files are written
     QPointer<PostGenProcessor> postGenProcessor;
     QPointer<PostGenProgressHandler> progressHandler;

@@ -9,6 +9,7 @@
 #include <QTextCodec>
 #include <QTimer>
 
+#include <csignal>
 #include <cstdio>
 #include <fcntl.h>
 #include <malloc.h>
@@ -74,6 +75,17 @@ void holdStandardStreams()
     }
 }
 
+/// A reader that ends early, such as "head", must not end the run before all files are written.
+/// Unlike an ignored signal, one that is handled is back at its default in programs that the run
+/// starts.
+void surviveClosedPipes()
+{
+    struct sigaction action = {};
+    action.sa_handler = [](int) {};
+    action.sa_flags = SA_RESTART;
+    ::sigaction(SIGPIPE, &action, nullptr);
+}
+
 /// Jobs run one at a time on threads of their own and leave large records to the main thread. One
 /// arena that grows in large steps serves that better than one a thread that grows page by page.
 void tuneAllocator()
@@ -90,6 +102,7 @@ void tuneAllocator()
 int main(int argc, char *argv[])
 {
     holdStandardStreams();
+    surviveClosedPipes();
     tuneAllocator();
     installLogging();
     useUtf8();

@@ -9,6 +9,7 @@
 #include "store/objectdatabase.h"
 #include "support/helper.h"
 #include "support/logging.h"
+#include "support/outputguard.h"
 #include "support/problems.h"
 #include "support/usersettings.h"
 
@@ -16,6 +17,9 @@
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
+#include <QProcess>
+
+#include <unistd.h>
 
 namespace
 {
@@ -24,6 +28,18 @@ constexpr int kLongestStartMs = 30000;
 constexpr int kTerminationMs = 3000;
 constexpr int kLastCheckedLine = 7;
 constexpr int kMostPrintedBytes = 1024 * 1024;
+
+/// A program that outlives its object and the tool, in a session of its own. Unlike
+/// QProcess::startDetached() it leaves the program the default action for a pipe that is closed.
+class FreeProcess : public QProcess
+{
+public:
+    FreeProcess() = default;
+    ~FreeProcess() override { setProcessState(QProcess::NotRunning); } // else it would be killed
+
+protected:
+    void setupChildProcess() override { (void)::setsid(); } // a new process leads no group yet
+};
 
 } // namespace
 
@@ -119,18 +135,19 @@ void PostGenProcessor::runCommand(const Command &command)
     process->setProgram(command.program);
     process->setArguments(command.arguments.split(QLatin1Char(' ')));
     bool isStarted = false;
+    QString error;
     if (waitForProcess) {
         process->start(QIODevice::ReadWrite);
         isStarted = process->waitForStarted(kLongestStartMs);
+        error = process->errorString();
     } else {
-        isStarted = startDetached();
+        isStarted = startDetached(error);
     }
     if (!isStarted) {
-        qCWarning(lcApp) << command.program << process->errorString();
+        qCWarning(lcApp) << command.program << error;
         if (progressHandler)
-            progressHandler->showMessageBox(nullptr, tool,
-                                            QStringLiteral("Could not start post gen process."),
-                                            process->errorString());
+            progressHandler->showMessageBox(
+                nullptr, tool, QStringLiteral("Could not start post gen process."), error);
         return proceed(Stage::Command);
     }
     if (waitForProcess)
@@ -141,15 +158,16 @@ void PostGenProcessor::runCommand(const Command &command)
 
 /// A command that nobody waits for outlives the tool. It gets no stream of the tool: else whoever
 /// reads the report would wait for the end of the command.
-bool PostGenProcessor::startDetached()
+bool PostGenProcessor::startDetached(QString &error)
 {
-    process->setStandardInputFile(QProcess::nullDevice());
-    process->setStandardOutputFile(QProcess::nullDevice());
-    process->setStandardErrorFile(QProcess::nullDevice());
-    const bool isStarted = process->startDetached();
-    process->setStandardInputFile(QString());
-    process->setStandardOutputFile(QString());
-    process->setStandardErrorFile(QString());
+    FreeProcess program;
+    program.setWorkingDirectory(process->workingDirectory());
+    program.setStandardInputFile(QProcess::nullDevice());
+    program.setStandardOutputFile(QProcess::nullDevice());
+    program.setStandardErrorFile(QProcess::nullDevice());
+    program.start(process->program(), process->arguments());
+    const bool isStarted = program.waitForStarted(kLongestStartMs);
+    error = program.errorString();
     return isStarted;
 }
 
@@ -329,6 +347,8 @@ void PostGenProcessor::adjustLineEndings()
         return;
     for (const char *file : LineEnds::kFiles) {
         const QString path = projectDirectory + QLatin1Char('/') + QLatin1String(file);
+        if (outputGuard && !outputGuard->isFree(path))
+            continue; // this run has not written it
         if (!Helper::modifyLineEnding(path, lineEnd))
             qCWarning(lcApp) << "line ends of" << path << "stay as they are";
     }

@@ -12,6 +12,7 @@
 
 class EdsCheckerWrapper;
 class ObjectDataBase;
+class OutputGuard;
 class OutputHandlerBase;
 class PostGenProgressHandler;
 class UserSettings;
@@ -29,6 +30,8 @@ public:
 
     void setProjectValues(QPointer<ObjectDataBase> store, const QString &directory,
                           const QString &name);
+    /// Files whose line ends stay as they are; null for none. \a guard stays the caller's.
+    void setOutputGuard(const OutputGuard *guard) { outputGuard = guard; }
     void setStartedHidden(bool hidden) { startedHidden = hidden; }
     /// Without it neither a command nor an EDS checker is started, whoever asks for them.
     void setStartsPrograms(bool starts) { startsPrograms = starts; }
@@ -75,7 +78,8 @@ private:
     Command readCommand() const;
     QString filledArguments(QString arguments) const;
     void runCommand(const Command &command);
-    bool startDetached();
+    /// Fills \a error if it gives false.
+    bool startDetached(QString &error);
     void waitForCommand();
     /// Prints what the limit of the command's output lets through.
     void takeOutput(Stream &stream, QByteArray bytes);
@@ -87,6 +91,7 @@ private:
     QPointer<ObjectDataBase> database;
     QString projectDirectory;
     QString projectName;
+    const OutputGuard *outputGuard = nullptr;
     QPointer<QProcess> process;
     bool waitForProcess = false;
     int processExitCode = 0;

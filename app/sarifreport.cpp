@@ -1,6 +1,7 @@
 // SARIF reports.
 #include "app/sarifreport.h"
 
+#include "support/filereasons.h"
 #include "support/replacefile.h"
 
 #include <QCoreApplication>
@@ -150,11 +151,11 @@ QByteArray sarifText(const RunReport &report)
     return QJsonDocument(log).toJson();
 }
 
-bool writeSarifReport(const RunReport &report, const QString &path)
+QString writeSarifReport(const RunReport &report, const QString &path)
 {
     // The save puts a new file in the place of the old one, which would be the end of a device.
-    const QFileInfo target(path);
-    if (target.exists() && !target.isFile())
-        return false;
-    return ReplaceFile::write(path, sarifText(report));
+    QString reason = FileReasons::whyNotWritable(path);
+    if (reason.isEmpty())
+        (void)ReplaceFile::write(path, sarifText(report), &reason); // the reason tells
+    return reason;
 }

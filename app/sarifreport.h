@@ -19,5 +19,5 @@ struct RunReport {
 /// The report as JSON text. The same run gives the same bytes.
 QByteArray sarifText(const RunReport &report);
 
-/// Replaces \a path in one step; false if it cannot be written.
-bool writeSarifReport(const RunReport &report, const QString &path);
+/// Replaces \a path in one step. Empty, or why it cannot be written.
+QString writeSarifReport(const RunReport &report, const QString &path);

@@ -3,12 +3,18 @@
 
 #include "generators/textwriter.h"
 #include "generators/unchangedfiles.h"
+#include "support/filereasons.h"
+#include "support/outputguard.h"
+#include "support/problems.h"
 #include "support/usersettings.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopedValueRollback>
 #include <QStringList>
+
+#include <algorithm>
 
 namespace
 {
@@ -31,6 +37,13 @@ constexpr ByteMacroRow kByteMacros[] = {
     {CAN::CANopenDataType::Unsigned64, "U64_SET", 8, false},
 };
 // clang-format on
+
+/// The report on standard output has no room for reasons.
+void tellNotWritten(const QString &path, const QString &reason)
+{
+    Problems::error("output-not-written", path,
+                    QStringLiteral("could not be written: %1").arg(reason));
+}
 
 } // namespace
 
@@ -156,7 +169,22 @@ bool AbstractGenerator::isNewOrWritable(const QString &path)
 {
     const QFileInfo info(path);
     // A pipe or a device is no place for a file: opening it might never end.
-    return !info.exists() || ((info.isFile() || info.isDir()) && info.isWritable());
+    if (!info.exists() || ((info.isFile() || info.isDir()) && info.isWritable()))
+        return true;
+    tellNotWritten(path, FileReasons::whyNotWritable(path));
+    return false;
+}
+
+bool AbstractGenerator::isOutputAdmitted()
+{
+    if (!outputGuard)
+        return true;
+    const QScopedValueRollback<bool> keptFlag(forceML);
+    if (database)
+        checkForceMLFlag();
+    const QStringList files = outputFiles();
+    return std::all_of(files.cbegin(), files.cend(),
+                       [this](const QString &file) { return outputGuard->admits(file); });
 }
 
 bool AbstractGenerator::wantsImplementationInfo()
@@ -168,9 +196,17 @@ bool AbstractGenerator::openOutputFile(QFile &file)
 {
     const QString path = file.fileName();
     constexpr auto kMode = QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text;
-    if (isNewOrWritable(path) && (unchangedFiles ? unchangedFiles->open(file) : file.open(kMode)))
+    const QString text = QStringLiteral("Could not open ") + path;
+    if (!isNewOrWritable(path) || (outputGuard && !outputGuard->admits(path))) {
+        fail(text);
+        return false;
+    }
+    if (unchangedFiles ? unchangedFiles->open(file) : file.open(kMode))
         return true;
-    fail(QStringLiteral("Could not open ") + path);
+    const QString reason = FileReasons::whyNotWritable(path);
+    fail(text, path,
+         reason.isEmpty() ? (unchangedFiles ? unchangedFiles->errorString() : file.errorString())
+                          : reason);
     return false;
 }
 
@@ -182,11 +218,14 @@ void AbstractGenerator::closeOutputFile(TextWriter &out, QFile &file)
 void AbstractGenerator::closeOutputFile(bool isWritten, QFile &file)
 {
     const QString path = unchangedFiles ? unchangedFiles->targetOf(file) : file.fileName();
-    const bool isDone =
-        isWritten && file.flush() && (!unchangedFiles || unchangedFiles->commit(file));
+    QString reason;
+    if (!isWritten || !file.flush())
+        reason = file.errorString();
+    else if (unchangedFiles && !unchangedFiles->commit(file))
+        reason = unchangedFiles->errorString();
     file.close();
-    if (!isDone)
-        fail(QStringLiteral("Could not write ") + path);
+    if (!reason.isEmpty())
+        fail(QStringLiteral("Could not write ") + path, path, reason);
 }
 
 bool AbstractGenerator::isUnchanged(const QString &path, const QByteArray &content)
@@ -198,4 +237,18 @@ void AbstractGenerator::fail(const QString &error)
 {
     wasError = true;
     lastErrorString = error;
+}
+
+void AbstractGenerator::fail(const QString &error, const QString &path, const QString &reason)
+{
+    fail(error);
+    tellNotWritten(path, reason);
+}
+
+void AbstractGenerator::removeOutputFile(const QString &path)
+{
+    if (outputGuard)
+        outputGuard->remove(path);
+    else
+        QFile::remove(path);
 }

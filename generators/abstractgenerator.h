@@ -8,9 +8,11 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 
 #include <atomic>
 
+class OutputGuard;
 class QFile;
 class TextWriter;
 class UnchangedFiles;
@@ -39,6 +41,10 @@ public:
 
     /// True if the target file can be written or does not exist yet.
     virtual bool checkWritability() = 0;
+
+    /// True if no file that the job would write is an input of the run or lies elsewhere; reports
+    /// which one is.
+    bool isOutputAdmitted();
 
     /// Starts doJob() on the worker thread. Running, or NoStore, if it was not started.
     virtual ResultCode startGeneration();
@@ -73,6 +79,9 @@ public:
     /// Asked about each file that is written; null: none is left as it was. Set before the start.
     UnchangedFiles *unchangedFiles = nullptr;
 
+    /// Asked about each file that is written or removed; null: all may be. Set before the start.
+    const OutputGuard *outputGuard = nullptr;
+
 public slots:
     /// The whole job. Begins with a JobBracket.
     virtual void doJob() = 0;
@@ -97,6 +106,9 @@ protected:
         AbstractGenerator &generator;
     };
 
+    /// The files that the job is going to write. Read before the start, when forceML is up to date.
+    virtual QStringList outputFiles() const { return {}; }
+
     /// Clears what a subclass keeps from an earlier start.
     virtual void resetJob() {}
 
@@ -104,6 +116,7 @@ protected:
     void checkForceMLFlag();
     bool isMultiLine() const { return generateML || forceML; }
 
+    /// Reports why the file cannot be written.
     static bool isNewOrWritable(const QString &path);
 
     /// Does the user want documents to tell how values are stored? From the user's settings.
@@ -122,7 +135,13 @@ protected:
     /// openOutputFile().
     bool isUnchanged(const QString &path, const QByteArray &content);
 
+    /// Removes a file that the project does not need any more; there may be none.
+    void removeOutputFile(const QString &path);
+
     void fail(const QString &error);
+
+    /// The same for the output file \a path, with \a reason for standard error.
+    void fail(const QString &error, const QString &path, const QString &reason);
 
     quint8 activeLine = 0;
     std::atomic<bool> abortRequested{false}; ///< written by the driver's thread, read by the job

@@ -2,12 +2,14 @@
 #include "generators/unchangedfiles.h"
 
 #include "generators/lineends.h"
+#include "support/filereasons.h"
 #include "support/helper.h"
 
 #include <QFile>
 #include <QRegularExpression>
 #include <QVector>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -86,17 +88,21 @@ timespec modificationTime(const QString &path)
     return status.st_mtim;
 }
 
-bool writeTo(const QString &path, const QByteArray &content)
+bool writeTo(const QString &path, const QByteArray &content, QString &error)
 {
     QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
-           file.write(content) == content.size() && file.flush();
+    const bool isDone = file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+                        file.write(content) == content.size() && file.flush();
+    error = file.errorString();
+    return isDone;
 }
 
-bool putBack(const QString &path, const QByteArray &content, const timespec &modified)
+bool setModificationTime(const QString &path, const timespec &modified, QString &error)
 {
     const timespec times[] = {{0, UTIME_OMIT}, modified};
-    return writeTo(path, content) && ::utimensat(AT_FDCWD, QFile::encodeName(path), times, 0) == 0;
+    const bool isDone = ::utimensat(AT_FDCWD, QFile::encodeName(path), times, 0) == 0;
+    error = FileReasons::ofSystem(errno);
+    return isDone;
 }
 
 /// All that was written to \a file.
@@ -117,10 +123,14 @@ bool UnchangedFiles::open(QFile &file)
     QByteArray content;
     if (!formerFiles.contains(path) && Helper::readWholeFile(path, content))
         formerFiles.insert(path, {content, modificationTime(path)});
-    if (QFile::exists(path) && !QFile(path).open(QIODevice::ReadWrite))
+    QFile target(path);
+    if (QFile::exists(path) && !target.open(QIODevice::ReadWrite)) {
+        error = target.errorString();
         return false;
+    }
     targets.insert(&file, path);
     const int memory = ::memfd_create("tessarine", MFD_CLOEXEC);
+    error = FileReasons::ofSystem(errno);
     return memory >= 0 &&
            file.open(memory, QIODevice::ReadWrite | QIODevice::Text, QFileDevice::AutoCloseHandle);
 }
@@ -134,17 +144,20 @@ bool UnchangedFiles::commit(QFile &file)
 {
     const QString path = targets.value(&file);
     QByteArray content;
-    if (!readBack(file, content))
+    if (!readBack(file, content)) {
+        error = file.errorString();
         return false;
+    }
     const auto former = formerFiles.find(path);
     const bool isKept = former != formerFiles.end() &&
                         differInDatesOnly(former->content, LineEnds::adjusted(path, content));
     if (!isKept) {
         if (former != formerFiles.end())
             former->isOverwritten = true;
-        return writeTo(path, content);
+        return writeTo(path, content, error);
     }
-    return !former->isOverwritten || putBack(path, former->content, former->modified);
+    return !former->isOverwritten || (writeTo(path, former->content, error) &&
+                                      setModificationTime(path, former->modified, error));
 }
 
 bool UnchangedFiles::keep(const QString &path, const QByteArray &content) const

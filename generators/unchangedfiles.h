@@ -28,6 +28,9 @@ public:
     /// True if the file need not be written at all: it differs from \a content in such lines only.
     bool keep(const QString &path, const QByteArray &content) const;
 
+    /// Why the last call of open() or commit() gave false.
+    QString errorString() const { return error; }
+
 private:
     struct Former {
         QByteArray content;
@@ -37,4 +40,5 @@ private:
 
     QHash<QString, Former> formerFiles;    ///< by path
     QHash<const QFile *, QString> targets; ///< paths of the files that were opened
+    QString error;
 };

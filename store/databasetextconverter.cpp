@@ -169,8 +169,10 @@ void DatabaseTextConverter::setTextInputfile(const QString &file)
 bool DatabaseTextConverter::convertSqlToText()
 {
     QFile file(outputFile);
-    if (!source || !file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    if (!source || !file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        error = file.errorString();
         return false;
+    }
     IniText::Writer output(&file);
     writer = &output;
     isComplete = true;
@@ -195,7 +197,11 @@ bool DatabaseTextConverter::convertSqlToText()
     writer = nullptr;
     // A store that lost its tables, to a full disk say, must not pass for an empty project.
     isComplete = isComplete && !source->getNodes().isEmpty();
-    return output.finish() && file.flush() && isComplete;
+    if (!output.finish() || !file.flush())
+        error = file.errorString();
+    else if (!isComplete)
+        error = QStringLiteral("the project could not be read as a whole");
+    return error.isEmpty();
 }
 
 void DatabaseTextConverter::fixAllDefaultValues()

@@ -35,6 +35,9 @@ public:
     /// False if the text could not be written.
     bool convertSqlToText();
 
+    /// Why it could not be written.
+    QString outputError() const { return error; }
+
     /// Reads into a store that createNewDataBase() has just made. False if the file could not be
     /// read is no text project, or holds what a store cannot take over; the rest is in the store
     /// all the same.
@@ -64,6 +67,7 @@ private:
     QString outputFile;
     QString inputFile;
     QString readError;
+    QString error;
     bool isComplete = true;            ///< all that was there has been written, or taken over
     IniText::Writer *writer = nullptr; ///< while convertSqlToText runs
 };

@@ -83,13 +83,14 @@ bool ObjectDataBase::saveDatabaseAsSql(const QString &file)
         return false;
 
     const QString source = d->databaseFile;
+    const auto copy = [&](const QString &fresh) {
+        if (!ReplaceFile::copyContents(source, fresh, &d->lastError))
+            return false;
+        d->lastError = ProjectFile::pendingChanges(target); // of an editor opened meanwhile
+        return d->lastError.isEmpty();
+    };
     const bool saved =
-        ReplaceFile::replace(target, ReplaceFile::Backup::Rename, [&](const QString &fresh) {
-            if (!ReplaceFile::copyContents(source, fresh))
-                return false;
-            d->lastError = ProjectFile::pendingChanges(target); // of an editor opened meanwhile
-            return d->lastError.isEmpty();
-        });
+        ReplaceFile::replace(target, ReplaceFile::Backup::Rename, copy, &d->lastError);
     if (saved)
         d->noteSaved(target);
     else
@@ -121,13 +122,18 @@ bool ObjectDataBase::saveDatabaseAsText(const QString &file)
 
 bool ObjectDataBase::toText(const QString &file)
 {
-    return ReplaceFile::replace(file, ReplaceFile::Backup::None, [&](const QString &fresh) {
+    const auto convert = [&](const QString &fresh) {
         DatabaseTextConverter converter;
         converter.setObjectDatabase(this);
         converter.setTextOutputFile(fresh);
-        return converter.convertSqlToText() && !d->damaged &&
-               (!isSameFile(file, d->projectFile) || d->isAsRead(fresh));
-    });
+        if (converter.convertSqlToText() && !d->damaged)
+            return !isSameFile(file, d->projectFile) || d->isAsRead(fresh);
+        d->lastError = d->damaged
+                           ? QStringLiteral("the temporary copy of it failed (%1)").arg(d->failure)
+                           : converter.outputError();
+        return false;
+    };
+    return ReplaceFile::replace(file, ReplaceFile::Backup::None, convert, &d->lastError);
 }
 
 /// A text project has no backup: what somebody has written since it was read would be gone.

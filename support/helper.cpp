@@ -16,8 +16,6 @@ constexpr int kLongestPlaceHolder = 9; // "${number}"
 constexpr int kMibOfUtf8 = 106; // IANA, character sets
 constexpr char kUtf8Mark[] = "\xEF\xBB\xBF";
 
-constexpr qint64 kMaxFileBytes = 256 * 1024 * 1024;
-
 } // namespace
 
 QString Helper::substituteVariables(const QString &text, quint16 count, quint8 subindex)

@@ -8,6 +8,9 @@
 class Helper
 {
 public:
+    /// The largest file that readWholeFile() takes.
+    static constexpr qint64 kMaxFileBytes = 256 * 1024 * 1024;
+
     explicit Helper(unsigned char tool = 0) { Q_UNUSED(tool) }
 
     /// \a text with its place holders filled: "${number}" with \a count in decimal, "${index}" with

@@ -1,6 +1,7 @@
 // Replaces a user's file in one step.
 #include "support/replacefile.h"
 
+#include "support/filereasons.h"
 #include "support/logging.h"
 
 #include <QFile>
@@ -33,11 +34,10 @@ bool syncToDisk(const QString &file)
 /// Keeps \a file as \a backup. A second name for the same file leaves no moment without \a file;
 /// where the file system has no such links, the file is renamed and is complete as backup
 /// meanwhile.
-void keepBackup(const QByteArray &file, const QByteArray &backup)
+bool keepBackup(const QByteArray &file, const QByteArray &backup)
 {
     ::unlink(backup);
-    if (::link(file, backup) != 0)
-        ::rename(file, backup);
+    return ::link(file, backup) == 0 || ::rename(file, backup) == 0;
 }
 
 /// The place where the new file is made, beside the old one. It is held by a lock, since several
@@ -70,16 +70,19 @@ public:
         return false;
     }
 
-    bool takeInTime()
+    /// Empty if it got the place, else why not.
+    QString takeInTime()
     {
         for (int waited = 0; waited < kLongestWaitMs; waited += kWaitStepMs) {
             if (take(true))
-                return true;
-            if (errno != EWOULDBLOCK && errno != 0)
-                return false; // no such folder, or not writable
+                return QString();
+            if (errno != EWOULDBLOCK && errno != 0) // no such folder, or not writable
+                return QStringLiteral("%1, where the new file is made first: %2")
+                    .arg(name, FileReasons::ofSystem(errno));
             QThread::msleep(kWaitStepMs);
         }
-        return false;
+        return QStringLiteral("another run has been writing it for more than %1 seconds")
+            .arg(kLongestWaitMs / 1000);
     }
 
     const QString &fileName() const { return name; }
@@ -118,40 +121,71 @@ QString linkedFile(const QString &name)
     return info.isSymLink() ? info.canonicalFilePath() : name;
 }
 
+/// Why \a old cannot be replaced; empty if it can be tried.
+QString whyNotReplaceable(const QFileInfo &old, ReplaceFile::Backup backup)
+{
+    if (old.filePath().isEmpty())
+        return QStringLiteral("it is no name of a file, or a link to one that is not there");
+    if (old.isDir())
+        return QStringLiteral("it is a folder");
+    // A new file could take the place of one that is protected against writing.
+    const bool isProtected =
+        backup == ReplaceFile::Backup::None && old.exists() && !old.isWritable();
+    return isProtected ? QStringLiteral("there is no permission to write it") : QString();
+}
+
 } // namespace
 
 bool ReplaceFile::replace(const QString &name, Backup backup,
-                          const std::function<bool(const QString &)> &write)
+                          const std::function<bool(const QString &)> &write, QString *reason)
 {
+    const auto refuse = [reason](const QString &why) {
+        if (reason && reason->isEmpty())
+            *reason = why;
+        return false;
+    };
     const QString file = linkedFile(name);
     const QFileInfo old(file);
     FreshFile fresh(file);
-    // A new file could take the place of one that is protected against writing.
-    const bool isProtected = backup == Backup::None && old.exists() && !old.isWritable();
-    if (file.isEmpty() || old.isDir() || isProtected || !fresh.takeInTime())
-        return false;
+    QString obstacle = whyNotReplaceable(old, backup);
+    if (obstacle.isEmpty())
+        obstacle = fresh.takeInTime();
+    if (!obstacle.isEmpty())
+        return refuse(obstacle);
     if (!write(fresh.fileName()) || !syncToDisk(fresh.fileName()))
-        return false;
+        return refuse(FileReasons::ofSystem(errno));
     if (old.exists())
         QFile::setPermissions(fresh.fileName(), old.permissions());
     const QByteArray target = QFile::encodeName(file);
-    if (backup == Backup::Rename && old.exists())
-        keepBackup(target, target + ".bak");
+    const QString backupName = file + QLatin1String(".bak");
+    if (backup == Backup::Rename && old.exists() &&
+        !keepBackup(target, QFile::encodeName(backupName))) {
+        const QString why = FileReasons::ofSystem(errno);
+        return refuse(QStringLiteral("%1, where the former state is kept: %2")
+                          .arg(backupName, QFileInfo(backupName).isDir()
+                                               ? QStringLiteral("it is a folder")
+                                               : why));
+    }
     if (fresh.moveTo(target))
         return true;
+    const QString why = FileReasons::ofSystem(errno);
     qCWarning(lcStore) << "cannot rename" << fresh.fileName() << "to" << file;
     if (!QFileInfo::exists(file))
         ::rename(target + ".bak", target);
-    return false;
+    return refuse(why);
 }
 
-bool ReplaceFile::write(const QString &name, const QByteArray &content)
+bool ReplaceFile::write(const QString &name, const QByteArray &content, QString *reason)
 {
-    return replace(name, Backup::None, [&content](const QString &fresh) {
+    const auto write = [&content, reason](const QString &fresh) {
         QFile file(fresh);
-        return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() &&
-               file.flush();
-    });
+        const bool isDone = file.open(QIODevice::WriteOnly) &&
+                            file.write(content) == content.size() && file.flush();
+        if (!isDone && reason)
+            *reason = file.errorString();
+        return isDone;
+    };
+    return replace(name, Backup::None, write, reason);
 }
 
 void ReplaceFile::removeLeftover(const QString &name)

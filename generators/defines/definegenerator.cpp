@@ -109,6 +109,11 @@ bool DefineGenerator::checkWritability()
     return isNewOrWritable(targetFile()) && OldFile::hasWholeSections(targetFile());
 }
 
+QStringList DefineGenerator::outputFiles() const
+{
+    return {targetFile()};
+}
+
 void DefineGenerator::doJob()
 {
     const JobBracket bracket(*this);
@@ -134,9 +139,10 @@ void DefineGenerator::doJob()
     out.finish();
     // As bytes: the user's editor may write another encoding than UTF-8.
     header.write(OldFile::userSectionText(userSection) + "\n#endif /* GEN_DEFINE_H */\n");
+    QString reason;
     if (!isUnchanged(targetFile(), header.data()) &&
-        !ReplaceFile::write(targetFile(), header.data()))
-        fail(QStringLiteral("Could not write ") + targetFile());
+        !ReplaceFile::write(targetFile(), header.data(), &reason))
+        fail(QStringLiteral("Could not write ") + targetFile(), targetFile(), reason);
 }
 
 void DefineGenerator::writeSections(TextWriter &out)

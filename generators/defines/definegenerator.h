@@ -30,6 +30,8 @@ public slots:
     void doJob() override;
 
 protected:
+    QStringList outputFiles() const override;
+
     explicit DefineGenerator(const DefineDialect &stackDialect);
 
 private:

@@ -205,14 +205,23 @@ bool CsvTableGenerator::checkWritability()
         OutputName::path(outputDirectory, projectName, QLatin1String(layout.ending)));
 }
 
+QStringList CsvTableGenerator::outputFiles() const
+{
+    return {filePath()};
+}
+
+QString CsvTableGenerator::filePath() const
+{
+    const QString ofLine =
+        isMultiLine() ? QLatin1Char('_') + QString::number(activeLine) : QString();
+    return OutputName::path(outputDirectory, projectName, ofLine + QLatin1String(layout.ending));
+}
+
 void CsvTableGenerator::doJob()
 {
     const JobBracket bracket(*this);
     checkForceMLFlag();
-    const QString ofLine =
-        isMultiLine() ? QLatin1Char('_') + QString::number(activeLine) : QString();
-    QFile file(
-        OutputName::path(outputDirectory, projectName, ofLine + QLatin1String(layout.ending)));
+    QFile file(filePath());
     if (!openOutputFile(file))
         return;
     TextWriter out(&file);

@@ -24,9 +24,14 @@ public slots:
     void doJob() override;
 
 protected:
+    QStringList outputFiles() const override;
+
     CsvTableGenerator(const QString &name, const CsvLayout &tableLayout);
 
     CsvLayout layout;
+
+private:
+    QString filePath() const;
 };
 
 /// The rows of the file. A record that the store does not hold writes nothing.

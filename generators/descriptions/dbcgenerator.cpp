@@ -5,11 +5,13 @@
 #include "generators/addressclaim.h"
 #include "generators/outputname.h"
 #include "support/cohelper.h"
+#include "support/filereasons.h"
 #include "support/helper.h"
 #include "support/logging.h"
 #include "support/numbers.h"
 #include "support/replacefile.h"
 
+#include <cerrno>
 #include <memory>
 
 namespace
@@ -264,6 +266,18 @@ bool DBCGenerator::checkWritability()
     return isNewOrWritable(OutputName::path(outputDirectory, projectName, QStringLiteral(".dbc")));
 }
 
+QStringList DBCGenerator::outputFiles() const
+{
+    return {filePath()};
+}
+
+QString DBCGenerator::filePath() const
+{
+    const QString tail =
+        isMultiLine() ? QStringLiteral("_%1.dbc").arg(activeLine) : QStringLiteral(".dbc");
+    return OutputName::path(outputDirectory, projectName, tail);
+}
+
 void DBCGenerator::resetJob()
 {
     hasImplementationInfo = wantsImplementationInfo();
@@ -275,9 +289,7 @@ void DBCGenerator::doJob()
     const JobBracket bracket(*this);
     qCDebug(lcGenerator) << "DBC prprae output";
     checkForceMLFlag();
-    const QString tail =
-        isMultiLine() ? QStringLiteral("_%1.dbc").arg(activeLine) : QStringLiteral(".dbc");
-    const QString target = OutputName::path(outputDirectory, projectName, tail);
+    const QString target = filePath();
     KvaDbHnd handle = nullptr;
     if (!succeeded(kvaDbOpen(&handle), "open dbc Database")) {
         fail(QStringLiteral("Could not create output file."));
@@ -285,18 +297,25 @@ void DBCGenerator::doJob()
     }
     const Database owner(handle);
     QString temporaryName;
+    QString reason;
     bool isKept = false;
-    const bool isReplaced =
-        ReplaceFile::replace(target, ReplaceFile::Backup::None, [&](const QString &temporary) {
-            temporaryName = temporary;
-            QByteArray content;
-            if (!writeDatabase(handle, temporary) || !Helper::readWholeFile(temporary, content))
-                return false;
-            isKept = isUnchanged(target, content);
-            return !isKept;
-        });
-    if (!isReplaced && !isKept && !wasError)
-        fail(QStringLiteral("Could not copy output file. %1 - %2").arg(temporaryName, target));
+    const auto write = [&](const QString &temporary) {
+        temporaryName = temporary;
+        QByteArray content;
+        if (!writeDatabase(handle, temporary) || !Helper::readWholeFile(temporary, content)) {
+            reason = FileReasons::ofSystem(errno);
+            return false;
+        }
+        isKept = isUnchanged(target, content);
+        return !isKept;
+    };
+    if (ReplaceFile::replace(target, ReplaceFile::Backup::None, write, &reason) || isKept)
+        return;
+    const QString former = lastErrorString;
+    fail(wasError
+             ? former
+             : QStringLiteral("Could not copy output file. %1 - %2").arg(temporaryName, target),
+         target, reason);
 }
 
 bool DBCGenerator::writeDatabase(KvaDbHnd handle, const QString &file)

@@ -21,10 +21,13 @@ public slots:
     void doJob() override;
 
 protected:
+    QStringList outputFiles() const override;
+
     /// Reads the user's choices and declares the group of address claiming, on the driver's thread.
     void resetJob() override;
 
 private:
+    QString filePath() const;
     bool writeDatabase(KvaDb *handle, const QString &file);
 
     bool hasImplementationInfo = false; ///< the user wants variables and their kind in the file

@@ -20,6 +20,11 @@ bool EDSGenerator::checkWritability()
     return isNewOrWritable(OutputName::path(outputDirectory, projectName, QStringLiteral(".eds")));
 }
 
+QStringList EDSGenerator::outputFiles() const
+{
+    return {filePath()};
+}
+
 QString EDSGenerator::filePath() const
 {
     const QString ending = QStringLiteral(".eds");

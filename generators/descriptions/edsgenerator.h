@@ -24,6 +24,9 @@ public:
 public slots:
     void doJob() override;
 
+protected:
+    QStringList outputFiles() const override;
+
 private:
     void writeSections(TextWriter &out);
 

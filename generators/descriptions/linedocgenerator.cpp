@@ -26,3 +26,8 @@ bool LineDocGenerator::checkWritability()
 {
     return isNewOrWritable(singleLineFile());
 }
+
+QStringList LineDocGenerator::outputFiles() const
+{
+    return {targetFile()};
+}

@@ -17,6 +17,8 @@ public:
     bool checkWritability() override;
 
 protected:
+    QStringList outputFiles() const override;
+
     /// Endings of the file: \a singleEnding behind the project's name, \a lineEnding behind its
     /// name and the line, where the project has several.
     LineDocGenerator(const QString &jobName, const char *singleEnding, const char *lineEnding);

@@ -231,6 +231,11 @@ bool XDDGenerator::checkWritability()
         OutputName::path(outputDirectory, projectName, QStringLiteral("_%3.xdd")));
 }
 
+QStringList XDDGenerator::outputFiles() const
+{
+    return {filePath()};
+}
+
 QString XDDGenerator::filePath() const
 {
     const quint32 vendor =

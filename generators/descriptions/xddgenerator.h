@@ -18,6 +18,9 @@ public:
 public slots:
     void doJob() override;
 
+protected:
+    QStringList outputFiles() const override;
+
 private:
     QString filePath() const;
 };

@@ -504,6 +504,11 @@ bool ExtDeclGenerator::checkWritability()
     return isNewOrWritable(headerFile()) && isNewOrWritable(sourceFile());
 }
 
+QStringList ExtDeclGenerator::outputFiles() const
+{
+    return {headerFile(), sourceFile()};
+}
+
 void ExtDeclGenerator::doJob()
 {
     const JobBracket bracket(*this);

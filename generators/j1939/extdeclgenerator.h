@@ -25,6 +25,8 @@ public slots:
     void doJob() override;
 
 protected:
+    QStringList outputFiles() const override;
+
     explicit ExtDeclGenerator(const Dialect &words);
 
 private:

@@ -189,6 +189,11 @@ bool J1939AdapterGenerator::checkWritability()
            mayReplace(functionsFile()) && mayReplace(userFile());
 }
 
+QStringList J1939AdapterGenerator::outputFiles() const
+{
+    return {functionsFile(), userFile()};
+}
+
 void J1939AdapterGenerator::doJob()
 {
     const JobBracket bracket(*this);
@@ -222,8 +227,9 @@ void J1939AdapterGenerator::doJob()
     if (wasError)
         return;
     const QByteArray content = userFileContent(prototypes, OldFile::extractUserSection(old));
-    if (!isUnchanged(userFile(), content) && !ReplaceFile::write(userFile(), content))
-        fail(QStringLiteral("Could not write ") + userFile());
+    QString reason;
+    if (!isUnchanged(userFile(), content) && !ReplaceFile::write(userFile(), content, &reason))
+        fail(QStringLiteral("Could not write ") + userFile(), userFile(), reason);
 }
 
 QByteArray J1939AdapterGenerator::userFileContent(const QStringList &prototypes,

@@ -21,6 +21,9 @@ public:
 public slots:
     void doJob() override;
 
+protected:
+    QStringList outputFiles() const override;
+
 private:
     QString functionsFile() const;
     QString userFile() const;

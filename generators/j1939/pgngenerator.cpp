@@ -41,6 +41,11 @@ bool PGNGenerator::checkWritability()
     return isNewOrWritable(targetFile());
 }
 
+QStringList PGNGenerator::outputFiles() const
+{
+    return {targetFile()};
+}
+
 void PGNGenerator::resetJob()
 {
     database->setLockWriteAccess(false);

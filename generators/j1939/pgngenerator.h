@@ -20,6 +20,8 @@ public slots:
     void doJob() override;
 
 protected:
+    QStringList outputFiles() const override;
+
     explicit PGNGenerator(const Pgn::Dialect &stackDialect);
 
     /// Declares the group of address claiming, on the driver's thread.

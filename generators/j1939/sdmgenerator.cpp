@@ -172,6 +172,11 @@ bool SDMGenerator::checkWritability()
     return isNewOrWritable(targetFile());
 }
 
+QStringList SDMGenerator::outputFiles() const
+{
+    return {targetFile()};
+}
+
 void SDMGenerator::doJob()
 {
     const JobBracket bracket(*this);

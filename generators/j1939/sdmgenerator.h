@@ -19,6 +19,9 @@ public:
 public slots:
     void doJob() override;
 
+protected:
+    QStringList outputFiles() const override;
+
 private:
     QString targetFile() const;
 };

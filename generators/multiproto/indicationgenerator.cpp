@@ -157,6 +157,11 @@ bool indicationgenerator::checkWritability()
     return isNewOrWritable(targetFile());
 }
 
+QStringList indicationgenerator::outputFiles() const
+{
+    return {targetFile()};
+}
+
 void indicationgenerator::doJob()
 {
     const JobBracket bracket(*this);

@@ -17,6 +17,9 @@ public:
 public slots:
     void doJob() override;
 
+protected:
+    QStringList outputFiles() const override;
+
 private:
     QString targetFile() const;
 };

@@ -27,6 +27,11 @@ QString MultiProGenerator::targetFile() const
                : QStringLiteral("%1/gen_mp.c").arg(outputDirectory);
 }
 
+QStringList MultiProGenerator::outputFiles() const
+{
+    return withUserHeader(targetFile());
+}
+
 void MultiProGenerator::resetJob()
 {
     database->setLockWriteAccess(false);
@@ -41,7 +46,7 @@ void MultiProGenerator::doJob()
         return;
     TextWriter out(&file);
     MultiPro::Context context = MultiPro::makeContext(*database, out, words, activeLine);
-    updateUserHeader(needsUserHeader(context.objDict));
+    updateUserHeader(ObjDict::needsUserHeader(context.objDict.settings));
     writeHead(context, {projectName, toolVersion}, ObjDict::hasStandardLibrary(outputDirectory));
     writeTables(context);
     emit progress(75);

@@ -19,6 +19,8 @@ public slots:
     void doJob() override;
 
 protected:
+    QStringList outputFiles() const override;
+
     explicit MultiProGenerator(const MultiPro::Dialect &stackDialect);
 
     /// Declares the group of address claiming, on the driver's thread.

@@ -104,7 +104,7 @@ void MultiPro::writeHead(Context &context, const ObjDict::HeadFacts &facts,
                                facts.toolVersion));
     writeIncludes(context, withStandardLibrary);
     writeWatchdogMacro(context.objDict);
-    if (needsUserHeader(context.objDict))
+    if (ObjDict::needsUserHeader(context.objDict.settings))
         out.raw("#include <gen_user.h>\n");
     writePrototypes(context);
     out.raw("\n");

@@ -259,6 +259,11 @@ bool IndicesGenerator::checkWritability()
     return isNewOrWritable(targetFile());
 }
 
+QStringList IndicesGenerator::outputFiles() const
+{
+    return {targetFile()};
+}
+
 void IndicesGenerator::writeHead(TextWriter &out) const
 {
     out.raw(CText::headComment(

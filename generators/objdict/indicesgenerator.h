@@ -26,6 +26,9 @@ public:
 public slots:
     void doJob() override;
 
+protected:
+    QStringList outputFiles() const override;
+
 private:
     QString targetFile() const;
     void writeHead(TextWriter &out) const;

@@ -45,6 +45,24 @@ bool ObjDictGenerator::checkWritability()
     return isNewOrWritable(targetFile());
 }
 
+QString ObjDictGenerator::userHeaderFile() const
+{
+    return QStringLiteral("%1/gen_user.h").arg(outputDirectory);
+}
+
+QStringList ObjDictGenerator::withUserHeader(const QString &source) const
+{
+    QStringList files(source);
+    if (ObjDict::needsUserHeader(GeneralSettings(*database)))
+        files << userHeaderFile();
+    return files;
+}
+
+QStringList ObjDictGenerator::outputFiles() const
+{
+    return withUserHeader(targetFile());
+}
+
 void ObjDictGenerator::doJob()
 {
     const JobBracket bracket(*this);
@@ -56,7 +74,7 @@ void ObjDictGenerator::doJob()
     context.form = ObjDict::readForm(*database, activeLine);
     context.form.compactArrays = compactArrays;
     context.form.sdoServerOnly = cia510ServerMode;
-    updateUserHeader(ObjDict::needsUserHeader(context));
+    updateUserHeader(ObjDict::needsUserHeader(context.settings));
     writePreamble(context);
     writeTables(context);
     writeStartUp(context);
@@ -67,11 +85,9 @@ void ObjDictGenerator::doJob()
 
 void ObjDictGenerator::updateUserHeader(bool isNeeded)
 {
-    QFile file(QStringLiteral("%1/gen_user.h").arg(outputDirectory));
-    if (!isNeeded) {
-        file.remove(); // there may be none
-        return;
-    }
+    if (!isNeeded)
+        return removeOutputFile(userHeaderFile());
+    QFile file(userHeaderFile());
     if (!openOutputFile(file))
         return;
     TextWriter out(&file);

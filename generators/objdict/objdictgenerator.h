@@ -25,9 +25,14 @@ public slots:
     void doJob() override;
 
 protected:
+    QStringList outputFiles() const override;
+
     /// \a jobNameText: see AbstractGenerator.
     ObjDictGenerator(bool compactArrayDescription, const ObjDict::Dialect &stackDialect,
                      const QString &jobNameText);
+
+    /// \a source, and gen_user.h if the project needs it.
+    QStringList withUserHeader(const QString &source) const;
 
     /// Writes or removes gen_user.h.
     void updateUserHeader(bool isNeeded);
@@ -36,6 +41,7 @@ protected:
 
 private:
     QString targetFile() const;
+    QString userHeaderFile() const;
     void writePreamble(ObjDict::Context &context);
     void writeTables(ObjDict::Context &context);
     void writeStartUp(ObjDict::Context &context);

@@ -128,14 +128,14 @@ bool ObjDict::hasStandardLibrary(const QString &outputDirectory)
     return !QFileInfo::exists(QStringLiteral("%1/no_stdlib_include.txt").arg(outputDirectory));
 }
 
-bool ObjDict::needsUserHeader(const Context &context)
+bool ObjDict::needsUserHeader(const GeneralSettings &settings)
 {
-    qint64 wanted = context.settings.decimal("overwrite_predef");
+    qint64 wanted = settings.decimal("overwrite_predef");
     if (wanted == 0) {
         for (quint8 line = 0; line <= kHighestLine; ++line)
-            wanted += context.settings.decimalOfLine("overwrite_predef", line);
+            wanted += settings.decimalOfLine("overwrite_predef", line);
     }
-    return wanted + context.settings.decimal("generate_string_defaults") > 0;
+    return wanted + settings.decimal("generate_string_defaults") > 0;
 }
 
 void ObjDict::writeUserHeader(TextWriter &out, const HeadFacts &facts)
@@ -172,7 +172,7 @@ void ObjDict::writeIncludes(Context &context, bool withStandardLibrary)
         writeUdsIncludes(context);
         out.raw("#include <gen_indication.h>\n");
     }
-    if (needsUserHeader(context))
+    if (needsUserHeader(context.settings))
         out.raw("#include <gen_user.h>\n");
     out.raw("\n");
 }

@@ -17,7 +17,7 @@ struct HeadFacts {
 bool hasStandardLibrary(const QString &outputDirectory);
 
 /// gen_user.h declares functions that overwrite settings; is any of them wanted?
-bool needsUserHeader(const Context &context);
+bool needsUserHeader(const GeneralSettings &settings);
 void writeUserHeader(TextWriter &out, const HeadFacts &facts);
 
 void writeIncludes(Context &context, bool withStandardLibrary);

@@ -202,6 +202,11 @@ bool SrdoGenerator::checkWritability()
     return isNewOrWritable(targetFile());
 }
 
+QStringList SrdoGenerator::outputFiles() const
+{
+    return {targetFile()};
+}
+
 void SrdoGenerator::doJob()
 {
     const JobBracket bracket(*this);

@@ -185,6 +185,11 @@ bool VobjDictGenerator::checkWritability()
     return isNewOrWritable(targetFile());
 }
 
+QStringList VobjDictGenerator::outputFiles() const
+{
+    return {targetFile()};
+}
+
 bool VobjDictGenerator::areVirtualObjectsPresent() const
 {
     if (!database)

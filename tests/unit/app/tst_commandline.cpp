@@ -61,6 +61,10 @@ private slots:
         QVERIFY(write("foreign.tsrp", "no database at all"));
         QVERIFY(write("gauge.EDS", kDescription));
         QVERIFY(write("gauge.txt", kDescription));
+        QVERIFY(QFile::link("none", folder + "/dangling.eds"));
+        QVERIFY(QFile::link("/proc/self/mem", folder + "/memory.eds"));
+        QVERIFY(write("huge.csv", {}) &&
+                QFile::resize(folder + "/huge.csv", 256 * 1024 * 1024 + 1));
         QVERIFY(write("mod.txt", "GeneralSettings:line0type:1\n"));
     }
 
@@ -71,23 +75,28 @@ private slots:
         const QByteArray noParameter = kHelp + "Error - Parameter error.\n";
         const QByteArray noProject = "Project not given.\n" + kHelp + "Error - No project specified.\n";
         const QByteArray notOpened = "Error - Open project failed.\n";
-        const QByteArray notImported = "Import failed.\nError - Import error.\n";
+        const auto unopened = [&](const QByteArray &project, const QByteArray &why) { return notOpened + "errors:\n" + project + ": error: could not be opened: " + why + " [not-opened]\n"; };
+        const auto notImported = [](const QByteArray &file, const QByteArray &why) { return "Import failed.\nError - Import error.\nerrors:\n" + file + ": error: could not be imported: " + why + " [not-imported]\n"; };
         const QByteArray untyped = "\nCheck of model consistency started\nWarning line type not set for line 0.\n\nCheck of model consistency finished.\n\n" + kDefines + "Generation finished.\nGeneration completed.\n";
-        const QByteArray notWritten = QByteArray(kFullRun).replace("Generation of textual documenation completed.", "ERROR - Generation of textual documenation failed. Could not open %DIR%/taken_doc.txt");
+        const QByteArray notWritten = QByteArray(kFullRun).replace("Generation of textual documenation completed.", "ERROR - Generation of textual documenation failed. Could not open %DIR%/taken_doc.txt") + "errors:\n%DIR%/taken_doc.txt: error: could not be written: it is a folder [output-not-written]\n";
         QTest::newRow("no_arguments") << "" << noParameter << 4;
         QTest::newRow("help") << "-help" << kHelp << 0;
         QTest::newRow("help_goes_first") << "-project none.tsrp -help" << kHelp << 0;
         QTest::newRow("version") << "-project none.tsrp -version" << QByteArray("CANopen Tessarine 3.11.2\n") << 0;
         QTest::newRow("project_without_value") << "-save -project" << noProject << 2;
-        QTest::newRow("missing_project") << "-project none.tsrp" << notOpened << 3;
-        QTest::newRow("option_as_project") << "-project -save" << notOpened << 3;
-        QTest::newRow("folder_as_project") << "-project ." << notOpened << 3;
-        QTest::newRow("folder_as_text_project") << "-project folder.tsrt" << notOpened << 3;
-        QTest::newRow("device_as_project") << "-project /dev/zero" << notOpened << 3;
+        QTest::newRow("missing_project") << "-project none.tsrp" << unopened("none.tsrp", "there is no such file") << 3;
+        QTest::newRow("option_as_project") << "-project -save" << unopened("-save", "there is no such file") << 3;
+        QTest::newRow("folder_as_project") << "-project ." << unopened(".", "it is a folder") << 3;
+        QTest::newRow("folder_as_text_project") << "-project folder.tsrt" << unopened("folder.tsrt", "it is a folder") << 3;
+        QTest::newRow("device_as_project") << "-project /dev/zero" << unopened("/dev/zero", "it is a device or a pipe") << 3;
         QTest::newRow("foreign_file") << "-project foreign.tsrp" << notOpened + "errors:\n%DIR%/foreign.tsrp: error: is no project: it is no SQLite database, and the name of a text project ends in tsrt [no-project]\n" << 3;
-        QTest::newRow("missing_import") << "-project pümp.tsrt -import none.eds" << notImported << 5;
-        QTest::newRow("unknown_suffix") << "-project pümp.tsrt -import gauge.txt" << notImported << 5;
-        QTest::newRow("folder_as_import") << "-project pümp.tsrt -import folder.eds" << notImported << 5;
+        QTest::newRow("missing_import") << "-project pümp.tsrt -import none.eds" << notImported("none.eds", "there is no such file") << 5;
+        QTest::newRow("unknown_suffix") << "-project pümp.tsrt -import gauge.txt" << notImported("gauge.txt", "its name has none of the endings .csv, .dcf, .eds") << 5;
+        QTest::newRow("folder_as_import") << "-project pümp.tsrt -import folder.eds" << notImported("folder.eds", "it is a folder") << 5;
+        QTest::newRow("dangling_import") << "-project pümp.tsrt -import dangling.eds" << notImported("dangling.eds", "it is a link to a file that is not there") << 5;
+        QTest::newRow("huge_import") << "-project pümp.tsrt -import huge.csv" << notImported("huge.csv", "it is larger than 256 MiB") << 5;
+        QTest::newRow("import_that_fails_to_read") << "-project pümp.tsrt -import memory.eds" << notImported("memory.eds", "Input/output error") << 5;
+        QTest::newRow("missing_modifier") << "-project pümp.tsrt -dbmod none.txt" << kFullRun + "errors:\nnone.txt: error: could not be read: there is no such file [modifier-not-read]\n" << 0;
         QTest::newRow("text_project") << "-project pümp.tsrt" << kFullRun << 0;
         QTest::newRow("any_order") << "-x -s -project pümp.tsrt" << kFullRun << 0;
         QTest::newRow("import_without_value") << "-project pümp.tsrt -import" << kFullRun << 0;
@@ -121,10 +130,16 @@ private slots:
         QByteArray output = run(first, "-project pümp.tsrt -save -report out.sarif");
         QVERIFY2(output.contains(filled("\nThe file in pümp_doc.txt in %DIR% is not writable\n")),
                  output);
-        QVERIFY(
-            output.endsWith(ended(0, "Generation finished.\nGeneration completed.\nerrors:\n"
-                                     "pümp.tsrt: error: could not be saved [not-saved]\n"
-                                     "out.sarif: error: could not be written [not-written]\n")));
+        QVERIFY(output.endsWith(ended(
+            0,
+            "Generation finished.\nGeneration completed.\nerrors:\n"
+            "%DIR%/pümp_doc.txt: error: could not be written: there is no permission to write it "
+            "[output-not-written]\n"
+            "%DIR%/gen_define.h: error: could not be written: there is no permission to write it "
+            "[output-not-written]\n"
+            "pümp.tsrt: error: could not be saved: there is no permission to write it [not-saved]\n"
+            "out.sarif: error: could not be written: there is no permission to write it "
+            "[not-written]\n")));
         QCOMPARE(read("pümp.tsrt"), kProject);
         for (const QString &name : names)
             QCOMPARE(read(name), "old\n");
@@ -133,10 +148,10 @@ private slots:
         PlainUserProcess second;
         output = run(second, "-project pümp.tsrt -save");
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        QVERIFY2(output.endsWith(
-                     ended(8, "ABORT - The output folder %DIR% is not writeable.\n"
-                              "Error - The output folder is not writeable\n"
-                              "errors:\npümp.tsrt: error: could not be saved [not-saved]\n")),
+        QVERIFY2(output.endsWith(ended(8, "ABORT - The output folder %DIR% is not writeable.\n"
+                                          "Error - The output folder is not writeable\n"
+                                          "errors:\npümp.tsrt: error: could not be saved: there is "
+                                          "no permission to write it [not-saved]\n")),
                  output);
         QCOMPARE(read("pümp.tsrt"), kProject);
     }
@@ -164,7 +179,9 @@ private slots:
         QVERIFY(QDir().mkpath(folder + "/db.tsrp.tessarine-new"));
         QVERIFY(
             run("-project db.tsrp -save")
-                .endsWith(ended(0, "errors:\ndb.tsrp: error: could not be saved [not-saved]\n")));
+                .endsWith(ended(
+                    0, "errors:\ndb.tsrp: error: could not be saved: %DIR%/db.tsrp.tessarine-new, "
+                       "where the new file is made first: Is a directory [not-saved]\n")));
         QCOMPARE(read("db.tsrp"), before);
     }
 
@@ -229,14 +246,56 @@ private slots:
     {
         QVERIFY(run("-project none.tsrp -report out.sarif").endsWith(" 3\n"));
         QVERIFY(read("out.sarif").contains("\"executionSuccessful\": false"));
-        for (const QString report :
-             {"folder.eds", "none/out.sarif", "../wörk/pümp.tsrt", "mod.txt"}) {
+        const QMap<QString, QByteArray> reasons = {
+            {"folder.eds", "it is a folder"},
+            {"none/out.sarif", "none/out.sarif.tessarine-new, where the new file is made first: No "
+                               "such file or directory"},
+            {"../wörk/pümp.tsrt", "it is the project"},
+            {"mod.txt", "it is the modifier file"},
+            {"dangling.eds", "it is no name of a file, or a link to one that is not there"}};
+        for (const QString &report : reasons.keys()) {
             const QByteArray before = read(report);
             QVERIFY(run("-project pümp.tsrt -dbmod mod.txt -report " + report)
                         .endsWith(ended(0, "errors:\n" + report.toUtf8() +
-                                               ": error: could not be written [not-written]\n")));
+                                               ": error: could not be written: " + reasons[report] +
+                                               " [not-written]\n")));
             QCOMPARE(read(report), before);
         }
+    }
+
+    void readerOfTheReportEndsEarly()
+    {
+        for (const QString streams : {"", " 2>&1 >/dev/null"}) {
+            QVERIFY(write("pümp.tsrt", kProject));
+            QFile::remove(folder + "/pümp.eds");
+            QProcess shell;
+            shell.setProcessEnvironment(environment);
+            shell.setWorkingDirectory(folder);
+            shell.start(
+                "sh",
+                {"-c", "(sleep 0.2; " TESSARINE_BINARY " -save -project pümp.tsrt -dbmod none.txt" +
+                           streams +
+                           "; echo $? >code) | true; while ! [ -s code ]; do sleep 0.1; done"});
+            QVERIFY(shell.waitForFinished(600000));
+            QCOMPARE(read("code"), "0\n");
+            QVERIFY(QFile::exists(folder + "/pümp.eds") && read("pümp.tsrt") != kProject);
+            QFile::remove(folder + "/code");
+        }
+    }
+
+    /// Opening such a project makes its folder the current one for a while.
+    void relativeNamesOfAProjectElsewhere()
+    {
+        ObjectDataBase store;
+        QVERIFY(QDir().mkpath(folder + "/sub") && store.openDataBase(folder + "/pümp.tsrt"));
+        QVERIFY(store.saveDataBase(folder + "/sub/p.tsep"));
+        QVERIFY(write("mod.txt", "GeneralSettings:user_defines:#define MINE\n"));
+        const QByteArray told =
+            run("-project sub/p.tsep -import gauge.EDS -dbmod mod.txt -report out.sarif");
+        QVERIFY2(told.endsWith("\nGeneration completed.\nexit code 0\n"), told);
+        QVERIFY(read("sub/p_doc.txt").contains("Wind gauge"));
+        QVERIFY(read("sub/gen_define.h").contains("#define MINE"));
+        QVERIFY(read("out.sarif").contains("/sub/p.tsep"));
     }
 
     void logsOnRequest()

@@ -126,14 +126,14 @@ private slots:
     void leavesACommandAlone()
     {
         QVERIFY(writeScript("run.sh", "echo noise; while [ -e hold ]; do sleep 0.1; done; "
-                                      "echo more; touch done"));
+                                      "echo more; sh -c 'kill -s PIPE $$'; echo $? >done"));
         QVERIFY(writeCommand("run.sh", {}, false) && write("hold", {}));
         environment.insert("TESSARINE_LOG", "1");
         const QByteArray told = run("-project pümp.tsrt");
         QVERIFY(!files().contains("done") && QFile::remove(folder + "/hold"));
         QVERIFY2(told.contains("\nGeneration finished.\nGeneration completed.\n"), told);
         QVERIFY2(!told.contains("noise") && !told.contains("QProcess"), told);
-        QTRY_VERIFY_WITH_TIMEOUT(files().contains("done"), 60000);
+        QTRY_COMPARE_WITH_TIMEOUT(read("done"), QByteArray("141\n"), 60000);
     }
 
     /// Other files of the run are named relative to the folder in which the tool was started.
