@@ -437,9 +437,11 @@ void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
     for (const ProjectLine &line : facts.lines) {
         if (!carriesCANopen(line.type))
             continue;
-        const QStringList defines = edsDefines(*database, line.number);
+        const EdsVariants variants(*database, line.number);
+        const QStringList &defines = variants.defines();
         for (const QString &define : defines) {
             EDSGenerator device(define, facts.hasCanFd, false);
+            device.setVariants(&variants);
             device.generateML = facts.isMultiLine();
             runGenerator(device, line.number,
                          filled("The EDS file %2.eds in %1 is not writable", projectName),
@@ -448,6 +450,7 @@ void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
             if (!facts.hasCanFd)
                 continue;
             EDSGenerator classical(define, false, true);
+            classical.setVariants(&variants);
             classical.generateML = facts.isMultiLine();
             runGenerator(classical, line.number,
                          filled("The EDS file %2_classical.eds in %1 is not writable", projectName),

@@ -58,7 +58,8 @@ void EDSGenerator::doJob()
 
 void EDSGenerator::writeSections(TextWriter &out)
 {
-    const EdsSections::Context context{*database, out, activeLine, define, canFd, projectName};
+    const EdsSections::Context context{*database, out,         activeLine, define,
+                                       canFd,     projectName, variants};
     const QList<quint16> objects = EdsSections::describedObjects(context);
     EdsSections::writeFileInfo(context);
     EdsSections::writeDeviceInfo(context);

@@ -3,6 +3,8 @@
 
 #include "generators/abstractgenerator.h"
 
+class EdsVariants;
+
 /// Writes "<project>.eds". The names of other files tell the line of a project with several lines,
 /// and the variant, or that the file is the classical companion of a CAN FD device.
 class EDSGenerator : public AbstractGenerator
@@ -17,6 +19,10 @@ public:
     /// The file to be written; final when the job is over, which may learn that the project counts
     /// as one of several lines.
     QString filePath() const;
+
+    /// The variants of the line, which must outlive the job; without them the job looks through all
+    /// objects.
+    void setVariants(const EdsVariants *found) { variants = found; }
 
     /// Looks at the plain name only, whatever the file's name is.
     bool checkWritability() override;
@@ -33,4 +39,5 @@ private:
     const QString define;
     const bool canFd;
     const bool classical;
+    const EdsVariants *variants = nullptr;
 };

@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+class EdsVariants;
 class TextWriter;
 
 /// Plain functions, one a section. What they write they read from the store; the line's description
@@ -19,6 +20,7 @@ struct Context {
     QString define; ///< the variant that is described; empty: the plain file
     bool canFd;     ///< the file describes a CAN FD device
     QString projectName;
+    const EdsVariants *variants = nullptr; ///< of the line; null: the objects are looked through
 };
 
 // --- What stands outside of the objects (edssections_device.cpp) ---

@@ -141,8 +141,10 @@ void writeContent(const Context &context, quint16 index, const ObjectDataBase::I
 QList<quint16> EdsSections::describedObjects(const Context &context)
 {
     const QList<quint16> variant =
-        reduceObjectList(context.store, context.line,
-                         context.store.getIndices(context.line, 0x1000, 0xFFFF), context.define);
+        context.variants ? context.variants->objectsOf(context.define)
+                         : reduceObjectList(context.store, context.line,
+                                            context.store.getIndices(context.line, 0x1000, 0xFFFF),
+                                            context.define);
     if (context.canFd)
         return variant;
     QList<quint16> classical;

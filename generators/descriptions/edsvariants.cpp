@@ -5,6 +5,9 @@
 
 #include <QSet>
 
+#include <algorithm>
+#include <iterator>
+
 namespace
 {
 
@@ -47,18 +50,35 @@ private:
 
 } // namespace
 
-QStringList edsDefines(const ObjectDataBase &store, quint8 line)
+EdsVariants::EdsVariants(const ObjectDataBase &store, quint8 line)
 {
     DefineList list;
     list.add(QString());
     const QList<quint16> indices = store.getIndices(line, 0x1000, 0xFFFF);
     for (const quint16 index : indices) {
         ObjectDataBase::INDEX_DATA_T data;
-        if (store.getIndexData(line, index, data))
-            list.add(data.metadata);
+        (void)store.getIndexData(line, index, data); // what cannot be read belongs to no variant
+        const auto define = data.metadata.constFind(kDefineKey);
+        (define == data.metadata.constEnd() ? common : own[*define]) << index;
+        list.add(data.metadata);
         list.addSubIndices(store, line, index);
     }
-    return list.defines;
+    allDefines = list.defines;
+}
+
+QList<quint16> EdsVariants::objectsOf(const QString &define) const
+{
+    const QList<quint16> ofVariant = own.value(define);
+    QList<quint16> objects;
+    objects.reserve(common.size() + ofVariant.size());
+    std::merge(common.cbegin(), common.cend(), ofVariant.cbegin(), ofVariant.cend(),
+               std::back_inserter(objects));
+    return objects;
+}
+
+QStringList edsDefines(const ObjectDataBase &store, quint8 line)
+{
+    return EdsVariants(store, line).defines();
 }
 
 QStringList getSubIndicesEDSDefines(const ObjectDataBase &store, quint8 line, quint16 index)

@@ -3,13 +3,33 @@
 // equality counts.
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QStringList>
 
 class ObjectDataBase;
 
-/// The variants of a line, each once: the plain one, whose name is empty, then the others in the
-/// order in which they first appear. A file is written for each.
+/// The variants of a line and their objects, found in one pass: of thousands of files none looks
+/// at the objects of the others. Tells the state of the store in which it was made.
+class EdsVariants
+{
+public:
+    EdsVariants(const ObjectDataBase &store, quint8 line);
+
+    /// Each once: the plain one, whose name is empty, then the others in the order in which they
+    /// first appear. A file is written for each.
+    const QStringList &defines() const { return allDefines; }
+
+    /// The objects of a variant and those that belong to none, ascending.
+    QList<quint16> objectsOf(const QString &define) const;
+
+private:
+    QStringList allDefines;
+    QList<quint16> common;
+    QHash<QString, QList<quint16>> own;
+};
+
+/// The defines() of a line.
 QStringList edsDefines(const ObjectDataBase &store, quint8 line);
 
 /// The variants that the subindices of an object name, each once, in order of first appearance.

@@ -111,6 +111,10 @@ private slots:
         addObject(0x2000, Code::Array, {count, Sub(), ofB, ofA});
         addObject(0x2001, Code::Var, {ofA}, "", "A");
         addObject(0x2002, Code::Array, {count, ofB}, "", "B");
+        const EdsVariants found(*store, 0);
+        for (const QString define : {"", "A", "B", "C"})
+            QCOMPARE(found.objectsOf(define),
+                     reduceObjectList(*store, 0, store->getIndices(0, 0x1000, 0xFFFF), define));
         QCOMPARE(edsDefines(*store, 0), QStringList({"", "A", "B"}));
         QCOMPARE(getSubIndicesEDSDefines(*store, 0, 0x2000), QStringList({"B", "A"}));
 
