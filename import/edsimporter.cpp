@@ -2,6 +2,7 @@
 #include "import/edsimporter.h"
 
 #include "support/cohelper.h"
+#include "support/problems.h"
 
 namespace
 {
@@ -9,6 +10,19 @@ namespace
 /// Subindices that are held in memory before they are written. A small file may describe millions
 /// by its compact objects.
 constexpr int kGroupSize = 8192;
+/// The same in characters of their texts.
+constexpr qint64 kGroupCharacters = 4 * 1024 * 1024;
+
+constexpr int kLongestName = 241; ///< characters of a ParameterName (CiA 306)
+/// Characters in names beyond that length which are made for members of compact objects.
+constexpr qint64 kMostMadeNames = 8 * 1024 * 1024;
+
+qint64 charactersOf(const CANopenSubindex &record)
+{
+    return qint64(record.name.size()) + record.defaultValue.toString().size() +
+           record.currentValue.size() + record.denotation.size() + record.lowLimit.size() +
+           record.upLimit.size() + record.description.size();
+}
 
 /// What a PDO mapping of "yes" means for the direction that the access type allows (CiA 306).
 PDOMapping refinedMapping(const QString &accessType)
@@ -76,14 +90,35 @@ void EDSImporter::addCompactMembers(const CANopen::CANopenIndex &record)
         const auto sub = static_cast<quint8>(number);
         CANopenSubindex member = record.member;
         member.subindex = sub;
+        const auto ownName = record.memberNames.constFind(sub);
         member.name =
-            record.memberNames.value(sub, record.name + QLatin1Char(' ') + QString::number(number));
+            ownName != record.memberNames.constEnd() ? *ownName : memberName(record.name, number);
         member.currentValue = record.memberValues.value(sub, member.currentValue);
         // The section's own comment and display name are those of the object.
         member.denotation = record.memberDenotations.value(sub);
         member.description.clear();
         newSubIndex(member);
     }
+}
+
+QString EDSImporter::memberName(const QString &objectName, int number)
+{
+    const QString end = QLatin1Char(' ') + QString::number(number);
+    if (objectName.size() + end.size() <= kLongestName)
+        return objectName + end;
+    madeNames += objectName.size();
+    if (madeNames <= kMostMadeNames)
+        return objectName + end;
+    if (!areNamesCut)
+        Problems::warning("names-cut", importFileName,
+                          QStringLiteral("the names of members of compact objects take too much "
+                                         "memory; from here on they are cut to %1 characters")
+                              .arg(kLongestName));
+    areNamesCut = true;
+    QString start = objectName.left(kLongestName - end.size());
+    if (start.at(start.size() - 1).isHighSurrogate())
+        start.chop(1);
+    return start + end;
 }
 
 void EDSImporter::newSubIndex(const CANopenSubindex &record)
@@ -103,7 +138,8 @@ void EDSImporter::newSubIndex(const CANopenSubindex &record)
     entry.subindex = record.subindex;
     entry.data = makeSubIndex(record);
     collected.append(entry);
-    if (collected.size() >= kGroupSize)
+    collectedCharacters += charactersOf(record);
+    if (collected.size() >= kGroupSize || collectedCharacters >= kGroupCharacters)
         flush();
 }
 
@@ -162,4 +198,5 @@ void EDSImporter::flush()
     if (!collected.isEmpty())
         (void)database->addSubIndices(collected); // the store logs a failure
     collected.clear();
+    collectedCharacters = 0;
 }

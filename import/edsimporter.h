@@ -32,6 +32,10 @@ private:
     };
 
     void addCompactMembers(const CANopen::CANopenIndex &record);
+    /// The object's name and the number. A small file may describe very many members by an object
+    /// with a very long name: when their names together take much memory, the object's name is cut
+    /// in those to come.
+    QString memberName(const QString &objectName, int number);
     SubData makeSubIndex(const CANopenSubindex &record);
     static void applyLimits(const CANopenSubindex &record, SubData &data);
     /// Strings and domains need a place and a size of their own.
@@ -51,6 +55,9 @@ private:
     void addDefaultSub(quint8 line, quint16 index, quint8 sub, SubData data);
 
     QList<ObjectDataBase::SubEntry> collected; ///< not yet in the store
+    qint64 collectedCharacters = 0;            ///< of their texts
+    qint64 madeNames = 0;                      ///< characters of long names of members
+    bool areNamesCut = false;
     /// The object whose subindices are being read.
     ObjectDataBase::INDEX_DATA_T currentObject;
 };

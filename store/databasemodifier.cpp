@@ -3,11 +3,35 @@
 
 #include "store/objectdatabase.h"
 #include "support/logging.h"
+#include "support/problems.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QStringList>
 #include <QTextStream>
+
+namespace
+{
+
+/// In characters; a line that holds more is no setting, and is not held in memory.
+constexpr int kLongestLine = 1024 * 1024;
+
+enum class LineResult { Complete, TooLong, End };
+
+/// Reads the next line; one that is too long is read to its end in pieces.
+LineResult readLine(QTextStream &stream, QString &line)
+{
+    const int piece = kLongestLine + 1; // so much of a line is too much
+    if (!stream.readLineInto(&line, piece))
+        return LineResult::End;
+    if (line.size() < piece)
+        return LineResult::Complete;
+    while (line.size() == piece && stream.readLineInto(&line, piece)) {
+    }
+    return LineResult::TooLong;
+}
+
+} // namespace
 
 DatabaseModifier::DatabaseModifier(ObjectDataBase *store) : database(store) {}
 
@@ -33,8 +57,17 @@ bool DatabaseModifier::applyModifierFile()
     stream.setCodec("UTF-8");
     database->beginBatch();
     QString line;
-    while (stream.readLineInto(&line))
-        applyLine(line);
+    int number = 0;
+    for (auto result = readLine(stream, line); result != LineResult::End;
+         result = readLine(stream, line)) {
+        ++number;
+        if (result == LineResult::Complete)
+            applyLine(line);
+        else
+            Problems::warning("line-too-long", modifierFile,
+                              QStringLiteral("the line is longer than 1 MiB and is passed over"),
+                              number);
+    }
     database->commitBatch();
     return true;
 }
@@ -43,8 +76,8 @@ void DatabaseModifier::applyLine(const QString &line)
 {
     if (line.isEmpty() || line.startsWith(QLatin1Char('#')))
         return;
-    const QStringList fields = line.split(QLatin1Char(':'));
-    const bool isAssignment = fields.size() == 3;
+    const bool isAssignment = line.count(QLatin1Char(':')) == 2;
+    const QStringList fields = isAssignment ? line.split(QLatin1Char(':')) : QStringList();
     if (isAssignment && fields[0] == QLatin1String("GeneralSettings"))
         (void)database->setGeneralSettingsValue(fields[1], fields[2]); // a bad line stops nothing
     else if (isAssignment && fields[0] == QLatin1String("J1939Settings"))

@@ -9,8 +9,8 @@ class ObjectDataBase;
 
 /// Reads a text file with one assignment a line, "GeneralSettings:<key>:<value>" or
 /// "J1939Settings:<key>:<value>". The three fields count as they stand, blanks included; lines that
-/// start with "#", and all that are no assignment, are passed over. Used once, on the driver's
-/// thread.
+/// start with "#", and all that are no assignment, are passed over, as are lines above
+/// 1 MiB, which is reported. Used once, on the driver's thread.
 class DatabaseModifier : public QObject
 {
     Q_OBJECT

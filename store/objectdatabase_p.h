@@ -147,6 +147,9 @@ public:
     // --- rows ---
 
     void cacheWrittenSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
+    /// \a text with its apostrophes doubled. Equal texts in a row share their memory, as those of
+    /// the members of an array do.
+    QString escapedText(const QString &text);
     bool writePlainSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
     /// Does the cached copy of the record hold its apostrophes doubled?
     bool isEscaped(quint8 line, quint16 index, quint8 sub) const;
@@ -207,6 +210,7 @@ public:
     ProjectFile::State sourceState; ///< of the project file, when it was read or saved last
     TemporaryFiles temporaryFiles;
     QStringList sqlResultLines;
+    QPair<QString, QString> lastEscape; ///< of escapedText()
     QPair<QString, QString> tempMetadata;
     std::optional<SavedObject> savedObject;
     quint8 descriptionLine = 0;

@@ -182,11 +182,22 @@ void StorePrivate::cacheWrittenSub(quint8 line, quint16 index, quint8 sub, const
     // Deliberate: of a visible string the cached copy keeps its apostrophes doubled, while the row
     // holds the text as given; held by tst_objectdatabase "apostrophes".
     if (data.dataType == static_cast<quint16>(CAN::CANopenDataType::VisibleString)) {
-        owner->prepareQuotationMark(record.defaultValue);
-        owner->prepareQuotationMark(record.currentValue);
+        record.defaultValue = escapedText(record.defaultValue);
+        record.currentValue = escapedText(record.currentValue);
         if (record.defaultValue != data.defaultValue || record.currentValue != data.currentValue)
             cache->escaped.insert(key);
     }
+}
+
+QString StorePrivate::escapedText(const QString &text)
+{
+    if (!text.contains(QLatin1Char('\'')))
+        return text;
+    if (text != lastEscape.first) {
+        lastEscape = {text, text};
+        owner->prepareQuotationMark(lastEscape.second);
+    }
+    return lastEscape.second;
 }
 
 bool StorePrivate::isEscaped(quint8 line, quint16 index, quint8 sub) const

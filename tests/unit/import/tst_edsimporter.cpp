@@ -1,5 +1,6 @@
 // The import of device descriptions into a project, and what all importers share.
 #include "import/edsimporter.h"
+#include "support/problems.h"
 #include "tests/fixtures/storefixture.h"
 
 class TestEdsImporter : public StoreTest
@@ -251,6 +252,25 @@ private slots:
         QVERIFY(import(QByteArray("\x7F\xFF\0[\xFE=", 6)));
         QVERIFY(import(QByteArray()));
         QVERIFY(!store->blockUpdates());
+    }
+
+    /// Their names could take hundreds of times the memory of the file.
+    void longNamesOfCompactMembers()
+    {
+        QStringList told;
+        const auto former =
+            Problems::setHandler([&](const auto &problem) { told << problem.asLine(); });
+        const auto restore = qScopeGuard([&] { Problems::setHandler(former); });
+        const QString name(100000, 'x');
+        for (const QByteArray index : {"2000", "2001"})
+            QVERIFY(import('[' + index + "]\nParameterName=" + name.toUtf8() +
+                           "\nObjectType=8\nCompactSubObj=254\n"));
+        QCOMPARE(sub(0x2001, 1).name, name + " 1");
+        QCOMPARE(sub(0x2001, 254).name, name.left(237) + " 254");
+        const QString text = file +
+                             ": warning: the names of members of compact objects take too much "
+                             "memory; from here on they are cut to 241 characters [names-cut]";
+        QCOMPARE(told, (QStringList{text, text}));
     }
 
     void secondLine()

@@ -1,6 +1,7 @@
 // Corrections of a project that has just been opened, and the modifier file.
 #include "store/databasemodifier.h"
 #include "store/projectconverter.h"
+#include "support/problems.h"
 #include "tests/fixtures/storefixture.h"
 
 using Settings = QMap<QString, QString>;
@@ -56,6 +57,26 @@ private slots:
         QCOMPARE(applied("GeneralSettings:key:C:/x.h\n"), "|"); // four fields
         QCOMPARE(applied("#GeneralSettings:key:1\n #GeneralSettings:key:1\n"), "|");
         QCOMPARE(applied(QByteArrayLiteral("\0\xFF:\x80:\n::\nJ1939Settings:key:3")), "|3");
+    }
+
+    void passesOverLongLines()
+    {
+        QStringList told;
+        const auto former =
+            Problems::setHandler([&](const auto &problem) { told << problem.asLine(); });
+        const auto restore = qScopeGuard([&] { Problems::setHandler(former); });
+        const QByteArray longest = QByteArray("GeneralSettings:a:").leftJustified(1 << 20, 'x');
+        for (const QByteArray &end : {QByteArray(), QByteArray(1 << 20, 'x')}) {
+            const QByteArray tooLong = QByteArray(longest).replace(":a:", ":b:") + 'x' + end;
+            QVERIFY(apply(longest + "\n\n" + tooLong + "\nJ1939Settings:key:3\n" + tooLong));
+        }
+        QCOMPARE(store->getGeneralSettingsValue("a").size(), (1 << 20) - 18);
+        QCOMPARE(store->getGeneralSettingsValue("b"), "");
+        QCOMPARE(store->getJ1939SettingsValue("key"), "3");
+        const QString text =
+            ": warning: the line is longer than 1 MiB and is passed over [line-too-long]";
+        QCOMPARE(told.mid(2),
+                 (QStringList{fixture.path("mod.txt:3") + text, fixture.path("mod.txt:5") + text}));
     }
 
     void otherStoresAreOutOfReach()
