@@ -1,6 +1,8 @@
 // Compiles and runs generated sources.
 #include "tests/stack/device.h"
 
+#include "tests/fixtures/testkit.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
@@ -25,7 +27,6 @@ void Device::generate(AbstractGenerator &generator, ObjectDataBase &store)
 /// Runs a program once for each of these arguments, all at once; true if all ended well.
 bool Device::execute(const QString &program, const QList<QStringList> &calls)
 {
-    constexpr int kLongestMs = 60000;
     std::vector<std::unique_ptr<QProcess>> processes;
     for (const QStringList &arguments : calls) {
         processes.push_back(std::make_unique<QProcess>());
@@ -34,7 +35,7 @@ bool Device::execute(const QString &program, const QList<QStringList> &calls)
         processes.back()->start(program, arguments);
     }
     for (const auto &process : processes) {
-        const bool isDone = process->waitForFinished(kLongestMs);
+        const bool isDone = process->waitForFinished(kLongestWaitMs);
         printed = QString::fromUtf8(process->readAll());
         const bool isGood =
             isDone && process->exitStatus() == QProcess::NormalExit && process->exitCode() == 0;

@@ -14,7 +14,7 @@ inline std::unique_ptr<ObjectDataBase> runExample(const QString &name, const QSt
     QProcess sqlite;
     sqlite.setStandardInputFile(QString(TESSARINE_EXAMPLES "/%1/%1.sql").arg(name));
     sqlite.start("sqlite3", {"-bail", project});
-    if (!sqlite.waitForFinished() || sqlite.exitCode() != 0)
+    if (!sqlite.waitForFinished(kLongestWaitMs) || sqlite.exitCode() != 0)
         return nullptr;
     QStringList arguments = {"-project", project};
     if (isV4) {
@@ -23,7 +23,7 @@ inline std::unique_ptr<ObjectDataBase> runExample(const QString &name, const QSt
     }
     QProcess tool;
     tool.start(TEST_TOOL, arguments);
-    bool isClean = tool.waitForFinished() && tool.exitCode() == 0;
+    bool isClean = tool.waitForFinished(kLongestWaitMs) && tool.exitCode() == 0;
     const QByteArray printed = tool.readAll();
     for (const QByteArray &row : printed.split('\n'))
         isClean &= row.isEmpty() || row.startsWith("Check of") || row.startsWith("Generation") ||

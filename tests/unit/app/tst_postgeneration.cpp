@@ -91,35 +91,34 @@ private slots:
         QVERIFY(files().contains("done"));
     }
 
-    void stopsAFloodingChecker()
+    void stopsAChecker_data()
     {
-        QVERIFY(writeScript("check", "yes '<' | head -c 30000000; touch done"));
-        QVERIFY(writeUserSettings("[EDSChecker]\ncheckeds=true\nEDSCheckerPath=\"%DIR%/check\"\n"));
-        const QByteArray told = run("-project pümp.tsrt");
-        QCOMPARE(told.count('<'), 8 * 1024 * 1024);
-        const QByteArray end = filled(
-            "EDS Checker finished.\n\nGeneration completed.\nerrors:\n%DIR%/pümp.eds: warning: the "
-            "EDS checker was stopped, since it printed more than 16 MiB; its result is not "
-            "complete "
-            "[checker-stopped]\nexit code 0\n");
-        QVERIFY2(told.endsWith(end), told.right(600));
-        QVERIFY(!files().contains("done"));
+        // clang-format off
+        columns<QByteArray, int, QString, int>("script", "longestRun", "reason", "bytes");
+        QTest::newRow("flooding") << QByteArray("yes '<' | head -c 30000000; touch done") << kLongestWaitMs << "it printed more than 16 MiB" << 16 * 1024 * 1024;
+        QTest::newRow("lasting") << QByteArray("exec sleep 1000") << 1000 << "it ran longer than 1 s" << -1;
+        // clang-format on
     }
-
-    void stopsALastingChecker()
+    void stopsAChecker()
     {
-        QVERIFY(writeScript("check", "exec sleep 1000"));
+        QFETCH(QByteArray, script);
+        QFETCH(int, longestRun);
+        QFETCH(QString, reason);
+        QFETCH(int, bytes);
+        QVERIFY(writeScript("check", script));
         QString told;
         const auto former =
             Problems::setHandler([&](const auto &problem) { told += problem.asLine(); });
         const auto restore = qScopeGuard([&] { Problems::setHandler(former); });
         EdsCheckerWrapper checker;
         checker.setCheckerPath(folder + "/check");
-        checker.setLongestRun(1000);
+        checker.setLongestRun(longestRun);
         QSignalSpy finished(&checker, &EdsCheckerWrapper::finished);
-        QVERIFY(checker.startEDSCheck("x.eds") && finished.wait(kLongestRunMs));
-        QCOMPARE(told, "x.eds: warning: the EDS checker was stopped, since it ran longer than 1 s; "
-                       "its result is not complete [checker-stopped]");
+        QVERIFY(checker.startEDSCheck("x.eds") && finished.wait(kLongestWaitMs));
+        QCOMPARE(told, "x.eds: warning: the EDS checker was stopped, since " + reason +
+                           "; its result is not complete [checker-stopped]");
+        QVERIFY(bytes < 0 || checker.getResults().size() == bytes);
+        QVERIFY(!files().contains("done"));
     }
 
     /// The program ends before the command does, and leaves it alone.
@@ -133,7 +132,7 @@ private slots:
         QVERIFY(!files().contains("done") && QFile::remove(folder + "/hold"));
         QVERIFY2(told.contains("\nGeneration finished.\nGeneration completed.\n"), told);
         QVERIFY2(!told.contains("noise") && !told.contains("QProcess"), told);
-        QTRY_COMPARE_WITH_TIMEOUT(read("done"), QByteArray("141\n"), 60000);
+        QTRY_COMPARE_WITH_TIMEOUT(read("done"), QByteArray("141\n"), kLongestWaitMs);
     }
 
     /// Other files of the run are named relative to the folder in which the tool was started.

@@ -65,9 +65,10 @@ protected:
         QProcess process;
         process.setProcessChannelMode(QProcess::MergedChannels);
         process.start(TEST_C_COMPILER, arguments);
-        if (process.waitForFinished() && process.exitCode() == 0) {
+        if (process.waitForFinished(kLongestWaitMs) && process.exitCode() == 0) {
             process.start(fixture.path("program"), QStringList());
-            (void)process.waitForFinished(); // then its output is not what is expected
+            // If it does not end, its output is not what is expected.
+            (void)process.waitForFinished(kLongestWaitMs);
         }
         return QString::fromUtf8(process.readAll());
     }

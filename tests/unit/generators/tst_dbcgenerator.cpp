@@ -114,7 +114,7 @@ private slots:
         QProcess sqlite;
         sqlite.setStandardInputFile(TESSARINE_EXAMPLES "/excavator/excavator.sql");
         sqlite.start("sqlite3", {"-bail", project});
-        QVERIFY(sqlite.waitForFinished() && store->openDataBase(project));
+        QVERIFY(sqlite.waitForFinished(kLongestWaitMs) && store->openDataBase(project));
         generate();
         const DbcReader file(readFile(fixture.path("lamp.dbc")));
         QVERIFY2(file.fault.isEmpty(), qPrintable(file.fault));

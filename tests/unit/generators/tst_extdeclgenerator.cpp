@@ -163,7 +163,7 @@ private:
                            {"-std=c99", "-Wall", "-Wextra", "-Wpedantic", "-Werror",
                             "-fsyntax-only", "-I" + fixture.path(), "-I" TEST_STACK "/include",
                             fixture.path("gen_var_decl.c")});
-            QVERIFY(compiler.waitForFinished());
+            QVERIFY(compiler.waitForFinished(kLongestWaitMs));
             QVERIFY2(compiler.exitCode() == 0, compiler.readAll() + source.toUtf8());
         }
         QVERIFY(readFile(fixture.path("gen_extern_decl.h"))

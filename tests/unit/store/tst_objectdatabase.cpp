@@ -293,7 +293,7 @@ private slots:
         QVERIFY(!other->wait(100));
         QVERIFY(!passed);
         store->setBlockUpdates(false);
-        QVERIFY(other->wait(5000));
+        QVERIFY(other->wait(kLongestWaitMs));
         QVERIFY(passed);
     }
 };

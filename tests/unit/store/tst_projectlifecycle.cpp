@@ -152,7 +152,7 @@ private slots:
         environment.insert("SWEEP_HOME", qgetenv("XDG_DATA_HOME"));
         child.setProcessEnvironment(environment);
         child.start(QCoreApplication::applicationFilePath(), QStringList());
-        QVERIFY(child.waitForFinished());
+        QVERIFY(child.waitForFinished(kLongestWaitMs));
         QCOMPARE(child.exitCode(), 0);
         QVERIFY(QFile::exists(inUse) && QFile::exists(beside));
         QVERIFY(!QFile::exists(left) && !QFile::exists(leftBeside));
@@ -261,7 +261,7 @@ private slots:
         otherRun->start();
         QVERIFY(store->saveDataBase(QString()));
         QVERIFY(isOver && !QFile::exists(fresh));
-        QVERIFY(otherRun->wait(5000));
+        QVERIFY(otherRun->wait(kLongestWaitMs));
 
         QVERIFY(writeFile(fresh, "left by a killed run"));
         QVERIFY(open());
