@@ -256,7 +256,7 @@ void readContentFacts(ObjectDataBase &store, ProjectFacts &facts)
     VobjDictGenerator virtualObjects;
     virtualObjects.setDataBase(&store);
     const J1939Settings j1939(store);
-    facts.hasSdoServer = j1939.decimal("cia510serversupport") == 1;
+    facts.hasSdoServer = j1939.byPrefix("cia510serversupport") == 1;
     const bool readsVirtualObjects = facts.isMixed() ? facts.hasCANopen && !isForV4(store)
                                                      : facts.hasCANopen || facts.hasSdoServer;
     facts.hasVirtualObjects = readsVirtualObjects && virtualObjects.areVirtualObjectsPresent();

@@ -7,7 +7,8 @@ class ObjectDataBase;
 
 /// One decision for all generated C, so that tables, counts and calls fit each other.
 struct ProjectLines {
-    QList<quint8> numbers;  ///< existing lines 0..31, ascending; gaps are possible
+    /// Existing lines 0..31, ascending; gaps are possible. Without any, the first of the others.
+    QList<quint8> numbers;
     bool multiLine = false; ///< several lines, or the misc setting "generateML" is "true"
 };
 

@@ -2,7 +2,9 @@
 #include "generators/j1939/extdeclgenerator.h"
 
 #include "generators/ctext.h"
+#include "generators/generalsettings.h"
 #include "generators/j1939settings.h"
+#include "generators/outputname.h"
 #include "generators/projectlines.h"
 #include "generators/textwriter.h"
 #include "store/linetype.h"
@@ -290,7 +292,7 @@ void addFrames(Collector &collector, ObjectDataBase &store, quint8 line)
 /// Is a table of objects written at all? Lines of other protocols may have stale ones.
 bool hasDictionary(const ObjectDataBase &store, const QList<quint8> &lines)
 {
-    return J1939Settings(store).decimal("cia510serversupport") == 1 ||
+    return J1939Settings(store).byPrefix("cia510serversupport") == 1 ||
            std::any_of(lines.begin(), lines.end(),
                        [&](quint8 line) { return carriesCANopen(readLineType(store, line)); });
 }
@@ -395,7 +397,24 @@ void writeOthers(TextWriter &out, const QStringList &others)
     out.raw(" */\n\n");
 }
 
-void writeHeader(TextWriter &out, const Variables &variables, const Dialect &dialect)
+/// The headers that know the types of the application. A project may name this one as well, for
+/// its object dictionary.
+void writeApplicationHeaders(TextWriter &out, const ObjectDataBase &store)
+{
+    QStringList headers =
+        OutputName::withoutControls(GeneralSettings(store).text("applicationheader"))
+            .split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    headers.removeAll(QStringLiteral("gen_extern_decl.h"));
+    if (headers.isEmpty())
+        return;
+    out.raw("/* application header file(s) */\n");
+    for (const QString &header : qAsConst(headers))
+        out.parts("#include \"", header, "\"\n");
+    out.raw("\n");
+}
+
+void writeHeader(TextWriter &out, const Variables &variables, const ObjectDataBase &store,
+                 const Dialect &dialect)
 {
     out.raw("#ifndef GEN_EXTERN_DECL_H\n"
             "#define GEN_EXTERN_DECL_H 1\n"
@@ -403,6 +422,7 @@ void writeHeader(TextWriter &out, const Variables &variables, const Dialect &dia
             "#include <gen_define.h>\n");
     out.raw(dialect.of(kDataTypes));
     out.raw("\n");
+    writeApplicationHeaders(out, store);
     for (const Variable &variable : variables.declared)
         out.parts("extern ", ExtDecl::declaration(variable), ";\n");
     out.raw("\n");
@@ -519,7 +539,7 @@ void ExtDeclGenerator::doJob()
     const ExtDecl::Variables variables = ExtDecl::readVariables(*database);
     TextWriter headerOut(&header);
     headerOut.raw(CText::headComment(dialect.of(kTitle), projectName, toolVersion));
-    writeHeader(headerOut, variables, dialect);
+    writeHeader(headerOut, variables, *database, dialect);
     closeOutputFile(headerOut, header);
     TextWriter sourceOut(&source);
     sourceOut.raw(CText::headComment(dialect.of(kSourceTitle), projectName, toolVersion));

@@ -43,7 +43,9 @@ MultiPro::Context MultiPro::makeContext(ObjectDataBase &store, TextWriter &out,
         if (carriesCANopen(line.type))
             form.servedLines << line.number;
     }
-    form.cobIdLines = form.servedLines;
+    // Deliberate: a stack without CANopen has no COB-IDs to set; held by tst_multiprogenerator.
+    if (!context.facts.hasCANopen)
+        form.cobIdLines.clear();
     Facts &facts = context.facts;
     facts.takesOptions = !facts.multiLine && facts.hasCANopen && facts.hasJ1939 &&
                          isMasterByOptions(context.objDict);

@@ -74,8 +74,8 @@ void writePrototypes(Context &context)
         out.raw("RET_T mpStackInit_common(void);\n");
     else
         out.raw(context.of(context.objDict.form.canFd ? kCommonPrototypeFd : kCommonPrototype));
-    for (const quint8 line : startedLines(context)) {
-        out.parts("RET_T mpStackInit_line", quint32(line));
+    for (const Pgn::Line &line : qAsConst(context.pgn.lines)) {
+        out.parts("RET_T mpStackInit_line", quint32(line.number));
         out.raw(isRawOnly ? "(UNSIGNED8 canLine);\n"
                           : "(UNSIGNED8 canLine, CO_INIT_OPTION_T *pCoOptions);\n");
     }
@@ -84,8 +84,11 @@ void writePrototypes(Context &context)
 
 void writeCounts(Context &context)
 {
+    // Deliberate: rows of all lines, and of descriptions without assignment, since the tables below
+    // have them; held by tst_mixedc.
     const ObjDict::TableRows rows = countRows(context.objDict);
-    if (!context.facts.hasCANopen || (rows.assignments == 0 && rows.descriptions == 0)) {
+    const bool hasTables = context.facts.hasCANopen && rows.descriptions > 0;
+    if (rows.assignments == 0 && !hasTables) {
         context.out.raw("\n/* number of objects */\n");
         return;
     }

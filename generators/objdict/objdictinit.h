@@ -35,7 +35,8 @@ struct FinishWords {
     const char *head;
     const char *variable;
 };
-void writeFinishFunction(Context &context, const FinishWords &words);
+/// \a lines are those whose objects tell whether PDOs are routed.
+void writeFinishFunction(Context &context, const FinishWords &words, const QList<quint8> &lines);
 
 /// The call that hands the dictionary of a line to the stack; \a offset is the line's first row in
 /// `od_assign`, and goes on to the next line's.

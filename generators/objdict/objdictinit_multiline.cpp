@@ -20,7 +20,7 @@ constexpr FinishWords kFinishWords = {"\n"
 
 // Of a line, behind its SDO clients.
 constexpr WriteService kServices[] = {
-    initCommonServices, initIsoTp, initIdNego, initGuarding, initGfc, initSrdos, initLed,
+    initCommonServices, initIsoTp, initIdNego, initGuarding, initGfcOfLine, initSrdos, initLed,
 };
 
 /// The options of the run tell whether the device is NMT master, at least on one line.
@@ -397,9 +397,8 @@ bool hasDynamicRpdo(const Context &context, quint8 line)
 }
 
 /// Routes are looked up at run time only for mappings that change there.
-bool needsRouting(const Context &context)
+bool needsRouting(const Context &context, const QList<quint8> &lines)
 {
-    const QList<quint8> &lines = context.form.servedLines;
     const bool hasRoutes = std::any_of(lines.begin(), lines.end(), [&](quint8 line) {
         return !context.store.getSubIndices(line, 0x1F2C, 1).isEmpty();
     });
@@ -409,11 +408,11 @@ bool needsRouting(const Context &context)
 
 } // namespace
 
-void writeFinishFunction(Context &context, const FinishWords &words)
+void writeFinishFunction(Context &context, const FinishWords &words, const QList<quint8> &lines)
 {
     TextWriter &out = context.out;
     out.raw(words.head);
-    if (needsRouting(context)) {
+    if (needsRouting(context, lines)) {
         out.parts(words.variable, "    /* initialize PDO routing */ \n"
                                   "    retVal = coPdoNetworkRouting();\n");
         addRetValHandling(context, 0);
@@ -437,7 +436,7 @@ void initObjectDictionaryMultiLine(Context &context)
     writeCommonFunction(context);
     writeDispatcher(context);
     writeLineFunctions(context);
-    writeFinishFunction(context, kFinishWords);
+    writeFinishFunction(context, kFinishWords, context.form.servedLines);
 }
 
 } // namespace ObjDict

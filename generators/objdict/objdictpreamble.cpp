@@ -9,6 +9,8 @@
 #include <QFileInfo>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -91,6 +93,13 @@ void writeUdsIncludes(Context &context)
                         "#include <uds_uds.h>\n");
 }
 
+bool namesApplicationVariables(const Context &context)
+{
+    return std::any_of(context.form.lines.begin(), context.form.lines.end(), [&](quint8 line) {
+        return !context.store.getSubsByProperty(line, "implementation", "2").isEmpty();
+    });
+}
+
 void writeSdoServerIncludes(Context &context)
 {
     // Deliberate: "1", not the "V4" of other places, held by tst_golden.
@@ -100,6 +109,8 @@ void writeSdoServerIncludes(Context &context)
     context.out.raw("#include <co_odaccess.h>\n"
                     "#include <j1939_cam11_cam21.h>\n");
     writeUdsIncludes(context);
+    if (namesApplicationVariables(context))
+        context.out.raw("#include <gen_extern_decl.h>\n");
 }
 
 /// The prototypes of a device with one bus speed, or of one that may use CAN FD.

@@ -49,6 +49,8 @@ constexpr const char *kServiceCounts =
     "       { CO_NODE_IDS }, \n";
 // clang-format on
 
+constexpr const char *kGfcCall = "    retVal = coGfcInit(";
+
 /// Up to the bracket and the line, without the other arguments.
 void openCall(Context &context, const CallForm &form, const char *call, bool hasArguments)
 {
@@ -223,11 +225,18 @@ void initGfc(Context &context, const CallForm &form)
 {
     if (!context.store.existIndex(form.line, 0x1300))
         return;
-    context.out.raw(form.namesLine ? "\n"
-                                     "    /* initialize  GFC (Producer, Consumer) */\n"
-                                   : "\n"
-                                     "    /* initialize  GFC Producer - Consumer */\n");
-    writeCheckedCall(context, form, "    retVal = coGfcInit(", QStringLiteral("CO_TRUE, CO_TRUE"));
+    context.out.raw("\n"
+                    "    /* initialize  GFC Producer - Consumer */\n");
+    writeCheckedCall(context, form, kGfcCall, QStringLiteral("CO_TRUE, CO_TRUE"));
+}
+
+void initGfcOfLine(Context &context, const CallForm &form)
+{
+    if (!context.store.existIndex(form.line, 0x1300))
+        return;
+    context.out.raw("\n"
+                    "    /* initialize  GFC (Producer, Consumer) */\n");
+    writeCheckedCall(context, form, kGfcCall, QStringLiteral("CO_TRUE, CO_TRUE"));
 }
 
 void initSrdos(Context &context, const CallForm &form)
@@ -319,11 +328,6 @@ QString commonInitVarsText(const Context &context)
 QString udsStructuresText(const Context &context)
 {
     return withEmptyLine(StartUpTexts(context).getUDSInitStructures());
-}
-
-QString udsStructuresText(const Context &context, const QList<quint8> &startedLines)
-{
-    return withEmptyLine(StartUpTexts(context).getUDSInitStructures(startedLines));
 }
 
 QString udsCommonText(const Context &context)

@@ -26,6 +26,7 @@ void initTime(Context &context, const CallForm &form);
 void initPdos(Context &context, const CallForm &form);
 void initSrd(Context &context, const CallForm &form);
 void initGfc(Context &context, const CallForm &form);
+void initGfcOfLine(Context &context, const CallForm &form); ///< in the words of its own function
 void initSrdos(Context &context, const CallForm &form);
 void initIsoTp(Context &context, const CallForm &form);
 void initIdNego(Context &context, const CallForm &form);
@@ -58,7 +59,6 @@ void writeServiceInitVars(Context &context, const char *start, const char *versi
 // in an empty line.
 QString commonInitVarsText(const Context &context);
 QString udsStructuresText(const Context &context);
-QString udsStructuresText(const Context &context, const QList<quint8> &startedLines);
 QString udsCommonText(const Context &context);
 QString udsLineText(const Context &context, const CallForm &form);
 

@@ -69,7 +69,7 @@ int J1939Expectation::number(const char *setting) const
 
 int J1939Expectation::j1939(const char *setting) const
 {
-    return store.getJ1939SettingsValue(setting).toInt();
+    return store.getJ1939SettingsValue(setting).toInt(nullptr, 0);
 }
 
 bool J1939Expectation::isMapped(quint8 line, const PgnData &group) const

@@ -76,7 +76,8 @@ QString MixedExpectation::protocols() const
 {
     static const QMap<int, int> bits = {{1, 1}, {2, 2}, {4, 4}, {5, 3}};
     QStringList values;
-    for (quint8 line = 0; line <= lines.last(); ++line)
+    const quint8 first = shared.isMultiLine() ? 0 : lines.first(); // a line alone has no number
+    for (quint8 line = first; line <= lines.last(); ++line)
         values << QString::number(
             lines.contains(line) ? bits.value(typeOf(line)) | (hasUds() ? 8 : 0) : 0x80);
     return values.join(',');
@@ -122,7 +123,8 @@ QStringList MixedExpectation::lineRows(quint8 line, int variant)
         rows << shared.call("coOdInitOdPtr", line, {0});
     if ((type == 2 || type == 4) && shared.isMultiLine() && shared.isSet("isotp_connection_cnt"))
         rows << shared.call("isoTpInit", line);
-    return hasUds() ? rows + shared.uds(line) : rows;
+    // Beside other lines one of CANopen alone leaves its diagnostics to the application.
+    return hasUds() && type != 1 ? rows + shared.uds(line) : rows;
 }
 
 /// A line of both protocols beside others keeps to classic CAN.
@@ -130,9 +132,14 @@ QStringList MixedExpectation::canopenRows(quint8 line, int variant) const
 {
     const bool isFdLine = shared.isMultiLine() ? typeOf(line) == 1 : variant != 0;
     const QString role = store.getGeneralSettingsValue("co_ml_ms").split(',').value(line);
-    return QStringList{shared.call("coOdInitOdPtr", line, {0})} +
-           shared.services(line, isFdLine && shared.isSet("canfd_supported"),
-                           shared.isMultiLine() ? role == "1" : variant == 1);
+    QStringList rows = {shared.call("coOdInitOdPtr", line, {0})};
+    rows << shared.services(line, isFdLine && shared.isSet("canfd_supported"),
+                            shared.isMultiLine() ? role == "1" : variant == 1);
+    if (shared.isMultiLine())
+        rows.removeAll(shared.call("coGuardingInit", line));
+    if (shared.isMultiLine() && typeOf(line) == 5)
+        rows.removeAll(shared.call("coIdNegoInit", line));
+    return rows;
 }
 
 QStringList MixedExpectation::rawRows(quint8 line)

@@ -191,6 +191,7 @@ private slots:
             {"every_switch_fd",       all + kCanFd + kSwitches},
             {"two_lines_switches",    all + kCanFd + second(1) + "line 0" + kSwitches},
             {"other_number",          "line 5" + base + kServices + kPdos + kUds},
+            {"only_line_above_31",    "line 40\n" + base + kServices + kPdos + kUds},
             {"routed_gap",            base + kShared + second(3) + kRouting + "line 2\n1000:0 U32 const 1 9\nline 0"},
             {"shared_runs",           base + second(1) + kSharedRuns},
             {"odd_objects",           base + kOdd},
@@ -208,8 +209,8 @@ private slots:
         QFETCH(QString, text);
         QFETCH(bool, isV4);
         store = makeStore();
-        if (text.startsWith("line 5")) {
-            store->addNode(5, Node());
+        if (text.startsWith("line 5") || text.startsWith("line 40")) {
+            store->addNode(quint8(text.midRef(5, 2).trimmed().toUShort()), Node());
             store->delNode(0);
         } else {
             buildProject(*store, "line 0");

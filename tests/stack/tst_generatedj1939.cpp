@@ -67,11 +67,12 @@ private slots:
             {"server",            "line 0\nline0type=2\n" + objects},
             {"server_fd_uds",     one + objects + kUds + "canfd_supported=1"},
             {"server_virtual",    one + objects + kVirtual},
-            {"server_two_lines",  two + objects + "limit_check=1\nline 1\n1000:0 U32 const 1 7\n2001:0 U32 rw 0 2 map\n2002:0 U64 rw 0 9\nset line1type=2"},
+            {"server_two_lines",  two + objects + "limit_check=1\nj1939:cia510serversupport=0x1\nline 1\n1000:0 U32 const 1 7\n2001:0 U32 rw 0 2 map\n2002:0 U64 rw 0 9\nset line1type=2"},
             {"uds_two_lines",     two + kUds + fresh},
             {"other_lines",       two + "line 2\nset line2type=\ntx 65281 1 2 3\nspn 1 U8 0\nrx 65281\nspn 1 U8 0\n" + kName + kUds + fresh},
             {"gap",               two + "line 5\nset line5type=2\nrx 60928\nspn 2837 U21 0\nrx 65300 0 0 3\nspn 12 U16 0\nj1939:safetysupport=1\n" + kName + fresh},
             {"other_number",      "line 5\nset line5type=2\ntx 65300 0 0 3\nspn 12 U16 0\nj1939:startaddress=0x80\n" + fresh},
+            {"only_line_above_31",  "line 40\nset line40type=2\ntx 65300 0 0 3\nspn 12 U16 0\n" + kUds + fresh},
             {"buffers",           two + fresh + "receivebuffersize=20,30u,40\ntransmitbuffersize=7,8u\nadditional_cob_count=3"},
         };
         // clang-format on
@@ -86,19 +87,23 @@ private slots:
         QFETCH(QString, text);
         QFETCH(bool, isV4);
         const std::unique_ptr<ObjectDataBase> store = makeStore();
-        if (text.startsWith("line 5")) {
-            store->addNode(5, Node());
+        if (text.startsWith("line 5") || text.startsWith("line 40")) {
+            store->addNode(quint8(text.midRef(5, 2).trimmed().toUShort()), Node());
             store->delNode(0);
         }
         buildProject(*store, text);
-        store->setGeneralSettingsValue("user_defines", "#include \"app_expressions.h\"");
+        // A project may well name the header of declarations, which includes all of them.
+        store->setGeneralSettingsValue(
+            "applicationheader", store->getGeneralSettingsValue("applicationheader") +
+                                     (isV4 ? " gen_extern_decl.h" : "") + " app_expressions.h");
         if (isV4)
             store->setGeneralSettingsValue("use_core_headers", "V4");
         Device device(folder->path());
         writeApplication(folder->path(), J1939Expectation(*store));
         for (const quint8 line : store->getNodes())
             store->cacheAllSubs(line, 0);
-        // Indices, virtual objects, definitions, groups, the server's object dictionary, declarations.
+        // Indices, virtual objects, definitions, groups, the server's object dictionary,
+        // declarations.
         QCOMPARE(runGenerators(*store, folder->path(), kDeviceName, "AEKLMO"), QString());
         checkDevice(device, *store);
     }
@@ -142,7 +147,7 @@ private:
             for (const QString &row : expected.counts(variant))
                 QVERIFY2(rows.contains(row), qPrintable(row + "\n" + rows.join('\n').left(1500)));
         }
-        if (store.getJ1939SettingsValue("cia510serversupport") == "1")
+        if (store.getJ1939SettingsValue("cia510serversupport").endsWith('1'))
             SAME_ROWS(device.rows({"object", "sub"}), expected.common().dictionary());
     }
 

@@ -53,7 +53,8 @@ private slots:
                            "const J1939_SERVICE_INIT_VAL_T\tj1939InitVars = {\n\t5u,\n"}
             << QStringList{"mpStackInit_line", "_l0"};
         QTest::newRow("unknown_line") << "1,9,2" << "" << "gen_mp.c"
-            << QStringList{"/* init line 1 */\n\n/* init line 2 */\nRET_T mpStackInit_line2("} << QStringList{"mpStackInit_line1"};
+            << QStringList{"/* init line 1 */\n\n/* init line 2 */\nRET_T mpStackInit_line2(",
+                           "RET_T mpStackInit_line1(UNSIGNED8 canLine, CO_INIT_OPTION_T *pCoOptions);\n"} << QStringList{"mpStackInit_line1(1"};
         // clang-format on
     }
 
@@ -108,6 +109,29 @@ private slots:
                  qPrintable(text));
     }
 
+    void routesOfAllLines()
+    {
+        setLines("1,2");
+        addStaleObjects();
+        const QString text = generated("gen_mp.c");
+        QVERIFY2(text.contains("RET_T mpStackInit_finish(void)\n{\nRET_T retVal;\n"),
+                 qPrintable(text));
+    }
+
+    void objectsWithoutCANopen()
+    {
+        setLines("4,2");
+        addStaleObjects();
+        addLine(*store, 40);
+        set("overwrite_predef=1; line40type=1");
+        const QString text = generated("gen_mp.c");
+        QVERIFY(!text.contains("line40") && !text.contains("line 40"));
+        QVERIFY2(text.contains("\n/* number of objects */\n#define CO_OD_ASSIGN_CNT 2u\n"
+                               "#define CO_OBJ_DESC_CNT 4u\n\n\n"),
+                 qPrintable(text));
+        QVERIFY(!text.contains("userOverwriteCobIdSettings") && !text.contains("Routing("));
+    }
+
     void headersOfTheApplication()
     {
         setLines("1,4");
@@ -126,6 +150,19 @@ private slots:
     }
 
 private:
+    /// Objects of a line that speaks CANopen no more.
+    void addStaleObjects()
+    {
+        for (const quint16 index : {0x1600, 0x1F2C}) {
+            QVERIFY(store->addIndex(1, index, ObjectDataBase::INDEX_DATA_T()));
+            for (const quint8 sub : {0, 1}) {
+                Sub data = makeSub("stale", sub == 0 ? 5 : 7, "1");
+                data.accessType = "rw";
+                QVERIFY(store->addSubIndex(1, index, sub, data));
+            }
+        }
+    }
+
     void set(const QString &settings)
     {
         for (const QString &setting : settings.split("; ", Qt::SkipEmptyParts))
