@@ -1,6 +1,8 @@
 // Reports to standard output.
 #include "app/clioutputhandler.h"
 
+#include "support/printable.h"
+
 #include <cstdio>
 
 CLIOutputHandler::CLIOutputHandler(QObject *parent)
@@ -16,7 +18,7 @@ void CLIOutputHandler::printLine(const QVariant &line)
 
 void CLIOutputHandler::print(const QVariant &text)
 {
-    const QString plain = text.toString();
+    const QString plain = printableText(text.toString());
     write(plain);
     log += plain;
 }

@@ -18,6 +18,7 @@ public:
 
     /// Writes \a line without its tags, see removeTags().
     void printLine(const QVariant &line) override;
+    /// Control characters of \a text are shown, see printableText().
     void print(const QVariant &text);
     /// Writes \a text and one blank.
     CLIOutputHandler &operator<<(const QVariant &text);

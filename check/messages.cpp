@@ -2,6 +2,8 @@
 // their scripts know.
 #include "check/messages.h"
 
+#include "support/printable.h"
+
 #include <QCoreApplication>
 #include <QMetaEnum>
 #include <QRegularExpression>
@@ -387,7 +389,10 @@ QString ruleName(Msg id)
 
 QString markedUpText(const MessageRow &row, const QStringList &arguments)
 {
-    return filled(patternOf(row), arguments);
+    QStringList lines; // a line end in a name would begin what looks like another message
+    for (const QString &argument : arguments)
+        lines << printableLine(argument);
+    return filled(patternOf(row), lines);
 }
 
 QString plainText(const MessageRow &row, const QStringList &arguments)

@@ -1,6 +1,8 @@
 // A database of CAN messages and its DBC form.
 #include "formats/kvadblib.h"
 
+#include "support/plaintext.h"
+
 #include <QFile>
 #include <QHash>
 #include <QSet>
@@ -109,7 +111,8 @@ bool isKeyword(const QString &name)
 
 QString identifier(const QString &name)
 {
-    const bool isFit = !name.isEmpty() && !name.at(0).isDigit() && !isKeyword(name);
+    const bool isFit = !name.isEmpty() && !name.at(0).isDigit() && name.at(0) != QLatin1Char('*') &&
+                       !isKeyword(name);
     return isFit ? name : QLatin1Char('_') + name;
 }
 
@@ -588,7 +591,7 @@ KvaDbStatus kvaDbSetAttributeValueString(KvaDbAttributeHnd attribute, const QStr
 {
     if (!attribute || attribute->definition->type != KvaDbAttributeType::String)
         return kvaDbErr_Param;
-    attribute->text = text.left(length);
+    attribute->text = oneLine(text.left(length)); // unlike comments, values are one line
     return kvaDbOK;
 }
 

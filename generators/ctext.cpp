@@ -1,10 +1,13 @@
 // Texts of a project inside generated C.
 #include "generators/ctext.h"
 
+#include "generators/codetext.h"
 #include "generators/generationdate.h"
+#include "support/plaintext.h"
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -68,14 +71,59 @@ QString literalCharacter(QChar character, bool followsQuestionMark)
     return QStringLiteral("\\%1").arg(character.unicode(), kOctalDigits, 8, QLatin1Char('0'));
 }
 
+/// Names and numbers, as most texts are, need no closer look.
+bool isPlainCode(const QString &text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar character) {
+        return character.isLetterOrNumber() || character == QLatin1Char('_');
+    });
+}
+
+QString closedCode(const QString &text, CodeText::Kind kind)
+{
+    if (isPlainCode(text))
+        return text;
+    QString spliced = text; // as a compiler does before all else
+    spliced.remove(QLatin1String("\\\r\n")).remove(QLatin1String("\\\n"));
+    return CodeText(oneLine(spliced), kind).closed();
+}
+
 } // namespace
 
 QString CText::comment(const QString &text)
 {
-    QString safe = text;
-    // Deliberate: the only changes to a comment's text, held by tst_ctext.
+    QString safe = oneLine(text); // first: a blank parts what a line end would
+    // Deliberate: no more changes to a comment's text, held by tst_ctext.
     safe.replace(QLatin1String("*/"), QLatin1String("* /"));
     return safe.replace(QLatin1String("/*"), QLatin1String("/ *"));
+}
+
+QString CText::line(const QString &text)
+{
+    return closedCode(text, CodeText::Kind::Line);
+}
+
+QString CText::expression(const QString &text)
+{
+    return closedCode(text, CodeText::Kind::Expression);
+}
+
+QString CText::freeLines(const QString &text)
+{
+    const QString end = text.trimmed();
+    const bool isOpen =
+        end.endsWith(QLatin1Char('\\')) || end.endsWith(QLatin1String("?\?/")); // its trigraph
+    return text + QLatin1String(isOpen ? "\n\n" : "\n");
+}
+
+QString CText::name(const QString &text)
+{
+    QString name = text.trimmed();
+    for (QChar &character : name) {
+        if (!character.isLetterOrNumber() && character != QLatin1Char('_'))
+            character = QLatin1Char('_');
+    }
+    return !name.isEmpty() && name.at(0).isDigit() ? QLatin1Char('_') + name : name;
 }
 
 QString CText::stringContent(const QString &text)

@@ -1,6 +1,7 @@
 // General settings as generators read them: as text, as a decimal number, or by prefix.
 #pragma once
 
+#include "generators/ctext.h"
 #include "store/objectdatabase.h"
 #include "support/numbers.h"
 
@@ -11,7 +12,10 @@ class GeneralSettings
 public:
     explicit GeneralSettings(const ObjectDataBase &database) : store(&database) {}
 
-    QString text(const char *key) const
+    /// As a value for the rest of a line of C, see CText::line().
+    QString text(const char *key) const { return CText::line(freeText(key)); }
+    /// As it stands in the project: lines of C, a name for a comment, or a list of files.
+    QString freeText(const char *key) const
     {
         return store->getGeneralSettingsValue(QLatin1String(key));
     }
@@ -31,7 +35,7 @@ public:
     /// The element of \a line in a comma list; the last element stands for all lines beyond.
     QString ofLine(const char *key, quint8 line) const
     {
-        return store->getGeneralSettingsValueLine(QLatin1String(key), line);
+        return CText::line(store->getGeneralSettingsValueLine(QLatin1String(key), line));
     }
     qint32 decimalOfLine(const char *key, quint8 line) const
     {

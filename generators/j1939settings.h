@@ -1,6 +1,7 @@
 // J1939 settings as generators read them, the twin of GeneralSettings.
 #pragma once
 
+#include "generators/ctext.h"
 #include "store/objectdatabase.h"
 #include "support/numbers.h"
 
@@ -11,7 +12,11 @@ class J1939Settings
 public:
     explicit J1939Settings(const ObjectDataBase &database) : store(&database) {}
 
-    QString text(const QString &key) const { return store->getJ1939SettingsValue(key); }
+    /// As a value for the rest of a line of C, see CText::line().
+    QString text(const QString &key) const
+    {
+        return CText::line(store->getJ1939SettingsValue(key));
+    }
     qint32 decimal(const char *key) const
     {
         return Numbers::toIntDecimal(text(QLatin1String(key)));

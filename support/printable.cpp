@@ -4,11 +4,12 @@
 namespace
 {
 
-bool isControl(QChar character, bool keepsLayout)
+bool isLayout(const QString &text, int at)
 {
-    if (keepsLayout && (character == QLatin1Char('\n') || character == QLatin1Char('\t')))
-        return false;
-    return character.category() == QChar::Other_Control;
+    const QChar character = text.at(at);
+    const bool beginsLineEnd =
+        character == QLatin1Char('\r') && text.midRef(at + 1).startsWith(QLatin1Char('\n'));
+    return character == QLatin1Char('\n') || character == QLatin1Char('\t') || beginsLineEnd;
 }
 
 QString withoutControls(const QString &text, bool keepsLayout)
@@ -16,7 +17,7 @@ QString withoutControls(const QString &text, bool keepsLayout)
     QString result;
     int done = 0;
     for (int at = 0; at < text.size(); ++at) {
-        if (!isControl(text.at(at), keepsLayout))
+        if (text.at(at).category() != QChar::Other_Control || (keepsLayout && isLayout(text, at)))
             continue;
         result += text.midRef(done, at - done) +
                   QStringLiteral("\\x%1").arg(text.at(at).unicode(), 2, 16, QLatin1Char('0'));

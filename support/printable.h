@@ -3,9 +3,9 @@
 
 #include <QString>
 
-/// \a text with control characters (C0 without tab and line feed, DEL, C1) as "\x1b": a name from a
+/// \a text with control characters (C0 without tab, LF and CR LF, DEL, C1) as "\x1b": a name from a
 /// foreign file must not move the cursor, ring, or hide what was printed before.
 QString printableText(const QString &text);
 
-/// The same for a single line: tabs and line feeds as "\x09" and "\x0a" too.
+/// The same for a single line: tabs and line ends as "\x09" and "\x0a" too.
 QString printableLine(const QString &text);

@@ -179,10 +179,10 @@ void DefineGenerator::writeSections(TextWriter &out)
 
 void DefineGenerator::writeApplicationDefines(DefineContext &context) const
 {
-    const QString defines = context.settings.text("user_defines");
+    const QString defines = context.settings.freeText("user_defines");
     if (defines.size() > 1) {
         context.raw({"/* application-specific defines as defined in Tessarine */\n"});
-        context.out.raw(defines + QLatin1Char('\n'));
+        context.out.raw(CText::freeLines(defines));
         context.raw({"/* end of application-specific defines */\n"
                      "\n"});
     }

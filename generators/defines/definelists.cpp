@@ -1,6 +1,7 @@
 // Lists by line.
 #include "generators/defines/definelists.h"
 
+#include "generators/ctext.h"
 #include "generators/generalsettings.h"
 
 #include <QStringList>
@@ -25,7 +26,7 @@ QString Defines::lineList(const QString &setting, const QList<quint8> &lines,
     if (elements.size() > lines.size()) {
         QStringList existing;
         for (const quint8 line : lines)
-            existing << elements.at(qMin<int>(line, elements.size() - 1));
+            existing << CText::line(elements.at(qMin<int>(line, elements.size() - 1)));
         elements = existing;
     }
     for (QString &element : elements) {
@@ -51,7 +52,7 @@ QString Defines::combineCobBufferCounts(QString list)
 {
     list.remove(QLatin1Char('u')).remove(QLatin1Char(' '));
     if (!list.contains(QLatin1Char(',')))
-        return list;
+        return CText::line(list); // what is removed may have parted the signs of a comment
     quint32 sum = 0;
     const QStringList elements = list.split(QLatin1Char(','));
     for (const QString &element : elements)

@@ -33,19 +33,22 @@ Target readMainTarget(const GeneralSettings &settings)
 {
     Target target;
     target.macro = settings.text("target_id");
-    target.name = settings.text("targetsettings_0_name");
+    target.name = settings.freeText("targetsettings_0_name");
     target.timer = intervalText(settings.text("co_timer_interval"));
     target.isBigEndian = settings.decimal("endian") == 1;
     target.hasFilter = settings.decimal("drv_filter") == 1;
     target.hasGroupFilter = settings.decimal("drv_group_filter") == 1;
-    target.defines = settings.text("hw_defines");
+    target.defines = settings.freeText("hw_defines");
     return target;
 }
 
 Target readTarget(const GeneralSettings &settings, qint32 number)
 {
-    const auto text = [&settings, number](const char *keyFormat) {
-        return settings.text(QString::fromLatin1(keyFormat).arg(number).toLatin1());
+    const auto freeText = [&settings, number](const char *keyFormat) {
+        return settings.freeText(QString::fromLatin1(keyFormat).arg(number).toLatin1());
+    };
+    const auto text = [&freeText](const char *keyFormat) {
+        return CText::line(freeText(keyFormat));
     };
     const auto isOne = [&text](const char *keyFormat) {
         return static_cast<quint8>(Numbers::toUIntByPrefix(text(keyFormat))) == 1;
@@ -53,13 +56,13 @@ Target readTarget(const GeneralSettings &settings, qint32 number)
     Target target;
     target.number = number;
     target.macro = text("targetsettings_%1_targetid");
-    target.name = text("targetsettings_%1_name");
+    target.name = freeText("targetsettings_%1_name");
     target.timer =
         QStringLiteral("%1u").arg(Numbers::toUIntByPrefix(text("targetsettings_%1_timer")));
     target.isBigEndian = isOne("targetsettings_%1_endianess");
     target.hasFilter = isOne("targetsettings_%1_fullcan");
     target.hasGroupFilter = isOne("targetsettings_%1_groupfilter");
-    target.defines = text("targetsettings_%1_defines");
+    target.defines = freeText("targetsettings_%1_defines");
     return target;
 }
 
@@ -78,7 +81,7 @@ void writeTarget(DefineContext &context, const Target &target)
         context.raw({"#define CO_DRV_GROUP_FILTER\t1u\n", "#define CORE_DRV_GROUP_FILTER\t1u\n"});
     if (!target.defines.isEmpty()) {
         context.raw({"\n/* target-specific defines */\n"});
-        context.out.raw(target.defines + QLatin1Char('\n'));
+        context.out.raw(CText::freeLines(target.defines));
     }
 }
 
@@ -90,7 +93,7 @@ void writeGuardedTarget(DefineContext &context, const Target &target, bool isAct
         context.out.raw(QStringLiteral("#define %1 1u\n").arg(macro));
     context.out.raw(QStringLiteral("#ifdef %1\n").arg(macro));
     writeTarget(context, target);
-    context.out.raw(QStringLiteral("#endif /* %1*/ \n\n").arg(macro));
+    context.out.raw(QStringLiteral("#endif /* %1*/ \n\n").arg(CText::comment(macro)));
 }
 
 } // namespace

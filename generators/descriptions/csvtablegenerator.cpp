@@ -152,7 +152,9 @@ bool CsvTable::needsQuotes(const QString &text)
     bool isNeeded = false;
     for (const QChar character : text) {
         const ushort code = character.unicode();
-        isNeeded |= (code == ';') | (code == '"') | (code == '\n') | (code == '\r');
+        // Some readers end lines also where Unicode does; NUL ends the field for others.
+        isNeeded |= (code == ';') | (code == '"') | (code >= '\n' && code <= '\r') |
+                    (code == 0x85) | (code == 0x2028) | (code == 0x2029) | (code == 0);
     }
     return isNeeded;
 }
@@ -161,8 +163,9 @@ QString CsvTable::field(const QString &text, bool inQuotes)
 {
     if (!inQuotes && !needsQuotes(text))
         return text;
-    return QLatin1Char('"') + QString(text).replace(QLatin1String("\""), QLatin1String("\"\"")) +
-           QLatin1Char('"');
+    QString content = text;
+    content.replace(QLatin1Char('"'), QLatin1String("\"\"")).replace(QChar(0), QLatin1Char(' '));
+    return QLatin1Char('"') + content + QLatin1Char('"');
 }
 
 void CsvTable::writeHeader(TextWriter &out, const CsvLayout &layout)

@@ -51,10 +51,4 @@ bool isDefaultDescribed(const ObjectDataBase::SUBINDEX_DATA_T &data);
 /// An index in four hexadecimal digits, lower case.
 QString hex4(quint16 index);
 
-/// \a text for one line of the file: a line end in it would begin a new entry and becomes a blank.
-QString oneLine(const QString &text);
-
-/// \a text cut at its line ends of any kind; empty lines are kept.
-QStringList textLines(const QString &text);
-
 } // namespace EdsSections

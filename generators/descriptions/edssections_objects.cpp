@@ -4,6 +4,7 @@
 #include "generators/textwriter.h"
 #include "support/helper.h"
 #include "support/numbers.h"
+#include "support/plaintext.h"
 
 namespace
 {
@@ -51,7 +52,7 @@ void writeDescription(TextWriter &out, const QString &description)
 {
     if (description.isEmpty())
         return;
-    const QStringList lines = EdsSections::textLines(description);
+    const QStringList lines = textLines(description);
     for (const QString &line : lines) {
         if (line.size() <= kCommentWidth)
             writeCommentLine(out, QStringRef(&line));
@@ -63,7 +64,7 @@ void writeDescription(TextWriter &out, const QString &description)
 void writeName(TextWriter &out, const QString &name, quint16 index, quint8 subIndex)
 {
     const QString filled = Helper::substituteVariables(name, index, subIndex);
-    out.parts("ParameterName=", EdsSections::oneLine(filled), "\n");
+    out.parts("ParameterName=", oneLine(filled), "\n");
 }
 
 quint16 describedType(const SubData &data)
@@ -77,7 +78,7 @@ quint16 describedType(const SubData &data)
 /// A project marks strings that it holds as hexadecimal bytes by "|x", which no data sheet knows.
 QString describedDefault(const QString &value)
 {
-    return EdsSections::oneLine(value.startsWith(QLatin1String("|x")) ? value.mid(2) : value);
+    return oneLine(value.startsWith(QLatin1String("|x")) ? value.mid(2) : value);
 }
 
 void writeSubIndex(const Context &context, quint16 index, quint8 subIndex, quint8 highest)

@@ -126,11 +126,15 @@ QString HtmlText::escaped(const QString &text)
 {
     // Deliberate: no more than that, so that "A & B" stands in the file as it stands in the
     // project; held by tst_golden.
-    if (!text.contains(QLatin1Char('<')) && !text.contains(QLatin1Char('&')))
+    const bool isPlain = std::none_of(text.begin(), text.end(), [](QChar character) {
+        return character == QLatin1Char('<') || character == QLatin1Char('&') || character.isNull();
+    });
+    if (isPlain)
         return text;
     static const QRegularExpression tag(QStringLiteral("<(?=[A-Za-z/!?])"));
     static const QRegularExpression reference(QStringLiteral("&(?=[A-Za-z#])"));
     return QString(text)
+        .replace(QChar(0), QLatin1Char(' '))
         .replace(reference, QStringLiteral("&amp;"))
         .replace(tag, QStringLiteral("&lt;"));
 }
@@ -138,11 +142,12 @@ QString HtmlText::escaped(const QString &text)
 QString HtmlText::stringConvert(const QString &text)
 {
     const bool isPlain = std::all_of(text.begin(), text.end(), [](QChar character) {
-        return character.unicode() < 0x80 && character != QLatin1Char('\n');
+        return character.unicode() < 0x80 && character != QLatin1Char('\n') && !character.isNull();
     });
     if (isPlain)
         return text;
     QString html = text;
+    html.replace(QChar(0), QLatin1Char(' '));
     for (const Entity &entity : kEntities)
         html.replace(QString::fromUtf8(entity.character), QLatin1String(entity.html));
     return html;

@@ -5,15 +5,34 @@
 #include "support/cohelper.h"
 #include "support/helper.h"
 #include "support/numbers.h"
+#include "support/plaintext.h"
 
 #include <QFile>
+#include <QRegularExpression>
+
+namespace
+{
+
+/// A description in its own lines; "> " parts those that begin like an entry of the document.
+QString describedText(const QString &description)
+{
+    static const QRegularExpression entry(QStringLiteral(
+        "([\\n-\\r\\x{85}\\x{2028}\\x{2029}])([ \\t]*(?:Index|DataType|ObjectCode|Description|Sub|"
+        "DefaultValue|AccessType|PDOMapping):)"));
+    return QString(description)
+        .replace(QChar(0), QLatin1Char(' '))
+        .replace(entry, QStringLiteral("\\1> \\2"));
+}
+
+} // namespace
 
 namespace TextDoc
 {
 
 void writeTitle(TextWriter &out, const QString &projectName)
 {
-    out.raw(TextDocGenerator::tr("CANopen Object Dictionary Documenation for %1").arg(projectName));
+    out.raw(TextDocGenerator::tr("CANopen Object Dictionary Documenation for %1")
+                .arg(oneLine(projectName)));
     out.raw(QStringLiteral("\n\n"));
 }
 
@@ -23,26 +42,26 @@ void documentIndex(TextWriter &out, const ObjectDataBase &store, quint8 line, qu
     if (!store.getIndexData(line, index, data))
         return;
     out.parts("\nIndex:       0x", Numbers::toHex(index, 4), " - ",
-              Helper::substituteVariables(data.name, index, 0), "\n");
+              oneLine(Helper::substituteVariables(data.name, index, 0)), "\n");
     out.parts("DataType:    ", COHelper::index2DataTypeString(data.dataType), "\n");
     out.parts("ObjectCode:  ", COHelper::objectCode2String(data.objectCode), "\n");
     if (!data.description.isEmpty())
-        out.parts("Description: ", data.description, "\n");
+        out.parts("Description: ", describedText(data.description), "\n");
 }
 
 void documentSubIndex(TextWriter &out, quint16 index, quint8 subIndex,
                       const ObjectDataBase::SUBINDEX_DATA_T &data)
 {
     out.parts("  Sub:          0x", Numbers::toHex(subIndex, 2), " - ",
-              Helper::substituteVariables(data.name, index, subIndex), "\n");
+              oneLine(Helper::substituteVariables(data.name, index, subIndex)), "\n");
     out.parts("  DataType:     ", COHelper::index2DataTypeString(data.dataType), "\n");
     if (!data.defaultValue.isEmpty())
-        out.parts("  DefaultValue: ", data.defaultValue, "\n");
-    out.parts("  AccessType:   ", data.accessType, "\n");
+        out.parts("  DefaultValue: ", oneLine(data.defaultValue), "\n");
+    out.parts("  AccessType:   ", oneLine(data.accessType), "\n");
     out.parts("  PDOMapping:   ", data.pdoMapping.toUInt(), "\n");
     // Deliberate: one column short of the labels above, held by tst_golden.
     if (!data.description.isEmpty())
-        out.parts("  Description: ", data.description, "\n");
+        out.parts("  Description: ", describedText(data.description), "\n");
 }
 
 } // namespace TextDoc

@@ -465,7 +465,7 @@ ExtDecl::Access ExtDecl::accessTo(const Variables &variables, const SignalData &
                 isSized(*variable.type) ? variable.bytes : 0};
     }
     const CType *type = typeOf(signal.dataType, &TypeRow::ofSignal);
-    const QString expression = signal.varName.trimmed();
+    const QString expression = CText::expression(signal.varName.trimmed());
     if (!type || expression.isEmpty())
         return {};
     if (isSized(*type))

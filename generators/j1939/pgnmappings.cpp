@@ -23,7 +23,7 @@ QString variableOf(const Signal &signal)
 {
     QString variable;
     if (signal.data.implementation != 0)
-        variable = signal.data.varName.trimmed();
+        variable = CText::expression(signal.data.varName.trimmed());
     else if (signal.place)
         variable = QString::fromLatin1(kReferences[static_cast<int>(signal.place->array)])
                        .arg(signal.place->position);

@@ -1,4 +1,5 @@
 // The tables of parameter groups, and what each line is started with.
+#include "generators/ctext.h"
 #include "generators/j1939/pgnsections.h"
 
 #include <QStringList>
@@ -124,7 +125,7 @@ QString startAddress(const Context &context, const Line &line)
     // tst_pgngenerator.
     const int position = context.form.multiLine ? line.number : 0;
     const QString element = isList ? setting.split(QLatin1Char(',')).value(position) : setting;
-    const QString address = addressText(element.trimmed());
+    const QString address = CText::expression(addressText(element.trimmed()));
     if (address.isEmpty())
         return QStringLiteral("254");
     const bool staysAsItIs = context.form.multiLine && !isList;

@@ -92,7 +92,7 @@ void writeRows(TextWriter &out, const GeneralSettings &settings, const Indicatio
         if (!settings.isSet(row.setting))
             continue;
         out.raw(row.returnType);
-        out.raw(settings.trimmed(row.setting) + QLatin1Char('('));
+        out.raw(CText::name(settings.freeText(row.setting)) + QLatin1Char('('));
         out.raw(lineParameter);
         out.raw(row.parameters);
     }

@@ -75,7 +75,7 @@ template <std::size_t Count>
 void writePointers(Context &context, const IndicationRow (&rows)[Count])
 {
     for (const IndicationRow &row : rows) {
-        const QString function = context.settings.trimmed(row.setting);
+        const QString function = CText::name(context.settings.freeText(row.setting));
         if (function.isEmpty())
             continue;
         context.out.raw(context.dialect.constMacro);
@@ -216,7 +216,9 @@ void ObjDict::writeApplicationHeaders(Context &context)
 void ObjDict::writeHeaderList(Context &context, const char *include)
 {
     TextWriter &out = context.out;
-    const QString names = OutputName::withoutControls(context.settings.text("applicationheader"));
+    QString names = OutputName::withoutControls(context.settings.freeText("applicationheader"));
+    for (const char quote : {'"', '<', '>'})
+        names.remove(QLatin1Char(quote)); // the line has its own
     if (names.trimmed().isEmpty())
         return;
     out.raw("/* application header file(s) */\n");

@@ -2,6 +2,7 @@
 // arrays.
 #include "generators/objdict/objdictvalues.h"
 
+#include "generators/ctext.h"
 #include "generators/objdict/objdictarrays.h"
 #include "generators/objdict/objdictservices.h"
 #include "support/cohelper.h"
@@ -200,7 +201,7 @@ void ObjDict::defineManagedVariables(Context &context)
     style.isInitialised = context.settings.decimal("init_static_variables") == 1;
     const QString specifier = context.settings.text("static_memory_specifier");
     if (!specifier.isEmpty())
-        style.specifier = QStringLiteral(" %1 ").arg(specifier);
+        style.specifier = QStringLiteral(" %1 ").arg(CText::expression(specifier));
     for (std::size_t i = 0; i < arrays.size(); ++i) {
         if (arrays[i].keys.isEmpty())
             continue;
@@ -224,13 +225,19 @@ void ObjDict::initDataTypeStructure(Context &context)
             "\n");
 }
 
+QString ObjDict::variableName(const ObjectDataBase::SUBINDEX_DATA_T &data, quint16 index,
+                              quint8 sub)
+{
+    return CText::expression(Helper::substituteVariables(data.varName, index, sub));
+}
+
 QString ObjDict::getObjectAddress(const Context &context, quint8 line, quint16 index, quint8 sub)
 {
     ObjectDataBase::SUBINDEX_DATA_T data;
     if (!context.store.getSubIndexData(line, index, sub, data))
         return QStringLiteral("NULL");
     if (data.implementation == 2) {
-        const QString name = Helper::substituteVariables(data.varName, index, sub);
+        const QString name = variableName(data, index, sub);
         return name.contains(QLatin1Char('(')) ? name : QStringLiteral("&(%1)").arg(name);
     }
     if (data.implementation > 2)

@@ -15,6 +15,9 @@ void defineApplicationVariables(Context &context);
 void initDataTypeStructure(Context &context);
 void generateStringDefaultValueFunction(Context &context);
 
+/// C expression for the variable of the application that holds a value.
+QString variableName(const ObjectDataBase::SUBINDEX_DATA_T &data, quint16 index, quint8 sub);
+
 /// C expression for the address of a subindex's value; "NULL" for one that does not exist.
 QString getObjectAddress(const Context &context, quint8 line, quint16 index, quint8 sub);
 

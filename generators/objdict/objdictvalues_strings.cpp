@@ -2,7 +2,6 @@
 #include "generators/ctext.h"
 #include "generators/objdict/objdictstrings.h"
 #include "generators/objdict/objdictvalues.h"
-#include "support/helper.h"
 
 namespace
 {
@@ -127,7 +126,7 @@ void ObjDict::generateStringDefaultValueFunction(Context &context)
         // Deliberate: place holders of the name are filled as in the table of pointers, held by
         // tst_golden.
         out.raw(QStringLiteral("    memcpy(%1, &stringDefaultValues[%2], %3);\n")
-                    .arg(Helper::substituteVariables(data.varName, indexOf(key), subOf(key)),
+                    .arg(variableName(data, indexOf(key), subOf(key)),
                          QString::number(string->offset), QString::number(string->size)));
     }
     out.raw("\n    return(RET_OK);\n"

@@ -1,7 +1,6 @@
 // Pointers to the variables of the application.
 #include "generators/objdict/objdictarrays.h"
 #include "generators/objdict/objdictvalues.h"
-#include "support/helper.h"
 
 #include <QStringList>
 
@@ -81,9 +80,7 @@ ApplicationVariables collect(Context &context)
         if (!list)
             return;
         note(context.positions, &Positions::managed, place.key(), list->size());
-        *list << Pointer{place.key(),
-                         Helper::substituteVariables(data.varName, place.index, place.sub),
-                         data.size};
+        *list << Pointer{place.key(), variableName(data, place.index, place.sub), data.size};
     });
     return variables;
 }

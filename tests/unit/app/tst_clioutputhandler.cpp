@@ -42,7 +42,8 @@ private slots:
         handler.print("<i>");
         handler.printHelpValue("-x", "help");
         handler.printLinePassTime("<b>three.");
-        QCOMPARE(handler.getLogging(), "one 2 \n<i>three.\n");
+        handler.printLine("\x1b[2Jfour\r\n\tf\rive");
+        QCOMPARE(handler.getLogging(), "one 2 \n<i>three.\n\\x1b[2Jfour\r\n\tf\\x0dive\n");
     }
 };
 

@@ -554,6 +554,13 @@ private slots:
         sent.insert(int(checker.findings().last().rule));
     }
 
+    void namesAreNoMessagesOfTheirOwn()
+    {
+        const QString text = Check::markedUpText(Check::messageRow(Check::Msg::FeatureFileMissing),
+                                                 {"a\nError: b\x1b[2J"});
+        QVERIFY2(text.contains("a\\x0aError: b\\x1b[2J"), qPrintable(text));
+    }
+
     /// Runs last: no row of the table is without a case above.
     void everyMessageIsSent()
     {
