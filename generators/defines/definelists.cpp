@@ -3,6 +3,7 @@
 
 #include "generators/ctext.h"
 #include "generators/generalsettings.h"
+#include "support/linelist.h"
 
 #include <QStringList>
 
@@ -20,15 +21,15 @@ QString bufferSize(const QString &setting, const QList<quint8> &lines, const QSt
 QString Defines::lineList(const QString &setting, const QList<quint8> &lines,
                           const QString &emptyElement)
 {
-    QStringList elements = setting.split(QLatin1Char(','));
-    // Deliberate: an array cannot take more elements than the device has lines, nor empty ones;
-    // held by tst_definecounts.
-    if (elements.size() > lines.size()) {
-        QStringList existing;
-        for (const quint8 line : lines)
-            existing << CText::line(elements.at(qMin<int>(line, elements.size() - 1)));
-        elements = existing;
+    // Deliberate: an array cannot take more elements than the device has lines, nor empty ones, nor
+    // none at all; held by tst_definecounts.
+    QStringList elements;
+    for (const quint8 line : lines) {
+        if (LineList::reaches(setting, line))
+            elements << CText::line(LineList::element(setting, line));
     }
+    if (elements.isEmpty() && !lines.isEmpty())
+        elements << CText::line(LineList::element(setting, lines.first(), LineList::Beyond::Last));
     for (QString &element : elements) {
         if (element.trimmed().isEmpty())
             element = emptyElement;
