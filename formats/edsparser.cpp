@@ -1,6 +1,7 @@
 // From sections to records: which sections make up an object, and what their entries mean.
 #include "formats/edsparser.h"
 
+#include "formats/edskeys.h"
 #include "formats/edsvalues.h"
 #include "support/cohelper.h"
 #include "support/numbers.h"
@@ -167,10 +168,12 @@ enum Field {
 
 /// The keys in the order of Field.
 const QLatin1String kFieldKeys[FieldCount] = {
-    QLatin1String("ParameterName"), QLatin1String("ObjectType"),     QLatin1String("DataType"),
-    QLatin1String("AccessType"),    QLatin1String("DefaultValue"),   QLatin1String("LowLimit"),
-    QLatin1String("HighLimit"),     QLatin1String("PDOMapping"),     QLatin1String("ObjFlags"),
-    QLatin1String("CompactSubObj"), QLatin1String("ParameterValue"), QLatin1String("Denotation"),
+    QLatin1String(EdsKeys::kParameterName),  QLatin1String(EdsKeys::kObjectType),
+    QLatin1String(EdsKeys::kDataType),       QLatin1String(EdsKeys::kAccessType),
+    QLatin1String(EdsKeys::kDefaultValue),   QLatin1String(EdsKeys::kLowLimit),
+    QLatin1String(EdsKeys::kHighLimit),      QLatin1String(EdsKeys::kPdoMapping),
+    QLatin1String(EdsKeys::kObjFlags),       QLatin1String(EdsKeys::kCompactSubObj),
+    QLatin1String(EdsKeys::kParameterValue), QLatin1String(EdsKeys::kDenotation),
 };
 
 /// The known entries of one section.
@@ -319,7 +322,7 @@ QMap<quint8, QString> readList(const EdsReader &reader, int position)
         const quint32 number = Numbers::toUIntByPrefix(entry.key.toString(), &ok);
         if (ok && number <= kMaxMembers && !entry.value.isEmpty())
             list.insert(static_cast<quint8>(number), entry.value.toString());
-        else if (entry.key.compare(QLatin1String("NrOfEntries"), Qt::CaseInsensitive) != 0)
+        else if (entry.key.compare(QLatin1String(EdsKeys::kNrOfEntries), Qt::CaseInsensitive) != 0)
             reader.note(entry.line, QStringLiteral("the line is no entry of the list"));
     }
     return list;

@@ -1,6 +1,7 @@
 // What each column of an object table means.
 #include "import/csvrow.h"
 
+#include "formats/csvtable.h"
 #include "support/cohelper.h"
 #include "support/numbers.h"
 
@@ -9,6 +10,8 @@
 
 namespace
 {
+
+using CsvTable::Column;
 
 bool isYes(const QString &text)
 {
@@ -30,62 +33,61 @@ Metadata toMetadata(const QString &text)
 }
 
 struct ColumnRow {
-    const char *name;
+    Column column;
     void (*read)(CsvRow &row, const QString &cell);
-    bool isOfGroupedTable = false; ///< read only where all such columns are there
 };
 
 // clang-format off
 constexpr ColumnRow kColumns[] = {
-    {"index", [](CsvRow &row, const QString &cell) { row.index = Numbers::toLongLongByPrefix(cell); }},
-    {"sub", [](CsvRow &row, const QString &cell) {
+    {Column::Index, [](CsvRow &row, const QString &cell) { row.index = Numbers::toLongLongByPrefix(cell); }},
+    {Column::Sub, [](CsvRow &row, const QString &cell) {
         row.sub = Numbers::toLongLongByPrefix(cell);
         row.isObject = cell.trimmed().isEmpty();
     }},
-    {"line", [](CsvRow &row, const QString &cell) {
+    {Column::Line, [](CsvRow &row, const QString &cell) {
         if (!cell.trimmed().isEmpty())
             row.line = Numbers::toUIntDecimal(cell);
     }},
-    {"objectcode", [](CsvRow &row, const QString &cell) {
+    {Column::ObjectCode, [](CsvRow &row, const QString &cell) {
         if (!cell.trimmed().isEmpty())
             row.objectCode = cell;
     }},
-    {"edsname", [](CsvRow &row, const QString &cell) {
+    {Column::EdsName, [](CsvRow &row, const QString &cell) {
         row.data.name = cell;
         row.hasName = !cell.isEmpty();
     }},
-    {"datatype", [](CsvRow &row, const QString &cell) {
+    {Column::DataType, [](CsvRow &row, const QString &cell) {
         row.data.dataType = COHelper::mapDataTypeString(cell);
     }},
-    {"access", [](CsvRow &row, const QString &cell) {
+    {Column::Access, [](CsvRow &row, const QString &cell) {
         row.data.accessType = COHelper::normalizeAccessType(cell);
     }},
-    {"mapable", [](CsvRow &row, const QString &cell) {
+    {Column::Mapable, [](CsvRow &row, const QString &cell) {
         row.data.pdoMapping.fromCSVString(cell.trimmed());
     }},
-    {"value", [](CsvRow &row, const QString &cell) { row.data.defaultValue = cell; }},
-    {"hasdefault", [](CsvRow &row, const QString &cell) {
+    {Column::Value, [](CsvRow &row, const QString &cell) { row.data.defaultValue = cell; }},
+    {Column::HasDefault, [](CsvRow &row, const QString &cell) {
         row.data.defaultInEds = Numbers::toIntDecimal(cell) != 0;
     }},
-    {"defaultineds", [](CsvRow &row, const QString &cell) {
+    {Column::DefaultInEds, [](CsvRow &row, const QString &cell) {
         row.data.writeDefaultToEds = toByte(cell);
     }},
-    {"haslimit", [](CsvRow &row, const QString &cell) { row.data.limitInEds = isYes(cell); }},
-    {"lowlimit", [](CsvRow &row, const QString &cell) {
+    {Column::HasLimit, [](CsvRow &row, const QString &cell) { row.data.limitInEds = isYes(cell); }},
+    {Column::LowLimit, [](CsvRow &row, const QString &cell) {
         row.data.lowLimit = cell;
         row.hasLowLimit = true;
     }},
-    {"uplimit", [](CsvRow &row, const QString &cell) {
+    {Column::UpLimit, [](CsvRow &row, const QString &cell) {
         row.data.upLimit = cell;
         row.hasUpLimit = true;
     }},
-    {"size", [](CsvRow &row, const QString &cell) { row.data.size = Numbers::toUIntByPrefix(cell); }},
-    {"implementation", [](CsvRow &row, const QString &cell) { row.implementation = cell; }},
-    {"varname", [](CsvRow &row, const QString &cell) { row.data.varName = cell; }},
-    {"nvstorage", [](CsvRow &row, const QString &cell) { row.data.nvStorage = isYes(cell); }},
-    {"description", [](CsvRow &row, const QString &cell) { row.data.description = cell; }},
-    {"denotation", [](CsvRow &row, const QString &cell) { row.data.denotation = cell; }, true},
-    {"metadata", [](CsvRow &row, const QString &cell) { row.data.metadata = toMetadata(cell); }, true},
+    {Column::Size, [](CsvRow &row, const QString &cell) { row.data.size = Numbers::toUIntByPrefix(cell); }},
+    {Column::Implementation, [](CsvRow &row, const QString &cell) { row.implementation = cell; }},
+    {Column::VarName, [](CsvRow &row, const QString &cell) { row.data.varName = cell; }},
+    {Column::NvStorage, [](CsvRow &row, const QString &cell) { row.data.nvStorage = isYes(cell); }},
+    {Column::Description, [](CsvRow &row, const QString &cell) { row.data.description = cell; }},
+    {Column::Denotation, [](CsvRow &row, const QString &cell) { row.data.denotation = cell; }},
+    {Column::Metadata, [](CsvRow &row, const QString &cell) { row.data.metadata = toMetadata(cell); }},
 };
 // clang-format on
 
@@ -97,12 +99,12 @@ CsvColumns::CsvColumns(const QStringList &header)
     for (const QString &name : header)
         names << name.trimmed().toLower();
     for (const ColumnRow &column : kColumns) {
-        places << names.indexOf(QLatin1String(column.name));
-        if (column.isOfGroupedTable && places.last() < 0)
+        places << names.indexOf(QLatin1String(CsvTable::nameOf(column.column)));
+        if (CsvTable::isOfGroupedTable(column.column) && places.last() < 0)
             isGroupedTable = false;
     }
     for (int i = 0; i < places.size(); ++i) {
-        if (kColumns[i].isOfGroupedTable && !isGroupedTable)
+        if (CsvTable::isOfGroupedTable(kColumns[i].column) && !isGroupedTable)
             places[i] = -1;
     }
 }

@@ -1,5 +1,6 @@
 // What a device description holds outside of its objects: device information, comments, and the
 // number of PDOs.
+#include "formats/edskeys.h"
 #include "formats/edsvalues.h"
 #include "import/edsimporter.h"
 #include "support/cohelper.h"
@@ -9,30 +10,33 @@
 namespace
 {
 
+/// An entry that becomes the description setting of this name.
 struct InfoKey {
-    const char *name; ///< in the spelling of the settings
-    bool isNumber;    ///< a comment may stand behind it
+    const char *name;
+    bool isNumber; ///< a comment may stand behind it
 };
 
 constexpr InfoKey kFileInfo[] = {
-    {"FileVersion", false},
-    {"FileRevision", false},
-    {"CreatedBy", false},
-    {"ModifiedBy", false},
+    {EdsKeys::kFileVersion, false},
+    {EdsKeys::kFileRevision, false},
+    {EdsKeys::kCreatedBy, false},
+    {EdsKeys::kModifiedBy, false},
 };
 
 // Deliberate: "Dummy004" for the fourth, so that Dummy0004 of a file is not taken
 // (tst_EdsImporter::deviceInformation).
 constexpr InfoKey kDummyUsage[] = {
-    {"Dummy0001", true}, {"Dummy0002", true}, {"Dummy0003", true}, {"Dummy004", true},
-    {"Dummy0005", true}, {"Dummy0006", true}, {"Dummy0007", true},
+    {EdsKeys::kDummies[0], true}, {EdsKeys::kDummies[1], true}, {EdsKeys::kDummies[2], true},
+    {"Dummy004", true},           {EdsKeys::kDummies[4], true}, {EdsKeys::kDummies[5], true},
+    {EdsKeys::kDummies[6], true},
 };
 
 constexpr InfoKey kDeviceInfo[] = {
-    {"VendorName", false},  {"ProductName", false}, {"OrderCode", false},   {"LSS_Supported", true},
-    {"BaudRate_10", true},  {"BaudRate_20", true},  {"BaudRate_50", true},  {"BaudRate_125", true},
-    {"BaudRate_250", true}, {"BaudRate_500", true}, {"BaudRate_800", true}, {"BaudRate_1000", true},
-    {"NrOfRXPDO", true},    {"NrOfTXPDO", true},
+    {EdsKeys::kVendorName, false},  {EdsKeys::kProductName, false}, {EdsKeys::kOrderCode, false},
+    {EdsKeys::kLssSupported, true}, {EdsKeys::kBaudRates[0], true}, {EdsKeys::kBaudRates[1], true},
+    {EdsKeys::kBaudRates[2], true}, {EdsKeys::kBaudRates[3], true}, {EdsKeys::kBaudRates[4], true},
+    {EdsKeys::kBaudRates[5], true}, {EdsKeys::kBaudRates[6], true}, {EdsKeys::kBaudRates[7], true},
+    {EdsKeys::kNrOfRxPdo, true},    {EdsKeys::kNrOfTxPdo, true},
 };
 
 /// The entries of a section that stand in \a keys, under the spelling of the table.
@@ -87,24 +91,24 @@ QList<quint16> freePlaces(const QList<quint16> &taken, const QList<quint16> &pre
 EDSImporter::PromisedPdos EDSImporter::importFileDeviceInfo(const EdsReader &file)
 {
     QMap<QString, QString> values;
-    readInfo(file, "FileInfo", kFileInfo, values);
-    readInfo(file, "DummyUsage", kDummyUsage, values);
-    readInfo(file, "DeviceInfo", kDeviceInfo, values);
+    readInfo(file, EdsKeys::kFileInfo, kFileInfo, values);
+    readInfo(file, EdsKeys::kDummyUsage, kDummyUsage, values);
+    readInfo(file, EdsKeys::kDeviceInfo, kDeviceInfo, values);
     for (auto value = values.constBegin(); value != values.constEnd(); ++value)
         (void)database->setDescriptionSettingsValue(value.key(), value.value()); // logged there
     importComments(file);
 
     PromisedPdos promised;
-    (void)EdsValues::readNumber(values.value(QStringLiteral("NrOfRXPDO")),
+    (void)EdsValues::readNumber(values.value(QLatin1String(EdsKeys::kNrOfRxPdo)),
                                 promised.receive); // or 0
-    (void)EdsValues::readNumber(values.value(QStringLiteral("NrOfTXPDO")),
+    (void)EdsValues::readNumber(values.value(QLatin1String(EdsKeys::kNrOfTxPdo)),
                                 promised.transmit); // or 0
     return promised;
 }
 
 void EDSImporter::importComments(const EdsReader &file)
 {
-    const EdsSection *section = file.section(QStringLiteral("Comments"));
+    const EdsSection *section = file.section(QLatin1String(EdsKeys::kComments));
     if (!section)
         return;
     quint32 count = 0;
@@ -112,9 +116,9 @@ void EDSImporter::importComments(const EdsReader &file)
     QMap<quint32, QString> lines;
     for (const EdsEntry &entry : section->entries) {
         quint32 number = 0;
-        if (entry.key.compare(QLatin1String("Lines"), Qt::CaseInsensitive) == 0)
+        if (entry.key.compare(QLatin1String(EdsKeys::kLines), Qt::CaseInsensitive) == 0)
             hasCount = EdsValues::readNumber(entry.value.toString(), count);
-        else if (entry.key.startsWith(QLatin1String("Line"), Qt::CaseInsensitive) &&
+        else if (entry.key.startsWith(QLatin1String(EdsKeys::kLine), Qt::CaseInsensitive) &&
                  EdsValues::readNumber(entry.key.mid(4).toString(), number))
             lines.insert(number, entry.value.toString());
         else

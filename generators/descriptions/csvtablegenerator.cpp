@@ -1,6 +1,7 @@
 // Tables of the object dictionary.
 #include "generators/descriptions/csvtablegenerator.h"
 
+#include "formats/csvtable.h"
 #include "generators/outputname.h"
 #include "generators/textwriter.h"
 #include "support/cohelper.h"
@@ -13,6 +14,8 @@
 
 namespace
 {
+
+using CsvTable::Column;
 
 /// What a row of a subindex is written from.
 struct SubFacts {
@@ -88,43 +91,42 @@ QString metadataText(const Metadata &metadata)
 }
 
 struct ColumnRow {
-    const char *name;
+    Column column;
     void (*ofSub)(Cells &cells, const SubFacts &facts);
     void (*ofObject)(Cells &cells,
                      const SubFacts &facts) = nullptr; ///< empty in the row of an object if null
-    bool isOfGroupedTable = false;                     ///< other tables do not have it
 };
 
 // clang-format off
-constexpr ColumnRow kColumns[] = { // row order is column order
-    {"index", [](Cells &c, const SubFacts &f) { c.word(f.indexText); },
+constexpr ColumnRow kColumns[] = { // the order of the enumeration
+    {Column::Index, [](Cells &c, const SubFacts &f) { c.word(f.indexText); },
               [](Cells &c, const SubFacts &f) { c.word(f.indexText); }},
-    {"sub", [](Cells &c, const SubFacts &f) { c.hex(f.sub); }},
-    {"line", [](Cells &c, const SubFacts &f) { c.number(f.line); },
+    {Column::Sub, [](Cells &c, const SubFacts &f) { c.hex(f.sub); }},
+    {Column::Line, [](Cells &c, const SubFacts &f) { c.number(f.line); },
              [](Cells &c, const SubFacts &f) { c.number(f.line); }},
-    {"objectcode", [](Cells &c, const SubFacts &f) { c.word(f.codeText); },
+    {Column::ObjectCode, [](Cells &c, const SubFacts &f) { c.word(f.codeText); },
                    [](Cells &c, const SubFacts &f) { c.word(f.codeText); }},
-    {"edsname", [](Cells &c, const SubFacts &f) { c.text(f.data->name); },
+    {Column::EdsName, [](Cells &c, const SubFacts &f) { c.text(f.data->name); },
                 [](Cells &c, const SubFacts &f) { c.text(f.object.name); }},
-    {"datatype", [](Cells &c, const SubFacts &f) { c.type(f.data->dataType); },
+    {Column::DataType, [](Cells &c, const SubFacts &f) { c.type(f.data->dataType); },
                  [](Cells &c, const SubFacts &f) { c.type(f.object.dataType); }},
-    {"access", [](Cells &c, const SubFacts &f) { c.text(f.data->accessType); }},
-    {"mapable", [](Cells &c, const SubFacts &f) { c.word(COHelper::pdoMapping2String(f.data->pdoMapping)); }},
-    {"value", [](Cells &c, const SubFacts &f) { c.text(f.data->defaultValue); }},
-    {"hasdefault", [](Cells &c, const SubFacts &f) { c.word(f.data->defaultInEds ? "1" : "0"); }},
-    {"defaultineds", [](Cells &c, const SubFacts &f) { c.number(f.data->writeDefaultToEds); }},
-    {"haslimit", [](Cells &c, const SubFacts &f) { c.yesNo(f.data->limitInEds); }},
-    {"lowlimit", [](Cells &c, const SubFacts &f) { c.text(f.data->lowLimit, isWithoutLimits(*f.data)); }},
-    {"uplimit", [](Cells &c, const SubFacts &f) { c.text(f.data->upLimit, isWithoutLimits(*f.data)); }},
-    {"size", [](Cells &c, const SubFacts &f) { c.number(f.data->size); }},
-    {"implementation", [](Cells &c, const SubFacts &f) { c.word(COHelper::implementation2Word(f.data->implementation)); }},
-    {"varname", [](Cells &c, const SubFacts &f) { c.text(f.data->varName); }},
-    {"nvstorage", [](Cells &c, const SubFacts &f) { c.yesNo(f.data->nvStorage); }},
-    {"description", [](Cells &c, const SubFacts &f) { if (f.withDescription) c.text(f.data->description); },
+    {Column::Access, [](Cells &c, const SubFacts &f) { c.text(f.data->accessType); }},
+    {Column::Mapable, [](Cells &c, const SubFacts &f) { c.word(COHelper::pdoMapping2String(f.data->pdoMapping)); }},
+    {Column::Value, [](Cells &c, const SubFacts &f) { c.text(f.data->defaultValue); }},
+    {Column::HasDefault, [](Cells &c, const SubFacts &f) { c.word(f.data->defaultInEds ? "1" : "0"); }},
+    {Column::DefaultInEds, [](Cells &c, const SubFacts &f) { c.number(f.data->writeDefaultToEds); }},
+    {Column::HasLimit, [](Cells &c, const SubFacts &f) { c.yesNo(f.data->limitInEds); }},
+    {Column::LowLimit, [](Cells &c, const SubFacts &f) { c.text(f.data->lowLimit, isWithoutLimits(*f.data)); }},
+    {Column::UpLimit, [](Cells &c, const SubFacts &f) { c.text(f.data->upLimit, isWithoutLimits(*f.data)); }},
+    {Column::Size, [](Cells &c, const SubFacts &f) { c.number(f.data->size); }},
+    {Column::Implementation, [](Cells &c, const SubFacts &f) { c.word(COHelper::implementation2Word(f.data->implementation)); }},
+    {Column::VarName, [](Cells &c, const SubFacts &f) { c.text(f.data->varName); }},
+    {Column::NvStorage, [](Cells &c, const SubFacts &f) { c.yesNo(f.data->nvStorage); }},
+    {Column::Description, [](Cells &c, const SubFacts &f) { if (f.withDescription) c.text(f.data->description); },
                     [](Cells &c, const SubFacts &f) { if (f.withDescription) c.text(f.object.description); }},
-    {"denotation", [](Cells &c, const SubFacts &f) { c.text(f.data->denotation); }, nullptr, true},
-    {"metadata", [](Cells &c, const SubFacts &f) { c.text(metadataText(f.data->metadata)); },
-                 [](Cells &c, const SubFacts &f) { c.text(metadataText(f.object.metadata)); }, true},
+    {Column::Denotation, [](Cells &c, const SubFacts &f) { c.text(f.data->denotation); }},
+    {Column::Metadata, [](Cells &c, const SubFacts &f) { c.text(metadataText(f.data->metadata)); },
+                 [](Cells &c, const SubFacts &f) { c.text(metadataText(f.object.metadata)); }},
 };
 // clang-format on
 
@@ -135,7 +137,7 @@ void writeRow(TextWriter &out, const CsvLayout &layout, WriteCell writeCell)
     Cells cells(out);
     const char *separator = "";
     for (const ColumnRow &column : kColumns) {
-        if (!layout.isGroupedTable && column.isOfGroupedTable)
+        if (!layout.isGroupedTable && CsvTable::isOfGroupedTable(column.column))
             continue;
         out.raw(separator);
         writeCell(column, cells);
@@ -146,35 +148,15 @@ void writeRow(TextWriter &out, const CsvLayout &layout, WriteCell writeCell)
 
 } // namespace
 
-bool CsvTable::needsQuotes(const QString &text)
+void CsvRows::writeHeader(TextWriter &out, const CsvLayout &layout)
 {
-    // No way out of the loop, so that the compiler can take several characters at once.
-    bool isNeeded = false;
-    for (const QChar character : text) {
-        const ushort code = character.unicode();
-        // Some readers end lines also where Unicode does; NUL ends the field for others.
-        isNeeded |= (code == ';') | (code == '"') | (code >= '\n' && code <= '\r') |
-                    (code == 0x85) | (code == 0x2028) | (code == 0x2029) | (code == 0);
-    }
-    return isNeeded;
+    writeRow(out, layout, [](const ColumnRow &column, Cells &cells) {
+        cells.word(CsvTable::nameOf(column.column));
+    });
 }
 
-QString CsvTable::field(const QString &text, bool inQuotes)
-{
-    if (!inQuotes && !needsQuotes(text))
-        return text;
-    QString content = text;
-    content.replace(QLatin1Char('"'), QLatin1String("\"\"")).replace(QChar(0), QLatin1Char(' '));
-    return QLatin1Char('"') + content + QLatin1Char('"');
-}
-
-void CsvTable::writeHeader(TextWriter &out, const CsvLayout &layout)
-{
-    writeRow(out, layout, [](const ColumnRow &column, Cells &cells) { cells.word(column.name); });
-}
-
-void CsvTable::writeObject(TextWriter &out, const CsvLayout &layout, const ObjectDataBase &store,
-                           quint8 line, quint16 index)
+void CsvRows::writeObject(TextWriter &out, const CsvLayout &layout, const ObjectDataBase &store,
+                          quint8 line, quint16 index)
 {
     SubFacts facts;
     facts.withDescription = layout.withDescription;
@@ -228,14 +210,14 @@ void CsvTableGenerator::doJob()
     if (!openOutputFile(file))
         return;
     TextWriter out(&file);
-    CsvTable::writeHeader(out, layout);
+    CsvRows::writeHeader(out, layout);
     const QList<quint16> indices = database->getIndices(activeLine, 0x1000, 0xFFFF);
     for (const quint16 index : indices) {
         if (abortRequested) {
             qCDebug(lcGenerator) << "Generation aborted";
             break;
         }
-        CsvTable::writeObject(out, layout, *database, activeLine, index);
+        CsvRows::writeObject(out, layout, *database, activeLine, index);
     }
     closeOutputFile(out, file);
 }

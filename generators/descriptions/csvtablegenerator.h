@@ -35,15 +35,11 @@ private:
 };
 
 /// The rows of the file. A record that the store does not hold writes nothing.
-namespace CsvTable
+namespace CsvRows
 {
 
-/// Could it not be read back as it stands?
-bool needsQuotes(const QString &text);
-/// \a text as a field; in quotes if asked for or needed.
-QString field(const QString &text, bool inQuotes = false);
 void writeHeader(TextWriter &out, const CsvLayout &layout);
 void writeObject(TextWriter &out, const CsvLayout &layout, const ObjectDataBase &store, quint8 line,
                  quint16 index);
 
-} // namespace CsvTable
+} // namespace CsvRows

@@ -1,4 +1,5 @@
 // The objects of an electronic data sheet.
+#include "formats/edskeys.h"
 #include "generators/descriptions/edssections.h"
 #include "generators/descriptions/edsvariants.h"
 #include "generators/textwriter.h"
@@ -64,7 +65,7 @@ void writeDescription(TextWriter &out, const QString &description)
 void writeName(TextWriter &out, const QString &name, quint16 index, quint8 subIndex)
 {
     const QString filled = Helper::substituteVariables(name, index, subIndex);
-    out.parts("ParameterName=", oneLine(filled), "\n");
+    out.parts(EdsKeys::kParameterName, "=", oneLine(filled), "\n");
 }
 
 quint16 describedType(const SubData &data)
@@ -87,7 +88,7 @@ void writeSubIndex(const Context &context, quint16 index, quint8 subIndex, quint
     (void)context.store.getSubIndexData(context.line, index, subIndex, data); // or the defaults
     context.out.parts("\n[", EdsSections::hex4(index), "sub", Numbers::toHex(subIndex, 1), "]\n");
     writeName(context.out, data.name, index, subIndex);
-    context.out.raw("ObjectType=7\n");
+    context.out.parts(EdsKeys::kObjectType, "=7\n");
     // An object of which a variant leaves out the end still tells its own highest subindex.
     if (index >= 0x2000 && subIndex == 0)
         data.defaultValue = QString::number(highest);
@@ -99,7 +100,7 @@ void writeMembers(const Context &context, quint16 index, const QString &descript
     const QList<quint8> subIndices =
         reduceSubList(context.store, context.line, index,
                       context.store.getSubIndices(context.line, index, 0), context.define);
-    context.out.parts("SubNumber=", subIndices.size(), "\n");
+    context.out.parts(EdsKeys::kSubNumber, "=", subIndices.size(), "\n");
     writeDescription(context.out, description);
     for (const quint8 subIndex : subIndices)
         writeSubIndex(context, index, subIndex, subIndices.last());
@@ -115,13 +116,13 @@ void writeValueOf(const Context &context, quint16 index, quint8 subIndex)
 /// The first element of the device types of a CAN FD device, as the one of a classical device.
 void describeClassical1000(const Context &context)
 {
-    context.out.raw("ObjectType=7\n");
+    context.out.parts(EdsKeys::kObjectType, "=7\n");
     writeValueOf(context, 0x1000, 1);
 }
 
 void writeContent(const Context &context, quint16 index, const ObjectDataBase::INDEX_DATA_T &object)
 {
-    context.out.parts("ObjectType=", static_cast<int>(object.objectCode), "\n");
+    context.out.parts(EdsKeys::kObjectType, "=", static_cast<int>(object.objectCode), "\n");
     switch (object.objectCode) {
     case CANopen::ObjectCode::Array:
     case CANopen::ObjectCode::Record:
@@ -171,18 +172,18 @@ void EdsSections::generateIndexSection(const Context &context, quint16 index)
 
 void EdsSections::generateSubInfo(TextWriter &out, const SubData &data)
 {
-    out.parts("DataType=", describedType(data), "\n");
-    out.parts("AccessType=", oneLine(data.accessType), "\n");
-    out.parts("PDOMapping=", data.pdoMapping.toBinary(), "\n");
+    out.parts(EdsKeys::kDataType, "=", describedType(data), "\n");
+    out.parts(EdsKeys::kAccessType, "=", oneLine(data.accessType), "\n");
+    out.parts(EdsKeys::kPdoMapping, "=", data.pdoMapping.toBinary(), "\n");
     if (isDefaultDescribed(data))
-        out.parts("DefaultValue=", describedDefault(data.defaultValue), "\n");
+        out.parts(EdsKeys::kDefaultValue, "=", describedDefault(data.defaultValue), "\n");
     if (data.limitInEds) {
-        out.parts("LowLimit=", oneLine(data.lowLimit), "\n");
-        out.parts("HighLimit=", oneLine(data.upLimit), "\n");
+        out.parts(EdsKeys::kLowLimit, "=", oneLine(data.lowLimit), "\n");
+        out.parts(EdsKeys::kHighLimit, "=", oneLine(data.upLimit), "\n");
     }
     if (data.refuseRead || data.refuseWrite) {
         const int flags = (data.refuseWrite ? 1 : 0) | (data.refuseRead ? 2 : 0);
-        out.parts("ObjFlags=", flags, "\n");
+        out.parts(EdsKeys::kObjFlags, "=", flags, "\n");
     }
     writeDescription(out, data.description);
 }

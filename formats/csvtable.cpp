@@ -1,0 +1,76 @@
+// Words and quotes of object tables.
+#include "formats/csvtable.h"
+
+namespace
+{
+
+struct ColumnRow {
+    CsvTable::Column column;
+    const char *name;
+};
+
+// clang-format off
+constexpr ColumnRow kColumns[] = { // order of the enumeration
+    {CsvTable::Column::Index,          "index"},
+    {CsvTable::Column::Sub,            "sub"},
+    {CsvTable::Column::Line,           "line"},
+    {CsvTable::Column::ObjectCode,     "objectcode"},
+    {CsvTable::Column::EdsName,        "edsname"},
+    {CsvTable::Column::DataType,       "datatype"},
+    {CsvTable::Column::Access,         "access"},
+    {CsvTable::Column::Mapable,        "mapable"},
+    {CsvTable::Column::Value,          "value"},
+    {CsvTable::Column::HasDefault,     "hasdefault"},
+    {CsvTable::Column::DefaultInEds,   "defaultineds"},
+    {CsvTable::Column::HasLimit,       "haslimit"},
+    {CsvTable::Column::LowLimit,       "lowlimit"},
+    {CsvTable::Column::UpLimit,        "uplimit"},
+    {CsvTable::Column::Size,           "size"},
+    {CsvTable::Column::Implementation, "implementation"},
+    {CsvTable::Column::VarName,        "varname"},
+    {CsvTable::Column::NvStorage,      "nvstorage"},
+    {CsvTable::Column::Description,    "description"},
+    {CsvTable::Column::Denotation,     "denotation"},
+    {CsvTable::Column::Metadata,       "metadata"},
+};
+// clang-format on
+
+constexpr bool followsEnumeration()
+{
+    int number = 0;
+    for (const ColumnRow &row : kColumns) {
+        if (static_cast<int>(row.column) != number++)
+            return false;
+    }
+    return number == CsvTable::kColumnCount;
+}
+static_assert(followsEnumeration(), "one row for each column");
+
+} // namespace
+
+const char *CsvTable::nameOf(Column column)
+{
+    return kColumns[static_cast<int>(column)].name;
+}
+
+bool CsvTable::needsQuotes(const QString &text)
+{
+    // No way out of the loop, so that the compiler can take several characters at once.
+    bool isNeeded = false;
+    for (const QChar character : text) {
+        const ushort code = character.unicode();
+        // Some readers end lines also where Unicode does; NUL ends the field for others.
+        isNeeded |= (code == ';') | (code == '"') | (code >= '\n' && code <= '\r') |
+                    (code == 0x85) | (code == 0x2028) | (code == 0x2029) | (code == 0);
+    }
+    return isNeeded;
+}
+
+QString CsvTable::field(const QString &text, bool inQuotes)
+{
+    if (!inQuotes && !needsQuotes(text))
+        return text;
+    QString content = text;
+    content.replace(QLatin1Char('"'), QLatin1String("\"\"")).replace(QChar(0), QLatin1Char(' '));
+    return QLatin1Char('"') + content + QLatin1Char('"');
+}
