@@ -2,8 +2,10 @@
 #include "check/modelchecker.h"
 
 #include "check/modelchecker_p.h"
+#include "support/linelist.h"
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/problems.h"
 #include "support/usersettings.h"
 
 #include <QCoreApplication>
@@ -95,7 +97,20 @@ quint32 ModelChecker::numberSetting(const char *key) const
 QString ModelChecker::lineEntry(const char *key) const
 {
     const QString list = project->getGeneralSettingsValue(QLatin1String(key));
-    return list.split(QLatin1Char(',')).value(line);
+    return LineList::element(list, line);
+}
+
+void ModelChecker::warnOfShortList(const QString &setting, const QString &list, quint8 number,
+                                   const QString &otherAdvice)
+{
+    if (!LineList::isList(list) || LineList::reaches(list, number))
+        return;
+    const QString line = QString::number(number);
+    Problems::warning(
+        "short-list", QString(),
+        QStringLiteral("the %1 lists %2 values and none for line %3: list one for "
+                       "each line number up to %3%4")
+            .arg(setting, QString::number(list.count(QLatin1Char(',')) + 1), line, otherAdvice));
 }
 
 bool ModelChecker::hasIndex(quint16 index) const

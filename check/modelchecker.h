@@ -133,6 +133,11 @@ private:
     /// has none, in order.
     void readUserSettings(const QStringList &siblings);
 
+    /// Tells on standard error of a list by line that has no element for line \a number. The run
+    /// goes on with what the setting's reader has for such a line.
+    static void warnOfShortList(const QString &setting, const QString &list, quint8 number,
+                                const QString &otherAdvice = {});
+
     // --- reading (modelchecker.cpp) ---
 
     qint32 decimalSetting(const char *key) const;
@@ -161,6 +166,7 @@ private:
     // --- the project (modelchecker_global.cpp) ---
 
     void checkUdsExclusion(bool hasServer, bool hasClient);
+    void checkBufferLists();
     void hintAtUpgrade(bool hasUds);
 
     // --- a CANopen line (modelchecker_canopen.cpp) ---
@@ -197,6 +203,7 @@ private:
 
     void checkJ1939Settings();
     void checkIdentityOfLine();
+    void warnOfShortIdentity(const char *setting) const;
     void checkSpecialGroups(const QList<quint32> &specialPgns);
     void checkGroups();
     /// Length of the group in bits, as far as its signals were looked at.

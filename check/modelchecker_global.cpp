@@ -1,5 +1,6 @@
 // What holds for the project as a whole.
 #include "check/modelchecker.h"
+#include "store/linetype.h"
 #include "support/numbers.h"
 
 #include <QCoreApplication>
@@ -36,6 +37,7 @@ qint32 ModelChecker::startGlobalCheck(ObjectDataBase *store)
     const bool hasClient = decimalSetting("udsclient_supported") != 0;
     const Place wholeProject = {-1, -1, true};
     checkUdsExclusion(hasServer, hasClient);
+    checkBufferLists();
     hintAtUpgrade(hasServer || hasClient);
     // Deliberate: the setting is a byte, so 256 is none; held by tst_modelchecker
     // "block_size_byte".
@@ -63,6 +65,20 @@ void ModelChecker::checkUdsExclusion(bool hasServer, bool hasClient)
     };
     if (std::any_of(lines.cbegin(), lines.cend(), hasBoth))
         report(Msg::UdsServerAndClient, {-1, -1, true});
+}
+
+/// CANopen has messages of its own for it.
+void ModelChecker::checkBufferLists()
+{
+    const QList<quint8> lines = project->getNodes();
+    for (const quint8 number : lines) {
+        const LineType type = readLineType(*project, number);
+        if (number >= kMostLines || (type != LineType::J1939 && type != LineType::RawCan))
+            continue;
+        for (const char *key : {"receivebuffersize", "transmitbuffersize"})
+            warnOfShortList(QStringLiteral("setting '%1'").arg(QLatin1String(key)),
+                            project->getGeneralSettingsValue(QLatin1String(key)), number);
+    }
 }
 
 /// Newer versions need sources of the stack that older ones did not.

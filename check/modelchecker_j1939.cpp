@@ -103,7 +103,16 @@ void ModelChecker::checkIdentityOfLine()
         if (row.missing == Msg::ManufacturerCodeMissing &&
             Numbers::toIntDecimal(value) == kMakersCode)
             report(Msg::ManufacturerCodeOfMaker, {});
+        warnOfShortIdentity(row.setting);
     }
+    warnOfShortIdentity("addresscapable");
+}
+
+void ModelChecker::warnOfShortIdentity(const char *setting) const
+{
+    warnOfShortList(QStringLiteral("J1939 setting '%1'").arg(QLatin1String(setting)),
+                    project->getJ1939SettingsValue(QLatin1String(setting)), line,
+                    QStringLiteral(", or give one value without comma for all lines"));
 }
 
 void ModelChecker::checkSpecialGroups(const QList<quint32> &specialPgns)

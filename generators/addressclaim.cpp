@@ -4,8 +4,6 @@
 #include "generators/j1939settings.h"
 #include "support/candatatype.h"
 
-#include <QStringList>
-
 #include <iterator>
 
 namespace
@@ -13,8 +11,8 @@ namespace
 
 using Type = CAN::CANopenDataType;
 
-/// Makes the default value of a signal from its setting.
-using MakeValue = QString (*)(const QString &setting, quint8 line);
+/// Makes the default value of a signal from what its setting tells of the line.
+using MakeValue = QString (*)(const QString &element);
 
 constexpr quint32 kReserved = 0; ///< the row without a number of its own
 
@@ -26,34 +24,32 @@ struct NameRow {
     MakeValue value;
 };
 
-QString ofLine(const QString &setting, quint8 line)
+QString asItIs(const QString &element)
 {
-    return setting.split(QLatin1Char(',')).value(line); // none behind the end of the list
+    return element;
 }
 
-QString zero(const QString & /*setting*/, quint8 /*line*/)
+QString zero(const QString & /*element*/)
 {
     return QStringLiteral("0");
 }
 
-/// All lines share a setting that is no list.
-QString oneIfSet(const QString &setting, quint8 line)
+QString oneIfSet(const QString &element)
 {
-    const QString element = setting.contains(QLatin1Char(',')) ? ofLine(setting, line) : setting;
     return Numbers::toIntDecimal(element) != 0 ? QStringLiteral("1") : QStringLiteral("0");
 }
 
 // clang-format off
 constexpr NameRow kName[] = {                       // order is that of the frame
-    {2837,      Type::Unsigned21, "Identity Number",         "identitynumber",   ofLine},
-    {2838,      Type::Unsigned11, "Manufacturer Code",       "manufacturercode", ofLine},
-    {2840,      Type::Unsigned3,  "ECU Instance",            "ecuinstance",      ofLine},
-    {2839,      Type::Unsigned5,  "Function Instance",       "functioninstance", ofLine},
-    {2841,      Type::Unsigned8,  "Function",                "function",         ofLine},
+    {2837,      Type::Unsigned21, "Identity Number",         "identitynumber",   asItIs},
+    {2838,      Type::Unsigned11, "Manufacturer Code",       "manufacturercode", asItIs},
+    {2840,      Type::Unsigned3,  "ECU Instance",            "ecuinstance",      asItIs},
+    {2839,      Type::Unsigned5,  "Function Instance",       "functioninstance", asItIs},
+    {2841,      Type::Unsigned8,  "Function",                "function",         asItIs},
     {kReserved, Type::Boolean,    "reserved",                "",                 zero},
-    {2842,      Type::Unsigned7,  "Vehicle System",          "vehiclesystem",    ofLine},
-    {2843,      Type::Unsigned4,  "Vehicle System Instance", "vehicleinstance",  ofLine},
-    {2846,      Type::Unsigned3,  "Industry Group",          "industrygroup",    ofLine},
+    {2842,      Type::Unsigned7,  "Vehicle System",          "vehiclesystem",    asItIs},
+    {2843,      Type::Unsigned4,  "Vehicle System Instance", "vehicleinstance",  asItIs},
+    {2846,      Type::Unsigned3,  "Industry Group",          "industrygroup",    asItIs},
     {2844,      Type::Boolean,    "Addr Claiming Supported", "addresscapable",   oneIfSet},
 };
 // clang-format on
@@ -79,7 +75,7 @@ void AddressClaim::declare(ObjectDataBase &store, quint8 line, quint32 reservedS
         spn.name = QLatin1String(row.name);
         spn.dataType = static_cast<quint32>(row.type);
         spn.implementation = 0;
-        spn.defaultValue = row.value(settings.text(QLatin1String(row.setting)), line);
+        spn.defaultValue = row.value(settings.ofLine(row.setting, line));
         const quint32 number = row.spn == kReserved ? reservedSpn : row.spn;
         (void)store.addSPN(line, kGroup, kDirection, number, spn); // as above
     }

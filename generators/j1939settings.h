@@ -2,6 +2,7 @@
 #pragma once
 
 #include "store/objectdatabase.h"
+#include "support/linelist.h"
 #include "support/numbers.h"
 
 /// A view on the J1939 settings of a store; cheap to make and to copy. A setting that is missing or
@@ -15,6 +16,14 @@ public:
     qint32 decimal(const char *key) const
     {
         return Numbers::toIntDecimal(text(QLatin1String(key)));
+    }
+
+    /// What the setting tells of \a line: of the address and the parts of the NAME, a text without
+    /// comma is that of all lines.
+    QString ofLine(const char *key, quint8 line,
+                   LineList::Beyond beyond = LineList::Beyond::Nothing) const
+    {
+        return LineList::shared(text(QLatin1String(key)), line, beyond);
     }
 
     /// Hexadecimal behind "0x", else decimal.

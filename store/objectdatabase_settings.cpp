@@ -1,6 +1,8 @@
 // The five stores of options, one code path over a row of differences. Each table is read once and
 // kept in memory; every write goes to both.
+#include "store/linetype.h"
 #include "store/objectdatabase_p.h"
+#include "support/linelist.h"
 #include "support/logging.h"
 
 namespace
@@ -85,6 +87,19 @@ QString withElement(const QString &list, const QString &value, quint8 line)
         elements << QStringLiteral(" ");
     elements[line] = value;
     return elements.join(QLatin1Char(','));
+}
+
+/// A value of all lines becomes a list in which the J1939 lines but \a line keep it.
+void keepForOtherLines(ObjectDataBase &store, const QString &key, quint8 line)
+{
+    const QString common = store.getJ1939SettingsValue(key);
+    if (common.isEmpty() || LineList::isList(common))
+        return;
+    const QList<quint8> lines = store.getNodes();
+    for (const quint8 other : lines) {
+        if (other != line && carriesJ1939(readLineType(store, other)))
+            (void)store.setJ1939SettingsValueLine(key, common, other); // refused as the next one
+    }
 }
 
 QStringList sortedKeys(const QHash<QString, QString> &settings)
@@ -269,11 +284,7 @@ void ObjectDataBase::addDefaultDescriptionSettings(quint8 line)
 
 QString ObjectDataBase::getGeneralSettingsValueLine(const QString &key, quint8 line) const
 {
-    const QString value = getGeneralSettingsValue(key);
-    if (value.isEmpty())
-        return value;
-    const QStringList elements = value.split(QLatin1Char(','));
-    return line < elements.size() ? elements.at(line) : elements.last();
+    return LineList::element(getGeneralSettingsValue(key), line, LineList::Beyond::Last);
 }
 
 bool ObjectDataBase::setGeneralSettingsValueLine(const QString &key, const QString &value,
@@ -284,9 +295,7 @@ bool ObjectDataBase::setGeneralSettingsValueLine(const QString &key, const QStri
 
 QString ObjectDataBase::getJ1939SettingsValueLine(const QString &key, quint8 line) const
 {
-    const QString value = getJ1939SettingsValue(key);
-    const QStringList elements = value.split(QLatin1Char(','));
-    return line < elements.size() ? elements.at(line) : value;
+    return LineList::element(getJ1939SettingsValue(key), line, LineList::Beyond::Whole);
 }
 
 bool ObjectDataBase::setJ1939SettingsValueLine(const QString &key, const QString &value,
@@ -330,10 +339,11 @@ bool ObjectDataBase::copyLineSettings(ObjectDataBase &other, quint8 line, quint8
     }
     for (const char *name : kJ1939LineKeys) {
         const QString key = QLatin1String(name);
-        const QStringList elements = other.getJ1939SettingsValue(key).split(QLatin1Char(','));
-        const QString value = elements.value(otherLine);
-        if (!value.isEmpty() && value != getJ1939SettingsValueLine(key, line))
-            done = setJ1939SettingsValueLine(key, value, line) && done;
+        const QString value = LineList::shared(other.getJ1939SettingsValue(key), otherLine);
+        if (value.isEmpty() || value == getJ1939SettingsValueLine(key, line))
+            continue;
+        keepForOtherLines(*this, key, line);
+        done = setJ1939SettingsValueLine(key, value, line) && done;
     }
     // What the line carries is the project's choice, where it has made one.
     const QString typeKey = QStringLiteral("line%1type");

@@ -3,8 +3,7 @@
 
 #include "generators/j1939settings.h"
 #include "store/linetype.h"
-
-#include <QStringList>
+#include "support/linelist.h"
 
 namespace
 {
@@ -59,18 +58,14 @@ quint16 cobsOfSleepMode(const GeneralSettings &settings, quint8 line)
     }
 }
 
-/// \a position is the place of the line in a list.
-quint16 additionalCobs(const GeneralSettings &settings, int position)
+quint16 additionalCobs(const GeneralSettings &settings, quint8 line)
 {
     const QString setting = settings.text("additional_cob_count");
-    if (!setting.contains(QLatin1Char(',')))
+    if (!LineList::isList(setting))
         return settings.byPrefix("additional_cob_count")
                    ? static_cast<quint16>(settings.decimal("additional_cob_count"))
                    : 0;
-    const QStringList elements = setting.split(QLatin1Char(','));
-    return position < elements.size()
-               ? static_cast<quint8>(Numbers::toIntDecimal(elements.at(position)))
-               : 0;
+    return static_cast<quint8>(Numbers::toIntDecimal(LineList::element(setting, line)));
 }
 
 /// Of ISO-TP and UDS, which a project of several protocols counts by itself.
@@ -85,7 +80,7 @@ quint16 cobsOfTransport(const GeneralSettings &settings, quint8 line)
     return cobs + uds;
 }
 
-quint16 cobsOfLine(const DefineContext &context, quint8 line, int position)
+quint16 cobsOfLine(const DefineContext &context, quint8 line)
 {
     const ObjectDataBase &store = context.store;
     const GeneralSettings &settings = context.settings;
@@ -108,7 +103,7 @@ quint16 cobsOfLine(const DefineContext &context, quint8 line, int position)
     cobs += cobsOfSleepMode(settings, line);
     cobs += has(0x1F10); // SDO requesting device
     cobs += 2 * countIndices(store, line, 0x1301, 0x137F);
-    cobs += additionalCobs(settings, position);
+    cobs += additionalCobs(settings, line);
     cobs += Defines::hasFlyingMaster(store, line) ? 10 : 0;
     if (!context.multiProtocol)
         cobs += cobsOfTransport(settings, line);
@@ -187,12 +182,11 @@ quint32 Defines::isoTpCobs(const GeneralSettings &settings, quint8 line)
 quint16 Defines::getCobCount(const DefineContext &context, quint8 line)
 {
     if (line != kAllLines)
-        return cobsOfLine(context, line, line);
+        return cobsOfLine(context, line);
     quint16 cobs = 0;
-    int position = 0;
     for (const quint8 number : context.lines.numbers) {
         if (context.store.existIndex(number, 0x1000))
-            cobs += cobsOfLine(context, number, position++);
+            cobs += cobsOfLine(context, number);
     }
     return cobs;
 }

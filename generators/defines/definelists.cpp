@@ -2,6 +2,7 @@
 #include "generators/defines/definelists.h"
 
 #include "generators/generalsettings.h"
+#include "support/linelist.h"
 
 #include <QStringList>
 
@@ -19,15 +20,15 @@ QString bufferSize(const QString &setting, const QList<quint8> &lines, const QSt
 QString Defines::lineList(const QString &setting, const QList<quint8> &lines,
                           const QString &emptyElement)
 {
-    QStringList elements = setting.split(QLatin1Char(','));
-    // Deliberate: an array cannot take more elements than the device has lines, nor empty ones;
-    // held by tst_definecounts.
-    if (elements.size() > lines.size()) {
-        QStringList existing;
-        for (const quint8 line : lines)
-            existing << elements.at(qMin<int>(line, elements.size() - 1));
-        elements = existing;
+    // Deliberate: an array cannot take more elements than the device has lines, nor empty ones, nor
+    // none at all; held by tst_definecounts.
+    QStringList elements;
+    for (const quint8 line : lines) {
+        if (LineList::reaches(setting, line))
+            elements << LineList::element(setting, line);
     }
+    if (elements.isEmpty() && !lines.isEmpty())
+        elements << LineList::element(setting, lines.first(), LineList::Beyond::Last);
     for (QString &element : elements) {
         if (element.trimmed().isEmpty())
             element = emptyElement;

@@ -9,9 +9,9 @@ class GeneralSettings;
 namespace Defines
 {
 
-/// The comma list \a setting with an element for each of \a lines at most: elements of lines that
-/// do not exist are left out, empty ones become \a emptyElement. All else stands as it is; a list
-/// shorter than the lines stays short.
+/// The elements that the comma list \a setting has for \a lines, in ascending order; empty ones
+/// become \a emptyElement. A list that does not reach all lines stays short, and one that reaches
+/// none keeps its last element.
 QString lineList(const QString &setting, const QList<quint8> &lines, const QString &emptyElement);
 
 /// The CAN queue sizes by line, "10" and "5" where the project has none.

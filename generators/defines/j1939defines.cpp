@@ -294,10 +294,11 @@ QStringList destinationBuffers(const DefineContext &context, const QString &sett
     if (setting.trimmed().isEmpty())
         return QVector<QString>(qMax(1, context.lines.numbers.size()), QStringLiteral("1"))
             .toList();
-    QStringList elements = Defines::lineList(setting, context.lines.numbers, QStringLiteral("0"))
-                               .split(QLatin1Char(','));
-    while (elements.size() < context.lines.numbers.size())
-        elements << elements.last();
+    QStringList elements;
+    for (const quint8 line : context.lines.numbers) {
+        const QString element = LineList::element(setting, line, LineList::Beyond::Last);
+        elements << (element.trimmed().isEmpty() ? QStringLiteral("0") : element);
+    }
     return elements;
 }
 

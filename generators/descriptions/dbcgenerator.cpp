@@ -3,12 +3,12 @@
 
 #include "formats/kvadblib.h"
 #include "generators/addressclaim.h"
+#include "generators/j1939settings.h"
 #include "generators/outputname.h"
 #include "support/cohelper.h"
 #include "support/filereasons.h"
 #include "support/helper.h"
 #include "support/logging.h"
-#include "support/numbers.h"
 #include "support/replacefile.h"
 
 #include <cerrno>
@@ -251,12 +251,11 @@ QString Dbc::symbolName(const QString &name)
 
 quint8 Dbc::lineAddress(const ObjectDataBase &store, quint8 line)
 {
-    const QString setting = store.getJ1939SettingsValue(QStringLiteral("startaddress"));
-    if (setting.isEmpty())
+    const J1939Settings settings(store);
+    if (settings.text(QStringLiteral("startaddress")).isEmpty())
         return kNullAddress;
-    const QStringList addresses = setting.split(QLatin1Char(','));
     return static_cast<quint8>(
-        Numbers::toUIntByPrefix(line < addresses.size() ? addresses.at(line) : addresses.first()));
+        Numbers::toUIntByPrefix(settings.ofLine("startaddress", line, LineList::Beyond::First)));
 }
 
 DBCGenerator::DBCGenerator() : AbstractGenerator(QStringLiteral("DBC File")) {}

@@ -1,8 +1,6 @@
 // The tables of parameter groups, and what each line is started with.
 #include "generators/j1939/pgnsections.h"
 
-#include <QStringList>
-
 namespace
 {
 
@@ -117,17 +115,17 @@ QString addressText(const QString &element)
 
 QString startAddress(const Context &context, const Line &line)
 {
-    const QString setting = context.j1939.text(QStringLiteral("startaddress"));
-    const bool isList = setting.contains(QLatin1Char(','));
     // Deliberate: a list tells addresses by the numbers of lines, as in the check, the NAME and the
-    // DBC file, and a line alone takes the first; no address is the null address. Held by
-    // tst_pgngenerator.
-    const int position = context.form.multiLine ? line.number : 0;
-    const QString element = isList ? setting.split(QLatin1Char(',')).value(position) : setting;
-    const QString address = addressText(element.trimmed());
+    // DBC file, and a line alone beyond its end takes the first; no address is the null address.
+    // Held by tst_pgngenerator.
+    const auto beyond =
+        context.form.multiLine ? LineList::Beyond::Nothing : LineList::Beyond::First;
+    const QString address =
+        addressText(context.j1939.ofLine("startaddress", line.number, beyond).trimmed());
     if (address.isEmpty())
         return QStringLiteral("254");
-    const bool staysAsItIs = context.form.multiLine && !isList;
+    const bool staysAsItIs = context.form.multiLine &&
+                             !LineList::isList(context.j1939.text(QStringLiteral("startaddress")));
     return staysAsItIs || address.endsWith(QLatin1Char('u')) ? address : address + QLatin1Char('u');
 }
 

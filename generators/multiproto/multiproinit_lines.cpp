@@ -1,8 +1,7 @@
 // The functions that start one line each.
 #include "generators/multiproto/multiprosections.h"
 #include "generators/objdict/objdictinit.h"
-
-#include <QStringList>
+#include "support/linelist.h"
 
 namespace
 {
@@ -44,7 +43,7 @@ Role readRole(const Context &context, quint8 line)
     const qint32 mode = settings.decimalOfLine("nmtmaster", line);
     if (mode != kMasterByList)
         return {mode == kMaster, false};
-    const QString element = settings.text("co_ml_ms").split(QLatin1Char(',')).value(line);
+    const QString element = LineList::element(settings.text("co_ml_ms"), line);
     return {Numbers::toIntDecimal(element) == kMaster, true};
 }
 

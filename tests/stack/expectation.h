@@ -58,6 +58,7 @@ private:
     int entries(quint8 line, quint16 index) const; ///< subindices from 1
     SubIndexData subOf(const Place &place) const;
 
+    QString listed(const char *setting, quint8 line) const;
     int bufferCount(const char *setting, quint8 line) const;
     QString subRow(const Place &place) const;
     QString valueText(const Place &place, const SubIndexData &sub, const QString &storage) const;

@@ -201,9 +201,10 @@ QStringList J1939Expectation::claim(quint8 line)
     for (const NameField &field : kName) {
         const QStringList values =
             field.setting ? store.getJ1939SettingsValue(field.setting).split(',') : QStringList();
-        qint64 value = numberOf(values.value(line));
-        if (field.bits == 1) // a switch without list is that of all lines
-            value = numberOf(values.size() == 1 ? values.first() : values.value(line)) != 0;
+        // One value is that of all lines.
+        qint64 value = numberOf(values.size() == 1 ? values.first() : values.value(line));
+        if (field.bits == 1)
+            value = value != 0;
         SpnData spn;
         spn.number = field.spn;
         spn.implementation = 0;
@@ -233,8 +234,9 @@ QStringList J1939Expectation::table(quint8 line, const char *kind, quint8 direct
 QString J1939Expectation::startAddress(quint8 line) const
 {
     const QString setting = store.getJ1939SettingsValue("startaddress");
+    const QStringList list = setting.split(',');
     const QString element =
-        setting.contains(',') ? setting.split(',').value(lines.size() > 1 ? line : 0) : setting;
+        list.value(line, lines.size() == 1 || list.size() == 1 ? list.first() : QString());
     return element.trimmed().isEmpty() ? QStringLiteral("254")
                                        : QString::number(numberOf(element.trimmed().remove('u')));
 }
@@ -276,7 +278,7 @@ QStringList J1939Expectation::start()
 quint32 J1939Expectation::destinationBuffers(quint8 line) const
 {
     const QStringList list = store.getJ1939SettingsValue("j1939fd_multipgbuffer").split(',');
-    const QString element = list.value(qMin(lines.indexOf(line), list.size() - 1));
+    const QString element = list.value(qMin<int>(line, list.size() - 1));
     return element.isEmpty() ? 1 : element.toUInt();
 }
 

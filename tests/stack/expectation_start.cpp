@@ -70,7 +70,8 @@ QStringList Expectation::counts() const
         {"tpdos", [](const Expectation &e, quint8 line) { return e.store.getIndices(line, 0x1800, 0x19FF).size(); }},
         {"rpdos", [](const Expectation &e, quint8 line) { return e.store.getIndices(line, 0x1400, 0x15FF).size(); }},
         {"sdoServers", [](const Expectation &e, quint8 line) { return qMax(e.store.getIndices(line, 0x1200, 0x127F).size(), e.isSet("canfd_supported") ? 0 : 1); }},
-        {"nodeIds", [](const Expectation &e, quint8 line) { return e.number("co_node_id", line); }},
+        {"nodeIds", [](const Expectation &e, quint8 line) { return e.listed("co_node_id", line).toInt(); }},
+        {"nodeIdFunctions", [](const Expectation &e, quint8 line) { return int(e.listed("co_node_id_fct", line).contains("OfLine")); }},
         {"sdoClients", [](const Expectation &e, quint8 line) { return e.store.getIndices(line, 0x1280, 0x12FF).size(); }},
         {"monitoredNodes", [](const Expectation &e, quint8 line) { return e.entries(line, 0x1016); }},
         {"errorHistory", [](const Expectation &e, quint8 line) { return e.entries(line, 0x1003); }},
@@ -113,9 +114,18 @@ QStringList Expectation::commonCounts() const
     return texts;
 }
 
+/// The element of the line's own number. An array has at least one, so that of a list which ends
+/// before all lines the last is there.
+QString Expectation::listed(const char *setting, quint8 line) const
+{
+    const QStringList list = store.getGeneralSettingsValue(setting).split(',');
+    const bool endsBeforeAll = list.size() <= lines.first();
+    return endsBeforeAll && line == lines.first() ? list.last() : list.value(line, "0");
+}
+
 int Expectation::bufferCount(const char *setting, quint8 line) const
 {
-    const QString text = store.getGeneralSettingsValueLine(setting, line).remove('u').trimmed();
+    const QString text = listed(setting, line).remove('u').trimmed();
     if (!text.isEmpty())
         return text.toInt();
     return QLatin1String(setting) == QLatin1String("receivebuffersize") ? 10 : 5;

@@ -63,7 +63,7 @@ static void printServiceValues(const CO_SERVICE_INIT_VAL_T *values)
     PRINT(nodeIds);
     printf("  nodeIdFunctions");
     for (i = 0; i < STACK_LINES; ++i)
-        printf(" %d", values->nodeIdFunctions[i] != NULL);
+        printf("%c%d", i ? ',' : ' ', values->nodeIdFunctions[i] != NULL);
     printf("\n");
 #if defined(CO_CANFD_SUPPORTED) && !defined(STACK_NEW_INIT)
     PRINT(fdMode);

@@ -168,6 +168,8 @@ private slots:
             {"two_lines_uds",         several + second(1) + "line 0" + kUds},
             {"two_lines_uds_client",  several + second(1) + "line 0" + kUds + "udsserver_supported=0"},
             {"gap_fd",                several + second(2) + "line 0" + kCanFd + "new_init_structure=1"},
+            {"gap_lists",             several + second(2) + second(3) + "line 0\nnew_init_structure=1\nco_node_id=5,,7,8\nco_node_id_fct=nodeIdOfLine,,nodeIdOfLine\nreceivebuffersize=20,21,22\nadditional_cob_count=1,5,3"},
+            {"gap_short_list",        several + second(2) + second(3) + "line 0\nco_node_id=5,,7\nco_node_id_fct=,,,nodeIdOfLine"},
             {"single_object_between", several + "line 1\n1000:0 U32 const 1 9\n" + second(2) + "line 0\nco_node_id=5,,7"},
             {"line_without_objects",  several + "line 1\n" + "line 0"},
             {"high_lines",            base + second(25) + second(26) + second(31)},

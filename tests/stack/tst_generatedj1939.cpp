@@ -71,7 +71,10 @@ private slots:
             {"uds_two_lines",     two + kUds + fresh},
             {"other_lines",       two + "line 2\nset line2type=\ntx 65281 1 2 3\nspn 1 U8 0\nrx 65281\nspn 1 U8 0\n" + kName + kUds + fresh},
             {"gap",               two + "line 5\nset line5type=2\nrx 60928\nspn 2837 U21 0\nrx 65300 0 0 3\nspn 12 U16 0\nj1939:safetysupport=1\n" + kName + fresh},
+            {"one_name_for_all",  two + fresh + "j1939:manufacturercode=700\nj1939:function=5\nj1939:addresscapable=1\nj1939:startaddress=128"},
+            {"gap_lists",         one + QString(kGroups).replace("%1", "2") + QString(kGroups).replace("%1", "3") + fresh + "canfd_supported=1\nj1939:j1939fd_multipgbuffer=3,4,5\nreceivebuffersize=20,21,22\nj1939:function=1,2,3,4\nj1939:startaddress=1,2,3"},
             {"other_number",      "line 5\nset line5type=2\ntx 65300 0 0 3\nspn 12 U16 0\nj1939:startaddress=0x80\n" + fresh},
+            {"other_number_list", "line 5\nset line5type=2\nj1939:startaddress=,,,,,0x81\nj1939:function=1,2,3,4,5,6\n" + fresh},
             {"buffers",           two + fresh + "receivebuffersize=20,30u,40\ntransmitbuffersize=7,8u\nadditional_cob_count=3"},
         };
         // clang-format on
@@ -98,7 +101,8 @@ private slots:
         writeApplication(folder->path(), J1939Expectation(*store));
         for (const quint8 line : store->getNodes())
             store->cacheAllSubs(line, 0);
-        // Indices, virtual objects, definitions, groups, the server's object dictionary, declarations.
+        // Indices, virtual objects, definitions, groups, the server's object dictionary,
+        // declarations.
         QCOMPARE(runGenerators(*store, folder->path(), kDeviceName, "AEKLMO"), QString());
         checkDevice(device, *store);
     }

@@ -161,6 +161,8 @@ private slots:
         QTest::newRow("cia510_without_canopen") << "24" << "j1939:cia510serversupport=1";
         QTest::newRow("stale_objects") << "4215" << "set isotp_connection_cnt=1 overwrite_predef=1\nline 0\n1000:0 U32 const 1 3\n1001:0 U8 rw 0 3\nline 1\n1000:0 U32 const 1 3\npdo 1800 $NODEID+0x180 1\n1a00:0 U8 const 1 1\n1a00:1 U32 const 1 0x10000020\nset line0type=4 line1type=2";
         QTest::newRow("gap") << "1245" << "unline 1\ncanfd_supported=1";
+        QTest::newRow("gap_lists") << "1 25" << "set receivebuffersize=20,21,22,23 transmitbuffersize=7,8,9";
+        QTest::newRow("one_name_for_all") << "125" << "j1939:manufacturercode=700\nj1939:function=7\nj1939:startaddress=140";
         QTest::newRow("other_number") << " 5" << "canfd_supported=1" + QString(kUds);
         QTest::newRow("other_number_raw") << " 4" << kUds;
         QTest::newRow("services") << "1524" << "line 0" + services + kUds;

@@ -1,5 +1,6 @@
 // The check of the model: each rule with a case that fires and its nearest neighbour that is
 // silent. The cases change a project without findings, and tell all texts that follow.
+#include "tests/fixtures/problemrecorder.h"
 #include "tests/unit/check/modelfixture.h"
 
 #include <QLoggingCategory>
@@ -502,6 +503,33 @@ private slots:
         compare([](ModelChecker &c, Model &m) {
             return c.startJ1939Check(1, 0, &m.store, {0xEA00, 0x0E00});
         });
+    }
+
+    /// Told on standard error; the report and the count of errors know nothing of it.
+    void shortLists_data()
+    {
+        addColumns();
+        const QString advice = "list one for each line number up to 2";
+        const QString orOne = ", or give one value without comma for all lines [short-list]";
+        // clang-format off
+        row("identity", {"j1939 function=1,2", "j1939 addresscapable=1,1"}, {"warning: the J1939 setting 'function' lists 2 values and none for line 2: " + advice + orOne, "warning: the J1939 setting 'addresscapable' lists 2 values and none for line 2: " + advice + orOne});
+        row("one_for_all_lines", {"j1939 function=1", "set receivebuffersize=10"});
+        row("long_enough", {"j1939 function=1,2,3", "set receivebuffersize=10,,10"});
+        row("buffers", {"set receivebuffersize=10,20"}, {"warning: the setting 'receivebuffersize' lists 2 values and none for line 2: " + advice + " [short-list]"});
+        row("buffers_of_canopen", {"set receivebuffersize=10,20", "set line2type=1"});
+        // clang-format on
+    }
+    void shortLists()
+    {
+        QFETCH(QStringList, changes);
+        QFETCH(QStringList, texts);
+        Model model;
+        for (const QString &words : QStringList{"node 2", "set line2type=2"} + changes)
+            model.change(words);
+        const ProblemRecorder told;
+        run([&](ModelChecker &c) { return c.startGlobalCheck(&model.store); });
+        run([&](ModelChecker &c) { return c.startJ1939Check(2, 2, &model.store, {}); });
+        QCOMPARE(told.lines, texts);
     }
 
     void j1939AddsToTheErrorsOfTheLine()

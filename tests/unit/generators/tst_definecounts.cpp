@@ -37,7 +37,7 @@ private slots:
         QTest::newRow("added, hexadecimal adds nothing") << "set additional_cob_count=0x10" << 0 << 0;
         QTest::newRow("added by line number") << "set additional_cob_count=2, 5; line 1 1" << 1 << 5;
         QTest::newRow("all lines") << "line 2 1; var 1000 0; var 2/1000 0; var 2/1005 0" << 255 << 9;
-        QTest::newRow("all lines, added by place") << "line 2 1; var 1000 0; var 2/1000 0; set additional_cob_count=2,5" << 255 << 15;
+        QTest::newRow("all lines, added by number") << "line 2 1; var 1000 0; var 2/1000 0; set additional_cob_count=2,9,5" << 255 << 15;
         QTest::newRow("all lines, none with 0x1000") << "var 1005 0; set lss_supported=1" << 255 << 0;
         // clang-format on
     }
@@ -95,7 +95,11 @@ private slots:
         QTest::newRow("empty first") << ",33" << QList<quint8>{0, 1} << "E,33";
         QTest::newRow("empty last") << "33, " << QList<quint8>{0, 1} << "33,E";
         QTest::newRow("gap") << "1,,3" << QList<quint8>{0, 2} << "1,3";
-        QTest::newRow("gap beyond the list") << "1,2,3" << QList<quint8>{0, 9} << "1,3";
+        QTest::newRow("gap and no longer than the lines") << "1,2,3" << QList<quint8>{0, 2, 3} << "1,3";
+        QTest::newRow("gap beyond the list") << "1,2,3" << QList<quint8>{0, 9} << "1";
+        QTest::newRow("short") << "1" << QList<quint8>{0, 1} << "1";
+        QTest::newRow("all beyond the list") << "1,2" << QList<quint8>{4, 5} << "2";
+        QTest::newRow("no lines") << "1,2" << QList<quint8>() << "";
         // clang-format on
     }
 

@@ -104,19 +104,19 @@ private slots:
 
     void identityReplacesWhatIsThere()
     {
-        setJ1939({"function=7,8", "identitynumber=9", "addresscapable=2"});
-        store->addNode(1, {});
-        set({"line1type=5"});
+        setJ1939({"function=7,,8", "ecuinstance=3,4", "identitynumber=9", "addresscapable=2"});
+        store->addNode(2, {});
+        set({"line2type=5"});
         addSpn(0xEE00, kTx, 1, 5);
         Pgn::declareIdentify(*store);
         Pgn::declareIdentify(*store);
-        QCOMPARE(defaultsOfName(0), "2837/119/9 2838/108/ 2840/101/ 2839/103/ 2841/5/7 0/1/0 "
+        QCOMPARE(defaultsOfName(0), "2837/119/9 2838/108/ 2840/101/3 2839/103/ 2841/5/7 0/1/0 "
                                     "2842/105/ 2843/102/ 2846/101/ 2844/1/1");
-        // A list without an element for the line has no value for it; to be capable is no list.
-        QCOMPARE(defaultsOfName(1), "2837/119/ 2838/108/ 2840/101/ 2839/103/ 2841/5/8 0/1/0 "
+        // A list without an element for the line has no value for it; one value is that of all.
+        QCOMPARE(defaultsOfName(2), "2837/119/9 2838/108/ 2840/101/ 2839/103/ 2841/5/8 0/1/0 "
                                     "2842/105/ 2843/102/ 2846/101/ 2844/1/1");
         ObjectDataBase::PGN group;
-        QVERIFY(store->getPGNData(1, 0xEE00, kTx, group));
+        QVERIFY(store->getPGNData(2, 0xEE00, kTx, group));
         QCOMPARE(joined(group.name, group.priority, group.inhibitTimeMs, group.cycleTimeMs,
                         group.mappingCount),
                  "Address Claiming/6/250/0/10");

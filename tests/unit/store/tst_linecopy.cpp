@@ -90,6 +90,37 @@ private slots:
         QCOMPARE(store->getGeneralSettingsValue("line0type"), QString("1"));
     }
 
+    /// Into the first of two J1939 lines, from the second of another project.
+    void j1939SettingsOfTheLine_data()
+    {
+        columns<QString, QString, QString>("own", "theirs", "result");
+        QTest::newRow("one_for_all_lines") << "5"
+                                           << "700"
+                                           << "700,5";
+        QTest::newRow("alike") << "5"
+                               << "5"
+                               << "5";
+        QTest::newRow("none") << ""
+                              << "700"
+                              << "700";
+        QTest::newRow("lists") << "5,6"
+                               << "7,8"
+                               << "8,6";
+    }
+    void j1939SettingsOfTheLine()
+    {
+        QFETCH(QString, own);
+        QFETCH(QString, theirs);
+        other->addNode(1, Node());
+        other->setJ1939SettingsValue("manufacturercode", theirs);
+        store->addNode(1, Node());
+        for (const char *type : {"line0type", "line1type"})
+            store->setGeneralSettingsValue(type, "2");
+        store->setJ1939SettingsValue("manufacturercode", own);
+        QVERIFY(store->copyLineFromDatabase(*other, 0, 1, 0, 0));
+        QTEST(store->getJ1939SettingsValue("manufacturercode"), "result");
+    }
+
     void groupsOfADirection()
     {
         for (const quint8 direction : {0x55, 0}) {
