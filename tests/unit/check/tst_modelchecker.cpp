@@ -1,6 +1,6 @@
 // The check of the model: each rule with a case that fires and its nearest neighbour that is
 // silent. The cases change a project without findings, and tell all texts that follow.
-#include "support/problems.h"
+#include "tests/fixtures/problemrecorder.h"
 #include "tests/unit/check/modelfixture.h"
 
 #include <QLoggingCategory>
@@ -526,13 +526,10 @@ private slots:
         Model model;
         for (const QString &words : QStringList{"node 2", "set line2type=2"} + changes)
             model.change(words);
-        QStringList told;
-        const auto former = Problems::setHandler(
-            [&told](const Problems::Problem &problem) { told << problem.asLine(); });
+        const ProblemRecorder told;
         run([&](ModelChecker &c) { return c.startGlobalCheck(&model.store); });
         run([&](ModelChecker &c) { return c.startJ1939Check(2, 2, &model.store, {}); });
-        (void)Problems::setHandler(former);
-        QCOMPARE(told, texts);
+        QCOMPARE(told.lines, texts);
     }
 
     void j1939AddsToTheErrorsOfTheLine()
