@@ -34,6 +34,15 @@ QString OutputName::withoutControls(const QString &text)
     return kept;
 }
 
+QStringList OutputName::headers(const QString &list)
+{
+    QString names = withoutControls(list);
+    for (const char quote : {'"', '<', '>'})
+        names.remove(QLatin1Char(quote));
+    // Deliberate: names of headers that are empty are no names, held by tst_golden.
+    return names.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
 QString OutputName::path(const QString &folder, const QString &project, const QString &tail)
 {
     return path(folder, project, QString(), QString(), tail);

@@ -1,7 +1,8 @@
-// Paths of output files whose names hold words of the project.
+// Paths of output files whose names hold words of the project, and names of files in them.
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace OutputName
 {
@@ -9,6 +10,10 @@ namespace OutputName
 /// \a text without control characters. A file system takes all but NUL, at which the name would
 /// end; a terminal or a build script that meets such a name goes astray.
 QString withoutControls(const QString &text);
+
+/// The headers that \a list names, parted by blanks, without what an include line has around them:
+/// quotation marks and angle brackets.
+QStringList headers(const QString &list);
 
 /// "<folder>/<project><tail>", such as "/x/pump_0.html" for the tail "_0.html", which always stands
 /// in full. A name that is too long for a file system is shortened before it.

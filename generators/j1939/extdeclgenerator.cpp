@@ -401,9 +401,7 @@ void writeOthers(TextWriter &out, const QStringList &others)
 /// its object dictionary.
 void writeApplicationHeaders(TextWriter &out, const ObjectDataBase &store)
 {
-    QStringList headers =
-        OutputName::withoutControls(GeneralSettings(store).text("applicationheader"))
-            .split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    QStringList headers = OutputName::headers(GeneralSettings(store).freeText("applicationheader"));
     headers.removeAll(QStringLiteral("gen_extern_decl.h"));
     if (headers.isEmpty())
         return;

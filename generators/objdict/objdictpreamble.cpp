@@ -216,14 +216,10 @@ void ObjDict::writeApplicationHeaders(Context &context)
 void ObjDict::writeHeaderList(Context &context, const char *include)
 {
     TextWriter &out = context.out;
-    QString names = OutputName::withoutControls(context.settings.freeText("applicationheader"));
-    for (const char quote : {'"', '<', '>'})
-        names.remove(QLatin1Char(quote)); // the line has its own
-    if (names.trimmed().isEmpty())
+    const QStringList headers = OutputName::headers(context.settings.freeText("applicationheader"));
+    if (headers.isEmpty())
         return;
     out.raw("/* application header file(s) */\n");
-    // Deliberate: names of headers that are empty are no names, held by tst_golden.
-    const QStringList headers = names.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     for (const QString &header : headers)
         out.raw(QString::fromUtf8(include).arg(header));
     out.raw("\n");
