@@ -16,14 +16,7 @@ class tst_Faults : public ToolTest
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        QLoggingCategory::setFilterRules("tessarine.*=false");
-        bool isGiven = false;
-        const quint32 given = qEnvironmentVariableIntValue("TESSARINE_TEST_SEED", &isGiven);
-        seed = isGiven ? given : QRandomGenerator::global()->bounded(1000000);
-        qInfo("TESSARINE_TEST_SEED=%u", seed);
-    }
+    void initTestCase() { QLoggingCategory::setFilterRules("tessarine.*=false"); }
 
     void init()
     {
@@ -58,7 +51,7 @@ private slots:
         QVERIFY(run(arguments).endsWith("Generation completed.\nexit code 0\n"));
         auto length = quint32(timer.nsecsElapsed() / 1000);
         const QStringList filesOfARun = files();
-        QRandomGenerator random(seed);
+        QRandomGenerator random(testSeed()); // of the moments of the kills
         int killed = 0;
         int i = 0;
         for (; i < kKilledRuns && timer.elapsed() < kLongestMs; ++i) {
@@ -251,7 +244,6 @@ private:
     }
 
     static constexpr int kObjects = 300;
-    quint32 seed = 0; ///< of the moments at which runs are killed
 };
 
 QTEST_GUILESS_MAIN(tst_Faults)
