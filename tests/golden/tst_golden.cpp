@@ -3,9 +3,9 @@
 // GOLDEN_UPDATE=1 rewrites them.
 #include "generators/descriptions/edsgenerator.h"
 #include "tests/fixtures/generatorrun.h"
+#include "tests/fixtures/projecttext.h"
 #include "tests/fixtures/storefixture.h"
 #include "tests/stack/device.h"
-#include "tests/stack/projecttext.h"
 
 #include <QRegularExpression>
 

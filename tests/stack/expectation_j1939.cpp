@@ -320,11 +320,15 @@ QStringList J1939Expectation::counts(int variant) const
     const Row rows[] = {
         {"receivePgns", true, [](const E &e, quint8 line) { return countGroups(e, line, kReceived, false); }},
         {"transmitPgns", true, [](const E &e, quint8 line) { return countGroups(e, line, kSent, false); }},
-        {"sdoServers", isNew, [](const E &e, quint8 line) { return countSdos(e, line, "cia510serversupport", 0x1200); }},
-        {"sdoClients", isNew, [](const E &e, quint8 line) { return countSdos(e, line, "cia510clientsupport", 0x1280); }},
+        {"sdoServers", isNew,
+         [](const E &e, quint8 line) { return countSdos(e, line, "cia510serversupport", 0x1200); }},
+        {"sdoClients", isNew,
+         [](const E &e, quint8 line) { return countSdos(e, line, "cia510clientsupport", 0x1280); }},
         {"destinationBuffers", isNew && isFd, [](const E &e, quint8 line) { return e.destinationBuffers(line); }},
-        {"safeReceive", isNew && j1939("safetysupport") > 0, [](const E &e, quint8 line) { return countGroups(e, line, kReceived, true); }},
-        {"safeTransmit", isNew && j1939("safetysupport") > 0, [](const E &e, quint8 line) { return countGroups(e, line, kSent, true); }},
+        {"safeReceive", isNew && j1939("safetysupport") > 0,
+         [](const E &e, quint8 line) { return countGroups(e, line, kReceived, true); }},
+        {"safeTransmit", isNew && j1939("safetysupport") > 0,
+         [](const E &e, quint8 line) { return countGroups(e, line, kSent, true); }},
     };
     // clang-format on
     QStringList texts = shared.commonCounts();

@@ -69,10 +69,14 @@ QStringList Expectation::counts() const
         {"objects", [](const Expectation &e, quint8 line) { return e.store.getIndices(line, 0x1000, 0xFFFF).size(); }},
         {"tpdos", [](const Expectation &e, quint8 line) { return e.store.getIndices(line, 0x1800, 0x19FF).size(); }},
         {"rpdos", [](const Expectation &e, quint8 line) { return e.store.getIndices(line, 0x1400, 0x15FF).size(); }},
-        {"sdoServers", [](const Expectation &e, quint8 line) { return qMax(e.store.getIndices(line, 0x1200, 0x127F).size(), e.isSet("canfd_supported") ? 0 : 1); }},
+        {"sdoServers", [](const Expectation &e, quint8 line) {
+             const int objects = e.store.getIndices(line, 0x1200, 0x127F).size();
+             return qMax(objects, e.isSet("canfd_supported") ? 0 : 1); }},
         {"nodeIds", [](const Expectation &e, quint8 line) { return e.listed("co_node_id", line).toInt(); }},
-        {"nodeIdFunctions", [](const Expectation &e, quint8 line) { return int(e.listed("co_node_id_fct", line).contains("OfLine")); }},
-        {"sdoClients", [](const Expectation &e, quint8 line) { return e.store.getIndices(line, 0x1280, 0x12FF).size(); }},
+        {"nodeIdFunctions",
+         [](const Expectation &e, quint8 line) { return int(e.listed("co_node_id_fct", line).contains("OfLine")); }},
+        {"sdoClients",
+         [](const Expectation &e, quint8 line) { return e.store.getIndices(line, 0x1280, 0x12FF).size(); }},
         {"monitoredNodes", [](const Expectation &e, quint8 line) { return e.entries(line, 0x1016); }},
         {"errorHistory", [](const Expectation &e, quint8 line) { return e.entries(line, 0x1003); }},
         {"activeErrors", [](const Expectation &e, quint8 line) { return e.entries(line, 0x1032); }},

@@ -1,29 +1,32 @@
 // The parts of the projects whose generated C is compiled and run. Each is a file of the folder
-// projects; see projecttext.h for its form.
+// projects; see tests/fixtures/projecttext.h for its form.
 #pragma once
 
-#include "tests/fixtures/testkit.h"
+#include "tests/fixtures/casefile.h"
+#include "tests/fixtures/projecttext.h"
 
-inline QString projectPart(const char *name)
+/// \a text with the parts that its rows "use <names>" name; "<name>:1" has 1 in the place of %1.
+inline QString withParts(const QString &text)
 {
-    const QByteArray text = readFile(QString(TEST_STACK "/projects/%1.txt").arg(name));
-    if (text.isEmpty())
-        qFatal("no such part: %s", name);
-    return '\n' + QString::fromUtf8(text);
+    QString whole;
+    for (const QString &row : text.split('\n')) {
+        const QStringList words = row.split(' ');
+        whole += words.first() == "use" ? QString() : row + '\n';
+        for (const QString &name : words.first() == "use" ? words.mid(1) : QStringList()) {
+            const QString file = TEST_STACK "/projects/" + name.section(':', 0, 0) + ".txt";
+            QString part = QString::fromUtf8(readFile(file));
+            if (part.isEmpty())
+                qFatal("no such part: %s", qPrintable(name));
+            whole += withParts(part.replace("%1", name.section(':', 1)));
+        }
+    }
+    return whole;
 }
 
-inline const QString kDevice = projectPart("device");
-inline const QString kSecondLine = projectPart("second_line");
-inline const QString kPdos = projectPart("pdos");
-inline const QString kTypes = projectPart("types");
-inline const QString kServices = projectPart("services");
-inline const QString kIndicationSettings = projectPart("indications");
-inline const QString kCanFd = projectPart("can_fd");
-inline const QString kUds = projectPart("uds");
-inline const QString kShared = projectPart("shared");
-inline const QString kRouting = projectPart("routing");
-inline const QString kVirtual = projectPart("virtual");
-inline const QString kOdd = projectPart("odd");
-inline const QString kSharedRuns = projectPart("shared_runs");
-inline const QString kOddValues = projectPart("odd_values");
-inline const QString kSwitches = projectPart("switches");
+/// A row for each generation of the stack.
+inline void addDialects()
+{
+    columns<bool>("isV4");
+    QTest::newRow("classic") << false;
+    QTest::newRow("v4") << true;
+}

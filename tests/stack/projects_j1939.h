@@ -1,13 +1,7 @@
-// The parts of J1939 projects beside those of projects.h, and texts of the application.
+// Texts of the application of J1939 projects.
 #pragma once
 
 #include "tests/stack/projects.h"
-
-inline const QString kGroups = projectPart("groups");
-inline const QString kName = projectPart("name");
-inline const QString kVariables = projectPart("variables");
-inline const QString kModules = projectPart("modules");
-inline const QString kSdoServer = projectPart("sdo_server");
 
 /// What no generated file declares, since it is no plain name.
 constexpr const char *kAppExpressions = R"(

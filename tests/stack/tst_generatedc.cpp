@@ -7,7 +7,6 @@
 #include "tests/stack/device.h"
 #include "tests/stack/expectation.h"
 #include "tests/stack/projects.h"
-#include "tests/stack/projecttext.h"
 
 #include <QRegularExpression>
 
@@ -137,99 +136,18 @@ private slots:
         folder->setAutoRemove(!qEnvironmentVariableIsSet("GENERATED_C_KEEP"));
     }
 
-    void means_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<bool>("isV4");
-        const auto second = [](int line) {
-            return QString(kSecondLine).replace("%1", QString::number(line));
-        };
-        const QString base = kDevice;
-        const QString all = base + kTypes + kServices + kPdos + kIndicationSettings;
-        const QString several = base + kPdos;
-        // clang-format off
-        const QVector<QPair<const char *, QString>> projects = {
-            {"one_object",            "1000:0 U32 const 1 0"},
-            {"empty_line",            "co_timer_interval=1000"},
-            {"no_line_started",       "1000:0 U32 const 1 0\nmisc:generateML=true\nnmtmaster=2\ncanfd_supported=1"},
-            {"pdos_bitwise",          base + kPdos + "bitwise_mapping=1"},
-            {"all_without_values",    all + "init_static_variables=0\nlimit_check=0\ncompact_array_description=0\nisotp_connection_cnt=256"},
-            {"master",                all + "nmtmaster=1\nlimit_check=0x1\nusdo_client_cnt=1"},
-            {"master_by_options",     all + "nmtmaster=2"},
-            {"forced_by_options",     all + "misc:generateML=true\nnmtmaster=2"},
-            {"can_fd",                all + kCanFd},
-            {"can_fd_by_options",     all + kCanFd + "new_init_structure=1\nnmtmaster=2"},
-            {"uds",                   all + kUds},
-            {"event_profile",         base + "1000:0 U32 const 1 0x000001C6"},
-            {"two_lines_roles",       several + second(1) + "line 0\nnmtmaster=1,2\nlss_supported=1\nco_node_id=5,6\nco_node_id_fct=NULL,nodeIdOfLine"},
-            {"two_lines_everything",  all + second(1) + kServices + "line 0\noverwrite_predef=1,1\nnew_init_structure=1"},
-            {"two_lines_fd",          all + kCanFd + second(1) + "line 0"},
-            {"two_lines_fd_no_sdo",   several + kCanFd + second(1) + "line 0\nidnego_supported=1"},
-            {"two_lines_uds",         several + second(1) + "line 0" + kUds},
-            {"two_lines_uds_client",  several + second(1) + "line 0" + kUds + "udsserver_supported=0"},
-            {"gap_fd",                several + second(2) + "line 0" + kCanFd + "new_init_structure=1"},
-            {"gap_lists",             several + second(2) + second(3) + "line 0\nnew_init_structure=1\nco_node_id=5,,7,8\nco_node_id_fct=nodeIdOfLine,,nodeIdOfLine\nreceivebuffersize=20,21,22\nadditional_cob_count=1,5,3"},
-            {"gap_short_list",        several + second(2) + second(3) + "line 0\nco_node_id=5,,7\nco_node_id_fct=,,,nodeIdOfLine"},
-            {"single_object_between", several + "line 1\n1000:0 U32 const 1 9\n" + second(2) + "line 0\nco_node_id=5,,7"},
-            {"line_without_objects",  several + "line 1\n" + "line 0"},
-            {"high_lines",            base + second(25) + second(26) + second(31)},
-            {"routed",                several + second(1) + kShared + kRouting},
-            {"sdo_routing_alone",     several + second(1) + "line 0\nsdo_routing=1"},
-            {"pdo_routing_alone",     several + second(1) + kShared + kRouting + "line 0\nsdo_routing=0"},
-            {"virtual_objects",       base + kVirtual},
-            {"virtual_two_lines",     base + kVirtual + second(1) + kVirtual + "line 0\ncompact_array_description=1"},
-            {"can_fd_device",         base + kCanFd},
-            {"can_fd_device_lines",   base + kCanFd + second(1) + "line 0\nnew_init_structure=1\nnmtmaster=2"},
-            {"overwrite_nothing",     base + "overwrite_predef=1\ngenerate_string_defaults=1"},
-            {"overwrite_one_line",    base + second(1) + "line 0\noverwrite_predef=0,1"},
-            {"overwrite_fixed",       base + second(1) + "line 0\npdo 1800 0x181\noverwrite_predef=1,0\nnew_init_structure=1\nreceivebuffersize=20,30\ntransmitbuffersize=7,8u"},
-            {"overwrite_tpdos",       base + "overwrite_predef=1\npdo 1800 $NODEID+0180\npdo 1801 $NODEID+x\npdo 1802 $NODEID+"},
-            {"static_store_function", base + "fct_store=onStore"},
-            {"virtual_other_number",  "line 5" + base + kVirtual},
-            {"virtual_strings_alone", base + "2400:0 VS ro 3 -\n2401:0 DOMAIN rw 3 -"},
-            {"virtual_second_line",   base + second(1) + "2400:0 U8 rw 3 1"},
-            {"virtual_not_counted",   base + "2400:0 U64 ro 3 1\nc000:0 U8 ro 3 1"},
-            {"virtual_all",           "1000:0 U32 ro 3 0\n1001:0 U8 ro 3 0"},
-            {"every_switch_fd",       all + kCanFd + kSwitches},
-            {"two_lines_switches",    all + kCanFd + second(1) + "line 0" + kSwitches},
-            {"other_number",          "line 5" + base + kServices + kPdos + kUds},
-            {"only_line_above_31",    "line 40\n" + base + kServices + kPdos + kUds},
-            {"routed_gap",            base + kShared + second(3) + kRouting + "line 2\n1000:0 U32 const 1 9\nline 0"},
-            {"shared_runs",           base + second(1) + kSharedRuns},
-            {"odd_objects",           base + kOdd},
-            {"odd_values",            base + kOddValues},
-        };
-        // clang-format on
-        for (const auto &project : projects) {
-            QTest::addRow("%s_classic", project.first) << project.second << false;
-            QTest::addRow("%s_v4", project.first) << project.second << true;
-        }
-    }
-
+    void means_data() { addCases(TEST_STACK "/projects/cases_canopen.txt", {"_classic", "_v4"}); }
     void means()
     {
-        QFETCH(QString, text);
-        QFETCH(bool, isV4);
+        QFETCH(QString, project);
         store = makeStore();
-        if (text.startsWith("line 5") || text.startsWith("line 40")) {
-            store->addNode(quint8(text.midRef(5, 2).trimmed().toUShort()), Node());
-            store->delNode(0);
-        } else {
-            buildProject(*store, "line 0");
-        }
-        buildProject(*store, text);
-        if (isV4)
+        buildProject(*store, "line 0\n" + withParts(project));
+        if (QString(QTest::currentDataTag()).endsWith("_v4"))
             store->setGeneralSettingsValue("use_core_headers", "V4");
         checkProject();
     }
 
-    void pump_data()
-    {
-        QTest::addColumn<bool>("isV4");
-        QTest::addRow("classic") << false;
-        QTest::addRow("v4") << true;
-    }
-
+    void pump_data() { addDialects(); }
     void pump()
     {
         QFETCH(bool, isV4);

@@ -6,9 +6,7 @@
 #include "tests/stack/device.h"
 #include "tests/stack/example.h"
 #include "tests/stack/expectation_j1939.h"
-#include "tests/stack/projects.h"
 #include "tests/stack/projects_j1939.h"
-#include "tests/stack/projecttext.h"
 
 namespace
 {
@@ -43,58 +41,13 @@ private slots:
         folder->setAutoRemove(!qEnvironmentVariableIsSet("GENERATED_C_KEEP"));
     }
 
-    void means_data()
-    {
-        columns<QString, bool>("text", "isV4");
-        const QString one = QString(kGroups).replace("%1", "0");
-        const QString two = one + QString(kGroups).replace("%1", "1");
-        const QString server = kSdoServer;
-        const QString objects = server + kDevice + kTypes + "new_init_structure=1\n";
-        const QString fresh = "new_init_structure=1\n";
-        // clang-format off
-        const QVector<QPair<const char *, QString>> projects = {
-            {"claim_alone",       "line0type=2"},
-            {"one_line",          one + kName},
-            {"values",            one + kName + "set init_static_variables=1 new_init_structure=1"},
-            {"variables",         one + kVariables + "new_init_structure=1"},
-            {"safe",              one + kVariables + fresh + "j1939:safetysupport=1\nj1939:sdm_timer_interval=10"},
-            {"safe_alone",        "line0type=2\ntx 65280 100 20 3 safe\nspn 1 U8 0\nset new_init_structure=1\nj1939:safetysupport=1"},
-            {"fd",                one + fresh + "canfd_supported=1\nj1939:j1939fd_multipgbuffer=4,5"},
-            {"fd_old_structure",  two + kName + "canfd_supported=1"},
-            {"fd_two_lines",      two + kName + fresh + "canfd_supported=1\nj1939:j1939fd_11bitmultipg=1\nj1939:j1939fd_multipgbuffer=3"},
-            {"dynamic",           two + kVariables + fresh + "j1939:dynsupport=1"},
-            {"every_module",      two + kName + kModules + fresh + "j1939:safetysupport=1"},
-            {"server",            "line 0\nline0type=2\n" + objects},
-            {"server_fd_uds",     one + objects + kUds + "canfd_supported=1"},
-            {"server_virtual",    one + objects + kVirtual},
-            {"server_two_lines",  two + objects + "limit_check=1\nj1939:cia510serversupport=0x1\nline 1\n1000:0 U32 const 1 7\n2001:0 U32 rw 0 2 map\n2002:0 U64 rw 0 9\nset line1type=2"},
-            {"uds_two_lines",     two + kUds + fresh},
-            {"other_lines",       two + "line 2\nset line2type=\ntx 65281 1 2 3\nspn 1 U8 0\nrx 65281\nspn 1 U8 0\n" + kName + kUds + fresh},
-            {"gap",               two + "line 5\nset line5type=2\nrx 60928\nspn 2837 U21 0\nrx 65300 0 0 3\nspn 12 U16 0\nj1939:safetysupport=1\n" + kName + fresh},
-            {"one_name_for_all",  two + fresh + "j1939:manufacturercode=700\nj1939:function=5\nj1939:addresscapable=1\nj1939:startaddress=128"},
-            {"gap_lists",         one + QString(kGroups).replace("%1", "2") + QString(kGroups).replace("%1", "3") + fresh + "canfd_supported=1\nj1939:j1939fd_multipgbuffer=3,4,5\nreceivebuffersize=20,21,22\nj1939:function=1,2,3,4\nj1939:startaddress=1,2,3"},
-            {"other_number",      "line 5\nset line5type=2\ntx 65300 0 0 3\nspn 12 U16 0\nj1939:startaddress=0x80\n" + fresh},
-            {"only_line_above_31",  "line 40\nset line40type=2\ntx 65300 0 0 3\nspn 12 U16 0\n" + kUds + fresh},
-            {"other_number_list", "line 5\nset line5type=2\nj1939:startaddress=,,,,,0x81\nj1939:function=1,2,3,4,5,6\n" + fresh},
-            {"buffers",           two + fresh + "receivebuffersize=20,30u,40\ntransmitbuffersize=7,8u\nadditional_cob_count=3"},
-        };
-        // clang-format on
-        for (const auto &project : projects) {
-            QTest::addRow("%s_classic", project.first) << project.second << false;
-            QTest::addRow("%s_v4", project.first) << project.second << true;
-        }
-    }
-
+    void means_data() { addCases(TEST_STACK "/projects/cases_j1939.txt", {"_classic", "_v4"}); }
     void means()
     {
-        QFETCH(QString, text);
-        QFETCH(bool, isV4);
+        QFETCH(QString, project);
         const std::unique_ptr<ObjectDataBase> store = makeStore();
-        if (text.startsWith("line 5") || text.startsWith("line 40")) {
-            store->addNode(quint8(text.midRef(5, 2).trimmed().toUShort()), Node());
-            store->delNode(0);
-        }
-        buildProject(*store, text);
+        buildProject(*store, withParts(project));
+        const bool isV4 = QString(QTest::currentDataTag()).endsWith("_v4");
         // A project may well name the header of declarations, which includes all of them.
         store->setGeneralSettingsValue(
             "applicationheader", store->getGeneralSettingsValue("applicationheader") +
@@ -112,13 +65,7 @@ private slots:
     }
 
     /// The example as the tool itself makes it.
-    void excavator_data()
-    {
-        columns<bool>("isV4");
-        QTest::newRow("classic") << false;
-        QTest::newRow("v4") << true;
-    }
-
+    void excavator_data() { addDialects(); }
     void excavator()
     {
         QFETCH(bool, isV4);

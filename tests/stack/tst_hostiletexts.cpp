@@ -175,7 +175,7 @@ QStringList compiledText(const QString &folder, const QString &file, const QStri
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(TEST_C_COMPILER, {"-E", "-P", "-dD", "-std=c99", "-I.",
                                     "-I" TEST_STACK "/include", "-I" TEST_STACK, file});
-    if (!process.waitForFinished() || process.exitCode() != 0)
+    if (!process.waitForFinished(kLongestWaitMs) || process.exitCode() != 0)
         return {"failed: " + QString::fromUtf8(process.readAll())};
     QString code = QString::fromUtf8(process.readAll());
     code.replace(QRegularExpression("\"(\\\\.|[^\"\\\\\n])*\""), "\"\"")
@@ -308,7 +308,8 @@ private slots:
             {"script", "<script>evil</script><!--"},
             {"cells", "a,b;\"c\"\n;d"},
             {"nul", QString("a") + QChar(0) + "evil*" + QChar(0) + "/\x1b[2J"},
-            {"section", "x\n[1018]\nParameterName=evil\u2028[1000]\u0085DataType=1\nIndex: 0x1000\n\nPGN:\t1\tName:\tevil"},
+            {"section", "x\n[1018]\nParameterName=evil\u2028[1000]\u0085DataType=1\nIndex: "
+                "0x1000\n\nPGN:\t1\tName:\tevil"},
             {"signal", "SG_ evil : 0|8@1+ (1,0) [0|1] \"\" V\";\n SG_ evil : 0|8\nBA_ \"SPN\" 1;"},
         };
         // clang-format on

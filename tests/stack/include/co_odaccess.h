@@ -4,7 +4,8 @@
 
 #include <co_datatype.h>
 
-/* A tag is CO_DTYPE_<type>_<storage>; domains and virtual objects have no storage. Its number tells both, so that a walk can take it apart. */
+/* A tag is CO_DTYPE_<type>_<storage>; domains and virtual objects have no storage. Its number tells both, so
+ * that a walk can take it apart. */
 #define STACK_STORAGES(X, T) \
     X(T, CONST) X(T, VAR) X(T, PTR) X(T, SYNC) X(T, EMCY) X(T, ERRCTRL) X(T, STORE) X(T, TIME) X(T, NMT) \
     X(T, SDO_SERVER) X(T, SDO_CLIENT) X(T, GFC) X(T, SRDO) X(T, RPDO) X(T, RMAP) X(T, TPDO) X(T, TMAP) \

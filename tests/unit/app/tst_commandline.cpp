@@ -75,10 +75,17 @@ private slots:
         const QByteArray noParameter = kHelp + "Error - Parameter error.\n";
         const QByteArray noProject = "Project not given.\n" + kHelp + "Error - No project specified.\n";
         const QByteArray notOpened = "Error - Open project failed.\n";
-        const auto unopened = [&](const QByteArray &project, const QByteArray &why) { return notOpened + "errors:\n" + project + ": error: could not be opened: " + why + " [not-opened]\n"; };
-        const auto notImported = [](const QByteArray &file, const QByteArray &why) { return "Import failed.\nError - Import error.\nerrors:\n" + file + ": error: could not be imported: " + why + " [not-imported]\n"; };
-        const QByteArray untyped = "\nCheck of model consistency started\nWarning line type not set for line 0.\n\nCheck of model consistency finished.\n\n" + kDefines + "Generation finished.\nGeneration completed.\n";
-        const QByteArray notWritten = QByteArray(kFullRun).replace("Generation of textual documenation completed.", "ERROR - Generation of textual documenation failed. Could not open %DIR%/taken_doc.txt") + "errors:\n%DIR%/taken_doc.txt: error: could not be written: it is a folder [output-not-written]\n";
+        const auto unopened = [&](const QByteArray &project, const QByteArray &why) { return notOpened + "errors:\n" +
+            project + ": error: could not be opened: " + why + " [not-opened]\n"; };
+        const auto notImported = [](const QByteArray &file,
+            const QByteArray &why) { return "Import failed.\nError - Import error.\nerrors:\n" + file +
+            ": error: could not be imported: " + why + " [not-imported]\n"; };
+        const QByteArray untyped = "\nCheck of model consistency started\nWarning line type not set for line "
+            "0.\n\nCheck of model consistency finished.\n\n" + kDefines +
+            "Generation finished.\nGeneration completed.\n";
+        const QByteArray notWritten = QByteArray(kFullRun).replace("Generation of textual documenation completed.",
+            "ERROR - Generation of textual documenation failed. Could not open %DIR%/taken_doc.txt") +
+            "errors:\n%DIR%/taken_doc.txt: error: could not be written: it is a folder [output-not-written]\n";
         QTest::newRow("no_arguments") << "" << noParameter << 4;
         QTest::newRow("help") << "-help" << kHelp << 0;
         QTest::newRow("help_goes_first") << "-project none.tsrp -help" << kHelp << 0;
@@ -87,16 +94,28 @@ private slots:
         QTest::newRow("missing_project") << "-project none.tsrp" << unopened("none.tsrp", "there is no such file") << 3;
         QTest::newRow("option_as_project") << "-project -save" << unopened("-save", "there is no such file") << 3;
         QTest::newRow("folder_as_project") << "-project ." << unopened(".", "it is a folder") << 3;
-        QTest::newRow("folder_as_text_project") << "-project folder.tsrt" << unopened("folder.tsrt", "it is a folder") << 3;
-        QTest::newRow("device_as_project") << "-project /dev/zero" << unopened("/dev/zero", "it is a device or a pipe") << 3;
-        QTest::newRow("foreign_file") << "-project foreign.tsrp" << notOpened + "errors:\n%DIR%/foreign.tsrp: error: is no project: it is no SQLite database, and the name of a text project ends in tsrt [no-project]\n" << 3;
-        QTest::newRow("missing_import") << "-project pümp.tsrt -import none.eds" << notImported("none.eds", "there is no such file") << 5;
-        QTest::newRow("unknown_suffix") << "-project pümp.tsrt -import gauge.txt" << notImported("gauge.txt", "its name has none of the endings .csv, .dcf, .eds") << 5;
-        QTest::newRow("folder_as_import") << "-project pümp.tsrt -import folder.eds" << notImported("folder.eds", "it is a folder") << 5;
-        QTest::newRow("dangling_import") << "-project pümp.tsrt -import dangling.eds" << notImported("dangling.eds", "it is a link to a file that is not there") << 5;
-        QTest::newRow("huge_import") << "-project pümp.tsrt -import huge.csv" << notImported("huge.csv", "it is larger than 256 MiB") << 5;
-        QTest::newRow("import_that_fails_to_read") << "-project pümp.tsrt -import memory.eds" << notImported("memory.eds", "Input/output error") << 5;
-        QTest::newRow("missing_modifier") << "-project pümp.tsrt -dbmod none.txt" << kFullRun + "errors:\nnone.txt: error: could not be read: there is no such file [modifier-not-read]\n" << 0;
+        QTest::newRow("folder_as_text_project") << "-project folder.tsrt"
+            << unopened("folder.tsrt", "it is a folder") << 3;
+        QTest::newRow("device_as_project") << "-project /dev/zero"
+            << unopened("/dev/zero", "it is a device or a pipe") << 3;
+        QTest::newRow("foreign_file") << "-project foreign.tsrp"
+            << notOpened + "errors:\n%DIR%/foreign.tsrp: error: is no project: it is no SQLite database, and the "
+            "name of a text project ends in tsrt [no-project]\n" << 3;
+        QTest::newRow("missing_import") << "-project pümp.tsrt -import none.eds"
+            << notImported("none.eds", "there is no such file") << 5;
+        QTest::newRow("unknown_suffix") << "-project pümp.tsrt -import gauge.txt"
+            << notImported("gauge.txt", "its name has none of the endings .csv, .dcf, .eds") << 5;
+        QTest::newRow("folder_as_import") << "-project pümp.tsrt -import folder.eds"
+            << notImported("folder.eds", "it is a folder") << 5;
+        QTest::newRow("dangling_import") << "-project pümp.tsrt -import dangling.eds"
+            << notImported("dangling.eds", "it is a link to a file that is not there") << 5;
+        QTest::newRow("huge_import") << "-project pümp.tsrt -import huge.csv"
+            << notImported("huge.csv", "it is larger than 256 MiB") << 5;
+        QTest::newRow("import_that_fails_to_read") << "-project pümp.tsrt -import memory.eds"
+            << notImported("memory.eds", "Input/output error") << 5;
+        QTest::newRow("missing_modifier") << "-project pümp.tsrt -dbmod none.txt"
+            << kFullRun + "errors:\nnone.txt: error: could not be read: there is no such file [modifier-not-read]\n"
+            << 0;
         QTest::newRow("text_project") << "-project pümp.tsrt" << kFullRun << 0;
         QTest::newRow("any_order") << "-x -s -project pümp.tsrt" << kFullRun << 0;
         QTest::newRow("import_without_value") << "-project pümp.tsrt -import" << kFullRun << 0;

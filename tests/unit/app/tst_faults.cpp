@@ -1,4 +1,5 @@
 // Trouble from outside: killed runs, full disks, files that others take away.
+#include "tests/fixtures/projecttext.h"
 #include "tests/fixtures/toolfixture.h"
 
 #include <QLoggingCategory>
@@ -24,12 +25,10 @@ private slots:
         // Large enough that kills fall into all phases of a run, the save among them.
         ObjectDataBase store;
         QVERIFY(store.openDataBase(folder + "/pümp.tsrt"));
-        for (int index = 0x2000; index < 0x2000 + kObjects; ++index) {
-            store.addIndex(0, quint16(index), makeObject("o", CANopen::ObjectCode::Var));
-            Sub sub = makeSub("s", 5, "1");
-            sub.accessType = "rw";
-            store.addSubIndex(0, quint16(index), 0, sub);
-        }
+        QString rows;
+        for (int index = 0x2000; index < 0x2000 + kObjects; ++index)
+            rows += QString("%1:0 U8 rw 0 1\n").arg(index, 4, 16);
+        buildProject(store, rows);
         QVERIFY(store.saveDataBase(folder + "/big.tsrp"));
         QVERIFY(store.saveDataBase(folder + "/big.tsrt"));
     }

@@ -2,6 +2,7 @@
 #include "app/generatormainhandler.h"
 #include "app/outputhandlerbase.h"
 #include "tests/fixtures/problemrecorder.h"
+#include "tests/fixtures/projecttext.h"
 #include "tests/fixtures/storefixture.h"
 
 using Result = GeneratorMainHandler::GeneratorResult;
@@ -27,16 +28,9 @@ private slots:
     void init()
     {
         store = makeStore();
-        for (const char *key :
-             {"co_node_id", "receivebuffersize", "transmitbuffersize", "co_timer_interval"})
-            store->setGeneralSettingsValue(key, "1");
-        for (const quint16 index : {0x1000, 0x1001, 0x1017, 0x1018})
-            store->addIndex(0, index, {});
-        store->addSubIndex(0, 0x1018, 1, makeSub("Vendor-ID", 7, "1"));
-        for (const char *key :
-             {"identitynumber", "manufacturercode", "ecuinstance", "functioninstance", "function",
-              "vehiclesystem", "vehicleinstance", "industrygroup", "startaddress"})
-            store->setJ1939SettingsValue(key, "1");
+        buildProject(*store, "set co_node_id=1 receivebuffersize=1 transmitbuffersize=1\n"
+                             "set co_timer_interval=1; 1000 var; 1001 var; 1017 var; 1018 var\n"
+                             "1018:1 type=U32 value=1; identity 1");
     }
 
     void headsEachLineOfSeveral()
@@ -66,18 +60,9 @@ private slots:
     /// The variants of a device description, and the files of a CAN FD line.
     void writesEachVariantOfTheDevice()
     {
-        setLineType(0, "1");
-        store->setGeneralSettingsValue("canfd_supported", "1");
-        Object object;
-        object.metadata = {{"eds_define", "slim"}};
-        object.objectCode = CANopen::ObjectCode::Array; // as CAN FD devices have it
-        store->addIndex(0, 0x1000, object);
-        for (const quint8 sub : {0, 1}) {
-            Sub type = makeSub("Type", sub ? 7 : 5, "1");
-            type.implementation = 1;
-            type.accessType = "const";
-            store->addSubIndex(0, 0x1000, sub, type);
-        }
+        // The device type is an array, as CAN FD devices have it.
+        buildProject(*store, "line 0; canfd_supported=1; 1000 arr meta=eds_define:slim\n"
+                             "1000:0 U8 const 1 1; 1000:1 U32 const 1 1");
         RecordingHandler report;
         QVERIFY2(run(report) == Result::GenerationOk, qPrintable(report.lines.join('|')));
         const QString folder = fixture.path();
@@ -116,14 +101,7 @@ private slots:
     void tellsOfCorrections()
     {
         for (const bool isWrong : {false, true}) {
-            setLineType(0, "1");
-            Object identity;
-            identity.objectCode = CANopen::ObjectCode::Record;
-            store->addIndex(0, 0x1018, identity);
-            Sub count = makeSub("Count", 5, isWrong ? "0" : "1");
-            count.accessType = "const";
-            count.implementation = 1;
-            store->addSubIndex(0, 0x1018, 0, count);
+            buildProject(*store, QString("line 0; 1018 rec; 1018:0 U8 const 1 %1").arg(!isWrong));
             RecordingHandler report;
             GeneratorMainHandler driver(&report);
             driver.openProject(store.get(), fixture.path(), "demo");
@@ -181,8 +159,10 @@ private slots:
         columns<QString, QString, QByteArray, QString>("type", "adapter", "section", "left");
         QTest::newRow("no_adapter") << "2" << "" << QByteArray(" \n\t\n") << "";
         QTest::newRow("code_of_the_user_stays") << "2" << "0" << QByteArray("int mine;\n") << "j1939_adapter.c";
-        QTest::newRow("adapter") << "2" << "1" << QByteArray() << "gen_j1939_adapter.c j1939_adapter.c j1939_adapter.cs";
-        QTest::newRow("both_protocols") << "5" << "" << QByteArray() << "gen_indication.h gen_j1939_adapter.c j1939_adapter.c j1939_adapter.cs";
+        QTest::newRow("adapter") << "2" << "1" << QByteArray()
+            << "gen_j1939_adapter.c j1939_adapter.c j1939_adapter.cs";
+        QTest::newRow("both_protocols") << "5" << "" << QByteArray()
+            << "gen_indication.h gen_j1939_adapter.c j1939_adapter.c j1939_adapter.cs";
         // clang-format on
     }
     void removesForeignFilesOfJ1939Projects()
@@ -230,14 +210,8 @@ private slots:
     /// Names that differ in what no file name may hold.
     void tellsOfVariantsWithOneFileName()
     {
-        setLineType(0, "1");
-        store->setGeneralSettingsValue("canfd_supported", "1");
-        for (const auto &variant :
-             {std::make_pair(0x1002, "a/b"), {0x1003, "a_b"}, {0x1004, "c"}}) {
-            Object object;
-            object.metadata = {{"eds_define", variant.second}};
-            store->addIndex(0, quint16(variant.first), object);
-        }
+        buildProject(*store, "line 0; canfd_supported=1; 1002 var meta=eds_define:a/b\n"
+                             "1003 var meta=eds_define:a_b; 1004 var meta=eds_define:c");
         ProblemRecorder problems;
         RecordingHandler report;
         run(report, {}, true);

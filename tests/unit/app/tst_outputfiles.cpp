@@ -1,5 +1,6 @@
 // The files of two runs: the same bytes where the date is given, and the same files where they are
 // kept.
+#include "tests/fixtures/projecttext.h"
 #include "tests/fixtures/toolfixture.h"
 
 #include <QRegularExpression>
@@ -26,18 +27,11 @@ private slots:
                           "0x1000\\0x1\\defaultineds=1\n"));
         ObjectDataBase store;
         QVERIFY(store.openDataBase(folder + "/pümp.tsrt"));
-        for (const char *key :
-             {"identitynumber", "manufacturercode", "ecuinstance", "functioninstance", "function",
-              "vehiclesystem", "vehicleinstance", "industrygroup", "startaddress"})
-            store.setJ1939SettingsValue(key, "1,1");
-        store.setGeneralSettingsValue("line0type", "5");
+        buildProject(store, "line 0 5; identity 1,1");
         QVERIFY(store.saveDataBase(folder + "/both.tsrp"));
         // With a second line: all generators, but for those of CAN FD.
-        store.addNode(1, Node());
-        for (const char *key :
-             {"co_node_id", "receivebuffersize", "transmitbuffersize", "co_timer_interval"})
-            store.setGeneralSettingsValue(key, "1,1");
-        store.setGeneralSettingsValue("line1type", "2");
+        buildProject(store, "line 1 2; set co_node_id=1,1 receivebuffersize=1,1\n"
+                            "set transmitbuffersize=1,1 co_timer_interval=1,1");
         QVERIFY(store.saveDataBase(folder + "/mixed.tsrp"));
     }
 

@@ -3,7 +3,7 @@
 #include "app/outputhandlerbase.h"
 #include "app/postgenprocessor.h"
 #include "app/postgenprogresshandler.h"
-#include "support/problems.h"
+#include "tests/fixtures/problemrecorder.h"
 #include "tests/fixtures/toolfixture.h"
 
 class JoiningHandler : public OutputHandlerBase
@@ -35,13 +35,20 @@ private slots:
     {
         // clang-format off
         columns<QByteArray, QByteArray, QByteArray>("script", "arguments", "output");
-        const QByteArray standard = "Post generation process standard output:\n\n\t", error = "Post generation process error output:\n\n\t";
+        const QByteArray standard = "Post generation process standard output:\n\n\t",
+            error = "Post generation process error output:\n\n\t";
         const QByteArray zero = "\nPost generation process finished with code 0\nGeneration completed.\n";
-        QTest::newRow("place_holders") << QByteArray("echo \"$(printf '[%s]' \"$@\"; pwd)\"") << QByteArray("%P %D/%N  %p") << standard + "[%DIR%/pümp.tsrp][%DIR%/pümp.tsrp][][%p]%DIR%" + zero;
-        QTest::newRow("failing") << QByteArray("echo '  oops\n\t now' >&2; exit 3") << QByteArray() << error + "oops now\nPost generation process finished with code 3\nWarning: Generation completed, but post gen process returned 3.\n";
+        QTest::newRow("place_holders") << QByteArray("echo \"$(printf '[%s]' \"$@\"; pwd)\"")
+            << QByteArray("%P %D/%N  %p") << standard + "[%DIR%/pümp.tsrp][%DIR%/pümp.tsrp][][%p]%DIR%" + zero;
+        QTest::newRow("failing") << QByteArray("echo '  oops\n\t now' >&2; exit 3") << QByteArray()
+            << error + "oops now\nPost generation process finished with code 3\nWarning: Generation completed, but "
+            "post gen process returned 3.\n";
         QTest::newRow("reads_input") << QByteArray("cat; echo end") << QByteArray() << standard + "end" + zero;
-        QTest::newRow("crashing") << QByteArray("echo up; kill -KILL $$") << QByteArray() << standard + "up\nPost generation process finished with code 9\nWarning: Generation completed, but post gen process returned 9.\n";
-        QTest::newRow("leaves_a_pipe_open") << QByteArray("(while [ -e \"$0\" ]; do sleep 1; done) & echo up") << QByteArray() << standard + "up" + zero;
+        QTest::newRow("crashing") << QByteArray("echo up; kill -KILL $$") << QByteArray()
+            << standard + "up\nPost generation process finished with code 9\nWarning: Generation completed, but "
+            "post gen process returned 9.\n";
+        QTest::newRow("leaves_a_pipe_open") << QByteArray("(while [ -e \"$0\" ]; do sleep 1; done) & echo up")
+            << QByteArray() << standard + "up" + zero;
         QTest::newRow("silent") << QByteArray("exit 0") << QByteArray() << zero.mid(1);
         QTest::newRow("missing") << QByteArray() << QByteArray() << QByteArray("Generation completed.\n");
         QTest::newRow("no_program") << QByteArray("#") << QByteArray() << QByteArray("Generation completed.\n");
@@ -95,7 +102,8 @@ private slots:
     {
         // clang-format off
         columns<QByteArray, int, QString, int>("script", "longestRun", "reason", "bytes");
-        QTest::newRow("flooding") << QByteArray("yes '<' | head -c 30000000; touch done") << kLongestWaitMs << "it printed more than 16 MiB" << 16 * 1024 * 1024;
+        QTest::newRow("flooding") << QByteArray("yes '<' | head -c 30000000; touch done") << kLongestWaitMs
+            << "it printed more than 16 MiB" << 16 * 1024 * 1024;
         QTest::newRow("lasting") << QByteArray("exec sleep 1000") << 1000 << "it ran longer than 1 s" << -1;
         // clang-format on
     }
@@ -106,17 +114,15 @@ private slots:
         QFETCH(QString, reason);
         QFETCH(int, bytes);
         QVERIFY(writeScript("check", script));
-        QString told;
-        const auto former =
-            Problems::setHandler([&](const auto &problem) { told += problem.asLine(); });
-        const auto restore = qScopeGuard([&] { Problems::setHandler(former); });
+        ProblemRecorder told;
         EdsCheckerWrapper checker;
         checker.setCheckerPath(folder + "/check");
         checker.setLongestRun(longestRun);
         QSignalSpy finished(&checker, &EdsCheckerWrapper::finished);
         QVERIFY(checker.startEDSCheck("x.eds") && finished.wait(kLongestWaitMs));
-        QCOMPARE(told, "x.eds: warning: the EDS checker was stopped, since " + reason +
-                           "; its result is not complete [checker-stopped]");
+        QCOMPARE(told.lines.join('|'), "x.eds: warning: the EDS checker was stopped, since " +
+                                           reason +
+                                           "; its result is not complete [checker-stopped]");
         QVERIFY(bytes < 0 || checker.getResults().size() == bytes);
         QVERIFY(!files().contains("done"));
     }
@@ -153,11 +159,17 @@ private slots:
         // clang-format off
         columns<QByteArray, QByteArray>("script", "output");
         const QByteArray end = "EDS Checker finished.\n\n", done = "Generation completed.\n";
-        const auto told = [](const QByteArray &file) { return "EDS Checker result:\n\n-e " + file + " -d /v301.codb\n\n"; };
+        const auto told = [](const QByteArray &file) { return "EDS Checker result:\n\n-e " + file +
+            " -d /v301.codb\n\n"; };
         // The second one ends when the tool has seen the end of the first one.
-        const QByteArray inTurn = "case $2 in *_7*) until [ -s pid ]; do sleep 0.1; done; while kill -0 $(cat pid); do sleep 0.1; done 2>/dev/null;; *) echo $$ >pid;; esac; ";
-        QTest::newRow("one_for_each") << inTurn + "echo \"$1 ${2##*p} $3 ${4#\"$(dirname \"$0\")\"}\"; cat; exit 9" << "EDS Checker started\nEDS Checker started for line 7\n" + told(".eds") + end + told("_7.eds") + end + done;
-        QTest::newRow("no_program") << QByteArray("#") << "EDS Checker started\nEDS Checker started for line 7\nEDS Checker result:\n\n\n" + end + "EDS Checker result:\n\n\n" + end + done;
+        const QByteArray inTurn = "case $2 in *_7*) until [ -s pid ]; do sleep 0.1; done; while kill -0 $(cat pid); "
+            "do sleep 0.1; done 2>/dev/null;; *) echo $$ >pid;; esac; ";
+        QTest::newRow("one_for_each") << inTurn + "echo \"$1 ${2##*p} $3 ${4#\"$(dirname \"$0\")\"}\"; cat; exit 9"
+            << "EDS Checker started\nEDS Checker started for line 7\n" + told(".eds") + end + told("_7.eds") + end +
+            done;
+        QTest::newRow("no_program") << QByteArray("#")
+            << "EDS Checker started\nEDS Checker started for line 7\nEDS Checker result:\n\n\n" + end +
+            "EDS Checker result:\n\n\n" + end + done;
         QTest::newRow("missing") << QByteArray() << "Start of EDS Checker failed\nStart of EDS Checker failed\n" + done;
         // clang-format on
     }

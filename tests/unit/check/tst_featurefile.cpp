@@ -32,7 +32,9 @@ private slots:
         row("bytes", QByteArray("\0\xFF<\x80", 4), "0.0", "0.0");
         row("endless_nesting", deep, "0.0", "0.0");
         row("closed_nesting", deep + QByteArray("</a>").repeated(200000), "0.0", "0.0");
-        row("entities", "<!DOCTYPE s [<!ENTITY a 'xxxxxxxxxx'><!ENTITY b '&a;&a;&a;&a;&a;&a;&a;&a;&a;'><!ENTITY c '&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;'><!ENTITY d '&c;&c;&c;&c;&c;&c;'>]><s><version>&d;</version></s>", "0.0", "0.0");
+        row("entities", "<!DOCTYPE s [<!ENTITY a 'xxxxxxxxxx'><!ENTITY b '&a;&a;&a;&a;&a;&a;&a;&a;&a;'><!ENTITY c "
+            "'&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;'><!ENTITY d '&c;&c;&c;&c;&c;&c;'>]><s><version>&d;</version></s>",
+            "0.0", "0.0");
         // clang-format on
     }
     void readsVersions()

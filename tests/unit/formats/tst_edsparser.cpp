@@ -1,6 +1,6 @@
 // The parser of device descriptions: which records a file gives, and their values.
 #include "formats/edsparser.h"
-#include "tests/fixtures/testkit.h"
+#include "tests/fixtures/casefile.h"
 
 #include <random>
 
@@ -11,66 +11,21 @@ class TestEdsParser : public QObject
 private slots:
     void initTestCase() { QLoggingCategory::setFilterRules("tessarine.*.debug=false"); }
 
-    void objects_data()
+    void cases_data() { addCases(TEST_CASES "/edsparser.txt"); }
+    void cases()
     {
-        columns<QString, QString>("text", "expected"); // nothing expected: loading fails
-        // clang-format off
-        QTest::newRow("variable") << "[2000]\nObjectType=0x7\n" << "2000:7 2000.0";
-        QTest::newRow("domain_has_its_own_value") << "[2000]\nObjectType=2\n" << "2000:2 2000.0";
-        QTest::newRow("hex_code") << "[2000]\nobjecttype = 0x09\n[2000sub1]\n" << "2000:9 2000.1";
-        QTest::newRow("word_as_code") << "[2000]\nObjectType=array\n" << "2000:8";
-        QTest::newRow("no_code_is_variable") << "[2000]\nDataType=5\n" << "2000:7 2000.0";
-        QTest::newRow("odd_code_is_variable") << "[2000]\nObjectType=0x77\n" << "2000:7 2000.0";
-        QTest::newRow("no_code_with_subs") << "[2000]\n[2000sub0]\n[2000sub1]\n" << "2000:9 2000.0 2000.1";
-        QTest::newRow("no_code_compact") << "[2000]\nCompactSubObj=2\n" << "2000:8";
-        QTest::newRow("sub_0_of_a_variable") << "[2000]\nObjectType=7\n[2000sub0]\n" << "2000:7 2000.0";
-        QTest::newRow("order_of_the_file") << "[3000]\n[2001sub2]\n[2000]\n[2001]\nObjectType=8\n[2001sub1]\n" << "3000:7 3000.0 2001:8 2001.2 2001.1 2000:7 2000.0";
-        QTest::newRow("sub_without_object") << "[2000sub0]\n[2000sub3]\n" << "2000:9 2000.0 2000.3";
-        QTest::newRow("forms_of_names") << "[0x1A00]\nObjectType=9\n[1a00Sub00] x\n[ 1A00 SUB 0a ]\n[0X1a00sub1F]\n" << "1a00:9 1a00.0 1a00.10 1a00.31";
-        QTest::newRow("repeated_sections_count_once") << "[2000]\nObjectType=9\n[2000sub1]\n[2000]\n[2000Sub01]\n" << "2000:9 2000.1";
-        QTest::newRow("names_that_are_no_objects") << "[2000]\n[100]\n[10000]\n[20g0]\n[2000sub]\n[2000sub100]\n[2000subx]\n[2000sub99999999999]\n[2000ObjectLinks]\n[+200]\n[0x12]\n" << "2000:7 2000.0";
-        QTest::newRow("lists_alone_make_no_object") << "[2000Value]\n1=1\n" << "";
-        QTest::newRow("empty_file") << "" << "";
-        // clang-format on
-    }
-    void objects()
-    {
-        QFETCH(QString, text);
+        QFETCH(QString, project);
         QFETCH(QString, expected);
-        QCOMPARE(load(text), !expected.isEmpty());
-        QCOMPARE(order.join(' '), expected);
-    }
-
-    void entries_data()
-    {
-        columns<QString, QString>("section", "expected"); // name/type/access/pdo/denotation, flags
-        // clang-format off
-        QTest::newRow("all") << "PARAMETERNAME=Speed; rpm\nDataType=0x0003\nAccessType=RWW\nPDOMapping=0x1\nObjFlags=3\nDenotation=Fan\nUploadFile=x" << "Speed; rpm/3/rww/1/Fan/1/1";
-        QTest::newRow("none") << "" << "unnamed object/5/ro/0//0/0";
-        QTest::newRow("comments_behind_numbers") << "ParameterName=a\nDataType=7 ; long\nAccessType=rw ;x\nPDOMapping=1;y" << "a/7/rw/1//0/0";
-        QTest::newRow("type_0") << "ParameterName=a\nDataType=0x0" << "a/5/ro/0//0/0";
-        QTest::newRow("type_001") << "ParameterName=a\nDataType=001" << "a/1/ro/0//0/0";
-        QTest::newRow("type_in_bare_hex") << "ParameterName=a\nDataType=1B" << "a/27/ro/0//0/0";
-        QTest::newRow("type_by_name") << "ParameterName=a\nDataType=Integer32" << "a/4/ro/0//0/0";
-        QTest::newRow("type_too_large") << "ParameterName=a\nDataType=0x10005" << "a/5/ro/0//0/0";
-        QTest::newRow("complex_type") << "ParameterName=a\nDataType=0x40" << "a/64/ro/0//0/0";
-        QTest::newRow("domain_without_type") << "ParameterName=a\nObjectType=2" << "a/15/ro/0//0/0";
-        QTest::newRow("domain_with_type") << "ParameterName=a\nObjectType=2\nDataType=7" << "a/7/ro/0//0/0";
-        QTest::newRow("odd_access") << "ParameterName=a\nAccessType=W\nPDOMapping=yes" << "a/5/wo/0//0/0";
-        const QString own = "ParameterName=a\nDataType=7\nAccessType=rw\n[2000sub0]\n";
-        QTest::newRow("bare_sub_0") << own + "SubNumber=0" << "a/7/rw/0//0/0";
-        QTest::newRow("sub_0_with_a_denotation") << own + "Denotation=Fan\nObjFlags=1" << "a/7/rw/0/Fan/1/0";
-        QTest::newRow("sub_0_with_data") << own + "ParameterName=a\nDataType=7" << "a/7/ro/0//0/0";
-        QTest::newRow("repeated_key") << "ParameterName=a\nParameterName=b" << "b/5/ro/0//0/0";
-        // clang-format on
-    }
-    void entries()
-    {
-        QFETCH(QString, section);
-        const CANopenSubindex sub = onlySub(section);
-        QTEST(joined(sub.name, sub.dataType, sub.accessType, int(sub.pdoMapping), sub.denotation,
-                     int(sub.refuseWrite), int(sub.refuseRead)),
-              "expected");
+        if (caseGroup() == "objects") {
+            QCOMPARE(load(project), expected != "\n");
+            QCOMPARE(order.join(' ') + '\n', expected);
+            return;
+        }
+        const CANopenSubindex sub = onlySub(project);
+        QCOMPARE(joined(sub.name, sub.dataType, sub.accessType, int(sub.pdoMapping), sub.denotation,
+                        int(sub.refuseWrite), int(sub.refuseRead)) +
+                     '\n',
+                 expected);
         QCOMPARE(indices.first().name, sub.name);
         QCOMPARE(indices.first().dataType, sub.dataType);
     }

@@ -29,7 +29,8 @@ private slots:
         QTest::newRow("cr") << "[A]\rk=v\r[B]\rl=w\r" << two;
         QTest::newRow("mixed_and_no_last_end") << "[A]\rk=v\n\r\n[B]\r\nl=w" << two;
         QTest::newRow("blanks") << "  [ 1A00 Sub 0A ]\n\t Key =  two words \n" << "[1a00sub0a]Key=two words";
-        QTest::newRow("value_keeps_its_signs") << "[A]\nk=a=b; c, \"d\" 'e' %1 \\n\n" << "[a]k=a=b; c, \"d\" 'e' %1 \\n";
+        QTest::newRow("value_keeps_its_signs") << "[A]\nk=a=b; c, \"d\" 'e' %1 \\n\n"
+            << "[a]k=a=b; c, \"d\" 'e' %1 \\n";
         QTest::newRow("empty_value") << "[A]\nk=\n" << "[a]k=";
         QTest::newRow("comment_lines") << "; x=1\n[A]\n;k=v\n# l=w\n  ;m=x\n" << "[a]";
         QTest::newRow("text_behind_the_head") << "[A] k=v\nl=w\n" << "[a]l=w";

@@ -80,7 +80,8 @@ private slots:
         QTest::newRow("open literal") << "\"a /* \\" << "\"a /* \"" << "\"a /* \"";
         QTest::newRow("open character") << "'" << "''" << "''";
         QTest::newRow("statements") << "a); f(b; (c, d)" << "a); f(b; (c, d)" << "a   f(b; (c, d))";
-        QTest::newRow("function") << "a; int f(void){return 0;}" << "a; int f(void){return 0;}" << "a  int f(void){return 0 }";
+        QTest::newRow("function") << "a; int f(void){return 0;}" << "a; int f(void){return 0;}"
+            << "a  int f(void){return 0 }";
         QTest::newRow("elements") << "a, b}, {c" << "a, b}, {c" << "a  b   {c}";
         QTest::newRow("digraphs") << "a<%b%>%:" << "a<%b%>%:" << "a< %b% >% :";
         // clang-format on

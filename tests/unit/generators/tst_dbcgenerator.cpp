@@ -2,6 +2,7 @@
 #include "formats/kvadblib.h"
 #include "generators/descriptions/dbcgenerator.h"
 #include "support/cohelper.h"
+#include "tests/fixtures/projecttext.h"
 #include "tests/fixtures/storefixture.h"
 #include "tests/unit/generators/dbcreader.h"
 
@@ -15,10 +16,7 @@ private slots:
     void init()
     {
         store = makeStore();
-        for (const char *key :
-             {"identitynumber", "manufacturercode", "ecuinstance", "functioninstance", "function",
-              "vehiclesystem", "vehicleinstance", "industrygroup", "addresscapable"})
-            store->setJ1939SettingsValue(key, "1,7");
+        buildProject(*store, "identity 1,7");
     }
 
     void declaresTheNameOfTheDevice()
@@ -63,13 +61,12 @@ private slots:
 
     void writesGroups()
     {
-        store->setJ1939SettingsValue("startaddress", "0x80");
-        addGroup(0x77, 0xEF00, "Lamp state-1", 100);
-        addGroup(0x55, 0xFF12, "9*", 0);
-        addSpn(0xEF00, 0x77, 0, 5, "level");
-        addSpn(0xEF00, 0x77, 1, 2, "dummy1");
-        addSpn(0xEF00, 0x77, 2, 121, "text", 5120);
-        addSpn(0xEF00, 0x77, 3, 10, "level", 264);
+        buildProject(*store, R"(
+            line 0 2; j1939:startaddress=0x80
+            rx 0xEF00 100 0 6 name=Lamp%20state-1 desc=say%20"on"%20\%20off
+            spn 0 U8 2 name=level var=v.x; spn 1 I8 2 name=dummy1
+            spn 2 121 2 name=text bits=5120; spn 3 OS 2 name=level bits=264
+            tx 0xFF12 0 0 6 name=9*)");
         const QString text = generate();
         const quint32 received = 0x80000000 | ((6 * 0x40000 + 0xEF00) * 0x100 + 0xFE + 0x8000);
         const quint32 sent = 0x80000000 | ((6 * 0x40000 + 0xFF12) * 0x100 + 0x80);
@@ -204,29 +201,6 @@ private:
             start += bits;
         }
         QCOMPARE(told, expected);
-    }
-
-    void addGroup(quint8 direction, quint32 pgn, const QString &name, quint16 cycleTime)
-    {
-        ObjectDataBase::PGN group;
-        group.name = name;
-        group.description = direction == 0x77 ? "say \"on\" \\ off" : "";
-        group.priority = 6;
-        group.direction = direction;
-        group.cycleTimeMs = cycleTime;
-        store->addPGN(0, pgn, group);
-    }
-
-    void addSpn(quint32 pgn, quint8 direction, int number, quint32 type, const QString &name,
-                quint16 bits = 0)
-    {
-        ObjectDataBase::SPN spn;
-        spn.pos = qint16(number);
-        spn.name = name;
-        spn.dataType = type;
-        spn.bitSize = bits;
-        spn.varName = "v.x";
-        store->addSPN(0, pgn, direction, quint32(number), spn);
     }
 
     QString generate()

@@ -55,7 +55,8 @@ private slots:
         QTest::newRow("project") << p + "p" << "A" << p.left(247) + "_0_A.eds";
         QTest::newRow("variant") << "demo" << QString(1000, 'd') << "demo_0_" + QString(244, 'd') + ".eds";
         QTest::newRow("both") << p << QString(252, 'd') << p.left(124) + "_0_" + QString(124, 'd') + ".eds";
-        QTest::newRow("wide") << "demo" << QString::fromUtf8("\xF0\x9F\x98\x80").repeated(62) << "demo_0_" + QString::fromUtf8("\xF0\x9F\x98\x80").repeated(61) + ".eds";
+        QTest::newRow("wide") << "demo" << QString::fromUtf8("\xF0\x9F\x98\x80").repeated(62)
+            << "demo_0_" + QString::fromUtf8("\xF0\x9F\x98\x80").repeated(61) + ".eds";
         // clang-format on
     }
     void longFileNames()

@@ -17,8 +17,10 @@ private slots:
         // clang-format off
         QTest::newRow("nothing")           << 0 << 0 << false << 0 << "";
         QTest::newRow("constant")          << 1 << 4 << false << 0 << "Defaultvalue=9";
-        QTest::newRow("managed, shown")    << 0 << 0 << true  << 1 << "Defaultvalue=9,Implementation Type=Managed Variable";
-        QTest::newRow("variable, shown")   << 2 << 4 << false << 1 << "Implementation Type=Variable,Variable Name=v,Size in bytes=4";
+        QTest::newRow("managed, shown")    << 0 << 0 << true  << 1
+            << "Defaultvalue=9,Implementation Type=Managed Variable";
+        QTest::newRow("variable, shown")   << 2 << 4 << false << 1
+            << "Implementation Type=Variable,Variable Name=v,Size in bytes=4";
         QTest::newRow("another setting")   << 2 << 4 << false << 2 << "";
         // clang-format on
     }

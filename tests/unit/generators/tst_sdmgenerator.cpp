@@ -62,24 +62,19 @@ private slots:
         QFETCH(bool, isMultiLine);
         QFETCH(QString, storage);
         store = makeStore();
-        store->setJ1939SettingsValue("safetysupport", "1");
+        // Managed signals keep their place. One group is without signals, one not a safe one. Line
+        // 2 has safe groups of an earlier type.
+        buildProject(*store, R"(
+            line 0 2; j1939:safetysupport=1
+            rx 0xFF01 100 0 6 safe srvt=70000 name=a%20*/
+            spn 1 U8 2 var=level value=7 name=s%20*/; spn 2 U16 0; spn 3 104 2 var=list[2] value=9
+            rx 0xFF02 100 0 6 safe srvt=300
+            tx 0xFF01 100 0 6; spn 1 U8 2 var=level)");
         store->setGeneralSettingsValue("use_core_headers", v4 ? "V4" : "");
-        setType(0, 2);
-        addGroup(0, 0xFF01, 0x77, 70000);
-        addSpn(0, 0xFF01, 0x77, 5, "level", "7");
-        addSpn(0, 0xFF01, 0x77, 6, "managed"); // bits that keep their place
-        addSpn(0, 0xFF01, 0x77, 104, "list[2]", "9");
-        addGroup(0, 0xFF02, 0x77, 300); // without signals
-        addGroup(0, 0xFF01, 0x55, 0);   // not a safe one
-        addSpn(0, 0xFF01, 0x55, 5, "level");
-        if (isMultiLine) {
-            setType(2, 1); // has safe groups of an earlier type
-            addGroup(2, 0xFF01, 0x55, 20);
-            addSpn(2, 0xFF01, 0x55, 5, "undeclared");
-            setType(5, 2);
-            addGroup(5, 0xFF01, 0x55, 20);
-            addSpn(5, 0xFF01, 0x55, 5, "other", "8");
-        }
+        if (isMultiLine)
+            buildProject(*store, R"(
+                line 2; tx 0xFF01 100 0 6 safe srvt=20; spn 1 U8 2 var=undeclared
+                line 5 2; tx 0xFF01 100 0 6 safe srvt=20; spn 1 U8 2 var=other value=8)");
         const QString text = generate(v4);
         QVERIFY(text.contains("static " + storage + " J1939_SDG_GROUP_T\t"));
         QCOMPARE(runProgram(kWalk),
@@ -90,8 +85,7 @@ private slots:
     void projectWithoutGroups()
     {
         store = makeStore();
-        store->setJ1939SettingsValue("safetysupport", "1");
-        setType(0, 2);
+        buildProject(*store, "line 0 2; j1939:safetysupport=1");
         generate(false);
         QCOMPARE(runProgram(kWalk), "0=0;0=0;\n");
     }

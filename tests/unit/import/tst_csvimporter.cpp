@@ -1,5 +1,6 @@
 // The import of tables of objects.
 #include "import/csvimporter.h"
+#include "tests/fixtures/casefile.h"
 #include "tests/fixtures/storefixture.h"
 
 class TestCsvImporter : public StoreTest
@@ -14,24 +15,35 @@ private slots:
     }
     void init() { store = makeStore(); }
 
+    void cases_data() { addCases(TEST_CASES "/csvimporter.txt"); }
+    void cases()
+    {
+        QFETCH(QString, project);
+        QFETCH(QString, expected);
+        if (caseGroup() == "tables") {
+            QVERIFY(import(project.toUtf8()));
+            QCOMPARE(names() + '\n', expected);
+            return;
+        }
+        QVERIFY(import("index;sub;value;datatype;access;mapable;hasdefault;defaultineds;haslimit;"
+                       "lowlimit;uplimit;size;implementation;varname;nvstorage\n0x2000;3;abc;" +
+                       project.toUtf8()));
+        QCOMPARE(text(subOf(*store, 0, 0x2000, 3)) + '\n', expected);
+    }
+
+    /// Bytes that no text file keeps.
     void tables_data()
     {
         columns<QByteArray, QString>("table", "expected"); // expected: see names()
         const QByteArray head = "index;sub;edsname;value\n";
         // clang-format off
-        QTest::newRow("any_order") << QByteArray("Value, EDSName ,other,SUB,Index\n7,a,x,0x1F,0x2000\n") << "2000/31/a/7";
-        QTest::newRow("comment_first") << "# a,b,c,d\n\n" + head + "\n#\n8192;01;a;1\n" << "2000/1/a/1";
-        QTest::newRow("crlf_and_mark") << QByteArray("\xEF\xBB\xBFindex;sub;edsname;value\r\n0x2000;;\xC3\xA4;1\r\n") << QString::fromUtf8("2000/0/\xC3\xA4/1");
+        QTest::newRow("crlf_and_mark") << QByteArray("\xEF\xBB\xBFindex;sub;edsname;value\r\n0x2000;;\xC3\xA4;1\r\n")
+            << QString::fromUtf8("2000/0/\xC3\xA4/1");
         QTest::newRow("windows_1252") << head + "0x2000;0;\xE4;1" << QString::fromUtf8("2000/0/\xC3\xA4/1");
         QTest::newRow("nul_bytes") << head + QByteArray("0x2000;0;a\0b;1", 14) << "2000/0/a b/1";
-        QTest::newRow("short_lines") << head + "0x2000;0;a\n0x2001;0;b;1\n" << "2001/0/b/1";
-        QTest::newRow("no_index") << QByteArray("sub;edsname;value;size\n0x2000;0;b;1\n") << "";
-        QTest::newRow("out_of_range") << head + "0xFFF;0;a;1\n0xC000;0;a;1\n-4096;0;a;1\n0x12000;0;a;1\n0x2000;256;a;1\n0x2000;-1;a;1\nx;0;a;1\n" << "";
-        QTest::newRow("lists_change_nothing") << head + "0x2000;0;a;1\nd;0x2000;0;x\ndelete;0x2000;0\ncopy;0x2000;0x2001\n" << "2000/0/a/1";
-        QTest::newRow("quoted") << head + "\"0x2000\";0;\"a;\"\"b\"\"\nc\";\"1\"\r\n0x2001;0;\"\";\n" << "2000/0/a;\"b\"\nc/1 2001/0//";
-        QTest::newRow("quotes_inside") << head + "0x2000;0;5\" x \"y\";1\n0x2001;0;\"a\"b;1\n" << "2000/0/5\" x \"y\"/1 2001/0/\"a\"b/1";
+        QTest::newRow("quoted") << head + "\"0x2000\";0;\"a;\"\"b\"\"\nc\";\"1\"\r\n0x2001;0;\"\";\n"
+            << "2000/0/a;\"b\"\nc/1 2001/0//";
         QTest::newRow("never_closed") << head + "0x2000;0;\"a;1\n0x2001;0;b;\"2" << "2000/0/\"a/1 2001/0/b/\"2";
-        QTest::newRow("unnamed") << QByteArray("index;sub;value;size\n0x20AB;1;2;0\n") << "20ab/1/unnamed subindex/2";
         // clang-format on
     }
     void tables()
@@ -39,31 +51,6 @@ private slots:
         QFETCH(QByteArray, table);
         QVERIFY(import(table));
         QTEST(names(), "expected");
-    }
-
-    void subIndices_data()
-    {
-        columns<QByteArray, QString>("row", "expected"); // expected: see text()
-        // clang-format off
-        QTest::newRow("all_words") << QByteArray(" u16 ; RW;tpdo;0;2;yes;1;0x20;0x10;Virtual Object;var;Yes") << "6/rw/4/0/2/1/1/0x20/16/0/var/1";
-        QTest::newRow("other_words") << QByteArray("UNSIGNED32;r;;x;x;no;;;x;;;no") << "7/ro/0/0/0/0/0/4294967295/0/0//0";
-        QTest::newRow("one_limit") << QByteArray("I8;rw;no;1;1;yes;;5;;;;") << "2/rw/0/1/1/1//5/0/0//0";
-        QTest::newRow("unknown_type") << QByteArray("what;rw;no;1;1;no;;;0;none;;") << "0/rw/0/1/1/0///0/0//0";
-        QTest::newRow("u8s") << QByteArray("U8S;rw;no;1;1;no;;;0;;;") << "124/rw/0/1/1/0///3/1//0";
-        QTest::newRow("string_rw") << QByteArray("VS;rw;no;1;1;no;;;0;;;") << "9/rw/0/1/1/0///3/2/v_81923/0";
-        QTest::newRow("string_virtual") << QByteArray("VS;rw;no;1;1;no;;;0;virtualObject;;") << "9/rw/0/1/1/0///0/3//0";
-        QTest::newRow("domain_const") << QByteArray("D;const;no;1;1;no;;;0;;;") << "15/const/0/1/1/0///3/2/v_81923/0";
-        QTest::newRow("domain_virtual") << QByteArray("D;rw;no;1;1;no;;;0;VirtualObject;mine;") << "15/rw/0/1/1/0///0/3/mine/0";
-        QTest::newRow("domain_named") << QByteArray("D;rw;no;1;1;no;;;0;variable;mine;") << "15/rw/0/1/1/0///0/2/mine/0";
-        // clang-format on
-    }
-    void subIndices()
-    {
-        QFETCH(QByteArray, row);
-        QVERIFY(import("index;sub;value;datatype;access;mapable;hasdefault;defaultineds;haslimit;"
-                       "lowlimit;uplimit;size;implementation;varname;nvstorage\n0x2000;3;abc;" +
-                       row));
-        QTEST(text(subOf(*store, 0, 0x2000, 3)), "expected");
     }
 
     void objects()

@@ -1,6 +1,7 @@
 // The import of device descriptions into a project, and what all importers share.
 #include "import/edsimporter.h"
-#include "support/problems.h"
+#include "tests/fixtures/casefile.h"
+#include "tests/fixtures/problemrecorder.h"
 #include "tests/fixtures/storefixture.h"
 
 class TestEdsImporter : public StoreTest
@@ -73,33 +74,13 @@ private slots:
         QVERIFY(store->addIndex(0, 0x2000, {})); // the store is open for others again
     }
 
-    void variables_data()
-    {
-        // clang-format off
-        columns<QString, QString>("entries", "expected");
-        // clang-format off
-        QTest::newRow("refuse_write") << "DataType=6\nAccessType=rw\nDefaultValue=$nodeid+1\nObjFlags=1" << "x//6/rw/$NODEID+1//0/65535/0EW";
-        QTest::newRow("refuse_read_without_default") << "ObjFlags=2" << "x//5/ro///0/255/0R";
-        QTest::newRow("signs_in_the_name") << "ParameterName=It's 5 % \"x\"" << "It's 5 % \"x\"//5/ro///0/255/0";
-        QTest::newRow("value_of_a_dcf") << "ParameterValue=0\nDenotation=Left pump" << "x/Left pump/5/ro//0/0/255/0D";
-        QTest::newRow("empty_value_of_a_dcf") << "ParameterValue=" << "x//5/ro///0/255/0";
-        QTest::newRow("mapped_ro") << "PDOMapping=1\nAccessType=ro" << "x//5/ro///0/255/4";
-        QTest::newRow("mapped_rwr") << "PDOMapping=1\nAccessType=rwr" << "x//5/rwr///0/255/4";
-        QTest::newRow("mapped_wo") << "PDOMapping=1\nAccessType=wo" << "x//5/wo///0/255/3";
-        QTest::newRow("mapped_rww") << "PDOMapping=1\nAccessType=rww" << "x//5/rww///0/255/3";
-        QTest::newRow("mapped_rw") << "PDOMapping=1\nAccessType=rw" << "x//5/rw///0/255/1";
-        QTest::newRow("mapped_const") << "PDOMapping=1\nAccessType=const" << "x//5/const///0/255/1";
-        QTest::newRow("limits_of_the_type") << "DataType=3" << "x//3/ro///-32768/32767/0";
-        QTest::newRow("one_limit") << "DataType=2\nHighLimit=0xFE" << "x//2/ro///-128/-2/0L";
-        QTest::newRow("type_without_range") << "DataType=8\nLowLimit=1" << "x//8/ro///1//0L";
-        // clang-format on
-        // clang-format on
-    }
+    void variables_data() { addCases(TEST_CASES "/edsimporter.txt"); }
     void variables()
     {
-        QFETCH(QString, entries);
-        QVERIFY(import("[2000]\nParameterName=x\n" + entries.toUtf8() + "\n"));
-        QTEST(text(0x2000, 0), "expected");
+        QFETCH(QString, project);
+        QFETCH(QString, expected);
+        QVERIFY(import("[2000]\nParameterName=x\n" + project.toUtf8()));
+        QCOMPARE(text(0x2000, 0) + '\n', expected);
         QCOMPARE(object(0x2000).name, sub(0x2000, 0).name);
         QCOMPARE(object(0x2000).dataType, sub(0x2000, 0).dataType);
         QVERIFY(object(0x2000).objectCode == CANopen::ObjectCode::Var);
@@ -257,10 +238,7 @@ private slots:
     /// Their names could take hundreds of times the memory of the file.
     void longNamesOfCompactMembers()
     {
-        QStringList told;
-        const auto former =
-            Problems::setHandler([&](const auto &problem) { told << problem.asLine(); });
-        const auto restore = qScopeGuard([&] { Problems::setHandler(former); });
+        ProblemRecorder told;
         const QString name(100000, 'x');
         for (const QByteArray index : {"2000", "2001"})
             QVERIFY(import('[' + index + "]\nParameterName=" + name.toUtf8() +
@@ -270,7 +248,7 @@ private slots:
         const QString text = file +
                              ": warning: the names of members of compact objects take too much "
                              "memory; from here on they are cut to 241 characters [names-cut]";
-        QCOMPARE(told, (QStringList{text, text}));
+        QCOMPARE(told.lines, (QStringList{text, text}));
     }
 
     void secondLine()

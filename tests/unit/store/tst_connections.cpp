@@ -162,6 +162,7 @@ private slots:
 
     void freePlaces_data()
     {
+        // clang-format off
         columns<QVector<int>, int, bool, QString>("taken", "type", "output", "place");
         QTest::newRow("empty_input") << QVector<int>{} << 5 << false << "a040:1";
         QTest::newRow("empty_output") << QVector<int>{} << 7 << true << "a680:1";
@@ -169,12 +170,12 @@ private slots:
         QTest::newRow("behind_last_aligned") << QVector<int>{0xA04001} << 4 << false << "a1c0:2";
         QTest::newRow("behind_wider") << QVector<int>{0xA68001} << 5 << true << "a4c0:5";
         QTest::newRow("gap_of_three") << QVector<int>{0xA04001, 0xA04004} << 5 << false << "a040:2";
-        QTest::newRow("gap_too_narrow")
-            << QVector<int>{0xA04001, 0xA04003} << 5 << false << "a040:4";
+        QTest::newRow("gap_too_narrow") << QVector<int>{0xA04001, 0xA04003} << 5 << false << "a040:4";
         QTest::newRow("second_object") << QVector<int>{0xA040FE} << 5 << false << "a040:1";
         QTest::newRow("full_object") << QVector<int>{-254} << 5 << false << "a041:1";
         QTest::newRow("full_short_range") << QVector<int>{-254 * 64} << 2 << false << "none";
         QTest::newRow("no_range") << QVector<int>{} << 8 << false << "none";
+        // clang-format on
     }
 
     void freePlaces()

@@ -92,15 +92,13 @@ private slots:
 
     void apostrophes_data()
     {
+        // clang-format off
         columns<QString, QString>("text", "between");
-        QTest::newRow("one") << "it's"
-                             << "";
-        QTest::newRow("doubled") << "it''s"
-                                 << "";
-        QTest::newRow("doubled_and_renamed") << "it''s"
-                                             << "denotation";
-        QTest::newRow("doubled_and_other_value_set") << "it''s"
-                                                     << "current value";
+        QTest::newRow("one") << "it's" << "";
+        QTest::newRow("doubled") << "it''s" << "";
+        QTest::newRow("doubled_and_renamed") << "it''s" << "denotation";
+        QTest::newRow("doubled_and_other_value_set") << "it''s" << "current value";
+        // clang-format on
     }
     void apostrophes()
     {

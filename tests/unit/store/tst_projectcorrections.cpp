@@ -24,7 +24,8 @@ private slots:
         row("master_value", {{"co_ml_ms", "1"}, {"nmtmaster", "0"}}, {{"co_ml_ms", "1"}, {"nmtmaster", "0"}});
         row("server", {{"usdo_server_cnt", "2"}}, {{"usdo_server_enabled", "1"}, {"usdo_client_enabled", ""}});
         row("client", {{"usdo_client_cnt", "255"}, {"usdo_client_enabled", "256"}}, {{"usdo_client_enabled", "1"}});
-        row("beyond_a_byte", {{"usdo_server_cnt", "256"}, {"usdo_server_enabled", "0"}}, {{"usdo_server_enabled", "0"}});
+        row("beyond_a_byte", {{"usdo_server_cnt", "256"}, {"usdo_server_enabled", "0"}},
+            {{"usdo_server_enabled", "0"}});
         // clang-format on
     }
     void correctsCANopenSettings()

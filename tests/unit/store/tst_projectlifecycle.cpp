@@ -27,20 +27,16 @@ private slots:
 
     void badFilesAreNoProject_data()
     {
+        // clang-format off
         columns<QString, QString>("schema", "rule");
-        QTest::newRow("missing") << ""
-                                 << "not-read";
-        QTest::newRow("folder") << ""
-                                << "not-read";
+        QTest::newRow("missing") << "" << "not-read";
+        QTest::newRow("folder") << "" << "not-read";
         for (const char *kind : {"empty", "noise", "text", "foreign", "no nodes", "foreign nodes"})
-            QTest::newRow(kind) << ""
-                                << "no-project";
+            QTest::newRow(kind) << "" << "no-project";
         for (const char *kind : {"cut in half", "cut by little", "cut head", "noise behind it"})
-            QTest::newRow(kind) << ""
-                                << "damaged-project";
+            QTest::newRow(kind) << "" << "damaged-project";
         for (const char *kind : {"-wal", "-journal"})
-            QTest::newRow(kind) << ""
-                                << "pending-changes";
+            QTest::newRow(kind) << "" << "pending-changes";
         const QMap<const char *, QString> schemas = {
             {"endless view", "create view V as with recursive n(i) as (select 1 union all select i "
                              "from n) select i from n"},
@@ -53,6 +49,7 @@ private slots:
             {"virtual table", "create virtual table X using rtree(i, a, b)"}};
         for (auto schema = schemas.cbegin(); schema != schemas.cend(); ++schema)
             QTest::newRow(schema.key()) << *schema << "foreign-schema";
+        // clang-format on
     }
     void badFilesAreNoProject()
     {

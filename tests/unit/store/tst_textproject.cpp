@@ -74,16 +74,16 @@ private slots:
 
     void blanksInValues_data()
     {
+        // clang-format off
         columns<int, QString, QString>("type", "given", "kept");
         const QString date = "Mon Dec  5";
         QTest::newRow("visible_string") << 9 << date << date;
-        QTest::newRow("octet_string") << 10 << "01  02"
-                                      << "01  02";
+        QTest::newRow("octet_string") << 10 << "01  02" << "01  02";
         QTest::newRow("unicode_string") << 11 << "\"  \\t\"" + date << "  \t" + date;
         QTest::newRow("utf_8_string") << 124 << date << date;
         QTest::newRow("domain") << 15 << date << "Mon Dec 5";
-        QTest::newRow("number") << 5 << "\" 1  +  2\""
-                                << "1 + 2";
+        QTest::newRow("number") << 5 << "\" 1  +  2\"" << "1 + 2";
+        // clang-format on
     }
     void blanksInValues()
     {
