@@ -26,10 +26,16 @@ QByteArrayList linesOf(const QByteArray &text)
     return lines;
 }
 
+QByteArray withoutBlanks(const QByteArray &line)
+{
+    return line.simplified().replace(' ', "");
+}
+
 /// An editor may have indented the line or changed its blanks.
 bool isMarker(const QByteArray &line, const char *marker)
 {
-    return line.contains('*') && line.simplified().compare(marker, Qt::CaseInsensitive) == 0;
+    return line.contains('*') &&
+           withoutBlanks(line).compare(withoutBlanks(marker), Qt::CaseInsensitive) == 0;
 }
 
 } // namespace
@@ -51,6 +57,20 @@ bool OldFile::read(const QString &file, QByteArray *text)
     text->replace("\r\n", "\n");
     text->replace('\r', '\n');
     return isWhole;
+}
+
+bool OldFile::readOrTell(const QString &file, QByteArray *text)
+{
+    if (read(file, text))
+        return true;
+    const bool isLong = QFileInfo(file).size() > kLongestFileBytes;
+    Problems::error("output-not-written", file,
+                    isLong ? QStringLiteral("is larger than 16 MiB and not replaced, since it is "
+                                            "not looked through for what you wrote into it; move "
+                                            "it to another name")
+                           : QStringLiteral("cannot be read and is not replaced, since you may "
+                                            "have written into it; make it readable"));
+    return false;
 }
 
 QByteArray OldFile::extractUserSection(const QByteArray &text)

@@ -13,8 +13,11 @@ namespace OldFile
 /// into it is unknown then.
 bool read(const QString &file, QByteArray *text);
 
+/// read() for a file that is about to be replaced: reports why that cannot be done.
+bool readOrTell(const QString &file, QByteArray *text);
+
 /// The lines between the marker lines, each with its "\n"; all sections, if there are several, and
-/// up to the end of the text, if the last has no end. A marker line may be indented, have more
+/// up to the end of the text, if the last has no end. A marker line may be indented, have other
 /// blanks than ours, and be in any letter case.
 QByteArray extractUserSection(const QByteArray &text);
 

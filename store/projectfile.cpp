@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QtEndian>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace
@@ -22,6 +23,21 @@ qint64 bytesByHead(const QByteArray &head)
     const quint32 stored = qFromBigEndian<quint16>(head.constData() + 16);
     const qint64 pageBytes = stored == 1 ? 65536 : stored;
     return number(24) == number(92) ? pageBytes * number(28) : 0;
+}
+
+/// SQLite locks this byte of a file for as long as a change is under way, also while its journal
+/// tells of nothing yet.
+bool isBeingChanged(const QString &name)
+{
+    constexpr off_t kReservedByte = 0x40000001;
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = kReservedByte;
+    lock.l_len = 1;
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) && ::fcntl(file.handle(), F_GETLK, &lock) == 0 &&
+           lock.l_type != F_UNLCK;
 }
 
 /// A journal without its first byte is one of a change that was finished.
@@ -50,6 +66,8 @@ QString ProjectFile::pendingChanges(const QString &file)
                                   "close it there once")
                 .arg(QFileInfo(companion).fileName());
     }
+    if (isBeingChanged(name))
+        return QStringLiteral("an editor has begun a change of it; save or close it there");
     return QString();
 }
 

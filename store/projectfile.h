@@ -21,8 +21,9 @@ Refusal whyNoDatabase(const QString &file);
 
 /// SQLite keeps changes that are not in a database yet in a file beside it: of an editor that has
 /// it open, or was killed. The next program to open the database with SQLite applies them, to a
-/// file that has been put in its place as well. What is to be done about it, or an empty text if
-/// there are none.
+/// file that has been put in its place as well. A change that an editor has only begun is none yet,
+/// but would end in the former file. What is to be done about it, or an empty text if there are
+/// none.
 QString pendingChanges(const QString &file);
 
 /// Tells a file from one that has been written in its place since, or into it.

@@ -118,7 +118,7 @@ void DefineGenerator::doJob()
 {
     const JobBracket bracket(*this);
     QByteArray old;
-    if (!OldFile::read(targetFile(), &old)) {
+    if (!OldFile::readOrTell(targetFile(), &old)) {
         fail(QStringLiteral("Could not read ") + targetFile());
         return;
     }

@@ -198,7 +198,7 @@ void J1939AdapterGenerator::doJob()
 {
     const JobBracket bracket(*this);
     QByteArray old;
-    if (!OldFile::read(userFile(), &old)) {
+    if (!OldFile::readOrTell(userFile(), &old)) {
         fail(QStringLiteral("Could not read ") + userFile());
         return;
     }

@@ -136,6 +136,8 @@ private slots:
         QTest::newRow("any case") << kStart.toUpper() + "a\n" + kEnd.toUpper() + "b\n" << QByteArray("a\n");
         QTest::newRow("indented") << "\t " + kStart + "\ta \n  /*\tUser-specific section:  end */\t\nb\n"
             << QByteArray("\ta \n");
+        QTest::newRow("no blanks") << kStart.simplified().replace(' ', "") + "\na\n/*User-specific section:end*/\n"
+            << QByteArray("a\n");
         QTest::newRow("behind code") << "x; " + kStart + "a\n" + kEnd << QByteArray();
         QTest::newRow("no end") << kStart + "a\n\n#endif" << QByteArray("a\n\n#endif\n");
         QTest::newRow("two are joined") << kStart + "a\n" + kEnd + "b\n" + kStart + "c\n" + kEnd
@@ -196,9 +198,11 @@ private slots:
         // Too long to be looked through: whatever the user wrote into it stays.
         writeFile(target(), kStart);
         QVERIFY(QFile::resize(target(), qint64(1) << 40)); // a hole, no data
+        ProblemRecorder problems;
         CoDefineGenerator generator;
         start(generator);
         QCOMPARE(generator.getLastErrorString(), "Could not read " + target());
+        QVERIFY(problems.lines.join('|').startsWith(target() + ": error: is larger than 16 MiB"));
         QCOMPARE(QFileInfo(target()).size(), qint64(1) << 40);
 
         QFile::remove(target());

@@ -35,7 +35,7 @@ private slots:
             QTest::newRow(kind) << "" << "no-project";
         for (const char *kind : {"cut in half", "cut by little", "cut head", "noise behind it"})
             QTest::newRow(kind) << "" << "damaged-project";
-        for (const char *kind : {"-wal", "-journal"})
+        for (const char *kind : {"-wal", "-journal", "begun change"})
             QTest::newRow(kind) << "" << "pending-changes";
         const QMap<const char *, QString> schemas = {
             {"endless view", "create view V as with recursive n(i) as (select 1 union all select i "
@@ -72,7 +72,7 @@ private slots:
             QVERIFY(writeFile(file + kind, "x"));
         else if (!schema.isEmpty())
             QVERIFY(StoreFixture::runSql(file, {schema}));
-        else
+        else if (kind != "begun change")
             QVERIFY(QFile::remove(file));
         if (kind == "folder")
             QVERIFY(QDir().mkpath(file));
@@ -81,6 +81,12 @@ private slots:
         else if (kind == "foreign nodes")
             QVERIFY(StoreFixture::runSql(
                 file, {"create table Nodes (nodeId, city)", "insert into Nodes values(0, 1)"}));
+        // Of its own, as that of another process, unlike those that SQLite takes in this one.
+        QFile editor(kind == "begun change" ? file : QString());
+        struct flock lock = {F_WRLCK, SEEK_SET, 0x40000001, 1, 0};
+        if (kind == "begun change")
+            QVERIFY(editor.open(QIODevice::ReadWrite) &&
+                    ::fcntl(editor.handle(), F_OFD_SETLK, &lock) == 0);
         QStringList rules;
         const auto former = Problems::setHandler(
             [&rules](const Problems::Problem &problem) { rules << problem.rule; });
