@@ -298,7 +298,7 @@ bool GeneratorMainHandler::checkModel(const ProjectFacts &facts, bool ignoreChec
     bool didCorrection = false;
     qint32 errorCount = checker.startGlobalCheck(database);
     for (const ProjectLine &line : facts.lines)
-        errorCount += checkLine(checker, line, facts.lines.size(), didCorrection);
+        errorCount += checkLine(checker, facts, line, didCorrection);
     checkFindings = checker.findings();
     if (didCorrection)
         emit doneCorrection();
@@ -317,9 +317,10 @@ bool GeneratorMainHandler::checkModel(const ProjectFacts &facts, bool ignoreChec
     return true;
 }
 
-qint32 GeneratorMainHandler::checkLine(ModelChecker &checker, const ProjectLine &line,
-                                       int lineCount, bool &didCorrection)
+qint32 GeneratorMainHandler::checkLine(ModelChecker &checker, const ProjectFacts &facts,
+                                       const ProjectLine &line, bool &didCorrection)
 {
+    const int lineCount = facts.lines.size();
     if (lineCount > 1) {
         outputHandler->printLinePassTime(QVariant());
         outputHandler->printLinePassTime(
@@ -327,12 +328,14 @@ qint32 GeneratorMainHandler::checkLine(ModelChecker &checker, const ProjectLine 
                            "________________________________________</strong>")
                 .arg(line.number));
     }
+    qint32 errors = 0;
+    if (!carriesCANopen(line.type) && hasDictionary(facts, *database))
+        errors += checker.startTypeCheck(line.number, database);
     if (!isKnown(line.type)) {
         outputHandler->printLine(
             QStringLiteral("Warning line type not set for line %1.").arg(line.number));
-        return 0;
+        return errors;
     }
-    qint32 errors = 0;
     if (carriesCANopen(line.type))
         errors += checker.startCANopenCheck(line.number, database, didCorrection);
     // Deliberate: on a line of both protocols this count includes that of the check before, held by

@@ -97,7 +97,7 @@ private:
     /// False if the check ends the run.
     bool checkModel(const ProjectFacts &facts, bool ignoreCheckErrors);
     /// Number of errors of the line. Sets \a didCorrection if the check changed the project.
-    qint32 checkLine(ModelChecker &checker, const ProjectLine &line, int lineCount,
+    qint32 checkLine(ModelChecker &checker, const ProjectFacts &facts, const ProjectLine &line,
                      bool &didCorrection);
     bool writeCheckLog(const QString &path);
     void keepCheckLog(const QString &path);

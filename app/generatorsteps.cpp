@@ -229,6 +229,12 @@ bool isMeantFor(StepLines lines, LineType type)
     return false;
 }
 
+/// See ProjectFacts::hasSdoServer.
+bool hasSdoServer(const ObjectDataBase &store)
+{
+    return J1939Settings(store).byPrefix("cia510serversupport") == 1;
+}
+
 } // namespace
 
 ProjectFacts readProjectFacts(const ObjectDataBase &store)
@@ -249,6 +255,11 @@ ProjectFacts readProjectFacts(const ObjectDataBase &store)
     return facts;
 }
 
+bool hasDictionary(const ProjectFacts &facts, const ObjectDataBase &store)
+{
+    return facts.hasCANopen || (facts.isPureJ1939() && hasSdoServer(store));
+}
+
 void readContentFacts(ObjectDataBase &store, ProjectFacts &facts)
 {
     for (const ProjectLine &line : facts.lines)
@@ -256,7 +267,7 @@ void readContentFacts(ObjectDataBase &store, ProjectFacts &facts)
     VobjDictGenerator virtualObjects;
     virtualObjects.setDataBase(&store);
     const J1939Settings j1939(store);
-    facts.hasSdoServer = j1939.byPrefix("cia510serversupport") == 1;
+    facts.hasSdoServer = hasSdoServer(store);
     const bool readsVirtualObjects = facts.isMixed() ? facts.hasCANopen && !isForV4(store)
                                                      : facts.hasCANopen || facts.hasSdoServer;
     facts.hasVirtualObjects = readsVirtualObjects && virtualObjects.areVirtualObjectsPresent();

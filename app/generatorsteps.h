@@ -44,6 +44,9 @@ struct ProjectFacts {
 /// The lines and their types.
 ProjectFacts readProjectFacts(const ObjectDataBase &store);
 
+/// Does the generated C of the device describe the objects of its lines, whatever they speak?
+bool hasDictionary(const ProjectFacts &facts, const ObjectDataBase &store);
+
 /// Adds what the lines hold. Read behind the check, which may change the objects.
 void readContentFacts(ObjectDataBase &store, ProjectFacts &facts);
 

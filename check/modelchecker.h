@@ -54,6 +54,10 @@ public:
     qint32 startJ1939Check(quint8 lineCount, quint8 lineNumber, ObjectDataBase *store,
                            const QList<quint32> &specialPgns);
 
+    /// Number of entries without a type that generated C can name. For a line that speaks no
+    /// CANopen: its objects stand in the dictionary of the device all the same.
+    qint32 startTypeCheck(quint8 lineNumber, ObjectDataBase *store);
+
     /// Number of errors in what the line asks of the installed stack; not part of a run.
     qint32 startCANopenFeatureCheck(quint8 lineNumber, ObjectDataBase *store);
 

@@ -200,6 +200,22 @@ void ModelChecker::checkSub(quint16 index, quint8 subIndex, const SubIndexData &
         checkRanges(index, subIndex, data);
 }
 
+qint32 ModelChecker::startTypeCheck(quint8 lineNumber, ObjectDataBase *store)
+{
+    const qint32 lineErrors = errorCount; // the J1939 check of the line adds to it
+    startLine(lineNumber, store);
+    const QList<quint16> objects = indicesOf(0x1000, 0xFFFF);
+    for (const quint16 index : objects) {
+        project->visitSubIndices(line, index, 0, [&](quint8 sub, const SubIndexData &data) {
+            if (isNamelessInC(data))
+                reportSub(Msg::DatatypeUnknown, index, sub);
+        });
+    }
+    const qint32 errors = errorCount;
+    errorCount = lineErrors;
+    return errors;
+}
+
 void ModelChecker::checkImplementation(quint16 index, quint8 subIndex, const SubIndexData &data)
 {
     if (data.implementation == Variable) {

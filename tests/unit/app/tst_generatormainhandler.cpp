@@ -135,6 +135,41 @@ private slots:
                  "ABORT - Check of model consistency finished: failed (3 errors)");
     }
 
+    /// Generated C describes the objects of lines that do not speak CANopen, too.
+    void countsNamelessTypesOfEachDictionary_data()
+    {
+        columns<QString, QString, bool>("types", "server", "isTold");
+        QTest::newRow("canopen_and_j1939") << "12"
+                                           << "" << true;
+        QTest::newRow("canopen_and_raw") << "14"
+                                         << "" << true;
+        QTest::newRow("canopen_and_unknown") << "19"
+                                             << "" << true;
+        QTest::newRow("j1939_with_sdo_server") << "22"
+                                               << "0x1" << true;
+        QTest::newRow("j1939") << "22"
+                               << "0" << false;
+        QTest::newRow("no_canopen") << "24"
+                                    << "1" << false;
+    }
+
+    void countsNamelessTypesOfEachDictionary()
+    {
+        QFETCH(QString, types);
+        QFETCH(QString, server);
+        QFETCH(bool, isTold);
+        store->addNode(1, Node());
+        store->addIndex(1, 0x2000, {});
+        store->addSubIndex(1, 0x2000, 0, makeSub("Structure", 64, "0"));
+        store->setJ1939SettingsValue("cia510serversupport", server);
+        setLineType(0, types.left(1));
+        setLineType(1, types.mid(1));
+        RecordingHandler report;
+        run(report);
+        QCOMPARE(report.lines.filter("0x2000-0x00: Unknown or unsupported datatype.").size(),
+                 isTold ? 1 : 0);
+    }
+
     void stopsAtAMissingFolder()
     {
         RecordingHandler report;
