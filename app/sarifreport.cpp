@@ -1,13 +1,12 @@
-// SARIF reports.
+// From the findings of a run to its SARIF log.
 #include "app/sarifreport.h"
 
+#include "formats/sarif.h"
 #include "support/filereasons.h"
 #include "support/replacefile.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QUrl>
 
@@ -19,36 +18,25 @@ QString hexNumber(qint32 number, int digits)
     return QStringLiteral("0x%1").arg(number, digits, 16, QLatin1Char('0'));
 }
 
-QString levelName(Check::Msg rule)
+Sarif::Level sarifLevel(const Check::MessageRow &row)
 {
-    switch (Check::levelOf(Check::messageRow(rule))) {
+    switch (Check::levelOf(row)) {
     case Check::Level::Error:
-        return QStringLiteral("error");
+        return Sarif::Level::Error;
     case Check::Level::Warning:
-        return QStringLiteral("warning");
+        return Sarif::Level::Warning;
     case Check::Level::Note:
         break;
     }
-    return QStringLiteral("note");
+    return Sarif::Level::Note;
 }
 
-QJsonObject textObject(const QString &text)
+/// Their positions are those of the messages.
+QVector<Sarif::Rule> allRules()
 {
-    return {{QStringLiteral("text"), text}};
-}
-
-/// All rules, so that their numbers are the same in each report.
-QJsonArray ruleList()
-{
-    QJsonArray rules;
-    for (const Check::MessageRow &row : Check::messages()) {
-        rules.append(QJsonObject{
-            {QStringLiteral("id"), Check::ruleName(row.id)},
-            {QStringLiteral("shortDescription"), textObject(Check::plainText(row, {}))},
-            {QStringLiteral("defaultConfiguration"),
-             QJsonObject{{QStringLiteral("level"), levelName(row.id)}}},
-        });
-    }
+    QVector<Sarif::Rule> rules;
+    for (const Check::MessageRow &row : Check::messages())
+        rules.append({Check::ruleName(row.id), Check::plainText(row, {}), sarifLevel(row)});
     return rules;
 }
 
@@ -65,19 +53,6 @@ QString placeName(const Finding &finding)
     return name;
 }
 
-QJsonObject locationOf(const Finding &finding, const QString &projectUri)
-{
-    QJsonObject location{{QStringLiteral("physicalLocation"),
-                          QJsonObject{{QStringLiteral("artifactLocation"),
-                                       QJsonObject{{QStringLiteral("uri"), projectUri}}}}}};
-    const QString place = placeName(finding);
-    if (!place.isEmpty()) {
-        location.insert(QStringLiteral("logicalLocations"),
-                        QJsonArray{QJsonObject{{QStringLiteral("fullyQualifiedName"), place}}});
-    }
-    return location;
-}
-
 /// Numbers of the place; what the finding is not about is left out.
 QJsonObject propertiesOf(const Finding &finding)
 {
@@ -91,64 +66,23 @@ QJsonObject propertiesOf(const Finding &finding)
     return properties;
 }
 
-/// Braces in a message enclose place holders, so braces of the text are doubled
-/// (SARIF 2.1.0, 3.11.5).
-QString messageText(QString text)
-{
-    return text.replace(QLatin1Char('{'), QLatin1String("{{"))
-        .replace(QLatin1Char('}'), QLatin1String("}}"));
-}
-
-QJsonObject resultOf(const Finding &finding, const QString &projectUri)
-{
-    return {
-        {QStringLiteral("ruleId"), Check::ruleName(finding.rule)},
-        {QStringLiteral("ruleIndex"), static_cast<int>(finding.rule)},
-        {QStringLiteral("level"), levelName(finding.rule)},
-        {QStringLiteral("message"), textObject(messageText(finding.text()))},
-        {QStringLiteral("locations"), QJsonArray{locationOf(finding, projectUri)}},
-        {QStringLiteral("properties"), propertiesOf(finding)},
-    };
-}
-
-QJsonObject invocationOf(const RunReport &report)
-{
-    return {
-        {QStringLiteral("executionSuccessful"), report.isComplete},
-        {QStringLiteral("exitCode"), report.exitCode},
-        {QStringLiteral("exitCodeDescription"), report.outcome},
-    };
-}
-
 } // namespace
 
 QByteArray sarifText(const RunReport &report)
 {
-    const QString uri = QUrl::fromLocalFile(QFileInfo(report.projectFile).absoluteFilePath())
-                            .toString(QUrl::FullyEncoded);
-    QJsonArray results;
+    Sarif::Run run;
+    run.tool = QCoreApplication::applicationName();
+    run.version = QCoreApplication::applicationVersion();
+    run.rules = allRules();
+    run.fileUri = QUrl::fromLocalFile(QFileInfo(report.projectFile).absoluteFilePath())
+                      .toString(QUrl::FullyEncoded);
     for (const Finding &finding : report.findings)
-        results.append(resultOf(finding, uri));
-    const QJsonObject driver{
-        {QStringLiteral("name"), QCoreApplication::applicationName()},
-        {QStringLiteral("version"), QCoreApplication::applicationVersion()},
-        {QStringLiteral("rules"), ruleList()},
-    };
-    const QJsonObject run{
-        {QStringLiteral("tool"), QJsonObject{{QStringLiteral("driver"), driver}}},
-        {QStringLiteral("invocations"), QJsonArray{invocationOf(report)}},
-        {QStringLiteral("artifacts"),
-         QJsonArray{
-             QJsonObject{{QStringLiteral("location"), QJsonObject{{QStringLiteral("uri"), uri}}}}}},
-        {QStringLiteral("results"), results},
-    };
-    const QJsonObject log{
-        {QStringLiteral("$schema"),
-         QStringLiteral("https://json.schemastore.org/sarif-2.1.0.json")},
-        {QStringLiteral("version"), QStringLiteral("2.1.0")},
-        {QStringLiteral("runs"), QJsonArray{run}},
-    };
-    return QJsonDocument(log).toJson();
+        run.results.append({static_cast<int>(finding.rule), finding.text(), placeName(finding),
+                            propertiesOf(finding)});
+    run.exitCode = report.exitCode;
+    run.exitText = report.outcome;
+    run.isSuccessful = report.isComplete;
+    return Sarif::text(run);
 }
 
 QString writeSarifReport(const RunReport &report, const QString &path)
