@@ -5,6 +5,7 @@
 #include "app/sarifreport.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 
 namespace
@@ -86,8 +87,13 @@ void CLIMainApp::protectInputs(const QString &project)
     guardOfReport.protect(project, QStringLiteral("the project"));
     guardOfReport.protect(backupOf(project), QStringLiteral("the former state of the project"));
     OutputGuard guard = guardOfReport;
+    // Their generators keep what a user wrote into them; a report would not.
+    const QDir folder = QFileInfo(project).absoluteDir();
+    for (const char *file : {"gen_define.h", "j1939_adapter.c", "j1939_adapter.cs"})
+        guardOfReport.protect(folder.filePath(QLatin1String(file)),
+                              QStringLiteral("a place of your code in generated files"));
     QString report;
-    if (checkReportFile(arguments, report))
+    if (checkReportFile(arguments, report) && guardOfReport.roleOf(report).isEmpty())
         guard.protect(report, QStringLiteral("the report for machines"));
     generatorMainHandler->setOutputGuard(guard);
 }
