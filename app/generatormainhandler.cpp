@@ -284,7 +284,6 @@ void GeneratorMainHandler::fillCaches(const ProjectFacts &facts)
 {
     for (const ProjectLine &line : facts.lines) {
         database->cacheAllSubs(line.number, 0);
-        database->cacheAllSubNames(line.number, 0);
         database->cacheAllSpnDataForLine(line.number);
     }
     database->cacheStrings();

@@ -152,7 +152,7 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
     {'H', [](Facts f) { return f.isMixed(); }, StepLines::J1939, true, make<J1939HTMLGenerator>,
      "The file in %2.html in %1 is not writable",
      "Generation of HTML pgn documentation in %1 started"},
-    // Deliberate: the text speaks of an HTML file, here and below.
+    // Deliberate: the text speaks of an HTML file, here and below; held by tst_generatorsteps.
     {'I', [](Facts f) { return f.isMixed(); }, StepLines::J1939, true, make<DBCGenerator>,
      "The file in %2.html in %1 is not writable",
      "Generation of DBC_file in %1 started"},
@@ -169,7 +169,8 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
      makeSdoServerObjDict,
      "The file gen_objdict.c in %1 is not writable",
      "Generation of gen_objdict.c for CAM11/CAM21 SDO server in %1 started"},
-    // Deliberate: a pure J1939 project writes this file twice, here and below.
+    // Deliberate: a pure J1939 project writes this file twice, here and below; held by
+    // tst_generatorsteps.
     {'N', [](Facts f) { return f.isPureJ1939() && f.hasSafetyGroups; }, StepLines::Once, false,
      make<SDMGenerator>,
      "The file in %1 is not writable",

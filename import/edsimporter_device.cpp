@@ -23,8 +23,8 @@ constexpr InfoKey kFileInfo[] = {
     {EdsKeys::kModifiedBy, false},
 };
 
-// Deliberate: "Dummy004" for the fourth, so that Dummy0004 of a file is not taken
-// (tst_EdsImporter::deviceInformation).
+// Deliberate: "Dummy004" for the fourth, so that Dummy0004 of a file is not taken;
+// held by tst_edsimporter.
 constexpr InfoKey kDummyUsage[] = {
     {EdsKeys::kDummies[0], true}, {EdsKeys::kDummies[1], true}, {EdsKeys::kDummies[2], true},
     {"Dummy004", true},           {EdsKeys::kDummies[4], true}, {EdsKeys::kDummies[5], true},

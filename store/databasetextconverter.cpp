@@ -279,7 +279,7 @@ void DatabaseTextConverter::handleNodes(const QString &table)
         section.start();
         const QString key = rows.value(0).toString();
         // Deliberate: the node's name goes through the table of texts as an object's does, although
-        // it is plain text, and so is lost in this form.
+        // it is plain text, and so is lost in this form; held by tst_textproject.
         for (int i = 0; i < columns.size(); ++i)
             writeCell(key, columns.at(i), rows.value(i + 1));
     }

@@ -203,8 +203,6 @@ public:
     void cacheAllSubs(quint8 line, quint16 index);
     void clearCachedSubs(quint8 line);
     void clearAllCachedSubs();
-    void cacheAllSubNames(quint8 line, quint16 index);
-    void clearCachedSubNames();
 
     // --- Settings (objectdatabase_settings.cpp) ---
 
@@ -493,6 +491,11 @@ public:
     /// it is finished.
     bool addUniqueColumnsToSubDatabase(int line, QSqlQuery query);
     bool addUniqueColumnsToUDSSettings(int line, QSqlQuery query);
+
+    /// Reads the display names of a line, or of one of its objects, for getSubIndexName().
+    /// Generators read names with the records of cacheAllSubs(). (objectdatabase_cache.cpp)
+    void cacheAllSubNames(quint8 line, quint16 index);
+    void clearCachedSubNames();
 
     /// One column of setObjectIndexSqlValues() or setSubindexSqlValues(). An invalid value changes
     /// nothing and gives false, and so does a column that a project does not have.

@@ -241,7 +241,8 @@ bool ObjectDataBase::removeEnergyBusSettingsValue(const QString &key)
 
 bool ObjectDataBase::existDescriptionSettingsValue(const QString &key) const
 {
-    // Deliberate: only this one takes a key that has the line's suffix already.
+    // Deliberate: only this one takes a key that has the line's suffix already; held by
+    // tst_settings.
     const bool suffixed = d->descriptionLine > 0 && key.endsWith(lineSuffix(d->descriptionLine));
     return d->settings(SettingsStore::Description)
         .contains(suffixed ? key : d->descriptionKey(key));
@@ -378,7 +379,8 @@ void ObjectDataBase::removeNodeInGeneralSettings(quint8 line)
             d->removeSetting(SettingsStore::General, key);
             continue;
         }
-        // Deliberate: every value with commas loses the element, a list by line or not.
+        // Deliberate: every value with commas loses the element, a list by line or not; held by
+        // tst_settings.
         QStringList elements = getGeneralSettingsValue(key).split(QLatin1Char(','));
         if (line >= elements.size())
             continue;

@@ -49,7 +49,8 @@ int ObjectDataBase::getStringId(const QString &text)
         cacheStrings();
     const auto known = d->stringIds.constFind(text);
     // Deliberate: a text with an apostrophe gets a row at each call, though the first of the equal
-    // rows is the one referred to. The others go at the next save.
+    // rows is the one referred to. The others go at the next save; held by tst_objectdatabase
+    // "apostrophes".
     if (known != d->stringIds.constEnd() && !text.contains(QLatin1Char('\'')))
         return *known;
     const int id = d->insertString(text);

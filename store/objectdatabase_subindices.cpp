@@ -334,7 +334,8 @@ bool ObjectDataBase::setSubIndexName(quint8 line, quint16 index, quint8 sub,
 QString ObjectDataBase::getSubIndexName(quint8 line, quint16 index, quint8 sub,
                                         bool withDenotation) const
 {
-    // Deliberate: a cached name is the display name, whether or not it was asked for.
+    // Deliberate: a cached name is the display name, whether or not it was asked for; held by
+    // tst_objectdatabase.
     const auto cached = d->cachedSubNames.constFind(StorePrivate::placeKey(line, index, sub));
     if (cached != d->cachedSubNames.constEnd())
         return *cached;

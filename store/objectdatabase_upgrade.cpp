@@ -104,7 +104,7 @@ bool ObjectDataBase::createMissingTables()
     for (const Schema::TableRow &row : Schema::kTables) {
         const QLatin1String name(row.name);
         // Deliberate: a project that lacks the table gets it with a key column of its own, unlike a
-        // new project; both forms are in the field.
+        // new project; both forms are in the field. Held by tst_projectlifecycle.
         const QString sql =
             name == QLatin1String("Groups")
                 ? QStringLiteral("create table if not exists Groups "
@@ -203,7 +203,8 @@ void ObjectDataBase::repairLineType(quint8 line)
     const QString key = QStringLiteral("line%1type").arg(line);
     if (!getGeneralSettingsValue(key).isEmpty())
         return;
-    // Deliberate: the maker is looked for under the version key, where very old projects hold it.
+    // Deliberate: the maker is looked for under the version key, where very old projects hold it;
+    // held by tst_projectlifecycle.
     const QString maker = getMiscSettingsValue(QStringLiteral("CreateToolVersion"));
     bool isJ1939 = maker == QLatin1String("J1939 Tessarine");
     if (!isJ1939 && maker != QLatin1String("CANopen Tessarine"))
