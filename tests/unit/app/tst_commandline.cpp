@@ -227,6 +227,7 @@ private slots:
 
     void writesFindingsForMachines()
     {
+        QVERIFY(write("bad.tsrt", kFaulty + "0x1018\\0x1\\accesstype={}\n"));
         QVERIFY(run("-report out.sarif -project bad.tsrt").endsWith(" 7\n"));
         const QJsonObject log = QJsonDocument::fromJson(read("out.sarif")).object();
         QCOMPARE(log["version"].toString(), "2.1.0");
@@ -250,15 +251,19 @@ private slots:
                 QJsonDocument(result["properties"].toObject()).toJson(QJsonDocument::Compact);
             results << joined(result["level"].toString(), result["ruleId"].toString(), properties);
         }
-        QCOMPARE(
-            report["results"].toArray().last().toObject()["message"].toObject()["text"].toString(),
-            "Corrected: Object 0x1018: The value of subindex 0 does not fit to the highest "
-            "subindex.");
+        const QJsonValue last = report["results"].toArray().last();
+        QCOMPARE(last["locations"][0]["logicalLocations"][0]["fullyQualifiedName"].toString(),
+                 "line 0/0x1018/0x01");
+        QCOMPARE(last["message"]["text"].toString(),
+                 "Error: Object 0x1018-0x01: The access type '{{}}' is invalid. Use ro, rw, const, "
+                 "wo, rww or rwr instead.");
         QCOMPARE(results, (QStringList{joined("note", "StackPathMissing", "{\"line\":0}"),
                                        joined("note", "StackPathAdvice", "{\"line\":0}"),
                                        joined("error", "ReceiveBufferInvalid", "{\"line\":0}"),
                                        joined("note", "Sub0ValueCorrected",
-                                              "{\"index\":4120,\"line\":0,\"subindex\":0}")}));
+                                              "{\"index\":4120,\"line\":0,\"subindex\":0}"),
+                                       joined("error", "AccessTypeInvalid",
+                                              "{\"index\":4120,\"line\":0,\"subindex\":1}")}));
     }
 
     void reportSparesOtherFiles()

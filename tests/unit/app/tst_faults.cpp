@@ -108,6 +108,10 @@ private slots:
                          "not-written]\nexit code 0\n"),
                      told);
         }
+        environment.insert("XDG_DATA_HOME", folder); // and the working copy there as well
+        const QByteArray told = run("-save -project big.tsrt");
+        QVERIFY2(told.endsWith(" [no-working-copy]\nexit code 3\n"), told);
+        environment.remove("XDG_DATA_HOME");
         QCOMPARE(read("big.tsrt"), text);
         QCOMPARE(read("big.tsrp"), database);
         QVERIFY(files().filter(QRegularExpression("tessarine-new|sarif")).isEmpty());

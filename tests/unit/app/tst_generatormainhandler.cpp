@@ -210,6 +210,7 @@ private slots:
                                    "j1939_adapter.cs"};
         for (const QString &name : names)
             writeFile(fixture.path(name), {});
+        writeFile(fixture.path("gen_vobjdict.c"), {}); // of a line of CANopen
         const QByteArray code = "#include \"gen_define.h\"\n/* user-specific section: start */\n" +
                                 section + "/* user-specific section: end */\n";
         writeFile(fixture.path("j1939_adapter.c"), code);
@@ -218,6 +219,7 @@ private slots:
         RecordingHandler report;
         run(report);
         QCOMPARE(QDir(fixture.path()).entryList(names, QDir::Files, QDir::Name).join(' '), left);
+        QCOMPARE(QFile::exists(fixture.path("gen_vobjdict.c")), type == "2");
         if (left == "j1939_adapter.c")
             QCOMPARE(readFile(fixture.path("j1939_adapter.c")), code);
     }

@@ -4,6 +4,8 @@
 
 using Lines = QMap<int, int>; ///< number and type
 
+constexpr char kNoHtml[] = "The file in %2.html in %1 is not writable"; // of a DBC file
+
 class tst_GeneratorSteps : public QObject
 {
     Q_OBJECT
@@ -19,6 +21,7 @@ private slots:
         QTest::newRow("unknown_type") << Lines{{0, 3}} << "";
         QTest::newRow("lines_that_choose_nothing") << Lines{{0, 9}, {240, 1}} << "m";
         QTest::newRow("last_line_that_chooses") << Lines{{0, 9}, {239, 1}} << "Cm";
+        QTest::newRow("last_line") << Lines{{0, 1}, {253, 2}} << "Cm";
         QTest::newRow("scratch_line") << Lines{{0, 1}, {254, 2}} << "C";
     }
     void readsFacts()
@@ -42,9 +45,9 @@ private slots:
     {
         columns<int, QString>("type", "letters");
         QTest::newRow("canopen") << 1 << "ABCDKPQR";
-        QTest::newRow("j1939") << 2 << "AKLGHIO";
-        QTest::newRow("raw") << 4 << "AFKO";
-        QTest::newRow("both_on_one_line") << 5 << "ABCFGHIKOPQR";
+        QTest::newRow("j1939") << 2 << "AKLNGHION";
+        QTest::newRow("raw") << 4 << "AFKON";
+        QTest::newRow("both_on_one_line") << 5 << "ABCFGHIKONPQR";
         QTest::newRow("unknown_type") << 3 << "K";
     }
     void choosesSteps()
@@ -53,12 +56,15 @@ private slots:
         const StoreFixture fixture;
         const auto store = makeStore();
         store->setGeneralSettingsValue("line0type", QString::number(type));
+        store->setJ1939SettingsValue("safetysupport", "1");
         ProjectFacts facts = readProjectFacts(*store);
         readContentFacts(*store, facts);
         QString letters;
         for (const StepRange steps : {generatorSteps(), stepsBehindEds()}) {
-            for (const GeneratorStep &step : steps)
+            for (const GeneratorStep &step : steps) {
                 letters += linesOfStep(step, facts).isEmpty() ? QString() : QString(step.letter);
+                QVERIFY(step.letter != 'I' || qstrcmp(step.notWritable, kNoHtml) == 0);
+            }
         }
         QTEST(letters, "letters");
     }

@@ -160,28 +160,6 @@ private slots:
         QCOMPARE(limits(64, true), QString("0..9223372036854775807"));
     }
 
-    void safeGroups()
-    {
-        Model model;
-        ModelChecker checker;
-        const auto isSafe = [&](const QStringList &types) {
-            model.store.executeSql("delete from SPNs0");
-            for (int i = 0; i < types.size(); ++i)
-                model.store.executeSql(
-                    QString("insert into SPNs0 (pgnnumber,spnnumber,direction,pos,"
-                            "datatype) values(100,%1,85,%2,%3)")
-                        .arg(QString::number(9 - i), QString::number(i), types.at(i)));
-            checker.startGlobalCheck(&model.store);
-            return checker.checkSafePGNStructure(0, 100, 0x55);
-        };
-        QVERIFY(isSafe({}));
-        QVERIFY(isSafe({"5", "6", "7", "22"}));
-        QVERIFY(isSafe({"102", "100", "107"})); // 10 bits from bit 6 on
-        QVERIFY(!isSafe({"102", "107"}));
-        QVERIFY(!isSafe({"100", "5"}));
-        QVERIFY(!isSafe({"4"}));
-    }
-
     void disabledCobIds()
     {
         const QMap<QString, QString> cobIds = {{"$NodeId+0x180", "$NodeId+0x80000180"},

@@ -72,7 +72,8 @@ private slots:
         };
         QCOMPARE(limitsOf("DataType=6\nLowLimit=0x2\nHighLimit=100 ;x"), "0x2..100");
         QCOMPARE(limitsOf("DataType=6\nLowLimit=\nHighLimit="), "none");
-        QCOMPARE(limitsOf("DataType=3\nLowLimit=0xFFF6\nHighLimit=0x7F"), "-10..127");
+        QCOMPARE(limitsOf("DataType=3\nLowLimit=0xFFF6\nHighLimit=0x7FFF"), "-10..32767");
+        QCOMPARE(limitsOf("DataType=3\nLowLimit=0x8000\nHighLimit=7999"), "-32768..7999");
         QCOMPARE(limitsOf("DataType=8\nLowLimit=4.5"), "4.5..");
     }
 

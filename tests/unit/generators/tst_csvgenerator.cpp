@@ -113,6 +113,7 @@ private:
         full.description = "a\nb\r\n\"c\";\n#d\n";
         Sub limited = makeSub("no low limit", 3, "-5");
         limited.lowLimit.clear();
+        limited.description = "a\rb";
         limited.upLimit = "0x7F";
         Sub unbound = makeSub("no variable", 9, "");
         unbound.implementation = 2;

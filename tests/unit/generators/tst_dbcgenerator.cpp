@@ -46,8 +46,8 @@ private slots:
     void addresses_data()
     {
         columns<QString, int, int>("setting", "line", "address");
-        QTest::newRow("of_the_line") << "0x80,129" << 1 << 129;
-        QTest::newRow("first_of_a_short_list") << "0x80,129" << 2 << 0x80;
+        QTest::newRow("of_the_line") << "0x80, 129 " << 1 << 129;
+        QTest::newRow("first_of_a_short_list") << " 0x80 ,129" << 2 << 0x80;
         QTest::newRow("none") << "" << 0 << 0xFE;
         QTest::newRow("eight_bits") << "0x181" << 0 << 0x81;
     }

@@ -71,6 +71,7 @@ private slots:
              {static_cast<DefineGenerator *>(&classic), static_cast<DefineGenerator *>(&v4)}) {
             const QString header = generate(*generator, project);
             QVERIFY2(header.contains(line), qPrintable(header));
+            QCOMPARE(header.contains("J1939_TIMER_INTERVAL"), generator == &classic);
             QSet<QString> names;
             static const QRegularExpression define("^#define (\\w+)",
                                                    QRegularExpression::MultilineOption);

@@ -66,6 +66,8 @@ private:
         (void)importer.setImportFileName(fixture.path(name)); // may be missing
         importer.startImport();
         importer.wait();
+        if (store->blockUpdates())
+            qFatal("the import left its lock");
         const int last = progress.isEmpty() ? -1 : progress.last().first().toInt();
         return last == 100 ? importer.getLastError() : QString("ended at %1").arg(last);
     }

@@ -34,8 +34,9 @@ private slots:
     {
         QVERIFY(store->addNode(2, {}));
         store->setGeneralSettingsValue("line2type", "1");
+        QVERIFY(store->isUDSServiceActive(2, 34));
         QVERIFY(store->delNode(2));
-        QVERIFY(!store->existNode(2));
+        QVERIFY(!store->existNode(2) && !store->isUDSServiceActive(2, 34));
         QVERIFY(!store->existGeneralSettingsValue("line2type"));
         QVERIFY(store->getDescriptionSettingsKeys().filter(QRegExp("_2$")).isEmpty());
         QVERIFY(store->delNode(254)); // a line that never was
@@ -126,6 +127,8 @@ private slots:
         QCOMPARE(store->getSubIndexValue(0, 0x2000, 1), "'");
         const int id = store->getStringId("it's");
         QCOMPARE(store->getStringId("it's"), id);
+        store->executeSql("select id from Strings where string = 'it''s'");
+        QVERIFY(store->getSqlResultLines().size() > 2);
         QCOMPARE(store->getString(id), "it's");
     }
 
@@ -175,13 +178,23 @@ private slots:
         QCOMPARE(store->getSubIndexName(0, 0x2000, 0, false), "display");
         store->setSubIndexName(0, 0x2000, 0, QString());
         QCOMPARE(store->getSubIndexName(0, 0x2000, 0, true), "parameter");
+        store->addSubIndex(0, 0x2000, 0, makeSub("new", 5, {}));
+        QCOMPARE(store->getSubIndexName(0, 0x2000, 0, true), "new");
+        store->delSubIndex(0, 0x2000, 0, false);
+        QCOMPARE(store->getSubIndexName(0, 0x2000, 0, true), "");
+        store->addSubIndex(0, 0x2000, 1, sub);
+        store->cacheAllSubNames(0, 0);
+        store->delIndex(0, 0x2000, false);
+        QCOMPARE(store->getSubIndexName(0, 0x2000, 1, true), "");
     }
 
     void freeNumbers()
     {
         store->addIndex(0, 0x2000, {});
         store->addIndex(0, 0x2001, {});
+        store->addIndex(0, 0xFFFF, {});
         QCOMPARE(store->getNextFreeIndex(0, 0x2000), quint16(0x2002));
+        QCOMPARE(store->getNextFreeIndex(0, 0xFFFF), quint16(0xFFFF)); // there is none
         for (const quint8 sub : {0, 1, 2, 4})
             store->addSubIndex(0, 0x2000, sub, {});
         QCOMPARE(store->getNextFreeSubIndex(0, 0x2000, 0), 3u);

@@ -187,10 +187,13 @@ private slots:
 
     void saveKeepsOneGeneration()
     {
+        QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner));
+        const auto ofOwnerOnly = QFile::permissions(file);
         QVERIFY(open());
         for (const char *generation : {"2", "3"}) {
             store->setMiscSettingsValue("generation", generation);
             QVERIFY(store->saveDataBase(QString()));
+            QCOMPARE(QFile::permissions(file), ofOwnerOnly);
         }
         ObjectDataBase saved;
         QVERIFY(saved.openDataBase(file + ".bak"));
@@ -309,6 +312,7 @@ private slots:
     {
         QFETCH(QString, version);
         QStringList statements = {
+            "drop table Groups",
             "delete from MiscSettings where item='SaveToolType'",
             "update MiscSettings set value='" + version + "' where item='DatabaseVersion'",
             "update GeneralSettings set value='2' where item='line0type'",
@@ -318,13 +322,12 @@ private slots:
             statements += {"create table copy as select * from " + table, "drop table " + table,
                            "alter table copy rename to " + table};
         QVERIFY(open(statements));
-        const auto isUnique = [this](const QString &table) {
-            return ask("select sql from sqlite_master where name='" + table + "'")
-                .join("")
-                .contains("UNIQUE");
+        const auto declaration = [this](const QString &table) {
+            return ask("select sql from sqlite_master where name='" + table + "'").join("");
         };
-        QTEST(isUnique("SubObjects0"), "uniqueSubs");
-        QTEST(isUnique("UDSSettings0"), "uniqueUds");
+        QVERIFY(declaration("Groups").contains("groupid integer primary key"));
+        QTEST(declaration("SubObjects0").contains("UNIQUE"), "uniqueSubs");
+        QTEST(declaration("UDSSettings0").contains("UNIQUE"), "uniqueUds");
         QCOMPARE(store->getSubIndices(0, 0x2000, 0), (QList<quint8>{0, 1}));
         QCOMPARE(store->getSubIndexValue(0, 0x2000, 1), "2");
         QVERIFY(store->isUDSServiceActive(0, 34));
@@ -334,17 +337,17 @@ private slots:
     void oldTableLosesNoRow()
     {
         // A table from the time before the later columns, which come in another order, with a row
-        // twice.
+        // twice, and NULL where none may be today.
         QVERIFY(
             open({"update MiscSettings set value='90' where item='DatabaseVersion'",
                   "drop table SubObjects0",
                   "create table SubObjects0 (objectindex integer not null, subindex integer not "
-                  "null, name integer, datatype integer not null, accesstype text not null, "
-                  "nvstorage integer, implementation integer not null, defaultvalue text, extra "
+                  "null, name integer, datatype integer, accesstype text, "
+                  "nvstorage integer, implementation integer, defaultvalue text, extra "
                   "text)",
                   "insert into SubObjects0 values(8192,0,0,7,'rw',1,2,'first','x')",
                   "insert into SubObjects0 values(8192,0,0,7,'rw',1,2,'second','x')",
-                  "insert into SubObjects0 values(8192,1,0,7,'rw',1,2,'third','x')"}));
+                  "insert into SubObjects0 values(8192,1,0,null,null,1,null,'third',null)"}));
         QCOMPARE(ask("select defaultvalue from SubObjects0"), (QStringList{"first ", "third "}));
         const Sub sub = subOf(*store, 0, 0x2000, 0);
         QCOMPARE(joined(sub.defaultValue, sub.accessType, sub.implementation, sub.nvStorage),

@@ -83,6 +83,7 @@ private slots:
         QVERIFY(store->addDescriptionSettingsValue("Comment", "y"));
         QCOMPARE(store->getDescriptionSettingsValue("Comment"), "x");
         QVERIFY(store->existDescriptionSettingsValue("Comment_2"));
+        QCOMPARE(store->getDescriptionSettingsValue("Comment_2"), "");
         QVERIFY(store->getDescriptionSettingsKeys().contains("Comment_2"));
         store->setDescriptionSettingsLine(0);
         QCOMPARE(store->getDescriptionSettingsValue("Comment"), "zero");

@@ -117,6 +117,7 @@ private slots:
         QVERIFY(store->addNodeToGroup("c", 1) && store->addNodeToGroup("c", 0));
         QVERIFY(!store->addNodeToGroup("c", 0) && !store->addNodeToGroup("none", 0));
         QVERIFY(store->renameGroup("c", "d") && !store->delNodeFromGroup("a'b", 0));
+        store->executeSql("update Groups set nodeidlist = '1,x,256,0' where name = 'd'");
         QCOMPARE(store->getGroupNodes("d"), QList<quint8>({1, 0}));
         QVERIFY(store->delGroup("a'b") && !store->delGroup("a'b"));
         QCOMPARE(store->getGroups(), QStringList("d"));

@@ -113,7 +113,8 @@ private slots:
                           Numbers::toLongLongByPrefix(text));
         };
         QCOMPARE(read(" 42 "), "42/42/42");
-        QCOMPARE(read("0X1f"), "0/31/31");
+        QCOMPARE(read(" 0X1f "), "0/31/31");
+        QCOMPARE(read("+0x7"), "0/7/7");
         QCOMPARE(read("010"), "10/10/10"); // not octal
         QCOMPARE(read("-5"), "0/0/-5");
         QCOMPARE(read("4294967296"), "0/0/4294967296");
