@@ -128,7 +128,9 @@ void CodeText::copyPlain(int length)
 
 bool CodeText::startsWith(const char *token) const
 {
-    return text.midRef(place).startsWith(QLatin1String(token));
+    // Asked of each character for each token, and nearly always no.
+    return text.at(place) == QLatin1Char(*token) &&
+           text.midRef(place).startsWith(QLatin1String(token));
 }
 
 bool CodeText::startsTrigraph() const

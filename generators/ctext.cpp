@@ -71,11 +71,14 @@ QString literalCharacter(QChar character, bool followsQuestionMark)
     return QStringLiteral("\\%1").arg(character.unicode(), kOctalDigits, 8, QLatin1Char('0'));
 }
 
-/// Names and numbers, as most texts are, need no closer look.
+/// Names, numbers and members, as most texts are, need no closer look. No sign is among these that
+/// begins or ends a comment, a literal, a digraph or a pair of brackets.
 bool isPlainCode(const QString &text)
 {
     return std::all_of(text.begin(), text.end(), [](QChar character) {
-        return character.isLetterOrNumber() || character == QLatin1Char('_');
+        const ushort code = character.unicode();
+        return character.isLetterOrNumber() || code == '_' || code == '.' || code == '-' ||
+               code == '+' || code == '&' || code == ' ';
     });
 }
 
