@@ -2,7 +2,9 @@
 #include "generators/textwriter.h"
 
 #include <QFileDevice>
+#include <QtDebug>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -40,6 +42,59 @@ void TextWriter::raw(quint32 number)
     std::array<char, 10> digits; // 4294967295
     const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
     bytes(digits.data(), static_cast<size_t>(end - digits.data()));
+}
+
+void TextWriter::fill(const char *text, std::initializer_list<TextHole> holes)
+{
+    Q_ASSERT(holes.size() <= 32);
+    quint32 filled = 0; // a bit for each value
+    while (const char *start = std::strchr(text, '$')) {
+        bytes(text, static_cast<size_t>(start - text));
+        const char *end = std::strchr(start + 1, '$');
+        const std::string_view name =
+            end ? std::string_view(start + 1, static_cast<size_t>(end - start - 1)) : start + 1;
+        text = end ? end + 1 : start + 1 + name.size();
+        const auto *const hole = std::find_if(
+            holes.begin(), holes.end(), [&](const TextHole &one) { return one.name == name; });
+        if (hole == holes.end()) {
+            reportMistake("no value for", name);
+            continue;
+        }
+        filled |= 1u << (hole - holes.begin());
+        value(*hole);
+    }
+    raw(text);
+    for (const TextHole &hole : holes) {
+        if (!(filled >> (&hole - holes.begin()) & 1u))
+            reportMistake("no place for", hole.name);
+    }
+}
+
+void TextWriter::block(const char *text, std::initializer_list<TextHole> holes)
+{
+    if (*text != '\n')
+        reportMistake("no line end before", text);
+    fill(text + (*text == '\n'), holes);
+}
+
+void TextWriter::value(const TextHole &hole)
+{
+    if (const auto *text = std::get_if<const QString *>(&hole.value)) {
+        raw(**text);
+    } else if (const auto *utf8 = std::get_if<const char *>(&hole.value)) {
+        raw(*utf8);
+    } else {
+        std::array<char, 20> digits; // -9223372036854775808
+        const qint64 number = std::get<qint64>(hole.value);
+        const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
+        bytes(digits.data(), static_cast<size_t>(end - digits.data()));
+    }
+}
+
+void TextWriter::reportMistake(const char *what, std::string_view name)
+{
+    failed = true;
+    qCritical("TextWriter: %s \"%.*s\"", what, static_cast<int>(name.size()), name.data());
 }
 
 void TextWriter::define(const char *start, quint32 value)

@@ -5,9 +5,28 @@
 #include <QVector>
 
 #include <cstring>
+#include <initializer_list>
+#include <string_view>
+#include <type_traits>
+#include <variant>
 #include <vector>
 
 class QIODevice;
+
+/// What stands in place of "$name$" in a text: a text or a number. Only refers to its text, so it
+/// is made in the call that takes it.
+struct TextHole {
+    TextHole(const char *holeName, const QString &text) : name(holeName), value(&text) {}
+    TextHole(const char *holeName, const char *utf8) : name(holeName), value(utf8) {}
+
+    template <typename Number, typename = std::enable_if_t<std::is_integral_v<Number>>>
+    TextHole(const char *holeName, Number number) : name(holeName), value(qint64(number))
+    {
+    }
+
+    std::string_view name;
+    std::variant<const QString *, const char *, qint64> value;
+};
 
 /// Writes one file in UTF-8. Lives as long as the sections of the file are written; the device
 /// belongs to the caller and outlives the writer.
@@ -31,6 +50,19 @@ public:
         (raw(list), ...);
     }
 
+    /// \a text with its holes: fill("case $line$:\n", {{"line", 3}}) is "case 3:\n". Values are not
+    /// looked into, so one may hold a "$" of its own. A hole without a value and a value without a
+    /// hole are mistakes of the caller: they are named on standard error, and finish() fails.
+    void fill(const char *text, std::initializer_list<TextHole> holes);
+
+    /// The same for a raw string literal, which begins with a line end that is not part of the
+    /// text, so that its lines stand in the source as they will stand in the file:
+    ///
+    ///     out.block(R"(
+    ///     UNSIGNED8 lineTable[$count$u];
+    ///     )", {{"count", 5}});
+    void block(const char *text, std::initializer_list<TextHole> holes = {});
+
     /// A C define with a number. \a start is all of the line before it, since the gap behind a name
     /// is part of the format: define("#define LAMP_CNT\t", 5) is "#define LAMP_CNT\t5u\n".
     void define(const char *start, quint32 value);
@@ -43,6 +75,9 @@ public:
     bool finish();
 
 private:
+    void value(const TextHole &hole);
+    void reportMistake(const char *what, std::string_view name);
+
     void bytes(const char *start, size_t size)
     {
         if (size > buffer.size() - used)

@@ -1,0 +1,56 @@
+// Fixed texts with holes: what they become, and which of them are mistakes.
+#include "generators/textwriter.h"
+
+#include <QBuffer>
+#include <QRegularExpression>
+#include <QtTest>
+
+class tst_TextWriter : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void fillsHoles_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("name"); // of the project, for the hole "name"
+        QTest::addColumn<QByteArray>("written");
+        QTest::addColumn<QString>("mistake");
+        // clang-format off
+        const auto row = [](const char *id, const char *text, const char *name, const char *written,
+                            const char *mistake = "") {
+            QTest::newRow(id) << QByteArray(text) << QString::fromUtf8(name) << QByteArray(written)
+                              << QString(mistake);
+        };
+        row("two_holes", "\n$name$[$count$u];\n", "x", "x[7u];\n");
+        row("one_hole_twice", "\n$name$, $name$:$count$", "x", "x, x:7");
+        row("only_one_line_end_is_left_out", "\n\n$name$$count$\n", "x", "\nx7\n");
+        row("value_with_the_look_of_a_hole", "\n$name$ $count$", "$count$ %1", "$count$ %1 7");
+        row("value_with_half_a_hole", "\n$name$count$count$", "a$", "a$count7");
+        row("value_beyond_ascii", "\n$name$=$count$", "Tür", "Tür=7");
+        row("unknown_hole", "\n$name$$what$-$count$", "x", "x-7", "no value for \"what\"");
+        row("hole_that_does_not_end", "\n$name$$count$ $end", "x", "x7 ", "no value for \"end\"");
+        row("value_without_a_hole", "\n$name$", "x", "x", "no place for \"count\"");
+        row("no_first_line_end", "$name$$count$", "x", "x7", "no line end before");
+        // clang-format on
+    }
+
+    void fillsHoles()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QString, name);
+        QFETCH(QString, mistake);
+        QBuffer buffer;
+        QVERIFY(buffer.open(QIODevice::WriteOnly));
+        TextWriter out(&buffer);
+        if (!mistake.isEmpty())
+            QTest::ignoreMessage(QtCriticalMsg,
+                                 QRegularExpression(QRegularExpression::escape(mistake)));
+        out.block(text.constData(), {{"name", name}, {"count", 7}});
+        QCOMPARE(out.finish(), mistake.isEmpty());
+        QTEST(buffer.data(), "written");
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_TextWriter)
+#include "tst_textwriter.moc"
