@@ -387,7 +387,7 @@ void GeneratorMainHandler::runSteps(StepRange steps, const ProjectFacts &facts)
     for (const GeneratorStep &step : steps) {
         const QList<quint8> lines = linesOfStep(step, facts);
         for (const quint8 line : lines) {
-            qCDebug(lcApp) << "step" << step.letter << "line" << line;
+            qCDebug(lcApp) << "step" << step.file << "line" << line;
             const auto generator = step.create(*database, facts);
             generator->generateML = step.takesMultiLine && facts.isMultiLine();
             runGenerator(*generator, line, filled(step.notWritable, projectName),

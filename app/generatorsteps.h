@@ -61,7 +61,9 @@ enum class StepLines {
 /// One file, or one file a line. The texts are filled with the output directory and the project
 /// name.
 struct GeneratorStep {
-    char letter; ///< short name for the debug log; two rows with one letter write the same file
+    /// What it writes, as the debug log names it; of two protocols that describe their lines in
+    /// files of one name, with the protocol.
+    const char *file;
     bool (*when)(const ProjectFacts &);
     StepLines lines;
     bool takesMultiLine; ///< the generator is told that the project has several lines

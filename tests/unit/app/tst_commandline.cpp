@@ -328,7 +328,7 @@ private slots:
     {
         environment.insert("TESSARINE_LOG", "1");
         const QByteArray output = run("-project pümp.tsrt");
-        QVERIFY2(output.contains("debug tessarine.app: step B line 0\n"), output);
+        QVERIFY2(output.contains("debug tessarine.app: step gen_define.h line 0\n"), output);
         QVERIFY(output.endsWith(" 0\n"));
     }
 };
