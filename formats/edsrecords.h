@@ -13,7 +13,7 @@
 struct CANopenSubindex {
     quint16 index = 0;
     quint8 subindex = 0;
-    quint16 dataType = 5; ///< a CAN::CANopenDataType, never 0
+    quint16 dataType = CAN::typeNumber(CAN::CANopenDataType::Unsigned8); ///< never 0
     QString accessType = QStringLiteral("ro");
     QString name;
     QVariant defaultValue;
@@ -38,7 +38,7 @@ namespace CANopen
 struct CANopenIndex {
     quint16 index = 0;
     ObjectCode objectCode = ObjectCode::Var;
-    quint16 dataType = 5; ///< a CAN::CANopenDataType, never 0
+    quint16 dataType = CAN::typeNumber(CAN::CANopenDataType::Unsigned8); ///< never 0
     QString name;
     quint8 compactSubObj = 0; ///< number of members of a compact object, 0 to 254
     QString defaultValue;     ///< of the members of a compact object

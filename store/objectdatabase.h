@@ -5,6 +5,8 @@
 #pragma once
 
 #include "store/records.h"
+#include "support/direction.h"
+#include "support/objectranges.h"
 
 #include <QHash>
 #include <QList>
@@ -138,6 +140,10 @@ public:
     bool setIndexName(quint8 line, quint16 index, const QString &name);
     /// Ascending, from \a low up to and including \a high.
     QList<quint16> getIndices(quint8 line, quint16 low, quint16 high) const;
+    QList<quint16> getIndices(quint8 line, ObjectRange range) const
+    {
+        return getIndices(line, range.first, range.last);
+    }
     QList<quint16> getIndicesByProperty(quint8 line, const QString &column,
                                         const QString &value) const;
     quint16 getNextFreeIndex(quint8 line, quint16 start) const;
@@ -385,8 +391,8 @@ public:
 
     // --- J1939 groups and their signals (objectdatabase_j1939.cpp) ---
 
-    /// \a direction is 0x55 for transmitted, 0x77 for received, 0 for both: a group that goes both
-    /// ways is then listed twice. Without the members of safety data groups if \a noSafe.
+    /// A group that goes both ways is listed twice if asked for with Direction::kBoth. Without the
+    /// members of safety data groups if \a noSafe.
     QList<quint32> getPGNs(quint8 line, quint8 direction, bool noSafe) const;
     bool existsPGN(quint8 line, quint32 pgn, quint8 direction) const;
     bool getPGNData(quint8 line, quint32 pgn, quint8 direction, PGN &data) const;

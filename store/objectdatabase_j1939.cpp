@@ -3,14 +3,6 @@
 
 using Groups = Frames<PgnData>;
 
-namespace
-{
-
-constexpr quint8 kTransmitted = 0x55;
-constexpr quint8 kReceived = 0x77;
-
-} // namespace
-
 QList<quint32> ObjectDataBase::getPGNs(quint8 line, quint8 direction, bool noSafe) const
 {
     if (!noSafe)
@@ -129,7 +121,7 @@ void ObjectDataBase::fixEDP_DP_PGNs()
     beginBatch();
     const QList<quint8> lines = getNodes();
     for (const quint8 line : lines) {
-        for (const quint8 direction : {kReceived, kTransmitted}) {
+        for (const quint8 direction : {Direction::kReceived, Direction::kTransmitted}) {
             const QList<quint32> numbers = getPGNs(line, direction, false);
             for (const quint32 number : numbers)
                 foldDataPage(line, number, direction);
@@ -169,7 +161,8 @@ void ObjectDataBase::fixFaultyPGNSPNCount()
         auto &cache = d->groups[line];
         for (auto group = cache.frames.begin(); group != cache.frames.end(); ++group) {
             const FrameKey &key = group.key();
-            const bool hasDirection = key.direction == kReceived || key.direction == kTransmitted;
+            const bool hasDirection =
+                key.direction == Direction::kReceived || key.direction == Direction::kTransmitted;
             const int count = cache.signalsOf.value(key).size();
             if (!hasDirection || (group->mappingCount & 0xFF) == count)
                 continue;

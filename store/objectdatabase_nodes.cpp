@@ -2,6 +2,7 @@
 #include "store/objectdatabase_p.h"
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/objectindex.h"
 
 #include <algorithm>
 
@@ -9,7 +10,6 @@ namespace
 {
 
 constexpr quint8 kScratchLine = 254;
-constexpr quint16 kNmtStartup = 0x1F80; // CiA 302-2
 constexpr quint8 kDefaultServiceSids[] = {16, 17, 62, 34, 46};
 
 Cells nodeCells(const NodeData &data, int count)
@@ -170,8 +170,8 @@ quint8 ObjectDataBase::getNetworkMaster()
 {
     const QList<quint8> lines = getNodes();
     for (const quint8 line : lines) {
-        if (existIndex(line, kNmtStartup) &&
-            Numbers::toUIntByPrefix(getSubIndexCurrentValue(line, kNmtStartup, 0)) & 1)
+        if (existIndex(line, ObjectIndex::kNmtStartup) &&
+            Numbers::toUIntByPrefix(getSubIndexCurrentValue(line, ObjectIndex::kNmtStartup, 0)) & 1)
             return line;
     }
     return 0;

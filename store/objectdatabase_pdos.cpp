@@ -1,16 +1,16 @@
 // PDOs of a line and what their mappings name (CiA 301, 7.5.2.35 to 7.5.2.38).
 #include "store/objectdatabase_p.h"
+#include "support/accesstype.h"
 #include "support/numbers.h"
 
 namespace
 {
 
-constexpr quint16 kFirstApplicationObject = 0x2000;
 constexpr quint32 kUnusedPdo = 1u << 27; // bit of the COB-ID
 
 quint16 mappingOf(quint16 commIndex)
 {
-    return static_cast<quint16>(commIndex + 0x200);
+    return static_cast<quint16>(commIndex + ObjectRanges::kFromPdoParameterToMapping);
 }
 
 quint8 entryCount(const ObjectDataBase &store, quint8 line, quint16 commIndex)
@@ -41,7 +41,7 @@ void makeMappingStatic(ObjectDataBase &store, quint8 line, quint16 commIndex)
         SubIndexData data;
         if (!store.getSubIndexData(line, mapping, sub, data))
             continue;
-        data.accessType = QStringLiteral("const");
+        data.accessType = AccessType::kConst;
         store.addSubIndex(line, mapping, sub, data);
     }
 }
@@ -53,7 +53,7 @@ bool ObjectDataBase::isMappingStatic(quint8 line, quint16 commIndex) const
     for (const quint8 sub : {0, 1}) {
         SUBINDEX_DATA_T data;
         if (!getSubIndexData(line, mappingOf(commIndex), sub, data) ||
-            data.accessType != QLatin1String("rw"))
+            data.accessType != AccessType::kReadWrite)
             return true;
     }
     return false;
@@ -61,7 +61,7 @@ bool ObjectDataBase::isMappingStatic(quint8 line, quint16 commIndex) const
 
 bool ObjectDataBase::isObjectMapped(quint8 line, quint16 index, quint8 sub) const
 {
-    return index >= kFirstApplicationObject &&
+    return index > ObjectRanges::kCommunication.last &&
            !getMappingObjectsForObject(line, index, sub).isEmpty();
 }
 
@@ -90,7 +90,8 @@ bool ObjectDataBase::removeUnusedPDOsAndMakeOtherPDOsstatic(quint8 line)
 {
     if (d->lockWriteAccess)
         return false;
-    const QList<quint16> pdos = getIndices(line, 0x1400, 0x15FF) + getIndices(line, 0x1800, 0x19FF);
+    const QList<quint16> pdos = getIndices(line, ObjectRanges::kRpdoParameters) +
+                                getIndices(line, ObjectRanges::kTpdoParameters);
     beginBatch();
     for (const quint16 commIndex : pdos) {
         if (isUsed(*this, line, commIndex)) {

@@ -1,5 +1,6 @@
 // Network variables: objects 0xA000 to 0xAFFF, which CiA 302-4 divides by type and direction.
 #include "store/objectdatabase_p.h"
+#include "support/accesstype.h"
 #include "support/cohelper.h"
 #include "support/logging.h"
 
@@ -10,8 +11,7 @@ namespace
 
 using Type = CAN::CANopenDataType;
 
-constexpr quint16 kFirstObject = 0xA000;
-constexpr quint16 kLastObject = 0xAFFF;
+constexpr ObjectRange kObjects = ObjectRanges::kNetworkVariables;
 constexpr quint32 kVariablesPerObject = 254;
 constexpr quint32 kObjectsPerRange = 0x80;
 constexpr quint8 kLastDeviceLine = 127;
@@ -59,7 +59,7 @@ QVector<Variable> readImage(StorePrivate &store, quint8 line)
                                        "and objectindex in (select objectindex from %2) "
                                        "order by objectindex,subindex")
                             .arg(Schema::table("SubObjects", line), Schema::table("Objects", line)),
-                        {kFirstObject, kLastObject});
+                        {kObjects.first, kObjects.last});
     while (statement.next()) {
         const SubAddressData address{static_cast<quint16>(statement.value(0).toUInt()),
                                      static_cast<quint8>(statement.value(1).toUInt())};
@@ -148,7 +148,7 @@ std::optional<SubAddressData> ObjectDataBase::addNVObj(quint8 line, quint16 data
     variable.name = name;
     variable.dataType = dataType;
     variable.pdoMapping = output ? PDOMappingType::Tpdo : PDOMappingType::Rpdo;
-    variable.accessType = output ? QStringLiteral("ro") : QStringLiteral("rww");
+    variable.accessType = output ? AccessType::kReadOnly : AccessType::kReadWriteWrite;
     beginBatch();
     addIndex(line, place->index, object);
     addSubIndex(line, place->index, 0, highest);
@@ -208,7 +208,7 @@ bool ObjectDataBase::deleteAllNV(quint8 line, bool unused)
         return false;
     beginBatch();
     if (line > 0) {
-        const QList<quint16> objects = getIndices(line, kFirstObject, kLastObject);
+        const QList<quint16> objects = getIndices(line, kObjects);
         for (const quint16 index : objects)
             delIndex(line, index, false);
     } else {

@@ -208,7 +208,8 @@ void ObjectDataBase::repairLineType(quint8 line)
     const QString maker = getMiscSettingsValue(QStringLiteral("CreateToolVersion"));
     bool isJ1939 = maker == QLatin1String("J1939 Tessarine");
     if (!isJ1939 && maker != QLatin1String("CANopen Tessarine"))
-        isJ1939 = getIndices(line, 0x1000, 0xFFFF).size() <= getPGNs(line, 0, false).size();
+        isJ1939 = getIndices(line, ObjectRanges::kAll).size() <=
+                  getPGNs(line, Direction::kBoth, false).size();
     setGeneralSettingsValue(key, isJ1939 ? QStringLiteral("2") : QStringLiteral("1"));
 }
 

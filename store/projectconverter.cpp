@@ -3,14 +3,7 @@
 
 #include "store/objectdatabase.h"
 #include "support/numbers.h"
-
-namespace
-{
-
-constexpr quint32 kAddressClaimed = 0xEE00; // SAE J1939-81
-constexpr quint8 kTransmitted = 0x55;
-
-} // namespace
+#include "support/parametergroups.h"
 
 ProjectConverter::ProjectConverter(QObject *parent) : QObject(parent) {}
 
@@ -44,7 +37,8 @@ bool ProjectConverter::doMPCorrection()
 {
     const QList<quint8> lines = database->getNodes();
     for (const quint8 line : lines)
-        (void)database->delPGN(line, kAddressClaimed, kTransmitted); // most lines do not hold it
+        (void)database->delPGN(line, ParameterGroup::kAddressClaimed,
+                               Direction::kTransmitted); // most lines do not hold it
     return true;
 }
 

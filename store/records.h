@@ -3,6 +3,7 @@
 #pragma once
 
 #include "support/candatatype.h"
+#include "support/implementation.h"
 #include "support/pdomapping.h"
 
 #include <QMap>
@@ -48,7 +49,7 @@ struct NodeData {
 /// One object of an object dictionary (CiA 301, 7.4).
 struct IndexData {
     QString name = QStringLiteral("unnamed object");
-    quint16 dataType = 5; ///< a CAN::CANopenDataType
+    quint16 dataType = CAN::typeNumber(CAN::CANopenDataType::Unsigned8);
     CANopen::ObjectCode objectCode = CANopen::ObjectCode::Var;
     QString description;
     qint32 category = 1;
@@ -66,7 +67,7 @@ struct IndexData {
 /// One subindex; an object that is a plain variable has just subindex 0.
 struct SubIndexData {
     QString name = QStringLiteral("unnamed subindex"); ///< the parameter name
-    quint16 dataType = 5;                              ///< a CAN::CANopenDataType
+    quint16 dataType = CAN::typeNumber(CAN::CANopenDataType::Unsigned8);
     QString accessType = QStringLiteral("ro");
     QString defaultValue;
     QString currentValue; ///< value of the DCF
@@ -81,7 +82,7 @@ struct SubIndexData {
     bool dcfComponent = false;
     bool cyclicRead = false;
     QString allowedAccessTypes = QStringLiteral("const,ro,rw,wo,rww,rwr");
-    quint8 implementation = 0; ///< 0 managed, 1 constant, 2 application variable, 3 virtual object
+    quint8 implementation = Implementation::kManagedVariable;
     QString description;
     QString varName; ///< C name of an application variable
     qint32 category = 1;
@@ -154,7 +155,7 @@ struct ConnectionData {
 };
 
 /// What the frames of J1939 and raw CAN lines have in common. A number may stand twice on a line,
-/// once for each direction: 0x55 transmitted, 0x77 received.
+/// once for each Direction.
 struct FrameData {
     QString name;
     QString description;
@@ -190,7 +191,7 @@ struct SignalData {
     quint32 dataType = 0; ///< a CAN::CANopenDataType
     quint32 direction = 0;
     quint32 number = 0;
-    quint32 implementation = 2; ///< as SubIndexData::implementation
+    quint32 implementation = Implementation::kApplicationVariable;
     QString varName;
     quint16 bitSize = 0;
 };
@@ -228,7 +229,7 @@ struct UdsServiceData {
 struct LineSignalData {
     quint8 line = 0;
     QString name;
-    quint16 dataType = 5;                      ///< a CAN::CANopenDataType
+    quint16 dataType = CAN::typeNumber(CAN::CANopenDataType::Unsigned8);
     QString accessType = QStringLiteral("ro"); ///< "txmpdo": sent in a multiplexed PDO
     QString defaultValue;
     qint32 group = 0; ///< its signal group; 0 for none

@@ -59,6 +59,12 @@ enum class CANopenDataType : quint16 {
     Unsigned29 = 129,
 };
 
+/// The number by which a record keeps a type.
+constexpr quint16 typeNumber(CANopenDataType type)
+{
+    return static_cast<quint16>(type);
+}
+
 } // namespace CAN
 
 namespace CANopen

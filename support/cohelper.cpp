@@ -1,6 +1,7 @@
 // Tables of the CANopen vocabulary.
 #include "support/cohelper.h"
 
+#include "support/accesstype.h"
 #include "support/numbers.h"
 
 #include <QHash>
@@ -270,9 +271,9 @@ int COHelper::word2Implementation(const QString &text)
 QString COHelper::normalizeAccessType(const QString &text)
 {
     const QString word = text.trimmed().toLower();
-    for (const char *known : {"const", "ro", "rw", "wo", "rww", "rwr"}) {
-        if (word == QLatin1String(known))
+    for (const QLatin1String known : AccessType::kAll) {
+        if (word == known)
             return word;
     }
-    return word == QLatin1String("w") ? QStringLiteral("wo") : QStringLiteral("ro");
+    return word == QLatin1String("w") ? AccessType::kWriteOnly : AccessType::kReadOnly;
 }
