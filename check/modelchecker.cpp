@@ -5,28 +5,33 @@
 #include "support/linelist.h"
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/objectindex.h"
 #include "support/problems.h"
 #include "support/usersettings.h"
 
 #include <QCoreApplication>
 
 using Check::Msg;
+using PdoParameter::kCobId;
 
 namespace
 {
+
+constexpr ObjectRange kRpdos = ObjectRanges::kRpdoParameters;
+constexpr ObjectRange kTpdos = ObjectRanges::kTpdoParameters;
 
 } // namespace
 
 ModelChecker::ModelChecker(QObject *parent)
     : QObject(parent), predefinedConnections{
-                           {0x1400, 1, QStringLiteral("$nodeid+0x200")},
-                           {0x1401, 1, QStringLiteral("$nodeid+0x300")},
-                           {0x1402, 1, QStringLiteral("$nodeid+0x400")},
-                           {0x1403, 1, QStringLiteral("$nodeid+0x500")},
-                           {0x1800, 1, QStringLiteral("$nodeid+0x180")},
-                           {0x1801, 1, QStringLiteral("$nodeid+0x280")},
-                           {0x1802, 1, QStringLiteral("$nodeid+0x380")},
-                           {0x1803, 1, QStringLiteral("$nodeid+0x480")},
+                           {kRpdos.at(1), kCobId, QStringLiteral("$nodeid+0x200")},
+                           {kRpdos.at(2), kCobId, QStringLiteral("$nodeid+0x300")},
+                           {kRpdos.at(3), kCobId, QStringLiteral("$nodeid+0x400")},
+                           {kRpdos.at(4), kCobId, QStringLiteral("$nodeid+0x500")},
+                           {kTpdos.at(1), kCobId, QStringLiteral("$nodeid+0x180")},
+                           {kTpdos.at(2), kCobId, QStringLiteral("$nodeid+0x280")},
+                           {kTpdos.at(3), kCobId, QStringLiteral("$nodeid+0x380")},
+                           {kTpdos.at(4), kCobId, QStringLiteral("$nodeid+0x480")},
                        }
 {
 }
@@ -145,12 +150,12 @@ int ModelChecker::countEntries(quint16 index) const
     return project->getSubIndices(line, index, 1).size();
 }
 
-QList<quint16> ModelChecker::indicesOf(quint16 low, quint16 high) const
+QList<quint16> ModelChecker::indicesOf(ObjectRange range) const
 {
-    return project->getIndices(line, low, high);
+    return project->getIndices(line, range);
 }
 
 QList<quint16> ModelChecker::mappingObjects() const
 {
-    return indicesOf(0x1600, 0x17FF) + indicesOf(0x1A00, 0x1BFF);
+    return indicesOf(ObjectRanges::kRpdoMappings) + indicesOf(ObjectRanges::kTpdoMappings);
 }

@@ -86,7 +86,7 @@ public:
     static QString disableCob(const QString &cobId);
 
     /// Are the signals of a parameter group laid out so that a safe message can carry them
-    /// (SAE J1939-76)? \a direction is 0x55 for transmitted, 0x77 for received.
+    /// (SAE J1939-76)?
     bool checkSafePGNStructure(quint8 lineNumber, quint32 pgn, quint8 direction) const;
 
     /// All that was reported so far, in its order.
@@ -154,7 +154,7 @@ private:
     quint32 valueOf(quint16 index, quint8 subIndex) const;
     SubIndexData recordOf(quint16 index, quint8 subIndex) const; ///< the defaults if there is none
     int countEntries(quint16 index) const;                       ///< subindices from 1 on
-    QList<quint16> indicesOf(quint16 low, quint16 high) const;
+    QList<quint16> indicesOf(ObjectRange range) const;
     /// All PDO mapping objects, those of receive PDOs first.
     QList<quint16> mappingObjects() const;
 

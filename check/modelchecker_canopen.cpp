@@ -1,19 +1,21 @@
 // A CANopen line: the installed stack, the line's settings and its communication objects.
 #include "check/modelchecker.h"
 #include "check/modelchecker_p.h"
+#include "support/implementation.h"
 #include "support/numbers.h"
+#include "support/objectindex.h"
 
 #include <QCoreApplication>
 
 using Check::Msg;
+using ObjectIndex::kDeviceType;
+using ObjectIndex::kEmergencyConsumer;
+using ObjectIndex::kIdentity;
+using ObjectIndex::kSlaveAssignment;
 
 namespace
 {
 
-constexpr quint16 kDeviceType = 0x1000;
-constexpr quint16 kIdentity = 0x1018;
-constexpr quint16 kEmergencyConsumer = 0x1028;
-constexpr quint16 kSlaveAssignment = 0x1F81;
 constexpr quint32 kMakersVendorId = 0x319;
 
 /// The tool's version as feature files write it: major and minor, without the parts of a release.
@@ -138,10 +140,10 @@ void ModelChecker::checkDeviceType()
 
 void ModelChecker::checkMandatoryObjects()
 {
-    if (!hasIndex(0x1001))
-        reportObject(Msg::ErrorRegisterMissing, 0x1001);
-    if (!hasIndex(0x1017) && !hasIndex(0x100C))
-        reportObject(Msg::ErrorControlMissing, 0x1017);
+    if (!hasIndex(ObjectIndex::kErrorRegister))
+        reportObject(Msg::ErrorRegisterMissing, ObjectIndex::kErrorRegister);
+    if (!hasIndex(ObjectIndex::kHeartbeatProducer) && !hasIndex(ObjectIndex::kGuardTime))
+        reportObject(Msg::ErrorControlMissing, ObjectIndex::kHeartbeatProducer);
 }
 
 void ModelChecker::checkSlaveAssignment()
@@ -156,7 +158,8 @@ void ModelChecker::checkSlaveAssignment()
 
 void ModelChecker::checkGaps()
 {
-    for (const quint16 index : {quint16(0x1016), kEmergencyConsumer, kSlaveAssignment}) {
+    for (const quint16 index :
+         {ObjectIndex::kHeartbeatConsumer, kEmergencyConsumer, kSlaveAssignment}) {
         const QList<quint8> subs = project->getSubIndices(line, index, 1);
         if (hasIndex(index) && !subs.isEmpty() && subs.last() != subs.size())
             reportObject(Msg::ObjectHasGaps, index);
@@ -169,7 +172,7 @@ void ModelChecker::checkAutoStore()
         static_cast<quint8>(decimalSetting("1010autostore_by_application")) != 0;
     const Msg message = byApplication ? Msg::AutoStoreValueAbove3 : Msg::AutoStoreValueAbove1;
     const quint32 highest = byApplication ? 3 : 1;
-    for (const quint16 index : {0x1010, 0x1011}) {
+    for (const quint16 index : {ObjectIndex::kStoreParameters, ObjectIndex::kRestoreParameters}) {
         for (quint8 sub = 1; sub <= 3; ++sub) {
             if (hasIndex(index) && valueOf(index, sub) > highest)
                 report(message, {index, sub}, {hex4(index), QString::number(sub)});
@@ -179,29 +182,32 @@ void ModelChecker::checkAutoStore()
 
 void ModelChecker::checkNmtInhibit()
 {
-    if (numberSetting("nmtmaster") == 1 && !hasIndex(0x102A))
-        reportObject(Msg::NmtInhibitMissing, 0x102A);
+    if (numberSetting("nmtmaster") == 1 && !hasIndex(ObjectIndex::kNmtInhibitTime))
+        reportObject(Msg::NmtInhibitMissing, ObjectIndex::kNmtInhibitTime);
 }
 
 void ModelChecker::checkIdentity()
 {
     const QString object = hex4(kIdentity);
-    if (textOf(kIdentity, 1).isEmpty())
-        report(Msg::VendorIdEmpty, {kIdentity, 1}, {object});
-    if (valueOf(kIdentity, 1) == kMakersVendorId)
-        report(Msg::VendorIdOfMaker, {kIdentity, 1}, {object});
-    if (hasSub(kIdentity, 2) && textOf(kIdentity, 2).isEmpty())
-        report(Msg::ProductCodeEmpty, {kIdentity, 2}, {object});
-    if (hasSub(kIdentity, 3) && textOf(kIdentity, 3).isEmpty())
-        report(Msg::RevisionNumberEmpty, {kIdentity, 3}, {object});
-    if (recordOf(kIdentity, 4).implementation == 1)
-        report(Msg::SerialNumberConstant, {kIdentity, 4}, {object});
+    if (textOf(kIdentity, Identity::kVendorId).isEmpty())
+        report(Msg::VendorIdEmpty, {kIdentity, Identity::kVendorId}, {object});
+    if (valueOf(kIdentity, Identity::kVendorId) == kMakersVendorId)
+        report(Msg::VendorIdOfMaker, {kIdentity, Identity::kVendorId}, {object});
+    if (hasSub(kIdentity, Identity::kProductCode) &&
+        textOf(kIdentity, Identity::kProductCode).isEmpty())
+        report(Msg::ProductCodeEmpty, {kIdentity, Identity::kProductCode}, {object});
+    if (hasSub(kIdentity, Identity::kRevisionNumber) &&
+        textOf(kIdentity, Identity::kRevisionNumber).isEmpty())
+        report(Msg::RevisionNumberEmpty, {kIdentity, Identity::kRevisionNumber}, {object});
+    if (recordOf(kIdentity, Identity::kSerialNumber).implementation ==
+        Implementation::kManagedConst)
+        report(Msg::SerialNumberConstant, {kIdentity, Identity::kSerialNumber}, {object});
 }
 
 void ModelChecker::checkDependentObjects()
 {
-    if (hasIndex(0x1003) && !hasIndex(0x1014))
-        reportObject(Msg::EmergencyIdMissing, 0x1003);
+    if (hasIndex(ObjectIndex::kErrorHistory) && !hasIndex(ObjectIndex::kEmergencyCobId))
+        reportObject(Msg::EmergencyIdMissing, ObjectIndex::kErrorHistory);
     if (!hasIndex(kEmergencyConsumer))
         return;
     const QList<quint8> subs = project->getSubIndices(line, kEmergencyConsumer, 1);
@@ -214,7 +220,7 @@ void ModelChecker::checkDependentObjects()
 
 void ModelChecker::checkAllObjects(bool &corrected)
 {
-    const QList<quint16> indices = indicesOf(0x1000, 0xFFFF);
+    const QList<quint16> indices = indicesOf(ObjectRanges::kAll);
     for (const quint16 index : indices) {
         QCoreApplication::processEvents();
         checkIndex(index, corrected);

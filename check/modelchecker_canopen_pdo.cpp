@@ -1,18 +1,20 @@
 // The PDOs and SRDOs of a CANopen line.
 #include "check/modelchecker.h"
 #include "check/modelchecker_p.h"
+#include "support/accesstype.h"
 #include "support/cohelper.h"
+#include "support/implementation.h"
 #include "support/numbers.h"
+#include "support/objectindex.h"
 
 using Check::Msg;
 
 namespace
 {
 
-constexpr quint16 kToCommunication = 0x200; ///< from a mapping object down to its parameters
-constexpr quint16 kLastRpdoMapping = 0x17FF;
-constexpr quint16 kHighestDummy = 7; ///< data types as place holders (CiA 301, 7.4.7.1)
-constexpr quint8 kMostEntries = 64;  ///< values above mark multiplexed PDOs
+/// Data types up to this one are place holders in a mapping (CiA 301, 7.4.7.1).
+constexpr quint16 kHighestDummy = CAN::typeNumber(CAN::CANopenDataType::Unsigned32);
+constexpr quint8 kMostEntries = 64; ///< values above mark multiplexed PDOs
 
 /// The parts of a mapping entry: the place of the object and its size.
 struct Entry {
@@ -33,10 +35,10 @@ QStringList argumentsOf(quint16 mapping, const Entry &entry)
     return {hex4(mapping), hex4(entry.index), hex2(entry.subIndex)};
 }
 
-bool isOneOf(const QString &access, std::initializer_list<const char *> list)
+bool isOneOf(const QString &access, std::initializer_list<QLatin1String> list)
 {
-    for (const char *word : list) {
-        if (access == QLatin1String(word))
+    for (const QLatin1String word : list) {
+        if (access == word)
             return true;
     }
     return false;
@@ -62,7 +64,7 @@ void ModelChecker::checkMappingObjects(bool &corrected, MappingUse &use)
 
 void ModelChecker::checkMappingFrame(quint16 index)
 {
-    const quint16 parameters = index - kToCommunication;
+    const quint16 parameters = index - ObjectRanges::kFromPdoParameterToMapping;
     if (!hasIndex(parameters))
         report(Msg::PdoCommunicationMissing, {index}, {hex4(index), hex4(parameters)});
     const auto count = static_cast<quint8>(valueOf(index, 0));
@@ -82,7 +84,7 @@ quint16 ModelChecker::checkMappingEntries(quint16 index, MappingUse &use)
             commonAccess = data.accessType;
         else if (data.accessType != commonAccess)
             report(Msg::PdoMappingAccessMixed, {index, sub}, {hex4(index)});
-        use.dynamic |= data.accessType == QLatin1String("rw");
+        use.dynamic |= data.accessType == AccessType::kReadWrite;
         if (sub == 0)
             continue;
         const quint32 value = Numbers::toUIntByPrefix(data.defaultValue);
@@ -122,10 +124,11 @@ void ModelChecker::checkMappingEntry(quint16 index, quint32 value)
 void ModelChecker::checkMappedAccess(quint16 index, quint32 value, const QString &access)
 {
     const QStringList arguments = argumentsOf(index, entryOf(value));
-    if (index <= kLastRpdoMapping) {
-        if (isOneOf(access, {"ro", "const", "rwr"}))
+    if (ObjectRanges::kRpdoMappings.contains(index)) {
+        if (isOneOf(access,
+                    {AccessType::kReadOnly, AccessType::kConst, AccessType::kReadWriteRead}))
             report(Msg::RpdoAccessUnfit, {index}, arguments);
-    } else if (isOneOf(access, {"wo", "rww"})) {
+    } else if (isOneOf(access, {AccessType::kWriteOnly, AccessType::kReadWriteWrite})) {
         report(Msg::TpdoAccessUnfit, {index}, arguments);
     }
 }
@@ -133,39 +136,46 @@ void ModelChecker::checkMappedAccess(quint16 index, quint32 value, const QString
 /// The four transmit PDOs of the pre-defined connection set would be sent without data.
 void ModelChecker::disableUnusedPdo(quint16 index, bool &corrected)
 {
-    if (index < 0x1A00 || index > 0x1A03 || !isDynamicMapping(line, index))
+    constexpr ObjectRange kPredefined = {ObjectRanges::kTpdoMappings.first,
+                                         ObjectRanges::kTpdoMappings.at(4)};
+    if (!kPredefined.contains(index) || !isDynamicMapping(line, index))
         return;
-    const quint16 parameters = index - kToCommunication;
-    const QString before = textOf(parameters, 1);
+    const quint16 parameters = index - ObjectRanges::kFromPdoParameterToMapping;
+    const QString before = textOf(parameters, PdoParameter::kCobId);
     const QString after = disableCob(before);
     if (after == before)
         return;
-    correct(corrected, Msg::PdoDisabled, {parameters, 1}, {hex4(parameters), after},
-            [this, parameters, after] { project->setSubIndexValue(line, parameters, 1, after); });
+    correct(corrected, Msg::PdoDisabled, {parameters, PdoParameter::kCobId},
+            {hex4(parameters), after}, [this, parameters, after] {
+                project->setSubIndexValue(line, parameters, PdoParameter::kCobId, after);
+            });
 }
 
 void ModelChecker::checkCommunicationObjects()
 {
-    const QList<quint16> indices = indicesOf(0x1400, 0x15FF) + indicesOf(0x1800, 0x19FF);
+    const QList<quint16> indices =
+        indicesOf(ObjectRanges::kRpdoParameters) + indicesOf(ObjectRanges::kTpdoParameters);
     for (const quint16 index : indices) {
-        const quint16 mapping = index + kToCommunication;
+        const quint16 mapping = index + ObjectRanges::kFromPdoParameterToMapping;
         if (!hasIndex(mapping))
             report(Msg::PdoMappingMissing, {index}, {hex4(index), hex4(mapping)});
-        if (!isDefaultWrittenToEds(recordOf(index, 1)))
-            report(Msg::PdoCobIdNotInEds, {index, 1}, {hex4(index)});
-        if (!isDefaultWrittenToEds(recordOf(index, 2)))
-            report(Msg::PdoTransmissionTypeNotInEds, {index, 2}, {hex4(index)});
+        if (!isDefaultWrittenToEds(recordOf(index, PdoParameter::kCobId)))
+            report(Msg::PdoCobIdNotInEds, {index, PdoParameter::kCobId}, {hex4(index)});
+        if (!isDefaultWrittenToEds(recordOf(index, PdoParameter::kTransmissionType)))
+            report(Msg::PdoTransmissionTypeNotInEds, {index, PdoParameter::kTransmissionType},
+                   {hex4(index)});
     }
 }
 
 void ModelChecker::checkEventTimers()
 {
-    const QList<quint16> indices = indicesOf(0x1800, 0x19FF);
+    const QList<quint16> indices = indicesOf(ObjectRanges::kTpdoParameters);
     for (const quint16 index : indices) {
-        if (!hasSub(index, 5) || !hasSub(index, 3))
+        if (!hasSub(index, PdoParameter::kEventTimer) || !hasSub(index, PdoParameter::kInhibitTime))
             continue;
-        const quint32 eventTimerMs = valueOf(index, 5);
-        const quint32 inhibitTimeMs = valueOf(index, 3) / 10; // kept in steps of 100 us
+        const quint32 eventTimerMs = valueOf(index, PdoParameter::kEventTimer);
+        const quint32 inhibitTimeMs =
+            valueOf(index, PdoParameter::kInhibitTime) / 10; // kept in steps of 100 us
         if (eventTimerMs != 0 && eventTimerMs <= inhibitTimeMs)
             reportObject(Msg::EventTimerTooShort, index);
     }
@@ -173,15 +183,16 @@ void ModelChecker::checkEventTimers()
 
 void ModelChecker::checkSrdoObjects()
 {
-    const QList<quint16> parameters = indicesOf(0x1301, 0x1340);
+    const QList<quint16> parameters = indicesOf(ObjectRanges::kSrdoParameters);
     for (const quint16 index : parameters) {
-        const quint16 mapping = index + 0x80;
+        const quint16 mapping = index + ObjectRanges::kFromSrdoParameterToMapping;
         if (!hasIndex(mapping))
             report(Msg::SrdoMappingMissing, {index}, {hex4(index), hex4(mapping)});
     }
     // Deliberate: the last mapping object, 0x13C0, is not looked at; held by tst_modelchecker
     // "srdo_last_mapping".
-    const QList<quint16> mappings = indicesOf(0x1381, 0x13BF);
+    constexpr ObjectRange kAll = ObjectRanges::kSrdoMappings;
+    const QList<quint16> mappings = indicesOf({kAll.first, kAll.last - 1});
     for (const quint16 index : mappings) {
         const QList<quint8> subs = project->getSubIndices(line, index, 1);
         for (const quint8 sub : subs)
@@ -196,7 +207,7 @@ void ModelChecker::checkSrdoEntry(quint16 index, quint32 value)
     SubIndexData data;
     if (!project->getSubIndexData(line, entry.index, entry.subIndex, data))
         return report(Msg::SrdoObjectMissing, {index}, arguments);
-    if (data.implementation != 2)
+    if (data.implementation != Implementation::kApplicationVariable)
         report(Msg::SrdoObjectNotVariable, {index}, arguments);
     if (data.pdoMapping.isEqualToType(PDOMappingType::No))
         report(Msg::SrdoObjectNotMappable, {index}, arguments);

@@ -1,12 +1,13 @@
 // What a CANopen line asks of the installed stack, against what the stack offers.
 #include "check/modelchecker.h"
+#include "support/objectindex.h"
 
 using Check::Msg;
 
 namespace
 {
 
-constexpr quint32 kGeneratesSync = 0x40000000; ///< bit 30 of 0x1005 (CiA 301, 7.5.2.5)
+constexpr quint32 kGeneratesSync = 0x40000000; ///< bit 30 of the SYNC COB-ID (CiA 301, 7.5.2.5)
 constexpr quint8 kHighestCount = 253;          ///< of mapping entries; values above mark MPDOs
 
 /// What the line uses of the stack.
@@ -76,13 +77,15 @@ constexpr ServiceRow kServices[] = {                // row order is report order
 /// Reads of the project what the numbers of Demand say.
 void readCounts(const ObjectDataBase &store, quint8 line, Demand &demand)
 {
-    demand.sdoServers = store.getIndices(line, 0x1200, 0x127F).size();
-    demand.sdoClients = store.getIndices(line, 0x1280, 0x12FF).size();
-    demand.transmitPdos = store.getIndices(line, 0x1800, 0x19FF).size();
-    demand.receivePdos = store.getIndices(line, 0x1400, 0x15FF).size();
-    demand.emergencyConsumers = store.getSubIndices(line, 0x1028, 1).size();
-    demand.heartbeatConsumers = store.getSubIndices(line, 0x1016, 1).size();
-    demand.srdo = !store.getIndices(line, 0x1300, 0x13FF).isEmpty();
+    demand.sdoServers = store.getIndices(line, ObjectRanges::kSdoServers).size();
+    demand.sdoClients = store.getIndices(line, ObjectRanges::kSdoClients).size();
+    demand.transmitPdos = store.getIndices(line, ObjectRanges::kTpdoParameters).size();
+    demand.receivePdos = store.getIndices(line, ObjectRanges::kRpdoParameters).size();
+    demand.emergencyConsumers =
+        store.getSubIndices(line, ObjectIndex::kEmergencyConsumer, 1).size();
+    demand.heartbeatConsumers =
+        store.getSubIndices(line, ObjectIndex::kHeartbeatConsumer, 1).size();
+    demand.srdo = !store.getIndices(line, ObjectRanges::kSafety).isEmpty();
 }
 
 } // namespace
@@ -125,13 +128,13 @@ void ModelChecker::compareFeatures()
     readCounts(*project, line, demand);
     const quint32 master = numberSetting("nmtmaster");
     const bool usesLss = decimalSetting("lss_supported") > 0;
-    const bool generatesSync = valueOf(0x1005, 0) & kGeneratesSync;
+    const bool generatesSync = valueOf(ObjectIndex::kSyncCobId, 0) & kGeneratesSync;
     demand.nmtSlave = master == 0;
     demand.nmtMaster = master == 1;
     demand.lssSlave = usesLss && master == 0;
     demand.lssMaster = usesLss && master == 1;
-    demand.syncConsumer = hasIndex(0x1005) && !generatesSync;
-    demand.syncProducer = hasIndex(0x1005) && generatesSync;
+    demand.syncConsumer = hasIndex(ObjectIndex::kSyncCobId) && !generatesSync;
+    demand.syncProducer = hasIndex(ObjectIndex::kSyncCobId) && generatesSync;
     const QList<quint16> mappings = mappingObjects();
     for (const quint16 mapping : mappings) {
         demand.dynamicMapping |= isDynamicMapping(line, mapping);

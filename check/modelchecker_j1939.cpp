@@ -1,20 +1,20 @@
 // A J1939 line: its settings, the NAME of the device, its groups and their signals.
 #include "check/modelchecker.h"
 #include "support/cohelper.h"
+#include "support/implementation.h"
 #include "support/numbers.h"
 
 #include <algorithm>
 #include <iterator>
 
 using Check::Msg;
+using Type = CAN::CANopenDataType;
 
 namespace
 {
 
-constexpr quint8 kDirections[] = {0x77, 0x55}; // received, transmitted; in reporting order
-constexpr quint32 kFrameBits = 64;             // of one CAN frame
-constexpr quint32 kManaged = 0;
-constexpr quint32 kApplicationVariable = 2;
+constexpr quint8 kDirections[] = {Direction::kReceived, Direction::kTransmitted}; // report order
+constexpr quint32 kFrameBits = 64; // of one CAN frame
 
 /// A part of the device's NAME (SAE J1939-81, 4.1.1), or its address.
 struct IdentityRow {
@@ -35,27 +35,34 @@ constexpr IdentityRow kIdentity[] = {               // in reporting order
     {"startaddress",     Msg::StartAddressMissing},
 };
 
-/// Types that a safe message cannot carry, in ranges.
+/// Types that a safe message cannot carry, in ranges of their numbers.
 struct TypeRange {
-    quint32 first;
-    quint32 last;
+    Type first;
+    Type last;
 };
 
 constexpr TypeRange kUnsafeTypes[] = {
-    {0, 0}, {9, 9}, {15, 15}, {24, 25}, {27, 27}, {103, 106}, {108, 109}, {117, 121},
+    {Type::Unknown,       Type::Unknown},
+    {Type::VisibleString, Type::VisibleString},
+    {Type::Domain,        Type::Domain},
+    {Type::Unsigned40,    Type::Unsigned48},
+    {Type::Unsigned64,    Type::Unsigned64},
+    {Type::Unsigned5,     Type::Unsigned9},
+    {Type::Unsigned11,    Type::Unsigned12},
+    {Type::Unsigned19,    Type::StringAsterisk},
 };
 // clang-format on
 
 bool canBeSafe(quint32 dataType)
 {
     return std::none_of(std::begin(kUnsafeTypes), std::end(kUnsafeTypes), [=](TypeRange range) {
-        return dataType >= range.first && dataType <= range.last;
+        return dataType >= CAN::typeNumber(range.first) && dataType <= CAN::typeNumber(range.last);
     });
 }
 
 quint32 bitsOf(const ObjectDataBase::SPN &spn)
 {
-    const quint8 bits = COHelper::getDataLengthBits(CAN::CANopenDataType(spn.dataType));
+    const quint8 bits = COHelper::getDataLengthBits(Type(spn.dataType));
     return bits ? bits : spn.bitSize;
 }
 
@@ -153,7 +160,7 @@ quint32 ModelChecker::checkGroup(quint32 pgn, quint8 direction, bool supportsSaf
             reportGroup(Msg::SafeGroupWithoutSupport, pgn);
             break;
         }
-        if (spn.implementation == kManaged)
+        if (spn.implementation == Implementation::kManagedVariable)
             reportGroup(Msg::SafeGroupHasManagedVariable, pgn);
         if (!canBeSafe(spn.dataType))
             reportGroup(Msg::SafeGroupTypeUnsupported, pgn);
@@ -183,7 +190,8 @@ void ModelChecker::checkSignalVariables()
         for (const quint32 pgn : groups) {
             const QVector<ObjectDataBase::SPN> spns = project->getSPNRecords(line, pgn, direction);
             for (const ObjectDataBase::SPN &spn : spns) {
-                if (spn.implementation == kApplicationVariable && spn.varName.trimmed().isEmpty())
+                if (spn.implementation == Implementation::kApplicationVariable &&
+                    spn.varName.trimmed().isEmpty())
                     report(Msg::SpnVariableMissing, {},
                            {QString::number(spn.number), QString::number(pgn)});
             }

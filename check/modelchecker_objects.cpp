@@ -1,9 +1,12 @@
 // One object and its subindices.
 #include "check/modelchecker.h"
 #include "check/modelchecker_p.h"
+#include "support/accesstype.h"
 #include "support/cohelper.h"
+#include "support/implementation.h"
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/objectindex.h"
 
 #include <QRegularExpression>
 
@@ -22,8 +25,6 @@ constexpr qint64 kHighest = std::numeric_limits<qint64>::max();
 /// From this value on, subindex 0 of a mapping object marks a multiplexed PDO and is no count
 /// (CiA 301, 7.5.2.36).
 constexpr quint8 kFirstMarker = 254;
-
-enum Implementation : quint8 { ManagedVariable = 0, ManagedConst = 1, Variable = 2, Virtual = 3 };
 
 struct RangeRow {
     CANopenDataType type;
@@ -92,13 +93,8 @@ bool isOpenEnd(const QString &limit)
 /// and for numbers that are not assigned.
 bool isNamelessInC(const SubIndexData &data)
 {
-    return data.implementation != Virtual &&
+    return data.implementation != Implementation::kVirtualObject &&
            COHelper::index2DataTypeShortString(data.dataType).isEmpty();
-}
-
-bool isMappingObject(quint16 index)
-{
-    return (index >= 0x1600 && index <= 0x17FF) || (index >= 0x1A00 && index <= 0x1BFF);
 }
 
 CANopenDataType typeOf(const SubIndexData &data)
@@ -151,12 +147,12 @@ void ModelChecker::checkSub0Attributes(quint16 index, bool &corrected)
         const bool required = checkSub0Required(line, index);
         if (!data.defaultInEds && required)
             report(Msg::Sub0DefaultFlagMissing, {index, 0}, {hex4(index)});
-        const bool isVariable =
-            data.implementation != ManagedConst && data.implementation != Virtual;
-        if (isVariable && required && data.accessType == QLatin1String("const")) {
+        const bool isVariable = data.implementation != Implementation::kManagedConst &&
+                                data.implementation != Implementation::kVirtualObject;
+        if (isVariable && required && data.accessType == AccessType::kConst) {
             correct(corrected, Msg::Sub0MadeConstant, {index, 0}, {hex4(index)},
                     [this, index, data]() mutable {
-                        data.implementation = ManagedConst;
+                        data.implementation = Implementation::kManagedConst;
                         project->addSubIndex(line, index, 0, data);
                     });
         }
@@ -167,9 +163,9 @@ void ModelChecker::checkSub0Attributes(quint16 index, bool &corrected)
 
 bool ModelChecker::checkSub0Required(quint8 lineNumber, quint16 index) const
 {
-    if (index == 0x1003)
+    if (index == ObjectIndex::kErrorHistory)
         return false; // there it is the number of errors that happened
-    if (!isMappingObject(index))
+    if (!ObjectRanges::isPdoMapping(index))
         return true;
     if (isDynamicMapping(lineNumber, index))
         return false;
@@ -181,13 +177,13 @@ bool ModelChecker::isDynamicMapping(quint8 lineNumber, quint16 index) const
 {
     SubIndexData data;
     return project->getSubIndexData(lineNumber, index, 0, data) &&
-           data.accessType == QLatin1String("rw");
+           data.accessType == AccessType::kReadWrite;
 }
 
 void ModelChecker::checkSub(quint16 index, quint8 subIndex, const SubIndexData &data,
                             CANopen::ObjectCode objectCode)
 {
-    if (!limitCheckEnabled && data.limitInEds && index >= 0x1000)
+    if (!limitCheckEnabled && data.limitInEds && ObjectRanges::kAll.contains(index))
         reportSub(Msg::LimitCheckOff, index, subIndex);
     const bool hasMembers =
         objectCode == CANopen::ObjectCode::Array || objectCode == CANopen::ObjectCode::Record;
@@ -204,7 +200,7 @@ qint32 ModelChecker::startTypeCheck(quint8 lineNumber, ObjectDataBase *store)
 {
     const qint32 lineErrors = errorCount; // the J1939 check of the line adds to it
     startLine(lineNumber, store);
-    const QList<quint16> objects = indicesOf(0x1000, 0xFFFF);
+    const QList<quint16> objects = indicesOf(ObjectRanges::kAll);
     for (const quint16 index : objects) {
         project->visitSubIndices(line, index, 0, [&](quint8 sub, const SubIndexData &data) {
             if (isNamelessInC(data))
@@ -218,7 +214,7 @@ qint32 ModelChecker::startTypeCheck(quint8 lineNumber, ObjectDataBase *store)
 
 void ModelChecker::checkImplementation(quint16 index, quint8 subIndex, const SubIndexData &data)
 {
-    if (data.implementation == Variable) {
+    if (data.implementation == Implementation::kApplicationVariable) {
         static const QRegularExpression invalid(QStringLiteral("[ ,;]"));
         if (data.varName.isEmpty())
             reportSub(Msg::VariableNameMissing, index, subIndex);
@@ -226,14 +222,15 @@ void ModelChecker::checkImplementation(quint16 index, quint8 subIndex, const Sub
             reportSub(Msg::VariableNameInvalid, index, subIndex);
     }
     checkAccess(index, subIndex, data);
-    if (data.implementation == ManagedConst && data.accessType.contains(QLatin1Char('w')))
+    if (data.implementation == Implementation::kManagedConst &&
+        data.accessType.contains(QLatin1Char('w')))
         reportSub(Msg::ConstantIsWritable, index, subIndex);
 }
 
 void ModelChecker::checkAccess(quint16 index, quint8 subIndex, const SubIndexData &data)
 {
-    for (const char *known : {"ro", "const", "rw", "rwr", "rww", "wo"}) {
-        if (data.accessType == QLatin1String(known))
+    for (const QLatin1String known : AccessType::kAll) {
+        if (data.accessType == known)
             return;
     }
     report(Msg::AccessTypeInvalid, {index, subIndex},
@@ -243,7 +240,7 @@ void ModelChecker::checkAccess(quint16 index, quint8 subIndex, const SubIndexDat
 /// A managed variable has a number as its memory.
 void ModelChecker::checkStrings(quint16 index, quint8 subIndex, const SubIndexData &data)
 {
-    if (data.implementation != ManagedVariable)
+    if (data.implementation != Implementation::kManagedVariable)
         return;
     switch (typeOf(data)) {
     case CANopenDataType::OctetString:

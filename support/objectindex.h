@@ -32,3 +32,25 @@ constexpr quint16 kNmtStartup = 0x1F80;      ///< CiA 302-2
 constexpr quint16 kSlaveAssignment = 0x1F81; ///< CiA 302-2
 
 } // namespace ObjectIndex
+
+/// Subindices of ObjectIndex::kIdentity (CiA 301, 7.5.2.19).
+namespace Identity
+{
+
+constexpr quint8 kVendorId = 1;
+constexpr quint8 kProductCode = 2;
+constexpr quint8 kRevisionNumber = 3;
+constexpr quint8 kSerialNumber = 4;
+
+} // namespace Identity
+
+/// Subindices of the communication parameters of a PDO (CiA 301, 7.5.2.35 and 7.5.2.37).
+namespace PdoParameter
+{
+
+constexpr quint8 kCobId = 1;
+constexpr quint8 kTransmissionType = 2;
+constexpr quint8 kInhibitTime = 3; ///< of TPDOs, in steps of 100 us
+constexpr quint8 kEventTimer = 5;  ///< ms; of an RPDO the time until it counts as lost
+
+} // namespace PdoParameter

@@ -15,6 +15,9 @@ struct ObjectRange {
     {
         return static_cast<quint16>(index - first + 1);
     }
+
+    /// The inverse of numberOf().
+    constexpr quint16 at(quint16 number) const { return static_cast<quint16>(first + number - 1); }
 };
 
 namespace ObjectRanges
@@ -38,6 +41,7 @@ constexpr ObjectRange kSafety = {0x1300, 0x13FF}; ///< with global fail-safe com
 constexpr ObjectRange kSrdoParameters = {0x1301, 0x1340};
 constexpr ObjectRange kSrdoParameterPlaces = {0x1301, 0x137F}; ///< with those that are reserved
 constexpr ObjectRange kSrdoMappings = {0x1381, 0x13C0};
+constexpr quint16 kFromSrdoParameterToMapping = 0x80;
 
 // PDO parameters and mappings (CiA 301, 7.5.2.35 to 7.5.2.38).
 constexpr ObjectRange kRpdoParameters = {0x1400, 0x15FF};
