@@ -2,33 +2,47 @@
 #include "import/basedataimporter.h"
 
 #include "store/objectdatabase.h"
+#include "support/candatatype.h"
 
 #include <QFileInfo>
 
 namespace
 {
 
+using Type = CAN::CANopenDataType;
+
 struct BitsRow {
     quint16 bits;
-    quint16 unsignedType;
-    quint16 signedType;
+    Type unsignedType;
+    Type signedType;
 };
 
 // clang-format off
 constexpr BitsRow kTypesByBits[] = {
-    {0,  121, 121},
-    {1,    1,   1},
-    {2,  100, 100}, {3, 101, 101}, {4, 102, 102}, {5, 103, 103}, {6, 104, 104}, {7, 105, 105},
-    {8,    5,   2},
-    {10, 107, 107}, {11, 108, 108}, {12, 109, 109}, {13, 110, 110}, {14, 111, 111},
-    {16,   6,   3},
-    {18, 118, 118}, {19, 117, 117}, {21, 119, 119},
-    {24,  22,  22},
-    {29, 129, 129},
-    {32,   7,   4},
-    {40,  24,  24},
-    {48,  25,  25},
-    {64,  27,  27},
+    {0,  Type::StringAsterisk, Type::StringAsterisk},
+    {1,  Type::Boolean,        Type::Boolean},
+    {2,  Type::Unsigned2,      Type::Unsigned2},
+    {3,  Type::Unsigned3,      Type::Unsigned3},
+    {4,  Type::Unsigned4,      Type::Unsigned4},
+    {5,  Type::Unsigned5,      Type::Unsigned5},
+    {6,  Type::Unsigned6,      Type::Unsigned6},
+    {7,  Type::Unsigned7,      Type::Unsigned7},
+    {8,  Type::Unsigned8,      Type::Integer8},
+    {10, Type::Unsigned10,     Type::Unsigned10},
+    {11, Type::Unsigned11,     Type::Unsigned11},
+    {12, Type::Unsigned12,     Type::Unsigned12},
+    {13, Type::Unsigned13,     Type::Unsigned13},
+    {14, Type::Unsigned14,     Type::Unsigned14},
+    {16, Type::Unsigned16,     Type::Integer16},
+    {18, Type::Unsigned18,     Type::Unsigned18},
+    {19, Type::Unsigned19,     Type::Unsigned19},
+    {21, Type::Unsigned21,     Type::Unsigned21},
+    {24, Type::Unsigned24,     Type::Unsigned24},
+    {29, Type::Unsigned29,     Type::Unsigned29},
+    {32, Type::Unsigned32,     Type::Integer32},
+    {40, Type::Unsigned40,     Type::Unsigned40},
+    {48, Type::Unsigned48,     Type::Unsigned48},
+    {64, Type::Unsigned64,     Type::Unsigned64},
 };
 // clang-format on
 
@@ -108,9 +122,9 @@ quint16 BaseDataImporter::getDataTypeFromBitLength(quint16 bits, bool isSigned)
 {
     for (const BitsRow &row : kTypesByBits) {
         if (row.bits == bits)
-            return isSigned ? row.signedType : row.unsignedType;
+            return CAN::typeNumber(isSigned ? row.signedType : row.unsignedType);
     }
-    return 10;
+    return CAN::typeNumber(Type::OctetString);
 }
 
 QString BaseDataImporter::proposeVarname(quint32 index, const QString &text)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/jobthread.h"
+#include "support/objectranges.h"
 
 #include <QHash>
 #include <QObject>
@@ -45,8 +46,8 @@ public:
 
     virtual QString getLastError() const { return lastError; }
 
-    /// The data type of that many bits: 10 if there is none, 121 for no bits. Types of 24 and of 40
-    /// and more bits are unsigned.
+    /// The number of the data type of that many bits: an octet string if there is none, a string up
+    /// to "*" for no bits. Types of 24 and of 40 and more bits are unsigned.
     static quint16 getDataTypeFromBitLength(quint16 bits, bool isSigned);
 
     /// \a text as C name in lower case; with "_" and the hexadecimal \a index behind it if an
@@ -86,8 +87,8 @@ protected:
     quint8 activeLine = 0;
     QString importFileName;
     QSet<QString> usedNames;
-    quint32 lowIndex = 0x1000;
-    quint32 highIndex = 0xBFFF;
+    quint32 lowIndex = ObjectRanges::kAssigned.first;
+    quint32 highIndex = ObjectRanges::kAssigned.last;
     QPointer<ObjectDataBase> database;
     QString lastError;
     std::atomic_bool abortRequested{false};

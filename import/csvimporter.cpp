@@ -1,8 +1,10 @@
 // From the rows of a table to the records of a project.
 #include "import/csvimporter.h"
 
+#include "support/accesstype.h"
 #include "support/cohelper.h"
 #include "support/helper.h"
+#include "support/implementation.h"
 #include "support/logging.h"
 #include "support/numbers.h"
 
@@ -202,7 +204,7 @@ void CsvImporter::provideObject(const ObjectKey &key, const CsvRow &row)
 
 void CsvImporter::applyLimits(CsvRow &row)
 {
-    if (row.data.dataType == 0)
+    if (row.data.dataType == CAN::typeNumber(CANopenDataType::Unknown))
         return;
     QString low;
     QString high;
@@ -224,22 +226,23 @@ void CsvImporter::applyStorage(const ObjectKey &key, CsvRow &row)
     const bool isString = COHelper::isStringLike(type);
     const int named = COHelper::word2Implementation(row.implementation);
     const bool isConstant = type == CANopenDataType::Utf8String ||
-                            data.accessType == QLatin1String("const") ||
-                            (isString && data.accessType == QLatin1String("ro"));
+                            data.accessType == AccessType::kConst ||
+                            (isString && data.accessType == AccessType::kReadOnly);
     if (named >= 0) {
         data.implementation = static_cast<quint8>(named);
     } else if (type == CANopenDataType::Domain) {
         // Deliberate: not a constant with access "const" either, since there are no constant
         // domains in the target; held by tst_csvimporter "domain_const".
-        data.implementation = 2;
+        data.implementation = Implementation::kApplicationVariable;
         data.varName.clear();
     } else if (isConstant) {
-        data.implementation = 1;
+        data.implementation = Implementation::kManagedConst;
     } else if (isString) {
-        data.implementation = 2;
+        data.implementation = Implementation::kApplicationVariable;
     }
     const bool needsName = named < 0 || type == CANopenDataType::Domain;
-    if (isString && needsName && data.implementation == 2 && data.varName.isEmpty())
+    if (isString && needsName && data.implementation == Implementation::kApplicationVariable &&
+        data.varName.isEmpty())
         data.varName = makeVarName(key.second, static_cast<quint8>(row.sub));
     if (isString && named < 0 && data.size == 0)
         data.size = static_cast<quint32>(qMax(1, data.defaultValue.toUtf8().size()));
@@ -260,9 +263,9 @@ void CsvImporter::addMissingCounts()
             continue;
         CsvRow row;
         row.data.name = QStringLiteral("Highest Subindex supported");
-        row.data.accessType = QStringLiteral("const");
+        row.data.accessType = AccessType::kConst;
         row.data.defaultValue = QString::number(subs.last());
-        row.data.implementation = 1;
+        row.data.implementation = Implementation::kManagedConst;
         applyLimits(row);
         ObjectDataBase::SubEntry entry;
         entry.line = key.first;

@@ -1,7 +1,9 @@
 // From the records of a device description to the records of a project.
 #include "import/edsimporter.h"
 
+#include "support/accesstype.h"
 #include "support/cohelper.h"
+#include "support/implementation.h"
 #include "support/problems.h"
 
 namespace
@@ -27,9 +29,9 @@ qint64 charactersOf(const CANopenSubindex &record)
 /// What a PDO mapping of "yes" means for the direction that the access type allows (CiA 306).
 PDOMapping refinedMapping(const QString &accessType)
 {
-    if (accessType == QLatin1String("ro") || accessType == QLatin1String("rwr"))
+    if (accessType == AccessType::kReadOnly || accessType == AccessType::kReadWriteRead)
         return PDOMappingType::Tpdo;
-    if (accessType == QLatin1String("wo") || accessType == QLatin1String("rww"))
+    if (accessType == AccessType::kWriteOnly || accessType == AccessType::kReadWriteWrite)
         return PDOMappingType::Rpdo;
     return PDOMappingType::Default;
 }
@@ -184,12 +186,12 @@ void EDSImporter::applyStorage(const CANopenSubindex &record, SubData &data)
         return;
     data.size = static_cast<quint32>(qMax(1, data.defaultValue.toUtf8().size()));
     const bool isConstant =
-        record.accessType == QLatin1String("const") || record.accessType == QLatin1String("ro");
+        record.accessType == AccessType::kConst || record.accessType == AccessType::kReadOnly;
     if (isConstant && type != CAN::CANopenDataType::Domain) {
-        data.implementation = 1;
+        data.implementation = Implementation::kManagedConst;
         return;
     }
-    data.implementation = 2;
+    data.implementation = Implementation::kApplicationVariable;
     data.varName = makeVarName(record.index, record.subindex);
 }
 

@@ -3,7 +3,10 @@
 #include "formats/edskeys.h"
 #include "formats/edsvalues.h"
 #include "import/edsimporter.h"
+#include "support/accesstype.h"
 #include "support/cohelper.h"
+#include "support/objectindex.h"
+#include "support/objectranges.h"
 
 #include <QSet>
 
@@ -57,14 +60,14 @@ void readInfo(const EdsReader &file, const char *sectionName, const InfoKey (&ke
     }
 }
 
-/// The communication and mapping objects of one direction (CiA 301, 7.5.2.35 to 7.5.2.38).
-struct PdoRange {
-    quint16 parameter;
-    quint16 mapping;
+/// The objects of the PDOs of one direction.
+struct PdoObjects {
+    ObjectRange parameters;
+    ObjectRange mappings;
 };
 
-constexpr PdoRange kReceivePdos = {0x1400, 0x1600};
-constexpr PdoRange kTransmitPdos = {0x1800, 0x1A00};
+constexpr PdoObjects kReceivePdos = {ObjectRanges::kRpdoParameters, ObjectRanges::kRpdoMappings};
+constexpr PdoObjects kTransmitPdos = {ObjectRanges::kTpdoParameters, ObjectRanges::kTpdoMappings};
 constexpr quint32 kMaxPdos = 512;
 
 /// Free places of a range of objects, the lowest ones first; those that \a preferred names come
@@ -135,52 +138,55 @@ void EDSImporter::importComments(const EdsReader &file)
 
 void EDSImporter::createMissingPdos(PdoDirection direction, quint32 promised)
 {
-    const PdoRange range = direction == PdoDirection::Receive ? kReceivePdos : kTransmitPdos;
-    const auto placesFrom = [this](quint16 first) {
+    const PdoObjects &objects = direction == PdoDirection::Receive ? kReceivePdos : kTransmitPdos;
+    const auto placesFrom = [this](ObjectRange range) {
         QList<quint16> places;
-        for (const quint16 index : database->getIndices(activeLine, first, first + kMaxPdos - 1))
-            places.append(index - first);
+        for (const quint16 index : database->getIndices(activeLine, range))
+            places.append(index - range.first);
         return places;
     };
-    const auto createFrom = [&](quint16 first, const QList<quint16> &preferred,
+    const auto createFrom = [&](ObjectRange range, const QList<quint16> &preferred,
                                 void (EDSImporter::*create)(quint8, quint16)) {
-        const QList<quint16> taken = placesFrom(first);
+        const QList<quint16> taken = placesFrom(range);
         int missing = static_cast<int>(qMin(promised, kMaxPdos)) - taken.size();
         for (const quint16 place : freePlaces(taken, preferred)) {
             if (missing <= 0)
                 return;
-            if (isInRange(first + place)) {
-                (this->*create)(activeLine, first + place);
+            if (isInRange(range.first + place)) {
+                (this->*create)(activeLine, range.first + place);
                 --missing;
             }
         }
     };
-    createFrom(range.parameter, {},
+    createFrom(objects.parameters, {},
                direction == PdoDirection::Receive ? &EDSImporter::createDefaultRpdo
                                                   : &EDSImporter::createDefaultTpdo);
     // A mapping belongs to the communication parameter of the same number.
-    createFrom(range.mapping, placesFrom(range.parameter), &EDSImporter::createDefaultMapping);
+    createFrom(objects.mappings, placesFrom(objects.parameters),
+               &EDSImporter::createDefaultMapping);
 }
 
 void EDSImporter::createDefaultRpdo(quint8 line, quint16 index)
 {
-    const int number = index - kReceivePdos.parameter + 1;
-    addDefaultParameter(line, index, QStringLiteral("Receive PDO parameter %1").arg(number), 2);
+    const int number = kReceivePdos.parameters.numberOf(index);
+    addDefaultParameter(line, index, QStringLiteral("Receive PDO parameter %1").arg(number),
+                        PdoParameter::kTransmissionType);
 }
 
 void EDSImporter::createDefaultTpdo(quint8 line, quint16 index)
 {
-    const int number = index - kTransmitPdos.parameter + 1;
-    addDefaultParameter(line, index, QStringLiteral("Transmit PDO parameter %1").arg(number), 5);
+    const int number = kTransmitPdos.parameters.numberOf(index);
+    addDefaultParameter(line, index, QStringLiteral("Transmit PDO parameter %1").arg(number),
+                        PdoParameter::kEventTimer);
 
     SubData time;
-    time.dataType = 6;
-    time.accessType = QStringLiteral("rw");
+    time.dataType = CAN::typeNumber(CAN::CANopenDataType::Unsigned16);
+    time.accessType = AccessType::kReadWrite;
     time.defaultValue = time.currentValue = QStringLiteral("0");
     time.name = QStringLiteral("Inhibit Time");
-    addDefaultSub(line, index, 3, time);
+    addDefaultSub(line, index, PdoParameter::kInhibitTime, time);
     time.name = QStringLiteral("Event Timer");
-    addDefaultSub(line, index, 5, time);
+    addDefaultSub(line, index, PdoParameter::kEventTimer, time);
 }
 
 /// The object and the subindices 0 to 2, which both directions have.
@@ -199,16 +205,16 @@ void EDSImporter::addDefaultParameter(quint8 line, quint16 index, const QString 
 
     SubData cobId;
     cobId.name = QStringLiteral("COB-ID");
-    cobId.dataType = 7;
-    cobId.accessType = QStringLiteral("rw");
+    cobId.dataType = CAN::typeNumber(CAN::CANopenDataType::Unsigned32);
+    cobId.accessType = AccessType::kReadWrite;
     cobId.defaultValue = QStringLiteral("0x80000000"); // the PDO does not exist yet
-    addDefaultSub(line, index, 1, cobId);
+    addDefaultSub(line, index, PdoParameter::kCobId, cobId);
 
     SubData transmission;
     transmission.name = QStringLiteral("Transmission Type");
-    transmission.accessType = QStringLiteral("rw");
+    transmission.accessType = AccessType::kReadWrite;
     transmission.defaultValue = transmission.currentValue = QStringLiteral("0xFF");
-    addDefaultSub(line, index, 2, transmission);
+    addDefaultSub(line, index, PdoParameter::kTransmissionType, transmission);
 }
 
 void EDSImporter::createDefaultMapping(quint8 line, quint16 index)
@@ -220,15 +226,15 @@ void EDSImporter::createDefaultMapping(quint8 line, quint16 index)
 
     SubData count;
     count.name = QStringLiteral("Number of Entries");
-    count.accessType = QStringLiteral("rw");
+    count.accessType = AccessType::kReadWrite;
     count.defaultValue = count.currentValue = count.upLimit = QStringLiteral("8");
     addDefaultSub(line, index, 0, count);
 
     for (quint8 sub = 1; sub <= 8; ++sub) {
         SubData entry;
         entry.name = QStringLiteral("Mappping Entry %1").arg(sub); // so spelled in all projects
-        entry.dataType = 7;
-        entry.accessType = QStringLiteral("rw");
+        entry.dataType = CAN::typeNumber(CAN::CANopenDataType::Unsigned32);
+        entry.accessType = AccessType::kReadWrite;
         entry.defaultValue = QStringLiteral("0x00000000");
         addDefaultSub(line, index, sub, entry);
     }

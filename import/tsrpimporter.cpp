@@ -3,13 +3,6 @@
 
 #include "store/objectdatabase.h"
 
-namespace
-{
-
-constexpr quint8 kBothDirections = 0; // of parameter groups
-
-} // namespace
-
 void TSRPImporter::doImport()
 {
     const Job job(*this);
@@ -24,7 +17,7 @@ void TSRPImporter::doImport()
     constexpr quint8 from = ObjectDataBase::kFirstLine;
     bool done = database->copyLineFromDatabase(other, activeLine, from, lowIndex, highIndex);
     done = done && database->copyPGNsFromDatabase(other, activeLine, from, lowIndex, highIndex,
-                                                  kBothDirections);
+                                                  Direction::kBoth);
     if (!done)
         fail(QStringLiteral("Could not copy all of %1").arg(importFileName));
 }
