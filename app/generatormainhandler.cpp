@@ -14,6 +14,7 @@
 #include "support/helper.h"
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/parametergroups.h"
 #include "support/problems.h"
 
 #include <QCoreApplication>
@@ -27,13 +28,17 @@
 namespace
 {
 
-constexpr quint32 kAddressClaimed = 0xEE00; // SAE J1939-81
-constexpr quint8 kTransmitted = 0x55;
-
-/// Groups that the J1939 stack handles itself: requests, address claims, transport protocols,
-/// acknowledgements and commanded addresses among them (SAE J1939-21, J1939-81).
-const QList<quint32> kGroupsOfStack = {0xEA00, 0xEE00, 0xEC00, 0xEB00,
-                                       0xE800, 0x0E00, 0xFED8, 0x2500};
+/// Groups that the J1939 stack handles itself, in reporting order.
+const QList<quint32> kGroupsOfStack = {
+    ParameterGroup::kRequest,
+    ParameterGroup::kAddressClaimed,
+    ParameterGroup::kTransportConnection,
+    ParameterGroup::kTransportData,
+    ParameterGroup::kAcknowledgment,
+    ParameterGroup::kSafetyHeader,
+    ParameterGroup::kCommandedAddress,
+    ParameterGroup::kMultiPg,
+};
 
 /// The importer of a kind of file; the suffix is in lower case.
 struct ImporterRow {
@@ -207,7 +212,7 @@ bool GeneratorMainHandler::setImportFile(const QString &file)
     const auto importer = createImporter(QFileInfo(file).suffix().toLower());
     importer->setActiveLine(0);
     importer->setDatabase(database);
-    importer->setIndexRange(0x1000, 0xBFFF);
+    importer->setIndexRange(ObjectRanges::kAssigned.first, ObjectRanges::kAssigned.last);
     importer->setImportFileName(file);
     importer->startImport();
     importer->wait();
@@ -276,7 +281,8 @@ void GeneratorMainHandler::dropDeclaredGroups(const ProjectFacts &facts)
 {
     for (const ProjectLine &line : facts.lines) {
         if (line.choosesGenerators() && carriesJ1939(line.type))
-            (void)database->delPGN(line.number, kAddressClaimed, kTransmitted); // may not be there
+            (void)database->delPGN(line.number, ParameterGroup::kAddressClaimed,
+                                   Direction::kTransmitted); // may not be there
     }
 }
 

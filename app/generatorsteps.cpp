@@ -288,7 +288,8 @@ bool hasDictionary(const ProjectFacts &facts, const ObjectDataBase &store)
 void readContentFacts(ObjectDataBase &store, ProjectFacts &facts)
 {
     for (const ProjectLine &line : facts.lines)
-        facts.hasSrdo |= !store.getIndices(line.number, 0x1301, 0x137F).isEmpty();
+        facts.hasSrdo |=
+            !store.getIndices(line.number, ObjectRanges::kSrdoParameterPlaces).isEmpty();
     VobjDictGenerator virtualObjects;
     virtualObjects.setDataBase(&store);
     const J1939Settings j1939(store);
