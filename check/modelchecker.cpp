@@ -41,7 +41,8 @@ void ModelChecker::report(Msg id, const Place &place, const QStringList &argumen
     const Check::MessageRow &row = Check::messageRow(id);
     if (row.counted)
         ++errorCount;
-    found.append({id, arguments, place.isProject ? -1 : qint32(line), place.index, place.subindex});
+    found.append({id, arguments, place.line == kLineUnderCheck ? line : place.line, place.index,
+                  place.subindex, place.group, place.signal});
     emit newError(Check::markedUpText(row, arguments));
 }
 

@@ -21,7 +21,9 @@ struct Finding {
     QStringList arguments; ///< of the message
     qint32 line = -1;      ///< -1: the whole project
     qint32 index = -1;     ///< -1: no object
-    qint32 subindex = -1;  ///< -1: the object as a whole
+    qint32 subindex = -1;  ///< -1: the object as a whole; of a mapping its entry
+    qint32 group = -1;     ///< parameter group number; -1: none
+    qint32 signal = -1;    ///< suspect parameter number; -1: the group as a whole
 
     /// The message without markup, with the words of its kind.
     QString text() const { return Check::plainText(Check::messageRow(rule), arguments); }
@@ -96,11 +98,15 @@ signals:
     void newError(const QString &text);
 
 private:
-    /// What a finding is about.
+    static constexpr qint32 kLineUnderCheck = -2;
+
+    /// What a finding is about; -1 for what it has none of.
     struct Place {
         qint32 index = -1;
         qint32 subindex = -1;
-        bool isProject = false; ///< not one line of it
+        qint32 line = kLineUnderCheck; ///< -1: the whole project
+        qint32 group = -1;
+        qint32 signal = -1;
     };
 
     /// A row of the pre-defined connection set.
@@ -194,13 +200,13 @@ private:
     void checkMappingFrame(quint16 index);
     /// Adds up the bits of the active entries.
     quint16 checkMappingEntries(quint16 index, MappingUse &use);
-    void checkMappingEntry(quint16 index, quint32 entry);
-    void checkMappedAccess(quint16 index, quint32 entry, const QString &access);
+    void checkMappingEntry(quint16 index, quint8 subIndex, quint32 entry);
+    void checkMappedAccess(const Place &mapping, quint32 entry, const QString &access);
     void disableUnusedPdo(quint16 index, bool &corrected);
     void checkCommunicationObjects();
     void checkEventTimers();
     void checkSrdoObjects();
-    void checkSrdoEntry(quint16 index, quint32 entry);
+    void checkSrdoEntry(quint16 index, quint8 subIndex, quint32 entry);
     void checkMappingSettings(const MappingUse &use);
 
     // --- a J1939 line (modelchecker_j1939.cpp) ---

@@ -56,7 +56,7 @@ void ModelChecker::checkMappingObjects(bool &corrected, MappingUse &use)
             reportObject(Msg::PdoTooLong, mapping);
         const auto count = static_cast<quint8>(valueOf(mapping, 0));
         if (countEntries(mapping) < count && count <= kMostEntries)
-            reportObject(Msg::PdoEntryCountInvalid, mapping);
+            report(Msg::PdoEntryCountInvalid, {mapping, 0}, {hex4(mapping)});
         if (count == 0)
             disableUnusedPdo(mapping, corrected);
     }
@@ -93,15 +93,15 @@ quint16 ModelChecker::checkMappingEntries(quint16 index, MappingUse &use)
             bits += entry.bits;
         use.bitwise |= entry.bits >= 1 && entry.bits <= 7;
         if (entry.index > kHighestDummy)
-            checkMappingEntry(index, value);
+            checkMappingEntry(index, sub, value);
     }
     return bits;
 }
 
-void ModelChecker::checkMappingEntry(quint16 index, quint32 value)
+void ModelChecker::checkMappingEntry(quint16 index, quint8 subIndex, quint32 value)
 {
     const Entry entry = entryOf(value);
-    const Place place = {index};
+    const Place place = {index, subIndex};
     const QStringList arguments = argumentsOf(index, entry);
     SubIndexData data;
     if (!project->getSubIndexData(line, entry.index, entry.subIndex, data)) {
@@ -118,18 +118,19 @@ void ModelChecker::checkMappingEntry(quint16 index, quint32 value)
     }
     // Deliberate: an object that is missing counts as read-only here; held by tst_modelchecker
     // "rpdo_of_nothing".
-    checkMappedAccess(index, value, data.accessType);
+    checkMappedAccess(place, value, data.accessType);
 }
 
-void ModelChecker::checkMappedAccess(quint16 index, quint32 value, const QString &access)
+void ModelChecker::checkMappedAccess(const Place &mapping, quint32 value, const QString &access)
 {
+    const auto index = static_cast<quint16>(mapping.index);
     const QStringList arguments = argumentsOf(index, entryOf(value));
     if (ObjectRanges::kRpdoMappings.contains(index)) {
         if (isOneOf(access,
                     {AccessType::kReadOnly, AccessType::kConst, AccessType::kReadWriteRead}))
-            report(Msg::RpdoAccessUnfit, {index}, arguments);
+            report(Msg::RpdoAccessUnfit, mapping, arguments);
     } else if (isOneOf(access, {AccessType::kWriteOnly, AccessType::kReadWriteWrite})) {
-        report(Msg::TpdoAccessUnfit, {index}, arguments);
+        report(Msg::TpdoAccessUnfit, mapping, arguments);
     }
 }
 
@@ -177,7 +178,7 @@ void ModelChecker::checkEventTimers()
         const quint32 inhibitTimeMs =
             valueOf(index, PdoParameter::kInhibitTime) / 10; // kept in steps of 100 us
         if (eventTimerMs != 0 && eventTimerMs <= inhibitTimeMs)
-            reportObject(Msg::EventTimerTooShort, index);
+            report(Msg::EventTimerTooShort, {index, PdoParameter::kEventTimer}, {hex4(index)});
     }
 }
 
@@ -196,21 +197,22 @@ void ModelChecker::checkSrdoObjects()
     for (const quint16 index : mappings) {
         const QList<quint8> subs = project->getSubIndices(line, index, 1);
         for (const quint8 sub : subs)
-            checkSrdoEntry(index, valueOf(index, sub));
+            checkSrdoEntry(index, sub, valueOf(index, sub));
     }
 }
 
-void ModelChecker::checkSrdoEntry(quint16 index, quint32 value)
+void ModelChecker::checkSrdoEntry(quint16 index, quint8 subIndex, quint32 value)
 {
+    const Place place = {index, subIndex};
     const Entry entry = entryOf(value);
     const QStringList arguments = argumentsOf(index, entry);
     SubIndexData data;
     if (!project->getSubIndexData(line, entry.index, entry.subIndex, data))
-        return report(Msg::SrdoObjectMissing, {index}, arguments);
+        return report(Msg::SrdoObjectMissing, place, arguments);
     if (data.implementation != Implementation::kApplicationVariable)
-        report(Msg::SrdoObjectNotVariable, {index}, arguments);
+        report(Msg::SrdoObjectNotVariable, place, arguments);
     if (data.pdoMapping.isEqualToType(PDOMappingType::No))
-        report(Msg::SrdoObjectNotMappable, {index}, arguments);
+        report(Msg::SrdoObjectNotMappable, place, arguments);
 }
 
 void ModelChecker::checkMappingSettings(const MappingUse &use)

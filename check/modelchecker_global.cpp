@@ -35,7 +35,7 @@ qint32 ModelChecker::startGlobalCheck(ObjectDataBase *store)
     errorCount = 0;
     const bool hasServer = decimalSetting("udsserver_supported") != 0;
     const bool hasClient = decimalSetting("udsclient_supported") != 0;
-    const Place wholeProject = {-1, -1, true};
+    const Place wholeProject = {-1, -1, -1};
     checkUdsExclusion(hasServer, hasClient);
     checkBufferLists();
     hintAtUpgrade(hasServer || hasClient);
@@ -63,8 +63,9 @@ void ModelChecker::checkUdsExclusion(bool hasServer, bool hasClient)
         return lines.size() == 1 || (byteOfLine(*project, "uds_server_active", number) != 0 &&
                                      byteOfLine(*project, "uds_client_cnt", number) != 0);
     };
-    if (std::any_of(lines.cbegin(), lines.cend(), hasBoth))
-        report(Msg::UdsServerAndClient, {-1, -1, true});
+    const auto found = std::find_if(lines.cbegin(), lines.cend(), hasBoth);
+    if (found != lines.cend())
+        report(Msg::UdsServerAndClient, {-1, -1, *found});
 }
 
 /// CANopen has messages of its own for it.
@@ -91,7 +92,7 @@ void ModelChecker::hintAtUpgrade(bool hasUds)
     const auto minor = static_cast<quint8>(Numbers::toUIntDecimal(parts.value(1)));
     const bool isCANopenTool =
         QCoreApplication::applicationName() == QLatin1String("CANopen Tessarine");
-    const Place wholeProject = {-1, -1, true};
+    const Place wholeProject = {-1, -1, -1};
     if (minor <= 6) {
         report(isCANopenTool ? Msg::AddCommonMemcpy : Msg::AddCommonMemcpyMapping, wholeProject);
     } else if (minor <= 8) {

@@ -85,7 +85,8 @@ qint32 ModelChecker::startJ1939Check(quint8 lineCount, quint8 lineNumber, Object
 
 void ModelChecker::reportGroup(Msg id, quint32 pgn)
 {
-    report(id, {}, {QString::number(pgn), QStringLiteral("%1").arg(pgn, 4, 16, QLatin1Char('0'))});
+    report(id, {-1, -1, kLineUnderCheck, qint32(pgn)},
+           {QString::number(pgn), QStringLiteral("%1").arg(pgn, 4, 16, QLatin1Char('0'))});
 }
 
 void ModelChecker::checkJ1939Settings()
@@ -192,7 +193,8 @@ void ModelChecker::checkSignalVariables()
             for (const ObjectDataBase::SPN &spn : spns) {
                 if (spn.implementation == Implementation::kApplicationVariable &&
                     spn.varName.trimmed().isEmpty())
-                    report(Msg::SpnVariableMissing, {},
+                    report(Msg::SpnVariableMissing,
+                           {-1, -1, kLineUnderCheck, qint32(pgn), qint32(spn.number)},
                            {QString::number(spn.number), QString::number(pgn)});
             }
         }
