@@ -6,7 +6,6 @@
 #include "generators/j1939/pgnsections.h"
 #include "generators/projectlines.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 void Pgn::declareIdentify(ObjectDataBase &store)
@@ -25,26 +24,11 @@ void Pgn::declareIdentify(ObjectDataBase &store)
 PGNGenerator::PGNGenerator() : PGNGenerator(Pgn::classicDialect()) {}
 
 PGNGenerator::PGNGenerator(const Pgn::Dialect &stackDialect)
-    : AbstractGenerator(QStringLiteral("gen_pgn.c")), dialect(stackDialect)
+    : TextFileGenerator(QStringLiteral("gen_pgn.c")), dialect(stackDialect)
 {
 }
 
 PGNGeneratorV4::PGNGeneratorV4() : PGNGenerator(Pgn::v4Dialect()) {}
-
-QString PGNGenerator::targetFile() const
-{
-    return QStringLiteral("%1/gen_pgn.c").arg(outputDirectory);
-}
-
-bool PGNGenerator::checkWritability()
-{
-    return isNewOrWritable(targetFile());
-}
-
-QStringList PGNGenerator::outputFiles() const
-{
-    return {targetFile()};
-}
 
 void PGNGenerator::resetJob()
 {
@@ -52,13 +36,8 @@ void PGNGenerator::resetJob()
     Pgn::declareIdentify(*database);
 }
 
-void PGNGenerator::doJob()
+void PGNGenerator::write(TextWriter &out)
 {
-    const JobBracket bracket(*this);
-    QFile file(targetFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
     Pgn::Context context = Pgn::makeContext(*database, out, dialect);
     writeHead(context, projectName, toolVersion,
               !QFileInfo::exists(QStringLiteral("%1/no_stdlib_include.txt").arg(outputDirectory)));
@@ -73,5 +52,4 @@ void PGNGenerator::doJob()
     defineIdentify(context);
     defineJ1939Config(context);
     generateStackInit(context);
-    closeOutputFile(out, file);
 }

@@ -2,33 +2,27 @@
 // NAME by which it claims an address, and the start-up code.
 #pragma once
 
-#include "generators/abstractgenerator.h"
 #include "generators/j1939/pgncontext.h"
+#include "generators/textfilegenerator.h"
 
 /// Writes gen_pgn.c. The group of address claiming is declared to the project before the job, and
 /// stays in it for the run.
-class PGNGenerator : public AbstractGenerator
+class PGNGenerator : public TextFileGenerator
 {
     Q_OBJECT
 
 public:
     PGNGenerator();
 
-    bool checkWritability() override;
-
-public slots:
-    void doJob() override;
-
 protected:
-    QStringList outputFiles() const override;
-
     explicit PGNGenerator(const Pgn::Dialect &stackDialect);
 
     /// Declares the group of address claiming, on the driver's thread.
     void resetJob() override;
 
 private:
-    QString targetFile() const;
+    QString targetFile() const override { return inOutputDirectory("gen_pgn.c"); }
+    void write(TextWriter &out) override;
 
     Pgn::Dialect dialect;
 };

@@ -5,8 +5,6 @@
 #include "generators/j1939/pgnmappings.h"
 #include "generators/j1939/pgnsections.h"
 
-#include <QFile>
-
 namespace
 {
 
@@ -160,30 +158,10 @@ void Sdg::defineConfiguration(Context &context)
     out.raw("};\n");
 }
 
-SDMGenerator::SDMGenerator() : AbstractGenerator(QStringLiteral("gen_sdg.c")) {}
+SDMGenerator::SDMGenerator() : TextFileGenerator(QStringLiteral("gen_sdg.c")) {}
 
-QString SDMGenerator::targetFile() const
+void SDMGenerator::write(TextWriter &out)
 {
-    return QStringLiteral("%1/gen_sdg.c").arg(outputDirectory);
-}
-
-bool SDMGenerator::checkWritability()
-{
-    return isNewOrWritable(targetFile());
-}
-
-QStringList SDMGenerator::outputFiles() const
-{
-    return {targetFile()};
-}
-
-void SDMGenerator::doJob()
-{
-    const JobBracket bracket(*this);
-    QFile file(targetFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
     const Pgn::Dialect dialect = Pgn::dialectOf(*database);
     Pgn::Context context = Pgn::makeContext(*database, out, dialect);
     out.parts(CText::headComment(dialect.of(kTitle), projectName, toolVersion), "\n");
@@ -198,5 +176,4 @@ void SDMGenerator::doJob()
     emit progress(50);
     Sdg::defineTables(context);
     Sdg::defineConfiguration(context);
-    closeOutputFile(out, file);
 }

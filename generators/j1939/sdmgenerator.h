@@ -2,28 +2,21 @@
 // each line sends and receives.
 #pragma once
 
-#include "generators/abstractgenerator.h"
 #include "generators/j1939/pgncontext.h"
+#include "generators/textfilegenerator.h"
 
 /// Writes gen_sdg.c for all lines of a project, in the words of the stack that the project asks
 /// for.
-class SDMGenerator : public AbstractGenerator
+class SDMGenerator : public TextFileGenerator
 {
     Q_OBJECT
 
 public:
     SDMGenerator();
 
-    bool checkWritability() override;
-
-public slots:
-    void doJob() override;
-
-protected:
-    QStringList outputFiles() const override;
-
 private:
-    QString targetFile() const;
+    QString targetFile() const override { return inOutputDirectory("gen_sdg.c"); }
+    void write(TextWriter &out) override;
 };
 
 namespace Sdg

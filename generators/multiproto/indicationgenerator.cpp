@@ -6,8 +6,6 @@
 #include "generators/projectlines.h"
 #include "generators/textwriter.h"
 
-#include <QFile>
-
 #include <algorithm>
 #include <iterator>
 
@@ -143,32 +141,12 @@ void Indications::writePrototypes(TextWriter &out, const ObjectDataBase &store, 
         writeRows(out, settings, kUsdoClient, lineParameter);
 }
 
-indicationgenerator::indicationgenerator() : AbstractGenerator(QStringLiteral("gen_indication.h"))
+indicationgenerator::indicationgenerator() : TextFileGenerator(QStringLiteral("gen_indication.h"))
 {
 }
 
-QString indicationgenerator::targetFile() const
+void indicationgenerator::write(TextWriter &out)
 {
-    return QStringLiteral("%1/gen_indication.h").arg(outputDirectory);
-}
-
-bool indicationgenerator::checkWritability()
-{
-    return isNewOrWritable(targetFile());
-}
-
-QStringList indicationgenerator::outputFiles() const
-{
-    return {targetFile()};
-}
-
-void indicationgenerator::doJob()
-{
-    const JobBracket bracket(*this);
-    QFile file(targetFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
     Indications::writeHead(out, projectName, toolVersion);
     if (Indications::staticIndisAvailable(*database)) {
         Indications::writePrototypes(out, *database, readProjectLines(*database).multiLine);
@@ -180,5 +158,4 @@ void indicationgenerator::doJob()
     }
     out.raw("\n"
             "#endif /* GEN_INDICATION*/\n");
-    closeOutputFile(out, file);
 }

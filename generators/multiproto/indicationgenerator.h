@@ -1,27 +1,20 @@
 // gen_indication.h: prototypes of the application's functions that the stack calls by name.
 #pragma once
 
-#include "generators/abstractgenerator.h"
+#include "generators/textfilegenerator.h"
 
 /// Writes the header once for all CANopen lines of a project. The names are general settings;
 /// nothing checks that they are names of C.
-class indicationgenerator : public AbstractGenerator
+class indicationgenerator : public TextFileGenerator
 {
     Q_OBJECT
 
 public:
     indicationgenerator();
 
-    bool checkWritability() override;
-
-public slots:
-    void doJob() override;
-
-protected:
-    QStringList outputFiles() const override;
-
 private:
-    QString targetFile() const;
+    QString targetFile() const override { return inOutputDirectory("gen_indication.h"); }
+    void write(TextWriter &out) override;
 };
 
 /// The sections of the file.

@@ -9,8 +9,6 @@
 #include "generators/objdict/objdictpdo.h"
 #include "generators/objdict/objdictvalues.h"
 
-#include <QFile>
-
 MultiProGenerator::MultiProGenerator() : MultiProGenerator(MultiPro::classicDialect()) {}
 
 MultiProGenerator::MultiProGenerator(const MultiPro::Dialect &stackDialect)
@@ -22,14 +20,8 @@ MultiProGeneratorV4::MultiProGeneratorV4() : MultiProGenerator(MultiPro::v4Diale
 
 QString MultiProGenerator::targetFile() const
 {
-    return MultiPro::readFacts(*database).isRawOnly()
-               ? QStringLiteral("%1/gen_rawcan.c").arg(outputDirectory)
-               : QStringLiteral("%1/gen_mp.c").arg(outputDirectory);
-}
-
-QStringList MultiProGenerator::outputFiles() const
-{
-    return withUserHeader(targetFile());
+    return MultiPro::readFacts(*database).isRawOnly() ? inOutputDirectory("gen_rawcan.c")
+                                                      : inOutputDirectory("gen_mp.c");
 }
 
 void MultiProGenerator::resetJob()
@@ -38,13 +30,8 @@ void MultiProGenerator::resetJob()
     Pgn::declareIdentify(*database);
 }
 
-void MultiProGenerator::doJob()
+void MultiProGenerator::write(TextWriter &out)
 {
-    const JobBracket bracket(*this);
-    QFile file(targetFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
     MultiPro::Context context = MultiPro::makeContext(*database, out, words, activeLine);
     updateUserHeader(ObjDict::needsUserHeader(context.objDict.settings));
     writeHead(context, {projectName, toolVersion}, ObjDict::hasStandardLibrary(outputDirectory));
@@ -54,7 +41,6 @@ void MultiProGenerator::doJob()
     overwrite301(context.objDict);
     if (context.objDict.positions.isOverfull)
         fail(QStringLiteral("More than 65535 values of one type in ") + targetFile());
-    closeOutputFile(out, file);
 }
 
 // Sections read the places that those before them left, so their order is binding.

@@ -7,7 +7,6 @@
 
 /// Writes gen_mp.c, or gen_rawcan.c for raw CAN alone, and writes or removes gen_user.h. The group
 /// of address claiming is declared to the project before the job, and stays in it for the run.
-/// checkWritability() is that of the object dictionary's source, gen_objdict.c.
 class MultiProGenerator : public ObjDictGenerator
 {
     Q_OBJECT
@@ -15,19 +14,18 @@ class MultiProGenerator : public ObjDictGenerator
 public:
     MultiProGenerator();
 
-public slots:
-    void doJob() override;
-
 protected:
-    QStringList outputFiles() const override;
-
     explicit MultiProGenerator(const MultiPro::Dialect &stackDialect);
 
     /// Declares the group of address claiming, on the driver's thread.
     void resetJob() override;
 
 private:
-    QString targetFile() const;
+    QString targetFile() const override;
+
+    /// That of the object dictionary's source.
+    QString testedFile() const override { return ObjDictGenerator::targetFile(); }
+    void write(TextWriter &out) override;
     void writeTables(MultiPro::Context &context);
 
     MultiPro::Dialect words;

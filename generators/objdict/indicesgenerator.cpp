@@ -7,8 +7,6 @@
 #include "support/logging.h"
 #include "support/numbers.h"
 
-#include <QFile>
-
 namespace
 {
 
@@ -245,23 +243,8 @@ QString IndexDefines::replaceInvalidCharacters(const QString &text)
     return name;
 }
 
-IndicesGenerator::IndicesGenerator() : AbstractGenerator(QStringLiteral("gen_indices.h generator"))
+IndicesGenerator::IndicesGenerator() : TextFileGenerator(QStringLiteral("gen_indices.h generator"))
 {
-}
-
-QString IndicesGenerator::targetFile() const
-{
-    return QStringLiteral("%1/gen_indices.h").arg(outputDirectory);
-}
-
-bool IndicesGenerator::checkWritability()
-{
-    return isNewOrWritable(targetFile());
-}
-
-QStringList IndicesGenerator::outputFiles() const
-{
-    return {targetFile()};
 }
 
 void IndicesGenerator::writeHead(TextWriter &out) const
@@ -275,14 +258,8 @@ void IndicesGenerator::writeHead(TextWriter &out) const
             "#define GEN_INDICES_H 1\n\n");
 }
 
-void IndicesGenerator::doJob()
+void IndicesGenerator::write(TextWriter &out)
 {
-    const JobBracket bracket(*this);
-    checkForceMLFlag();
-    QFile file(targetFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
     writeHead(out);
     IndexDefines defines(*database, out, isMultiLine());
     for (const quint8 line : qAsConst(lines)) {
@@ -291,7 +268,6 @@ void IndicesGenerator::doJob()
         writeFrames(defines, line);
     }
     defines.writeEnd();
-    closeOutputFile(out, file);
 }
 
 void IndicesGenerator::writeObjects(IndexDefines &defines, quint8 line) const

@@ -1,7 +1,7 @@
 // gen_indices.h: names for the numbers of a project, for the application's code.
 #pragma once
 
-#include "generators/abstractgenerator.h"
+#include "generators/textfilegenerator.h"
 
 #include <QHash>
 #include <QList>
@@ -11,7 +11,7 @@
 class IndexDefines;
 
 /// Writes one header for the lines of all protocols; the first file of a run.
-class IndicesGenerator : public AbstractGenerator
+class IndicesGenerator : public TextFileGenerator
 {
     Q_OBJECT
 
@@ -21,16 +21,9 @@ public:
     /// The lines of the file, in file order. Set before the start.
     void setLines(const QList<quint8> &projectLines) { lines = projectLines; }
 
-    bool checkWritability() override;
-
-public slots:
-    void doJob() override;
-
-protected:
-    QStringList outputFiles() const override;
-
 private:
-    QString targetFile() const;
+    QString targetFile() const override { return inOutputDirectory("gen_indices.h"); }
+    void write(TextWriter &out) override;
     void writeHead(TextWriter &out) const;
     void writeObjects(IndexDefines &defines, quint8 line) const;
     void writeFrames(IndexDefines &defines, quint8 line) const; ///< of J1939 and raw CAN

@@ -7,8 +7,6 @@
 #include "generators/objdict/objdictpdo.h"
 #include "generators/objdict/objdictvalues.h"
 
-#include <QFile>
-
 namespace
 {
 
@@ -26,7 +24,7 @@ ObjDictGenerator::ObjDictGenerator(bool compactArrayDescription)
 
 ObjDictGenerator::ObjDictGenerator(bool compactArrayDescription,
                                    const ObjDict::Dialect &stackDialect, const QString &jobNameText)
-    : AbstractGenerator(jobNameText), dialect(stackDialect), compactArrays(compactArrayDescription)
+    : TextFileGenerator(jobNameText), dialect(stackDialect), compactArrays(compactArrayDescription)
 {
 }
 
@@ -35,41 +33,16 @@ ObjDictGeneratorV4::ObjDictGeneratorV4(bool compactArrayDescription)
 {
 }
 
-QString ObjDictGenerator::targetFile() const
+QStringList ObjDictGenerator::outputFiles() const
 {
-    return QStringLiteral("%1/gen_objdict.c").arg(outputDirectory);
-}
-
-bool ObjDictGenerator::checkWritability()
-{
-    return isNewOrWritable(targetFile());
-}
-
-QString ObjDictGenerator::userHeaderFile() const
-{
-    return QStringLiteral("%1/gen_user.h").arg(outputDirectory);
-}
-
-QStringList ObjDictGenerator::withUserHeader(const QString &source) const
-{
-    QStringList files(source);
+    QStringList files(targetFile());
     if (ObjDict::needsUserHeader(GeneralSettings(*database)))
         files << userHeaderFile();
     return files;
 }
 
-QStringList ObjDictGenerator::outputFiles() const
+void ObjDictGenerator::write(TextWriter &out)
 {
-    return withUserHeader(targetFile());
-}
-
-void ObjDictGenerator::doJob()
-{
-    const JobBracket bracket(*this);
-    QFile file(targetFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
     ObjDict::Context context{*database, out, dialect, GeneralSettings(*database), {}, {}, {}};
     context.form = ObjDict::readForm(*database, activeLine);
     context.form.compactArrays = compactArrays;
@@ -80,19 +53,15 @@ void ObjDictGenerator::doJob()
     writeStartUp(context);
     if (context.positions.isOverfull)
         fail(QStringLiteral("More than 65535 values of one type in ") + targetFile());
-    closeOutputFile(out, file);
 }
 
 void ObjDictGenerator::updateUserHeader(bool isNeeded)
 {
     if (!isNeeded)
         return removeOutputFile(userHeaderFile());
-    QFile file(userHeaderFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
-    ObjDict::writeUserHeader(out, {projectName, toolVersion});
-    closeOutputFile(out, file);
+    writeText(userHeaderFile(), [this](TextWriter &out) {
+        ObjDict::writeUserHeader(out, {projectName, toolVersion});
+    });
 }
 
 void ObjDictGenerator::writePreamble(ObjDict::Context &context)

@@ -2,12 +2,12 @@
 // PDO mappings and the start-up code.
 #pragma once
 
-#include "generators/abstractgenerator.h"
 #include "generators/objdict/objdictcontext.h"
 #include "generators/objdict/objdictpreamble.h"
+#include "generators/textfilegenerator.h"
 
 /// Writes gen_objdict.c, and writes or removes gen_user.h.
-class ObjDictGenerator : public AbstractGenerator
+class ObjDictGenerator : public TextFileGenerator
 {
     Q_OBJECT
 
@@ -16,23 +16,19 @@ public:
     /// row.
     explicit ObjDictGenerator(bool compactArrayDescription);
 
-    bool checkWritability() override;
-
     /// Write the form for the CAM11/CAM21 SDO server of a J1939 device. Set before the start.
     bool cia510ServerMode = false;
 
-public slots:
-    void doJob() override;
-
 protected:
-    QStringList outputFiles() const override;
-
     /// \a jobNameText: see AbstractGenerator.
     ObjDictGenerator(bool compactArrayDescription, const ObjDict::Dialect &stackDialect,
                      const QString &jobNameText);
 
-    /// \a source, and gen_user.h if the project needs it.
-    QStringList withUserHeader(const QString &source) const;
+    QString targetFile() const override { return inOutputDirectory("gen_objdict.c"); }
+
+    /// With gen_user.h, if the project needs it.
+    QStringList outputFiles() const override;
+    void write(TextWriter &out) override;
 
     /// Writes or removes gen_user.h.
     void updateUserHeader(bool isNeeded);
@@ -40,8 +36,7 @@ protected:
     ObjDict::Dialect dialect;
 
 private:
-    QString targetFile() const;
-    QString userHeaderFile() const;
+    QString userHeaderFile() const { return inOutputDirectory("gen_user.h"); }
     void writePreamble(ObjDict::Context &context);
     void writeTables(ObjDict::Context &context);
     void writeStartUp(ObjDict::Context &context);

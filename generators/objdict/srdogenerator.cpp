@@ -7,8 +7,6 @@
 #include "generators/projectlines.h"
 #include "store/linetype.h"
 
-#include <QFile>
-
 #include <algorithm>
 
 namespace
@@ -194,30 +192,10 @@ void Srdo::writeTable(ObjDict::Context &context, const QVector<Parameters> &srdo
     out.raw("};\n");
 }
 
-SrdoGenerator::SrdoGenerator() : AbstractGenerator(QStringLiteral("gen_srdo.c")) {}
+SrdoGenerator::SrdoGenerator() : TextFileGenerator(QStringLiteral("gen_srdo.c")) {}
 
-QString SrdoGenerator::targetFile() const
+void SrdoGenerator::write(TextWriter &out)
 {
-    return QStringLiteral("%1/gen_srdo.c").arg(outputDirectory);
-}
-
-bool SrdoGenerator::checkWritability()
-{
-    return isNewOrWritable(targetFile());
-}
-
-QStringList SrdoGenerator::outputFiles() const
-{
-    return {targetFile()};
-}
-
-void SrdoGenerator::doJob()
-{
-    const JobBracket bracket(*this);
-    QFile file(targetFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
     const ObjDict::Dialect dialect = ObjDict::dialectOf(*database);
     ObjDict::Context context{*database, out, dialect, GeneralSettings(*database), {}, {}, {}};
     const QVector<Srdo::Parameters> srdos = Srdo::readSrdos(context);
@@ -229,5 +207,4 @@ void SrdoGenerator::doJob()
         Srdo::writeMappings(context, srdos);
         Srdo::writeTable(context, srdos);
     }
-    closeOutputFile(out, file);
 }

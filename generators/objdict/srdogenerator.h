@@ -1,31 +1,24 @@
 // gen_srdo.c: parameters and mappings of the safety-relevant data objects (CiA 304).
 #pragma once
 
-#include "generators/abstractgenerator.h"
 #include "generators/objdict/objdictcontext.h"
+#include "generators/textfilegenerator.h"
 
 #include <QVector>
 
 #include <array>
 
 /// Writes one source for all lines of a project that have SRDOs.
-class SrdoGenerator : public AbstractGenerator
+class SrdoGenerator : public TextFileGenerator
 {
     Q_OBJECT
 
 public:
     SrdoGenerator();
 
-    bool checkWritability() override;
-
-public slots:
-    void doJob() override;
-
-protected:
-    QStringList outputFiles() const override;
-
 private:
-    QString targetFile() const;
+    QString targetFile() const override { return inOutputDirectory("gen_srdo.c"); }
+    void write(TextWriter &out) override;
 };
 
 namespace Srdo

@@ -9,7 +9,6 @@
 #include "generators/projectlines.h"
 #include "generators/virtualobjects.h"
 
-#include <QFile>
 #include <QSet>
 
 namespace
@@ -173,22 +172,7 @@ void VobjDict::assignObjects(Context &context)
     context.out.raw("};\n");
 }
 
-VobjDictGenerator::VobjDictGenerator() : AbstractGenerator(QStringLiteral("gen_vobjdict.c")) {}
-
-QString VobjDictGenerator::targetFile() const
-{
-    return QStringLiteral("%1/gen_vobjdict.c").arg(outputDirectory);
-}
-
-bool VobjDictGenerator::checkWritability()
-{
-    return isNewOrWritable(targetFile());
-}
-
-QStringList VobjDictGenerator::outputFiles() const
-{
-    return {targetFile()};
-}
+VobjDictGenerator::VobjDictGenerator() : TextFileGenerator(QStringLiteral("gen_vobjdict.c")) {}
 
 bool VobjDictGenerator::areVirtualObjectsPresent() const
 {
@@ -210,13 +194,8 @@ bool VobjDictGenerator::areVirtualObjectsPresent() const
                 .isEmpty();
 }
 
-void VobjDictGenerator::doJob()
+void VobjDictGenerator::write(TextWriter &out)
 {
-    const JobBracket bracket(*this);
-    QFile file(targetFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
     const ObjDict::Dialect dialect = dialectOf(*database);
     Context context{*database, out, dialect, GeneralSettings(*database), {}, {}, {}};
     context.form = readForm(*database, activeLine);
@@ -229,5 +208,4 @@ void VobjDictGenerator::doJob()
     const Positions::Map places = VobjDict::writeValues(context, VobjDict::readCounted(*database));
     VobjDict::describeObjects(context, places);
     VobjDict::assignObjects(context);
-    closeOutputFile(out, file);
 }

@@ -1,11 +1,11 @@
 // The C source of the virtual objects: places for their values, and their description.
 #pragma once
 
-#include "generators/abstractgenerator.h"
 #include "generators/objdict/objdictcontext.h"
+#include "generators/textfilegenerator.h"
 
 /// Writes gen_vobjdict.c. Its tables are as long as the counts of the definitions header.
-class VobjDictGenerator : public AbstractGenerator
+class VobjDictGenerator : public TextFileGenerator
 {
     Q_OBJECT
 
@@ -15,20 +15,13 @@ public:
     /// As in ObjDictGenerator: the tables are those of a J1939 device's SDO server.
     bool cia510ServerMode = false;
 
-    bool checkWritability() override;
-
     /// May be asked before the start. False as well if the definitions header counts none, since
     /// the tables would have no length.
     bool areVirtualObjectsPresent() const;
 
-public slots:
-    void doJob() override;
-
-protected:
-    QStringList outputFiles() const override;
-
 private:
-    QString targetFile() const;
+    QString targetFile() const override { return inOutputDirectory("gen_vobjdict.c"); }
+    void write(TextWriter &out) override;
 };
 
 /// The sections of the file.
