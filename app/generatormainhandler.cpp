@@ -454,7 +454,7 @@ void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
             runGenerator(device, line.number,
                          filled("The EDS file %2.eds in %1 is not writable", projectName),
                          filled("Generation of %2 EDS file in %1 started", define));
-            names.note(device.filePath(), variantName(line.number, define, false));
+            names.note(device.targetFile(), variantName(line.number, define, false));
             if (!facts.hasCanFd)
                 continue;
             EDSGenerator classical(define, false, true);
@@ -463,7 +463,7 @@ void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
             runGenerator(classical, line.number,
                          filled("The EDS file %2_classical.eds in %1 is not writable", projectName),
                          filled("Generation of %2 classical EDS file in %1 started", define));
-            names.note(classical.filePath(), variantName(line.number, define, true));
+            names.note(classical.targetFile(), variantName(line.number, define, true));
         }
         if (defines.size() > 1)
             outputHandler->printLine(

@@ -3,6 +3,9 @@
 #pragma once
 
 #include "generators/abstractgenerator.h"
+#include "support/logging.h"
+
+#include <QList>
 
 #include <functional>
 
@@ -44,6 +47,19 @@ protected:
 
     /// The file \a name in the output directory.
     QString inOutputDirectory(const char *name) const;
+
+    /// Calls \a section for each record, until the job is aborted.
+    template <class Number, class Section>
+    void forEach(const QList<Number> &records, const Section &section) const
+    {
+        for (const Number record : records) {
+            if (abortRequested) {
+                qCDebug(lcGenerator) << "Generation aborted";
+                return;
+            }
+            section(record);
+        }
+    }
 
     /// "_<line>", which names of files have where the project has several lines; else empty.
     QString lineTail() const;

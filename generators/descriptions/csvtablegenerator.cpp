@@ -2,13 +2,11 @@
 #include "generators/descriptions/csvtablegenerator.h"
 
 #include "formats/csvtable.h"
-#include "generators/outputname.h"
 #include "generators/textwriter.h"
 #include "support/cohelper.h"
 #include "support/logging.h"
 #include "support/numbers.h"
 
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -180,44 +178,14 @@ void CsvRows::writeObject(TextWriter &out, const CsvLayout &layout, const Object
 }
 
 CsvTableGenerator::CsvTableGenerator(const QString &name, const CsvLayout &tableLayout)
-    : AbstractGenerator(name), layout(tableLayout)
+    : LineDocGenerator(name, tableLayout.ending, tableLayout.ending), layout(tableLayout)
 {
 }
 
-bool CsvTableGenerator::checkWritability()
+void CsvTableGenerator::write(TextWriter &out)
 {
-    return isNewOrWritable(
-        OutputName::path(outputDirectory, projectName, QLatin1String(layout.ending)));
-}
-
-QStringList CsvTableGenerator::outputFiles() const
-{
-    return {filePath()};
-}
-
-QString CsvTableGenerator::filePath() const
-{
-    const QString ofLine =
-        isMultiLine() ? QLatin1Char('_') + QString::number(activeLine) : QString();
-    return OutputName::path(outputDirectory, projectName, ofLine + QLatin1String(layout.ending));
-}
-
-void CsvTableGenerator::doJob()
-{
-    const JobBracket bracket(*this);
-    checkForceMLFlag();
-    QFile file(filePath());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
     CsvRows::writeHeader(out, layout);
-    const QList<quint16> indices = database->getIndices(activeLine, 0x1000, 0xFFFF);
-    for (const quint16 index : indices) {
-        if (abortRequested) {
-            qCDebug(lcGenerator) << "Generation aborted";
-            break;
-        }
+    forEach(database->getIndices(activeLine, 0x1000, 0xFFFF), [&](quint16 index) {
         CsvRows::writeObject(out, layout, *database, activeLine, index);
-    }
-    closeOutputFile(out, file);
+    });
 }

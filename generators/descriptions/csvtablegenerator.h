@@ -1,7 +1,7 @@
 // The object dictionary of a line as a table for spreadsheets, which the import reads back.
 #pragma once
 
-#include "generators/abstractgenerator.h"
+#include "generators/descriptions/linedocgenerator.h"
 
 /// All that the kinds of tables differ in.
 struct CsvLayout {
@@ -12,26 +12,17 @@ struct CsvLayout {
 };
 
 /// Writes a row for each subindex, in ascending order, with values as the project holds them.
-class CsvTableGenerator : public AbstractGenerator
+class CsvTableGenerator : public LineDocGenerator
 {
     Q_OBJECT
 
-public:
-    /// Looks at the single-line name only, in a project of several lines too.
-    bool checkWritability() override;
-
-public slots:
-    void doJob() override;
-
 protected:
-    QStringList outputFiles() const override;
-
     CsvTableGenerator(const QString &name, const CsvLayout &tableLayout);
 
     CsvLayout layout;
 
 private:
-    QString filePath() const;
+    void write(TextWriter &out) override;
 };
 
 /// The rows of the file. A record that the store does not hold writes nothing.

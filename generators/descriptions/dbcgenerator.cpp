@@ -258,23 +258,16 @@ quint8 Dbc::lineAddress(const ObjectDataBase &store, quint8 line)
         Numbers::toUIntByPrefix(settings.ofLine("startaddress", line, LineList::Beyond::First)));
 }
 
-DBCGenerator::DBCGenerator() : AbstractGenerator(QStringLiteral("DBC File")) {}
+DBCGenerator::DBCGenerator() : FileGenerator(QStringLiteral("DBC File")) {}
 
-bool DBCGenerator::checkWritability()
+QString DBCGenerator::testedFile() const
 {
-    return isNewOrWritable(OutputName::path(outputDirectory, projectName, QStringLiteral(".dbc")));
+    return OutputName::path(outputDirectory, projectName, QStringLiteral(".dbc"));
 }
 
-QStringList DBCGenerator::outputFiles() const
+QString DBCGenerator::targetFile() const
 {
-    return {filePath()};
-}
-
-QString DBCGenerator::filePath() const
-{
-    const QString tail =
-        isMultiLine() ? QStringLiteral("_%1.dbc").arg(activeLine) : QStringLiteral(".dbc");
-    return OutputName::path(outputDirectory, projectName, tail);
+    return OutputName::path(outputDirectory, projectName, lineTail() + QLatin1String(".dbc"));
 }
 
 void DBCGenerator::resetJob()
@@ -283,12 +276,10 @@ void DBCGenerator::resetJob()
     Dbc::declareIdentify(*database, activeLine);
 }
 
-void DBCGenerator::doJob()
+void DBCGenerator::writeFiles()
 {
-    const JobBracket bracket(*this);
     qCDebug(lcGenerator) << "DBC prprae output";
-    checkForceMLFlag();
-    const QString target = filePath();
+    const QString target = targetFile();
     KvaDbHnd handle = nullptr;
     if (!succeeded(kvaDbOpen(&handle), "open dbc Database")) {
         fail(QStringLiteral("Could not create output file."));

@@ -1,33 +1,29 @@
 // The groups of a J1939 line as a DBC file, for tools that watch the bus.
 #pragma once
 
-#include "generators/abstractgenerator.h"
+#include "generators/filegenerator.h"
 
 struct KvaDb;
 
 /// Writes "<project>.dbc", or "<project>_<line>.dbc" where a project has several lines. The group
 /// of address claiming is declared to the project before, and stays in it for the run.
-class DBCGenerator : public AbstractGenerator
+class DBCGenerator : public FileGenerator
 {
     Q_OBJECT
 
 public:
     DBCGenerator();
 
-    /// Looks at the single-line name only, in a project of several lines too.
-    bool checkWritability() override;
-
-public slots:
-    void doJob() override;
-
 protected:
-    QStringList outputFiles() const override;
-
     /// Reads the user's choices and declares the group of address claiming, on the driver's thread.
     void resetJob() override;
 
 private:
-    QString filePath() const;
+    QString targetFile() const override;
+
+    /// The single-line name, in a project of several lines too.
+    QString testedFile() const override;
+    void writeFiles() override;
     bool writeDatabase(KvaDb *handle, const QString &file);
 
     bool hasImplementationInfo = false; ///< the user wants variables and their kind in the file

@@ -1,13 +1,13 @@
 // The electronic data sheet (EDS) of a line, in the format of CiA 306.
 #pragma once
 
-#include "generators/abstractgenerator.h"
+#include "generators/textfilegenerator.h"
 
 class EdsVariants;
 
 /// Writes "<project>.eds". The names of other files tell the line of a project with several lines,
 /// and the variant, or that the file is the classical companion of a CAN FD device.
-class EDSGenerator : public AbstractGenerator
+class EDSGenerator : public TextFileGenerator
 {
     Q_OBJECT
 
@@ -18,22 +18,16 @@ public:
 
     /// The file to be written; final when the job is over, which may learn that the project counts
     /// as one of several lines.
-    QString filePath() const;
+    QString targetFile() const override;
 
     /// The variants of the line, which must outlive the job; without them the job looks through all
     /// objects.
     void setVariants(const EdsVariants *found) { variants = found; }
 
-    /// Looks at the plain name only, whatever the file's name is.
-    bool checkWritability() override;
-
-public slots:
-    void doJob() override;
-
-protected:
-    QStringList outputFiles() const override;
-
 private:
+    /// The plain name, whatever the file's name is.
+    QString testedFile() const override;
+    void write(TextWriter &out) override;
     void writeSections(TextWriter &out);
 
     const QString define;

@@ -8,8 +8,6 @@
 #include "support/helper.h"
 #include "support/numbers.h"
 
-#include <QFile>
-
 namespace
 {
 
@@ -266,14 +264,8 @@ void HTMLGenerator::resetJob()
     implementationInfo = wantsImplementationInfo();
 }
 
-void HTMLGenerator::doJob()
+void HTMLGenerator::write(TextWriter &out)
 {
-    const JobBracket bracket(*this);
-    checkForceMLFlag();
-    QFile file(targetFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
     HtmlPage page(out);
     database->setDescriptionSettingsLine(activeLine);
     const HtmlDoc::Context context{*database, out, page, activeLine, implementationInfo};
@@ -294,5 +286,4 @@ void HTMLGenerator::doJob()
     forEach(indices, [&](quint16 index) { HtmlDoc::describeIndex(context, index); });
     out.raw("  </div>\n");
     page.end();
-    closeOutputFile(out, file);
 }

@@ -13,14 +13,13 @@ class HTMLGenerator : public LineDocGenerator
 public:
     HTMLGenerator();
 
-public slots:
-    void doJob() override;
-
 protected:
     /// Reads the user's choices, on the driver's thread.
     void resetJob() override;
 
 private:
+    void write(TextWriter &out) override;
+
     bool implementationInfo = false; ///< the user wants to see how values are stored
 };
 

@@ -6,8 +6,6 @@
 #include "support/cohelper.h"
 #include "support/numbers.h"
 
-#include <QFile>
-
 namespace
 {
 
@@ -116,14 +114,8 @@ void J1939HTMLGenerator::forEachGroup(const Section &section) const
                 [&](quint32 pgn) { section(direction, pgn); });
 }
 
-void J1939HTMLGenerator::doJob()
+void J1939HTMLGenerator::write(TextWriter &out)
 {
-    const JobBracket bracket(*this);
-    checkForceMLFlag();
-    QFile file(targetFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
     HtmlPage page(out);
     database->cacheAllSpnDataForLine(activeLine);
     const J1939HtmlDoc::Context context{*database, out, page, activeLine, implementationInfo};
@@ -139,5 +131,4 @@ void J1939HTMLGenerator::doJob()
         [&](quint8 direction, quint32 pgn) { J1939HtmlDoc::describePGN(context, direction, pgn); });
     out.raw("  </div>\n");
     page.end();
-    closeOutputFile(out, file);
 }

@@ -13,14 +13,13 @@ class J1939HTMLGenerator : public LineDocGenerator
 public:
     J1939HTMLGenerator();
 
-public slots:
-    void doJob() override;
-
 protected:
     /// Reads the user's choices, on the driver's thread.
     void resetJob() override;
 
 private:
+    void write(TextWriter &out) override;
+
     /// Calls \a section for each group, the transmitted ones first, until the job is aborted.
     template <class Section>
     void forEachGroup(const Section &section) const;

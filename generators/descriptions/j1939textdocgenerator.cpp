@@ -8,7 +8,6 @@
 #include "support/plaintext.h"
 
 #include <QCoreApplication>
-#include <QFile>
 
 namespace
 {
@@ -80,14 +79,8 @@ J1939TextDocGenerator::J1939TextDocGenerator()
 {
 }
 
-void J1939TextDocGenerator::doJob()
+void J1939TextDocGenerator::write(TextWriter &out)
 {
-    const JobBracket bracket(*this);
-    checkForceMLFlag();
-    QFile file(targetFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
     J1939TextDoc::writeTitle(out, projectName, toolVersion);
     database->cacheAllSpnDataForLine(activeLine);
     for (const quint8 direction : {kTransmitted, kReceived}) {
@@ -95,5 +88,4 @@ void J1939TextDocGenerator::doJob()
         for (const quint32 pgn : groups)
             J1939TextDoc::documentPGN(out, *database, activeLine, direction, pgn);
     }
-    closeOutputFile(out, file);
 }

@@ -12,9 +12,9 @@ class J1939TextDocGenerator : public LineDocGenerator
 public:
     J1939TextDocGenerator();
 
-public slots:
+private:
     /// Runs to its end even if the job is aborted.
-    void doJob() override;
+    void write(TextWriter &out) override;
 };
 
 /// The sections of the file. A group that the store does not hold writes nothing.

@@ -5,11 +5,11 @@
 
 LineDocGenerator::LineDocGenerator(const QString &job, const char *singleFileEnding,
                                    const char *lineFileEnding)
-    : AbstractGenerator(job), singleEnding(singleFileEnding), lineEnding(lineFileEnding)
+    : TextFileGenerator(job), singleEnding(singleFileEnding), lineEnding(lineFileEnding)
 {
 }
 
-QString LineDocGenerator::singleLineFile() const
+QString LineDocGenerator::testedFile() const
 {
     return OutputName::path(outputDirectory, projectName, QLatin1String(singleEnding));
 }
@@ -17,17 +17,7 @@ QString LineDocGenerator::singleLineFile() const
 QString LineDocGenerator::targetFile() const
 {
     if (!isMultiLine())
-        return singleLineFile();
-    const QString tail = QLatin1Char('_') + QString::number(activeLine) + QLatin1String(lineEnding);
+        return testedFile();
+    const QString tail = lineTail() + QLatin1String(lineEnding);
     return OutputName::path(outputDirectory, projectName, tail);
-}
-
-bool LineDocGenerator::checkWritability()
-{
-    return isNewOrWritable(singleLineFile());
-}
-
-QStringList LineDocGenerator::outputFiles() const
-{
-    return {targetFile()};
 }

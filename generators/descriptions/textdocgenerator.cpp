@@ -7,7 +7,6 @@
 #include "support/numbers.h"
 #include "support/plaintext.h"
 
-#include <QFile>
 #include <QRegularExpression>
 
 namespace
@@ -72,14 +71,8 @@ TextDocGenerator::TextDocGenerator()
 {
 }
 
-void TextDocGenerator::doJob()
+void TextDocGenerator::write(TextWriter &out)
 {
-    const JobBracket bracket(*this);
-    checkForceMLFlag();
-    QFile file(targetFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
     TextDoc::writeTitle(out, projectName);
     forEach(database->getIndices(activeLine, 0x1000, 0xFFFF), [&](quint16 index) {
         TextDoc::documentIndex(out, *database, activeLine, index);
@@ -87,5 +80,4 @@ void TextDocGenerator::doJob()
             TextDoc::documentSubIndex(out, index, sub, data);
         });
     });
-    closeOutputFile(out, file);
 }

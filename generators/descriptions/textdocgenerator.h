@@ -11,8 +11,8 @@ class TextDocGenerator : public LineDocGenerator
 public:
     TextDocGenerator();
 
-public slots:
-    void doJob() override;
+private:
+    void write(TextWriter &out) override;
 };
 
 /// The sections of the file. A record that the store does not hold writes nothing.

@@ -1,26 +1,22 @@
 // The XML device description (XDD) of a CAN FD line, a container of profiles by ISO 15745.
 #pragma once
 
-#include "generators/abstractgenerator.h"
+#include "generators/filegenerator.h"
 
 /// Writes "<project>_<vendor>.xdd", the vendor as eight hexadecimal digits of object 0x1018; the
 /// name tells the line too where a project has several.
-class XDDGenerator : public AbstractGenerator
+class XDDGenerator : public FileGenerator
 {
     Q_OBJECT
 
 public:
     XDDGenerator();
 
-    /// True in practice: the name that is looked at has a place holder for the vendor.
-    bool checkWritability() override;
-
-public slots:
-    void doJob() override;
-
-protected:
-    QStringList outputFiles() const override;
-
 private:
-    QString filePath() const;
+    QString targetFile() const override;
+
+    /// A name with a place holder for the vendor, so that in practice there is no such file.
+    QString testedFile() const override;
+    void writeFiles() override;
+    bool writeXml(QFile &file);
 };

@@ -4,7 +4,6 @@
 #include "generators/ctext.h"
 #include "generators/textwriter.h"
 #include "support/helper.h"
-#include "support/logging.h"
 #include "support/numbers.h"
 
 namespace
@@ -272,14 +271,8 @@ void IndicesGenerator::write(TextWriter &out)
 
 void IndicesGenerator::writeObjects(IndexDefines &defines, quint8 line) const
 {
-    const QList<quint16> indices = database->getIndices(line, 0x1000, 0xFFFF);
-    for (const quint16 index : indices) {
-        if (abortRequested) {
-            qCDebug(lcGenerator) << "Generation aborted";
-            break;
-        }
-        defines.generateIndexDefine(index);
-    }
+    forEach(database->getIndices(line, 0x1000, 0xFFFF),
+            [&](quint16 index) { defines.generateIndexDefine(index); });
 }
 
 void IndicesGenerator::writeFrames(IndexDefines &defines, quint8 line) const
