@@ -1,15 +1,10 @@
 // The frame of a generator's job.
 #include "generators/abstractgenerator.h"
 
-#include "generators/textwriter.h"
-#include "generators/unchangedfiles.h"
-#include "support/filereasons.h"
 #include "support/outputguard.h"
-#include "support/problems.h"
 #include "support/usersettings.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QScopedValueRollback>
 #include <QStringList>
@@ -38,14 +33,21 @@ constexpr ByteMacroRow kByteMacros[] = {
 };
 // clang-format on
 
-/// The report on standard output has no room for reasons.
-void tellNotWritten(const QString &path, const QString &reason)
-{
-    Problems::error("output-not-written", path,
-                    QStringLiteral("could not be written: %1").arg(reason));
-}
-
 } // namespace
+
+/// Stands around a job: locks the store against writers, and at the end clears `running`, ends the
+/// thread, unlocks, and reports 100 as the very last act.
+class AbstractGenerator::JobBracket
+{
+public:
+    explicit JobBracket(AbstractGenerator &job);
+    ~JobBracket();
+    JobBracket(const JobBracket &) = delete;
+    JobBracket &operator=(const JobBracket &) = delete;
+
+private:
+    AbstractGenerator &generator;
+};
 
 AbstractGenerator::JobBracket::JobBracket(AbstractGenerator &job) : generator(job)
 {
@@ -138,6 +140,13 @@ AbstractGenerator::ResultCode AbstractGenerator::setActiveLine(quint8 line)
     return ResultCode::Success;
 }
 
+void AbstractGenerator::doJob()
+{
+    const JobBracket bracket(*this);
+    checkForceMLFlag();
+    writeFiles();
+}
+
 void AbstractGenerator::wait()
 {
     workerThread.wait();
@@ -165,16 +174,6 @@ QString AbstractGenerator::convertValue(CAN::CANopenDataType type, quint64 unsig
     return QStringLiteral("0");
 }
 
-bool AbstractGenerator::isNewOrWritable(const QString &path)
-{
-    const QFileInfo info(path);
-    // A pipe or a device is no place for a file: opening it might never end.
-    if (!info.exists() || ((info.isFile() || info.isDir()) && info.isWritable()))
-        return true;
-    tellNotWritten(path, FileReasons::whyNotWritable(path));
-    return false;
-}
-
 bool AbstractGenerator::isOutputAdmitted()
 {
     if (!outputGuard)
@@ -192,63 +191,8 @@ bool AbstractGenerator::wantsImplementationInfo()
     return UserSettings().value("General", "implinfo").toInt() == 1;
 }
 
-bool AbstractGenerator::openOutputFile(QFile &file)
-{
-    const QString path = file.fileName();
-    constexpr auto kMode = QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text;
-    const QString text = QStringLiteral("Could not open ") + path;
-    if (!isNewOrWritable(path) || (outputGuard && !outputGuard->admits(path))) {
-        fail(text);
-        return false;
-    }
-    if (unchangedFiles ? unchangedFiles->open(file) : file.open(kMode))
-        return true;
-    const QString reason = FileReasons::whyNotWritable(path);
-    fail(text, path,
-         reason.isEmpty() ? (unchangedFiles ? unchangedFiles->errorString() : file.errorString())
-                          : reason);
-    return false;
-}
-
-void AbstractGenerator::closeOutputFile(TextWriter &out, QFile &file)
-{
-    closeOutputFile(out.finish(), file);
-}
-
-void AbstractGenerator::closeOutputFile(bool isWritten, QFile &file)
-{
-    const QString path = unchangedFiles ? unchangedFiles->targetOf(file) : file.fileName();
-    QString reason;
-    if (!isWritten || !file.flush())
-        reason = file.errorString();
-    else if (unchangedFiles && !unchangedFiles->commit(file))
-        reason = unchangedFiles->errorString();
-    file.close();
-    if (!reason.isEmpty())
-        fail(QStringLiteral("Could not write ") + path, path, reason);
-}
-
-bool AbstractGenerator::isUnchanged(const QString &path, const QByteArray &content)
-{
-    return unchangedFiles && unchangedFiles->keep(path, content);
-}
-
 void AbstractGenerator::fail(const QString &error)
 {
     wasError = true;
     lastErrorString = error;
-}
-
-void AbstractGenerator::fail(const QString &error, const QString &path, const QString &reason)
-{
-    fail(error);
-    tellNotWritten(path, reason);
-}
-
-void AbstractGenerator::removeOutputFile(const QString &path)
-{
-    if (outputGuard)
-        outputGuard->remove(path);
-    else
-        QFile::remove(path);
 }

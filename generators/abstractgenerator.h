@@ -1,4 +1,4 @@
-// The base of all classes that write an output file: configuration, the job's thread, its result.
+// The base of all generators: configuration, the job's thread, its result.
 #pragma once
 
 #include "store/objectdatabase.h"
@@ -13,13 +13,11 @@
 #include <atomic>
 
 class OutputGuard;
-class QFile;
-class TextWriter;
 class UnchangedFiles;
 
-/// Writes one file of one project, on a thread of its own. The driver makes one for each file,
+/// Writes files of one project, on a thread of its own. The driver makes one for each step,
 /// configures it, calls startGeneration() and wait(), and reads the result; it has no parent, since
-/// it moves between threads. doJob() runs on the worker thread, all else on the driver's.
+/// it moves between threads. The job runs on the worker thread, all else on the driver's.
 /// Whoever destroys a generator waits for it first.
 class AbstractGenerator : public QObject
 {
@@ -83,65 +81,30 @@ public:
     const OutputGuard *outputGuard = nullptr;
 
 public slots:
-    /// The whole job. Begins with a JobBracket.
-    virtual void doJob() = 0;
+    /// The whole job: writeFiles() and what stands around it.
+    void doJob();
 
 signals:
     /// Percent of the job, 0 to 100; 100 comes once, when all is over.
     void progress(quint8 percent);
 
 protected:
-    /// Stands around a job: locks the store against writers, and at the end clears `running`, ends
-    /// the thread, unlocks, and reports 100 as the very last act. First variable of a doJob(), so
-    /// that the output file is closed before.
-    class JobBracket
-    {
-    public:
-        explicit JobBracket(AbstractGenerator &job);
-        ~JobBracket();
-        JobBracket(const JobBracket &) = delete;
-        JobBracket &operator=(const JobBracket &) = delete;
-
-    private:
-        AbstractGenerator &generator;
-    };
+    /// Writes outputFiles(), on the worker thread. The store is locked against writers, and forceML
+    /// is up to date.
+    virtual void writeFiles() = 0;
 
     /// The files that the job is going to write. Read before the start, when forceML is up to date.
-    virtual QStringList outputFiles() const { return {}; }
+    virtual QStringList outputFiles() const = 0;
 
     /// Clears what a subclass keeps from an earlier start.
     virtual void resetJob() {}
 
-    /// Sets forceML if the misc setting "generateML" is "true", in just this spelling.
-    void checkForceMLFlag();
     bool isMultiLine() const { return generateML || forceML; }
-
-    /// Reports why the file cannot be written.
-    static bool isNewOrWritable(const QString &path);
 
     /// Does the user want documents to tell how values are stored? From the user's settings.
     static bool wantsImplementationInfo();
 
-    /// Opens \a file for text that replaces what it held; on failure the job counts as failed.
-    bool openOutputFile(QFile &file);
-
-    /// Ends the writing of \a file; what could not be written makes the job a failed one.
-    void closeOutputFile(TextWriter &out, QFile &file);
-
-    /// The same behind a writer of another kind, which tells whether it could write.
-    void closeOutputFile(bool isWritten, QFile &file);
-
-    /// True if \a content need not be written to the file \a path; for those that do not use
-    /// openOutputFile().
-    bool isUnchanged(const QString &path, const QByteArray &content);
-
-    /// Removes a file that the project does not need any more; there may be none.
-    void removeOutputFile(const QString &path);
-
     void fail(const QString &error);
-
-    /// The same for the output file \a path, with \a reason for standard error.
-    void fail(const QString &error, const QString &path, const QString &reason);
 
     quint8 activeLine = 0;
     std::atomic<bool> abortRequested{false}; ///< written by the driver's thread, read by the job
@@ -155,6 +118,11 @@ protected:
     QPointer<ObjectDataBase> database;
 
 private:
+    class JobBracket;
+
+    /// Sets forceML if the misc setting "generateML" is "true", in just this spelling.
+    void checkForceMLFlag();
+
     QString jobName;
     QThread *homeThread = nullptr; ///< the driver's; the object returns there when a job is over
     JobThread workerThread;

@@ -14,7 +14,6 @@
 #include "generators/initstructversions.h"
 #include "generators/oldfile.h"
 #include "store/linetype.h"
-#include "support/replacefile.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -82,7 +81,7 @@ void writeInitVersions(DefineContext &context)
 } // namespace
 
 DefineGenerator::DefineGenerator(const DefineDialect &stackDialect)
-    : AbstractGenerator(QStringLiteral("gen_define.h")), dialect(stackDialect)
+    : FileGenerator(QStringLiteral("gen_define.h")), dialect(stackDialect)
 {
 }
 
@@ -99,24 +98,13 @@ QString DefineGenerator::getUserSection() const
     return OldFile::readable(userSection);
 }
 
-QString DefineGenerator::targetFile() const
-{
-    return QStringLiteral("%1/gen_define.h").arg(outputDirectory);
-}
-
 bool DefineGenerator::checkWritability()
 {
-    return isNewOrWritable(targetFile()) && OldFile::hasWholeSections(targetFile());
+    return FileGenerator::checkWritability() && OldFile::hasWholeSections(targetFile());
 }
 
-QStringList DefineGenerator::outputFiles() const
+void DefineGenerator::writeFiles()
 {
-    return {targetFile()};
-}
-
-void DefineGenerator::doJob()
-{
-    const JobBracket bracket(*this);
     QByteArray old;
     if (!OldFile::readOrTell(targetFile(), &old)) {
         fail(QStringLiteral("Could not read ") + targetFile());
@@ -139,10 +127,7 @@ void DefineGenerator::doJob()
     out.finish();
     // As bytes: the user's editor may write another encoding than UTF-8.
     header.write(OldFile::userSectionText(userSection) + "\n#endif /* GEN_DEFINE_H */\n");
-    QString reason;
-    if (!isUnchanged(targetFile(), header.data()) &&
-        !ReplaceFile::write(targetFile(), header.data(), &reason))
-        fail(QStringLiteral("Could not write ") + targetFile(), targetFile(), reason);
+    replaceFile(targetFile(), header.data());
 }
 
 void DefineGenerator::writeSections(TextWriter &out)

@@ -1,18 +1,19 @@
 // gen_define.h, the header that switches the modules of the stack and sizes its tables.
 #pragma once
 
-#include "generators/abstractgenerator.h"
 #include "generators/defines/definecontext.h"
+#include "generators/filegenerator.h"
 
 /// Writes the header; its subclasses choose the generation of the stack. What the user wrote
 /// between the two markers of the old header, and how often it was generated, go over into the new
 /// one. The new file takes the old one's place in one step: should the disk fill up, the user's
 /// lines are still there.
-class DefineGenerator : public AbstractGenerator
+class DefineGenerator : public FileGenerator
 {
     Q_OBJECT
 
 public:
+    /// False as well if the user's section cannot be told from the rest of the old header.
     bool checkWritability() override;
 
     /// What the old header held between the markers; read it when the job is over.
@@ -26,16 +27,12 @@ public:
     /// Tells the user's section, so that nobody forgets that it is there.
     QString closingRemark() const override;
 
-public slots:
-    void doJob() override;
-
 protected:
-    QStringList outputFiles() const override;
-
     explicit DefineGenerator(const DefineDialect &stackDialect);
 
 private:
-    QString targetFile() const;
+    QString targetFile() const override { return inOutputDirectory("gen_define.h"); }
+    void writeFiles() override;
     void writeSections(TextWriter &out);
     void writeApplicationDefines(DefineContext &context) const;
 

@@ -4,7 +4,6 @@
 #include "formats/csvtable.h"
 #include "generators/textwriter.h"
 #include "support/cohelper.h"
-#include "support/logging.h"
 #include "support/numbers.h"
 
 #include <QJsonDocument>

@@ -11,7 +11,6 @@
 #include "support/helper.h"
 #include "support/numbers.h"
 
-#include <QFile>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -501,46 +500,28 @@ QString ExtDecl::definition(const Variable &variable)
 }
 
 ExtDeclGenerator::ExtDeclGenerator(const Dialect &words)
-    : AbstractGenerator(QStringLiteral("gen_extern_decl.h")), dialect(words)
+    : FileGenerator(QStringLiteral("gen_extern_decl.h")), dialect(words)
 {
 }
 
 ExtDeclGeneratorV4::ExtDeclGeneratorV4() : ExtDeclGenerator(v4Words()) {}
 
-QString ExtDeclGenerator::headerFile() const
-{
-    return QStringLiteral("%1/gen_extern_decl.h").arg(outputDirectory);
-}
-
-QString ExtDeclGenerator::sourceFile() const
-{
-    return QStringLiteral("%1/gen_var_decl.c").arg(outputDirectory);
-}
-
 bool ExtDeclGenerator::checkWritability()
 {
-    return isNewOrWritable(headerFile()) && isNewOrWritable(sourceFile());
+    return FileGenerator::checkWritability() && isNewOrWritable(sourceFile());
 }
 
-QStringList ExtDeclGenerator::outputFiles() const
+void ExtDeclGenerator::writeFiles()
 {
-    return {headerFile(), sourceFile()};
-}
-
-void ExtDeclGenerator::doJob()
-{
-    const JobBracket bracket(*this);
-    QFile header(headerFile());
-    QFile source(sourceFile());
-    if (!openOutputFile(header) || !openOutputFile(source))
-        return;
     const ExtDecl::Variables variables = ExtDecl::readVariables(*database);
-    TextWriter headerOut(&header);
-    headerOut.raw(CText::headComment(dialect.of(kTitle), projectName, toolVersion));
-    writeHeader(headerOut, variables, *database, dialect);
-    closeOutputFile(headerOut, header);
-    TextWriter sourceOut(&source);
-    sourceOut.raw(CText::headComment(dialect.of(kSourceTitle), projectName, toolVersion));
-    writeSource(sourceOut, variables);
-    closeOutputFile(sourceOut, source);
+    const bool isOpen = writeText(targetFile(), [&](TextWriter &out) {
+        out.raw(CText::headComment(dialect.of(kTitle), projectName, toolVersion));
+        writeHeader(out, variables, *database, dialect);
+    });
+    if (!isOpen)
+        return;
+    writeText(sourceFile(), [&](TextWriter &out) {
+        out.raw(CText::headComment(dialect.of(kSourceTitle), projectName, toolVersion));
+        writeSource(out, variables);
+    });
 }

@@ -2,8 +2,8 @@
 // that the tables of signals and objects name.
 #pragma once
 
-#include "generators/abstractgenerator.h"
 #include "generators/dialect.h"
+#include "generators/filegenerator.h"
 
 #include <QHash>
 #include <QMap>
@@ -12,7 +12,7 @@
 
 /// Writes both files, for all lines of a project. The application may leave gen_var_decl.c out of
 /// its build and define the variables itself.
-class ExtDeclGenerator : public AbstractGenerator
+class ExtDeclGenerator : public FileGenerator
 {
     Q_OBJECT
 
@@ -21,17 +21,14 @@ public:
 
     bool checkWritability() override;
 
-public slots:
-    void doJob() override;
-
 protected:
-    QStringList outputFiles() const override;
-
     explicit ExtDeclGenerator(const Dialect &words);
 
 private:
-    QString headerFile() const;
-    QString sourceFile() const;
+    QString targetFile() const override { return inOutputDirectory("gen_extern_decl.h"); }
+    QString sourceFile() const { return inOutputDirectory("gen_var_decl.c"); }
+    QStringList outputFiles() const override { return {targetFile(), sourceFile()}; }
+    void writeFiles() override;
 
     Dialect dialect;
 };

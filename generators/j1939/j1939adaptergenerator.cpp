@@ -5,10 +5,8 @@
 #include "generators/j1939/pgnmappings.h"
 #include "generators/oldfile.h"
 #include "support/problems.h"
-#include "support/replacefile.h"
 
 #include <QBuffer>
-#include <QFile>
 #include <QFileInfo>
 #include <QSet>
 
@@ -169,34 +167,18 @@ bool J1939Adapter::isWithoutCode(const QString &file)
 }
 
 J1939AdapterGenerator::J1939AdapterGenerator()
-    : AbstractGenerator(QStringLiteral("gen_j1939_adapter.c"))
+    : FileGenerator(QStringLiteral("gen_j1939_adapter.c"))
 {
-}
-
-QString J1939AdapterGenerator::functionsFile() const
-{
-    return QStringLiteral("%1/gen_j1939_adapter.c").arg(outputDirectory);
-}
-
-QString J1939AdapterGenerator::userFile() const
-{
-    return QStringLiteral("%1/j1939_adapter.c").arg(outputDirectory);
 }
 
 bool J1939AdapterGenerator::checkWritability()
 {
-    return isNewOrWritable(functionsFile()) && isNewOrWritable(userFile()) &&
-           mayReplace(functionsFile()) && mayReplace(userFile());
+    return FileGenerator::checkWritability() && isNewOrWritable(userFile()) &&
+           mayReplace(targetFile()) && mayReplace(userFile());
 }
 
-QStringList J1939AdapterGenerator::outputFiles() const
+void J1939AdapterGenerator::writeFiles()
 {
-    return {functionsFile(), userFile()};
-}
-
-void J1939AdapterGenerator::doJob()
-{
-    const JobBracket bracket(*this);
     QByteArray old;
     if (!OldFile::readOrTell(userFile(), &old)) {
         fail(QStringLiteral("Could not read ") + userFile());
@@ -206,10 +188,14 @@ void J1939AdapterGenerator::doJob()
         fail(QStringLiteral("Could not open ") + userFile());
         return;
     }
-    QFile file(functionsFile());
-    if (!openOutputFile(file))
-        return;
-    TextWriter out(&file);
+    QStringList prototypes;
+    writeText(targetFile(), [&](TextWriter &out) { prototypes = writeFunctionsFile(out); });
+    if (!wasError)
+        replaceFile(userFile(), userFileContent(prototypes, OldFile::extractUserSection(old)));
+}
+
+QStringList J1939AdapterGenerator::writeFunctionsFile(TextWriter &out)
+{
     const Pgn::Dialect dialect = Pgn::dialectOf(*database);
     const ExtDecl::Variables variables = ExtDecl::readVariables(*database);
     const QVector<Functions> all =
@@ -223,13 +209,7 @@ void J1939AdapterGenerator::doJob()
                           .arg(functions.comment, functions.readPrototype,
                                functions.writePrototype);
     }
-    closeOutputFile(out, file);
-    if (wasError)
-        return;
-    const QByteArray content = userFileContent(prototypes, OldFile::extractUserSection(old));
-    QString reason;
-    if (!isUnchanged(userFile(), content) && !ReplaceFile::write(userFile(), content, &reason))
-        fail(QStringLiteral("Could not write ") + userFile(), userFile(), reason);
+    return prototypes;
 }
 
 QByteArray J1939AdapterGenerator::userFileContent(const QStringList &prototypes,

@@ -2,14 +2,14 @@
 // signal that lies in a variable of the application.
 #pragma once
 
-#include "generators/abstractgenerator.h"
+#include "generators/filegenerator.h"
 #include "generators/j1939/extdeclgenerator.h"
 #include "generators/j1939/pgncontext.h"
 
 /// Writes gen_j1939_adapter.c with the functions, and j1939_adapter.c, which declares them to the
 /// code that the user writes into it. That code stays when the file is written anew; files of these
 /// names that are not ours are not written at all.
-class J1939AdapterGenerator : public AbstractGenerator
+class J1939AdapterGenerator : public FileGenerator
 {
     Q_OBJECT
 
@@ -18,15 +18,14 @@ public:
 
     bool checkWritability() override;
 
-public slots:
-    void doJob() override;
-
-protected:
-    QStringList outputFiles() const override;
-
 private:
-    QString functionsFile() const;
-    QString userFile() const;
+    QString targetFile() const override { return inOutputDirectory("gen_j1939_adapter.c"); }
+    QString userFile() const { return inOutputDirectory("j1939_adapter.c"); }
+    QStringList outputFiles() const override { return {targetFile(), userFile()}; }
+    void writeFiles() override;
+
+    /// Returns the declarations of the functions.
+    QStringList writeFunctionsFile(TextWriter &out);
     QByteArray userFileContent(const QStringList &prototypes, const QByteArray &userSection) const;
 };
 

@@ -1,5 +1,5 @@
 // The frame of a generator's job: its setters, its thread, its end.
-#include "generators/abstractgenerator.h"
+#include "generators/textfilegenerator.h"
 #include "generators/textwriter.h"
 #include "tests/fixtures/storefixture.h"
 
@@ -8,14 +8,12 @@
 using Result = AbstractGenerator::ResultCode;
 
 /// Writes one line to a file; can be held up until it is aborted.
-class SampleGenerator : public AbstractGenerator
+class SampleGenerator : public TextFileGenerator
 {
     Q_OBJECT
 
 public:
-    SampleGenerator() : AbstractGenerator("sample") {}
-
-    bool checkWritability() override { return isNewOrWritable(path); }
+    SampleGenerator() : TextFileGenerator("sample") {}
 
     QString path;
     bool holdsUntilAbort = false;
@@ -23,22 +21,16 @@ public:
     bool wasMultiLine = false;
     QThread *jobThread = nullptr;
 
-public slots:
-    void doJob() override
+protected:
+    QString targetFile() const override { return path; }
+    void write(TextWriter &out) override
     {
-        const JobBracket bracket(*this);
-        checkForceMLFlag();
         wasMultiLine = isMultiLine();
         wasLocked = !database->setMiscSettingsValue("x", "1");
         jobThread = QThread::currentThread();
-        QFile file(path);
-        if (!openOutputFile(file))
-            return;
-        TextWriter out(&file);
         out.raw("Tür\n");
         while (holdsUntilAbort && !abortRequested)
             QThread::msleep(1);
-        closeOutputFile(out, file);
     }
 };
 
