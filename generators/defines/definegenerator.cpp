@@ -40,14 +40,18 @@ void writeTitle(DefineContext &context, const QString &projectName, const QStrin
     const QString tool = QCoreApplication::applicationName();
     TextWriter &out = context.out;
     out.raw(CText::headComment(context.dialect.of(kTitle), projectName, toolVersion));
-    out.raw("\n"
-            "/* protect against multiple inclusion of the file */\n"
-            "#ifndef GEN_DEFINE_H\n"
-            "#define GEN_DEFINE_H 1\n\n"
-            "/* some information about the tool that has generated this file */\n");
-    out.raw(QStringLiteral("#define GEN_TOOL_NAME\t%1\n")
-                .arg(tool.toUpper().replace(QLatin1Char(' '), QLatin1Char('_'))));
-    out.raw(QStringLiteral("#define GEN_TOOL_VERSION\t%1\n").arg(versionNumber(toolVersion)));
+    out.block(R"(
+
+/* protect against multiple inclusion of the file */
+#ifndef GEN_DEFINE_H
+#define GEN_DEFINE_H 1
+
+/* some information about the tool that has generated this file */
+#define GEN_TOOL_NAME	$name$
+#define GEN_TOOL_VERSION	$version$
+)",
+              {{"name", tool.toUpper().replace(QLatin1Char(' '), QLatin1Char('_'))},
+               {"version", versionNumber(toolVersion)}});
 }
 
 void writeInitVersions(DefineContext &context)
@@ -172,7 +176,7 @@ void DefineGenerator::writeApplicationDefines(DefineContext &context) const
                      "\n"});
     }
     const auto writeCount = [&context](quint32 count) {
-        context.out.raw(QStringLiteral("#define GEN_GENERATION_COUNT\t%1ul\n").arg(count));
+        context.out.fill("#define GEN_GENERATION_COUNT\t$count$ul\n", {{"count", count}});
     };
     if (counterFromSetting) {
         if (generationCounter != 0)

@@ -68,7 +68,7 @@ Target readTarget(const GeneralSettings &settings, qint32 number)
 
 void writeTarget(DefineContext &context, const Target &target)
 {
-    context.out.raw(QStringLiteral("/* %1 */\n").arg(CText::comment(target.name)));
+    context.out.fill("/* $name$ */\n", {{"name", CText::comment(target.name)}});
     if (!target.timer.isEmpty()) {
         context.raw(kTimerInterval);
         context.out.raw(target.timer + QLatin1Char('\n'));
@@ -90,10 +90,12 @@ void writeGuardedTarget(DefineContext &context, const Target &target, bool isAct
     const QString macro =
         target.macro.isEmpty() ? QStringLiteral("TARGET_%1").arg(target.number) : target.macro;
     if (isActive)
-        context.out.raw(QStringLiteral("#define %1 1u\n").arg(macro));
-    context.out.raw(QStringLiteral("#ifdef %1\n").arg(macro));
+        context.out.fill("#define $macro$ 1u\n", {{"macro", macro}});
+    context.out.fill("#ifdef $macro$\n", {{"macro", macro}});
     writeTarget(context, target);
-    context.out.raw(QStringLiteral("#endif /* %1*/ \n\n").arg(CText::comment(macro)));
+    context.out.fill("#endif /* $comment$*/ \n"
+                     "\n",
+                     {{"comment", CText::comment(macro)}});
 }
 
 } // namespace
@@ -116,6 +118,7 @@ void Defines::generateHardwareDefines(DefineContext &context)
     }
     const QString srdoTimer = intervalText(settings.text("co_srdo_interval"));
     if (!srdoTimer.isEmpty())
-        context.out.raw(QStringLiteral("#define CO_SRDO_TIMER_INTERVAL\t%1\n").arg(srdoTimer));
+        context.out.fill("#define CO_SRDO_TIMER_INTERVAL\t$srdoTimer$\n",
+                         {{"srdoTimer", srdoTimer}});
     context.raw({"\n"});
 }

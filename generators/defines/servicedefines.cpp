@@ -167,8 +167,8 @@ void writeObjectCounts(DefineContext &context, const Facts &facts)
 {
     context.raw({"/* Number of objects per line */\n"});
     for (const LineServices &line : facts.lines)
-        context.out.raw(QStringLiteral("#define CO_OBJECTS_LINE_%1_CNT\t%2u\n")
-                            .arg(QString::number(line.number), QString::number(line.objects)));
+        context.out.fill("#define CO_OBJECTS_LINE_$number$_CNT\t$objects$u\n",
+                         {{"number", line.number}, {"objects", line.objects}});
     context.out.defineList("#define CO_OBJECT_COUNTS\t", facts.perLine(&LineServices::objects));
     if (!context.multiProtocol)
         context.defineList({"#define CO_COB_COUNTS\t", "#define CORE_COB_COUNTS\t"},
@@ -208,7 +208,7 @@ void writeNodeIds(DefineContext &context)
 
     const QString network = context.settings.text("co_network_id");
     if (!network.isEmpty())
-        context.out.raw(QStringLiteral("#define CO_NETWORK_ID\t%1\n").arg(network));
+        context.out.fill("#define CO_NETWORK_ID\t$network$\n", {{"network", network}});
     context.raw({"\n"});
 }
 
@@ -227,8 +227,8 @@ void writeFunctionGroups(DefineContext &context, quint32 mask, int firstNumber)
 {
     for (int bit = 0; bit < 32; ++bit) {
         if (mask >> bit & 1)
-            context.out.raw(
-                QStringLiteral("#define CO_P447_VDFG_%1 \t1u\n").arg(firstNumber + bit));
+            context.out.fill("#define CO_P447_VDFG_$number$ \t1u\n",
+                             {{"number", firstNumber + bit}});
     }
 }
 
@@ -236,7 +236,7 @@ void writeProfile(DefineContext &context, const Facts &facts)
 {
     if (facts.profile == 0)
         return;
-    context.out.raw(QStringLiteral("#define CO_PROFILE_%1\t1u\n").arg(facts.profile));
+    context.out.fill("#define CO_PROFILE_$profile$\t1u\n", {{"profile", facts.profile}});
     if (facts.profile == 454)
         context.raw({"#define CO_EVENT_PROFILE_STORE\t1u\n"});
     if (facts.profile == 447) {

@@ -413,10 +413,12 @@ void writeApplicationHeaders(TextWriter &out, const ObjectDataBase &store)
 void writeHeader(TextWriter &out, const Variables &variables, const ObjectDataBase &store,
                  const Dialect &dialect)
 {
-    out.raw("#ifndef GEN_EXTERN_DECL_H\n"
-            "#define GEN_EXTERN_DECL_H 1\n"
-            "\n"
-            "#include <gen_define.h>\n");
+    out.block(R"(
+#ifndef GEN_EXTERN_DECL_H
+#define GEN_EXTERN_DECL_H 1
+
+#include <gen_define.h>
+)");
     out.raw(dialect.of(kDataTypes));
     out.raw("\n");
     writeApplicationHeaders(out, store);
@@ -429,9 +431,11 @@ void writeHeader(TextWriter &out, const Variables &variables, const ObjectDataBa
 
 void writeSource(TextWriter &out, const Variables &variables)
 {
-    out.raw("#include <gen_define.h>\n"
-            "#include <gen_extern_decl.h>\n"
-            "\n");
+    out.block(R"(
+#include <gen_define.h>
+#include <gen_extern_decl.h>
+
+)");
     for (const Variable &variable : variables.declared)
         out.parts(ExtDecl::definition(variable), ";\n");
 }

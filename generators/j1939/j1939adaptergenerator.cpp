@@ -81,12 +81,23 @@ void writeFunctions(TextWriter &out, const Functions &functions)
     const QString &variable = functions.access.expression;
     const QString &parameter = functions.parameter;
     const quint32 bytes = functions.access.bytes;
-    out.parts("/* ", functions.comment, " */\n", functions.readPrototype, "\n{\n");
+    out.block(R"(
+/* $comment$ */
+$readPrototype$
+{
+)",
+              {{"comment", functions.comment}, {"readPrototype", functions.readPrototype}});
     if (bytes == 0)
         out.parts("\treturn ", variable, ";\n");
     else
         out.parts("\tmemcpy(", parameter, ", ", variable, ", ", bytes, "u);\n");
-    out.parts("}\n\n", functions.writePrototype, "\n{\n");
+    out.block(R"(
+}
+
+$writePrototype$
+{
+)",
+              {{"writePrototype", functions.writePrototype}});
     if (bytes == 0)
         out.parts("\t", variable, " = ", parameter, ";\n");
     else

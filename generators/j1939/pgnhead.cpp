@@ -4,11 +4,14 @@
 
 void Pgn::writeConstMacro(Context &context)
 {
-    context.out.raw("/* definition of memory specifier */\n");
-    context.out.raw(QStringLiteral("#ifndef %1\n"
-                                   "#define %1 const\n"
-                                   "#endif\n\n")
-                        .arg(QLatin1String(context.dialect.constMacro)));
+    context.out.block(R"(
+/* definition of memory specifier */
+#ifndef $const$
+#define $const$ const
+#endif
+
+)",
+                      {{"const", context.dialect.constMacro}});
 }
 
 void Pgn::writeHead(Context &context, const QString &projectName, const QString &toolVersion,
@@ -26,10 +29,13 @@ void Pgn::writeHead(Context &context, const QString &projectName, const QString 
     out.raw("#include <gen_extern_decl.h>\n"
             "\n");
     writeConstMacro(context);
-    out.raw("/* definition of watchdog handle during initialization */\n");
-    out.raw(QStringLiteral("#ifndef %1\n"
-                           "#define %1\n"
-                           "#endif /* %1 */\n\n"
-                           "\n")
-                .arg(QLatin1String(context.dialect.watchdogMacro)));
+    out.block(R"(
+/* definition of watchdog handle during initialization */
+#ifndef $watchdog$
+#define $watchdog$
+#endif /* $watchdog$ */
+
+
+)",
+              {{"watchdog", context.dialect.watchdogMacro}});
 }

@@ -42,14 +42,18 @@ void writeWatchdog(Context &context)
 void writeFunctionHead(Context &context)
 {
     TextWriter &out = context.out;
-    out.raw("\n"
-            "/*  J1939 stack initialization function */\n"
-            "\n"
-            "RET_T j1939StackInit(\n");
+    out.block(R"(
+
+/*  J1939 stack initialization function */
+
+RET_T j1939StackInit(
+)");
     out.raw(context.form.canFd ? "\tBOOL_T *pModes\n" : "\tvoid\n");
-    out.raw("\t)\n"
-            "{\n"
-            "RET_T retVal;\n");
+    out.block(R"(
+	)
+{
+RET_T retVal;
+)");
     // Deliberate: only the new structures have modes to set, held by tst_pgngenerator.
     if (context.form.canFd && context.form.multiLine && hasNewInitStructure(context))
         out.raw("UNSIGNED8 i;\n");
@@ -60,9 +64,12 @@ void writeModes(Context &context)
     TextWriter &out = context.out;
     out.raw("\tif (pModes != NULL) {\n");
     if (context.form.multiLine) {
-        out.parts("\t\tfor (i = 0; i < ", context.dialect.lineCountMacro, "; i++)  {\n");
-        out.raw("\t\t\tcommonInitVars.fdMode[i] = pModes[i];\n"
-                "\t\t}\n");
+        out.block(R"(
+		for (i = 0; i < $lineCount$; i++)  {
+			commonInitVars.fdMode[i] = pModes[i];
+		}
+)",
+                  {{"lineCount", context.dialect.lineCountMacro}});
     } else {
         out.raw("\t\tcommonInitVars.fdMode[0] = pModes[0];\n");
     }
@@ -73,11 +80,13 @@ void writeNewValues(Context &context)
 {
     const StartUpTexts texts(context);
     TextWriter &out = context.out;
-    out.parts("\t", quint32(texts.getInitStructVersion(InitStruct::J1939)), "u,\n");
-    out.raw("\t{ J1939_RECEIVE_PGN_COUNTS },\n"
-            "\t{ J1939_TRANSMIT_PGN_COUNTS },\n"
-            "\t{ J1939_SSDO_COUNTS },\n"
-            "\t{ J1939_CSDO_COUNTS }");
+    out.block(R"(
+	$version$u,
+	{ J1939_RECEIVE_PGN_COUNTS },
+	{ J1939_TRANSMIT_PGN_COUNTS },
+	{ J1939_SSDO_COUNTS },
+	{ J1939_CSDO_COUNTS })",
+              {{"version", texts.getInitStructVersion(InitStruct::J1939)}});
     if (context.form.excludeSafePgns)
         out.raw(",\n"
                 "\t{ J1939_SDG_TRANS_COUNTS },\n"
@@ -197,7 +206,9 @@ void Pgn::generateStackInit(Context &context)
     writeWatchdog(context);
     if (context.j1939.byPrefix("cia510serversupport") == 1)
         writeDictionaryStart(context);
-    context.out.raw("\n"
-                    "\treturn RET_OK;\n"
-                    "}\n");
+    context.out.block(R"(
+
+	return RET_OK;
+}
+)");
 }

@@ -70,12 +70,19 @@ void writeGroupRow(Context &context, const QString &mapping, const Group &group)
 {
     const PgnData &pgn = group.data;
     TextWriter &out = context.out;
-    out.raw("    {\n");
-    out.parts("\t", pgn.number, "u, /* PGN number */ \n");
-    out.parts("\t&", mapping, pgn.number, "[0], \n");
-    out.parts("\t", quint32(pgn.cycleTimeMs), "u, /* cycletime in ms */ \n");
-    out.parts("\t", quint32(pgn.inhibitTimeMs), "u, /* inhibit time in ms */ \n");
-    out.parts("\t", quint32(pgn.priority), "u, /* priority */ \n");
+    out.block(R"(
+    {
+	$number$u, /* PGN number */ 
+	&$mapping$$number$[0], 
+	$cycleTimeMs$u, /* cycletime in ms */ 
+	$inhibitTimeMs$u, /* inhibit time in ms */ 
+	$priority$u, /* priority */ 
+)",
+              {{"number", pgn.number},
+               {"mapping", mapping},
+               {"cycleTimeMs", pgn.cycleTimeMs},
+               {"inhibitTimeMs", pgn.inhibitTimeMs},
+               {"priority", pgn.priority}});
     // Deliberate: the rows that the mapping has, not the number that the record tells, which may
     // lead beyond them; held by tst_pgngenerator.
     out.parts("\t", quint32(group.mapping.size()), "u", tailOf(context),
@@ -146,10 +153,15 @@ void writeLineConfig(Context &context, const Line &line)
         out.raw("\t0, \n");
     else
         out.parts("\t&jPgnReceiveConfig", suffix, "[0], \n");
-    out.parts("\t", countText(context, kReceiveWords.sizeMacro, received), ", \n");
-    out.parts("\t&addrTrCfg", suffix, ",\n");
-    out.parts("\t", startAddress(context, line), " \n");
-    out.raw("};\n");
+    out.block(R"(
+	$receivedRows$, 
+	&addrTrCfg$suffix$,
+	$address$ 
+};
+)",
+              {{"receivedRows", countText(context, kReceiveWords.sizeMacro, received)},
+               {"suffix", suffix},
+               {"address", startAddress(context, line)}});
 }
 
 } // namespace
@@ -179,18 +191,25 @@ void Pgn::defineIdentify(Context &context)
     for (const Line &line : qAsConst(context.lines)) {
         if (!line.hasJ1939())
             continue;
-        out.parts("static ", context.dialect.constMacro, " J1939_PGN_CONFIG_T\taddrTrCfg",
-                  lineSuffix(context, line), " = {\n");
-        out.raw("\t60928u, /* PGN number */\n");
-        out.parts("\t&", linePrefix(context, line), "tx_mapping_60928[0],\n");
-        out.raw("\t0u, /* cycletime in ms */\n"
-                "\t250u, /* inhibitime in us */\n"
-                "\t6u, /* priority */\n");
-        out.parts("\t10u", tailOf(context), " /* number of mappings */\n");
+        out.block(R"(
+static $const$ J1939_PGN_CONFIG_T	addrTrCfg$suffix$ = {
+	60928u, /* PGN number */
+	&$prefix$tx_mapping_60928[0],
+	0u, /* cycletime in ms */
+	250u, /* inhibitime in us */
+	6u, /* priority */
+	10u$tail$ /* number of mappings */
+)",
+                  {{"const", context.dialect.constMacro},
+                   {"suffix", lineSuffix(context, line)},
+                   {"prefix", linePrefix(context, line)},
+                   {"tail", tailOf(context)}});
         if (context.form.canFd)
-            out.raw("\tJ1939_ATF_SAE_NONE,\n"
-                    "\tJ1939_ADT_NONE,\n"
-                    "\t0\n");
+            out.block(R"(
+	J1939_ATF_SAE_NONE,
+	J1939_ADT_NONE,
+	0
+)");
         out.raw("};\n");
     }
 }

@@ -54,14 +54,21 @@ void writeMapping(Context &context, const QString &name, const Group &group)
 void writeGroupRow(Context &context, const QString &mapping, const Group &group)
 {
     TextWriter &out = context.out;
-    out.raw("    {\n");
-    out.parts("\t", group.data.number, "u, /* PGN number */\n");
-    out.parts("\t&", mapping, "[0],\n");
-    out.parts("\t", quint32(group.data.cycleTimeMs), "u, /* cycletime in ms */\n");
-    out.parts("\t", group.data.srvtMs, "u, /* SRVT in ms */\n");
-    out.parts("\t", quint32(group.data.priority), "u, /* priority */\n");
-    out.parts("\t", quint32(group.mapping.size()), "u /* number of mappings */\n");
-    out.raw("    }");
+    out.block(R"(
+    {
+	$number$u, /* PGN number */
+	&$mapping$[0],
+	$cycleTimeMs$u, /* cycletime in ms */
+	$srvtMs$u, /* SRVT in ms */
+	$priority$u, /* priority */
+	$rows$u /* number of mappings */
+    })",
+              {{"number", group.data.number},
+               {"mapping", mapping},
+               {"cycleTimeMs", group.data.cycleTimeMs},
+               {"srvtMs", group.data.srvtMs},
+               {"priority", group.data.priority},
+               {"rows", group.mapping.size()}});
 }
 
 QString mappingName(const Context &context, const Line &line, const DirectionWords &words,
@@ -165,12 +172,14 @@ void SDMGenerator::write(TextWriter &out)
     const Pgn::Dialect dialect = Pgn::dialectOf(*database);
     Pgn::Context context = Pgn::makeContext(*database, out, dialect);
     out.parts(CText::headComment(dialect.of(kTitle), projectName, toolVersion), "\n");
-    out.raw("#include <stddef.h>\n"
-            "\n"
-            "#include <gen_define.h>\n"
-            "#include <j1939_sdg.h>\n"
-            "#include <gen_extern_decl.h>\n"
-            "\n");
+    out.block(R"(
+#include <stddef.h>
+
+#include <gen_define.h>
+#include <j1939_sdg.h>
+#include <gen_extern_decl.h>
+
+)");
     Pgn::writeConstMacro(context);
     Sdg::declareMappings(context);
     emit progress(50);

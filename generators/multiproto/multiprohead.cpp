@@ -58,7 +58,7 @@ void writeIncludes(Context &context, bool withStandardLibrary)
     if (context.facts.hasCANopen)
         out.raw("#include <gen_indication.h>\n");
     writeDeviceHeaders(context);
-    writeHeaderList(context.objDict, "#include <%1>\n");
+    writeHeaderList(context.objDict, "#include <$header$>\n");
     out.raw("\n");
 }
 

@@ -37,19 +37,19 @@ constexpr const char *kProtocolCheck = "    /* check for protocol information */
 /// What the application must have asked for on a line of this type.
 struct ProtocolTest {
     LineType type;
-    Word text; ///< with %1 for the line
+    Word text; ///< with $line$ for its number
 };
 
 constexpr ProtocolTest kProtocolTests[] = {
     {LineType::CANopen,
-     {"    if ((pProtType[%1] & MP_PROT_TYPE_CANOPEN) != MP_PROT_TYPE_CANOPEN) {\n",
-      "    if ((pProtType[%1] & CORE_PROT_TYPE_CANOPEN) != CORE_PROT_TYPE_CANOPEN) {\n"}},
+     {"    if ((pProtType[$line$] & MP_PROT_TYPE_CANOPEN) != MP_PROT_TYPE_CANOPEN) {\n",
+      "    if ((pProtType[$line$] & CORE_PROT_TYPE_CANOPEN) != CORE_PROT_TYPE_CANOPEN) {\n"}},
     {LineType::J1939,
-     {"    if ((pProtType[%1] & MP_PROT_TYPE_J1939) != MP_PROT_TYPE_J1939) {\n",
-      "    if ((pProtType[%1] & CORE_PROT_TYPE_J1939) != CORE_PROT_TYPE_J1939) {\n"}},
+     {"    if ((pProtType[$line$] & MP_PROT_TYPE_J1939) != MP_PROT_TYPE_J1939) {\n",
+      "    if ((pProtType[$line$] & CORE_PROT_TYPE_J1939) != CORE_PROT_TYPE_J1939) {\n"}},
     {LineType::RawCan,
-     {"    if ((pProtType[%1] & MP_PROT_TYPE_RAWCAN) != MP_PROT_TYPE_RAWCAN) {\n",
-      "    if ((pProtType[%1] & CORE_PROT_TYPE_RAWCAN) != CORE_PROT_TYPE_RAWCAN) {\n"}},
+     {"    if ((pProtType[$line$] & MP_PROT_TYPE_RAWCAN) != MP_PROT_TYPE_RAWCAN) {\n",
+      "    if ((pProtType[$line$] & CORE_PROT_TYPE_RAWCAN) != CORE_PROT_TYPE_RAWCAN) {\n"}},
 };
 
 // --- Protocols and modes of the lines, handed on to the common part ---
@@ -91,10 +91,12 @@ void writeEntryHead(Context &context)
 {
     TextWriter &out = context.out;
     if (context.facts.isRawOnly()) {
-        out.raw("RET_T rawcanStackInit(void)\n"
-                "{\n"
-                "RET_T retVal;\n"
-                "\n");
+        out.block(R"(
+RET_T rawcanStackInit(void)
+{
+RET_T retVal;
+
+)");
         return;
     }
     out.raw("RET_T mpStackInit(\n");
@@ -103,9 +105,12 @@ void writeEntryHead(Context &context)
     if (context.facts.takesOptions)
         out.raw(",\n         CO_INIT_OPTION_T *pCoOptions");
     writeModesParameter(context, ",\n        BOOL_T *pModes");
-    out.raw("\n    )\n"
-            "{\n"
-            "RET_T retVal;\n");
+    out.block(R"(
+
+    )
+{
+RET_T retVal;
+)");
     if (!context.facts.multiLine && context.facts.hasCANopen && context.facts.hasJ1939)
         out.raw(context.of(kProtocolVariable));
     out.raw("\n");
@@ -119,7 +124,7 @@ void writeProtocolTests(Context &context)
         for (const ProtocolTest &test : kProtocolTests) {
             if (test.type != line.type)
                 continue;
-            out.raw(QString::fromLatin1(context.of(test.text)).arg(line.number));
+            out.fill(context.of(test.text), {{"line", line.number}});
             out.raw("        return(RET_SERVICE_NOT_INITIALIZED);\n"
                     "    }\n");
         }
@@ -141,18 +146,21 @@ void writeEntryBody(Context &context)
     // Deliberate: not all lines, for one of unknown type has no function to call, and the program
     // would not link; held by tst_mixedc.
     for (const quint8 line : startedLines(context)) {
-        out.raw("    if (retVal == RET_OK) {\n");
-        out.raw(QString::fromLatin1(isRawOnly ? "        retVal = mpStackInit_line%1(%1);\n"
-                                              : "        retVal = mpStackInit_line%1(%1, NULL);\n")
-                    .arg(line));
-        out.raw("    }\n");
+        out.block(R"(
+    if (retVal == RET_OK) {
+        retVal = mpStackInit_line$line$($line$$options$);
     }
-    out.raw("    if (retVal == RET_OK) {\n"
-            "        retVal = mpStackInit_finish();\n"
-            "    };\n"
-            "    return(retVal);\n"
-            "};\n"
-            "\n");
+)",
+                  {{"line", line}, {"options", isRawOnly ? "" : ", NULL"}});
+    }
+    out.block(R"(
+    if (retVal == RET_OK) {
+        retVal = mpStackInit_finish();
+    };
+    return(retVal);
+};
+
+)");
 }
 
 void writeCommonHead(Context &context)
@@ -163,9 +171,12 @@ void writeCommonHead(Context &context)
         out.raw(context.of(kCommonParameters));
         writeModesParameter(context, ",\n         BOOL_T *pModes");
     }
-    out.raw("\n    )\n"
-            "{\n"
-            "    RET_T retVal = RET_OK;\n");
+    out.block(R"(
+
+    )
+{
+    RET_T retVal = RET_OK;
+)");
 }
 
 // --- Structures ---
@@ -214,9 +225,11 @@ void writeRawValues(Context &context)
                   "u,\n");
     else
         out.parts("\t3u,\n", context.of(kBufferCounts));
-    out.raw("\t{ RAWCAN_RECEIVE_COUNTS },\n"
-            "\t{ RAWCAN_TRANSMIT_COUNTS }\n"
-            "};\n");
+    out.block(R"(
+	{ RAWCAN_RECEIVE_COUNTS },
+	{ RAWCAN_TRANSMIT_COUNTS }
+};
+)");
     if (!isNew)
         out.raw("\n");
 }
@@ -307,9 +320,11 @@ void writeLoadParameters(Context &context)
     writeLoadParameterBlock(
         context.objDict, {"        return (retVal);\n", "        return RET_INVALID_PARAMETER;\n"});
     if (isForeign)
-        out.raw("#else /* CANOPEN_SUPPORTED */\n"
-                "    (void) pLoadFunction;\n"
-                "#endif /* CANOPEN_SUPPORTED */\n");
+        out.block(R"(
+#else /* CANOPEN_SUPPORTED */
+    (void) pLoadFunction;
+#endif /* CANOPEN_SUPPORTED */
+)");
     out.raw("\n");
 }
 
@@ -325,10 +340,12 @@ void writeCommonFunction(Context &context)
     out.parts(udsCommonText(context.objDict), "\n");
     if (!context.facts.isRawOnly())
         writeLoadParameters(context);
-    out.raw("    return(retVal);\n"
-            "};\n"
-            "\n"
-            "\n");
+    out.block(R"(
+    return(retVal);
+};
+
+
+)");
 }
 
 // --- A single line ---
@@ -345,9 +362,11 @@ void writeSingleProtocol(Context &context)
     out.raw("    commonInitVars.protocolType[0] = *pProtType;\n");
     // Deliberate: an application that has no modes to tell gives none, held by tst_mixedc.
     if (context.objDict.form.canFd)
-        out.raw("    if (pModes != NULL) {\n"
-                "        commonInitVars.fdMode[0] = *pModes;\n"
-                "    }\n");
+        out.block(R"(
+    if (pModes != NULL) {
+        commonInitVars.fdMode[0] = *pModes;
+    }
+)");
     out.raw("\n");
 }
 

@@ -43,11 +43,14 @@ Role readRole(const Context &context, quint8 line)
 void writeLineHead(Context &context, quint8 line, const char *variable)
 {
     TextWriter &out = context.out;
-    out.parts("RET_T mpStackInit_line", quint32(line), "(\n");
-    out.raw("\tUNSIGNED8 canLine,\n"
-            "\tCO_INIT_OPTION_T *pCoOptions\n"
-            "    )\n"
-            "{\n");
+    out.block(R"(
+RET_T mpStackInit_line$line$(
+	UNSIGNED8 canLine,
+	CO_INIT_OPTION_T *pCoOptions
+    )
+{
+)",
+              {{"line", line}});
     // Deliberate: compilers warn of a parameter that is not used, held by tst_mixedc.
     out.parts(variable, "    (void) pCoOptions; /* currently unused */\n\n");
 }
@@ -59,11 +62,14 @@ void writeRawLineHead(Context &context, quint8 line)
         writeLineHead(context, line, "RET_T retVal;\n");
         return;
     }
-    out.parts("RET_T mpStackInit_line", quint32(line), "(\n");
-    out.raw("\tUNSIGNED8 canLine\n"
-            "    )\n"
-            "{\n"
-            "RET_T retVal;\n");
+    out.block(R"(
+RET_T mpStackInit_line$line$(
+	UNSIGNED8 canLine
+    )
+{
+RET_T retVal;
+)",
+              {{"line", line}});
 }
 
 /// \a offset as for ObjDict::writeOdInitCall().
@@ -85,12 +91,15 @@ void writeFirstSdoServer(Context &context, const CallForm &form)
         writeClassicSdoServer(context, form);
         return;
     }
-    context.out.raw("    /* initialize usdo server(s) */\n"
-                    "    retVal = coUsdoServerInit(canLine);\n"
-                    "    if (retVal != RET_OK) {\n"
-                    "       return(retVal);\n"
-                    "    }\n");
-    context.out.parts("    ", context.objDict.dialect.watchdogMacro, "\n");
+    context.out.block(R"(
+    /* initialize usdo server(s) */
+    retVal = coUsdoServerInit(canLine);
+    if (retVal != RET_OK) {
+       return(retVal);
+    }
+    $watchdog$
+)",
+                      {{"watchdog", context.objDict.dialect.watchdogMacro}});
 }
 
 void writeLss(Context &context, const Role &role)

@@ -36,24 +36,20 @@ QString indented(const QString &text)
     return result;
 }
 
-/// The arguments behind the line: rows of the line, and its subindices.
-QString dictionaryCounts(const Context &context, const char *format)
-{
-    const quint8 line = context.objDict.form.singleLine;
-    return QString::fromLatin1(format).arg(QString::number(countAssignRows(context.objDict, line)),
-                                           QString::number(countSubIndices(context.objDict, line)));
-}
-
-void writeCANopenStart(ObjDict::Context &objDict, const QString &dictionaryCall)
+void writeCANopenStart(ObjDict::Context &objDict)
 {
     TextWriter &out = objDict.out;
     out.raw("  /* variable initialization */\n"
             "    retVal = coCanOpenStackVarInit(&serviceInitVars);\n");
     addRetValHandling(objDict, 0);
-    out.raw("\n"
-            "    /* initialize object dictionary variables and pointers */\n");
-    out.raw(dictionaryCall);
-    out.raw("\n");
+    out.block(R"(
+
+    /* initialize object dictionary variables and pointers */
+    coOdInitOdPtr(&od_assign[0], $rows$, &od_description[0], $subs$, NULL, &od_data_variables);
+
+)",
+              {{"rows", countAssignRows(objDict, objDict.form.singleLine)},
+               {"subs", countSubIndices(objDict, objDict.form.singleLine)}});
     // Deliberate: UDS is started before, once for both protocols; held by tst_mixedc.
     initServices(objDict, {objDict.form.singleLine, false});
 }
@@ -68,9 +64,7 @@ void generateCANopenInBothSl(Context &context)
         ObjDict::Context inner{outer.store,     out,        outer.dialect,
                                outer.settings,  outer.form, outer.positions,
                                outer.rpdoTables};
-        writeCANopenStart(inner, dictionaryCounts(context, "    coOdInitOdPtr(&od_assign[0], %1, "
-                                                           "&od_description[0], %2, NULL, "
-                                                           "&od_data_variables);\n"));
+        writeCANopenStart(inner);
     }
     context.out.raw(indented(QString::fromUtf8(buffer.data())));
 }
@@ -87,54 +81,69 @@ void generateJ1939InBothSl(Context &context)
     writeWatchdog(context);
     if (!context.facts.hasCiA510)
         return;
-    out.raw("# ifdef CANOPEN_SUPPORTED\n"
-            "#  ifdef J1939_CAM11_CAM21_SUPPORTED\n");
-    out.raw(context.of(kWithoutCANopenTest));
-    out.raw("\t\t/* init CANopen OD if CANopen is not active */\n"
-            "\t\ticoOdAccessVarInit();\n");
-    out.raw(dictionaryCounts(context, "        coOdInitOdPtr(&od_assign[0], %1, od_description, "
-                                      "%2, NULL, &od_data_variables);\n"));
-    out.parts("        ", context.objDict.dialect.watchdogMacro, "\n");
-    out.raw("\t}\n"
-            "#  endif /*J1939_CAM11_CAM21_SUPPORTED */\n"
-            "# endif /* CANOPEN_SUPPORTED */\n");
+    const quint8 line = context.objDict.form.singleLine;
+    out.block(R"(
+# ifdef CANOPEN_SUPPORTED
+#  ifdef J1939_CAM11_CAM21_SUPPORTED
+$test$		/* init CANopen OD if CANopen is not active */
+		icoOdAccessVarInit();
+        coOdInitOdPtr(&od_assign[0], $rows$, od_description, $subs$, NULL, &od_data_variables);
+        $watchdog$
+	}
+#  endif /*J1939_CAM11_CAM21_SUPPORTED */
+# endif /* CANOPEN_SUPPORTED */
+)",
+              {{"test", context.of(kWithoutCANopenTest)},
+               {"rows", countAssignRows(context.objDict, line)},
+               {"subs", countSubIndices(context.objDict, line)},
+               {"watchdog", context.objDict.dialect.watchdogMacro}});
 }
 
 } // namespace
 
 void MultiPro::writeRawStart(Context &context)
 {
-    context.out.raw("\n"
-                    "    retVal = rawcanStackInit_common(&rawcanInitVars);\n"
-                    "    if (retVal != RET_OK) {\n"
-                    "        return(retVal);\n"
-                    "    }\n"
-                    "    retVal = rawcanStackInit_line(&rawcanConfig);\n"
-                    "    if (retVal != RET_OK) {\n"
-                    "        return(retVal);\n"
-                    "    }\n");
+    context.out.block(R"(
+
+    retVal = rawcanStackInit_common(&rawcanInitVars);
+    if (retVal != RET_OK) {
+        return(retVal);
+    }
+    retVal = rawcanStackInit_line(&rawcanConfig);
+    if (retVal != RET_OK) {
+        return(retVal);
+    }
+)");
 }
 
 void MultiPro::writeBothStart(Context &context)
 {
     TextWriter &out = context.out;
-    out.raw("\n"
-            "    protType = *pProtType;\n"
-            "\n    /* initialize CANopen if requested */\n");
+    out.block(R"(
+
+    protType = *pProtType;
+
+    /* initialize CANopen if requested */
+)");
     out.raw(context.of(kCANopenTest));
     out.raw("#ifdef CANOPEN_SUPPORTED\n");
     generateCANopenInBothSl(context);
-    out.raw("#else /* CANOPEN_SUPPORTED */\n"
-            "        return(RET_SERVICE_NOT_INITIALIZED);\n"
-            "#endif /* CANOPEN_SUPPORTED */\n"
-            "    }\n"
-            "\n    /* initialize J1939 if requested */\n");
+    out.block(R"(
+#else /* CANOPEN_SUPPORTED */
+        return(RET_SERVICE_NOT_INITIALIZED);
+#endif /* CANOPEN_SUPPORTED */
+    }
+
+    /* initialize J1939 if requested */
+)");
     out.raw(context.of(kJ1939Test));
     out.raw("#ifdef J1939_SUPPORTED\n");
     generateJ1939InBothSl(context);
-    out.raw("#else /* J1939_SUPPORTED */\n"
-            "        return(RET_SERVICE_NOT_INITIALIZED);\n"
-            "#endif /* J1939_SUPPORTED */\n"
-            "    }\n"
-            "\n");
+    out.block(R"(
+#else /* J1939_SUPPORTED */
+        return(RET_SERVICE_NOT_INITIALIZED);
+#endif /* J1939_SUPPORTED */
+    }
+
+)");
 }

@@ -19,43 +19,43 @@ using Type = CAN::CANopenDataType;
 // Row order is the order of ValueClass.
 // clang-format off
 constexpr ClassRow kClasses[] = {
-    {ValueClass::U8, NumberKind::Unsigned, 8, Type::Unknown, "\t(UNSIGNED8)%1u", ",\n",
-     "static UNSIGNED8 %1\tod_u8[", "static %1 UNSIGNED8 %2\tod_const_u8[",
-     "static UNSIGNED8 %1 * %2 \tod_ptr_u8[", "od_u8", "od_const_u8"},
-    {ValueClass::U16, NumberKind::Unsigned, 16, Type::Unknown, "\t(UNSIGNED16)%1u", ",\n",
-     "static UNSIGNED16 %1\tod_u16[", "static %1 UNSIGNED16 %2\tod_const_u16[",
-     "static UNSIGNED16 %1 * %2 \tod_ptr_u16[", "od_u16", "od_const_u16"},
-    {ValueClass::U24, NumberKind::Unsigned, 24, Type::Unsigned24, "\t%1", ",\n",
-     "static UNSIGNED24 %1\tod_u24[", "static %1 UNSIGNED24 %2\tod_const_u24[",
-     "static UNSIGNED24 %1 * %2 \tod_ptr_u24[", "od_u24", "od_const_u24"},
-    {ValueClass::U32, NumberKind::Unsigned, 32, Type::Unknown, "\t(UNSIGNED32)%1UL", ",\n",
-     "static UNSIGNED32 %1\tod_u32[", "static %1 UNSIGNED32 %2\tod_const_u32[",
-     "static UNSIGNED32 %1 * %2 \tod_ptr_u32[", "od_u32", "od_const_u32"},
-    {ValueClass::U40, NumberKind::Unsigned, 40, Type::Unsigned40, "\t%1", ",\n",
-     "static UNSIGNED40 %1\tod_u40[", "static %1 UNSIGNED40 %2\tod_const_u40[",
-     "static UNSIGNED40 %1 * %2 \tod_ptr_u40[", "od_u40", "od_const_u40"},
-    {ValueClass::U48, NumberKind::Unsigned, 48, Type::Unsigned48, "\t%1", ",\n",
-     "static UNSIGNED48 %1\tod_u48[", "static %1 UNSIGNED48 %2\tod_const_u48[",
-     "static UNSIGNED48 %1 * %2 \tod_ptr_u48[", "od_u48", "od_const_u48"},
-    {ValueClass::U64, NumberKind::Unsigned, 64, Type::Unsigned64, "\t%1", ",\n",
-     "static UNSIGNED64 %1\tod_u64[", "static %1 UNSIGNED64 %2\tod_const_u64[",
-     "static UNSIGNED64 %1 * %2 \tod_ptr_u64[", "od_u64", "od_const_u64"},
-    {ValueClass::I8, NumberKind::Signed, 8, Type::Unknown, "\t(INTEGER8)%1", ",\n",
-     "static INTEGER8  %1\tod_i8[", "static %1 INTEGER8 %2\tod_const_i8[",
-     "static INTEGER8  %1 * %2 \tod_ptr_i8[", "od_i8", "od_const_i8"},
-    {ValueClass::I16, NumberKind::Signed, 16, Type::Unknown, "\t(INTEGER16)%1", ",\n",
-     "static INTEGER16 %1\tod_i16[", "static %1 INTEGER16 %2\tod_const_i16[",
-     "static INTEGER16 %1 * %2 \tod_ptr_i16[", "od_i16", "od_const_i16"},
-    {ValueClass::I24, NumberKind::Signed, 24, Type::Integer24, "\t%1", ",\n",
-     "static INTEGER24 %1\tod_i24[", "static %1 INTEGER24 %2\tod_const_i24[",
-     "static INTEGER24 %1 * %2 \tod_ptr_i24[", "od_i24", "od_const_i24"},
+    {ValueClass::U8, NumberKind::Unsigned, 8, Type::Unknown, "\t(UNSIGNED8)", "u", ",\n",
+     "static UNSIGNED8 $storage$\tod_u8[", "static $const$ UNSIGNED8 $storage$\tod_const_u8[",
+     "static UNSIGNED8 $storage$ * $const$ \tod_ptr_u8[", "od_u8", "od_const_u8"},
+    {ValueClass::U16, NumberKind::Unsigned, 16, Type::Unknown, "\t(UNSIGNED16)", "u", ",\n",
+     "static UNSIGNED16 $storage$\tod_u16[", "static $const$ UNSIGNED16 $storage$\tod_const_u16[",
+     "static UNSIGNED16 $storage$ * $const$ \tod_ptr_u16[", "od_u16", "od_const_u16"},
+    {ValueClass::U24, NumberKind::Unsigned, 24, Type::Unsigned24, "\t", "", ",\n",
+     "static UNSIGNED24 $storage$\tod_u24[", "static $const$ UNSIGNED24 $storage$\tod_const_u24[",
+     "static UNSIGNED24 $storage$ * $const$ \tod_ptr_u24[", "od_u24", "od_const_u24"},
+    {ValueClass::U32, NumberKind::Unsigned, 32, Type::Unknown, "\t(UNSIGNED32)", "UL", ",\n",
+     "static UNSIGNED32 $storage$\tod_u32[", "static $const$ UNSIGNED32 $storage$\tod_const_u32[",
+     "static UNSIGNED32 $storage$ * $const$ \tod_ptr_u32[", "od_u32", "od_const_u32"},
+    {ValueClass::U40, NumberKind::Unsigned, 40, Type::Unsigned40, "\t", "", ",\n",
+     "static UNSIGNED40 $storage$\tod_u40[", "static $const$ UNSIGNED40 $storage$\tod_const_u40[",
+     "static UNSIGNED40 $storage$ * $const$ \tod_ptr_u40[", "od_u40", "od_const_u40"},
+    {ValueClass::U48, NumberKind::Unsigned, 48, Type::Unsigned48, "\t", "", ",\n",
+     "static UNSIGNED48 $storage$\tod_u48[", "static $const$ UNSIGNED48 $storage$\tod_const_u48[",
+     "static UNSIGNED48 $storage$ * $const$ \tod_ptr_u48[", "od_u48", "od_const_u48"},
+    {ValueClass::U64, NumberKind::Unsigned, 64, Type::Unsigned64, "\t", "", ",\n",
+     "static UNSIGNED64 $storage$\tod_u64[", "static $const$ UNSIGNED64 $storage$\tod_const_u64[",
+     "static UNSIGNED64 $storage$ * $const$ \tod_ptr_u64[", "od_u64", "od_const_u64"},
+    {ValueClass::I8, NumberKind::Signed, 8, Type::Unknown, "\t(INTEGER8)", "", ",\n",
+     "static INTEGER8  $storage$\tod_i8[", "static $const$ INTEGER8 $storage$\tod_const_i8[",
+     "static INTEGER8  $storage$ * $const$ \tod_ptr_i8[", "od_i8", "od_const_i8"},
+    {ValueClass::I16, NumberKind::Signed, 16, Type::Unknown, "\t(INTEGER16)", "", ",\n",
+     "static INTEGER16 $storage$\tod_i16[", "static $const$ INTEGER16 $storage$\tod_const_i16[",
+     "static INTEGER16 $storage$ * $const$ \tod_ptr_i16[", "od_i16", "od_const_i16"},
+    {ValueClass::I24, NumberKind::Signed, 24, Type::Integer24, "\t", "", ",\n",
+     "static INTEGER24 $storage$\tod_i24[", "static $const$ INTEGER24 $storage$\tod_const_i24[",
+     "static INTEGER24 $storage$ * $const$ \tod_ptr_i24[", "od_i24", "od_const_i24"},
     // Deliberate: the blank behind the line end of variables, held by tst_golden.
-    {ValueClass::I32, NumberKind::Signed, 32, Type::Unknown, "\t(INTEGER32)%1L", ",\n ",
-     "static INTEGER32 %1\tod_i32[", "static %1 INTEGER32 %2\tod_const_i32[",
-     "static INTEGER32 %1 * %2 \tod_ptr_i32[", "od_i32", "od_const_i32"},
-    {ValueClass::R32, NumberKind::Real, 32, Type::Unknown, "\t(REAL32)%1f", ",\n",
-     "static REAL32 %1\tod_r32[", "static %1 REAL32 %2\tod_const_r32[",
-     "static REAL32 %1 * %2 \tod_ptr_r32[", "od_r32", "od_const_r32"},
+    {ValueClass::I32, NumberKind::Signed, 32, Type::Unknown, "\t(INTEGER32)", "L", ",\n ",
+     "static INTEGER32 $storage$\tod_i32[", "static $const$ INTEGER32 $storage$\tod_const_i32[",
+     "static INTEGER32 $storage$ * $const$ \tod_ptr_i32[", "od_i32", "od_const_i32"},
+    {ValueClass::R32, NumberKind::Real, 32, Type::Unknown, "\t(REAL32)", "f", ",\n",
+     "static REAL32 $storage$\tod_r32[", "static $const$ REAL32 $storage$\tod_const_r32[",
+     "static REAL32 $storage$ * $const$ \tod_ptr_r32[", "od_r32", "od_const_r32"},
 };
 // clang-format on
 
@@ -138,7 +138,7 @@ QString ObjDict::elementText(ValueClass valueClass, quint64 value, int realDigit
         text = QString::number(double(floatOf(value)), 'f', realDigits);
     else
         text = row.kind == NumberKind::Signed ? QString::number(asSigned) : QString::number(value);
-    return QString::fromLatin1(row.element).arg(text);
+    return QLatin1String(row.start) + text + QLatin1String(row.end);
 }
 
 void ObjDict::writeEntries(TextWriter &out, const QStringList &entries, const char *separator)

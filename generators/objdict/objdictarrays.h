@@ -15,12 +15,13 @@ struct ClassRow {
     NumberKind kind;
     int bits;
     CAN::CANopenDataType byteWiseType; ///< Unknown for a class with a native C type
-    const char *element;               ///< with %1 for the value
+    const char *start;                 ///< before a value
+    const char *end;                   ///< after it
     const char *separator;             ///< between variables; constants have kSeparator
-    const char *managed;               ///< declaration, %1 is the storage class
-    const char *constants;   ///< declaration, %1 is the constant macro, %2 its storage class
-    const char *pointers;    ///< declaration, %1 is the constants' storage class, %2 the macro
-    const char *managedName; ///< array's name
+    const char *managed;               ///< declaration, with $storage$
+    const char *constants;             ///< declaration, with $const$ and its $storage$
+    const char *pointers;              ///< declaration, with those of constants
+    const char *managedName;           ///< array's name
     const char *constantName;
 };
 

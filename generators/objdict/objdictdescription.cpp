@@ -145,7 +145,7 @@ bool hasAssignment(const Context &context, quint8 line, quint16 index)
     return !context.store.getSubIndexData(line, index, 0, data) || data.implementation != kVirtual;
 }
 
-QString assignIndex(const Context &context, quint8 line, quint16 index)
+void assignIndex(Context &context, quint8 line, quint16 index)
 {
     ObjectDataBase::INDEX_DATA_T object;
     (void)context.store.getIndexData(line, index, object); // listed, so it exists
@@ -159,7 +159,7 @@ QString assignIndex(const Context &context, quint8 line, quint16 index)
     row.highestSub = subs.isEmpty() ? 0 : subs.last();
     row.objectType = objectTypeWord(object.objectCode, subs.size());
     row.firstRow = place.count == 0 ? 0 : place.first;
-    return assignText(row);
+    writeAssignment(context.out, row);
 }
 
 /// Calls visit(line, index) for each object of the form's lines until it gives true; gives that.
@@ -180,9 +180,9 @@ bool visitObjects(const Context &context, Visitor visit)
 void writeTableStart(Context &context, const char *withRows, const char *withoutRows, bool hasRows)
 {
     // Deliberate: the form without rows, held by tst_golden.
-    context.out.raw(QString::fromLatin1(hasRows ? withRows : withoutRows)
-                        .arg(QLatin1String(context.dialect.constMacro),
-                             QLatin1String(context.dialect.constStorageMacro)));
+    context.out.fill(
+        hasRows ? withRows : withoutRows,
+        {{"const", context.dialect.constMacro}, {"storage", context.dialect.constStorageMacro}});
 }
 
 } // namespace
@@ -217,8 +217,9 @@ void ObjDict::describeObjects(Context &context)
         return countDescribed(context, line, index) > 0;
     });
     context.out.raw("\n/* description of the objects */\n");
-    writeTableStart(context, "%1 CO_OBJECT_DESC_T %2 od_description[CO_OBJ_DESC_CNT] = {\n",
-                    "%1 CO_OBJECT_DESC_T %2 od_description[1] = {\n\t{ 0 }\n", hasRows);
+    writeTableStart(context,
+                    "$const$ CO_OBJECT_DESC_T $storage$ od_description[CO_OBJ_DESC_CNT] = {\n",
+                    "$const$ CO_OBJECT_DESC_T $storage$ od_description[1] = {\n\t{ 0 }\n", hasRows);
     quint32 row = 0;
     visitObjects(context, [&](quint8 line, quint16 index) {
         row += describeObject(context, line, index, row);
@@ -235,12 +236,12 @@ void ObjDict::assignObjects(Context &context)
         return hasAssignment(context, line, index);
     };
     context.out.raw("\n/* object dictionary assignment */\n");
-    writeTableStart(context, "%1 CO_OD_ASSIGN_T %2 od_assign[CO_OD_ASSIGN_CNT] = {\n",
-                    "%1 CO_OD_ASSIGN_T %2 od_assign[1] = {\n\t{ 0 }\n",
+    writeTableStart(context, "$const$ CO_OD_ASSIGN_T $storage$ od_assign[CO_OD_ASSIGN_CNT] = {\n",
+                    "$const$ CO_OD_ASSIGN_T $storage$ od_assign[1] = {\n\t{ 0 }\n",
                     visitObjects(context, isAssigned));
     visitObjects(context, [&](quint8 line, quint16 index) {
         if (isAssigned(line, index))
-            context.out.raw(assignIndex(context, line, index));
+            assignIndex(context, line, index);
         return false;
     });
     context.out.raw("};\n");
@@ -325,10 +326,8 @@ void ObjDict::writeDescriptionEnd(Context &context, quint8 line, quint16 index, 
     context.out.parts("0x", Numbers::toHex(index, 4), ":", sub, "*/ \n");
 }
 
-QString ObjDict::assignText(const AssignRow &row)
+void ObjDict::writeAssignment(TextWriter &out, const AssignRow &row)
 {
-    return QStringLiteral("\t{ 0x%1u, %2u, %3u, %4, %5u },\n")
-        .arg(Numbers::toHex(row.index, 4), QString::number(row.rows),
-             QString::number(row.highestSub), QLatin1String(row.objectType),
-             QString::number(row.firstRow));
+    out.parts("\t{ 0x", Numbers::toHex(row.index, 4), "u, ", quint32(row.rows), "u, ",
+              quint32(row.highestSub), "u, ", row.objectType, ", ", row.firstRow, "u },\n");
 }

@@ -48,6 +48,6 @@ struct AssignRow {
     const char *objectType = "";
     quint32 firstRow = 0;
 };
-QString assignText(const AssignRow &row);
+void writeAssignment(TextWriter &out, const AssignRow &row);
 
 } // namespace ObjDict

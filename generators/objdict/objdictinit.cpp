@@ -30,24 +30,27 @@ qint32 readMasterSetting(const Context &context)
 void writeHead(Context &context)
 {
     TextWriter &out = context.out;
-    out.raw("\n");
     if (isMasterByOptions(context)) {
-        out.raw("RET_T coCanOpenStackInitPara(\n"
-                "         CO_EVENT_STORE_T pLoadFunction,\n"
-                "         CO_INIT_OPTION_T *pCoOptions\n");
-        if (context.form.canFd)
-            out.raw("         , BOOL_T *pModes\n");
-    } else if (context.form.canFd) {
-        out.raw("RET_T coCanOpenStackInit(\n"
-                "         CO_EVENT_STORE_T pLoadFunction,\n"
-                "         BOOL_T *pModes\n");
+        out.block(R"(
+
+RET_T coCanOpenStackInitPara(
+         CO_EVENT_STORE_T pLoadFunction,
+         CO_INIT_OPTION_T *pCoOptions
+$modes$)",
+                  {{"modes", context.form.canFd ? "         , BOOL_T *pModes\n" : ""}});
     } else {
-        out.raw("RET_T coCanOpenStackInit(\n"
-                "         CO_EVENT_STORE_T pLoadFunction\n");
+        out.block(R"(
+
+RET_T coCanOpenStackInit(
+         CO_EVENT_STORE_T pLoadFunction$modes$
+)",
+                  {{"modes", context.form.canFd ? ",\n         BOOL_T *pModes" : ""}});
     }
-    out.raw("    )\n"
-            "{\n"
-            "    RET_T retVal;\n");
+    out.block(R"(
+    )
+{
+    RET_T retVal;
+)");
 }
 
 void writeInitStructures(Context &context)
@@ -60,28 +63,31 @@ void writeInitStructures(Context &context)
     out.raw("\n");
     if (!context.form.canFd)
         return;
-    out.raw("    if (pModes != NULL) {\n");
-    out.raw(QStringLiteral("        %1 = pModes[0];\n").arg(QLatin1String(modeOfLine(context))));
-    out.raw("    }\n");
+    out.block(R"(
+    if (pModes != NULL) {
+        $mode$ = pModes[0];
+    }
+)",
+              {{"mode", modeOfLine(context)}});
 }
 
 void writeCommonStart(Context &context)
 {
     TextWriter &out = context.out;
     if (hasNewInitStructure(context)) {
-        out.raw("    /* common initialization */\n");
-        out.raw(context.dialect.commonStart);
+        out.parts("    /* common initialization */\n", context.dialect.commonStart);
         addRetValHandling(context, 0);
     }
     out.raw(udsCommonText(context));
     out.raw("    /* variable initialization */\n"
             "    retVal = coCanOpenStackVarInit(&serviceInitVars);\n");
     addRetValHandling(context, 0);
-    out.raw("\n"
-            "    /* initialize object dictionary variables and pointers */\n"
-            "    coOdInitOdPtr(&od_assign[0], CO_OD_ASSIGN_CNT, &od_description[0], "
-            "CO_OBJ_DESC_CNT, NULL, &od_data_variables);\n"
-            "\n");
+    out.block(R"(
+
+    /* initialize object dictionary variables and pointers */
+    coOdInitOdPtr(&od_assign[0], CO_OD_ASSIGN_CNT, &od_description[0], CO_OBJ_DESC_CNT, NULL, &od_data_variables);
+
+)");
 }
 
 void writeFirstSdoServer(Context &context)
@@ -93,20 +99,23 @@ void writeFirstSdoServer(Context &context)
         addRetValHandling(context, 0);
         return;
     }
-    out.raw("    /* initialize (u)sdo server(s) */\n");
-    out.raw(QStringLiteral("    if (%1 == CO_TRUE) {\n").arg(QLatin1String(modeOfLine(context))));
-    out.raw("       retVal = coUsdoServerInit();\n"
-            "       if (retVal != RET_OK) {\n"
-            "           return(retVal);\n"
-            "       }\n"
-            "#ifdef CO_SDO_SERVER_CNT\n"
-            "    } else {\n"
-            "        retVal = coSdoServerInit(1);\n"
-            "       if (retVal != RET_OK) {\n"
-            "           return(retVal);\n"
-            "       }\n"
-            "#endif /* CO_SDO_SERVER_CNT */\n"
-            "    }\n");
+    out.block(R"(
+    /* initialize (u)sdo server(s) */
+    if ($mode$ == CO_TRUE) {
+       retVal = coUsdoServerInit();
+       if (retVal != RET_OK) {
+           return(retVal);
+       }
+#ifdef CO_SDO_SERVER_CNT
+    } else {
+        retVal = coSdoServerInit(1);
+       if (retVal != RET_OK) {
+           return(retVal);
+       }
+#endif /* CO_SDO_SERVER_CNT */
+    }
+)",
+              {{"mode", modeOfLine(context)}});
 }
 
 /// A comment and a call of NMT or LSS, with its check.
@@ -138,9 +147,11 @@ void writeStep(Context &context, const CallForm &form, const RoleStep &step, int
 void writeDynamicRole(Context &context, const CallForm &form, bool hasLss)
 {
     TextWriter &out = context.out;
-    out.raw("\n"
-            "    /* Check dynamic options for master flag */\n"
-            "    if (pCoOptions->master == 1) {\n");
+    out.block(R"(
+
+    /* Check dynamic options for master flag */
+    if (pCoOptions->master == 1) {
+)");
     if (hasLss)
         writeStep(context, form, kDynamicLssMaster, 4);
     writeStep(context, form, kDynamicNmtMaster, 4);
@@ -203,11 +214,10 @@ void writeOdInitCall(Context &context, const char *call, quint8 line, int &offse
 {
     const int rows = countAssignRows(context, line);
     context.out.raw(call);
-    context.out.raw(QStringLiteral("canLine, &od_assign[%1], %2, od_description, %3, NULL, "
-                                   "&od_data_variables);\n")
-                        .arg(offset)
-                        .arg(rows)
-                        .arg(countSubIndices(context, line)));
+    context.out.fill(
+        "canLine, &od_assign[$offset$], $rows$, od_description, $subs$, NULL, "
+        "&od_data_variables);\n",
+        {{"offset", offset}, {"rows", rows}, {"subs", countSubIndices(context, line)}});
     offset += rows;
 }
 
@@ -217,34 +227,41 @@ void initCamod(Context &context)
     out.raw("\n");
     // The J1939 stack knows no forced multi-line form: lines are counted here.
     if (readProjectLines(context.store).numbers.size() < 2) {
-        out.raw("RET_T\tj1939OdInit(void)\n"
-                "{\n"
-                "\tcoOdInitOdPtr(&od_assign[0], CO_OD_ASSIGN_CNT, &od_description[0], "
-                "CO_OBJ_DESC_CNT, NULL, &od_data_variables);\n"
-                "\n\treturn(RET_OK);\n"
-                "}\n");
+        out.block(R"(
+RET_T	j1939OdInit(void)
+{
+	coOdInitOdPtr(&od_assign[0], CO_OD_ASSIGN_CNT, &od_description[0], CO_OBJ_DESC_CNT, NULL, &od_data_variables);
+
+	return(RET_OK);
+}
+)");
         return;
     }
-    out.raw("RET_T\tj1939OdInit(\n"
-            "\tUNSIGNED8 canLine\n"
-            ")\n"
-            "{\n"
-            "\tswitch (canLine) {\n");
+    out.block(R"(
+RET_T	j1939OdInit(
+	UNSIGNED8 canLine
+)
+{
+	switch (canLine) {
+)");
     // Deliberate: virtual objects are left out of the rows, as they are of the table, so that each
     // line begins at its own; held by tst_generatedc.
     int offset = 0;
     for (const quint8 line : qAsConst(context.form.lines)) {
-        out.raw(QStringLiteral("\t\tcase %1:\n").arg(line));
-        out.raw("\t\t/* initialize object dictionary variables and pointers */\n");
+        out.fill("\t\tcase $line$:\n"
+                 "\t\t/* initialize object dictionary variables and pointers */\n",
+                 {{"line", line}});
         writeOdInitCall(context, "\t\tcoOdInitOdPtr(", line, offset);
         out.raw("\n"
                 "\t\tbreak;\n");
     }
-    out.raw("\tdefault:\n"
-            "\tbreak;\n"
-            "\t}\n"
-            "\treturn(RET_OK);\n"
-            "}\n");
+    out.block(R"(
+	default:
+	break;
+	}
+	return(RET_OK);
+}
+)");
 }
 
 } // namespace ObjDict

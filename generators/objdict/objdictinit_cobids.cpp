@@ -91,17 +91,24 @@ void writeCobId(Context &context, quint8 line, const Words &words, quint16 index
     // held by tst_generatedc.
     const QString offset = offsetToNodeId(context, line, index, sub);
     if (!offset.isEmpty()) {
-        out.raw(words.addNodeId);
-        out.raw(offset + QLatin1String(";\n"));
-        out.raw(QStringLiteral("\tret = coOdSetCobid(%1%2, cobId);\n").arg(words.line, place));
-        out.raw("\n");
+        out.block(R"(
+$addNodeId$$offset$;
+	ret = coOdSetCobid($line$$place$, cobId);
+
+)",
+                  {{"addNodeId", words.addNodeId},
+                   {"offset", offset},
+                   {"line", words.line},
+                   {"place", place}});
         return;
     }
-    out.raw(
-        QStringLiteral("\tret = coOdGetDefaultVal_u32(%1%2, &cobId);\n").arg(words.line, place));
-    out.raw("\tif (ret == RET_OK) {\n");
-    out.raw(QStringLiteral("\t\tret = coOdSetCobid(%1%2, cobId);\n").arg(words.line, place));
-    out.raw("\t}\n");
+    out.block(R"(
+	ret = coOdGetDefaultVal_u32($line$$place$, &cobId);
+	if (ret == RET_OK) {
+		ret = coOdSetCobid($line$$place$, cobId);
+	}
+)",
+              {{"line", words.line}, {"place", place}});
 }
 
 void writeRange(Context &context, quint8 line, const Words &words, const CobIdRange &range)
@@ -121,14 +128,16 @@ void writeRange(Context &context, quint8 line, const Words &words, const CobIdRa
 void writeHead(Context &context, bool usesCobIds)
 {
     TextWriter &out = context.out;
-    out.raw("\n"
-            "/* Please be careful - this function overwrite the COB-ids of the\n"
-            "* predefined connection set with values setting up by the TSR\n"
-            "* It should to be called inside the load indication function.\n"
-            "*/\n"
-            "RET_T userOverwriteCobIdSettings(void)\n"
-            "{\n"
-            "\tRET_T ret = RET_OK;\n");
+    out.block(R"(
+
+/* Please be careful - this function overwrite the COB-ids of the
+* predefined connection set with values setting up by the TSR
+* It should to be called inside the load indication function.
+*/
+RET_T userOverwriteCobIdSettings(void)
+{
+	RET_T ret = RET_OK;
+)");
     if (usesCobIds)
         out.raw("\tUNSIGNED32 cobId = 0ul;\n");
 }
@@ -177,10 +186,10 @@ void overwriteMultiLine(Context &context)
     const bool withNodeId = onAnyLine(usesNodeId);
     for (const quint8 line : lines) {
         if (withNodeId)
-            context.out.raw(QStringLiteral("%1 = coNmtGetNodeId(%2);\n")
-                                .arg(line == lines.first() ? QStringLiteral("\tUNSIGNED8 nodeId")
-                                                           : QStringLiteral("\tnodeId"),
-                                     QString::number(line)));
+            context.out.fill(
+                "$variable$ = coNmtGetNodeId($line$);\n",
+                {{"variable", line == lines.first() ? "\tUNSIGNED8 nodeId" : "\tnodeId"},
+                 {"line", line}});
         const Words words = {QStringLiteral("%1, ").arg(line),
                              "\tcobId = (UNSIGNED32)nodeId + (UNSIGNED32)"};
         for (const CobIdRange &range : kMultiLine)

@@ -49,24 +49,23 @@ void writeLineTable(Context &context)
     TextWriter &out = context.out;
     out.raw("\nUNSIGNED8 canLineTable[CO_LINE_ARRAY_DECL] = {");
     for (const quint8 line : lines) {
-        out.raw(QString::number(line));
+        out.raw(quint32(line));
         if (line != lines.last() || hasGaps(lines))
             out.raw(", ");
     }
-    out.raw(" };"
-            "\n");
+    out.raw(" };\n");
 }
 
-void writeModesParameter(Context &context)
+/// The line of a function's parameter with the modes, if it has one.
+const char *modesParameter(const Context &context)
 {
-    if (context.form.canFd)
-        context.out.raw("         , BOOL_T *pModes\n");
+    return context.form.canFd ? "         , BOOL_T *pModes\n" : "";
 }
 
-/// The end of a call whose last argument may be the modes.
-const char *closeWithModes(const Context &context)
+/// The last argument of a call that hands them on.
+const char *modesArgument(const Context &context)
 {
-    return context.form.canFd ? ", pModes);\n" : ");\n";
+    return context.form.canFd ? ", pModes" : "";
 }
 
 /// Deliberate: where no line has a start-up function, what only those take is not used, and
@@ -74,24 +73,30 @@ const char *closeWithModes(const Context &context)
 void ignoreWithoutLines(Context &context, const char *name)
 {
     if (context.form.servedLines.isEmpty())
-        context.out.raw(QStringLiteral("    (void) %1;\n").arg(QLatin1String(name)));
+        context.out.fill("    (void) $name$;\n", {{"name", name}});
 }
 
 void writeEntryHead(Context &context)
 {
     TextWriter &out = context.out;
     if (isDynamic(context))
-        out.raw("RET_T coCanOpenStackInitPara(\n"
-                "         CO_EVENT_STORE_T pLoadFunction,\n"
-                "         CO_INIT_OPTION_T *pCoOptions\n");
+        out.block(R"(
+RET_T coCanOpenStackInitPara(
+         CO_EVENT_STORE_T pLoadFunction,
+         CO_INIT_OPTION_T *pCoOptions
+)");
     else
-        out.raw("RET_T coCanOpenStackInit(\n"
-                "         CO_EVENT_STORE_T pLoadFunction\n");
-    writeModesParameter(context);
-    out.raw("    )\n"
-            "{\n"
-            "    CO_INIT_OPTION_T *pCoInitOpt = NULL;\n"
-            "    RET_T retVal;\n");
+        out.block(R"(
+RET_T coCanOpenStackInit(
+         CO_EVENT_STORE_T pLoadFunction
+)");
+    out.block(R"(
+$modes$    )
+{
+    CO_INIT_OPTION_T *pCoInitOpt = NULL;
+    RET_T retVal;
+)",
+              {{"modes", modesParameter(context)}});
     ignoreWithoutLines(context, "pCoInitOpt");
     if (isDynamic(context))
         ignoreWithoutLines(context, "pCoOptions");
@@ -101,22 +106,23 @@ void writeEntryFunction(Context &context)
 {
     TextWriter &out = context.out;
     writeEntryHead(context);
-    out.raw("    retVal = coCanOpenStackInit_common(pLoadFunction");
-    out.raw(closeWithModes(context));
+    out.fill("    retVal = coCanOpenStackInit_common(pLoadFunction$modes$);\n",
+             {{"modes", modesArgument(context)}});
     for (const quint8 line : qAsConst(context.form.servedLines)) {
         out.raw("    if (retVal == RET_OK) {\n");
         if (isDynamic(context))
-            out.raw(QStringLiteral("        pCoInitOpt = &pCoOptions[%1];\n").arg(line));
-        out.raw(
-            QStringLiteral("        retVal = coCanOpenStackInit_line%1(%1, pCoInitOpt").arg(line));
-        out.raw(closeWithModes(context));
-        out.raw("    }\n");
+            out.fill("        pCoInitOpt = &pCoOptions[$line$];\n", {{"line", line}});
+        out.fill("        retVal = coCanOpenStackInit_line$line$($line$, pCoInitOpt$modes$);\n"
+                 "    }\n",
+                 {{"line", line}, {"modes", modesArgument(context)}});
     }
-    out.raw("    if (retVal == RET_OK) {\n"
-            "            retVal = coCanOpenStackInit_finish();\n"
-            "    }\n"
-            "    return(retVal);\n"
-            "}\n");
+    out.block(R"(
+    if (retVal == RET_OK) {
+            retVal = coCanOpenStackInit_finish();
+    }
+    return(retVal);
+}
+)");
 }
 
 /// Counts lines by place, while `pModes` has them by number. Deliberate: where numbers have gaps
@@ -124,34 +130,34 @@ void writeEntryFunction(Context &context)
 void writeModeLoop(Context &context)
 {
     const QList<quint8> lines = readProjectLines(context.store).numbers;
-    const QString modes = hasNewInitStructure(context)
-                              ? QStringLiteral("commonInitVars.fdMode[CO_LINE]")
-                              : QStringLiteral("serviceInitVars.fdMode[CO_LINE]");
-    TextWriter &out = context.out;
-    out.raw(QStringLiteral("    for (CO_LINE = 0; CO_LINE < %1; CO_LINE ++)\n")
-                .arg(QLatin1String(context.dialect.lineCountMacro)));
-    out.raw("    {\n");
-    out.raw(QStringLiteral("        %1 = CO_TRUE;\n").arg(modes));
-    out.raw("        if (pModes != NULL) {\n");
-    out.raw(hasGaps(lines)
-                ? QStringLiteral("            %1 = pModes[canLineTable[CO_LINE]];\n").arg(modes)
-                : QStringLiteral("            %1 = pModes[CO_LINE];\n").arg(modes));
-    out.raw("        }\n"
-            "    }\n");
+    context.out.block(R"(
+    for (CO_LINE = 0; CO_LINE < $lineCount$; CO_LINE ++)
+    {
+        $mode$ = CO_TRUE;
+        if (pModes != NULL) {
+            $mode$ = pModes[$line$];
+        }
+    }
+)",
+                      {{"lineCount", context.dialect.lineCountMacro},
+                       {"mode", hasNewInitStructure(context) ? "commonInitVars.fdMode[CO_LINE]"
+                                                             : "serviceInitVars.fdMode[CO_LINE]"},
+                       {"line", hasGaps(lines) ? "canLineTable[CO_LINE]" : "CO_LINE"}});
 }
 
 void writeCommonHead(Context &context)
 {
     TextWriter &out = context.out;
-    out.raw("RET_T coCanOpenStackInit_common(\n"
-            "         CO_EVENT_STORE_T pLoadFunction\n");
-    writeModesParameter(context);
-    out.raw("    )\n"
-            "{\n");
-    if (context.form.canFd)
-        out.raw("    CO_LINE_TYPE    CO_LINE;\n");
-    out.raw("    RET_T retVal = RET_OK;\n");
-    out.raw(commonInitVarsText(context));
+    out.block(R"(
+RET_T coCanOpenStackInit_common(
+         CO_EVENT_STORE_T pLoadFunction
+$modes$    )
+{
+$line$    RET_T retVal = RET_OK;
+$initVars$)",
+              {{"modes", modesParameter(context)},
+               {"line", context.form.canFd ? "    CO_LINE_TYPE    CO_LINE;\n" : ""},
+               {"initVars", commonInitVarsText(context)}});
     writeServiceInitVars(context, "    CO_SERVICE_INIT_VAL_T\tserviceInitVars = {\n", ",\n");
     out.raw("\n");
 }
@@ -163,53 +169,64 @@ void writeCommonFunction(Context &context)
     if (context.form.canFd)
         writeModeLoop(context);
     if (hasNewInitStructure(context)) {
-        out.raw("    /* common initialization */\n");
-        out.raw(context.dialect.commonStart);
-        out.raw("    if (retVal != RET_OK) {\n"
-                "        return (retVal);\n"
-                "    }\n"
-                "\n");
+        out.block(R"(
+    /* common initialization */
+$start$    if (retVal != RET_OK) {
+        return (retVal);
+    }
+
+)",
+                  {{"start", context.dialect.commonStart}});
     }
     out.raw(udsCommonText(context));
-    out.raw("    /* multi-line initialization */\n"
-            "    retVal = coCanOpenStackVarInit(&serviceInitVars);\n"
-            "    if (retVal != RET_OK) {\n"
-            "        return(retVal);\n"
-            "    }\n");
+    out.block(R"(
+    /* multi-line initialization */
+    retVal = coCanOpenStackVarInit(&serviceInitVars);
+    if (retVal != RET_OK) {
+        return(retVal);
+    }
+)");
     writeLoadParameterBlock(context);
-    out.raw("\n"
-            "    return(retVal);\n"
-            "}\n"
-            "\n");
+    out.block(R"(
+
+    return(retVal);
+}
+
+)");
 }
 
 void writeDispatcher(Context &context)
 {
     TextWriter &out = context.out;
-    out.raw("RET_T coCanOpenStackInit_line(\n"
-            "                  UNSIGNED8 canLine,\n"
-            "                  CO_INIT_OPTION_T *pCoOptions\n");
-    writeModesParameter(context);
-    out.raw("       )\n"
-            "{\n"
-            "    RET_T retVal;\n");
+    out.block(R"(
+RET_T coCanOpenStackInit_line(
+                  UNSIGNED8 canLine,
+                  CO_INIT_OPTION_T *pCoOptions
+$modes$       )
+{
+    RET_T retVal;
+)",
+              {{"modes", modesParameter(context)}});
     ignoreWithoutLines(context, "pCoOptions");
     if (context.form.canFd)
         ignoreWithoutLines(context, "pModes");
     out.raw("    switch(canLine) {\n");
     for (const quint8 line : qAsConst(context.form.servedLines)) {
-        out.raw(QStringLiteral("   \tcase %1:\n").arg(line));
-        out.raw(QStringLiteral("   \t\tretVal = coCanOpenStackInit_line%1(canLine, pCoOptions")
-                    .arg(line));
-        out.raw(closeWithModes(context));
-        out.raw("   \t\tbreak;\n");
+        out.block(R"(
+   	case $line$:
+   		retVal = coCanOpenStackInit_line$line$(canLine, pCoOptions$modes$);
+   		break;
+)",
+                  {{"line", line}, {"modes", modesArgument(context)}});
     }
-    out.raw("   \tdefault:\n"
-            "   \t\tretVal = RET_INVALID_PARAMETER;\n"
-            "   \tbreak;\n"
-            "    }\n"
-            "    return(retVal);\n"
-            "}\n");
+    out.block(R"(
+   	default:
+   		retVal = RET_INVALID_PARAMETER;
+   	break;
+    }
+    return(retVal);
+}
+)");
 }
 
 bool hasSdoServers(const Context &context)
@@ -233,24 +250,25 @@ bool mayCheckUnset(const Context &context, quint8 line)
 
 void writeLineHead(Context &context, quint8 line)
 {
-    TextWriter &out = context.out;
-    out.raw(
-        "\n"
-        "\n/* *************************************************************************************"
-        "***** */\n");
-    out.raw(QStringLiteral("/* Initialize line << %1 */\n").arg(line));
-    out.raw(QStringLiteral("RET_T coCanOpenStackInit_line%1(\n").arg(line));
-    out.raw("                  UNSIGNED8 canLine,\n"
-            "                  CO_INIT_OPTION_T *pCoOptions\n");
-    if (context.form.canFd)
-        out.raw("                  , BOOL_T *pModes\n");
-    out.raw("       )\n"
-            "{\n");
-    out.raw(mayCheckUnset(context, line) ? "    RET_T retVal = RET_OK;\n" : "    RET_T retVal;\n");
+    context.out.block(R"(
+
+
+/* ****************************************************************************************** */
+/* Initialize line << $line$ */
+RET_T coCanOpenStackInit_line$line$(
+                  UNSIGNED8 canLine,
+                  CO_INIT_OPTION_T *pCoOptions
+$modes$       )
+{
+    RET_T retVal$value$;
+)",
+                      {{"line", line},
+                       {"modes", context.form.canFd ? "                  , BOOL_T *pModes\n" : ""},
+                       {"value", mayCheckUnset(context, line) ? " = RET_OK" : ""}});
     // Deliberate: also where only other lines look at the options, for compilers warn of a
     // parameter that is not used; held by tst_generatedc.
     if (!isMasterByOptions(context, line))
-        out.raw("    (void) pCoOptions; /* currently unused */\n\n");
+        context.out.raw("    (void) pCoOptions; /* currently unused */\n\n");
 }
 
 void writeSdoServers(Context &context, const CallForm &form)
@@ -262,24 +280,28 @@ void writeSdoServers(Context &context, const CallForm &form)
         initFurtherSdoServers(context, form);
         return;
     }
-    out.raw("    if (pModes != NULL) {\n"
-            "        if (pModes[canLine] == CO_TRUE) {\n"
-            "            retVal = coUsdoServerInit(canLine);\n"
-            "            if (retVal != RET_OK) {\n"
-            "                return(retVal);\n"
-            "            }\n"
-            "#ifdef CO_SDO_SERVER_CNT\n"
-            "        }\n"
-            "        else {\n"
-            "            retVal = coSdoServerInit(canLine, 1u);\n"
-            "            if (retVal != RET_OK) {\n"
-            "                return(retVal);\n"
-            "            }\n");
+    out.block(R"(
+    if (pModes != NULL) {
+        if (pModes[canLine] == CO_TRUE) {
+            retVal = coUsdoServerInit(canLine);
+            if (retVal != RET_OK) {
+                return(retVal);
+            }
+#ifdef CO_SDO_SERVER_CNT
+        }
+        else {
+            retVal = coSdoServerInit(canLine, 1u);
+            if (retVal != RET_OK) {
+                return(retVal);
+            }
+)");
     initFurtherSdoServers(context, form);
-    out.raw("#endif /* CO_SDO_SERVER_CNT */\n"
-            "        }\n"
-            "    } else {\n"
-            "        retVal = coUsdoServerInit(canLine);\n");
+    out.block(R"(
+#endif /* CO_SDO_SERVER_CNT */
+        }
+    } else {
+        retVal = coUsdoServerInit(canLine);
+)");
     addRetValHandling(context, 0);
     out.raw("    }\n");
 }
@@ -301,10 +323,12 @@ void writeLss(Context &context, quint8 line)
     const qint32 master = context.settings.decimalOfLine("nmtmaster", line);
     out.raw("\n");
     if (master == kMaster)
-        out.raw("    /* initialize LSS Master */\n"
-                "#ifdef CO_LSS_MASTER_SUPPORTED\n"
-                "    retVal = coLssMasterInit(canLine);\n"
-                "#endif /* CO_LSS_MASTER_SUPPORTED */\n");
+        out.block(R"(
+    /* initialize LSS Master */
+#ifdef CO_LSS_MASTER_SUPPORTED
+    retVal = coLssMasterInit(canLine);
+#endif /* CO_LSS_MASTER_SUPPORTED */
+)");
     else if (master == 0)
         out.raw("    /* initialize LSS Slave */\n"
                 "    retVal =  coLssInit(canLine);\n");
@@ -314,18 +338,22 @@ void writeLss(Context &context, quint8 line)
 void writeDynamicNmt(Context &context, bool hasLss)
 {
     TextWriter &out = context.out;
-    out.raw("    /* Check dynamic options for master flag */\n"
-            "    if (pCoOptions->master == 1) {\n"
-            "        /* initialize Master */\n"
-            "        retVal = coNmtInit(canLine, 1u);\n");
+    out.block(R"(
+    /* Check dynamic options for master flag */
+    if (pCoOptions->master == 1) {
+        /* initialize Master */
+        retVal = coNmtInit(canLine, 1u);
+)");
     addRetValHandling(context, 4);
     out.raw("#ifdef CO_LSS_MASTER_SUPPORTED\n"
             "       retVal = coLssMasterInit(canLine);\n");
     addRetValHandling(context, 4);
-    out.raw("#endif /* CO_LSS_MASTER_SUPPORTED */\n"
-            "    } else {\n"
-            "        /* initialize NMT slave */ \n"
-            "        retVal = coNmtInit(canLine, 0u);\n");
+    out.block(R"(
+#endif /* CO_LSS_MASTER_SUPPORTED */
+    } else {
+        /* initialize NMT slave */ 
+        retVal = coNmtInit(canLine, 0u);
+)");
     addRetValHandling(context, 4);
     if (hasLss) {
         out.raw("        /* initialize LSS Slave */\n"
@@ -417,11 +445,13 @@ void writeFinishFunction(Context &context, const FinishWords &words, const QList
                                   "    retVal = coPdoNetworkRouting();\n");
         addRetValHandling(context, 0);
     } else {
-        out.raw("    /*\n"
-                "     * Currently this function is only required to initialize PDO Routing.\n"
-                "     * Without it the function is empty, but may be used later for additional\n"
-                "     * purposes.\n"
-                "     */\n");
+        out.block(R"(
+    /*
+     * Currently this function is only required to initialize PDO Routing.
+     * Without it the function is empty, but may be used later for additional
+     * purposes.
+     */
+)");
     }
     out.raw("    return(RET_OK);\n"
             "}\n");

@@ -124,15 +124,18 @@ QString receiveAddress(const Context &context, quint8 line, quint32 mapping)
 void openTable(Context &context, const char *type, const char *name, quint8 line, int number,
                int count)
 {
-    TextWriter &out = context.out;
-    out.raw(QStringLiteral("static %1 %2 %3\t%4")
-                .arg(QLatin1String(context.dialect.constMacro), QLatin1String(type),
-                     QLatin1String(context.dialect.constStorageMacro), QLatin1String(name)));
-    out.raw(lineSuffix(context, line));
-    out.raw(QString::number(number));
-    out.raw(" = {\n");
-    out.raw(QStringLiteral("\t(UNSIGNED8)%1u,\n").arg(count));
-    out.raw("\t{\n");
+    context.out.block(R"(
+static $const$ $type$ $storage$	$name$$suffix$$number$ = {
+	(UNSIGNED8)$count$u,
+	{
+)",
+                      {{"const", context.dialect.constMacro},
+                       {"type", type},
+                       {"storage", context.dialect.constStorageMacro},
+                       {"name", name},
+                       {"suffix", lineSuffix(context, line)},
+                       {"number", number},
+                       {"count", count}});
 }
 
 /// All tables have the same number of rows; \a emptyRow fills those behind the last entry.
@@ -142,8 +145,8 @@ void closeTable(TextWriter &out, int filled, const TableShape &shape, const QStr
         out.raw(emptyRow);
         out.raw(row < shape.rows ? ",\n" : "\n");
     }
-    out.raw("\t}\n");
-    out.raw("};\n");
+    out.raw("\t}\n"
+            "};\n");
 }
 
 const char *const kEmptyRow = "\t\t{NULL, (UNSIGNED8)0u, CO_FALSE, 0ul}";
@@ -160,16 +163,17 @@ void writeTpdoRow(Context &context, quint8 line, quint32 mapping, const TableSha
     const quint32 length = shape.bitLengths() ? quint8(mapping) : lengthBytes(mapping);
     const quint16 dataType =
         context.store.getSubIndexDatatype(line, mappedIndex(mapping), mappedSub(mapping));
-    context.out.raw(QStringLiteral("\t\t{%1, %2u, %3, %4 },\n")
-                        .arg(entryAddress(context, line, mapping), QString::number(length),
-                             QLatin1String(isNumeric(dataType) ? "CO_TRUE" : "CO_FALSE"),
-                             hex8(mapping)));
+    context.out.fill("\t\t{$address$, $length$u, $isNumeric$, $mapping$ },\n",
+                     {{"address", entryAddress(context, line, mapping)},
+                      {"length", length},
+                      {"isNumeric", isNumeric(dataType) ? "CO_TRUE" : "CO_FALSE"},
+                      {"mapping", hex8(mapping)}});
 }
 
 void writeTpdoTable(Context &context, quint8 line, quint16 pdoIndex, const TableShape &shape)
 {
     const int number = pdoIndex - 0x17FF;
-    context.out.raw(QStringLiteral("/* Mapping table TPDO %1*/\n").arg(number));
+    context.out.fill("/* Mapping table TPDO $number$*/\n", {{"number", number}});
     const quint8 mappedCount = readMappedCount(context, line, pdoIndex);
     if (mappedCount == 0)
         return;
@@ -219,8 +223,9 @@ void writeUniqueRpdoTable(Context &context, quint8 line, int position, const Tab
     for (int row = 0; row < filled; ++row) {
         const MappingTable::Entry &entry = table.entries[row];
         const int length = shape.bitwise ? entry.bits : entry.bits >> 3;
-        context.out.raw(QStringLiteral("\t\t{%1, %2u, CO_TRUE, %3 },\n")
-                            .arg(entry.address, QString::number(length), hex8(entry.mapping)));
+        context.out.fill(
+            "\t\t{$address$, $length$u, CO_TRUE, $mapping$ },\n",
+            {{"address", entry.address}, {"length", length}, {"mapping", hex8(entry.mapping)}});
     }
     closeTable(context.out, filled, shape, QLatin1String(kEmptyRow));
 }
@@ -268,7 +273,7 @@ void writeRoutedRpdoTable(Context &context, quint8 line, quint16 pdoIndex, Route
                           const TableShape &shape)
 {
     const int number = pdoIndex - 0x13FF;
-    context.out.raw(QStringLiteral("/* Mapping table RPDO %1*/\n").arg(number));
+    context.out.fill("/* Mapping table RPDO $number$*/\n", {{"number", number}});
     const quint8 mappedCount = readMappedCount(context, line, pdoIndex);
     if (mappedCount == 0)
         return;
@@ -278,10 +283,11 @@ void writeRoutedRpdoTable(Context &context, quint8 line, quint16 pdoIndex, Route
     for (int sub = 1; sub <= filled; ++sub) {
         const quint32 mapping =
             readMapping(context.store, line, pdoIndex + kToMapping, quint8(sub));
-        context.out.raw(QStringLiteral("\t\t{%1, %2u, CO_TRUE, %3, %4 },\n")
-                            .arg(receiveAddress(context, line, mapping),
-                                 QString::number(lengthBytes(mapping)), hex8(mapping),
-                                 routingList(context, routes, mapping)));
+        context.out.fill("\t\t{$address$, $length$u, CO_TRUE, $mapping$, $routes$ },\n",
+                         {{"address", receiveAddress(context, line, mapping)},
+                          {"length", lengthBytes(mapping)},
+                          {"mapping", hex8(mapping)},
+                          {"routes", routingList(context, routes, mapping)}});
     }
     closeTable(context.out, filled, shape,
                QStringLiteral("\t\t{NULL, (UNSIGNED8)0u, CO_FALSE, 0ul,%1}").arg(noRoutes(routes)));
@@ -333,8 +339,8 @@ void writePdoArguments(Context &context, quint8 line, quint16 index, int number)
 {
     TextWriter &out = context.out;
     if (context.form.multiLine)
-        out.raw(QStringLiteral("%1, ").arg(line));
-    out.raw(QStringLiteral("%1u").arg(number));
+        out.parts(quint32(line), ", ");
+    out.parts(quint32(number), "u");
     constexpr struct {
         quint8 sub;
         ValueClass valueClass;
@@ -406,8 +412,9 @@ void initTpdo(Context &context, quint8 line, quint16 index)
 {
     const int number = index - 0x17FF;
     TextWriter &out = context.out;
-    out.raw(QStringLiteral("    /* initialize TPDO %1 */\n").arg(number));
-    out.raw("    retVal = coPdoTransmitInit(");
+    out.fill("    /* initialize TPDO $number$ */\n"
+             "    retVal = coPdoTransmitInit(",
+             {{"number", number}});
     writePdoArguments(context, line, index, number);
     out.raw(", ");
     out.raw(constantArgument(context, line, index, 6, ValueClass::U8));
@@ -415,8 +422,8 @@ void initTpdo(Context &context, quint8 line, quint16 index)
     const bool hasTable =
         isStaticMapping(context, line, index) && readMappedCount(context, line, index) != 0;
     if (hasTable)
-        out.raw(QStringLiteral(", &mapTableTPDO%1%2);\n")
-                    .arg(lineSuffix(context, line), QString::number(number)));
+        out.fill(", &mapTableTPDO$suffix$$number$);\n",
+                 {{"suffix", lineSuffix(context, line)}, {"number", number}});
     else
         out.raw(", NULL);\n");
 }
@@ -425,8 +432,9 @@ void initRpdo(Context &context, quint8 line, quint16 index)
 {
     const int number = index - 0x13FF;
     TextWriter &out = context.out;
-    out.raw(QStringLiteral("    /* initialize RPDO %1 */\n").arg(number));
-    out.raw("    retVal = coPdoReceiveInit(");
+    out.fill("    /* initialize RPDO $number$ */\n"
+             "    retVal = coPdoReceiveInit(",
+             {{"number", number}});
     writePdoArguments(context, line, index, number);
     QString name = QStringLiteral("NULL");
     if (isStaticMapping(context, line, index)) {
@@ -436,7 +444,7 @@ void initRpdo(Context &context, quint8 line, quint16 index)
                        .arg(lineSuffix(context, line), QString::number(number));
         updatePdoVarName(context, line, index, name);
     }
-    out.raw(QStringLiteral(", %1);\n").arg(name));
+    out.parts(", ", name, ");\n");
 }
 
 QString constantArgument(const Context &context, quint8 line, quint16 index, quint8 sub,

@@ -94,11 +94,13 @@ QString withEmptyLine(const QString &text)
 void addRetValHandling(Context &context, int indent)
 {
     const QString blanks(indent, QLatin1Char(' '));
-    TextWriter &out = context.out;
-    out.raw(blanks + QLatin1String("    if (retVal != RET_OK) {\n"));
-    out.raw(blanks + QLatin1String("        return(retVal);\n"));
-    out.raw(blanks + QLatin1String("    }\n"));
-    out.raw(blanks + QStringLiteral("    %1\n").arg(QLatin1String(context.dialect.watchdogMacro)));
+    context.out.block(R"(
+$blanks$    if (retVal != RET_OK) {
+$blanks$        return(retVal);
+$blanks$    }
+$blanks$    $watchdog$
+)",
+                      {{"blanks", blanks}, {"watchdog", context.dialect.watchdogMacro}});
 }
 
 void writeCheckedCall(Context &context, const CallForm &form, const char *call,
@@ -285,12 +287,16 @@ void initLed(Context &context, const CallForm &form)
 void writeLoadParameterBlock(Context &context, const ReturnWords &words)
 {
     TextWriter &out = context.out;
-    out.raw("\n    /* initialize load parameter function */\n"
-            "#if defined(CO_EVENT_DYNAMIC_STORE) || defined(CO_EVENT_PROFILE_STORE)\n"
-            "    retVal = coEventRegister_LOAD_PARA(pLoadFunction);\n"
-            "    if (retVal != RET_OK) {\n");
-    out.parts(words.value, "    }\n"
-                           "#else\n");
+    out.block(R"(
+
+    /* initialize load parameter function */
+#if defined(CO_EVENT_DYNAMIC_STORE) || defined(CO_EVENT_PROFILE_STORE)
+    retVal = coEventRegister_LOAD_PARA(pLoadFunction);
+    if (retVal != RET_OK) {
+$value$    }
+#else
+)",
+              {{"value", words.value}});
     // Deliberate: with a function that is bound at compile time the parameter is not looked at, and
     // compilers warn of it; held by tst_golden.
     if (context.settings.isSet("fct_store"))
@@ -305,9 +311,8 @@ void writeServiceInitVars(Context &context, const char *start, const char *versi
     TextWriter &out = context.out;
     out.raw(start);
     if (hasNewInitStructure(context)) {
-        const quint8 version = StartUpTexts(context).getInitStructVersion(InitStruct::CANopen);
-        out.raw(QStringLiteral("       %1").arg(version));
-        out.raw(versionEnd);
+        const quint32 version = StartUpTexts(context).getInitStructVersion(InitStruct::CANopen);
+        out.parts("       ", version, versionEnd);
     }
     out.raw(kServiceCounts);
     // The old structure holds the mode of the line as well. Deliberate: so in both forms, for a

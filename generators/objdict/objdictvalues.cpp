@@ -34,10 +34,8 @@ void writeManagedArray(Context &context, ValueClass valueClass, const VariableAr
 {
     const ClassRow &row = rowOf(valueClass);
     const QVector<quint64> &values = array.values.all();
-    context.out.raw(
-        QString::fromLatin1(row.managed).arg(QLatin1String(context.dialect.storageMacro)));
-    context.out.raw(quint32(values.size()));
-    context.out.raw(QLatin1Char(']') + style.specifier);
+    context.out.fill(row.managed, {{"storage", context.dialect.storageMacro}});
+    context.out.parts(quint32(values.size()), "]", style.specifier);
     if (!style.isInitialised) {
         context.out.raw(";\n");
         return;
@@ -213,10 +211,13 @@ void ObjDict::defineManagedVariables(Context &context)
 void ObjDict::initDataTypeStructure(Context &context)
 {
     TextWriter &out = context.out;
-    out.raw("\n/**********************************************************************/\n"
-            "/* Structure for all OD variables */\n");
-    out.raw(QStringLiteral("%1 CO_OD_DATA_VARIABLES_T od_data_variables = {\n")
-                .arg(QLatin1String(context.dialect.constMacro)));
+    out.block(R"(
+
+/**********************************************************************/
+/* Structure for all OD variables */
+$const$ CO_OD_DATA_VARIABLES_T od_data_variables = {
+)",
+              {{"const", context.dialect.constMacro}});
     const bool hasBytes = hasConstants<ValueClass::U8>(context.positions);
     out.raw(hasBytes ? "   &od_const_u8[0]\n" : "   NULL\n");
     for (const MemberRow &member : kMembers)

@@ -76,11 +76,9 @@ Constants collect(Context &context)
 
 void writeStart(Context &context, const char *declaration, int count)
 {
-    context.out.raw(QString::fromLatin1(declaration)
-                        .arg(QLatin1String(context.dialect.constMacro),
-                             QLatin1String(context.dialect.constStorageMacro)));
-    context.out.raw(quint32(count));
-    context.out.raw("] = {\n");
+    context.out.fill(declaration, {{"const", context.dialect.constMacro},
+                                   {"storage", context.dialect.constStorageMacro}});
+    context.out.parts(quint32(count), "] = {\n");
 }
 
 void writeNumbers(Context &context, ValueClass valueClass, const QVector<quint64> &values)
@@ -113,9 +111,10 @@ void writeVisStrings(Context &context, const QVector<ConstString> &strings)
     QStringList entries;
     for (const ConstString &string : strings)
         entries << QStringLiteral("\t\"%1\"").arg(literalOfSize(string.text, string.size));
-    writeStart(context, "static %1 VIS_STRING %2\tod_const_vis_string[", strings.size());
+    writeStart(context, "static $const$ VIS_STRING $storage$\tod_const_vis_string[",
+               strings.size());
     writeEntries(context.out, entries, kSeparator);
-    writeSizes(context, "static %1 UNSIGNED32 %2\tod_const_vis_string_len[", strings);
+    writeSizes(context, "static $const$ UNSIGNED32 $storage$\tod_const_vis_string_len[", strings);
 }
 
 void writeUtf8Strings(Context &context, const QVector<ConstString> &strings)
@@ -123,9 +122,10 @@ void writeUtf8Strings(Context &context, const QVector<ConstString> &strings)
     QStringList entries;
     for (const ConstString &string : strings)
         entries << utf8Bytes(string.text);
-    writeStart(context, "static %1 UTF8_STRING %2\tod_const_utf8_string[", strings.size());
+    writeStart(context, "static $const$ UTF8_STRING $storage$\tod_const_utf8_string[",
+               strings.size());
     writeEntries(context.out, entries, kSeparator);
-    writeSizes(context, "static %1 UNSIGNED32 %2\tod_const_utf8_string_len[", strings);
+    writeSizes(context, "static $const$ UNSIGNED32 $storage$\tod_const_utf8_string_len[", strings);
 }
 
 } // namespace

@@ -89,19 +89,22 @@ void ObjDict::generateStringDefaultValues(Context &context)
     const auto &strings = context.positions.strings;
     if (strings.isEmpty())
         return;
-    out.raw("\n/* definition of string default values for variables */\n");
-    out.raw(QStringLiteral("static %1 char stringDefaultValues[] = {\n")
-                .arg(QLatin1String(context.dialect.constMacro)));
+    out.block(R"(
+
+/* definition of string default values for variables */
+static $const$ char stringDefaultValues[] = {
+)",
+              {{"const", context.dialect.constMacro}});
     for (auto string = strings.constBegin(); string != strings.constEnd(); ++string) {
         const Key key = string.key();
         const QString value = context.store.getSubIndexValue(lineOf(key), indexOf(key), subOf(key));
-        out.raw(QStringLiteral("/* %1 */ \n").arg(CText::comment(value)));
+        out.fill("/* $value$ */ \n", {{"value", CText::comment(value)}});
         // Deliberate: each string takes its size, so that the next one begins at its offset; held
         // by tst_golden.
         bool isComplete = true;
         out.raw(bytesText(fitted(stringBytes(value), string->size, &isComplete)));
         if (!isComplete)
-            out.raw(QStringLiteral("[%1] = 0x00, \n").arg(string->offset + string->size - 1));
+            out.fill("[$last$] = 0x00, \n", {{"last", string->offset + string->size - 1}});
     }
     out.raw("0x00}; \n\n");
 }
@@ -109,26 +112,32 @@ void ObjDict::generateStringDefaultValues(Context &context)
 void ObjDict::generateStringDefaultValueFunction(Context &context)
 {
     TextWriter &out = context.out;
-    out.raw("\n"
-            "\n"
-            "RET_T userOverwriteStringDefaultvalues(void)\n"
-            "{\n");
+    out.block(R"(
+
+
+RET_T userOverwriteStringDefaultvalues(void)
+{
+)");
     const auto &strings = context.positions.strings;
     for (auto string = strings.constBegin(); string != strings.constEnd(); ++string) {
         const Key key = string.key();
         ObjectDataBase::SUBINDEX_DATA_T data;
         if (!context.store.getSubIndexData(lineOf(key), indexOf(key), subOf(key), data))
             continue;
-        out.raw(QStringLiteral("    /* %1: %2 - %3 */\n")
-                    .arg(lineOf(key))
-                    .arg(indexOf(key), 4, 16, QLatin1Char('0'))
-                    .arg(subOf(key)));
         // Deliberate: place holders of the name are filled as in the table of pointers, held by
         // tst_golden.
-        out.raw(QStringLiteral("    memcpy(%1, &stringDefaultValues[%2], %3);\n")
-                    .arg(variableName(data, indexOf(key), subOf(key)),
-                         QString::number(string->offset), QString::number(string->size)));
+        out.fill("    /* $line$: $index$ - $sub$ */\n"
+                 "    memcpy($variable$, &stringDefaultValues[$offset$], $size$);\n",
+                 {{"line", lineOf(key)},
+                  {"index", QString::number(indexOf(key), 16).rightJustified(4, QLatin1Char('0'))},
+                  {"sub", subOf(key)},
+                  {"variable", variableName(data, indexOf(key), subOf(key))},
+                  {"offset", string->offset},
+                  {"size", string->size}});
     }
-    out.raw("\n    return(RET_OK);\n"
-            "}\n");
+    out.block(R"(
+
+    return(RET_OK);
+}
+)");
 }

@@ -47,8 +47,9 @@ struct ApplicationVariables {
 /// The three arrays of a kind of strings.
 struct StringRow {
     const char *pointers;
-    const char *lengths; ///< %1 is the storage class
+    const char *lengths;
     const char *actualLengths;
+    bool hasStorage = false; ///< lengths are declared with $storage$
 };
 
 constexpr StringRow kVisRow = {"static VIS_STRING\tod_vis_string[",
@@ -59,11 +60,11 @@ constexpr StringRow kUtf8Row = {"static VIS_STRING\tod_utf8_string[",
                                 "static UNSIGNED32\tod_utf8_string_len[",
                                 "static UNSIGNED32\tod_utf8_string_actLen["};
 constexpr StringRow kOctetRow = {"static OCTET_STRING\t*od_octet_string[",
-                                 "static UNSIGNED32 %1\tod_octet_string_len[",
-                                 "static UNSIGNED32 %1\tod_octet_string_actLen["};
+                                 "static UNSIGNED32 $storage$\tod_octet_string_len[",
+                                 "static UNSIGNED32 $storage$\tod_octet_string_actLen[", true};
 constexpr StringRow kDomainRow = {"static CO_DOMAIN_PTR\tod_domain[",
-                                  "static UNSIGNED32 %1\tod_domain_len[",
-                                  "static UNSIGNED32 %1\tod_domain_actLen["};
+                                  "static UNSIGNED32 $storage$\tod_domain_len[",
+                                  "static UNSIGNED32 $storage$\tod_domain_actLen[", true};
 
 /// Domains get their place also as managed objects: their tag tells no difference.
 bool isPointedTo(const ObjectDataBase::SUBINDEX_DATA_T &data)
@@ -85,11 +86,11 @@ ApplicationVariables collect(Context &context)
     return variables;
 }
 
-void writeStart(TextWriter &out, const QString &declaration, int count)
+/// From the size of an array to its end; the declaration stands already.
+void writeElements(TextWriter &out, const QStringList &entries)
 {
-    out.raw(declaration);
-    out.raw(quint32(count));
-    out.raw("] = {\n");
+    out.parts(quint32(entries.size()), "] = {\n");
+    writeEntries(out, entries, kSeparator);
 }
 
 void writeNumbers(Context &context, ValueClass valueClass, const Pointers &pointers)
@@ -97,28 +98,25 @@ void writeNumbers(Context &context, ValueClass valueClass, const Pointers &point
     QStringList entries;
     for (const Pointer &pointer : pointers) {
         // A macro or a cast gives an address itself.
-        const QString pattern = pointer.name.contains(QLatin1Char('('))
-                                    ? QStringLiteral("\t%1%2")
-                                    : QStringLiteral("\t&(%1)%2");
-        entries << pattern.arg(pointer.name, entryComment(context, pointer.key));
+        const bool isAddress = pointer.name.contains(QLatin1Char('('));
+        entries << (isAddress ? QLatin1Char('\t') + pointer.name
+                              : QLatin1String("\t&(") + pointer.name + QLatin1Char(')')) +
+                       entryComment(context, pointer.key);
     }
-    writeStart(context.out,
-               QString::fromLatin1(rowOf(valueClass).pointers)
-                   .arg(QLatin1String(context.dialect.constStorageMacro),
-                        QLatin1String(context.dialect.constMacro)),
-               pointers.size());
-    writeEntries(context.out, entries, kSeparator);
+    context.out.fill(rowOf(valueClass).pointers, {{"const", context.dialect.constMacro},
+                                                  {"storage", context.dialect.constStorageMacro}});
+    writeElements(context.out, entries);
 }
 
 /// Both arrays of lengths; the application changes the second one.
 void writeLengths(Context &context, const StringRow &row, const QStringList &lengths)
 {
-    const QString storage = QString::fromLatin1(context.dialect.storageMacro);
     for (const char *declaration : {row.lengths, row.actualLengths}) {
-        QString start = QString::fromLatin1(declaration);
-        start.replace(QLatin1String("%1"), storage);
-        writeStart(context.out, start, lengths.size());
-        writeEntries(context.out, lengths, kSeparator);
+        if (row.hasStorage)
+            context.out.fill(declaration, {{"storage", context.dialect.storageMacro}});
+        else
+            context.out.raw(declaration);
+        writeElements(context.out, lengths);
     }
 }
 
@@ -130,8 +128,8 @@ void writeStrings(Context &context, const StringRow &row, const Pointers &pointe
         entries << QStringLiteral("\t&(%1[0])").arg(pointer.name);
         lengths << QStringLiteral("\t%1ul").arg(pointer.size);
     }
-    writeStart(context.out, QString::fromLatin1(row.pointers), pointers.size());
-    writeEntries(context.out, entries, kSeparator);
+    context.out.raw(row.pointers);
+    writeElements(context.out, entries);
     writeLengths(context, row, lengths);
 }
 
@@ -144,8 +142,8 @@ void writeDomains(Context &context, const Pointers &domains)
         entries << QStringLiteral("\tNULL");
         lengths << QStringLiteral("\t0ul");
     }
-    writeStart(context.out, QString::fromLatin1(kDomainRow.pointers), domains.size());
-    writeEntries(context.out, entries, kSeparator);
+    context.out.raw(kDomainRow.pointers);
+    writeElements(context.out, entries);
     writeLengths(context, kDomainRow, lengths);
 }
 

@@ -76,20 +76,16 @@ QString mappingName(const Srdo::Parameters &srdo)
         .arg(QString::number(srdo.line), QString::number(srdo.number));
 }
 
-QString entryText(const Srdo::MapEntry &entry)
+void writeEntry(TextWriter &out, const Srdo::MapEntry &entry)
 {
-    const auto bits = static_cast<quint8>(entry.mapping);
-    return QStringLiteral("\t{ %1, %2u, %3 }, /* 0x%4:%5 */\n")
-        .arg(entry.address, QString::number(bits),
-             entry.isInverted ? QStringLiteral("CO_TRUE") : QStringLiteral("CO_FALSE"),
-             QStringLiteral("%1").arg(entry.mapping >> 16, 4, 16, QLatin1Char('0')),
-             QString::number(entry.mapping >> 8 & 0xFF));
-}
-
-QString cobIdText(const Srdo::CobId &cobId)
-{
-    return QStringLiteral("{ 0x%1u, %2u }")
-        .arg(QString::number(cobId.base, 16), QString::number(cobId.nodeIdFactor));
+    const QString index =
+        QString::number(entry.mapping >> 16, 16).rightJustified(4, QLatin1Char('0'));
+    out.fill("\t{ $address$, $bits$u, $isInverted$ }, /* 0x$index$:$sub$ */\n",
+             {{"address", entry.address},
+              {"bits", static_cast<quint8>(entry.mapping)},
+              {"isInverted", entry.isInverted ? "CO_TRUE" : "CO_FALSE"},
+              {"index", index},
+              {"sub", entry.mapping >> 8 & 0xFF}});
 }
 
 bool hasLineThat(const ObjectDataBase &store, bool (*matches)(LineType))
@@ -136,18 +132,24 @@ QVector<Srdo::Parameters> Srdo::readSrdos(const ObjDict::Context &context)
 void Srdo::writePreamble(ObjDict::Context &context)
 {
     TextWriter &out = context.out;
-    out.raw("#include <stddef.h>\n\n"
-            "#include <gen_define.h>\n"
-            "#include <co_canopen.h>\n");
+    out.block(R"(
+#include <stddef.h>
+
+#include <gen_define.h>
+#include <co_canopen.h>
+)");
     if (hasOtherProtocols(context.store))
         out.raw("#include <gen_extern_decl.h>\n");
     out.raw("\n");
     ObjDict::writeApplicationHeaders(context);
-    out.raw(QStringLiteral("/* definition of memory specifier */\n"
-                           "#ifndef %1\n"
-                           "#define %1 const\n"
-                           "#endif\n\n")
-                .arg(QLatin1String(context.dialect.constMacro)));
+    out.block(R"(
+/* definition of memory specifier */
+#ifndef $const$
+#define $const$ const
+#endif
+
+)",
+              {{"const", context.dialect.constMacro}});
 }
 
 void Srdo::writeMappings(ObjDict::Context &context, const QVector<Parameters> &srdos)
@@ -156,13 +158,15 @@ void Srdo::writeMappings(ObjDict::Context &context, const QVector<Parameters> &s
     for (const Parameters &srdo : srdos) {
         if (srdo.mapping.isEmpty())
             continue;
-        out.raw(QStringLiteral("/* mapping of SRDO %1 of line %2 */\n")
-                    .arg(QString::number(srdo.number), QString::number(srdo.line)));
-        out.raw(QStringLiteral("static %1 CO_SRDO_MAP_ENTRY_T\t%2[%3] = {\n")
-                    .arg(QLatin1String(context.dialect.constMacro), mappingName(srdo),
-                         QString::number(srdo.mapping.size())));
+        out.fill("/* mapping of SRDO $number$ of line $line$ */\n"
+                 "static $const$ CO_SRDO_MAP_ENTRY_T\t$name$[$rows$] = {\n",
+                 {{"number", srdo.number},
+                  {"line", srdo.line},
+                  {"const", context.dialect.constMacro},
+                  {"name", mappingName(srdo)},
+                  {"rows", srdo.mapping.size()}});
         for (const MapEntry &entry : srdo.mapping)
-            out.raw(entryText(entry));
+            writeEntry(out, entry);
         out.raw("};\n\n");
     }
 }
@@ -172,22 +176,26 @@ void Srdo::writeTable(ObjDict::Context &context, const QVector<Parameters> &srdo
     if (srdos.isEmpty())
         return; // the definitions header does not define the length then
     TextWriter &out = context.out;
-    out.raw("/* SRDOs of all lines: line, number, direction, refresh time (ms), SRVT (ms), both\n"
-            " * COB-IDs with their factor of the node-ID, entries of the mapping, mapping */\n");
-    out.raw(QStringLiteral("%1 CO_SRDO_TABLE_T\tsrdo_table[CO_SRDO_CNT] = {\n")
-                .arg(QLatin1String(context.dialect.constMacro)));
+    out.block(R"(
+/* SRDOs of all lines: line, number, direction, refresh time (ms), SRVT (ms), both
+ * COB-IDs with their factor of the node-ID, entries of the mapping, mapping */
+$const$ CO_SRDO_TABLE_T	srdo_table[CO_SRDO_CNT] = {
+)",
+              {{"const", context.dialect.constMacro}});
     for (const Parameters &srdo : srdos) {
         const quint32 numbers[] = {srdo.line, srdo.number, srdo.direction, srdo.refreshTimeMs,
                                    srdo.srvtMs};
         out.raw("\t{ ");
         for (const quint32 number : numbers)
-            out.raw(QStringLiteral("%1u, ").arg(number));
+            out.parts(number, "u, ");
         for (const CobId &cobId : srdo.cobIds)
-            out.raw(cobIdText(cobId) + QStringLiteral(", "));
-        out.raw(QStringLiteral("%1u, %2 },\n")
-                    .arg(QString::number(srdo.mapping.size()),
-                         srdo.mapping.isEmpty() ? QStringLiteral("NULL")
-                                                : QStringLiteral("&%1[0]").arg(mappingName(srdo))));
+            out.parts("{ 0x", QString::number(cobId.base, 16), "u, ", quint32(cobId.nodeIdFactor),
+                      "u }, ");
+        out.parts(quint32(srdo.mapping.size()), "u, ");
+        if (srdo.mapping.isEmpty())
+            out.raw("NULL },\n");
+        else
+            out.parts("&", mappingName(srdo), "[0] },\n");
     }
     out.raw("};\n");
 }
