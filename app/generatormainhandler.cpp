@@ -334,7 +334,7 @@ qint32 GeneratorMainHandler::checkLine(ModelChecker &checker, const ProjectFacts
                 .arg(line.number));
     }
     qint32 errors = 0;
-    if (!carriesCANopen(line.type) && hasDictionary(facts, *database))
+    if (!carriesCANopen(line.type) && hasDictionary(facts))
         errors += checker.startTypeCheck(line.number, database);
     if (!isKnown(line.type)) {
         outputHandler->printLine(
@@ -448,14 +448,14 @@ void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
         const EdsVariants variants(*database, line.number);
         const QStringList &defines = variants.defines();
         for (const QString &define : defines) {
-            EDSGenerator device(define, facts.hasCanFd, false);
+            EDSGenerator device(define, facts.features.hasCanFd(), false);
             device.setVariants(&variants);
             device.generateML = facts.isMultiLine();
             runGenerator(device, line.number,
                          filled("The EDS file %2.eds in %1 is not writable", projectName),
                          filled("Generation of %2 EDS file in %1 started", define));
             names.note(device.targetFile(), variantName(line.number, define, false));
-            if (!facts.hasCanFd)
+            if (!facts.features.hasCanFd())
                 continue;
             EDSGenerator classical(define, false, true);
             classical.setVariants(&variants);
@@ -480,7 +480,7 @@ void GeneratorMainHandler::removeStaleFiles(const ProjectFacts &facts)
         return;
     static constexpr const char *kAdapterFiles[] = {"gen_j1939_adapter.c", "gen_j1939_adapter.cs",
                                                     "j1939_adapter.cs", "j1939_adapter.c"};
-    if (!facts.hasAdapter) {
+    if (!facts.features.hasAdapter()) {
         for (const char *file : kAdapterFiles) {
             const QString path = outputDirectory + QLatin1Char('/') + QLatin1String(file);
             // Deliberate: what the user wrote into the adapter stays, and so does an adapter of

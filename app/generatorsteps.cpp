@@ -1,6 +1,7 @@
 // The table of generation steps and the facts that select them.
 #include "app/generatorsteps.h"
 
+#include "generators/codefeatures.h"
 #include "generators/defines/codefinegenerator.h"
 #include "generators/defines/gendefinegenerator.h"
 #include "generators/descriptions/csvgenerator.h"
@@ -16,7 +17,6 @@
 #include "generators/j1939/j1939adaptergenerator.h"
 #include "generators/j1939/pgngenerator.h"
 #include "generators/j1939/sdmgenerator.h"
-#include "generators/j1939settings.h"
 #include "generators/multiproto/indicationgenerator.h"
 #include "generators/multiproto/multiprogenerator.h"
 #include "generators/objdict/indicesgenerator.h"
@@ -38,17 +38,12 @@ std::unique_ptr<AbstractGenerator> make(const ObjectDataBase &, const ProjectFac
     return std::make_unique<Generator>();
 }
 
-bool isForV4(const ObjectDataBase &store)
-{
-    return store.getGeneralSettingsValue(QStringLiteral("use_core_headers")) == QLatin1String("V4");
-}
-
 /// The class for the stack that the project is generated for.
 template <typename Classic, typename V4, typename... Arguments>
-std::unique_ptr<AbstractGenerator> makeForStack(const ObjectDataBase &store,
+std::unique_ptr<AbstractGenerator> makeForStack(const ProjectFacts &facts,
                                                 const Arguments &...arguments)
 {
-    if (isForV4(store))
+    if (facts.isForV4)
         return std::make_unique<V4>(arguments...);
     return std::make_unique<Classic>(arguments...);
 }
@@ -63,10 +58,11 @@ std::unique_ptr<AbstractGenerator> makeIndices(const ObjectDataBase &, const Pro
     return generator;
 }
 
-std::unique_ptr<AbstractGenerator> makeObjDict(const ObjectDataBase &store, const ProjectFacts &)
+std::unique_ptr<AbstractGenerator> makeObjDict(const ObjectDataBase &store,
+                                               const ProjectFacts &facts)
 {
     return makeForStack<ObjDictGenerator, ObjDictGeneratorV4>(
-        store, GeneralSettings(store).decimal("compact_array_description") == 1);
+        facts, GeneralSettings(store).decimal("compact_array_description") == 1);
 }
 
 std::unique_ptr<AbstractGenerator> makeVirtualObjects(const ObjectDataBase &,
@@ -77,25 +73,24 @@ std::unique_ptr<AbstractGenerator> makeVirtualObjects(const ObjectDataBase &,
     return generator;
 }
 
-std::unique_ptr<AbstractGenerator> makeMultiPro(const ObjectDataBase &store, const ProjectFacts &)
+std::unique_ptr<AbstractGenerator> makeMultiPro(const ObjectDataBase &, const ProjectFacts &facts)
 {
-    return makeForStack<MultiProGenerator, MultiProGeneratorV4>(store);
+    return makeForStack<MultiProGenerator, MultiProGeneratorV4>(facts);
 }
 
-std::unique_ptr<AbstractGenerator> makeDefines(const ObjectDataBase &store,
-                                               const ProjectFacts &facts)
+std::unique_ptr<AbstractGenerator> makeDefines(const ObjectDataBase &, const ProjectFacts &facts)
 {
-    auto generator = makeForStack<CoDefineGenerator, GenDefineGenerator>(store);
+    auto generator = makeForStack<CoDefineGenerator, GenDefineGenerator>(facts);
     auto &defines = static_cast<DefineGenerator &>(*generator);
     defines.j1939Present = facts.hasJ1939;
     defines.multiProtocol = facts.isMixed();
     return generator;
 }
 
-std::unique_ptr<AbstractGenerator> makeGroupTables(const ObjectDataBase &store,
-                                                   const ProjectFacts &)
+std::unique_ptr<AbstractGenerator> makeGroupTables(const ObjectDataBase &,
+                                                   const ProjectFacts &facts)
 {
-    return makeForStack<PGNGenerator, PGNGeneratorV4>(store);
+    return makeForStack<PGNGenerator, PGNGeneratorV4>(facts);
 }
 
 /// The SDO server of a J1939 device is the same for both generations of the stack.
@@ -107,10 +102,10 @@ std::unique_ptr<AbstractGenerator> makeSdoServerObjDict(const ObjectDataBase &,
     return generator;
 }
 
-std::unique_ptr<AbstractGenerator> makeDeclarations(const ObjectDataBase &store,
-                                                    const ProjectFacts &)
+std::unique_ptr<AbstractGenerator> makeDeclarations(const ObjectDataBase &,
+                                                    const ProjectFacts &facts)
 {
-    return makeForStack<ExtDeclGenerator, ExtDeclGeneratorV4>(store);
+    return makeForStack<ExtDeclGenerator, ExtDeclGeneratorV4>(facts);
 }
 
 std::unique_ptr<AbstractGenerator> makeIcsv(const ObjectDataBase &store, const ProjectFacts &)
@@ -178,14 +173,14 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
      "The file gen_pgn.c in %1 is not writable",
      "Generation of gen_pgn.c in %1 started"},
     {"gen_objdict.c",
-     [](Facts f) { return f.isPureJ1939() && f.hasSdoServer; }, StepLines::Once, false,
+     [](Facts f) { return f.isPureJ1939() && f.features.hasSdoServer(); }, StepLines::Once, false,
      makeSdoServerObjDict,
      "The file gen_objdict.c in %1 is not writable",
      "Generation of gen_objdict.c for CAM11/CAM21 SDO server in %1 started"},
     // Deliberate: a pure J1939 project writes this file twice, here and below; held by
     // tst_generatorsteps.
     {"gen_sdg.c",
-     [](Facts f) { return f.isPureJ1939() && f.hasSafetyGroups; }, StepLines::Once, false,
+     [](Facts f) { return f.isPureJ1939() && f.features.hasSafetyGroups(); }, StepLines::Once, false,
      make<SDMGenerator>,
      "The file in %1 is not writable",
      "Generation of file in %1 started"},
@@ -203,7 +198,7 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
      "The file in %2.html in %1 is not writable",
      "Generation of DBC_file in %1 started"},
     {"gen_j1939_adapter.c",
-     [](Facts f) { return f.isPureJ1939() && f.hasAdapter; }, StepLines::Once, false,
+     [](Facts f) { return f.isPureJ1939() && f.features.hasAdapter(); }, StepLines::Once, false,
      make<J1939AdapterGenerator>,
      "The file gen_j1939_adapter.c in %1 is not writable",
      "Generation of gen_j1939_adapter.c in %1 started"},
@@ -212,7 +207,7 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
      "The file gen_extern_decl.h in %1 is not writable",
      "Generation of gen_extern_decl.h in %1 started"},
     {"gen_sdg.c",
-     [](Facts f) { return (f.hasJ1939 || f.hasRaw) && f.hasSafetyGroups; }, StepLines::Once,
+     [](Facts f) { return (f.hasJ1939 || f.hasRaw) && f.features.hasSafetyGroups(); }, StepLines::Once,
      false, make<SDMGenerator>,
      "The file in %1 is not writable",
      "Generation of file in %1 started"},
@@ -232,7 +227,7 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
 
 constexpr GeneratorStep kStepsBehindEds[] = {
     {"<project>.xdd",
-     [](Facts f) { return f.hasCANopen && f.hasCanFd; }, StepLines::CANopen, true,
+     [](Facts f) { return f.hasCANopen && f.features.hasCanFd(); }, StepLines::CANopen, true,
      make<XDDGenerator>,
      "The XDD file %2.xdd in %1 is not writable",
      "Generation of XDD file in %1 started"},
@@ -254,17 +249,15 @@ bool isMeantFor(StepLines lines, LineType type)
     return false;
 }
 
-/// See ProjectFacts::hasSdoServer.
-bool hasSdoServer(const ObjectDataBase &store)
-{
-    return J1939Settings(store).byPrefix("cia510serversupport") == 1;
-}
-
 } // namespace
 
 ProjectFacts readProjectFacts(const ObjectDataBase &store)
 {
     ProjectFacts facts;
+    facts.features = readCodeFeatures(store);
+    // Deliberate: the setting as it is, which the files take as the rest of a line of C; held by
+    // tst_generatorsteps.
+    facts.isForV4 = readProjectFeatures(store).isForV4();
     const QList<quint8> nodes = store.getNodes();
     for (const quint8 line : nodes) {
         if (line > kHighestLine)
@@ -280,9 +273,9 @@ ProjectFacts readProjectFacts(const ObjectDataBase &store)
     return facts;
 }
 
-bool hasDictionary(const ProjectFacts &facts, const ObjectDataBase &store)
+bool hasDictionary(const ProjectFacts &facts)
 {
-    return facts.hasCANopen || (facts.isPureJ1939() && hasSdoServer(store));
+    return facts.hasCANopen || (facts.isPureJ1939() && facts.features.hasSdoServer());
 }
 
 void readContentFacts(ObjectDataBase &store, ProjectFacts &facts)
@@ -292,14 +285,10 @@ void readContentFacts(ObjectDataBase &store, ProjectFacts &facts)
             !store.getIndices(line.number, ObjectRanges::kSrdoParameterPlaces).isEmpty();
     VobjDictGenerator virtualObjects;
     virtualObjects.setDataBase(&store);
-    const J1939Settings j1939(store);
-    facts.hasSdoServer = hasSdoServer(store);
-    const bool readsVirtualObjects = facts.isMixed() ? facts.hasCANopen && !isForV4(store)
-                                                     : facts.hasCANopen || facts.hasSdoServer;
+    const bool readsVirtualObjects = facts.isMixed()
+                                         ? facts.hasCANopen && !facts.isForV4
+                                         : facts.hasCANopen || facts.features.hasSdoServer();
     facts.hasVirtualObjects = readsVirtualObjects && virtualObjects.areVirtualObjectsPresent();
-    facts.hasSafetyGroups = j1939.decimal("safetysupport") > 0;
-    facts.hasAdapter = j1939.decimal("j1939adapter") == 1;
-    facts.hasCanFd = GeneralSettings(store).decimal("canfd_supported") > 0;
 }
 
 StepRange generatorSteps()

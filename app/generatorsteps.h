@@ -4,6 +4,7 @@
 #include "generators/abstractgenerator.h"
 #include "store/linetype.h"
 #include "store/objectdatabase.h"
+#include "store/projectfeatures.h"
 
 #include <QList>
 #include <QVector>
@@ -25,13 +26,12 @@ struct ProjectFacts {
     bool hasJ1939 = false;
     bool hasRaw = false;
 
+    ProjectFeatures features; ///< as generated files take them
+    bool isForV4 = false;     ///< which generation of the stack the files are for
+
     // What the lines hold; see readContentFacts().
     bool hasSrdo = false;
     bool hasVirtualObjects = false; ///< that the stack of the project reads
-    bool hasCanFd = false;
-    bool hasSdoServer = false;    ///< the J1939 device answers CAM11/CAM21 (CiA 510)
-    bool hasSafetyGroups = false; ///< the J1939 device has the module for SAE J1939-76
-    bool hasAdapter = false;      ///< between the J1939 device and its application
 
     bool isMultiLine() const { return lines.size() >= 2; }
     bool hasTypedLine() const { return hasCANopen || hasJ1939 || hasRaw; }
@@ -41,11 +41,11 @@ struct ProjectFacts {
     bool isMixed() const { return (hasJ1939 && hasCANopen) || hasRaw; }
 };
 
-/// The lines and their types.
+/// The lines and their types, and the features.
 ProjectFacts readProjectFacts(const ObjectDataBase &store);
 
 /// Does the generated C of the device describe the objects of its lines, whatever they speak?
-bool hasDictionary(const ProjectFacts &facts, const ObjectDataBase &store);
+bool hasDictionary(const ProjectFacts &facts);
 
 /// Adds what the lines hold. Read behind the check, which may change the objects.
 void readContentFacts(ObjectDataBase &store, ProjectFacts &facts);

@@ -66,10 +66,16 @@ void ModelChecker::reportSub(Msg id, quint16 index, quint8 subIndex)
     report(id, {index, subIndex}, {hex4(index), hex2(subIndex)});
 }
 
+void ModelChecker::setProject(ObjectDataBase *store)
+{
+    project = store;
+    features = readProjectFeatures(*store);
+}
+
 void ModelChecker::startLine(quint8 lineNumber, ObjectDataBase *store)
 {
     line = lineNumber;
-    project = store;
+    setProject(store);
     errorCount = 0;
 }
 

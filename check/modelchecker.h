@@ -8,6 +8,7 @@
 #include "check/featurefile.h"
 #include "check/messages.h"
 #include "store/objectdatabase.h"
+#include "store/projectfeatures.h"
 
 #include <QObject>
 #include <QPointer>
@@ -137,7 +138,9 @@ private:
     /// The same for a group, whose number stands in decimal and in hexadecimal.
     void reportGroup(Check::Msg id, quint32 pgn);
 
-    /// Makes \a store the project, and starts a new count.
+    /// Makes \a store the project, as a check of any kind begins.
+    void setProject(ObjectDataBase *store);
+    /// Does so for a line, and starts a new count.
     void startLine(quint8 lineNumber, ObjectDataBase *store);
     /// Reads the user's settings. \a siblings are the tools whose stack path serves where this one
     /// has none, in order.
@@ -150,6 +153,7 @@ private:
 
     // --- reading (modelchecker.cpp) ---
 
+    // What generators ask as well stands in the features.
     qint32 decimalSetting(const char *key) const;
     qint32 decimalJ1939Setting(const char *key) const;
     quint32 numberSetting(const char *key) const; ///< decimal or hexadecimal
@@ -228,7 +232,8 @@ private:
 
     quint8 line = 0;
     QPointer<ObjectDataBase> project;
-    qint32 errorCount = 0; ///< of the line under check
+    ProjectFeatures features; ///< read at the start of each check
+    qint32 errorCount = 0;    ///< of the line under check
     bool limitCheckEnabled = false;
     bool autoCorrectionDisabled = false;
     quint8 granularity = 8; ///< of the PDO mapping, in bits; 0 if mappings are fixed

@@ -45,7 +45,7 @@ bool isDecimal(const QString &text)
 qint32 ModelChecker::startCANopenCheck(quint8 lineNumber, ObjectDataBase *store, bool &corrected)
 {
     startLine(lineNumber, store);
-    limitCheckEnabled = numberSetting("limit_check") == 1;
+    limitCheckEnabled = features.hasLimitCheckAsOne();
     project->setDescriptionSettingsLine(line);
     granularity = static_cast<quint8>(Numbers::toUIntByPrefix(
         project->getDescriptionSettingsValue(QStringLiteral("Granularity"))));
@@ -129,7 +129,7 @@ void ModelChecker::checkDeviceType()
     IndexData object;
     object.objectCode = CANopen::ObjectCode::Null;
     const bool exists = project->getIndexData(line, kDeviceType, object);
-    const bool isFd = decimalSetting("canfd_supported") == 1;
+    const bool isFd = features.hasCanFdAsOne();
     if (isFd && object.objectCode != CANopen::ObjectCode::Array)
         reportObject(Msg::DeviceTypeNotArray, kDeviceType);
     if (!isFd && object.objectCode != CANopen::ObjectCode::Var)

@@ -48,7 +48,7 @@ bool isOneOf(const QString &access, std::initializer_list<QLatin1String> list)
 
 void ModelChecker::checkMappingObjects(bool &corrected, MappingUse &use)
 {
-    const int limitBits = decimalSetting("canfd_supported") == 1 ? 512 : 64;
+    const int limitBits = features.hasCanFdAsOne() ? 512 : 64;
     const QList<quint16> mappings = mappingObjects();
     for (const quint16 mapping : mappings) {
         checkMappingFrame(mapping);
@@ -229,7 +229,7 @@ void ModelChecker::checkMappingSettings(const MappingUse &use)
 qint32 ModelChecker::doCANopenCOBCheck(quint8 lineNumber, ObjectDataBase *store)
 {
     line = lineNumber;
-    project = store;
+    setProject(store);
     const QString overwrite =
         project->getGeneralSettingsValueLine(QStringLiteral("overwrite_predef"), line);
     if (Numbers::toIntDecimal(overwrite) != 0)

@@ -127,7 +127,7 @@ void ModelChecker::compareFeatures()
     Demand demand;
     readCounts(*project, line, demand);
     const quint32 master = numberSetting("nmtmaster");
-    const bool usesLss = decimalSetting("lss_supported") > 0;
+    const bool usesLss = features.hasLss();
     const bool generatesSync = valueOf(ObjectIndex::kSyncCobId, 0) & kGeneratesSync;
     demand.nmtSlave = master == 0;
     demand.nmtMaster = master == 1;

@@ -30,15 +30,13 @@ quint8 byteOfLine(const ObjectDataBase &store, const char *key, quint8 line)
 
 qint32 ModelChecker::startGlobalCheck(ObjectDataBase *store)
 {
-    project = store;
+    setProject(store);
     const qint32 lineErrors = errorCount; // the count belongs to the line checks
     errorCount = 0;
-    const bool hasServer = decimalSetting("udsserver_supported") != 0;
-    const bool hasClient = decimalSetting("udsclient_supported") != 0;
     const Place wholeProject = {-1, -1, -1};
-    checkUdsExclusion(hasServer, hasClient);
+    checkUdsExclusion(features.namesUdsServer(), features.namesUdsClient());
     checkBufferLists();
-    hintAtUpgrade(hasServer || hasClient);
+    hintAtUpgrade(features.namesUds());
     // Deliberate: the setting is a byte, so 256 is none; held by tst_modelchecker
     // "block_size_byte".
     if (byteOf(project->getGeneralSettingsValue(QStringLiteral("sdo_blocktransfer_block_size"))) &

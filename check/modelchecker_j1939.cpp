@@ -73,7 +73,7 @@ qint32 ModelChecker::startJ1939Check(quint8 lineCount, quint8 lineNumber, Object
 {
     Q_UNUSED(lineCount)
     line = lineNumber;
-    project = store;
+    setProject(store);
     project->cacheAllSpnDataForLine(line);
     checkJ1939Settings();
     checkIdentityOfLine();
@@ -91,12 +91,12 @@ void ModelChecker::reportGroup(Msg id, quint32 pgn)
 
 void ModelChecker::checkJ1939Settings()
 {
-    if (decimalSetting("sorted_coblist") > 0)
+    if (features.hasSortedCobs())
         report(Msg::SortedCobListWithJ1939, {});
     if (numberSetting("drv_group_filter") == 1)
         report(Msg::GroupFilterWithoutCANopen, {});
     const QString cobs = project->getGeneralSettingsValue(QStringLiteral("additional_cob_count"));
-    if (decimalJ1939Setting("dynsupport") > 0 && cobs.trimmed().isEmpty())
+    if (features.hasDynamicGroups() && cobs.trimmed().isEmpty())
         report(Msg::AdditionalCobsMissing, {});
 }
 
@@ -136,7 +136,7 @@ void ModelChecker::checkSpecialGroups(const QList<quint32> &specialPgns)
 
 void ModelChecker::checkGroups()
 {
-    const bool supportsSafety = decimalJ1939Setting("safetysupport") > 0;
+    const bool supportsSafety = features.hasSafetyGroups();
     quint32 bits = 0;
     for (const quint8 direction : kDirections) {
         const QList<quint32> groups = project->getPGNs(line, direction, false);
@@ -176,8 +176,8 @@ quint32 ModelChecker::checkGroup(quint32 pgn, quint8 direction, bool supportsSaf
 /// Deliberate: the length of the last group alone decides, held by tst_modelchecker.
 void ModelChecker::checkTransport(quint32 lastGroupBits)
 {
-    const bool supportsBam = decimalJ1939Setting("bamsupport") > 0;
-    const bool supportsCmdt = decimalJ1939Setting("cmdtsupport") > 0;
+    const bool supportsBam = features.hasBam();
+    const bool supportsCmdt = features.hasCmdt();
     if (!supportsBam && !supportsCmdt && lastGroupBits > kFrameBits)
         report(Msg::TransportProtocolMissing, {});
     else if (supportsCmdt && static_cast<quint8>(decimalJ1939Setting("cmdtpackets")) == 0)

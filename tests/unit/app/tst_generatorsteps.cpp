@@ -81,6 +81,16 @@ private slots:
         QTEST(files.join(", "), "files");
     }
 
+    void takesTheStackAsItIsWritten()
+    {
+        const StoreFixture fixture;
+        const auto store = makeStore();
+        for (const QString stack : {"V4", "V4\\"}) {
+            store->setGeneralSettingsValue("use_core_headers", stack);
+            QCOMPARE(readProjectFacts(*store).isForV4, stack == "V4");
+        }
+    }
+
     void choosesTheLinesOfAStep()
     {
         ProjectFacts facts;
