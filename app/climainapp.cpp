@@ -11,15 +11,6 @@
 namespace
 {
 
-bool findOptionValue(const QStringList &list, const char *option, QString &value)
-{
-    const int position = list.indexOf(QLatin1String(option));
-    if (position < 0 || position + 1 >= list.size())
-        return false;
-    value = list.at(position + 1);
-    return true;
-}
-
 /// Where a save keeps the former state of a project; empty for a text project, which has none.
 QString backupOf(const QString &project)
 {
@@ -32,32 +23,38 @@ QString backupOf(const QString &project)
 } // namespace
 
 CLIMainApp::CLIMainApp(const QStringList &argumentList, CLIOutputHandler *handler, QObject *parent)
-    : QObject(parent), arguments(argumentList), outputHandler(handler),
+    : QObject(parent), options(argumentList), outputHandler(handler),
       generatorMainHandler(new GeneratorMainHandler(handler, nullptr, this))
 {
     connect(generatorMainHandler, &GeneratorMainHandler::finished, this,
             &CLIMainApp::generatorFinished);
-    fillArgumentHelpMap();
     fillErrorStringMap();
 }
 
 void CLIMainApp::start()
 {
-    if (arguments.size() <= 1) {
+    followOptions();
+    problemLog.finish();
+}
+
+void CLIMainApp::followOptions()
+{
+    if (options.isEmpty()) {
         printHelp();
         return finishWith(ReturnCode::ParameterError);
     }
-    if (arguments.contains(QLatin1String("-help"))) {
+    if (options.has("-help")) {
         printHelp();
         return finishWith(ReturnCode::NoError);
     }
-    if (arguments.contains(QLatin1String("-version"))) {
+    if (options.has("-version")) {
         outputHandler->printLine(QCoreApplication::applicationName() + QLatin1Char(' ') +
                                  QCoreApplication::applicationVersion());
         return finishWith(ReturnCode::NoError);
     }
+    options.reportSlips();
     QString project;
-    if (!checkProjectFile(arguments, project)) {
+    if (!options.value("-project", project)) {
         outputHandler->printLine(QStringLiteral("Project not given."));
         printHelp();
         return finishWith(ReturnCode::NoProject);
@@ -65,58 +62,62 @@ void CLIMainApp::start()
     protectInputs(project);
     runProject(project);
     writeReport(project);
-    problemLog.finish();
 }
 
 /// A save may replace the project, and a report its former one, but nothing else of what the user
 /// named may be lost by a slip in a script.
 void CLIMainApp::protectInputs(const QString &project)
 {
-    struct InputRow {
-        bool (*find)(const QStringList &, QString &);
-        const char *role;
-    };
-    static constexpr InputRow kInputs[] = {{checkImportFile, "the file to import"},
-                                           {checkDbModifier, "the modifier file"}};
-    for (const InputRow &row : kInputs) {
-        QString path;
-        if (row.find(arguments, path))
-            guardOfBackup.protect(path, QLatin1String(row.role));
-    }
+    guardOfBackup.protect(options.value("-import"), QStringLiteral("the file to import"));
+    guardOfBackup.protect(options.value("-dbmod"), QStringLiteral("the modifier file"));
     guardOfReport = guardOfBackup;
     guardOfReport.protect(project, QStringLiteral("the project"));
     guardOfReport.protect(backupOf(project), QStringLiteral("the former state of the project"));
     OutputGuard guard = guardOfReport;
     // Their generators keep what a user wrote into them; a report would not.
-    const QDir folder = QFileInfo(project).absoluteDir();
-    for (const char *file : {"gen_define.h", "j1939_adapter.c", "j1939_adapter.cs"})
-        guardOfReport.protect(folder.filePath(QLatin1String(file)),
-                              QStringLiteral("a place of your code in generated files"));
-    QString report;
-    if (checkReportFile(arguments, report) && guardOfReport.roleOf(report).isEmpty())
+    QStringList folders = {QFileInfo(project).absolutePath()};
+    if (options.has("-output"))
+        folders << options.value("-output");
+    for (const QString &folder : folders) {
+        for (const char *file : {"gen_define.h", "j1939_adapter.c", "j1939_adapter.cs"})
+            guardOfReport.protect(QDir(folder).filePath(QLatin1String(file)),
+                                  QStringLiteral("a place of your code in generated files"));
+    }
+    const QString report = options.value("-report");
+    if (!report.isNull() && guardOfReport.roleOf(report).isEmpty())
         guard.protect(report, QStringLiteral("the report for machines"));
     generatorMainHandler->setOutputGuard(guard);
 }
 
 void CLIMainApp::runProject(const QString &project)
 {
-    QString importFile;
-    const bool hasImport = checkImportFile(arguments, importFile);
+    const bool checksOnly = options.has("-check");
+    generatorMainHandler->setChecksOnly(checksOnly);
+    QString folder;
+    if (options.value("-output", folder))
+        generatorMainHandler->setOutputFolder(folder);
     if (!generatorMainHandler->openProject(project))
         return finishWith(ReturnCode::OpenProjectFailed);
-    if (hasImport && !generatorMainHandler->setImportFile(importFile)) {
+    QString importFile;
+    if (options.value("-import", importFile) && !generatorMainHandler->setImportFile(importFile)) {
         outputHandler->printLine(QStringLiteral("Import failed."));
         return finishWith(ReturnCode::ImportError);
     }
     QString modifierFile;
-    if (checkDbModifier(arguments, modifierFile))
+    if (options.value("-dbmod", modifierFile))
         (void)generatorMainHandler->applyDbModifier(modifierFile); // reported, but stops nothing
-    generatorMainHandler->setKeepUnchanged(arguments.contains(QLatin1String("-keep-unchanged")));
-    generatorMainHandler->setStartsPrograms(!arguments.contains(QLatin1String("-no-commands")));
+    generatorMainHandler->setKeepUnchanged(options.has("-keep-unchanged"));
+    generatorMainHandler->setStartsPrograms(!options.has("-no-commands"));
     generatorMainHandler->generateOutput(false);
+    if (!options.has("-save") && !options.has("-s"))
+        return;
     // A failed check does not keep an import from being saved.
-    if (arguments.contains(QLatin1String("-save")) || arguments.contains(QLatin1String("-s")))
+    if (!checksOnly)
         saveProject(project);
+    else
+        Problems::warning("check-saves-nothing", project,
+                          QStringLiteral("was not saved, since \"-check\" writes no project; leave "
+                                         "that option out to save"));
 }
 
 CLIMainApp::ReturnCode CLIMainApp::getReturnCode()
@@ -142,46 +143,15 @@ void CLIMainApp::generatorFinished(GeneratorMainHandler::GeneratorResult result)
     emit finished();
 }
 
-bool CLIMainApp::checkProjectFile(const QStringList &list, QString &value)
-{
-    return findOptionValue(list, "-project", value);
-}
-
-bool CLIMainApp::checkImportFile(const QStringList &list, QString &value)
-{
-    return findOptionValue(list, "-import", value);
-}
-
-bool CLIMainApp::checkDbModifier(const QStringList &list, QString &value)
-{
-    return findOptionValue(list, "-dbmod", value);
-}
-
-bool CLIMainApp::checkReportFile(const QStringList &list, QString &value)
-{
-    return findOptionValue(list, "-report", value);
-}
-
 void CLIMainApp::printHelp()
 {
     *outputHandler << QCoreApplication::applicationName() << QCoreApplication::applicationVersion();
     outputHandler->printLine(QVariant());
-    for (auto entry = argumentHelp.cbegin(); entry != argumentHelp.cend(); ++entry)
-        outputHandler->printHelpValue(entry.key(), entry.value());
-}
-
-void CLIMainApp::fillArgumentHelpMap()
-{
-    const QString saveText =
-        tr("Saves the project file. Could be helpful in combination with import option.");
-    argumentHelp = {
-        {QStringLiteral("-dbmod"), tr("Apply a db modification. Only for internal use.")},
-        {QStringLiteral("-import"), tr("Sets an importfile. This argument is optional.")},
-        {QStringLiteral("-project"),
-         tr("Sets the project file to use. This argument is mandatory.")},
-        {QStringLiteral("-s"), saveText},
-        {QStringLiteral("-save"), saveText},
-    };
+    for (const OptionRow &option : optionRows()) {
+        if (option.isInHelp)
+            outputHandler->printHelpValue(QLatin1String(option.name),
+                                          QLatin1String(option.meaning));
+    }
 }
 
 void CLIMainApp::fillErrorStringMap()
@@ -220,7 +190,7 @@ void CLIMainApp::saveProject(const QString &project)
 void CLIMainApp::writeReport(const QString &project)
 {
     QString path;
-    if (!checkReportFile(arguments, path))
+    if (!options.value("-report", path))
         return;
     // A check that finds errors is a check that did its work.
     const bool isComplete =

@@ -3,6 +3,7 @@
 
 #include "app/generatormainhandler.h"
 #include "app/problemlog.h"
+#include "app/runoptions.h"
 #include "support/outputguard.h"
 
 #include <QMap>
@@ -37,12 +38,6 @@ public:
     /// Prints the text of a code other than NoError; called once, as the last act of the process.
     ReturnCode getReturnCode();
 
-    /// The element behind the first "-project". False if there is none; then the value stays.
-    static bool checkProjectFile(const QStringList &list, QString &value);
-    static bool checkImportFile(const QStringList &list, QString &value);
-    static bool checkDbModifier(const QStringList &list, QString &value);
-    static bool checkReportFile(const QStringList &list, QString &value);
-
 public slots:
     void start();
     void generatorFinished(GeneratorMainHandler::GeneratorResult result);
@@ -52,8 +47,9 @@ signals:
 
 private:
     void printHelp();
-    void fillArgumentHelpMap();
     void fillErrorStringMap();
+    /// The process as its options ask for it.
+    void followOptions();
     void protectInputs(const QString &project);
     void runProject(const QString &project);
     void finishWith(ReturnCode code);
@@ -64,10 +60,9 @@ private:
     ProblemLog problemLog;
     OutputGuard guardOfBackup; ///< what the backup of a save must not take the place of
     OutputGuard guardOfReport; ///< the same for the report for machines
-    QStringList arguments;
+    RunOptions options;
     CLIOutputHandler *outputHandler;
     GeneratorMainHandler *generatorMainHandler;
-    QMap<QString, QString> argumentHelp;
     QMap<ReturnCode, QString> errorStrings;
     ReturnCode returnCode = ReturnCode::NoError;
 };

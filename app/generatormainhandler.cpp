@@ -16,6 +16,7 @@
 #include "support/numbers.h"
 #include "support/parametergroups.h"
 #include "support/problems.h"
+#include "support/replacefile.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -24,6 +25,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+
+#include <filesystem>
 
 namespace
 {
@@ -157,9 +160,8 @@ bool GeneratorMainHandler::openProject(const QString &filePath)
     if (!(isText ? openTextBasedProject(path) : openSqlBasedProject(path)))
         return false;
     correctProject();
-    outputDirectory = info.absolutePath();
+    setProjectFolder(info.absolutePath());
     projectName = info.completeBaseName();
-    outputGuard.setFolder(outputDirectory);
     database->setGeneralSettingsValue(QStringLiteral("new_init_structure"), QStringLiteral("1"));
     return true;
 }
@@ -170,9 +172,41 @@ void GeneratorMainHandler::openProject(QPointer<ObjectDataBase> store, const QSt
     if (database && database != store && database->parent() == this)
         delete database;
     database = store;
-    outputDirectory = directory;
+    setProjectFolder(directory);
     projectName = name;
-    outputGuard.setFolder(outputDirectory);
+}
+
+void GeneratorMainHandler::setProjectFolder(const QString &folder)
+{
+    projectDirectory = folder;
+    if (!outputFolder.isNull())
+        return outputGuard.setFolder(outputDirectory, QStringLiteral("the folder of the files"));
+    outputDirectory = folder;
+    outputGuard.setFolder(folder);
+}
+
+void GeneratorMainHandler::setOutputFolder(const QString &folder)
+{
+    outputFolder = folder;
+    outputDirectory = QDir::cleanPath(QFileInfo(folder).absoluteFilePath());
+}
+
+void GeneratorMainHandler::makeOutputFolder()
+{
+    if (outputFolder.isNull())
+        return;
+    std::error_code error;
+    std::filesystem::create_directories(QFile::encodeName(outputDirectory).toStdString(), error);
+    QString reason;
+    if (outputFolder.isEmpty())
+        reason = QStringLiteral("it has no name");
+    else if (error)
+        reason = FileReasons::ofSystem(error.value());
+    else if (!QFileInfo(outputDirectory).isWritable())
+        reason = QStringLiteral("there is no permission to write it");
+    if (!reason.isEmpty())
+        Problems::error("no-output-folder", outputFolder,
+                        QStringLiteral("cannot take the files: %1").arg(reason));
 }
 
 bool GeneratorMainHandler::openTextBasedProject(const QString &filePath)
@@ -182,7 +216,11 @@ bool GeneratorMainHandler::openTextBasedProject(const QString &filePath)
 
 bool GeneratorMainHandler::openSqlBasedProject(const QString &filePath)
 {
-    return database->openDataBase(filePath, true);
+    if (!database->openDataBase(filePath, true))
+        return false;
+    if (!checksOnly)
+        ReplaceFile::removeLeftover(filePath);
+    return true;
 }
 
 /// The same driver serves all tools of the family; the application's name tells which it is.
@@ -251,6 +289,8 @@ void GeneratorMainHandler::setKeepUnchanged(bool keeps)
 void GeneratorMainHandler::generateOutput(bool ignoreCheckErrors)
 {
     const ProjectFacts facts = readProjectFacts(*database);
+    if (!checksOnly)
+        makeOutputFolder();
     dropDeclaredGroups(facts);
     QElapsedTimer timer;
     timer.start();
@@ -260,6 +300,10 @@ void GeneratorMainHandler::generateOutput(bool ignoreCheckErrors)
     qCDebug(lcApp) << "check took" << timer.elapsed() << "ms";
     if (!isSound) {
         emit finished(GeneratorResult::GenerationCheckFailed);
+        return;
+    }
+    if (checksOnly) {
+        emit finished(GeneratorResult::GenerationOk);
         return;
     }
     if (!QFileInfo(outputDirectory).isWritable()) {
@@ -357,6 +401,8 @@ void GeneratorMainHandler::handleCheckError(const QString &errorString)
 
 bool GeneratorMainHandler::writeCheckLog(const QString &path)
 {
+    if (checksOnly || !QFileInfo(outputDirectory).isDir())
+        return false;
     QFile log(path);
     const QFileInfo present(path);
     if (present.exists() && !present.isFile())
@@ -506,7 +552,8 @@ void GeneratorMainHandler::runPostGenProcess()
     QEventLoop loop;
     connect(postGenProcessor, &PostGenProcessor::completed, &loop, &QEventLoop::quit);
     postGenProcessor->setOutputGuard(&outputGuard);
-    postGenProcessor->setProjectValues(database, outputDirectory, projectName);
+    postGenProcessor->setProjectValues(database, projectDirectory, projectName);
+    postGenProcessor->setOutputDirectory(outputDirectory);
     postGenProcessor->setStartedHidden(startedHidden);
     postGenProcessor->setStartsPrograms(startsPrograms);
     postGenProcessor->start();

@@ -50,6 +50,14 @@ public:
     /// What the outputs must leave alone; they may have no folder yet. Set before openProject().
     void setOutputGuard(const OutputGuard &guard) { outputGuard = guard; }
 
+    /// The folder for the files, made if it is missing; that of the project if none is set. Set
+    /// before openProject().
+    void setOutputFolder(const QString &folder);
+
+    /// generateOutput() ends behind the check, and neither it nor openProject() writes or removes
+    /// a file of the user. Set before openProject().
+    void setChecksOnly(bool only) { checksOnly = only; }
+
     /// Leaves files alone that would differ in their date only.
     void setKeepUnchanged(bool keeps);
 
@@ -72,8 +80,8 @@ public:
 
 public slots:
     /// Opens a database or, where the path ends in "tsrt", a text project. The output goes to the
-    /// file's folder. False if it is no file that can be read, or no project of this tool; the
-    /// reason is reported.
+    /// file's folder, or to that of setOutputFolder(). False if it is no file that can be read, or
+    /// no project of this tool; the reason is reported.
     bool openProject(const QString &filePath);
 
     /// Reports a generator's end, which is 100.
@@ -92,6 +100,9 @@ private:
     bool openTextBasedProject(const QString &filePath);
     bool openSqlBasedProject(const QString &filePath);
     void correctProject();
+    void setProjectFolder(const QString &folder);
+    /// Makes the output folder that the user has named; reports why that cannot be done.
+    void makeOutputFolder();
     void dropDeclaredGroups(const ProjectFacts &facts);
     void fillCaches(const ProjectFacts &facts);
     /// False if the check ends the run.
@@ -114,8 +125,10 @@ private:
     QString filled(const char *text, const QString &name) const;
 
     QPointer<ObjectDataBase> database;
-    QString outputDirectory; ///< the folder of the project file
-    QString projectName;     ///< the project file's name without folder and last suffix
+    QString projectDirectory; ///< the folder of the project file
+    QString outputFolder;     ///< as the user named it; null: that of the project
+    QString outputDirectory;  ///< its path
+    QString projectName;      ///< the project file's name without folder and last suffix
     OutputHandlerBase *outputHandler;
     QVector<Finding> checkFindings;
     OutputGuard outputGuard;
@@ -124,4 +137,5 @@ private:
     QPointer<PostGenProgressHandler> progressHandler;
     bool startedHidden = false;
     bool startsPrograms = true;
+    bool checksOnly = false;
 };

@@ -66,6 +66,7 @@ void PostGenProcessor::setProjectValues(QPointer<ObjectDataBase> store, const QS
 {
     database = store;
     projectDirectory = directory;
+    outputDirectory = directory;
     projectName = name;
 }
 
@@ -121,7 +122,7 @@ QString PostGenProcessor::filledArguments(QString arguments) const
 void PostGenProcessor::runCommand(const Command &command)
 {
     canceled = false;
-    QDir::setCurrent(projectDirectory);
+    QDir::setCurrent(outputDirectory);
     const QString tool = QCoreApplication::applicationName();
     if (process->state() != QProcess::NotRunning) {
         if (progressHandler)
@@ -131,7 +132,7 @@ void PostGenProcessor::runCommand(const Command &command)
         return proceed(Stage::Command);
     }
     waitForProcess = command.isWaitedFor;
-    process->setWorkingDirectory(projectDirectory);
+    process->setWorkingDirectory(outputDirectory);
     process->setProgram(command.program);
     process->setArguments(command.arguments.split(QLatin1Char(' ')));
     bool isStarted = false;
@@ -300,7 +301,7 @@ void PostGenProcessor::startEdsCheck()
     const UserSettings settings;
     if (startsPrograms && settings.value("EDSChecker", "checkeds").toBool()) {
         const auto fileOf = [this](const QString &tail) {
-            return OutputName::path(projectDirectory, projectName, tail);
+            return OutputName::path(outputDirectory, projectName, tail);
         };
         startChecker(settings, fileOf(QStringLiteral(".eds")),
                      QStringLiteral("EDS Checker started"));
@@ -346,7 +347,7 @@ void PostGenProcessor::adjustLineEndings()
     if (lineEnd.isEmpty())
         return;
     for (const char *file : LineEnds::kFiles) {
-        const QString path = projectDirectory + QLatin1Char('/') + QLatin1String(file);
+        const QString path = outputDirectory + QLatin1Char('/') + QLatin1String(file);
         if (outputGuard && !outputGuard->isFree(path))
             continue; // this run has not written it
         if (!Helper::modifyLineEnding(path, lineEnd))

@@ -30,6 +30,9 @@ public:
 
     void setProjectValues(QPointer<ObjectDataBase> store, const QString &directory,
                           const QString &name);
+    /// Where the files are and programs run; the directory of the project if none is set. Set after
+    /// setProjectValues().
+    void setOutputDirectory(const QString &directory) { outputDirectory = directory; }
     /// Files whose line ends stay as they are; null for none. \a guard stays the caller's.
     void setOutputGuard(const OutputGuard *guard) { outputGuard = guard; }
     void setStartedHidden(bool hidden) { startedHidden = hidden; }
@@ -37,7 +40,7 @@ public:
     void setStartsPrograms(bool starts) { startsPrograms = starts; }
 
     /// Begins with the user's command. Returns behind its end if the user wants to wait for it;
-    /// the other stages run on in the event loop. Makes the project's folder the current one if
+    /// the other stages run on in the event loop. Makes the folder of the files the current one if
     /// there is a command.
     void start();
 
@@ -90,6 +93,7 @@ private:
 
     QPointer<ObjectDataBase> database;
     QString projectDirectory;
+    QString outputDirectory;
     QString projectName;
     const OutputGuard *outputGuard = nullptr;
     QPointer<QProcess> process;

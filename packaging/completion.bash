@@ -9,9 +9,10 @@ _tessarine()
     -project) kinds='tsrp|tsrt' ;;
     -import) kinds='eds|dcf|csv' ;;
     -dbmod | -report) kinds='*' ;;
+    -output) kinds='/' ;; # folders only, for no file has this ending
     *)
-        mapfile -t COMPREPLY < <(compgen -W "-dbmod -help -import -keep-unchanged -no-commands -project
-            -report -s -save -version" -- "$2")
+        mapfile -t COMPREPLY < <(compgen -W "-check -dbmod -help -import -keep-unchanged -no-commands -output
+            -project -report -s -save -version" -- "$2")
         return
         ;;
     esac

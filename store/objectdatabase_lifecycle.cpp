@@ -133,7 +133,6 @@ bool StorePrivate::openCopy()
     if (!(sourceState == before) || !ProjectFile::pendingChanges(projectFile).isEmpty())
         return refuse("pending-changes", QStringLiteral("was written by another program while it "
                                                         "was read; run again when that is done"));
-    ReplaceFile::removeLeftover(projectFile);
     if (!openConnection(copy))
         return refuseWorkingCopy(failure);
     applyPragmas(kOpenedProjectCachePages);

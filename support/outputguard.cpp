@@ -99,9 +99,9 @@ Problems::Problem OutputGuard::objection(const QString &path) const
     if (folder.isEmpty() || isWithin(place, toPath(folder)))
         return {};
     return error("output-leads-away",
-                 QStringLiteral("was not written, since it is a link that leads out of the folder "
-                                "of the project, to %1; remove the link")
-                     .arg(QFile::decodeName(place.c_str())));
+                 QStringLiteral("was not written, since it is a link that leads out of %1, to %2; "
+                                "remove the link")
+                     .arg(folderName, QFile::decodeName(place.c_str())));
 }
 
 bool OutputGuard::admits(const QString &path) const

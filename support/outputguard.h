@@ -15,8 +15,14 @@ public:
     /// protected by its place. An empty path is none.
     void protect(const QString &path, const QString &role);
 
-    /// The folder of the outputs, which their links must not leave; none is set at first.
-    void setFolder(const QString &path) { folder = path; }
+    /// The folder of the outputs, which their links must not leave; none is set at first. \a name
+    /// completes "leads out of ...".
+    void setFolder(const QString &path,
+                   const QString &name = QStringLiteral("the folder of the project"))
+    {
+        folder = path;
+        folderName = name;
+    }
 
     /// The role of the file \a path; empty if it is none of those that are protected.
     QString roleOf(const QString &path) const;
@@ -41,4 +47,5 @@ private:
 
     QVector<Input> inputs;
     QString folder;
+    QString folderName;
 };

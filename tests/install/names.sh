@@ -10,7 +10,7 @@ complain()
     bad=1
 }
 
-options=$(grep -ohE '"-[a-z][a-z-]*"' app/climainapp.cpp | tr -d '"' | sort -u)
+options=$(grep -ohE '\{"-[a-z][a-z-]*"' app/runoptions.cpp | tr -d '{"' | sort -u)
 [ -n "$options" ] || complain "no options found"
 for option in $options; do
     tr -d '\\' <packaging/tessarine.1 | grep -qE -- "$option\b" || complain "no $option in the manual page"
@@ -47,4 +47,6 @@ completes "-project" examples/pump/pump "examples/pump/pump.tsrt"
 completes "-import" examples/levelsensor/ "examples/levelsensor/levelsensor.eds"
 completes "-import" examples/pump/ ""
 completes "-project" examples/pu "examples/pump"
+completes "-output" examples/pump/ ""
+completes "-output" examples/pu "examples/pump"
 exit $bad

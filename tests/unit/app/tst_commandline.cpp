@@ -90,9 +90,22 @@ private slots:
         QTest::newRow("help") << "-help" << kHelp << 0;
         QTest::newRow("help_goes_first") << "-project none.tsrp -help" << kHelp << 0;
         QTest::newRow("version") << "-project none.tsrp -version" << QByteArray("CANopen Tessarine 3.11.2\n") << 0;
-        QTest::newRow("project_without_value") << "-save -project" << noProject << 2;
+        const auto slip = [](const QByteArray &text) { return "errors:\nwarning: " + text + '\n'; };
+        const auto alone = [](const QByteArray &option, const QByteArray &value) {
+            return '"' + option + "\" stands last, without its " + value +
+            ", and has no effect [option-without-value]"; };
+        const auto unknown = [](const QByteArray &word, const QByteArray &advice) {
+            return '"' + word + "\" is no option and has no effect" + advice + " [unknown-option]"; };
+        QTest::newRow("project_without_value") << "-save -project" << noProject + slip(alone("-project", "file")) << 2;
+        QTest::newRow("project_without_option") << "pümp.tsrt"
+            << noProject + slip(unknown("pümp.tsrt", "; put \"-project\" before it")) << 2;
+        QTest::newRow("option_of_other_tools") << "--project=pümp.tsrt"
+            << noProject + slip(unknown("--project=pümp.tsrt", "; did you mean \"-project\"")) << 2;
         QTest::newRow("missing_project") << "-project none.tsrp" << unopened("none.tsrp", "there is no such file") << 3;
-        QTest::newRow("option_as_project") << "-project -save" << unopened("-save", "there is no such file") << 3;
+        QTest::newRow("option_as_project") << "-project -save"
+            << QByteArray(unopened("-save", "there is no such file")).replace("errors:\n",
+            slip("the option \"-save\" is taken for the file of \"-project\"; put the file between them "
+            "[option-as-value]")) << 3;
         QTest::newRow("folder_as_project") << "-project ." << unopened(".", "it is a folder") << 3;
         QTest::newRow("folder_as_text_project") << "-project folder.tsrt"
             << unopened("folder.tsrt", "it is a folder") << 3;
@@ -117,8 +130,26 @@ private slots:
             << kFullRun + "errors:\nnone.txt: error: could not be read: there is no such file [modifier-not-read]\n"
             << 0;
         QTest::newRow("text_project") << "-project pümp.tsrt" << kFullRun << 0;
-        QTest::newRow("any_order") << "-x -s -project pümp.tsrt" << kFullRun << 0;
-        QTest::newRow("import_without_value") << "-project pümp.tsrt -import" << kFullRun << 0;
+        QTest::newRow("any_order") << "-x -s -project pümp.tsrt" << kFullRun + slip(unknown("-x", "")) << 0;
+        QTest::newRow("misspelt_option") << "-Svae -impotr gauge.EDS -project pümp.tsrt"
+            << kFullRun + slip(unknown("-Svae", "; did you mean \"-save\"") + "\nwarning: " +
+            unknown("-impotr", "; did you mean \"-import\"")) << 0;
+        QTest::newRow("flags_given_twice") << "-s -s -save -no-commands -no-commands -project pümp.tsrt"
+            << kFullRun << 0;
+        QTest::newRow("file_given_twice") << "-project pümp.tsrt -project none.tsrt" << kFullRun +
+            slip("\"-project\" is given more than once; the first one counts, and \"none.tsrt\" has no effect "
+            "[option-twice]") << 0;
+        QTest::newRow("long_word") << "-project pümp.tsrt " + QString(100000, 'x')
+            << kFullRun + slip(unknown(QByteArray(80, 'x') + "...", "")) << 0;
+        QTest::newRow("import_without_value") << "-project pümp.tsrt -import"
+            << kFullRun + slip(alone("-import", "file")) << 0;
+        QTest::newRow("check") << "-check -project pümp.tsrt" << kCheck << 0;
+        QTest::newRow("check_with_save") << "-check -save -project pümp.tsrt" << kCheck + "errors:\npümp.tsrt: "
+            "warning: was not saved, since \"-check\" writes no project; leave that option out to save "
+            "[check-saves-nothing]\n" << 0;
+        QTest::newRow("folder_in_a_file") << "-project pümp.tsrt -output mod.txt/x" << kCheck +
+            "ABORT - The output folder %DIR%/mod.txt/x is not writeable.\nError - The output folder is not writeable\n"
+            "errors:\nmod.txt/x: error: cannot take the files: Not a directory [no-output-folder]\n" << 8;
         QTest::newRow("import") << "-project pümp.tsrt -import gauge.EDS" << kFullRun << 0;
         QTest::newRow("folder_in_place_of_an_output") << "-project taken.tsrt" << notWritten << 0;
         QTest::newRow("untyped_line") << "-project untyped.tsrt" << untyped << 0;
@@ -173,6 +204,57 @@ private slots:
                                           "no permission to write it [not-saved]\n")),
                  output);
         QCOMPARE(read("pümp.tsrt"), kProject);
+    }
+
+    /// Neither in the project's folder nor in that for files, whatever the check and the save find.
+    void checkWritesNothing()
+    {
+        ObjectDataBase store;
+        QVERIFY(store.openDataBase(folder + "/bad.tsrt") &&
+                store.saveDataBase(folder + "/bad.tsrp"));
+        for (const char *leftover : {"bad.tsrp.tessarine-new", "__tsrerrorlog.txt"})
+            QVERIFY(write(leftover, "of a former run"));
+        const QStringList before = files();
+        for (const QByteArray project : {"bad.tsrt 7", "bad.tsrp 7", "pümp.tsrt 0"}) {
+            const QByteArray output =
+                run("-check -output new -save -report ../out.sarif -project " +
+                    QString::fromUtf8(project.left(project.size() - 2)));
+            QVERIFY2(output.endsWith(project.right(2) + '\n'), output);
+            QVERIFY(QFile::remove(folder + "/../out.sarif"));
+        }
+        QCOMPARE(files(), before);
+        QCOMPARE(read("__tsrerrorlog.txt"), "of a former run");
+        QVERIFY(read("bad.tsrt") == kFaulty && !QFile::exists(folder + "/new"));
+        QVERIFY(run("-project bad.tsrp").endsWith(" 7\n"));
+        QVERIFY(!files().contains("bad.tsrp.tessarine-new"));
+    }
+
+    void writesToAnotherFolder()
+    {
+        const QByteArray section = "/* user-specific section: start */\n#define %1\n"
+                                   "/* user-specific section: end */\n";
+        QVERIFY(QDir().mkpath(folder + "/far/öut"));
+        QVERIFY(write("far/öut/gen_define.h", QByteArray(section).replace("%1", "OURS")));
+        QVERIFY(write("gen_define.h", QByteArray(section).replace("%1", "NOT_OURS")));
+        for (const char *name : {"gen_vobjdict.c", "far/öut/gen_vobjdict.c"})
+            QVERIFY(write(name, "stale"));
+        QVERIFY(write("p.tsrt", kProject + "[MiscSettings]\npostGenEnabled=1\npostgencmd=touch\n"
+                                           "postgencmdargs=here %D/there\npostGenWait=1\n"));
+        QVERIFY(writeUserSettings("[General]\nline_ending_index=1\n"));
+        const QStringList before = files();
+        const QByteArray output = run("-project p.tsrt -output far/öut");
+        QVERIFY2(output.contains(filled("gen_define.h in %DIR%/far/öut started\n")), output);
+        QVERIFY2(output.endsWith("\nGeneration completed.\nexit code 0\n"), output);
+        QVERIFY(QFile::remove(folder + "/there"));
+        QCOMPARE(files(), before);
+        QVERIFY(read("far/öut/gen_define.h").contains("#define OURS\r\n"));
+        for (const char *name : {"here", "p.eds", "gen_objdict.c", "__tsrerrorlog.txt.bak"})
+            QVERIFY2(QFile::exists(folder + "/far/öut/" + name), name);
+        QVERIFY(!QFile::exists(folder + "/far/öut/gen_vobjdict.c"));
+        QVERIFY(run("-project p.tsrt -output far/new/deep").endsWith(" 0\n"));
+        QVERIFY(QFile::exists(folder + "/far/new/deep/gen_define.h"));
+        QVERIFY(run("-project p.tsrt -dbmod far/öut/gen_define.h -output far/öut")
+                    .contains("it is the modifier file"));
     }
 
     void savesOnRequestOnly()
