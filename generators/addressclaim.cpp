@@ -3,12 +3,15 @@
 
 #include "generators/j1939settings.h"
 #include "support/candatatype.h"
+#include "support/implementation.h"
+#include "support/parametergroups.h"
 
 #include <iterator>
 
 namespace
 {
 
+using ParameterGroup::kAddressClaimed;
 using Type = CAN::CANopenDataType;
 
 /// Makes the default value of a signal from what its setting tells of the line.
@@ -65,19 +68,19 @@ void AddressClaim::declare(ObjectDataBase &store, quint8 line, quint32 reservedS
     group.priority = 6;
     group.inhibitTimeMs = 250;
     group.mappingCount = static_cast<quint16>(std::size(kName));
-    group.direction = kDirection;
+    group.direction = Direction::kTransmitted;
     store.beginBatch();
-    (void)store.addPGN(line, kGroup, group); // fails in a locked store; so do its signals
+    (void)store.addPGN(line, kAddressClaimed, group); // fails in a locked store; so do its signals
     qint16 place = 0;
     for (const NameRow &row : kName) {
         ObjectDataBase::SPN spn;
         spn.pos = place++; // rows with one place have no order of their own
         spn.name = QLatin1String(row.name);
         spn.dataType = static_cast<quint32>(row.type);
-        spn.implementation = 0;
+        spn.implementation = Implementation::kManagedVariable;
         spn.defaultValue = row.value(settings.ofLine(row.setting, line));
         const quint32 number = row.spn == kReserved ? reservedSpn : row.spn;
-        (void)store.addSPN(line, kGroup, kDirection, number, spn); // as above
+        (void)store.addSPN(line, kAddressClaimed, group.direction, number, spn); // as above
     }
     store.commitBatch();
 }

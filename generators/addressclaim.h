@@ -8,9 +8,6 @@ class ObjectDataBase;
 namespace AddressClaim
 {
 
-constexpr quint32 kGroup = 0xEE00;
-constexpr quint8 kDirection = 0x55; ///< transmitted
-
 /// Gives a line the group "Address Claiming" with the NAME of the device as the settings tell it.
 /// \a reservedSpn is the number of the NAME's reserved bit; with that of a field before it, the bit
 /// takes the field's place. Other signals of the group stay. Writes to the project, so that it runs

@@ -3,15 +3,13 @@
 
 #include "generators/projectlines.h"
 #include "generators/subindexrun.h"
+#include "support/implementation.h"
 
 #include <QMap>
 
 namespace
 {
 
-constexpr quint16 kFirstObject = 0x1000;
-constexpr quint16 kLastValueObject = 0xBFFF;
-constexpr quint16 kLastObject = 0xFFFF;
 constexpr int kShortestRunArray = 3; // subindices of an array that may hold a run
 
 bool mayHoldRun(const ObjectDataBase &store, quint8 line, quint16 index, int subs)
@@ -43,7 +41,7 @@ quint8 startOfRun(const ObjectDataBase &store, quint8 line, quint16 index,
 QList<ObjectDataBase::SubAddress> virtualSubs(const ObjectDataBase &store, quint8 line)
 {
     return store.getSubsByProperty(line, QStringLiteral("implementation"),
-                                   QString::number(VirtualObjects::kImplementation));
+                                   QString::number(Implementation::kVirtualObject));
 }
 
 /// The described ones of the virtual subindices of an object.
@@ -84,7 +82,7 @@ QVector<VirtualObjects::Value> VirtualObjects::readValues(const ObjectDataBase &
     for (const quint8 line : lines) {
         const QList<ObjectDataBase::SubAddress> subs = virtualSubs(store, line);
         for (const ObjectDataBase::SubAddress &sub : subs) {
-            if (sub.index >= kFirstObject && sub.index <= kLastValueObject)
+            if (ObjectRanges::kAssigned.contains(sub.index))
                 values << Value{line, sub.index, sub.subindex,
                                 store.getSubIndexDatatype(line, sub.index, sub.subindex)};
         }
@@ -97,7 +95,7 @@ QList<quint8> VirtualObjects::describedLines(const ObjectDataBase &store)
     QList<quint8> lines;
     const QList<quint8> existing = readProjectLines(store).numbers;
     for (const quint8 line : existing) {
-        if (store.getIndices(line, kFirstObject, kLastObject).size() >= 2)
+        if (store.getIndices(line, ObjectRanges::kAll).size() >= 2)
             lines << line;
     }
     return lines;
@@ -111,7 +109,7 @@ QVector<VirtualObjects::Object> VirtualObjects::readObjects(const ObjectDataBase
         QMap<quint16, QList<quint8>> subsOf;
         const QList<ObjectDataBase::SubAddress> subs = virtualSubs(store, line);
         for (const ObjectDataBase::SubAddress &sub : subs) {
-            if (sub.index >= kFirstObject)
+            if (ObjectRanges::kAll.contains(sub.index))
                 subsOf[sub.index] << sub.subindex;
         }
         for (auto it = subsOf.cbegin(); it != subsOf.cend(); ++it) {

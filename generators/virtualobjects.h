@@ -10,8 +10,6 @@
 namespace VirtualObjects
 {
 
-constexpr quint8 kImplementation = 3; ///< of a virtual subindex
-
 /// A virtual subindex that has a place in the values of its type.
 struct Value {
     quint8 line = 0;

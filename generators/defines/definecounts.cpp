@@ -4,13 +4,12 @@
 #include "generators/j1939settings.h"
 #include "store/linetype.h"
 #include "support/linelist.h"
+#include "support/objectindex.h"
+#include "support/parametergroups.h"
 
 namespace
 {
 
-constexpr quint8 kTransmit = 0x55; // directions of groups and identifiers in the store
-constexpr quint8 kReceive = 0x77;
-constexpr quint32 kAddressClaimedPgn = 0xEE00; // SAE J1939-81
 constexpr quint32 kFlyingMasterBit = 0x20;
 
 using Defines::countIndices;
@@ -18,15 +17,16 @@ using Defines::countSubs;
 
 quint16 cobsOfSdos(const ObjectDataBase &store, quint8 line)
 {
-    const quint16 servers = countIndices(store, line, 0x1200, 0x127F);
+    const quint16 servers = countIndices(store, line, ObjectRanges::kSdoServers);
     // Without objects for it, a device still has its default server (CiA 301, 7.2.4.2.5).
-    const quint16 serverCobs = servers ? 2 * servers : (store.existIndex(line, 0x1000) ? 2 : 0);
-    return serverCobs + 2 * countIndices(store, line, 0x1280, 0x12FF);
+    const quint16 serverCobs =
+        servers ? 2 * servers : (store.existIndex(line, ObjectIndex::kDeviceType) ? 2 : 0);
+    return serverCobs + 2 * countIndices(store, line, ObjectRanges::kSdoClients);
 }
 
 quint16 cobsOfHeartbeat(const DefineContext &context, quint8 line)
 {
-    const quint16 subs = countSubs(context.store, line, 0x1016, 0);
+    const quint16 subs = countSubs(context.store, line, ObjectIndex::kHeartbeatConsumer, 0);
     if (subs <= 1)
         return 0;
     return context.settings.decimal("only_one_hb_buffer") > 0 ? 1 : subs - 1;
@@ -34,16 +34,18 @@ quint16 cobsOfHeartbeat(const DefineContext &context, quint8 line)
 
 quint16 cobsOfEmergency(const ObjectDataBase &store, quint8 line)
 {
-    const quint16 consumers = countSubs(store, line, 0x1028, 0);
-    return store.existIndex(line, 0x1014) + (consumers > 1 ? consumers - 1 : 0);
+    const quint16 consumers = countSubs(store, line, ObjectIndex::kEmergencyConsumer, 0);
+    return store.existIndex(line, ObjectIndex::kEmergencyCobId) +
+           (consumers > 1 ? consumers - 1 : 0);
 }
 
 quint16 cobsOfSlaves(const DefineContext &context, quint8 line)
 {
-    if (!context.store.existIndex(line, 0x1F81))
+    if (!context.store.existIndex(line, ObjectIndex::kSlaveAssignment))
         return 0;
     const qint32 most = context.settings.decimal("max_slave_assignment");
-    return static_cast<quint16>(most ? most : countSubs(context.store, line, 0x1F81, 1));
+    return static_cast<quint16>(
+        most ? most : countSubs(context.store, line, ObjectIndex::kSlaveAssignment, 1));
 }
 
 quint16 cobsOfSleepMode(const GeneralSettings &settings, quint8 line)
@@ -89,20 +91,21 @@ quint16 cobsOfLine(const DefineContext &context, quint8 line)
     quint16 cobs = 0;
     if (context.canFd)
         cobs += settings.byPrefix("usdo_client_cnt") ? 4 : 2;
-    cobs += has(0x1000) ? 2 : 0; // NMT and error control
+    cobs += has(ObjectIndex::kDeviceType) ? 2 : 0; // NMT and error control
     cobs += cobsOfEmergency(store, line);
     cobs += cobsOfSdos(store, line);
-    cobs += has(0x1300) ? 2 : 0; // global fail-safe command
-    cobs += countIndices(store, line, 0x1A00, 0x1BFF) + countIndices(store, line, 0x1600, 0x17FF);
-    cobs += has(0x1005); // SYNC
+    cobs += has(ObjectIndex::kGlobalFailsafe) ? 2 : 0;
+    cobs += countIndices(store, line, ObjectRanges::kTpdoMappings) +
+            countIndices(store, line, ObjectRanges::kRpdoMappings);
+    cobs += has(ObjectIndex::kSyncCobId);
     cobs += cobsOfHeartbeat(context, line);
-    cobs += has(0x1012) ? 2 : 0; // TIME
+    cobs += has(ObjectIndex::kTimeCobId) ? 2 : 0;
     cobs += settings.decimal("lss_supported") > 0 ? 2 : 0;
     cobs += settings.decimal("idnego_supported") > 0 ? 2 : 0;
     cobs += cobsOfSlaves(context, line);
     cobs += cobsOfSleepMode(settings, line);
-    cobs += has(0x1F10); // SDO requesting device
-    cobs += 2 * countIndices(store, line, 0x1301, 0x137F);
+    cobs += has(ObjectIndex::kRequestSdo);
+    cobs += 2 * countIndices(store, line, ObjectRanges::kSrdoParameterPlaces);
     cobs += additionalCobs(settings, line);
     cobs += Defines::hasFlyingMaster(store, line) ? 10 : 0;
     if (!context.multiProtocol)
@@ -153,9 +156,9 @@ quint16 cobsOfJ1939Modules(const J1939Settings &settings)
 
 } // namespace
 
-quint16 Defines::countIndices(const ObjectDataBase &store, quint8 line, quint16 low, quint16 high)
+quint16 Defines::countIndices(const ObjectDataBase &store, quint8 line, ObjectRange range)
 {
-    return static_cast<quint16>(store.getIndices(line, low, high).size());
+    return static_cast<quint16>(store.getIndices(line, range).size());
 }
 
 quint16 Defines::countSubs(const ObjectDataBase &store, quint8 line, quint16 index, quint8 minSub)
@@ -170,7 +173,7 @@ quint32 Defines::subValue(const ObjectDataBase &store, quint8 line, quint16 inde
 
 bool Defines::hasFlyingMaster(const ObjectDataBase &store, quint8 line)
 {
-    return (subValue(store, line, 0x1F80, 0) & kFlyingMasterBit) != 0;
+    return (subValue(store, line, ObjectIndex::kNmtStartup, 0) & kFlyingMasterBit) != 0;
 }
 
 quint32 Defines::isoTpCobs(const GeneralSettings &settings, quint8 line)
@@ -185,7 +188,7 @@ quint16 Defines::getCobCount(const DefineContext &context, quint8 line)
         return cobsOfLine(context, line);
     quint16 cobs = 0;
     for (const quint8 number : context.lines.numbers) {
-        if (context.store.existIndex(number, 0x1000))
+        if (context.store.existIndex(number, ObjectIndex::kDeviceType))
             cobs += cobsOfLine(context, number);
     }
     return cobs;
@@ -193,10 +196,10 @@ quint16 Defines::getCobCount(const DefineContext &context, quint8 line)
 
 quint16 Defines::getJ1939Cobs(const DefineContext &context, quint8 line)
 {
-    const QList<quint32> sent = context.store.getPGNs(line, kTransmit, false);
-    const QList<quint32> received = context.store.getPGNs(line, kReceive, false);
-    const int transmit =
-        sent.size() + (sent.isEmpty() ? 0 : 1) - (sent.contains(kAddressClaimedPgn) ? 1 : 0);
+    const QList<quint32> sent = context.store.getPGNs(line, Direction::kTransmitted, false);
+    const QList<quint32> received = context.store.getPGNs(line, Direction::kReceived, false);
+    const int transmit = sent.size() + (sent.isEmpty() ? 0 : 1) -
+                         (sent.contains(ParameterGroup::kAddressClaimed) ? 1 : 0);
     const int receive = received.size() + (received.isEmpty() ? 0 : 1);
 
     const J1939Settings settings(context.store);
@@ -223,8 +226,8 @@ quint16 Defines::getMultiProtocolCobs(const DefineContext &context, quint8 line)
         cobs = getCobCount(context, line) + getJ1939Cobs(context, line);
         break;
     case LineType::RawCan:
-        cobs = static_cast<quint16>(context.store.getCANIDs(line, kTransmit).size() +
-                                    context.store.getCANIDs(line, kReceive).size());
+        cobs = static_cast<quint16>(context.store.getCANIDs(line, Direction::kTransmitted).size() +
+                                    context.store.getCANIDs(line, Direction::kReceived).size());
         break;
     default:
         return 0;

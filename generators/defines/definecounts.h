@@ -22,7 +22,7 @@ quint16 getMultiProtocolCobs(const DefineContext &context, quint8 line);
 quint32 isoTpCobs(const GeneralSettings &settings, quint8 line);
 
 /// Number of objects from \a low to \a high.
-quint16 countIndices(const ObjectDataBase &store, quint8 line, quint16 low, quint16 high);
+quint16 countIndices(const ObjectDataBase &store, quint8 line, ObjectRange range);
 
 /// Number of an object's subindices from \a minSub up.
 quint16 countSubs(const ObjectDataBase &store, quint8 line, quint16 index, quint8 minSub);

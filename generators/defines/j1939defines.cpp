@@ -8,6 +8,7 @@
 #include "generators/defines/shareddefines.h"
 #include "generators/j1939settings.h"
 #include "store/linetype.h"
+#include "support/parametergroups.h"
 
 #include <QStringList>
 
@@ -16,9 +17,6 @@
 namespace
 {
 
-constexpr quint8 kTransmit = 0x55; // directions of groups in the store
-constexpr quint8 kReceive = 0x77;
-constexpr quint32 kAddressClaimedPgn = 0xEE00; // SAE J1939-81
 constexpr int kHighestDiagnosticMessage = 64;
 
 /// One line. Groups are those of the tables of groups, safe ones those of the safety tables.
@@ -146,18 +144,19 @@ void countGroups(const ObjectDataBase &store, bool hasSafety, quint8 number, Lin
     const auto size = [](const QList<quint32> &groups) { return quint32(groups.size()); };
     // The stack sends its own claim of an address and reads those of others.
     const auto rows = [&size](const QList<quint32> &groups) {
-        return size(groups) - (groups.contains(kAddressClaimedPgn) ? 1 : 0);
+        return size(groups) - (groups.contains(ParameterGroup::kAddressClaimed) ? 1 : 0);
     };
     // Without the safety module, safe groups are sent and received as all others are.
-    const QList<quint32> sent = store.getPGNs(number, kTransmit, false);
-    const QList<quint32> sentPlain = store.getPGNs(number, kTransmit, hasSafety);
-    const QList<quint32> receivedPlain = store.getPGNs(number, kReceive, hasSafety);
+    const QList<quint32> sent = store.getPGNs(number, Direction::kTransmitted, false);
+    const QList<quint32> sentPlain = store.getPGNs(number, Direction::kTransmitted, hasSafety);
+    const QList<quint32> receivedPlain = store.getPGNs(number, Direction::kReceived, hasSafety);
     line.transmit = rows(sentPlain);
     // Deliberate: a received claim has no row, so that it is not counted; held by
     // tst_generatedj1939.
     line.receive = rows(receivedPlain);
     line.safeTransmit = size(sent) - size(sentPlain);
-    line.safeReceive = size(store.getPGNs(number, kReceive, false)) - size(receivedPlain);
+    line.safeReceive =
+        size(store.getPGNs(number, Direction::kReceived, false)) - size(receivedPlain);
 }
 
 LineGroups readLine(const DefineContext &context, const Facts &facts, quint8 number)
@@ -168,11 +167,11 @@ LineGroups readLine(const DefineContext &context, const Facts &facts, quint8 num
     line.type = readLineType(store, number);
     countGroups(store, facts.hasSafety, number, line);
     line.cobs = Defines::getJ1939Cobs(context, number) + isoTpConnections(facts.general, number);
-    const QList<quint32> sent = store.getPGNs(number, kTransmit, false);
+    const QList<quint32> sent = store.getPGNs(number, Direction::kTransmitted, false);
     for (const quint32 pgn : sent) {
         PgnData group;
-        line.hasInhibit |=
-            store.getPGNData(number, pgn, kTransmit, group) && group.inhibitTimeMs != 0;
+        line.hasInhibit |= store.getPGNData(number, pgn, Direction::kTransmitted, group) &&
+                           group.inhibitTimeMs != 0;
     }
     if (!facts.isMultiLine) {
         line.servers = facts.isServer;
@@ -181,8 +180,8 @@ LineGroups readLine(const DefineContext &context, const Facts &facts, quint8 num
         line.servers = facts.j1939.byPrefix("cia510serversupport");
         line.clients = facts.j1939.byPrefix("cia510clientsupport");
     } else {
-        line.servers = Defines::countIndices(store, number, 0x1200, 0x127F);
-        line.clients = Defines::countIndices(store, number, 0x1280, 0x12FF);
+        line.servers = Defines::countIndices(store, number, ObjectRanges::kSdoServers);
+        line.clients = Defines::countIndices(store, number, ObjectRanges::kSdoClients);
     }
     return line;
 }

@@ -9,9 +9,6 @@
 namespace
 {
 
-constexpr quint8 kTransmit = 0x55; // directions of identifiers in the store
-constexpr quint8 kReceive = 0x77;
-
 /// Lines of other protocols have no identifiers, whatever the project keeps of them.
 struct Facts {
     QVector<quint32> received; ///< identifiers by line
@@ -38,7 +35,7 @@ bool hasInhibitTime(const ObjectDataBase &store, quint8 line, const QList<quint3
 {
     for (const quint32 id : ids) {
         CanIdData data;
-        if (store.getCANIDData(line, id, kTransmit, data) && data.inhibitTimeMs != 0)
+        if (store.getCANIDData(line, id, Direction::kTransmitted, data) && data.inhibitTimeMs != 0)
             return true;
     }
     return false;
@@ -50,9 +47,11 @@ Facts readFacts(const DefineContext &context)
     for (const quint8 line : context.lines.numbers) {
         const bool isRaw = readLineType(context.store, line) == LineType::RawCan;
         const QList<quint32> sent =
-            isRaw ? context.store.getCANIDs(line, kTransmit) : QList<quint32>();
+            isRaw ? context.store.getCANIDs(line, Direction::kTransmitted) : QList<quint32>();
         facts.transmitted << quint32(sent.size());
-        facts.received << (isRaw ? quint32(context.store.getCANIDs(line, kReceive).size()) : 0);
+        facts.received << (isRaw
+                               ? quint32(context.store.getCANIDs(line, Direction::kReceived).size())
+                               : 0);
         facts.hasRawLine |= isRaw;
         facts.hasInhibit = facts.hasInhibit || hasInhibitTime(context.store, line, sent);
     }

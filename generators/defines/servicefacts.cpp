@@ -3,6 +3,8 @@
 
 #include "generators/defines/definecounts.h"
 #include "generators/j1939settings.h"
+#include "support/accesstype.h"
+#include "support/objectindex.h"
 
 #include <initializer_list>
 
@@ -14,10 +16,11 @@ using Defines::countSubs;
 using Defines::LineServices;
 using Defines::ServiceFacts;
 using Defines::subValue;
+using ObjectIndex::kDeviceType;
 
 constexpr quint32 kMpdoScanner = 254; // subindex 0 of a mapping, CiA 301, 7.5.2.36
 constexpr quint32 kMpdoDestination = 255;
-constexpr quint16 kUtf8String = static_cast<quint16>(CAN::CANopenDataType::Utf8String);
+constexpr quint16 kUtf8String = CAN::typeNumber(CAN::CANopenDataType::Utf8String);
 
 /// The stack handles these types only on demand.
 bool isExtendedType(quint16 dataType)
@@ -66,27 +69,27 @@ LineServices readLine(const DefineContext &context, quint8 number)
     LineServices line;
     line.number = number;
     line.type = readLineType(store, number);
-    line.objects = countIndices(store, number, 0x1000, 0xFFFF);
+    line.objects = countIndices(store, number, ObjectRanges::kAll);
     if (!context.multiProtocol)
         line.cobs = Defines::getCobCount(context, number);
-    line.tpdos = countIndices(store, number, 0x1800, 0x19FF);
-    line.rpdos = countIndices(store, number, 0x1400, 0x15FF);
-    line.tpdoMappings = countIndices(store, number, 0x1A00, 0x1BFF);
-    line.rpdoMappings = countIndices(store, number, 0x1600, 0x17FF);
-    line.sdoServers = countIndices(store, number, 0x1200, 0x127F);
-    line.sdoClients = countIndices(store, number, 0x1280, 0x12FF);
+    line.tpdos = countIndices(store, number, ObjectRanges::kTpdoParameters);
+    line.rpdos = countIndices(store, number, ObjectRanges::kRpdoParameters);
+    line.tpdoMappings = countIndices(store, number, ObjectRanges::kTpdoMappings);
+    line.rpdoMappings = countIndices(store, number, ObjectRanges::kRpdoMappings);
+    line.sdoServers = countIndices(store, number, ObjectRanges::kSdoServers);
+    line.sdoClients = countIndices(store, number, ObjectRanges::kSdoClients);
     line.listedServers =
         listedServers(line, context.canFd, j1939.byPrefix("cia510serversupport") == 1);
     line.listedClients = listedClients(line, j1939.byPrefix("cia510clientsupport") == 1);
-    line.srdos = countIndices(store, number, 0x1301, 0x137F);
-    line.assignments = countSubs(store, number, 0x1F81, 1);
+    line.srdos = countIndices(store, number, ObjectRanges::kSrdoParameterPlaces);
+    line.assignments = countSubs(store, number, ObjectIndex::kSlaveAssignment, 1);
     line.maxAssignments = most != 0 ? quint32(most) : line.assignments;
-    line.hbConsumers = countSubs(store, number, 0x1016, 1);
-    line.storeGroups = countSubs(store, number, 0x1010, 1);
-    line.errorHistory = countSubs(store, number, 0x1003, 1);
-    line.activeErrors = countSubs(store, number, 0x1032, 1);
-    line.emcyConsumers = countSubs(store, number, 0x1028, 1);
-    line.routes = countSubs(store, number, 0x1F2C, 1);
+    line.hbConsumers = countSubs(store, number, ObjectIndex::kHeartbeatConsumer, 1);
+    line.storeGroups = countSubs(store, number, ObjectIndex::kStoreParameters, 1);
+    line.errorHistory = countSubs(store, number, ObjectIndex::kErrorHistory, 1);
+    line.activeErrors = countSubs(store, number, ObjectIndex::kActiveErrors, 1);
+    line.emcyConsumers = countSubs(store, number, ObjectIndex::kEmergencyConsumer, 1);
+    line.routes = countSubs(store, number, ObjectIndex::kPdoRouting, 1);
     return line;
 }
 
@@ -94,7 +97,7 @@ LineServices readLine(const DefineContext &context, quint8 number)
 void readSubs(const ObjectDataBase &store, LineServices *line, ServiceFacts *facts)
 {
     store.visitLine(line->number, [&](quint16 index, quint8, const SubIndexData &data) {
-        if (index < 0x1000)
+        if (!ObjectRanges::kAll.contains(index))
             return;
         line->nvSubs += data.nvStorage;
         facts->hasExtendedTypes = facts->hasExtendedTypes || isExtendedType(data.dataType);
@@ -110,30 +113,31 @@ void readExistence(const ObjectDataBase &store, quint8 line, ServiceFacts *facts
             found = found || store.existIndex(line, index);
         return found;
     };
-    const auto hasSub = [&store, line](quint16 low, quint16 high, quint8 sub) {
+    const auto hasSub = [&store, line](ObjectRange range, quint8 sub) {
         bool found = false;
-        const QList<quint16> indices = store.getIndices(line, low, high);
+        const QList<quint16> indices = store.getIndices(line, range);
         for (const quint16 index : indices)
             found = found || store.existSubIndex(line, index, sub);
         return found;
     };
-    facts->hasGfc |= hasAny({0x1300});
-    facts->hasSync |= hasAny({0x1005});
-    facts->hasEmcyProducer |= hasAny({0x1014});
-    facts->hasSrd |= hasAny({0x1F10});
-    facts->hasGuarding |= hasAny({0x100C});
-    facts->hasStore |= hasAny({0x1010, 0x1011});
-    facts->hasTime |= hasAny({0x1012});
-    facts->hasConfiguration |= hasAny({0x1F20, 0x1F22});
-    facts->hasInhibit |= hasAny({0x1015, 0x102A}) || hasSub(0x1800, 0x19FF, 3);
-    facts->hasEventTimer |= hasSub(0x1400, 0x15FF, 5);
+    facts->hasGfc |= hasAny({ObjectIndex::kGlobalFailsafe});
+    facts->hasSync |= hasAny({ObjectIndex::kSyncCobId});
+    facts->hasEmcyProducer |= hasAny({ObjectIndex::kEmergencyCobId});
+    facts->hasSrd |= hasAny({ObjectIndex::kRequestSdo});
+    facts->hasGuarding |= hasAny({ObjectIndex::kGuardTime});
+    facts->hasStore |= hasAny({ObjectIndex::kStoreParameters, ObjectIndex::kRestoreParameters});
+    facts->hasTime |= hasAny({ObjectIndex::kTimeCobId});
+    facts->hasConfiguration |= hasAny({ObjectIndex::kDcfStorage, ObjectIndex::kConciseDcf});
+    facts->hasInhibit |=
+        hasAny({ObjectIndex::kEmergencyInhibitTime, ObjectIndex::kNmtInhibitTime}) ||
+        hasSub(ObjectRanges::kTpdoParameters, PdoParameter::kInhibitTime);
+    facts->hasEventTimer |= hasSub(ObjectRanges::kRpdoParameters, PdoParameter::kEventTimer);
 }
 
-/// The mapping objects from \a low to \a high.
-void readMappings(const ObjectDataBase &store, quint8 line, quint16 low, quint16 high,
+void readMappings(const ObjectDataBase &store, quint8 line, ObjectRange mappings,
                   quint32 *dynamicEntries, bool *hasMpdo, ServiceFacts *facts)
 {
-    const QList<quint16> indices = store.getIndices(line, low, high);
+    const QList<quint16> indices = store.getIndices(line, mappings);
     for (const quint16 index : indices) {
         const quint32 subs = countSubs(store, line, index, 0);
         const quint32 entries = subs > 0 ? subs - 1 : 0;
@@ -141,7 +145,7 @@ void readMappings(const ObjectDataBase &store, quint8 line, quint16 low, quint16
         SubIndexData first;
         if (!store.getSubIndexData(line, index, 0, first))
             continue;
-        if (first.accessType == QLatin1String("rw"))
+        if (first.accessType == AccessType::kReadWrite)
             *dynamicEntries += entries;
         const quint32 mapped = Numbers::toUIntByPrefix(first.defaultValue);
         facts->hasScannerMpdo |= mapped == kMpdoScanner;
@@ -157,10 +161,13 @@ void addTotals(const DefineContext &context, const LineServices &line, ServiceFa
     const qint32 masterMode = context.settings.decimalOfLine("nmtmaster", line.number);
     facts->hasMaster |= masterMode == 1 || masterMode == 2;
     facts->hasFlyingMaster |= Defines::hasFlyingMaster(store, line.number);
-    facts->hbConsumers += withoutCount(countSubs(store, line.number, 0x1016, 0));
-    facts->emcyConsumers += withoutCount(countSubs(store, line.number, 0x1028, 0));
-    facts->errorHistory += withoutCount(countSubs(store, line.number, 0x1003, 0));
-    if (store.existIndex(line.number, 0x1F81))
+    facts->hbConsumers +=
+        withoutCount(countSubs(store, line.number, ObjectIndex::kHeartbeatConsumer, 0));
+    facts->emcyConsumers +=
+        withoutCount(countSubs(store, line.number, ObjectIndex::kEmergencyConsumer, 0));
+    facts->errorHistory +=
+        withoutCount(countSubs(store, line.number, ObjectIndex::kErrorHistory, 0));
+    if (store.existIndex(line.number, ObjectIndex::kSlaveAssignment))
         facts->maxAssignments +=
             static_cast<quint16>(context.settings.decimal("max_slave_assignment"));
 }
@@ -184,11 +191,11 @@ void addSdos(const ObjectDataBase &store, ServiceFacts *facts)
 void readProfile(const ObjectDataBase &store, quint8 line, ServiceFacts *facts)
 {
     IndexData deviceType;
-    (void)store.getIndexData(line, 0x1000, deviceType); // without it there is no value either
+    (void)store.getIndexData(line, kDeviceType, deviceType); // without it there is no value either
     const bool isVariable = deviceType.objectCode == CANopen::ObjectCode::Var;
-    facts->profile = static_cast<quint16>(subValue(store, line, 0x1000, isVariable ? 0 : 1));
-    facts->vdfgs[0] = subValue(store, line, 0x6000, 1);
-    facts->vdfgs[1] = subValue(store, line, 0x6000, 2);
+    facts->profile = static_cast<quint16>(subValue(store, line, kDeviceType, isVariable ? 0 : 1));
+    facts->vdfgs[0] = subValue(store, line, ObjectRanges::kProfile.first, 1);
+    facts->vdfgs[1] = subValue(store, line, ObjectRanges::kProfile.first, 2);
 }
 
 } // namespace
@@ -219,9 +226,9 @@ Defines::ServiceFacts Defines::readServiceFacts(const DefineContext &context)
         LineServices line = readLine(context, number);
         readSubs(store, &line, &facts);
         readExistence(store, number, &facts);
-        readMappings(store, number, 0x1600, 0x17FF, &facts.dynamicRpdoEntries,
+        readMappings(store, number, ObjectRanges::kRpdoMappings, &facts.dynamicRpdoEntries,
                      &facts.isMpdoConsumer, &facts);
-        readMappings(store, number, 0x1A00, 0x1BFF, &facts.dynamicTpdoEntries,
+        readMappings(store, number, ObjectRanges::kTpdoMappings, &facts.dynamicTpdoEntries,
                      &facts.isMpdoProducer, &facts);
         addTotals(context, line, &facts);
         facts.lines.append(line);
