@@ -9,6 +9,7 @@
 #include "generators/textwriter.h"
 #include "store/linetype.h"
 #include "support/helper.h"
+#include "support/implementation.h"
 #include "support/numbers.h"
 
 #include <QRegularExpression>
@@ -48,10 +49,6 @@ using ExtDecl::CType;
 using ExtDecl::Variable;
 using ExtDecl::Variables;
 
-constexpr quint32 kManaged = 0;
-constexpr quint32 kApplicationVariable = 2;
-constexpr quint8 kReceived = 0x77;
-constexpr quint8 kTransmitted = 0x55;
 constexpr quint32 kHighestElement = 0xFFFF;
 
 constexpr CType kU8 = {"UNSIGNED8", Form::Unsigned, 1};
@@ -264,7 +261,8 @@ template <class Signal>
 void addSignals(Collector &collector, const QVector<Signal> &list)
 {
     for (const Signal &signal : list) {
-        if (signal.implementation != kManaged) // a mapping names the variable of all others
+        // A mapping names the variable of all others.
+        if (signal.implementation != Implementation::kManagedVariable)
             collector.add({signal.varName, typeOf(signal.dataType, &TypeRow::ofSignal),
                            bytesOf(signal), signal.defaultValue});
     }
@@ -276,7 +274,7 @@ void addFrames(Collector &collector, ObjectDataBase &store, quint8 line)
     if (!carriesJ1939(type) && type != LineType::RawCan)
         return;
     store.cacheAllSpnDataForLine(line);
-    for (const quint8 direction : {kReceived, kTransmitted}) {
+    for (const quint8 direction : {Direction::kReceived, Direction::kTransmitted}) {
         const QList<quint32> frames = carriesJ1939(type) ? store.getPGNs(line, direction, false)
                                                          : store.getCANIDs(line, direction);
         for (const quint32 frame : frames) {
@@ -300,8 +298,8 @@ void addObjects(Collector &collector, const ObjectDataBase &store, quint8 line)
 {
     store.visitLine(line, [&](quint16 index, quint8 sub, const SubIndexData &data) {
         // The application hands domains to the stack at run time, no table names them.
-        if (data.implementation == kApplicationVariable &&
-            data.dataType != static_cast<quint16>(Type::Domain))
+        if (data.implementation == Implementation::kApplicationVariable &&
+            data.dataType != CAN::typeNumber(Type::Domain))
             collector.add({Helper::substituteVariables(data.varName, index, sub),
                            typeOf(data.dataType, &TypeRow::ofObject), data.size, data.defaultValue,
                            true});

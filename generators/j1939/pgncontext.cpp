@@ -2,6 +2,7 @@
 #include "generators/j1939/pgncontext.h"
 
 #include "generators/projectlines.h"
+#include "support/parametergroups.h"
 
 namespace
 {
@@ -61,8 +62,8 @@ Pgn::Context Pgn::makeContext(ObjectDataBase &store, TextWriter &out, const Dial
     for (const quint8 number : project.numbers) {
         store.cacheAllSpnDataForLine(number);
         context.lines << Line{number, readLineType(store, number),
-                              readTraffic(store, number, kReceived),
-                              readTraffic(store, number, kTransmitted)};
+                              readTraffic(store, number, Direction::kReceived),
+                              readTraffic(store, number, Direction::kTransmitted)};
     }
     return context;
 }
@@ -71,7 +72,8 @@ bool Pgn::hasMapping(const Context &context, const Line &line, const Group &grou
 {
     // Deliberate: nothing would refer to a mapping of received claims, which are the stack's own
     // business; held by tst_pgngenerator.
-    if (group.data.number == kAddressClaimed && group.data.direction == kReceived)
+    if (group.data.number == ParameterGroup::kAddressClaimed &&
+        group.data.direction == Direction::kReceived)
         return false;
     const bool isLeftOut = context.form.excludeSafePgns && group.data.isSafe != 0;
     return line.hasJ1939() && !isLeftOut;
@@ -82,7 +84,8 @@ QVector<const Pgn::Group *> Pgn::tableGroups(const Context &context, const Line 
 {
     QVector<const Group *> groups;
     for (const Group &group : traffic.groups) {
-        if (group.data.number != kAddressClaimed && hasMapping(context, line, group))
+        if (group.data.number != ParameterGroup::kAddressClaimed &&
+            hasMapping(context, line, group))
             groups << &group;
     }
     return groups;

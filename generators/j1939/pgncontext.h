@@ -17,10 +17,6 @@
 namespace Pgn
 {
 
-constexpr quint32 kAddressClaimed = 0xEE00; // SAE J1939-81
-constexpr quint8 kTransmitted = 0x55;
-constexpr quint8 kReceived = 0x77;
-
 /// What the two generations of the stack differ in.
 struct Dialect : StackDialect {
     const char *title = "";       ///< text line of the head comment, see CText::headComment()

@@ -5,6 +5,7 @@
 #include "generators/j1939/pgninit.h"
 #include "generators/j1939/pgnsections.h"
 #include "generators/projectlines.h"
+#include "support/parametergroups.h"
 
 #include <QFileInfo>
 
@@ -14,9 +15,10 @@ void Pgn::declareIdentify(ObjectDataBase &store)
     const QList<quint8> lines = readProjectLines(store).numbers;
     for (const quint8 line : lines) {
         if (!carriesJ1939(readLineType(store, line)) &&
-            store.getPGNs(line, kTransmitted, false).size() < 2)
+            store.getPGNs(line, Direction::kTransmitted, false).size() < 2)
             continue;
-        (void)store.delPGN(line, kAddressClaimed, kTransmitted); // there may be none
+        (void)store.delPGN(line, ParameterGroup::kAddressClaimed,
+                           Direction::kTransmitted); // there may be none
         AddressClaim::declare(store, line, kNoNumber);
     }
 }

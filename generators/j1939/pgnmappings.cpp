@@ -5,6 +5,7 @@
 #include "generators/j1939/pgnsections.h"
 #include "generators/j1939/pgntypes.h"
 #include "support/cohelper.h"
+#include "support/implementation.h"
 
 namespace
 {
@@ -22,7 +23,7 @@ constexpr const char *kReferences[kValueArrayCount] = { // the place is the arra
 QString variableOf(const Signal &signal)
 {
     QString variable;
-    if (signal.data.implementation != 0)
+    if (signal.data.implementation != Implementation::kManagedVariable)
         variable = CText::expression(signal.data.varName.trimmed());
     else if (signal.place)
         variable = QString::fromLatin1(kReferences[static_cast<int>(signal.place->array)])
@@ -60,7 +61,7 @@ void writeIdentifierRow(Context &context, const Signal &signal)
 
 const char *mappingName(quint8 direction)
 {
-    return direction == kTransmitted ? "tx_mapping_" : "rx_mapping_";
+    return direction == Direction::kTransmitted ? "tx_mapping_" : "rx_mapping_";
 }
 
 /// Storage of constant tables, with its blanks.

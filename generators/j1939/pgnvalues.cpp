@@ -3,6 +3,8 @@
 #include "generators/ctext.h"
 #include "generators/j1939/pgnsections.h"
 #include "generators/j1939/pgntypes.h"
+#include "support/implementation.h"
+#include "support/parametergroups.h"
 
 #include <array>
 
@@ -80,7 +82,7 @@ QString valueText(ValueArray array, const QString &value)
 
 QString parameterValue(const Group &group, ValueArray array, const SignalData &data)
 {
-    if (group.data.number == kAddressClaimed)
+    if (group.data.number == ParameterGroup::kAddressClaimed)
         return valueText(array, data.defaultValue);
     // Deliberate: signed parameters and reals have variables too, for their mappings refer to them;
     // held by tst_pgngenerator.
@@ -93,10 +95,10 @@ void collectGroups(const Context &context, Contents &contents, const Line &line,
 {
     for (Group &group : groups) {
         const bool isReferenced = hasMapping(context, line, group);
-        const bool isName = group.data.number == kAddressClaimed;
+        const bool isName = group.data.number == ParameterGroup::kAddressClaimed;
         for (Signal &signal : group.mapping) {
             const auto array = arrayOf(signal.data.dataType);
-            if (signal.data.implementation != 0 || !array)
+            if (signal.data.implementation != Implementation::kManagedVariable || !array)
                 continue;
             addVariable(contents, signal, *array,
                         {line.number, group.data.number, signal.data.number,
@@ -111,7 +113,7 @@ void collectIdentifiers(Contents &contents, const Line &line, QVector<Identifier
     for (Identifier &identifier : identifiers) {
         for (Signal &signal : identifier.mapping) {
             const auto array = arrayOf(signal.data.dataType);
-            if (signal.data.implementation != 0 || !array)
+            if (signal.data.implementation != Implementation::kManagedVariable || !array)
                 continue;
             addVariable(contents, signal, *array,
                         {line.number, identifier.data.id, signal.data.number,
