@@ -184,7 +184,7 @@ CsvTableGenerator::CsvTableGenerator(const QString &name, const CsvLayout &table
 void CsvTableGenerator::write(TextWriter &out)
 {
     CsvRows::writeHeader(out, layout);
-    forEach(database->getIndices(activeLine, 0x1000, 0xFFFF), [&](quint16 index) {
+    forEach(database->getIndices(activeLine, ObjectRanges::kAll), [&](quint16 index) {
         CsvRows::writeObject(out, layout, *database, activeLine, index);
     });
 }

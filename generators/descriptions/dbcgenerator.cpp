@@ -8,6 +8,7 @@
 #include "support/cohelper.h"
 #include "support/filereasons.h"
 #include "support/helper.h"
+#include "support/implementation.h"
 #include "support/logging.h"
 #include "support/replacefile.h"
 
@@ -22,8 +23,6 @@ using Type = CAN::CANopenDataType;
 // Deliberate: the number of the NAME's function, so that the reserved bit replaces it in the
 // project; held by tst_dbcgenerator.
 constexpr quint32 kReservedSpn = 2841;
-constexpr quint8 kTransmitted = 0x55;
-constexpr quint8 kReceived = 0x77;
 constexpr quint8 kNullAddress = 0xFE;
 constexpr int kClassicDlc = 8;
 constexpr int kJ1939FrameFormat = 3; // "J1939PG"
@@ -185,7 +184,7 @@ int addSignal(KvaDbMessageHnd message, const Attributes &attributes, const Objec
                                                 int(J1939::SigType::StringDelimiter));
     if (!attributes.implementation)
         return bits;
-    const bool isVariable = spn.implementation != 0;
+    const bool isVariable = spn.implementation != Implementation::kManagedVariable;
     (void)kvaDbSetAttributeValueEnumeration(addAttribute(signal, attributes.implementation),
                                             isVariable);
     if (isVariable)
@@ -198,7 +197,8 @@ quint32 messageId(const ObjectDataBase::PGN &group, quint32 pgn, quint8 directio
 {
     const quint32 prefix = (group.priority * 0x40000U + pgn) * 0x100U;
     // A received group: sent by anybody to this line.
-    return direction == kReceived ? prefix + kNullAddress + address * 0x100U : prefix + address;
+    return direction == Direction::kReceived ? prefix + kNullAddress + address * 0x100U
+                                             : prefix + address;
 }
 
 struct Line {
@@ -319,7 +319,7 @@ bool DBCGenerator::writeDatabase(KvaDbHnd handle, const QString &file)
     const Attributes attributes(handle, hasImplementationInfo);
     database->cacheAllSpnDataForLine(activeLine);
     const Line line{*database, activeLine, Dbc::lineAddress(*database, activeLine)};
-    for (const quint8 direction : {kReceived, kTransmitted}) {
+    for (const quint8 direction : {Direction::kReceived, Direction::kTransmitted}) {
         const QList<quint32> groups = database->getPGNs(activeLine, direction, false);
         for (const quint32 pgn : groups)
             addMessage(handle, attributes, line, pgn, direction);

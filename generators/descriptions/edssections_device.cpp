@@ -4,6 +4,7 @@
 #include "generators/generationdate.h"
 #include "generators/textwriter.h"
 #include "support/numbers.h"
+#include "support/objectindex.h"
 #include "support/plaintext.h"
 
 #include <QCoreApplication>
@@ -13,9 +14,7 @@ namespace
 
 using EdsSections::Context;
 
-constexpr quint16 kDeviceType = 0x1000;
-constexpr quint16 kErrorRegister = 0x1001;
-constexpr quint16 kIdentity = 0x1018;
+constexpr quint16 kFirstUnlisted = 0xD000; ///< reserved objects from here on stand in no list
 
 QString setting(const Context &context, const char *key)
 {
@@ -36,19 +35,20 @@ void writeSetting(const Context &context, const char *key)
 
 QString identity(const Context &context, quint8 subIndex)
 {
-    return context.store.getSubIndexValue(context.line, kIdentity, subIndex);
+    return context.store.getSubIndexValue(context.line, ObjectIndex::kIdentity, subIndex);
 }
 
-QString countOfObjects(const Context &context, quint16 first, quint16 last)
+QString countOfObjects(const Context &context, ObjectRange range)
 {
-    return QString::number(context.store.getIndices(context.line, first, last).size());
+    return QString::number(context.store.getIndices(context.line, range).size());
 }
 
 /// A mapping that names no objects but is a multiplexed one has 254 or 255 entries (CiA 301,
 /// 7.5.2.36).
 bool usesGroupMessaging(const Context &context)
 {
-    const QList<quint16> mappings = context.store.getIndices(context.line, 0x1600, 0x1BFF);
+    const QList<quint16> mappings = context.store.getIndices(
+        context.line, ObjectRanges::kRpdoMappings.first, ObjectRanges::kTpdoMappings.last);
     for (const quint16 mapping : mappings) {
         const QString entries = context.store.getSubIndexValue(context.line, mapping, 0);
         if (Numbers::toUIntByPrefix(entries) > 253)
@@ -91,7 +91,8 @@ void writeObjectList(const Context &context, const char *head, const QList<quint
 
 bool isMandatory(quint16 index)
 {
-    return index == kDeviceType || index == kErrorRegister || index == kIdentity;
+    return index == ObjectIndex::kDeviceType || index == ObjectIndex::kErrorRegister ||
+           index == ObjectIndex::kIdentity;
 }
 
 } // namespace
@@ -123,16 +124,16 @@ void EdsSections::writeDeviceInfo(const Context &context)
     const QString granularity = setting(context, EdsKeys::kGranularity);
     context.out.parts("[", EdsKeys::kDeviceInfo, "]\n");
     writeSetting(context, EdsKeys::kVendorName);
-    writeEntry(context, EdsKeys::kVendorNumber, identity(context, 1));
+    writeEntry(context, EdsKeys::kVendorNumber, identity(context, Identity::kVendorId));
     writeSetting(context, EdsKeys::kProductName);
-    writeEntry(context, EdsKeys::kProductNumber, identity(context, 2));
-    writeEntry(context, EdsKeys::kRevisionNumber, identity(context, 3));
+    writeEntry(context, EdsKeys::kProductNumber, identity(context, Identity::kProductCode));
+    writeEntry(context, EdsKeys::kRevisionNumber, identity(context, Identity::kRevisionNumber));
     writeSetting(context, EdsKeys::kOrderCode);
     for (const char *key : EdsKeys::kBaudRates)
         writeSetting(context, key);
     // Deliberate: readers compare keys without case, and these are spelled so; held by tst_golden.
-    writeEntry(context, "NrOfRxPDO", countOfObjects(context, 0x1400, 0x15FF));
-    writeEntry(context, "NrOfTxPDO", countOfObjects(context, 0x1800, 0x19FF));
+    writeEntry(context, "NrOfRxPDO", countOfObjects(context, ObjectRanges::kRpdoParameters));
+    writeEntry(context, "NrOfTxPDO", countOfObjects(context, ObjectRanges::kTpdoParameters));
     context.out.parts(EdsKeys::kSimpleBootupSlave, "=1\n");
     context.out.parts(EdsKeys::kSimpleBootupMaster, "=0\n");
     writeSetting(context, EdsKeys::kLssSupported);
@@ -156,9 +157,9 @@ void EdsSections::generateObjectLists(const Context &context, const QList<quint1
     QList<quint16> manufacturer;
     QList<quint16> optional;
     for (const quint16 index : objects) {
-        if (index >= 0x2000 && index < 0x6000)
+        if (ObjectRanges::kManufacturer.contains(index))
             manufacturer << index;
-        else if (!isMandatory(index) && index < 0xD000)
+        else if (!isMandatory(index) && index < kFirstUnlisted)
             optional << index;
     }
     context.out.parts("[MandatoryObjects]\n", EdsKeys::kSupportedObjects,

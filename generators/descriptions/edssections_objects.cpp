@@ -5,6 +5,7 @@
 #include "generators/textwriter.h"
 #include "support/helper.h"
 #include "support/numbers.h"
+#include "support/objectindex.h"
 #include "support/plaintext.h"
 
 namespace
@@ -17,12 +18,12 @@ using SubData = ObjectDataBase::SUBINDEX_DATA_T;
 constexpr int kCommentWidth = 250;
 
 /// Types from here on have no number of CiA 301 and are described as bytes.
-constexpr quint16 kFirstOwnType = 100;
+constexpr quint16 kFirstOwnType = CAN::typeNumber(CAN::CANopenDataType::Unsigned2);
 
 /// Objects that only a CAN FD device describes.
 bool isCanFdObject(quint16 index)
 {
-    return index == 0x1030 || index == 0x1032;
+    return index == 0x1030 || index == ObjectIndex::kActiveErrors;
 }
 
 /// How much of \a text goes into a full line: a character beyond 16 bits is not torn apart.
@@ -90,7 +91,7 @@ void writeSubIndex(const Context &context, quint16 index, quint8 subIndex, quint
     writeName(context.out, data.name, index, subIndex);
     context.out.parts(EdsKeys::kObjectType, "=7\n");
     // An object of which a variant leaves out the end still tells its own highest subindex.
-    if (index >= 0x2000 && subIndex == 0)
+    if (index > ObjectRanges::kCommunication.last && subIndex == 0)
         data.defaultValue = QString::number(highest);
     EdsSections::generateSubInfo(context.out, data);
 }
@@ -117,7 +118,7 @@ void writeValueOf(const Context &context, quint16 index, quint8 subIndex)
 void describeClassical1000(const Context &context)
 {
     context.out.parts(EdsKeys::kObjectType, "=7\n");
-    writeValueOf(context, 0x1000, 1);
+    writeValueOf(context, ObjectIndex::kDeviceType, 1);
 }
 
 void writeContent(const Context &context, quint16 index, const ObjectDataBase::INDEX_DATA_T &object)
@@ -143,10 +144,11 @@ void writeContent(const Context &context, quint16 index, const ObjectDataBase::I
 QList<quint16> EdsSections::describedObjects(const Context &context)
 {
     const QList<quint16> variant =
-        context.variants ? context.variants->objectsOf(context.define)
-                         : reduceObjectList(context.store, context.line,
-                                            context.store.getIndices(context.line, 0x1000, 0xFFFF),
-                                            context.define);
+        context.variants
+            ? context.variants->objectsOf(context.define)
+            : reduceObjectList(context.store, context.line,
+                               context.store.getIndices(context.line, ObjectRanges::kAll),
+                               context.define);
     if (context.canFd)
         return variant;
     QList<quint16> classical;
@@ -163,7 +165,8 @@ void EdsSections::generateIndexSection(const Context &context, quint16 index)
     (void)context.store.getIndexData(context.line, index, object); // or the defaults
     context.out.parts("[", hex4(index), "]\n");
     writeName(context.out, object.name, index, 0);
-    if (!context.canFd && index == 0x1000 && object.objectCode == CANopen::ObjectCode::Array)
+    if (!context.canFd && index == ObjectIndex::kDeviceType &&
+        object.objectCode == CANopen::ObjectCode::Array)
         describeClassical1000(context);
     else
         writeContent(context, index, object);

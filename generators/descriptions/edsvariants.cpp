@@ -54,7 +54,7 @@ EdsVariants::EdsVariants(const ObjectDataBase &store, quint8 line)
 {
     DefineList list;
     list.add(QString());
-    const QList<quint16> indices = store.getIndices(line, 0x1000, 0xFFFF);
+    const QList<quint16> indices = store.getIndices(line, ObjectRanges::kAll);
     for (const quint16 index : indices) {
         ObjectDataBase::INDEX_DATA_T data;
         (void)store.getIndexData(line, index, data); // what cannot be read belongs to no variant

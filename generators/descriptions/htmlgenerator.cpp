@@ -6,16 +6,11 @@
 #include "generators/textwriter.h"
 #include "support/cohelper.h"
 #include "support/helper.h"
+#include "support/implementation.h"
 #include "support/numbers.h"
 
 namespace
 {
-
-constexpr quint16 kFirstManufacturerIndex = 0x2000; // CiA 301, 7.4.1
-constexpr quint16 kFirstProfileIndex = 0x6000;
-
-constexpr quint8 kConstant = 1;
-constexpr quint8 kApplicationVariable = 2;
 
 /// A line of the table of what the page was made from.
 struct SettingRow {
@@ -55,7 +50,7 @@ bool always(const SubFacts &)
 
 bool showsDefault(const SubFacts &facts)
 {
-    return facts.data.defaultInEds || facts.data.implementation == kConstant;
+    return facts.data.defaultInEds || facts.data.implementation == Implementation::kManagedConst;
 }
 
 bool showsLimits(const SubFacts &facts)
@@ -96,7 +91,8 @@ constexpr SubRow kSubRows[] = {                 // row order is file order
      [](const SubFacts &f) { return COHelper::implementation2String(f.data.implementation); }},
     {"    <td>Variable Name</td>\n",
      [](const SubFacts &f) {
-         return f.implementationInfo && f.data.implementation == kApplicationVariable;
+         return f.implementationInfo &&
+                f.data.implementation == Implementation::kApplicationVariable;
      },
      [](const SubFacts &f) { return filled(f, f.data.varName); }},
     {"    <td>Size in bytes </td>\n",
@@ -208,9 +204,9 @@ void HtmlDoc::createTOC(const Context &context, quint16 index, TocGaps &gaps)
 {
     ObjectDataBase::INDEX_DATA_T data;
     (void)context.store.getIndexData(context.line, index, data); // the defaults stand for it
-    bool &isGapDue =
-        index >= kFirstProfileIndex ? gaps.firstProfileObject : gaps.firstManufacturerObject;
-    if (index >= kFirstManufacturerIndex && isGapDue) {
+    bool &isGapDue = index >= ObjectRanges::kProfile.first ? gaps.firstProfileObject
+                                                           : gaps.firstManufacturerObject;
+    if (index >= ObjectRanges::kManufacturer.first && isGapDue) {
         context.out.raw("<br>\n");
         isGapDue = false;
     }
@@ -275,7 +271,7 @@ void HTMLGenerator::write(TextWriter &out)
     HtmlDoc::writeCommentTable(context);
     HtmlDoc::writeTitleTable(context, projectName);
 
-    const QList<quint16> indices = database->getIndices(activeLine, 0x1000, 0xFFFF);
+    const QList<quint16> indices = database->getIndices(activeLine, ObjectRanges::kAll);
     out.raw(" <div class=\"toc\">\n");
     out.raw("<a href=\"#gen\">Generation Information</a><br />\n");
     out.raw("<a href=\"#com\">Comment</a><br />\n");

@@ -38,8 +38,8 @@ struct Context {
 
 /// Which blank lines of the contents are still to come.
 struct TocGaps {
-    bool firstManufacturerObject = true; ///< ahead of the first index from 0x2000 to 0x5FFF
-    bool firstProfileObject = true;      ///< ahead of the first index from 0x6000
+    bool firstManufacturerObject = true; ///< ahead of the first index of the manufacturer
+    bool firstProfileObject = true;      ///< ahead of the first index of a profile
 };
 
 void writeGenerationTable(const Context &context, const QString &projectName);

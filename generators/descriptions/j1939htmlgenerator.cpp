@@ -4,14 +4,11 @@
 #include "generators/descriptions/htmlpage.h"
 #include "generators/textwriter.h"
 #include "support/cohelper.h"
+#include "support/implementation.h"
 #include "support/numbers.h"
 
 namespace
 {
-
-constexpr quint8 kTransmitted = 0x55;
-constexpr quint8 kReceived = 0x77;
-constexpr quint32 kApplicationVariable = 2;
 
 /// What the contents and the heading of a group show.
 QString groupTitle(quint32 pgn, const QString &name)
@@ -90,7 +87,7 @@ void J1939HtmlDoc::describeSPN(const Context &context, const ObjectDataBase::SPN
     if (context.implementationInfo) {
         page.row("    <td>Implementation Type</td>\n",
                  COHelper::implementation2String(static_cast<quint8>(spn.implementation)));
-        if (spn.implementation == kApplicationVariable)
+        if (spn.implementation == Implementation::kApplicationVariable)
             page.row("    <td>Variable Name</td>\n", HtmlText::escaped(spn.varName));
     }
     context.out.raw("  </table>\n");
@@ -109,7 +106,7 @@ void J1939HTMLGenerator::resetJob()
 template <class Section>
 void J1939HTMLGenerator::forEachGroup(const Section &section) const
 {
-    for (const quint8 direction : {kTransmitted, kReceived})
+    for (const quint8 direction : {Direction::kTransmitted, Direction::kReceived})
         forEach(database->getPGNs(activeLine, direction, false),
                 [&](quint32 pgn) { section(direction, pgn); });
 }

@@ -4,6 +4,7 @@
 #include "generators/ctext.h"
 #include "generators/textwriter.h"
 #include "support/cohelper.h"
+#include "support/implementation.h"
 #include "support/numbers.h"
 #include "support/plaintext.h"
 
@@ -11,10 +12,6 @@
 
 namespace
 {
-
-constexpr quint8 kTransmitted = 0x55;
-constexpr quint8 kReceived = 0x77;
-constexpr quint32 kApplicationVariable = 2;
 
 /// \a text between two tabs.
 QString oneField(const QString &text)
@@ -42,7 +39,7 @@ void documentPGN(TextWriter &out, const ObjectDataBase &store, quint8 line, quin
         return;
     out.parts("\nPGN:\t0x", Numbers::toHex(pgn, 4), "/", pgn, "\t");
     out.parts("Name:\t", oneField(group.name), "\t");
-    out.parts("Direction:\t", direction == kTransmitted ? "TX\t" : "RX\t");
+    out.parts("Direction:\t", direction == Direction::kTransmitted ? "TX\t" : "RX\t");
     out.parts("Cycle Time (ms):\t", group.cycleTimeMs, "\t");
     out.parts("Priority:\t", group.priority);
     if (group.inhibitTimeMs != 0)
@@ -65,7 +62,7 @@ void documentSPN(TextWriter &out, const ObjectDataBase::SPN &spn)
     out.parts("Data type:\t", COHelper::index2DataTypeString(dataType), "\t");
     if (spn.bitSize != 0)
         out.parts("Size:\t", spn.bitSize, "\t");
-    if (spn.implementation == kApplicationVariable)
+    if (spn.implementation == Implementation::kApplicationVariable)
         out.parts("Variable:\t", oneLine(spn.varName).replace(QLatin1Char('\t'), QLatin1Char(' ')),
                   "\t");
 }
@@ -83,7 +80,7 @@ void J1939TextDocGenerator::write(TextWriter &out)
 {
     J1939TextDoc::writeTitle(out, projectName, toolVersion);
     database->cacheAllSpnDataForLine(activeLine);
-    for (const quint8 direction : {kTransmitted, kReceived}) {
+    for (const quint8 direction : {Direction::kTransmitted, Direction::kReceived}) {
         const QList<quint32> groups = database->getPGNs(activeLine, direction, false);
         for (const quint32 pgn : groups)
             J1939TextDoc::documentPGN(out, *database, activeLine, direction, pgn);

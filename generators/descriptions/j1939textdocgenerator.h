@@ -22,7 +22,7 @@ namespace J1939TextDoc
 {
 
 void writeTitle(TextWriter &out, const QString &projectName, const QString &toolVersion);
-/// A group with its signals. \a direction is 0x55 for transmitted, else received.
+/// A group with its signals.
 void documentPGN(TextWriter &out, const ObjectDataBase &store, quint8 line, quint8 direction,
                  quint32 pgn);
 void documentSPN(TextWriter &out, const ObjectDataBase::SPN &spn);

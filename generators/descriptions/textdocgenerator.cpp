@@ -74,7 +74,7 @@ TextDocGenerator::TextDocGenerator()
 void TextDocGenerator::write(TextWriter &out)
 {
     TextDoc::writeTitle(out, projectName);
-    forEach(database->getIndices(activeLine, 0x1000, 0xFFFF), [&](quint16 index) {
+    forEach(database->getIndices(activeLine, ObjectRanges::kAll), [&](quint16 index) {
         TextDoc::documentIndex(out, *database, activeLine, index);
         database->visitSubIndices(activeLine, index, 0, [&](quint8 sub, const SubIndexData &data) {
             TextDoc::documentSubIndex(out, index, sub, data);

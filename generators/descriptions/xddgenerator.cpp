@@ -4,9 +4,11 @@
 #include "generators/descriptions/edssections.h"
 #include "generators/generationdate.h"
 #include "generators/outputname.h"
+#include "support/accesstype.h"
 #include "support/helper.h"
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/objectindex.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -146,7 +148,8 @@ void XddWriter::writeDeviceProfile()
     startProfile(kDeviceProfile);
     start("DeviceIdentity");
     text("vendorName", setting("VendorName"));
-    text("vendorID", xmlText(store.getSubIndexValue(line, 0x1018, 1)));
+    text("vendorID",
+         xmlText(store.getSubIndexValue(line, ObjectIndex::kIdentity, Identity::kVendorId)));
     text("productName", setting("ProductName"));
     end();
     start("DeviceFunction");
@@ -166,7 +169,7 @@ void XddWriter::writeCommunicationProfile(const std::atomic<bool> &isAborted)
     startProfile(kCommunicationProfile);
     start("ApplicationLayers");
     start("CANopenFDObjectList");
-    const QList<quint16> indices = store.getIndices(line, 0x1000, 0xBFFF);
+    const QList<quint16> indices = store.getIndices(line, ObjectRanges::kAssigned);
     for (const quint16 index : indices) {
         if (isAborted) {
             qCDebug(lcGenerator) << "Generation aborted";
@@ -199,16 +202,16 @@ void XddWriter::describeDataObject(quint16 index)
 /// Access by the data object services of CANopen FD, which know no direction of PDOs.
 QString usdoAccess(const QString &accessType)
 {
-    if (accessType == QLatin1String("const") || accessType == QLatin1String("ro"))
-        return QStringLiteral("ro");
-    return accessType == QLatin1String("wo") ? QStringLiteral("wo") : QStringLiteral("rw");
+    if (accessType == AccessType::kConst || accessType == AccessType::kReadOnly)
+        return AccessType::kReadOnly;
+    return accessType == AccessType::kWriteOnly ? AccessType::kWriteOnly : AccessType::kReadWrite;
 }
 
 void XddWriter::describeDataElement(quint16 index, quint8 subIndex)
 {
     ObjectDataBase::SUBINDEX_DATA_T data;
     (void)store.getSubIndexData(line, index, subIndex, data); // or the defaults
-    const bool isConst = data.accessType == QLatin1String("const");
+    const bool isConst = data.accessType == AccessType::kConst;
     start("CANopenFDDataElement");
     attribute("subIndex", hex2(subIndex));
     attribute("name", xmlText(Helper::substituteVariables(data.name, index, subIndex)));
@@ -232,8 +235,8 @@ QString XDDGenerator::testedFile() const
 
 QString XDDGenerator::targetFile() const
 {
-    const quint32 vendor =
-        Numbers::toUIntByPrefix(database->getSubIndexValue(activeLine, 0x1018, 1));
+    const quint32 vendor = Numbers::toUIntByPrefix(
+        database->getSubIndexValue(activeLine, ObjectIndex::kIdentity, Identity::kVendorId));
     const QString vendorId = QStringLiteral("%1").arg(vendor, 8, 16, QLatin1Char('0'));
     return OutputName::path(outputDirectory, projectName,
                             QLatin1Char('_') + vendorId + lineTail() + QLatin1String(".xdd"));
