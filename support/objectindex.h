@@ -50,7 +50,8 @@ namespace PdoParameter
 
 constexpr quint8 kCobId = 1;
 constexpr quint8 kTransmissionType = 2;
-constexpr quint8 kInhibitTime = 3; ///< of TPDOs, in steps of 100 us
-constexpr quint8 kEventTimer = 5;  ///< ms; of an RPDO the time until it counts as lost
+constexpr quint8 kInhibitTime = 3;    ///< of TPDOs, in steps of 100 us
+constexpr quint8 kEventTimer = 5;     ///< ms; of an RPDO the time until it counts as lost
+constexpr quint8 kSyncStartValue = 6; ///< of TPDOs
 
 } // namespace PdoParameter
