@@ -9,12 +9,6 @@
 namespace
 {
 
-/// Objects up to this one describe communication; those of a kind have the same subindices.
-constexpr quint16 kLastCommunicationIndex = 0x1FFF;
-
-constexpr quint8 kReceived = 0x77;
-constexpr quint8 kTransmitted = 0x55;
-
 bool canStandInName(QChar character)
 {
     const ushort code = character.unicode();
@@ -148,9 +142,10 @@ void IndexDefines::generateIndexDefine(quint16 index)
 void IndexDefines::generateSubDefine(quint16 index, quint8 sub, const SubIndexData &data)
 {
     const QString name = subIndexName(data, index, sub);
+    // Communication objects of a kind have the same subindices.
     writeHexDefine("#define  ",
-                   index > kLastCommunicationIndex ? names.claimCounted(name, sub, "")
-                                                   : names.claimShared(name, sub),
+                   index > ObjectRanges::kCommunication.last ? names.claimCounted(name, sub, "")
+                                                             : names.claimShared(name, sub),
                    sub);
 }
 
@@ -276,20 +271,20 @@ void IndicesGenerator::write(TextWriter &out)
 
 void IndicesGenerator::writeObjects(IndexDefines &defines, quint8 line) const
 {
-    forEach(database->getIndices(line, 0x1000, 0xFFFF),
+    forEach(database->getIndices(line, ObjectRanges::kAll),
             [&](quint16 index) { defines.generateIndexDefine(index); });
 }
 
 void IndicesGenerator::writeFrames(IndexDefines &defines, quint8 line) const
 {
     database->cacheAllSpnDataForLine(line);
-    for (const quint8 direction : {kReceived, kTransmitted}) {
+    for (const quint8 direction : {Direction::kReceived, Direction::kTransmitted}) {
         quint32 number = 0;
         const QList<quint32> ids = database->getCANIDs(line, direction);
         for (const quint32 id : ids)
             defines.genCANIDDefine(id, direction, number++);
     }
-    for (const quint8 direction : {kReceived, kTransmitted}) {
+    for (const quint8 direction : {Direction::kReceived, Direction::kTransmitted}) {
         const QList<quint32> pgns = database->getPGNs(line, direction, false);
         for (const quint32 pgn : pgns)
             defines.genPGNDefine(pgn, direction);

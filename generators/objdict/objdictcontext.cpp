@@ -57,7 +57,7 @@ ObjDict::Form ObjDict::readForm(const ObjectDataBase &store, quint8 activeLine)
     Form form;
     const ProjectLines project = readProjectLines(store);
     for (const quint8 line : project.numbers) {
-        const int objects = store.getIndices(line, 0x1000, 0xFFFF).size();
+        const int objects = store.getIndices(line, ObjectRanges::kAll).size();
         if (objects > 0)
             form.lines << line;
         if (objects > 1)

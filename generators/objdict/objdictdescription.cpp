@@ -5,6 +5,8 @@
 #include "generators/objdict/objdictservices.h"
 #include "generators/objdict/objdictvalues.h"
 #include "generators/subindexrun.h"
+#include "support/accesstype.h"
+#include "support/implementation.h"
 #include "support/numbers.h"
 
 namespace
@@ -13,11 +15,9 @@ namespace
 using namespace ObjDict;
 using SubData = ObjectDataBase::SUBINDEX_DATA_T;
 
-constexpr quint8 kVirtual = 3;                ///< implementation without rows
-constexpr quint16 kFirstCompactable = 0x1200; ///< the stack looks at those below by subindex
-constexpr int kShortestCompactable = 3;       ///< subindices, 0 included
-constexpr quint16 kFirstObject = 0x1000;
-constexpr quint16 kLastObject = 0xFFFF;
+/// The stack looks at objects below by subindex.
+constexpr quint16 kFirstCompactable = ObjectRanges::kSdoServers.first;
+constexpr int kShortestCompactable = 3; ///< subindices, 0 included
 
 /// Which subindices of an object have a row: those up to the start of a run, if there is one, but
 /// for virtual ones.
@@ -31,7 +31,8 @@ public:
 
     bool contains(quint8 sub, const SubData &data) const
     {
-        return (runStart < 0 || sub <= runStart) && data.implementation != kVirtual;
+        return (runStart < 0 || sub <= runStart) &&
+               data.implementation != Implementation::kVirtualObject;
     }
 
     /// Deliberate: without a run, subindex 255 is marked as one, of itself alone; held by
@@ -102,7 +103,7 @@ void describeSubObject(Context &context, const Place &place, const SubData &data
 {
     const Key key = keyOf(place.line, place.index, place.sub);
     const Positions &positions = context.positions;
-    const bool isConstant = data.implementation == 1;
+    const bool isConstant = data.implementation == Implementation::kManagedConst;
     const quint32 reference =
         isConstant ? positions.constants.value(key)
                    : getReferencePosition(context, place.line, place.index, place.sub);
@@ -142,7 +143,8 @@ quint32 describeObject(Context &context, quint8 line, quint16 index, quint32 fir
 bool hasAssignment(const Context &context, quint8 line, quint16 index)
 {
     SubData data;
-    return !context.store.getSubIndexData(line, index, 0, data) || data.implementation != kVirtual;
+    return !context.store.getSubIndexData(line, index, 0, data) ||
+           data.implementation != Implementation::kVirtualObject;
 }
 
 void assignIndex(Context &context, quint8 line, quint16 index)
@@ -167,7 +169,7 @@ template <typename Visitor>
 bool visitObjects(const Context &context, Visitor visit)
 {
     for (const quint8 line : context.form.lines) {
-        const QList<quint16> indices = context.store.getIndices(line, kFirstObject, kLastObject);
+        const QList<quint16> indices = context.store.getIndices(line, ObjectRanges::kAll);
         for (const quint16 index : indices) {
             if (visit(line, index))
                 return true;
@@ -252,21 +254,21 @@ QString ObjDict::getODAttributes(const ObjectDataBase::SUBINDEX_DATA_T &data, bo
 {
     const bool isMappable = !data.pdoMapping.isEqualToType(PDOMappingType::No);
     const QString &access = data.accessType;
-    const bool isReadOnly = access == QLatin1String("const") || access == QLatin1String("ro");
+    const bool isReadOnly = access == AccessType::kConst || access == AccessType::kReadOnly;
     QString text;
     text.reserve(120); // takes all of them
-    if (data.dataType <= static_cast<quint16>(CAN::CANopenDataType::Real32) ||
-        data.dataType == static_cast<quint16>(CAN::CANopenDataType::Unsigned24))
+    if (data.dataType <= CAN::typeNumber(CAN::CANopenDataType::Real32) ||
+        data.dataType == CAN::typeNumber(CAN::CANopenDataType::Unsigned24))
         text += QLatin1String("CO_ATTR_NUM | ");
     if (isReadOnly)
         text += QLatin1String("CO_ATTR_READ");
-    else if (access == QLatin1String("wo"))
+    else if (access == AccessType::kWriteOnly)
         text += QLatin1String("CO_ATTR_WRITE");
     else
         text += QLatin1String("CO_ATTR_READ | CO_ATTR_WRITE");
-    if (isMappable && access != QLatin1String("wo") && access != QLatin1String("rww"))
+    if (isMappable && access != AccessType::kWriteOnly && access != AccessType::kReadWriteWrite)
         text += QLatin1String(" | CO_ATTR_MAP_TR");
-    if (isMappable && !isReadOnly && access != QLatin1String("rwr"))
+    if (isMappable && !isReadOnly && access != AccessType::kReadWriteRead)
         text += QLatin1String(" | CO_ATTR_MAP_REC");
     if (hasDefault)
         text += QLatin1String(" | CO_ATTR_DEFVAL");

@@ -12,20 +12,19 @@ namespace
 
 /// Objects of one service that have COB-IDs, in subindex 1 up to lastSub.
 struct CobIdRange {
-    quint16 low;
-    quint16 high;
+    ObjectRange objects;
     quint8 lastSub;
     const char *comment;
 };
 
 // clang-format off
-constexpr CobIdRange kSdoServers     = {0x1201, 0x127F, 2, "\n\t/* SDO server COB IDs */\n"};
+constexpr CobIdRange kSdoServers     = {ObjectRanges::kFurtherSdoServers, 2, "\n\t/* SDO server COB IDs */\n"};
 constexpr CobIdRange kSdoServersOfLine
-                                     = {0x1201, 0x127F, 2, "\n\t/* SDO server COB IDs starting at 2nd SDO server */\n"};
-constexpr CobIdRange kSdoClients     = {0x1280, 0x12FF, 2, "\n\t/* SDO client COB IDs */\n"};
-constexpr CobIdRange kRpdos          = {0x1400, 0x15FF, 1, "\n\t/* RxPDO COB IDs */\n"};
+                                     = {ObjectRanges::kFurtherSdoServers, 2, "\n\t/* SDO server COB IDs starting at 2nd SDO server */\n"};
+constexpr CobIdRange kSdoClients     = {ObjectRanges::kSdoClients,        2, "\n\t/* SDO client COB IDs */\n"};
+constexpr CobIdRange kRpdos          = {ObjectRanges::kRpdoParameters,    1, "\n\t/* RxPDO COB IDs */\n"};
 // Deliberate: whether there are TPDOs is asked of their own range, held by tst_generatedc.
-constexpr CobIdRange kTpdos          = {0x1800, 0x19FF, 1, "\n\t/* TxPDO COB IDs */\n"};
+constexpr CobIdRange kTpdos          = {ObjectRanges::kTpdoParameters,    1, "\n\t/* TxPDO COB IDs */\n"};
 
 constexpr CobIdRange kSingleLine[] = {kSdoServers, kSdoClients, kRpdos, kTpdos};
 constexpr CobIdRange kMultiLine[]  = {kRpdos, kTpdos, kSdoServersOfLine, kSdoClients};
@@ -63,7 +62,7 @@ QString offsetToNodeId(const Context &context, quint8 line, quint16 index, quint
 bool usesNodeId(const Context &context, quint8 line)
 {
     for (const CobIdRange &range : kSingleLine) {
-        const QList<quint16> indices = context.store.getIndices(line, range.low, range.high);
+        const QList<quint16> indices = context.store.getIndices(line, range.objects);
         for (const quint16 index : indices) {
             for (quint8 sub = 1; sub <= range.lastSub; ++sub) {
                 if (!offsetToNodeId(context, line, index, sub).isEmpty())
@@ -78,7 +77,7 @@ bool hasCobIds(const Context &context, quint8 line)
 {
     return std::any_of(std::begin(kSingleLine), std::end(kSingleLine),
                        [&](const CobIdRange &range) {
-                           return !context.store.getIndices(line, range.low, range.high).isEmpty();
+                           return !context.store.getIndices(line, range.objects).isEmpty();
                        });
 }
 
@@ -113,7 +112,7 @@ $addNodeId$$offset$;
 
 void writeRange(Context &context, quint8 line, const Words &words, const CobIdRange &range)
 {
-    const QList<quint16> indices = context.store.getIndices(line, range.low, range.high);
+    const QList<quint16> indices = context.store.getIndices(line, range.objects);
     if (indices.isEmpty())
         return;
     context.out.raw(range.comment);

@@ -1,6 +1,8 @@
 // Start-up of several lines: one function for the whole and one per line.
 #include "generators/objdict/objdictinit.h"
 #include "generators/projectlines.h"
+#include "support/accesstype.h"
+#include "support/objectindex.h"
 
 #include <algorithm>
 
@@ -233,7 +235,7 @@ bool hasSdoServers(const Context &context)
 {
     const QList<quint8> &lines = context.form.lines;
     return std::any_of(lines.begin(), lines.end(), [&](quint8 line) {
-        return !context.store.getIndices(line, 0x1200, 0x127F).isEmpty();
+        return !context.store.getIndices(line, ObjectRanges::kSdoServers).isEmpty();
     });
 }
 
@@ -309,11 +311,11 @@ void writeSdoServers(Context &context, const CallForm &form)
 void writeSdoClients(Context &context, const CallForm &form)
 {
     initUsdoClient(context, form);
-    const QList<quint16> clients = context.store.getIndices(form.line, 0x1280, 0x12FF);
+    const QList<quint16> clients = context.store.getIndices(form.line, ObjectRanges::kSdoClients);
     for (const quint16 index : clients) {
         context.out.raw("    /* initialize sdo client */\n");
         writeCheckedCall(context, form, "    retVal = coSdoClientInit(",
-                         QStringLiteral("%1u").arg(index - 0x127F));
+                         QStringLiteral("%1u").arg(ObjectRanges::kSdoClients.numberOf(index)));
     }
 }
 
@@ -416,11 +418,11 @@ void writeLineFunctions(Context &context)
 
 bool hasDynamicRpdo(const Context &context, quint8 line)
 {
-    const QList<quint16> mappings = context.store.getIndices(line, 0x1600, 0x17FF);
+    const QList<quint16> mappings = context.store.getIndices(line, ObjectRanges::kRpdoMappings);
     return std::any_of(mappings.begin(), mappings.end(), [&](quint16 index) {
         ObjectDataBase::SUBINDEX_DATA_T data;
         return context.store.getSubIndexData(line, index, 0, data) &&
-               data.accessType == QLatin1String("rw");
+               data.accessType == AccessType::kReadWrite;
     });
 }
 
@@ -428,7 +430,7 @@ bool hasDynamicRpdo(const Context &context, quint8 line)
 bool needsRouting(const Context &context, const QList<quint8> &lines)
 {
     const bool hasRoutes = std::any_of(lines.begin(), lines.end(), [&](quint8 line) {
-        return !context.store.getSubIndices(line, 0x1F2C, 1).isEmpty();
+        return !context.store.getSubIndices(line, ObjectIndex::kPdoRouting, 1).isEmpty();
     });
     return hasRoutes && std::any_of(lines.begin(), lines.end(),
                                     [&](quint8 line) { return hasDynamicRpdo(context, line); });

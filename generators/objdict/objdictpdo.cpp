@@ -3,6 +3,9 @@
 
 #include "generators/objdict/objdictvalues.h"
 #include "generators/projectlines.h"
+#include "support/accesstype.h"
+#include "support/implementation.h"
+#include "support/objectindex.h"
 
 #include <algorithm>
 
@@ -12,9 +15,8 @@ namespace ObjDict
 namespace
 {
 
-constexpr quint16 kToMapping = 0x200; ///< from a communication object to its mapping object
-constexpr quint16 kRouting = 0x1F2C;  ///< PDO routing of a gateway
-constexpr quint8 kHighestCount = 64;  ///< entries of one mapping; more is a mark, not a count
+constexpr quint16 kToMapping = ObjectRanges::kFromPdoParameterToMapping;
+constexpr quint8 kHighestCount = 64; ///< entries of one mapping; more is a mark, not a count
 
 quint16 mappedIndex(quint32 mapping)
 {
@@ -59,8 +61,9 @@ TableShape readTableShape(const Context &context)
 {
     int maxEntries = 0;
     for (const quint8 line : context.form.servedLines) {
-        const QList<quint16> mappings = context.store.getIndices(line, 0x1600, 0x17FF) +
-                                        context.store.getIndices(line, 0x1A00, 0x1BFF);
+        const QList<quint16> mappings =
+            context.store.getIndices(line, ObjectRanges::kRpdoMappings) +
+            context.store.getIndices(line, ObjectRanges::kTpdoMappings);
         for (const quint16 index : mappings)
             maxEntries =
                 std::max(maxEntries, context.store.getSubIndices(line, index, 0).size() - 1);
@@ -112,11 +115,10 @@ QString entryAddress(const Context &context, quint8 line, quint32 mapping)
 /// dummy entry. Held by tst_generatedc.
 QString receiveAddress(const Context &context, quint8 line, quint32 mapping)
 {
-    constexpr quint8 kConstant = 1;
     ObjectDataBase::SUBINDEX_DATA_T data;
     const bool isConstant =
         context.store.getSubIndexData(line, mappedIndex(mapping), mappedSub(mapping), data) &&
-        data.implementation == kConstant;
+        data.implementation == Implementation::kManagedConst;
     return isConstant ? QStringLiteral("NULL") : entryAddress(context, line, mapping);
 }
 
@@ -153,8 +155,8 @@ const char *const kEmptyRow = "\t\t{NULL, (UNSIGNED8)0u, CO_FALSE, 0ul}";
 
 bool isNumeric(quint16 dataType)
 {
-    constexpr auto kReal32 = static_cast<quint16>(CAN::CANopenDataType::Real32);
-    constexpr auto kInteger24 = static_cast<quint16>(CAN::CANopenDataType::Integer24);
+    constexpr auto kReal32 = CAN::typeNumber(CAN::CANopenDataType::Real32);
+    constexpr auto kInteger24 = CAN::typeNumber(CAN::CANopenDataType::Integer24);
     return dataType <= kReal32 || dataType == kInteger24;
 }
 
@@ -172,7 +174,7 @@ void writeTpdoRow(Context &context, quint8 line, quint32 mapping, const TableSha
 
 void writeTpdoTable(Context &context, quint8 line, quint16 pdoIndex, const TableShape &shape)
 {
-    const int number = pdoIndex - 0x17FF;
+    const int number = ObjectRanges::kTpdoParameters.numberOf(pdoIndex);
     context.out.fill("/* Mapping table TPDO $number$*/\n", {{"number", number}});
     const quint8 mappedCount = readMappedCount(context, line, pdoIndex);
     if (mappedCount == 0)
@@ -186,10 +188,10 @@ void writeTpdoTable(Context &context, quint8 line, quint16 pdoIndex, const Table
     closeTable(context.out, filled, shape, QLatin1String(kEmptyRow));
 }
 
-QList<quint16> staticPdos(const Context &context, quint8 line, quint16 low, quint16 high)
+QList<quint16> staticPdos(const Context &context, quint8 line, ObjectRange parameters)
 {
     QList<quint16> found;
-    const QList<quint16> all = context.store.getIndices(line, low, high);
+    const QList<quint16> all = context.store.getIndices(line, parameters);
     for (const quint16 index : all) {
         if (isStaticMapping(context, line, index))
             found << index;
@@ -233,7 +235,7 @@ void writeUniqueRpdoTable(Context &context, quint8 line, int position, const Tab
 void writeUniqueRpdoTables(Context &context, quint8 line, const TableShape &shape)
 {
     QVector<MappingTable> &tables = context.rpdoTables[line];
-    for (const quint16 pdoIndex : staticPdos(context, line, 0x1400, 0x15FF)) {
+    for (const quint16 pdoIndex : staticPdos(context, line, ObjectRanges::kRpdoParameters)) {
         const MappingTable table = readRpdoMapping(context, line, pdoIndex);
         if (!tables.contains(table)) // a line has at most 512
             tables << table;
@@ -272,7 +274,7 @@ QString noRoutes(const RouteTables &routes)
 void writeRoutedRpdoTable(Context &context, quint8 line, quint16 pdoIndex, RouteTables &routes,
                           const TableShape &shape)
 {
-    const int number = pdoIndex - 0x13FF;
+    const int number = ObjectRanges::kRpdoParameters.numberOf(pdoIndex);
     context.out.fill("/* Mapping table RPDO $number$*/\n", {{"number", number}});
     const quint8 mappedCount = readMappedCount(context, line, pdoIndex);
     if (mappedCount == 0)
@@ -296,8 +298,9 @@ void writeRoutedRpdoTable(Context &context, quint8 line, quint16 pdoIndex, Route
 bool routesPdos(const Context &context)
 {
     return std::any_of(
-        context.form.servedLines.cbegin(), context.form.servedLines.cend(),
-        [&](quint8 line) { return !context.store.getSubIndices(line, kRouting, 1).isEmpty(); });
+        context.form.servedLines.cbegin(), context.form.servedLines.cend(), [&](quint8 line) {
+            return !context.store.getSubIndices(line, ObjectIndex::kPdoRouting, 1).isEmpty();
+        });
 }
 
 const char *constantArray(ValueClass valueClass)
@@ -344,7 +347,9 @@ void writePdoArguments(Context &context, quint8 line, quint16 index, int number)
     constexpr struct {
         quint8 sub;
         ValueClass valueClass;
-    } kParameters[] = {{2, ValueClass::U8}, {3, ValueClass::U16}, {5, ValueClass::U16}};
+    } kParameters[] = {{PdoParameter::kTransmissionType, ValueClass::U8},
+                       {PdoParameter::kInhibitTime, ValueClass::U16},
+                       {PdoParameter::kEventTimer, ValueClass::U16}};
     for (const auto &parameter : kParameters) {
         out.raw(", ");
         out.raw(constantArgument(context, line, index, parameter.sub, parameter.valueClass));
@@ -363,13 +368,13 @@ void createMappingTables(Context &context)
     context.out.raw("\n/* static PDO mapping tables */\n");
     for (const quint8 line : qAsConst(context.form.servedLines)) {
         context.rpdoTables[line].clear();
-        for (const quint16 pdoIndex : staticPdos(context, line, 0x1800, 0x19FF))
+        for (const quint16 pdoIndex : staticPdos(context, line, ObjectRanges::kTpdoParameters))
             writeTpdoTable(context, line, pdoIndex, shape);
         if (!routed) {
             writeUniqueRpdoTables(context, line, shape);
             continue;
         }
-        for (const quint16 pdoIndex : staticPdos(context, line, 0x1400, 0x15FF))
+        for (const quint16 pdoIndex : staticPdos(context, line, ObjectRanges::kRpdoParameters))
             writeRoutedRpdoTable(context, line, pdoIndex, routes, shape);
     }
     context.out.raw("\n");
@@ -379,7 +384,7 @@ bool isStaticMapping(const Context &context, quint8 line, quint16 pdoIndex)
 {
     ObjectDataBase::SUBINDEX_DATA_T data;
     return !context.store.getSubIndexData(line, pdoIndex + kToMapping, 0, data) ||
-           data.accessType != QLatin1String("rw");
+           data.accessType != AccessType::kReadWrite;
 }
 
 quint16 TpdoLookup::getTPDO(quint8 line, quint32 mapping)
@@ -388,11 +393,12 @@ quint16 TpdoLookup::getTPDO(quint8 line, quint32 mapping)
     if (known != numbersByLine.constEnd())
         return known->value(mapping);
     QHash<quint32, quint16> &numbers = numbersByLine[line];
-    const QList<quint16> indices = store.getIndices(line, 0x1A00, 0x1BFF);
+    const QList<quint16> indices = store.getIndices(line, ObjectRanges::kTpdoMappings);
     for (const quint16 index : indices) {
         const QList<quint8> subs = store.getSubIndices(line, index, 1);
         for (const quint8 sub : subs)
-            numbers.insert(readMapping(store, line, index, sub), index - 0x19FF);
+            numbers.insert(readMapping(store, line, index, sub),
+                           ObjectRanges::kTpdoMappings.numberOf(index));
     }
     return numbers.value(mapping);
 }
@@ -410,14 +416,14 @@ void updatePdoVarName(const Context &context, quint8 line, quint16 pdoIndex, QSt
 
 void initTpdo(Context &context, quint8 line, quint16 index)
 {
-    const int number = index - 0x17FF;
+    const int number = ObjectRanges::kTpdoParameters.numberOf(index);
     TextWriter &out = context.out;
     out.fill("    /* initialize TPDO $number$ */\n"
              "    retVal = coPdoTransmitInit(",
              {{"number", number}});
     writePdoArguments(context, line, index, number);
     out.raw(", ");
-    out.raw(constantArgument(context, line, index, 6, ValueClass::U8));
+    out.raw(constantArgument(context, line, index, PdoParameter::kSyncStartValue, ValueClass::U8));
     // Deliberate: no table was written for an empty mapping, held by tst_generatedc.
     const bool hasTable =
         isStaticMapping(context, line, index) && readMappedCount(context, line, index) != 0;
@@ -430,7 +436,7 @@ void initTpdo(Context &context, quint8 line, quint16 index)
 
 void initRpdo(Context &context, quint8 line, quint16 index)
 {
-    const int number = index - 0x13FF;
+    const int number = ObjectRanges::kRpdoParameters.numberOf(index);
     TextWriter &out = context.out;
     out.fill("    /* initialize RPDO $number$ */\n"
              "    retVal = coPdoReceiveInit(",

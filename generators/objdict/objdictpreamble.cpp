@@ -4,6 +4,7 @@
 #include "generators/ctext.h"
 #include "generators/objdict/objdictdescription.h"
 #include "generators/outputname.h"
+#include "support/implementation.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -93,7 +94,10 @@ void writeUdsIncludes(Context &context)
 bool namesApplicationVariables(const Context &context)
 {
     return std::any_of(context.form.lines.begin(), context.form.lines.end(), [&](quint8 line) {
-        return !context.store.getSubsByProperty(line, "implementation", "2").isEmpty();
+        return !context.store
+                    .getSubsByProperty(line, "implementation",
+                                       QString::number(Implementation::kApplicationVariable))
+                    .isEmpty();
     });
 }
 

@@ -3,6 +3,8 @@
 
 #include "generators/commongeneratorhelper.h"
 #include "generators/objdict/objdictpdo.h"
+#include "support/implementation.h"
+#include "support/objectindex.h"
 
 namespace ObjDict
 {
@@ -18,9 +20,9 @@ struct ObjectService {
 };
 
 // clang-format off
-constexpr ObjectService kEmcyProducer = {0x1014, "    /* initialize emergency */\n",                           "    retVal = coEmcyProducerInit("};
-constexpr ObjectService kSrd          = {0x1F10, "\n    /* initialize SDO Requesting Device (SRD) */\n",       "    retVal = coSrdInit("};
-constexpr ObjectService kGuarding     = {0x1F81, "\n    /* initialization of node guarding master*/\n",        "    retVal = coGuardingInit("};
+constexpr ObjectService kEmcyProducer = {ObjectIndex::kEmergencyCobId,  "    /* initialize emergency */\n",                           "    retVal = coEmcyProducerInit("};
+constexpr ObjectService kSrd          = {ObjectIndex::kRequestSdo,      "\n    /* initialize SDO Requesting Device (SRD) */\n",       "    retVal = coSrdInit("};
+constexpr ObjectService kGuarding     = {ObjectIndex::kSlaveAssignment, "\n    /* initialization of node guarding master*/\n",        "    retVal = coGuardingInit("};
 
 // Between the services that all forms start in one order.
 constexpr WriteService kCommonServices[] = {
@@ -114,10 +116,11 @@ void writeCheckedCall(Context &context, const CallForm &form, const char *call,
 
 void initFurtherSdoServers(Context &context, const CallForm &form)
 {
-    const QList<quint16> servers = context.store.getIndices(form.line, 0x1201, 0x127F);
+    const QList<quint16> servers =
+        context.store.getIndices(form.line, ObjectRanges::kFurtherSdoServers);
     for (const quint16 index : servers)
         writeCheckedCall(context, form, "    retVal = coSdoServerInit(",
-                         QStringLiteral("%1u").arg(index - 0x11FF));
+                         QStringLiteral("%1u").arg(ObjectRanges::kSdoServers.numberOf(index)));
 }
 
 void initUsdoClient(Context &context, const CallForm &form)
@@ -130,23 +133,25 @@ void initUsdoClient(Context &context, const CallForm &form)
 
 void initSdoClients(Context &context, const CallForm &form)
 {
-    if (context.store.existIndex(form.line, 0x1280))
+    if (context.store.existIndex(form.line, ObjectRanges::kSdoClients.first))
         context.out.raw("    /* initialize sdo clients(s) */\n");
     initUsdoClient(context, form);
-    const QList<quint16> clients = context.store.getIndices(form.line, 0x1280, 0x12FF);
+    const QList<quint16> clients = context.store.getIndices(form.line, ObjectRanges::kSdoClients);
     for (const quint16 index : clients)
         writeCheckedCall(context, form, "    retVal = coSdoClientInit(",
-                         QStringLiteral("%1u").arg(index - 0x127F));
+                         QStringLiteral("%1u").arg(ObjectRanges::kSdoClients.numberOf(index)));
 }
 
 void initErrorControl(Context &context, const CallForm &form)
 {
-    const bool hasHeartbeat = context.store.existIndex(form.line, 0x1017);
-    if (!hasHeartbeat && !context.store.existIndex(form.line, 0x100C))
+    const bool hasHeartbeat = context.store.existIndex(form.line, ObjectIndex::kHeartbeatProducer);
+    if (!hasHeartbeat && !context.store.existIndex(form.line, ObjectIndex::kGuardTime))
         return;
-    const QString consumers = QStringLiteral(", %1u").arg(countEntries(context, form.line, 0x1016));
+    const QString consumers = QStringLiteral(", %1u").arg(
+        countEntries(context, form.line, ObjectIndex::kHeartbeatConsumer));
     if (hasHeartbeat) {
-        const QString time = constantArgument(context, form.line, 0x1017, 0, ValueClass::U16);
+        const QString time = constantArgument(context, form.line, ObjectIndex::kHeartbeatProducer,
+                                              0, ValueClass::U16);
         context.out.raw("    /* initialize error control */\n");
         writeCheckedCall(context, form, "    retVal = coErrorCtrlInit(", time + consumers);
     } else {
@@ -163,32 +168,34 @@ void initEmcyProducer(Context &context, const CallForm &form)
 
 void initSync(Context &context, const CallForm &form)
 {
-    if (!context.store.existIndex(form.line, 0x1005))
+    if (!context.store.existIndex(form.line, ObjectIndex::kSyncCobId))
         return;
     context.out.raw("    /* initialize sync */\n");
-    writeCheckedCall(context, form, "    retVal = coSyncInit(",
-                     constantArgument(context, form.line, 0x1005, 0, ValueClass::U32));
+    writeCheckedCall(
+        context, form, "    retVal = coSyncInit(",
+        constantArgument(context, form.line, ObjectIndex::kSyncCobId, 0, ValueClass::U32));
 }
 
 void initEmcyConsumer(Context &context, const CallForm &form)
 {
-    if (!context.store.existIndex(form.line, 0x1028))
+    if (!context.store.existIndex(form.line, ObjectIndex::kEmergencyConsumer))
         return;
     context.out.raw("\n"
                     "    /* initialize EMCY consumer */\n");
-    const auto consumers = static_cast<quint8>(countEntries(context, form.line, 0x1028));
+    const auto consumers =
+        static_cast<quint8>(countEntries(context, form.line, ObjectIndex::kEmergencyConsumer));
     writeCheckedCall(context, form, "    retVal = coEmcyConsumerInit(",
                      QStringLiteral("%1u").arg(consumers));
 }
 
 void initTime(Context &context, const CallForm &form)
 {
-    if (!context.store.existIndex(form.line, 0x1012))
+    if (!context.store.existIndex(form.line, ObjectIndex::kTimeCobId))
         return;
     constexpr quint32 kProducer = 1u << 30; // CiA 301, 7.5.2.16
     constexpr quint32 kConsumer = 1u << 31;
-    const quint32 cobId =
-        Numbers::toUIntByPrefix(context.store.getSubIndexValue(form.line, 0x1012, 0));
+    const quint32 cobId = Numbers::toUIntByPrefix(
+        context.store.getSubIndexValue(form.line, ObjectIndex::kTimeCobId, 0));
     const auto word = [cobId](quint32 bit) {
         return QLatin1String(cobId & bit ? "CO_TRUE" : "CO_FALSE");
     };
@@ -200,12 +207,12 @@ void initTime(Context &context, const CallForm &form)
 
 void initPdos(Context &context, const CallForm &form)
 {
-    const QList<quint16> tpdos = context.store.getIndices(form.line, 0x1800, 0x19FF);
+    const QList<quint16> tpdos = context.store.getIndices(form.line, ObjectRanges::kTpdoParameters);
     for (const quint16 index : tpdos) {
         initTpdo(context, form.line, index);
         addRetValHandling(context, 0);
     }
-    const QList<quint16> rpdos = context.store.getIndices(form.line, 0x1400, 0x15FF);
+    const QList<quint16> rpdos = context.store.getIndices(form.line, ObjectRanges::kRpdoParameters);
     for (const quint16 index : rpdos) {
         initRpdo(context, form.line, index);
         addRetValHandling(context, 0);
@@ -225,7 +232,7 @@ void initCommonServices(Context &context, const CallForm &form)
 
 void initGfc(Context &context, const CallForm &form)
 {
-    if (!context.store.existIndex(form.line, 0x1300))
+    if (!context.store.existIndex(form.line, ObjectIndex::kGlobalFailsafe))
         return;
     context.out.raw("\n"
                     "    /* initialize  GFC Producer - Consumer */\n");
@@ -234,7 +241,7 @@ void initGfc(Context &context, const CallForm &form)
 
 void initGfcOfLine(Context &context, const CallForm &form)
 {
-    if (!context.store.existIndex(form.line, 0x1300))
+    if (!context.store.existIndex(form.line, ObjectIndex::kGlobalFailsafe))
         return;
     context.out.raw("\n"
                     "    /* initialize  GFC (Producer, Consumer) */\n");
@@ -243,12 +250,12 @@ void initGfcOfLine(Context &context, const CallForm &form)
 
 void initSrdos(Context &context, const CallForm &form)
 {
-    const QList<quint16> srdos = context.store.getIndices(form.line, 0x1301, 0x1340);
+    const QList<quint16> srdos = context.store.getIndices(form.line, ObjectRanges::kSrdoParameters);
     for (const quint16 index : srdos) {
         context.out.raw("\n"
                         "    /* initialize SRDO  */\n");
         writeCheckedCall(context, form, "    retVal = coSrdoInit(",
-                         QStringLiteral("%1u").arg(index - 0x1300));
+                         QStringLiteral("%1u").arg(ObjectRanges::kSrdoParameters.numberOf(index)));
     }
 }
 
@@ -352,13 +359,12 @@ bool hasNewInitStructure(const Context &context)
 
 int countAssignRows(const Context &context, quint8 line)
 {
-    constexpr quint8 kVirtual = 3;
     int rows = 0;
-    const QList<quint16> indices = context.store.getIndices(line, 0x1000, 0xFFFF);
+    const QList<quint16> indices = context.store.getIndices(line, ObjectRanges::kAll);
     for (const quint16 index : indices) {
         ObjectDataBase::SUBINDEX_DATA_T data;
         const bool hasData = context.store.getSubIndexData(line, index, 0, data);
-        rows += hasData && data.implementation == kVirtual ? 0 : 1;
+        rows += hasData && data.implementation == Implementation::kVirtualObject ? 0 : 1;
     }
     return rows;
 }
@@ -366,7 +372,7 @@ int countAssignRows(const Context &context, quint8 line)
 int countSubIndices(const Context &context, quint8 line)
 {
     int count = 0;
-    const QList<quint16> indices = context.store.getIndices(line, 0x1000, 0xFFFF);
+    const QList<quint16> indices = context.store.getIndices(line, ObjectRanges::kAll);
     for (const quint16 index : indices)
         count += context.store.getSubIndices(line, index, 0).size();
     return count;

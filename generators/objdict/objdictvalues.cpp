@@ -5,8 +5,10 @@
 #include "generators/ctext.h"
 #include "generators/objdict/objdictarrays.h"
 #include "generators/objdict/objdictservices.h"
+#include "support/accesstype.h"
 #include "support/cohelper.h"
 #include "support/helper.h"
+#include "support/implementation.h"
 
 #include <QStringList>
 
@@ -168,11 +170,12 @@ QString accessSuffix(const ObjectDataBase::SUBINDEX_DATA_T &data, quint16 index,
 {
     if (const ServiceRow *service = serviceOf(index, sub))
         return QString::fromLatin1(service->suffix);
-    if (data.dataType == static_cast<quint16>(CAN::CANopenDataType::Domain))
+    if (data.dataType == CAN::typeNumber(CAN::CANopenDataType::Domain))
         return QString();
-    if (data.implementation == 0)
+    if (data.implementation == Implementation::kManagedVariable)
         return QStringLiteral("_VAR");
-    return data.implementation == 2 ? QStringLiteral("_PTR") : QString();
+    return data.implementation == Implementation::kApplicationVariable ? QStringLiteral("_PTR")
+                                                                       : QString();
 }
 
 } // namespace
@@ -183,7 +186,7 @@ void ObjDict::defineManagedVariables(Context &context)
     std::array<VariableArray, kValueClassCount> arrays;
     forEachSub(context, [&](const Place &place, const ObjectDataBase::SUBINDEX_DATA_T &data) {
         const std::optional<ValueClass> valueClass = valueClassOf(data.dataType);
-        if (!valueClass || data.implementation != 0)
+        if (!valueClass || data.implementation != Implementation::kManagedVariable)
             return;
         const ServiceRow *service = serviceOf(place.index, place.sub);
         if (service && !service->hasVariable)
@@ -237,17 +240,17 @@ QString ObjDict::getObjectAddress(const Context &context, quint8 line, quint16 i
     ObjectDataBase::SUBINDEX_DATA_T data;
     if (!context.store.getSubIndexData(line, index, sub, data))
         return QStringLiteral("NULL");
-    if (data.implementation == 2) {
+    if (data.implementation == Implementation::kApplicationVariable) {
         const QString name = variableName(data, index, sub);
         return name.contains(QLatin1Char('(')) ? name : QStringLiteral("&(%1)").arg(name);
     }
-    if (data.implementation > 2)
+    if (data.implementation > Implementation::kApplicationVariable)
         return QStringLiteral("0");
     const std::optional<ValueClass> valueClass = valueClassOf(data.dataType);
     if (!valueClass)
         return QStringLiteral("NULL");
     const ClassRow &row = rowOf(*valueClass);
-    if (data.implementation == 1)
+    if (data.implementation == Implementation::kManagedConst)
         return elementAddress(row.constantName, context.positions.constants,
                               keyOf(line, index, sub));
     const quint8 owner = valueLine(context.store, line, index, sub, data);
@@ -258,7 +261,7 @@ QString ObjDict::getImplementationDataType(const ObjectDataBase::SUBINDEX_DATA_T
                                            quint16 index, quint8 sub)
 {
     QString word = tagWord(data.dataType);
-    if (data.implementation != 1)
+    if (data.implementation != Implementation::kManagedConst)
         word += accessSuffix(data, index, sub);
     else if (word == QLatin1String("OS"))
         word = QStringLiteral("VS_CONST"); // one array holds both kinds of constant strings
@@ -269,8 +272,8 @@ QString ObjDict::getImplementationDataType(const ObjectDataBase::SUBINDEX_DATA_T
 
 bool ObjDict::isWriteable(const QString &accessType)
 {
-    return accessType == QLatin1String("rw") || accessType == QLatin1String("rwr") ||
-           accessType == QLatin1String("rww") || accessType == QLatin1String("wo");
+    return accessType == AccessType::kReadWrite || accessType == AccessType::kReadWriteRead ||
+           accessType == AccessType::kReadWriteWrite || accessType == AccessType::kWriteOnly;
 }
 
 quint8 ObjDict::valueLine(const ObjectDataBase &store, quint8 line, quint16 index, quint8 sub,

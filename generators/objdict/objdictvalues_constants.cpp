@@ -4,6 +4,7 @@
 #include "generators/objdict/objdictstrings.h"
 #include "generators/objdict/objdictvalues.h"
 #include "support/helper.h"
+#include "support/implementation.h"
 
 #include <QStringList>
 
@@ -54,7 +55,8 @@ void collectString(Context &context, Constants &constants, const Place &place,
 {
     const auto type = static_cast<Type>(data.dataType);
     const bool isVisible = type == Type::VisibleString || type == Type::OctetString;
-    if (data.implementation != 1 || (!isVisible && type != Type::Utf8String))
+    if (data.implementation != Implementation::kManagedConst ||
+        (!isVisible && type != Type::Utf8String))
         return;
     QVector<ConstString> &strings = isVisible ? constants.visStrings : constants.utf8Strings;
     note(context.positions, &Positions::constants, place.key(), strings.size());

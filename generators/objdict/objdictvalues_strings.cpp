@@ -2,6 +2,7 @@
 #include "generators/ctext.h"
 #include "generators/objdict/objdictstrings.h"
 #include "generators/objdict/objdictvalues.h"
+#include "support/implementation.h"
 
 namespace
 {
@@ -15,8 +16,9 @@ constexpr int kLongestFill = 0x10000;
 bool hasStringDefault(const ObjectDataBase::SUBINDEX_DATA_T &data)
 {
     const auto type = static_cast<CAN::CANopenDataType>(data.dataType);
-    return data.implementation == 2 && (type == CAN::CANopenDataType::VisibleString ||
-                                        type == CAN::CANopenDataType::OctetString);
+    return data.implementation == Implementation::kApplicationVariable &&
+           (type == CAN::CANopenDataType::VisibleString ||
+            type == CAN::CANopenDataType::OctetString);
 }
 
 void collectObject(Context &context, quint8 line, quint16 index, quint32 &offset)
@@ -82,7 +84,7 @@ void ObjDict::generateStringDefaultValues(Context &context)
     context.positions.strings.clear();
     quint32 total = 0;
     for (const quint8 line : context.form.servedLines) {
-        const QList<quint16> indices = context.store.getIndices(line, 0x1000, 0xFFFF);
+        const QList<quint16> indices = context.store.getIndices(line, ObjectRanges::kAll);
         for (const quint16 index : indices)
             collectObject(context, line, index, total);
     }

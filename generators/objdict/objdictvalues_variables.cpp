@@ -1,6 +1,7 @@
 // Pointers to the variables of the application.
 #include "generators/objdict/objdictarrays.h"
 #include "generators/objdict/objdictvalues.h"
+#include "support/implementation.h"
 
 #include <QStringList>
 
@@ -69,8 +70,9 @@ constexpr StringRow kDomainRow = {"static CO_DOMAIN_PTR\tod_domain[",
 /// Domains get their place also as managed objects: their tag tells no difference.
 bool isPointedTo(const ObjectDataBase::SUBINDEX_DATA_T &data)
 {
-    return data.implementation == 2 ||
-           (data.implementation == 0 && data.dataType == static_cast<quint16>(Type::Domain));
+    return data.implementation == Implementation::kApplicationVariable ||
+           (data.implementation == Implementation::kManagedVariable &&
+            data.dataType == CAN::typeNumber(Type::Domain));
 }
 
 ApplicationVariables collect(Context &context)

@@ -6,22 +6,18 @@
 #include "generators/objdict/objdictvalues.h"
 #include "generators/projectlines.h"
 #include "store/linetype.h"
+#include "support/implementation.h"
 
 #include <algorithm>
 
 namespace
 {
 
-// CiA 304: subindices of the communication objects, and where their mappings are.
-constexpr quint16 kFirstSrdo = 0x1301;
-constexpr quint16 kLastSrdo = 0x137F;
-constexpr quint16 kMappingDistance = 0x80;
+// Subindices of the communication objects (EN 50325-5).
 constexpr quint8 kSubDirection = 1;
 constexpr quint8 kSubRefreshTime = 2;
 constexpr quint8 kSubValidationTime = 3;
 constexpr quint8 kSubFirstCobId = 5;
-
-constexpr quint8 kApplicationVariable = 2;
 
 QString addressOf(const ObjDict::Context &context, quint8 line, quint32 mapping)
 {
@@ -30,7 +26,8 @@ QString addressOf(const ObjDict::Context &context, quint8 line, quint32 mapping)
     SubIndexData data;
     // All other values lie in arrays that only the object dictionary's source knows.
     if (!context.store.getSubIndexData(line, index, sub, data) ||
-        data.implementation != kApplicationVariable || data.varName.trimmed().isEmpty())
+        data.implementation != Implementation::kApplicationVariable ||
+        data.varName.trimmed().isEmpty())
         return QStringLiteral("NULL");
     return ObjDict::getObjectAddress(context, line, index, sub);
 }
@@ -60,13 +57,14 @@ Srdo::Parameters readSrdo(const ObjDict::Context &context, quint8 line, quint16 
     };
     Srdo::Parameters srdo;
     srdo.line = line;
-    srdo.number = static_cast<quint8>(index - kFirstSrdo + 1);
+    srdo.number = static_cast<quint8>(ObjectRanges::kSrdoParameters.numberOf(index));
     srdo.direction = static_cast<quint8>(valueOf(kSubDirection));
     srdo.refreshTimeMs = static_cast<quint16>(valueOf(kSubRefreshTime));
     srdo.srvtMs = static_cast<quint8>(valueOf(kSubValidationTime));
     for (quint8 i = 0; i < srdo.cobIds.size(); ++i)
         srdo.cobIds[i] = Srdo::parseCobId(store.getSubIndexValue(line, index, kSubFirstCobId + i));
-    srdo.mapping = readMapping(context, line, static_cast<quint16>(index + kMappingDistance));
+    srdo.mapping = readMapping(
+        context, line, static_cast<quint16>(index + ObjectRanges::kFromSrdoParameterToMapping));
     return srdo;
 }
 
@@ -122,7 +120,8 @@ QVector<Srdo::Parameters> Srdo::readSrdos(const ObjDict::Context &context)
     QVector<Parameters> srdos;
     const QList<quint8> lines = readProjectLines(context.store).numbers;
     for (const quint8 line : lines) {
-        const QList<quint16> indices = context.store.getIndices(line, kFirstSrdo, kLastSrdo);
+        const QList<quint16> indices =
+            context.store.getIndices(line, ObjectRanges::kSrdoParameterPlaces);
         for (const quint16 index : indices)
             srdos << readSrdo(context, line, index);
     }
