@@ -1,6 +1,7 @@
 // The PDOs and SRDOs of a CANopen line.
 #include "check/modelchecker.h"
 #include "check/modelchecker_p.h"
+#include "store/writedefault.h"
 #include "support/accesstype.h"
 #include "support/cohelper.h"
 #include "support/implementation.h"
@@ -14,7 +15,6 @@ namespace
 
 /// Data types up to this one are place holders in a mapping (CiA 301, 7.4.7.1).
 constexpr quint16 kHighestDummy = CAN::typeNumber(CAN::CANopenDataType::Unsigned32);
-constexpr quint8 kMostEntries = 64; ///< values above mark multiplexed PDOs
 
 /// The parts of a mapping entry: the place of the object and its size.
 struct Entry {
@@ -55,7 +55,7 @@ void ModelChecker::checkMappingObjects(bool &corrected, MappingUse &use)
         if (checkMappingEntries(mapping, use) > limitBits)
             reportObject(Msg::PdoTooLong, mapping);
         const auto count = static_cast<quint8>(valueOf(mapping, 0));
-        if (countEntries(mapping) < count && count <= kMostEntries)
+        if (countEntries(mapping) < count && count <= PdoEntryCount::kHighest)
             report(Msg::PdoEntryCountInvalid, {mapping, 0}, {hex4(mapping)});
         if (count == 0)
             disableUnusedPdo(mapping, corrected);
@@ -68,7 +68,7 @@ void ModelChecker::checkMappingFrame(quint16 index)
     if (!hasIndex(parameters))
         report(Msg::PdoCommunicationMissing, {index}, {hex4(index), hex4(parameters)});
     const auto count = static_cast<quint8>(valueOf(index, 0));
-    if (count <= kMostEntries && project->getSubIndices(line, index, 0).size() < 2)
+    if (count <= PdoEntryCount::kHighest && project->getSubIndices(line, index, 0).size() < 2)
         report(Msg::PdoMappingEmpty, {index}, {hex4(index), QString::number(line)});
 }
 

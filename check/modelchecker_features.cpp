@@ -8,7 +8,6 @@ namespace
 {
 
 constexpr quint32 kGeneratesSync = 0x40000000; ///< bit 30 of the SYNC COB-ID (CiA 301, 7.5.2.5)
-constexpr quint8 kHighestCount = 253;          ///< of mapping entries; values above mark MPDOs
 
 /// What the line uses of the stack.
 struct Demand {
@@ -138,7 +137,7 @@ void ModelChecker::compareFeatures()
     const QList<quint16> mappings = mappingObjects();
     for (const quint16 mapping : mappings) {
         demand.dynamicMapping |= isDynamicMapping(line, mapping);
-        demand.mpdo |= valueOf(mapping, 0) > kHighestCount;
+        demand.mpdo |= valueOf(mapping, 0) >= PdoEntryCount::kSourceMpdo;
     }
     demand.bootupManager = decimalSetting("bootup_manager") > 0;
     demand.configurationManager = decimalSetting("config_manager") > 0;

@@ -61,9 +61,9 @@ void ModelChecker::checkUdsExclusion(bool hasServer, bool hasClient)
         return lines.size() == 1 || (byteOfLine(*project, "uds_server_active", number) != 0 &&
                                      byteOfLine(*project, "uds_client_cnt", number) != 0);
     };
-    const auto found = std::find_if(lines.cbegin(), lines.cend(), hasBoth);
-    if (found != lines.cend())
-        report(Msg::UdsServerAndClient, {-1, -1, *found});
+    const auto served = std::find_if(lines.cbegin(), lines.cend(), hasBoth);
+    if (served != lines.cend())
+        report(Msg::UdsServerAndClient, {-1, -1, *served});
 }
 
 /// CANopen has messages of its own for it.

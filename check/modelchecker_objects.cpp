@@ -1,6 +1,7 @@
 // One object and its subindices.
 #include "check/modelchecker.h"
 #include "check/modelchecker_p.h"
+#include "store/writedefault.h"
 #include "support/accesstype.h"
 #include "support/cohelper.h"
 #include "support/implementation.h"
@@ -21,10 +22,6 @@ namespace
 
 constexpr qint64 kLowest = std::numeric_limits<qint64>::min();
 constexpr qint64 kHighest = std::numeric_limits<qint64>::max();
-
-/// From this value on, subindex 0 of a mapping object marks a multiplexed PDO and is no count
-/// (CiA 301, 7.5.2.36).
-constexpr quint8 kFirstMarker = 254;
 
 struct RangeRow {
     CANopenDataType type;
@@ -170,7 +167,7 @@ bool ModelChecker::checkSub0Required(quint8 lineNumber, quint16 index) const
     if (isDynamicMapping(lineNumber, index))
         return false;
     const QString value = project->getSubIndexValue(lineNumber, index, 0);
-    return static_cast<quint8>(Numbers::toUIntByPrefix(value)) < kFirstMarker;
+    return static_cast<quint8>(Numbers::toUIntByPrefix(value)) < PdoEntryCount::kSourceMpdo;
 }
 
 bool ModelChecker::isDynamicMapping(quint8 lineNumber, quint16 index) const

@@ -1,8 +1,6 @@
 // What the sources of ModelChecker share.
 #pragma once
 
-#include "store/records.h"
-
 #include <QString>
 
 /// An object number as messages show it: four digits, lower case.
@@ -15,10 +13,4 @@ inline QString hex4(quint16 index)
 inline QString hex2(quint8 subIndex)
 {
     return QStringLiteral("%1").arg(subIndex, 2, 16, QLatin1Char('0'));
-}
-
-/// Does a device description of the object hold the default value?
-inline bool isDefaultWrittenToEds(const SubIndexData &data)
-{
-    return data.writeDefaultToEds == 2 || (data.writeDefaultToEds == 1 && data.defaultInEds);
 }

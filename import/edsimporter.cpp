@@ -1,6 +1,7 @@
 // From the records of a device description to the records of a project.
 #include "import/edsimporter.h"
 
+#include "store/writedefault.h"
 #include "support/accesstype.h"
 #include "support/cohelper.h"
 #include "support/implementation.h"
@@ -152,7 +153,8 @@ EDSImporter::SubData EDSImporter::makeSubIndex(const CANopenSubindex &record)
     data.accessType = record.accessType;
     data.name = record.name;
     data.defaultValue = record.defaultValue.toString();
-    data.writeDefaultToEds = record.writeDefault ? 1 : 0;
+    data.writeDefaultToEds =
+        record.writeDefault ? WriteDefault::kWithDefaultInEds : WriteDefault::kNever;
     data.currentValue = record.currentValue;
     data.dcfComponent = !record.currentValue.isEmpty();
     data.denotation = record.denotation;

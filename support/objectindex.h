@@ -55,3 +55,14 @@ constexpr quint8 kEventTimer = 5;     ///< ms; of an RPDO the time until it coun
 constexpr quint8 kSyncStartValue = 6; ///< of TPDOs
 
 } // namespace PdoParameter
+
+/// Values of subindex 0 of a PDO mapping; up to kHighest it counts the entries (CiA 301, 7.5.2.36
+/// and 7.5.2.38).
+namespace PdoEntryCount
+{
+
+constexpr quint8 kHighest = 64;
+constexpr quint8 kSourceMpdo = 254;      ///< multiplexed PDO, the object is one of the producer
+constexpr quint8 kDestinationMpdo = 255; ///< multiplexed PDO, the object is one of the consumer
+
+} // namespace PdoEntryCount

@@ -18,8 +18,6 @@ using Defines::ServiceFacts;
 using Defines::subValue;
 using ObjectIndex::kDeviceType;
 
-constexpr quint32 kMpdoScanner = 254; // subindex 0 of a mapping, CiA 301, 7.5.2.36
-constexpr quint32 kMpdoDestination = 255;
 constexpr quint16 kUtf8String = CAN::typeNumber(CAN::CANopenDataType::Utf8String);
 
 /// The stack handles these types only on demand.
@@ -148,9 +146,10 @@ void readMappings(const ObjectDataBase &store, quint8 line, ObjectRange mappings
         if (first.accessType == AccessType::kReadWrite)
             *dynamicEntries += entries;
         const quint32 mapped = Numbers::toUIntByPrefix(first.defaultValue);
-        facts->hasScannerMpdo |= mapped == kMpdoScanner;
-        facts->hasDestinationMpdo |= mapped == kMpdoDestination;
-        *hasMpdo |= mapped == kMpdoScanner || mapped == kMpdoDestination;
+        facts->hasScannerMpdo |= mapped == PdoEntryCount::kSourceMpdo;
+        facts->hasDestinationMpdo |= mapped == PdoEntryCount::kDestinationMpdo;
+        *hasMpdo |=
+            mapped == PdoEntryCount::kSourceMpdo || mapped == PdoEntryCount::kDestinationMpdo;
     }
 }
 

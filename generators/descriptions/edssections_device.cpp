@@ -43,15 +43,14 @@ QString countOfObjects(const Context &context, ObjectRange range)
     return QString::number(context.store.getIndices(context.line, range).size());
 }
 
-/// A mapping that names no objects but is a multiplexed one has 254 or 255 entries (CiA 301,
-/// 7.5.2.36).
 bool usesGroupMessaging(const Context &context)
 {
+    // The TPDO parameters, which lie between the mappings, count their few subindices there.
     const QList<quint16> mappings = context.store.getIndices(
         context.line, ObjectRanges::kRpdoMappings.first, ObjectRanges::kTpdoMappings.last);
     for (const quint16 mapping : mappings) {
         const QString entries = context.store.getSubIndexValue(context.line, mapping, 0);
-        if (Numbers::toUIntByPrefix(entries) > 253)
+        if (Numbers::toUIntByPrefix(entries) >= PdoEntryCount::kSourceMpdo)
             return true;
     }
     return false;

@@ -3,6 +3,7 @@
 #include "generators/descriptions/edssections.h"
 #include "generators/descriptions/edsvariants.h"
 #include "generators/textwriter.h"
+#include "store/writedefault.h"
 #include "support/helper.h"
 #include "support/numbers.h"
 #include "support/objectindex.h"
@@ -83,13 +84,18 @@ QString describedDefault(const QString &value)
     return oneLine(value.startsWith(QLatin1String("|x")) ? value.mid(2) : value);
 }
 
+void writeObjectType(const Context &context, CANopen::ObjectCode code)
+{
+    context.out.parts(EdsKeys::kObjectType, "=", static_cast<int>(code), "\n");
+}
+
 void writeSubIndex(const Context &context, quint16 index, quint8 subIndex, quint8 highest)
 {
     SubData data;
     (void)context.store.getSubIndexData(context.line, index, subIndex, data); // or the defaults
     context.out.parts("\n[", EdsSections::hex4(index), "sub", Numbers::toHex(subIndex, 1), "]\n");
     writeName(context.out, data.name, index, subIndex);
-    context.out.parts(EdsKeys::kObjectType, "=7\n");
+    writeObjectType(context, CANopen::ObjectCode::Var);
     // An object of which a variant leaves out the end still tells its own highest subindex.
     if (index > ObjectRanges::kCommunication.last && subIndex == 0)
         data.defaultValue = QString::number(highest);
@@ -117,13 +123,13 @@ void writeValueOf(const Context &context, quint16 index, quint8 subIndex)
 /// The first element of the device types of a CAN FD device, as the one of a classical device.
 void describeClassical1000(const Context &context)
 {
-    context.out.parts(EdsKeys::kObjectType, "=7\n");
+    writeObjectType(context, CANopen::ObjectCode::Var);
     writeValueOf(context, ObjectIndex::kDeviceType, 1);
 }
 
 void writeContent(const Context &context, quint16 index, const ObjectDataBase::INDEX_DATA_T &object)
 {
-    context.out.parts(EdsKeys::kObjectType, "=", static_cast<int>(object.objectCode), "\n");
+    writeObjectType(context, object.objectCode);
     switch (object.objectCode) {
     case CANopen::ObjectCode::Array:
     case CANopen::ObjectCode::Record:
@@ -193,7 +199,5 @@ void EdsSections::generateSubInfo(TextWriter &out, const SubData &data)
 
 bool EdsSections::isDefaultDescribed(const SubData &data)
 {
-    const bool isWanted =
-        data.writeDefaultToEds == 2 || (data.writeDefaultToEds == 1 && data.defaultInEds);
-    return isWanted && !data.defaultValue.isEmpty();
+    return isDefaultWrittenToEds(data) && !data.defaultValue.isEmpty();
 }

@@ -16,7 +16,6 @@ namespace
 {
 
 constexpr quint16 kToMapping = ObjectRanges::kFromPdoParameterToMapping;
-constexpr quint8 kHighestCount = 64; ///< entries of one mapping; more is a mark, not a count
 
 quint16 mappedIndex(quint32 mapping)
 {
@@ -46,7 +45,7 @@ quint8 readMappedCount(const Context &context, quint8 line, quint16 pdoIndex)
 /// Entries that a table holds for the value of subindex 0; a multiplexed PDO has one.
 int entriesFor(quint8 mappedCount)
 {
-    return mappedCount > kHighestCount ? 1 : mappedCount;
+    return mappedCount > PdoEntryCount::kHighest ? 1 : mappedCount;
 }
 
 /// Of all tables of the project.
@@ -87,7 +86,7 @@ int filledRows(quint8 mappedCount, const TableShape &shape)
 /// Held by tst_generatedc.
 int writtenCount(quint8 mappedCount, const TableShape &shape)
 {
-    return mappedCount > kHighestCount ? mappedCount : filledRows(mappedCount, shape);
+    return mappedCount > PdoEntryCount::kHighest ? mappedCount : filledRows(mappedCount, shape);
 }
 
 /// Between "mapTable..." and the number: tells the tables of several lines apart. Deliberate: the
