@@ -1,9 +1,9 @@
-// Texts that several generators of start-up code share: the initialiser of what all protocols have
-// in common, and the tables and calls of UDS (ISO 14229-1).
+// Start-up code that several protocols share, as texts.
 #pragma once
 
 #include "generators/dialect.h"
 #include "generators/initstructversions.h"
+#include "generators/udsstart.h"
 
 #include <QObject>
 #include <QPointer>
@@ -11,9 +11,9 @@
 
 class ObjectDataBase;
 
-/// Makes C text from the settings of a project; writes no file. Lines are those of
-/// readProjectLines(). All UDS texts are empty, and tables have no rows, for a project with neither
-/// UDS server nor UDS client.
+/// What commonstart and udsstart write, for those who want it as text; no generator does. Lines are
+/// those of readProjectLines(). All UDS texts are empty, and tables have no rows, for a project
+/// with neither UDS server nor UDS client.
 class CommonGeneratorHelper : public QObject
 {
     Q_OBJECT
@@ -56,9 +56,8 @@ protected:
     CommonGeneratorHelper(ObjectDataBase *database, const Dialect &words, QObject *parent);
 
 private:
-    QString protocolOfLine(quint8 line) const;
-    QString clientCounts() const;
-    QString lineStructure(quint8 line) const;
+    bool hasUds() const;
+    UdsStart::Tables udsTables(quint8 line) const; ///< empty for a project without UDS
 
     QPointer<ObjectDataBase> store;
     Dialect dialect;

@@ -1,22 +1,14 @@
 // The function that starts the J1939 stack.
 #include "generators/j1939/pgninit.h"
 
-#include "generators/commongeneratorhelper.h"
+#include "generators/commonstart.h"
+#include "generators/initstructversions.h"
+#include "generators/udsstart.h"
 
 namespace
 {
 
 using namespace Pgn;
-
-/// The shared texts in the words of the file.
-class StartUpTexts : public CommonGeneratorHelper
-{
-public:
-    explicit StartUpTexts(const Context &context)
-        : CommonGeneratorHelper(&context.store, context.dialect, nullptr)
-    {
-    }
-};
 
 constexpr const char *kReturnTest = "\tif (retVal != RET_OK) {\n"
                                     "\t\treturn(retVal);\n"
@@ -78,7 +70,6 @@ void writeModes(Context &context)
 
 void writeNewValues(Context &context)
 {
-    const StartUpTexts texts(context);
     TextWriter &out = context.out;
     out.block(R"(
 	$version$u,
@@ -86,7 +77,7 @@ void writeNewValues(Context &context)
 	{ J1939_TRANSMIT_PGN_COUNTS },
 	{ J1939_SSDO_COUNTS },
 	{ J1939_CSDO_COUNTS })",
-              {{"version", texts.getInitStructVersion(InitStruct::J1939)}});
+              {{"version", initStructVersion(InitStruct::J1939, context.store)}});
     if (context.form.excludeSafePgns)
         out.raw(",\n"
                 "\t{ J1939_SDG_TRANS_COUNTS },\n"
@@ -106,12 +97,14 @@ void writeOldValues(Context &context)
             "\t{ J1939_TRANSMIT_PGN_COUNTS }\n");
 }
 
-void writeStructures(Context &context, const CommonGeneratorHelper &texts)
+void writeStructures(Context &context)
 {
     TextWriter &out = context.out;
     const bool isNew = hasNewInitStructure(context);
-    if (isNew)
-        out.parts(texts.getCommonInitVars(), context.dialect.constMacro);
+    if (isNew) {
+        writeCommonInitVars(out, context.dialect, context.store);
+        out.raw(context.dialect.constMacro);
+    }
     out.raw(isNew ? " J1939_SERVICE_INIT_VAL_T\tserviceInitVars = {\n"
                   : "const J1939_SERVICE_INIT_VAL_T\tserviceInitVars = {\n");
     writeServiceValues(context);
@@ -123,7 +116,7 @@ void writeStructures(Context &context, const CommonGeneratorHelper &texts)
         out.raw("\t(void)pModes;\n");
 }
 
-void writeCommonStart(Context &context, const CommonGeneratorHelper &texts)
+void writeCommonStart(Context &context)
 {
     TextWriter &out = context.out;
     // Deliberate: the structure of a line that is not started would be an unused one, held by
@@ -133,8 +126,10 @@ void writeCommonStart(Context &context, const CommonGeneratorHelper &texts)
         if (line.hasJ1939())
             startedLines << line.number;
     }
-    if (context.form.hasUds)
-        out.parts(texts.getUDSInitStructures(startedLines), "\n");
+    if (context.form.hasUds) {
+        UdsStart::writeStructures(out, context.store, startedLines);
+        out.raw("\n");
+    }
     // Deliberate: the call hands over a structure that only the new form has, held by
     // tst_pgngenerator.
     if (hasNewInitStructure(context)) {
@@ -142,12 +137,14 @@ void writeCommonStart(Context &context, const CommonGeneratorHelper &texts)
         writeWatchdog(context);
     }
     out.parts("\tretVal = j1939StackInit_common(&serviceInitVars);\n", kReturnTest);
-    if (context.form.hasUds)
-        out.parts(texts.getUDSInit_common(), "\n");
+    if (context.form.hasUds) {
+        UdsStart::writeCommonCall(out);
+        out.raw("\n");
+    }
     writeWatchdog(context);
 }
 
-void writeLineStart(Context &context, const CommonGeneratorHelper &texts, const Line &line)
+void writeLineStart(Context &context, const Line &line)
 {
     TextWriter &out = context.out;
     if (context.form.multiLine)
@@ -156,8 +153,10 @@ void writeLineStart(Context &context, const CommonGeneratorHelper &texts, const 
     else
         out.raw("\tretVal = j1939StackInit_line(&j1939Config);\n");
     out.raw(kReturnTest);
-    if (context.form.hasUds)
-        out.parts(texts.getUDSInit_lines(line.number, context.form.multiLine), "\n");
+    if (context.form.hasUds) {
+        UdsStart::writeLineCall(out, line.number, context.form.multiLine);
+        out.raw("\n");
+    }
     if (context.form.hasUds || context.form.multiLine)
         writeWatchdog(context);
 }
@@ -193,15 +192,14 @@ void Pgn::writeServiceValues(Context &context)
 
 void Pgn::generateStackInit(Context &context)
 {
-    const StartUpTexts texts(context);
     writeFunctionHead(context);
-    writeStructures(context, texts);
-    writeCommonStart(context, texts);
+    writeStructures(context);
+    writeCommonStart(context);
     // Deliberate: lines of other protocols have no structure to hand over, held by
     // tst_pgngenerator.
     for (const Line &line : qAsConst(context.lines)) {
         if (line.hasJ1939())
-            writeLineStart(context, texts, line);
+            writeLineStart(context, line);
     }
     writeWatchdog(context);
     if (context.j1939.byPrefix("cia510serversupport") == 1)

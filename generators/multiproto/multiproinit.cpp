@@ -236,7 +236,7 @@ void writeRawValues(Context &context)
 
 void writeStructures(Context &context)
 {
-    context.out.raw(commonInitVarsText(context.objDict));
+    writeCommonInitVars(context.objDict);
     writeCANopenValues(context);
     writeJ1939Values(context);
     writeRawValues(context);
@@ -337,7 +337,8 @@ void writeCommonFunction(Context &context)
     out.raw("\n");
     writeCommonStart(context);
     writeProtocolStarts(context);
-    out.parts(udsCommonText(context.objDict), "\n");
+    writeUdsCommonCall(context.objDict);
+    out.raw("\n");
     if (!context.facts.isRawOnly())
         writeLoadParameters(context);
     out.block(R"(
@@ -374,9 +375,9 @@ void writeSingleUds(Context &context)
 {
     if (!context.facts.hasUds)
         return;
-    context.out.raw(udsCommonText(context.objDict));
+    writeUdsCommonCall(context.objDict);
     writeWatchdog(context);
-    context.out.raw(udsLineText(context.objDict, {context.objDict.form.singleLine, false}));
+    writeUdsLineCall(context.objDict, {context.objDict.form.singleLine, false});
     writeWatchdog(context);
 }
 
@@ -407,7 +408,7 @@ constexpr ObjDict::FinishWords kFinishWords = {"RET_T mpStackInit_finish(void)\n
 void MultiPro::writeStart(Context &context)
 {
     TextWriter &out = context.out;
-    out.raw(udsStructuresText(context.objDict));
+    writeUdsStructures(context.objDict);
     out.raw("\n/*  stack initialization */"
             "\n");
     writeEntryHead(context);

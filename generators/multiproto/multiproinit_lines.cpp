@@ -230,7 +230,7 @@ void MultiPro::writeLineFunctions(Context &context)
         }
         write(context, form, offset);
         if (line.type != LineType::CANopen)
-            out.raw(udsLineText(context.objDict, form));
+            writeUdsLineCall(context.objDict, form);
         out.raw("    return(retVal);\n"
                 "}\n");
     }

@@ -56,10 +56,10 @@ RET_T coCanOpenStackInit(
 void writeInitStructures(Context &context)
 {
     TextWriter &out = context.out;
-    out.raw(commonInitVarsText(context));
+    writeCommonInitVars(context);
     out.raw("\n");
     writeServiceInitVars(context, "    CO_SERVICE_INIT_VAL_T\tserviceInitVars = {\n", "u,\n");
-    out.raw(udsStructuresText(context));
+    writeUdsStructures(context);
     out.raw("\n");
     if (!context.form.canFd)
         return;
@@ -78,7 +78,7 @@ void writeCommonStart(Context &context)
         out.parts("    /* common initialization */\n", context.dialect.commonStart);
         addRetValHandling(context, 0);
     }
-    out.raw(udsCommonText(context));
+    writeUdsCommonCall(context);
     out.raw("    /* variable initialization */\n"
             "    retVal = coCanOpenStackVarInit(&serviceInitVars);\n");
     addRetValHandling(context, 0);
@@ -192,7 +192,7 @@ void initObjectDictionary(Context &context)
     writeHead(context);
     writeInitStructures(context);
     writeCommonStart(context);
-    context.out.raw(udsLineText(context, form));
+    writeUdsLineCall(context, form);
     initServices(context, form);
     context.out.raw("    return(RET_OK);\n"
                     "}\n");

@@ -156,10 +156,10 @@ RET_T coCanOpenStackInit_common(
 $modes$    )
 {
 $line$    RET_T retVal = RET_OK;
-$initVars$)",
+)",
               {{"modes", modesParameter(context)},
-               {"line", context.form.canFd ? "    CO_LINE_TYPE    CO_LINE;\n" : ""},
-               {"initVars", commonInitVarsText(context)}});
+               {"line", context.form.canFd ? "    CO_LINE_TYPE    CO_LINE;\n" : ""}});
+    writeCommonInitVars(context);
     writeServiceInitVars(context, "    CO_SERVICE_INIT_VAL_T\tserviceInitVars = {\n", ",\n");
     out.raw("\n");
 }
@@ -180,7 +180,7 @@ $start$    if (retVal != RET_OK) {
 )",
                   {{"start", context.dialect.commonStart}});
     }
-    out.raw(udsCommonText(context));
+    writeUdsCommonCall(context);
     out.block(R"(
     /* multi-line initialization */
     retVal = coCanOpenStackVarInit(&serviceInitVars);
@@ -388,7 +388,7 @@ void writeLineFunction(Context &context, quint8 line, int &assignOffset)
     const bool hasLss = context.settings.decimal("lss_supported") > 0;
     TextWriter &out = context.out;
     writeLineHead(context, line);
-    out.raw(udsLineText(context, form));
+    writeUdsLineCall(context, form);
     out.raw("    /* initialize object dictionary variables and pointers */\n");
     writeOdInitCall(context, "    coOdInitOdPtr(", line, assignOffset);
     out.raw("\n");
@@ -462,7 +462,7 @@ void writeFinishFunction(Context &context, const FinishWords &words, const QList
 void initObjectDictionaryMultiLine(Context &context)
 {
     writeLineTable(context);
-    context.out.raw(udsStructuresText(context));
+    writeUdsStructures(context);
     context.out.raw("\n");
     writeEntryFunction(context);
     writeCommonFunction(context);

@@ -1,8 +1,12 @@
 // Start-up calls of the single services.
 #include "generators/objdict/objdictstartcalls.h"
 
-#include "generators/commongeneratorhelper.h"
+#include "generators/codefeatures.h"
+#include "generators/commonstart.h"
+#include "generators/initstructversions.h"
 #include "generators/objdict/objdictpdo.h"
+#include "generators/projectlines.h"
+#include "generators/udsstart.h"
 #include "support/implementation.h"
 #include "support/objectindex.h"
 
@@ -61,6 +65,11 @@ void openCall(Context &context, const CallForm &form, const char *call, bool has
         context.out.raw(hasArguments ? "canLine, " : "canLine");
 }
 
+bool hasUds(const Context &context)
+{
+    return readCodeFeatures(context.store).hasUds();
+}
+
 void writeObjectService(Context &context, const CallForm &form, const ObjectService &service)
 {
     if (!context.store.existIndex(form.line, service.index))
@@ -73,22 +82,6 @@ void writeObjectService(Context &context, const CallForm &form, const ObjectServ
 int countEntries(const Context &context, quint8 line, quint16 index)
 {
     return qMax(0, context.store.getSubIndices(line, index, 0).size() - 1);
-}
-
-/// The helper in the words of the context's stack.
-class StartUpTexts : public CommonGeneratorHelper
-{
-public:
-    explicit StartUpTexts(const Context &context)
-        : CommonGeneratorHelper(&context.store, context.dialect, nullptr)
-    {
-    }
-};
-
-/// Set apart by an empty line, if there is any.
-QString withEmptyLine(const QString &text)
-{
-    return text.isEmpty() ? text : text + QLatin1Char('\n');
 }
 
 } // namespace
@@ -318,7 +311,7 @@ void writeServiceInitVars(Context &context, const char *start, const char *versi
     TextWriter &out = context.out;
     out.raw(start);
     if (hasNewInitStructure(context)) {
-        const quint32 version = StartUpTexts(context).getInitStructVersion(InitStruct::CANopen);
+        const quint32 version = initStructVersion(InitStruct::CANopen, context.store);
         out.parts("       ", version, versionEnd);
     }
     out.raw(kServiceCounts);
@@ -332,24 +325,34 @@ void writeServiceInitVars(Context &context, const char *start, const char *versi
     out.raw("    };\n");
 }
 
-QString commonInitVarsText(const Context &context)
+void writeCommonInitVars(Context &context)
 {
-    return hasNewInitStructure(context) ? StartUpTexts(context).getCommonInitVars() : QString();
+    if (hasNewInitStructure(context))
+        ::writeCommonInitVars(context.out, context.dialect, context.store);
 }
 
-QString udsStructuresText(const Context &context)
+void writeUdsStructures(Context &context)
 {
-    return withEmptyLine(StartUpTexts(context).getUDSInitStructures());
+    if (!hasUds(context))
+        return;
+    UdsStart::writeStructures(context.out, context.store, readProjectLines(context.store).numbers);
+    context.out.raw("\n");
 }
 
-QString udsCommonText(const Context &context)
+void writeUdsCommonCall(Context &context)
 {
-    return withEmptyLine(StartUpTexts(context).getUDSInit_common());
+    if (!hasUds(context))
+        return;
+    UdsStart::writeCommonCall(context.out);
+    context.out.raw("\n");
 }
 
-QString udsLineText(const Context &context, const CallForm &form)
+void writeUdsLineCall(Context &context, const CallForm &form)
 {
-    return withEmptyLine(StartUpTexts(context).getUDSInit_lines(form.line, form.namesLine));
+    if (!hasUds(context))
+        return;
+    UdsStart::writeLineCall(context.out, form.line, form.namesLine);
+    context.out.raw("\n");
 }
 
 bool hasNewInitStructure(const Context &context)

@@ -55,12 +55,11 @@ void writeLoadParameterBlock(Context &context, const ReturnWords &words = {});
 /// Definition of `serviceInitVars`; the words of its first lines differ between the forms.
 void writeServiceInitVars(Context &context, const char *start, const char *versionEnd);
 
-// Texts of UDS and of what all protocols share; empty for a project without them. The UDS texts end
-// in an empty line.
-QString commonInitVarsText(const Context &context);
-QString udsStructuresText(const Context &context);
-QString udsCommonText(const Context &context);
-QString udsLineText(const Context &context, const CallForm &form);
+// What all protocols share, and UDS; nothing for a project without them. UDS ends in an empty line.
+void writeCommonInitVars(Context &context);
+void writeUdsStructures(Context &context);
+void writeUdsCommonCall(Context &context);
+void writeUdsLineCall(Context &context, const CallForm &form);
 
 bool hasNewInitStructure(const Context &context);
 

@@ -1,4 +1,5 @@
 // The source of a J1939 device, section by section.
+#include "generators/commongeneratorhelper.h"
 #include "generators/j1939/pgngenerator.h"
 #include "generators/j1939/pgninit.h"
 #include "generators/j1939/pgnsections.h"
@@ -163,6 +164,10 @@ private slots:
                  "udsStackInit_common(&udsServiceInitVars);",
                  "j1939StackInit_line(0, &j1939Config_l0);", "udsStackInit_line(0, &udsLine0);",
                  "j1939StackInit_line(3, &j1939Config_l3);", "udsStackInit_line(3, &udsLine3);"}));
+        const CommonGeneratorHelperV4 texts(store.get());
+        for (const QString &part : {texts.getCommonInitVars(), texts.getUDSInitStructures({0, 3}),
+                                    texts.getUDSInit_common(), texts.getUDSInit_lines(3, true)})
+            QVERIFY(!part.isEmpty() && text.contains(part));
     }
 
     void file()
