@@ -2,8 +2,6 @@
 #include "formats/initext.h"
 
 #include "support/helper.h"
-#include "support/problems.h"
-
 namespace
 {
 
@@ -11,6 +9,7 @@ using IniText::Span;
 
 constexpr int kFlushBytes = 1 << 20;
 constexpr int kLongestLine = 1 << 20; // bytes
+constexpr int kLinesOfBlock = 256;
 const QLatin1String kByteArrayStart("@ByteArray(");
 const QLatin1String kStringStart("@String("); // of texts that hold a zero character
 
@@ -48,7 +47,7 @@ const char *skipEscaped(const char *at, const char *end)
 }
 
 /// Takes the next line from \a rest. Quotes and a backslash at its end carry a line on; a semicolon
-/// outside quotes ends it.
+/// outside quotes ends it, and "#" at its begin makes all of it a comment.
 Line nextLine(Span *rest)
 {
     while (rest->begin < rest->end && isBlank(*rest->begin))
@@ -61,6 +60,10 @@ Line nextLine(Span *rest)
             ++from;
         return from;
     };
+    if (at < rest->end && *at == '#') {
+        rest->begin = toLineEnd(at);
+        return line;
+    }
     for (; at < rest->end; ++at) {
         const char ch = *at;
         if (ch == '"') {
@@ -78,24 +81,32 @@ Line nextLine(Span *rest)
     return line;
 }
 
-/// Numbers of lines, asked for from the start of a file on.
-class LineCounter
+/// What git, among others, leaves in a text whose two states it could not join.
+bool isConflictMarker(Span line)
 {
-public:
-    explicit LineCounter(const char *start) : counted(start) {}
-    int lineOf(const char *place)
-    {
-        for (; counted < place; ++counted) {
-            const bool isPair = *counted == '\r' && counted[1] == '\n'; // place is behind both
-            number += (*counted == '\n' || *counted == '\r') && !isPair;
-        }
-        return number;
+    constexpr int kLength = 7;
+    for (const char sign : {'<', '=', '>', '|'}) {
+        if (line.size() >= kLength && *line.begin == sign &&
+            std::all_of(line.begin, line.begin + kLength, [=](char ch) { return ch == sign; }))
+            return line.size() == kLength || (sign != '=' && line.begin[kLength] == ' ');
     }
+    return false;
+}
 
-private:
-    const char *counted;
-    int number = 1;
-};
+void note(IniText::Outline *outline, IniText::LineFault fault, Span line, bool isLost)
+{
+    if (outline && outline->faultCounts[fault]++ < IniText::Outline::kMostFaults)
+        outline->faults.append({fault, line, isLost});
+}
+
+/// The next line end's last character, or \a end.
+const char *lastOfLine(const char *at, const char *end)
+{
+    while (at < end && *at != '\n' && *at != '\r')
+        ++at;
+    const bool isPair = end - at > 1 && at[0] == '\r' && at[1] == '\n';
+    return isPair ? at + 1 : at;
+}
 
 QString unescapedKey(Span span)
 {
@@ -346,40 +357,74 @@ QVariant IniText::Entry::value() const
     return valueOf(valueText);
 }
 
-bool IniText::read(const QByteArray &data, Sections *sections, const QString &file)
+bool IniText::read(const QByteArray &data, Sections *sections, Outline *outline)
 {
     bool sound = true;
     Span rest{data.constBegin(), data.constEnd()};
     if (data.startsWith("\xEF\xBB\xBF"))
         rest.begin += 3;
     QVector<Entry> *current = nullptr;
-    LineCounter lines(rest.begin);
+    const auto lose = [&](LineFault fault, Span line) {
+        note(outline, fault, line, true);
+        sound = false;
+    };
     while (rest.begin < rest.end) {
         const Line line = nextLine(&rest);
         const Span text = line.text.trimmed();
         if (text.size() == 0)
             continue;
+        const bool isKey = line.equals && current;
         if (text.size() > kLongestLine) {
-            Problems::warning("long-line", file,
-                              QStringLiteral("a line of more than 1 MiB, or an open quotation mark "
-                                             "in it, is passed over"),
-                              lines.lineOf(text.begin));
+            lose(LineFault::TooLong, text);
             if (*text.begin == '[')
                 current = nullptr; // what follows is not of the section before
-            sound = false;
         } else if (*text.begin == '[') {
             const char *close = std::find(text.begin, text.end, ']');
-            sound = sound && close != text.end;
-            const Span name = Span{text.begin + 1, close}.trimmed();
-            current = &(*sections)[unescapedKey(name)];
-        } else if (line.equals && current) {
-            current->append(
-                {Span{text.begin, line.equals}.trimmed(), Span{line.equals + 1, line.text.end}});
+            if (close == text.end)
+                lose(LineFault::OpenSection, text);
+            const QString name = unescapedKey(Span{text.begin + 1, close}.trimmed());
+            current = &(*sections)[name];
+            if (outline && !outline->heads.contains(name))
+                outline->heads.insert(name, text.begin);
+        } else if (isKey) {
+            const Span key = Span{text.begin, line.equals}.trimmed();
+            current->append({key, Span{line.equals + 1, line.text.end}});
+            if (isConflictMarker(text))
+                note(outline, LineFault::ConflictMarker, text, false);
+            else if (key.size() == 0)
+                note(outline, LineFault::EmptyKey, text, false);
+        } else if (isConflictMarker(text)) {
+            lose(LineFault::ConflictMarker, text);
         } else {
-            sound = false;
+            lose(line.equals ? LineFault::BeforeSections : LineFault::NoKey, text);
         }
     }
     return sound;
+}
+
+int IniText::LineNumbers::at(const char *place)
+{
+    findLines();
+    const auto block = std::upper_bound(starts.constBegin(), starts.constEnd(), place) - 1;
+    int number = int(block - starts.constBegin()) * kLinesOfBlock + 1;
+    const char *line = *block;
+    for (const char *end = lastOfLine(line, place); end < place; end = lastOfLine(line, place)) {
+        line = end + 1;
+        ++number;
+    }
+    return number;
+}
+
+void IniText::LineNumbers::findLines()
+{
+    if (!starts.isEmpty())
+        return;
+    int number = 0;
+    for (const char *line = data.constBegin(); line < data.constEnd() || starts.isEmpty();
+         line = lastOfLine(line, data.constEnd()) + 1) {
+        if (number++ % kLinesOfBlock == 0)
+            starts.append(line);
+    }
 }
 
 void IniText::Writer::section(const QString &name)

@@ -36,11 +36,54 @@ struct Entry {
 /// Entries in the order of the file by section; a section that stands twice is one.
 using Sections = QMap<QString, QVector<Entry>>;
 
+/// What is wrong with a line.
+enum class LineFault {
+    TooLong,        ///< longer than any value of a project; passed over
+    ConflictMarker, ///< of a merge that nobody has finished
+    NoKey,          ///< neither section, key, comment nor blank; passed over
+    EmptyKey,       ///< nothing before its "=", which is read all the same
+    BeforeSections, ///< a key that no section holds; passed over
+    OpenSection,    ///< "[" without "]", which is read as if it were there
+};
+
+/// Where in the text things stand that the sections do not tell.
+struct Outline {
+    struct FaultyLine {
+        LineFault fault;
+        Span line;
+        bool isLost; ///< the sections do not hold what stands in it
+    };
+
+    /// Of a kind; of a file that is no text project each line might be one.
+    static constexpr int kMostFaults = 1000;
+
+    QMap<QString, const char *> heads; ///< the "[" of each section, the first one
+    QVector<FaultyLine> faults;        ///< in the order of the text, at most kMostFaults of a kind
+    QMap<LineFault, int> faultCounts;  ///< all of them
+};
+
 /// False if \a data holds lines that are neither section, key, comment nor blank, or are longer
-/// than any value of a project; all other lines are in \a sections all the same. The entries stand
-/// in \a data, which must outlive them. The long lines are told as problems of \a file.
-bool read(const QByteArray &data, Sections *sections, const QString &file = QString());
-bool read(QByteArray &&data, Sections *sections, const QString &file = QString()) = delete;
+/// than any value of a project; all other lines are in \a sections all the same. Comments begin
+/// with ";" or "#". The entries stand in \a data, which must outlive them.
+bool read(const QByteArray &data, Sections *sections, Outline *outline = nullptr);
+bool read(QByteArray &&data, Sections *sections, Outline *outline = nullptr) = delete;
+
+/// Numbers of lines, counted when somebody asks.
+class LineNumbers
+{
+public:
+    /// \a text must outlive this, and stay as it is.
+    explicit LineNumbers(const QByteArray &text) : data(text) {}
+
+    /// Of the line that \a place stands in, from 1. A line ends with LF, CR LF or CR.
+    int at(const char *place);
+
+private:
+    void findLines();
+
+    const QByteArray &data;
+    QVector<const char *> starts; ///< of each 256th line; empty until the first question
+};
 
 /// Writes a file section by section. Texts are UTF-8.
 class Writer

@@ -3,11 +3,23 @@
 
 #include "store/objectdatabase_p.h"
 #include "support/logging.h"
+#include "support/numbers.h"
+#include "support/printable.h"
+#include "support/problems.h"
 
 #include <QFile>
 #include <QSet>
 
 #include <algorithm>
+
+using Effect = TextProjectProblems::Effect;
+
+/// A row as the text form has it.
+struct TextRow {
+    QStringList numbers; ///< of its key
+    QVector<ObjectDataBase::ColumnValue> cells;
+    const IniText::Entry *first = nullptr; ///< the entry of the first cell; the others follow it
+};
 
 namespace
 {
@@ -26,6 +38,14 @@ bool isExcludedTable(const QString &table)
 {
     return std::any_of(std::begin(kExcludedTables), std::end(kExcludedTables),
                        [&table](const char *word) { return table.contains(QLatin1String(word)); });
+}
+
+/// Groups whose keys are settings. A name that holds more is read as well.
+bool isSettings(const QString &group)
+{
+    return group.contains(QLatin1String("DescriptionSettings")) ||
+           group.contains(QLatin1String("GeneralSettings")) ||
+           group.contains(QLatin1String("MiscSettings"));
 }
 
 bool isSettingsTable(const QString &table)
@@ -102,35 +122,100 @@ QString textOf(const QVariant &value)
                                                 : value.toString();
 }
 
-/// Calls \a apply with the numbers and the cells of each row, whose keys are "number/column", or
-/// have two numbers. Cells of a row that stand apart in the file come as two rows.
-template <class Apply>
-void forEachRow(const QVector<IniText::Entry> &entries, int numbers, Apply apply)
+/// A key as the file has it.
+QString keyIn(const IniText::Entry &entry)
 {
-    using Cells = QVector<ObjectDataBase::ColumnValue>;
+    return QString::fromUtf8(entry.keyText.begin, std::min(entry.keyText.size(), 400));
+}
+
+/// Calls \a apply with each row, whose keys are "number/column", or have two numbers; and \a skip
+/// with what has more or fewer. Cells of a row that stand apart in the file come as two rows.
+template <class Apply, class Skip>
+void forEachRow(const QVector<IniText::Entry> &entries, int numbers, Apply apply, Skip skip)
+{
     QString place; // "0x1018/0x1"
-    Cells cells;
+    TextRow row;
     const auto finishRow = [&]() {
-        const QStringList parts = place.split(QLatin1Char('/'));
-        if (!cells.isEmpty() && parts.size() == numbers)
-            apply(parts, cells);
-        else if (!cells.isEmpty())
-            qCDebug(lcStore) << "no row of a project:" << place;
-        cells.clear();
+        row.numbers = place.split(QLatin1Char('/'));
+        if (!row.cells.isEmpty() && row.numbers.size() == numbers)
+            apply(row);
+        else if (!row.cells.isEmpty())
+            skip(row);
+        row.cells.clear();
     };
     for (const IniText::Entry &entry : entries) {
         const QString key = entry.key();
         const int slash = key.lastIndexOf(QLatin1Char('/'));
-        const QStringRef row = key.leftRef(qMax(slash, 0));
-        if (row != place) {
+        const QStringRef prefix = key.leftRef(qMax(slash, 0));
+        if (prefix != place) {
             finishRow();
-            place = row.toString();
+            place = prefix.toString();
         }
+        if (row.cells.isEmpty())
+            row.first = &entry;
         const QVariant value = entry.value();
         const bool isBytes = value.type() == QVariant::ByteArray;
-        cells.append({key.mid(slash + 1), isBytes ? value : QVariant(textOf(value))});
+        row.cells.append({key.mid(slash + 1), isBytes ? value : QVariant(textOf(value))});
     }
     finishRow();
+}
+
+quint32 objectKey(int line, const QString &index)
+{
+    return quint32(line) << 16 | Numbers::toUIntByPrefix(index);
+}
+
+/// A line of the device whose table of objects or subindices \a group is named like; -1 if it is
+/// none.
+int lineOfGroup(const QString &group)
+{
+    return std::max(Schema::lineOfTable(group, "Objects"),
+                    Schema::lineOfTable(group, "SubObjects"));
+}
+
+bool isNumberUpTo(const QString &text, quint32 highest)
+{
+    bool ok = false;
+    return Numbers::toUIntByPrefix(text, &ok) <= highest && ok;
+}
+
+/// What is wrong with a cell, for the user.
+QString textOfFault(const TextFault &fault, const ObjectDataBase::ColumnValue &cell)
+{
+    const QString column = quotedWord(cell.column);
+    const QString value = quotedWord(cell.value.toString());
+    switch (fault.kind) {
+    case TextFault::Kind::NoColumn:
+        return QStringLiteral("there is no column %1, and its value is passed over").arg(column);
+    case TextFault::Kind::NoNumber:
+        return QStringLiteral("%1 is no number for the column %2, and is read as %3: write a "
+                              "decimal number")
+            .arg(value, column, fault.read.toString());
+    case TextFault::Kind::CutNumber:
+        return QStringLiteral("%1 is out of the range of the column %2, and is read as %3: write a "
+                              "number that fits")
+            .arg(value, column, fault.read.toString());
+    case TextFault::Kind::NoMetadata:
+        break;
+    }
+    return QStringLiteral("the column %1 holds no list of texts in the form in which it is saved, "
+                          "and is left empty")
+        .arg(column);
+}
+
+const char *ruleOfFault(TextFault::Kind kind)
+{
+    switch (kind) {
+    case TextFault::Kind::NoColumn:
+        return "unknown-column";
+    case TextFault::Kind::NoNumber:
+        return "no-number";
+    case TextFault::Kind::CutNumber:
+        return "number-cut";
+    case TextFault::Kind::NoMetadata:
+        break;
+    }
+    return "no-metadata";
 }
 
 } // namespace
@@ -349,67 +434,102 @@ bool DatabaseTextConverter::convertTextToSql()
         return false;
     }
     IniText::Sections groups;
+    IniText::Outline outline;
     const QByteArray text = file.readAll(); // the entries of the groups stand in it
-    bool understood = IniText::read(text, &groups, inputFile);
-    if (!understood)
-        qCWarning(lcStore) << inputFile << "has lines that are no part of a text project";
+    TextProjectProblems found(inputFile, text);
+    problems = &found;
+    const bool understood = IniText::read(text, &groups, &outline);
+    found.addFaults(outline);
     isComplete = true;
+    deviceLines = {0};
+    objects.clear();
     store->beginBatch();
     importNodes(groups.value(QStringLiteral("Nodes")));
     bool isProject = groups.contains(QStringLiteral("Nodes"));
     for (auto group = groups.constBegin(); group != groups.constEnd(); ++group) {
-        const QString &name = group.key();
-        bool known = true;
-        if (name.contains(QLatin1String("DescriptionSettings")) ||
-            name.contains(QLatin1String("GeneralSettings")) ||
-            name.contains(QLatin1String("MiscSettings")))
-            importSettings(name, *group);
-        else if (name.contains(QLatin1String("SubObjects")))
-            importSubObjects(name, *group);
-        else if (name.contains(QLatin1String("Objects")))
-            importObjects(name, *group);
-        else
-            known = false;
-        if (!known)
-            qCDebug(lcStore) << "unhandled group" << name;
+        const bool known = importGroup(group.key(), *group);
+        tellGroup(group.key(), outline.heads.value(group.key()), !group->isEmpty());
         isProject = isProject || known;
     }
     store->commitBatch();
+    problems = nullptr;
+    found.tell();
+    if (!isProject)
+        Problems::warning(
+            "no-project", inputFile,
+            QStringLiteral("holds no group of a text project, and is read as an empty "
+                           "one"));
+    lostPart = found.linesToMend();
     return understood && isProject && isComplete;
+}
+
+bool DatabaseTextConverter::importGroup(const QString &group,
+                                        const QVector<IniText::Entry> &entries)
+{
+    if (isSettings(group))
+        importSettings(group, entries);
+    else if (group.contains(QLatin1String("SubObjects")))
+        importSubObjects(group, entries);
+    else if (group.contains(QLatin1String("Objects")))
+        importObjects(group, entries);
+    else
+        return false;
+    return true;
 }
 
 void DatabaseTextConverter::importNodes(const QVector<IniText::Entry> &entries)
 {
     QSet<uint> added; // cells of a node may stand apart; adding it again would reset it
-    forEachRow(entries, 1, [&](const QStringList &place, const auto &cells) {
+    const auto apply = [&](const TextRow &row) {
         bool ok = false;
-        const uint line = place.first().toUInt(&ok);
+        const uint line = row.numbers.first().toUInt(&ok);
         isComplete = isComplete && ok && line <= 0xFF;
         if (!ok || line > 0xFF)
-            return;
+            return tellLostRow(row, QStringLiteral("Nodes"));
+        deviceLines.insert(line);
         if (!added.contains(line))
             store->addNode(static_cast<quint8>(line), ObjectDataBase::NODE_DATA_T());
         added.insert(line);
-        for (const ObjectDataBase::ColumnValue &cell : cells)
-            store->setNodeSqlValue(cell.column, cell.value.toString(), place.first());
-    });
+        for (const ObjectDataBase::ColumnValue &cell : row.cells)
+            store->setNodeSqlValue(cell.column, cell.value.toString(), row.numbers.first());
+        d->findNodeFaults(row.cells);
+        tellCells(row);
+    };
+    forEachRow(entries, 1, apply, [this](const TextRow &row) { tellShape(row, "line\\column"); });
 }
 
 void DatabaseTextConverter::importObjects(const QString &group,
                                           const QVector<IniText::Entry> &entries)
 {
-    forEachRow(entries, 1, [&](const QStringList &place, const auto &cells) {
-        isComplete = store->setObjectIndexSqlValues(group, place.at(0), cells) && isComplete;
-    });
+    const int line = Schema::lineOfTable(group, "Objects");
+    const auto apply = [&](const TextRow &row) {
+        const QString &index = row.numbers.first();
+        if (!store->setObjectIndexSqlValues(group, index, row.cells)) {
+            isComplete = false;
+            return tellLostRow(row, group);
+        }
+        objects.insert(objectKey(line, index));
+        tellCells(row);
+    };
+    forEachRow(entries, 1, apply, [this](const TextRow &row) { tellShape(row, "object\\column"); });
 }
 
 void DatabaseTextConverter::importSubObjects(const QString &group,
                                              const QVector<IniText::Entry> &entries)
 {
-    forEachRow(entries, 2, [&](const QStringList &place, const auto &cells) {
-        isComplete =
-            store->setSubindexSqlValues(group, place.at(0), place.at(1), cells) && isComplete;
-    });
+    const int line = Schema::lineOfTable(group, "SubObjects");
+    const auto apply = [&](const TextRow &row) {
+        const QString &index = row.numbers.first();
+        if (!store->setSubindexSqlValues(group, index, row.numbers.at(1), row.cells)) {
+            isComplete = false;
+            return tellLostRow(row, group);
+        }
+        tellCells(row);
+        if (!objects.contains(objectKey(line, index)))
+            tellUnowned(row, line);
+    };
+    forEachRow(entries, 2, apply,
+               [this](const TextRow &row) { tellShape(row, "object\\subindex\\column"); });
 }
 
 void DatabaseTextConverter::importSettings(const QString &group,
@@ -427,5 +547,107 @@ void DatabaseTextConverter::importSettings(const QString &group,
         else
             done = store->setMiscSettingsValue(key, value);
         isComplete = isComplete && done;
+        if (!done)
+            tell("setting-not-read", entry, Effect::Lost, [&] {
+                const bool isQuoted = value.contains(QLatin1Char('\''));
+                return QStringLiteral("the value of %1 %2")
+                    .arg(quotedWord(key),
+                         isQuoted ? QStringLiteral("has an apostrophe, which a general setting "
+                                                   "cannot hold, and is not read: remove it")
+                                  : QStringLiteral("could not be taken over"));
+            });
     }
+}
+
+// --- what is wrong in a text ---
+
+void DatabaseTextConverter::tell(const char *rule, const IniText::Entry &entry,
+                                 TextProjectProblems::Effect effect,
+                                 const std::function<QString()> &words)
+{
+    problems->add(rule, entry.keyText.begin, effect, words);
+}
+
+void DatabaseTextConverter::tellGroup(const QString &group, const char *head, bool hasRows)
+{
+    const int line = lineOfGroup(group);
+    const bool isTable = group.contains(QLatin1String("Objects"));
+    // The table of UDS services is written to a text, though nothing reads it there.
+    const bool isKnown = isTable ? line >= 0
+                                 : group == QLatin1String("Nodes") || isSettings(group) ||
+                                       Schema::lineOfTable(group, "UDSSettings") >= 0;
+    const bool isWithoutLine = line >= 0 && !deviceLines.contains(uint(line));
+    if (isKnown && !isWithoutLine)
+        return;
+    const Effect effect = isTable && hasRows ? Effect::Lost : Effect::Saved;
+    const QString name = quotedWord(group);
+    if (isWithoutLine)
+        return problems->add("unknown-line", head, effect, [&] {
+            return QStringLiteral(
+                       "the group %1 is that of line %2, which [Nodes] does not have, and "
+                       "is passed over: add %2\\prefix=_ there")
+                .arg(name, QString::number(line));
+        });
+    problems->add("unknown-group", head, effect, [&] {
+        return isExcludedTable(group)
+                   ? QStringLiteral("the group %1 is passed over: only a project of the form .tsrp "
+                                    "keeps it")
+                         .arg(name)
+                   : QStringLiteral("the group %1 is no part of a text project, and is passed over")
+                         .arg(name);
+    });
+}
+
+void DatabaseTextConverter::tellCells(const TextRow &row)
+{
+    for (const TextFault &fault : qAsConst(d->textFaults)) {
+        const IniText::Entry &entry = row.first[fault.cell];
+        const bool isToldAlready = entry.keyText.size() == 0;
+        if (!isToldAlready)
+            tell(ruleOfFault(fault.kind), entry, Effect::Saved,
+                 [&] { return textOfFault(fault, row.cells.at(fault.cell)); });
+    }
+}
+
+void DatabaseTextConverter::tellShape(const TextRow &row, const char *form)
+{
+    for (int i = 0; i < row.cells.size(); ++i) {
+        const IniText::Entry &entry = row.first[i];
+        if (entry.keyText.size() > 0) // else it is told already
+            tell("unknown-object", entry, Effect::Saved, [&] {
+                return QStringLiteral("%1 is not of the form %2, and is passed over")
+                    .arg(quotedWord(keyIn(entry)), QLatin1String(form));
+            });
+    }
+}
+
+void DatabaseTextConverter::tellLostRow(const TextRow &row, const QString &group)
+{
+    const IniText::Entry &entry = *row.first;
+    const bool isNode = group == QLatin1String("Nodes");
+    const bool isSub = row.numbers.size() > 1;
+    const bool isSound = !isNode && isNumberUpTo(row.numbers.first(), 0xFFFF) &&
+                         (!isSub || isNumberUpTo(row.numbers.at(1), 0xFF));
+    if (isSound)
+        return; // the group is told of, whose line does not exist
+    if (entry.keyText.size() == 0)
+        return problems->addLost(entry.keyText.begin); // the line of the text is told of
+    const char *what = isNode  ? "the number of a line, 0 to 255"
+                       : isSub ? "the numbers of an object, 0 to 0xFFFF, and a subindex, 0 to 0xFF"
+                               : "the number of an object, 0 to 0xFFFF";
+    tell(isNode ? "unknown-line" : "unknown-object", entry, Effect::Lost, [&] {
+        return QStringLiteral("%1 does not begin with %2, and is passed over")
+            .arg(quotedWord(keyIn(entry)), QLatin1String(what));
+    });
+}
+
+void DatabaseTextConverter::tellUnowned(const TextRow &row, int line)
+{
+    const QString &index = row.numbers.first();
+    tell("unknown-object", *row.first, Effect::Saved, [&] {
+        return QStringLiteral("%1 has subindices here and is no object of [Objects%2], so that no "
+                              "generated file has it: add it there")
+            .arg(quotedWord(index), QString::number(line));
+    });
+    objects.insert(objectKey(line, index)); // once is enough
 }

@@ -3,13 +3,17 @@
 
 #include "formats/initext.h"
 #include "store/objectdatabase.h"
+#include "store/textprojectproblems.h"
 
 #include <QObject>
+#include <QSet>
 
+#include <functional>
 #include <memory>
 
 class QSqlDatabase;
 class StorePrivate;
+struct TextRow;
 
 /// Turns a store into its text form and back. The text holds the object dictionaries and three of
 /// the settings stores; PDO links, J1939 and raw CAN records and signals are not part of it.
@@ -46,6 +50,10 @@ public:
     /// Why the file could not be read at all; empty if it was.
     QString inputError() const { return readError; }
 
+    /// Where in the file stands what the store could not take over, such as "line 3"; empty if that
+    /// is not known.
+    QString unreadPart() const { return lostPart; }
+
 private:
     void fixAllDefaultValues();
     void handleSettings(const QString &table);
@@ -55,10 +63,21 @@ private:
     void printTable(const QString &table);
     void writeCell(const QString &key, const QString &column, const QVariant &cell);
 
+    bool importGroup(const QString &group, const QVector<IniText::Entry> &entries);
     void importNodes(const QVector<IniText::Entry> &entries);
     void importObjects(const QString &group, const QVector<IniText::Entry> &entries);
     void importSubObjects(const QString &group, const QVector<IniText::Entry> &entries);
     void importSettings(const QString &group, const QVector<IniText::Entry> &entries);
+    void tell(const char *rule, const IniText::Entry &entry, TextProjectProblems::Effect effect,
+              const std::function<QString()> &words);
+    void tellGroup(const QString &group, const char *head, bool hasRows);
+    void tellCells(const TextRow &row);
+    /// Of a row whose key begins with more or fewer numbers than \a form says.
+    void tellShape(const TextRow &row, const char *form);
+    /// Of a row that the store did not take.
+    void tellLostRow(const TextRow &row, const QString &group);
+    /// Of the first subindex of an object that the line does not have.
+    void tellUnowned(const TextRow &row, int line);
 
     ObjectDataBase *store = nullptr;       ///< to write into
     ObjectDataBase *source = nullptr;      ///< to read from
@@ -67,7 +86,11 @@ private:
     QString outputFile;
     QString inputFile;
     QString readError;
+    QString lostPart;
     QString error;
-    bool isComplete = true;            ///< all that was there has been written, or taken over
-    IniText::Writer *writer = nullptr; ///< while convertSqlToText runs
+    bool isComplete = true;                  ///< all that was there has been written, or taken over
+    TextProjectProblems *problems = nullptr; ///< while convertTextToSql runs
+    QSet<uint> deviceLines;                  ///< of the file, and line 0, which each project has
+    QSet<quint32> objects;                   ///< of the file: the line above 16 bits of the index
+    IniText::Writer *writer = nullptr;       ///< while convertSqlToText runs
 };

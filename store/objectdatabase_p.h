@@ -70,6 +70,15 @@ struct SavedObject {
     QMap<quint8, SubIndexData> members;
 };
 
+/// A cell of the text form that a row cannot hold as it stands there.
+struct TextFault {
+    enum class Kind { NoColumn, NoNumber, CutNumber, NoMetadata };
+
+    int cell = 0; ///< its position among those that were given
+    Kind kind = Kind::NoColumn;
+    QVariant read; ///< what a number column has in its place
+};
+
 class StorePrivate
 {
 public:
@@ -174,6 +183,8 @@ public:
                       const QVector<ObjectDataBase::ColumnValue> &values, bool isTextRow);
     template <class Record>
     QVariant textCell(const Column<Record> &field, const QVariant &given, bool isTextRow);
+    /// Fills textFaults for cells of a line, which are not written as a row.
+    void findNodeFaults(const QVector<ObjectDataBase::ColumnValue> &values);
 
     // --- services, signals and groups (objectdatabase_uds.cpp, objectdatabase_signals.cpp) ---
 
@@ -213,13 +224,15 @@ public:
     QPair<QString, QString> lastEscape; ///< of escapedText()
     QPair<QString, QString> tempMetadata;
     std::optional<SavedObject> savedObject;
+    QVector<TextFault> textFaults; ///< of the last row that writeTextRow() wrote
     quint8 descriptionLine = 0;
     /// A statement failed because the file is no sound database or the disk is full: what the store
     /// holds is not the project any more, and must not replace the user's file.
     bool damaged = false;
     /// The project file could not be read as one; saving it would destroy what the user has in it.
     bool sourceUnreadable = false;
-    QString failure; ///< the driver's text of the last statement that failed
+    QString unreadPart; ///< of it, where it is known: what the user has to mend
+    QString failure;    ///< the driver's text of the last statement that failed
 
     std::atomic<bool> lockWriteAccess{false};
     std::atomic<bool> blockUpdates{false};

@@ -45,8 +45,11 @@ bool ObjectDataBase::mayReplace(const QString &file) const
     const bool isLost = d->sourceUnreadable && isSameFile(file, d->projectFile);
     if (!d->damaged && d->batchDepth == 0 && !isLost)
         return true;
-    d->lastError = isLost ? QStringLiteral("it holds what was not understood, which would be lost")
-                          : QStringLiteral("the temporary copy of it failed (%1)").arg(d->failure);
+    const QString mend =
+        d->unreadPart.isEmpty() ? QString() : QStringLiteral("; mend ") + d->unreadPart;
+    d->lastError =
+        isLost ? QStringLiteral("it holds what was not understood, which would be lost") + mend
+               : QStringLiteral("the temporary copy of it failed (%1)").arg(d->failure);
     qCWarning(lcStore) << "not saved:" << file << d->lastError;
     return false;
 }
@@ -167,6 +170,7 @@ bool ObjectDataBase::fromText(const QString &file)
     if (d->damaged)
         return d->refuseWorkingCopy(d->failure);
     d->sourceUnreadable = !converted;
+    d->unreadPart = converter.unreadPart();
     emit updateNotify(ChangeSet());
     return true;
 }

@@ -7,18 +7,6 @@
 namespace
 {
 
-/// The line of a table name such as "SubObjects12", or -1 if it is no table of \a family. The
-/// number is the whole decimal number at the end.
-int lineOfTable(const QString &table, const char *family)
-{
-    if (!table.startsWith(QLatin1String(family)))
-        return -1;
-    bool ok = false;
-    const quint32 line = Numbers::toUIntDecimal(table.mid(int(qstrlen(family))), &ok);
-    // Compared as written, for "Objects07" is no table of a project.
-    return ok && line <= 0xFF && table == Schema::table(family, int(line)) ? int(line) : -1;
-}
-
 bool numberUpTo(const QString &text, quint32 highest, quint32 *number)
 {
     bool ok = false;
@@ -60,6 +48,49 @@ bool holdsValue(const Column<Record> &field)
     return name == QLatin1String("defaultvalue") || name == QLatin1String("currentvalue");
 }
 
+bool isNumber(const char *type)
+{
+    return QLatin1String(type).startsWith(QLatin1String("integer"));
+}
+
+/// What a cell of a number column is when it is read again: SQLite makes numbers of texts that look
+/// like one.
+QVariant storedNumber(const QString &text)
+{
+    bool ok = false;
+    const qlonglong number = text.toLongLong(&ok);
+    if (ok)
+        return number;
+    const double real = text.toDouble(&ok);
+    return ok && qAbs(real) < 1e15 ? QVariant(real) : QVariant(text);
+}
+
+/// Adds a fault if the record will have another value than \a given; \a cell is what is bound.
+template <class Record>
+void noteUnfit(const Column<Record> &field, const QVariant &given, const QVariant &cell, int number,
+               QVector<TextFault> *faults)
+{
+    if (field.coding == Coding::Blob) {
+        const QByteArray bytes = given.toByteArray();
+        if (!cell.isValid() && !bytes.isEmpty() && bytes != "0")
+            faults->append({number, TextFault::Kind::NoMetadata, QVariant()});
+        return;
+    }
+    if (field.coding != Coding::Plain || !isNumber(field.type))
+        return;
+    const QString text = cell.toString();
+    if (text.isEmpty())
+        return;           // counts as 0, which is what older tools wrote for it
+    static Record record; // made once, for there are many cells
+    const QVariant stored = storedNumber(text);
+    field.set(record, stored);
+    const QVariant read = field.get(record);
+    if (stored.type() == QVariant::String)
+        faults->append({number, TextFault::Kind::NoNumber, read});
+    else if (stored.toDouble() != read.toDouble())
+        faults->append({number, TextFault::Kind::CutNumber, read});
+}
+
 } // namespace
 
 /// The value of a given cell to bind; invalid if the cell is to be left out.
@@ -86,12 +117,17 @@ bool StorePrivate::writeTextRow(const Column<Record> (&known)[N], RowInserter &r
 {
     const int keyColumns = cells.size();
     cells.resize(keyColumns + int(N));
-    for (const ObjectDataBase::ColumnValue &value : values) {
+    textFaults.clear();
+    for (int i = 0; i < values.size(); ++i) {
+        const ObjectDataBase::ColumnValue &value = values.at(i);
         const Column<Record> *field = findColumn(known, value.column);
-        if (field && value.value.isValid())
-            cells[keyColumns + int(field - known)] = textCell(*field, value.value, isTextRow);
-        else
-            qCDebug(lcStore) << "a text project has no" << value.column;
+        if (!field || !value.value.isValid()) {
+            textFaults.append({i, TextFault::Kind::NoColumn, QVariant()});
+            continue;
+        }
+        const QVariant cell = textCell(*field, value.value, isTextRow);
+        noteUnfit(*field, value.value, cell, i, &textFaults);
+        cells[keyColumns + int(field - known)] = cell;
     }
     quint32 kept = 0;
     for (int i = 0; i < int(N); ++i) {
@@ -104,11 +140,23 @@ bool StorePrivate::writeTextRow(const Column<Record> (&known)[N], RowInserter &r
     return rows.write(*this, cells, kept);
 }
 
+void StorePrivate::findNodeFaults(const QVector<ObjectDataBase::ColumnValue> &values)
+{
+    textFaults.clear();
+    for (int i = 0; i < values.size(); ++i) {
+        const QVariant &given = values.at(i).value;
+        if (const Column<NodeData> *field = findColumn(kNodeColumns, values.at(i).column))
+            noteUnfit(*field, given, given.toString().simplified(), i, &textFaults);
+        else
+            textFaults.append({i, TextFault::Kind::NoColumn, QVariant()});
+    }
+}
+
 bool ObjectDataBase::setObjectIndexSqlValues(const QString &table, const QString &index,
                                              const QVector<ColumnValue> &values)
 {
     quint32 number = 0;
-    const int line = lineOfTable(table, "Objects");
+    const int line = Schema::lineOfTable(table, "Objects");
     if (d->lockWriteAccess || line < 0 || !numberUpTo(index, 0xFFFF, &number))
         return false;
     clearCachedSubs(static_cast<quint8>(line));
@@ -121,7 +169,7 @@ bool ObjectDataBase::setSubindexSqlValues(const QString &table, const QString &i
 {
     quint32 number = 0;
     quint32 subNumber = 0;
-    const int line = lineOfTable(table, "SubObjects");
+    const int line = Schema::lineOfTable(table, "SubObjects");
     if (d->lockWriteAccess || line < 0 || !numberUpTo(index, 0xFFFF, &number) ||
         !numberUpTo(sub, 0xFF, &subNumber))
         return false;

@@ -2,6 +2,7 @@
 #include "store/schema.h"
 
 #include "store/columns.h"
+#include "support/numbers.h"
 
 namespace
 {
@@ -107,6 +108,16 @@ const Schema::AddedColumns Schema::kLineLadder[3] = {
 QString Schema::table(const char *family, int line)
 {
     return QString::fromLatin1(family) + QString::number(line);
+}
+
+int Schema::lineOfTable(const QString &table, const char *family)
+{
+    if (!table.startsWith(QLatin1String(family)))
+        return -1;
+    bool ok = false;
+    const quint32 line = Numbers::toUIntDecimal(table.mid(int(qstrlen(family))), &ok);
+    // Compared as written, for "Objects07" is no table of a project.
+    return ok && line <= 0xFF && table == Schema::table(family, int(line)) ? int(line) : -1;
 }
 
 QString Schema::createTable(const TableRow &row, bool ifNotExists)

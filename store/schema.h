@@ -21,6 +21,10 @@ extern const TableRow kTables[14];
 /// Table names of a line: Schema::table("Objects", 3) is "Objects3".
 QString table(const char *family, int line);
 
+/// The line of a table name such as "SubObjects12", or -1 if it is no table of \a family. The
+/// number is the whole decimal number at the end.
+int lineOfTable(const QString &table, const char *family);
+
 QString createTable(const TableRow &row, bool ifNotExists);
 
 /// "create table if not exists" of a line's table; \a family is "Objects", "SubObjects", "PGNs",

@@ -37,3 +37,11 @@ QString printableLine(const QString &text)
 {
     return withoutControls(text, false);
 }
+
+QString quotedWord(const QString &text)
+{
+    constexpr int kLongest = 60;
+    const QString shown =
+        text.size() > kLongest ? text.left(kLongest) + QLatin1String("...") : text;
+    return QLatin1Char('"') + shown + QLatin1Char('"');
+}

@@ -9,3 +9,7 @@ QString printableText(const QString &text);
 
 /// The same for a single line: tabs and line ends as "\x09" and "\x0a" too.
 QString printableLine(const QString &text);
+
+/// \a text in quotation marks, as it stands in a problem; cut after 60 characters, since a file
+/// that is no text holds words of any length.
+QString quotedWord(const QString &text);

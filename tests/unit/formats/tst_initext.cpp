@@ -1,6 +1,5 @@
 // The INI dialect of text projects, held against the class whose dialect it is.
 #include "formats/initext.h"
-#include "support/problems.h"
 #include "tests/fixtures/testkit.h"
 
 #include <QBuffer>
@@ -94,35 +93,79 @@ private slots:
         QCOMPARE(read, keys);
     }
 
-    void longLinesArePassedOver()
+    void commentsOfBothKinds()
     {
-        QStringList told;
-        const auto former = Problems::setHandler(
-            [&told](const Problems::Problem &problem) { told << problem.asLine().left(22); });
-        const auto restore = qScopeGuard([&former] { (void)Problems::setHandler(former); });
-        const QByteArray longest((1 << 20) - 2, 'x');
-        const QByteArray data = "[G]\r\na=" + longest + "\r\nb=1" + longest + "\n\nc=2\n[H" +
-                                longest + "]\nd=3\n[G]\ne=4\nf=\"" + longest;
+        const QByteArray data = "# a=1\n[G]\n  #don't \"do\nb=2 # one\r#c=3 \\\n#\nd=4\n%23e=5\n#";
         IniText::Sections sections;
-        QVERIFY(!IniText::read(data, &sections, "p.tsrt"));
-        QCOMPARE(sections.keys(), QStringList{"G"});
-        QStringList keys;
+        QVERIFY(IniText::read(data, &sections));
+        QStringList entries;
         for (const IniText::Entry &entry : sections.value("G"))
-            keys << entry.key();
-        QCOMPARE(keys.join(' '), "a c e");
-        QCOMPARE(told, (QStringList{"p.tsrt:3: warning: a l", "p.tsrt:6: warning: a l",
-                                    "p.tsrt:10: warning: a "}));
+            entries << entry.key() + '=' + entry.value().toString();
+        QCOMPARE(entries.join(", "), "b=2 # one, d=4, #e=5");
     }
 
-    void noiseIsToldAndSurvived()
+    void faultsOfLines_data()
     {
+        columns<QByteArray, QString>("text", "faults"); // line, kind, and what of it is not lost
+        const QByteArray most((1 << 20) - 2, 'x');
+        // clang-format off
+        QTest::newRow("none") << QByteArray("\r\n;x\n#y\n [G] ; h\n a = 1\n[H]\n") << "";
+        QTest::newRow("long_key") << "[G]\na=" + most + "\r\nb=1" + most + "\nc=2" << "3 TooLong";
+        QTest::newRow("long_section") << "[H" + most + "]\r\rd=3\n[G]" << "1 TooLong, 3 BeforeSections";
+        QTest::newRow("open_quote") << "[G]\nf=\"\n\n" + most << "2 TooLong";
+        QTest::newRow("ours") << QByteArray("[G]\n<<<<<<< a=b\n<<<<<<< HEAD\n<<<<<<<\n<<<<<< HEAD\n")
+            << "2 ConflictMarker kept, 3 ConflictMarker, 4 ConflictMarker, 5 NoKey";
+        QTest::newRow("middle") << QByteArray("[G]\n=======\n========\n||||||| base\n")
+            << "2 ConflictMarker kept, 3 EmptyKey kept, 4 ConflictMarker";
+        QTest::newRow("theirs") << QByteArray("[G]\n>>>>>>> topic\n>>>>>>>topic\n") << "2 ConflictMarker, 3 NoKey";
+        QTest::newRow("no_key") << QByteArray("x\n[G]\rx y\r\n = 1\n") << "1 NoKey, 3 NoKey, 4 EmptyKey kept";
+        QTest::newRow("no_section") << QByteArray("a=1\n[G]") << "1 BeforeSections";
+        QTest::newRow("open_section") << QByteArray("[G\na=1\n[]\n") << "1 OpenSection";
+        QTest::newRow("far_down") << "[G]" + QByteArray("\n").repeated(600) + "x" +
+            QByteArray("\r\n").repeated(513) + "y"
+            << "601 NoKey, 1114 NoKey";
+        // clang-format on
+    }
+    void faultsOfLines()
+    {
+        static const QStringList kinds = {"TooLong",  "ConflictMarker", "NoKey",
+                                          "EmptyKey", "BeforeSections", "OpenSection"};
+        QFETCH(QByteArray, text);
         IniText::Sections sections;
-        const QByteArray conflict = "[G]\na=1\n<<<<<<< mine\nb=2\n";
-        QVERIFY(!IniText::read(conflict, &sections));
-        QCOMPARE(sections.value("G").size(), 2);
+        IniText::Outline outline;
+        const bool isSound = IniText::read(text, &sections, &outline);
+        IniText::LineNumbers lines(text);
+        QStringList told;
+        bool isLost = false;
+        for (const auto &faulty : qAsConst(outline.faults)) {
+            told << QString::number(lines.at(faulty.line.begin)) + ' ' +
+                        kinds.at(int(faulty.fault)) + (faulty.isLost ? "" : " kept");
+            isLost |= faulty.isLost;
+        }
+        QTEST(told.join(", "), "faults");
+        QCOMPARE(isSound, !isLost);
+        QVERIFY(text.size() < 100 || lines.at(text.constEnd()) <= 1114);
+    }
+
+    void faultsAreBounded()
+    {
+        const QByteArray text = QByteArray("x\n").repeated(3000);
+        IniText::Sections sections;
+        IniText::Outline outline;
+        QVERIFY(!IniText::read(text, &sections, &outline));
+        QCOMPARE(outline.faults.size(), int(IniText::Outline::kMostFaults));
+        QCOMPARE(outline.faultCounts.value(IniText::LineFault::NoKey), 3000);
+    }
+
+    void noiseIsSurvived()
+    {
         const auto readAll = [](const QByteArray &data) {
             IniText::Sections found;
-            IniText::read(data, &found);
+            IniText::Outline outline;
+            IniText::read(data, &found, &outline);
+            IniText::LineNumbers lines(data);
+            for (const auto &faulty : qAsConst(outline.faults))
+                QVERIFY(lines.at(faulty.line.begin) > 0);
             for (const QVector<IniText::Entry> &section : qAsConst(found)) {
                 for (const IniText::Entry &entry : section)
                     QVERIFY(entry.key().size() <= data.size() && entry.value().isValid());

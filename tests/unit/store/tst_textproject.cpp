@@ -1,5 +1,8 @@
 // The text form of a project.
+#include "tests/fixtures/problemrecorder.h"
 #include "tests/fixtures/storefixture.h"
+
+#include <QRegularExpression>
 
 class TestTextProject : public QObject
 {
@@ -143,18 +146,80 @@ private slots:
         QVERIFY(store.getIndices(0, 0, 0xFFFF).isEmpty());
     }
 
+    void tellsWhatItPassesOver_data()
+    {
+        // clang-format off
+        columns<QByteArray, QString, QString>("text", "told", "mend"); // told: line and rule
+        const QByteArray sound = "[Nodes]\n0\\prefix=_\n[Objects0]\n0x1018\\name=Identity\n";
+        const auto row = [sound](const char *name, const QByteArray &text, const QString &told, const QString &mend) {
+            QTest::newRow(name) << sound + text << told << mend; };
+        row("comments", "# a=1\n;b\n#c", "", "");
+        row("groups", "[MiscSettings]\na=1\n[SubObjects0]\n[]\n[Colours]\na=1\n[PGNs0]\n[UDSSettings0]\n",
+            "8 unknown-group, 9 unknown-group, 11 unknown-group", "");
+        row("lines", "[Nodes]\n255\\prefix=_\n[Objects255]\n8192\\name=a\n[Objects7]\n8192\\name=a\n",
+            "9 unknown-line", "line 9");
+        row("tables", "[SubObjects256]\n1\\1\\name=a\n[Objects01]\n", "5 unknown-group, 7 unknown-group", "line 5");
+        row("nodes", "[Nodes]\n1\\issyncproducer=1\n256\\prefix=_\n1\\tpdocnt=x\n1\\color=2\n1\\1\\name=x\n",
+            "7 unknown-line, 8 no-number, 9 unknown-column, 10 unknown-object", "line 7");
+        row("objects", "0xFFFF\\name=a\n65536\\name=a\nx\\name=b\nname=c\n1\\1\\name=d\n1\\2\\name=d\n",
+            "6 unknown-object, 7 unknown-object, 8 unknown-object, 9 unknown-object, 10 unknown-object",
+            "lines 6, 7 and 8");
+        row("subindices", "[SubObjects0]\n4120\\0xff\\name=a\n4120\\256\\name=a\n4120\\name=b\n"
+            "0x1019\\1\\name=c\n0x1019\\2\\name=c\n", "7 unknown-object, 8 unknown-object, 9 unknown-object", "line 7");
+        row("columns", "0x1018\\nam=x\n[SubObjects0]\n0x1018\\1\\signalid=1\n0x1018\\1\\Name=x\n",
+            "5 unknown-column, 8 unknown-column", "");
+        row("numbers", "0x1018\\datatype=65535\n0x1018\\datatype=65536\n0x1018\\datatype=-1\n"
+            "0x1018\\datatype=0x7\n0x1018\\category=\n0x1018\\category=1,2\n0x1018\\datatype= 1e1 \n"
+            "0x1018\\datatype=7.5\n0x1018\\datatype=99999999999999999999\n[SubObjects0]\n0x1018\\1\\pdomapping=4\n"
+            "0x1018\\1\\pdomapping=5\n", "6 number-cut, 7 number-cut, 8 no-number, 10 no-number, 12 number-cut, "
+            "13 no-number, 16 number-cut", "");
+        row("metadata", "0x1018\\metadata=0\n0x1018\\metadata=x\n0x1018\\metadata=@ByteArray(x)\n",
+            "6 no-metadata, 7 no-metadata", "");
+        row("settings", "[GeneralSettings]\na=\"it's\"\n[MiscSettings]\na=it's\n", "6 setting-not-read", "line 6");
+        row("merge", "<<<<<<< mine\n0x1000\\name=a\n=======\n0x1000\\name=b\n>>>>>>> theirs\n",
+            "5 conflict-marker, 7 conflict-marker, 9 conflict-marker", "lines 5, 7 and 9");
+        row("empty_key_of_settings", "[GeneralSettings]\n=1\n", "6 no-key", "");
+        row("many", QByteArray("x\n").repeated(1002), QString("%1 no-key, ").repeated(1000) + "0 no-key",
+            "lines 5, 6, 7, 8, 9, 10, 11, 12, 13, 14 and more of them");
+        QTest::newRow("no_project") << QByteArray("[Colours]\nred=1\n") << "1 unknown-group, 0 no-project" << "-";
+        QTest::newRow("empty") << QByteArray() << "0 no-project" << "-";
+        // clang-format on
+    }
+    void tellsWhatItPassesOver()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QString, told);
+        QFETCH(QString, mend);
+        for (int line = 5; told.contains("%1"); ++line)
+            told.replace(told.indexOf("%1"), 2, QString::number(line));
+        QVERIFY(writeFile(file, text));
+        ProblemRecorder problems;
+        ObjectDataBase store;
+        QVERIFY(store.openDataBase(file));
+        const QRegularExpression form("^(.+?):(?:(\\d+):)? warning: [^.].*[^.] \\[([a-z-]+)\\]$");
+        QStringList places;
+        for (const QString &line : qAsConst(problems.lines)) {
+            const QRegularExpressionMatch match = form.match(line);
+            QVERIFY2(match.hasMatch() && match.captured(1) == file, qPrintable(line));
+            places << QString::number(match.captured(2).toInt()) + ' ' + match.captured(3);
+        }
+        QCOMPARE(places.join(", "), told);
+        const QString reason = "it holds what was not understood, which would be lost";
+        QCOMPARE(store.saveDataBase(QString()), mend.isEmpty());
+        QCOMPARE(store.getLastErrorString(), mend.isEmpty() ? ""
+                                             : mend == "-"  ? reason
+                                                            : reason + "; mend " + mend);
+    }
+
     void whatIsNoProjectIsNotOverwritten()
     {
-        for (const QByteArray &text :
-             {QByteArray("\x00\xff noise \n[[[\n=\n", 16), QByteArray("[Colours]\nred=1\n"),
-              QByteArray("[Nodes]\n0\\prefix=_\n<<<<<<< mine\n"), QByteArray()}) {
-            QVERIFY(writeFile(file, text));
-            ObjectDataBase store;
-            QVERIFY(store.openDataBase(file)); // and goes on with what was understood
-            QVERIFY(!store.saveDataBase(QString()));
-            QCOMPARE(readFile(file), text);
-            QVERIFY(store.saveDataBase(fixture.path("other.tsrp")));
-        }
+        const QByteArray text("\x00\xff noise \n[[[\n=\n", 16);
+        QVERIFY(writeFile(file, text));
+        ObjectDataBase store;
+        QVERIFY(store.openDataBase(file)); // and goes on with what was understood
+        QVERIFY(!store.saveDataBase(QString()));
+        QCOMPARE(readFile(file), text);
+        QVERIFY(store.saveDataBase(fixture.path("other.tsrp")));
     }
 
 private:

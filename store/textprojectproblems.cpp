@@ -1,0 +1,119 @@
+// What is wrong in the text form of a project.
+#include "store/textprojectproblems.h"
+
+#include "support/printable.h"
+#include "support/problems.h"
+
+#include <QStringList>
+
+#include <algorithm>
+
+namespace
+{
+
+using IniText::LineFault;
+
+constexpr int kMostOfRule = IniText::Outline::kMostFaults;
+constexpr int kMostLinesToMend = 10;
+
+struct FaultRow {
+    LineFault fault;
+    const char *rule;
+    const char *text; ///< behind the line in quotation marks
+};
+
+// clang-format off
+constexpr FaultRow kFaults[] = {
+    {LineFault::TooLong, "long-line", ""}, // has a text of its own
+    {LineFault::ConflictMarker, "conflict-marker",
+     " was left by a merge, and both of its sides are read: take one of them, and remove the marker"},
+    {LineFault::NoKey, "no-key",
+     " is neither [group] nor key=value, and is passed over: mend it, or begin it with ; to make it "
+     "a comment"},
+    {LineFault::EmptyKey, "no-key",
+     " has no key before its =, and nothing reads it: give it one, or remove the line"},
+    {LineFault::BeforeSections, "no-group",
+     " stands before the first group, and is passed over: move it below the line [...] of its group"},
+    {LineFault::OpenSection, "open-group",
+     " begins a group and has no ], and is read as if it had one at its end"},
+};
+// clang-format on
+
+QString textOf(const FaultRow &row, IniText::Span line)
+{
+    if (row.fault == LineFault::TooLong)
+        return QStringLiteral("a line of more than 1 MiB, or an open quotation mark in it, is "
+                              "passed over");
+    const int shown = std::min(line.size(), 400); // bytes, of which quotedWord() cuts again
+    return quotedWord(QString::fromUtf8(line.begin, shown)) + QLatin1String(row.text);
+}
+
+} // namespace
+
+TextProjectProblems::TextProjectProblems(const QString &projectFile, const QByteArray &text)
+    : file(projectFile), lines(text)
+{
+}
+
+void TextProjectProblems::add(const char *rule, const char *place, Effect effect,
+                              const std::function<QString()> &words)
+{
+    if (effect == Effect::Lost)
+        addLost(place);
+    if (++counts[rule] <= kMostOfRule)
+        entries.append({rule, place, words()});
+}
+
+void TextProjectProblems::addLost(const char *place)
+{
+    if (lost.size() < kMostOfRule)
+        lost.append(place);
+}
+
+void TextProjectProblems::addFaults(const IniText::Outline &outline)
+{
+    for (const IniText::Outline::FaultyLine &faulty : outline.faults) {
+        const auto row =
+            std::find_if(std::begin(kFaults), std::end(kFaults),
+                         [&faulty](const FaultRow &entry) { return entry.fault == faulty.fault; });
+        add(row->rule, faulty.line.begin, faulty.isLost ? Effect::Lost : Effect::Saved,
+            [&] { return textOf(*row, faulty.line); });
+    }
+    for (const FaultRow &row : kFaults) {
+        const int untold = outline.faultCounts.value(row.fault) - kMostOfRule;
+        counts[row.rule] += std::max(untold, 0);
+    }
+}
+
+void TextProjectProblems::tell()
+{
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const Entry &a, const Entry &b) { return a.place < b.place; });
+    for (const Entry &entry : qAsConst(entries))
+        Problems::warning(entry.rule, file, entry.words, lines.at(entry.place));
+    for (auto count = counts.constBegin(); count != counts.constEnd(); ++count) {
+        if (*count > kMostOfRule)
+            Problems::warning(count.key().constData(), file,
+                              QStringLiteral("there are %1 more lines like those before")
+                                  .arg(*count - kMostOfRule));
+    }
+}
+
+QString TextProjectProblems::linesToMend() const
+{
+    QVector<int> numbers;
+    for (const char *place : lost)
+        numbers.append(lines.at(place));
+    std::sort(numbers.begin(), numbers.end());
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+    if (numbers.isEmpty())
+        return QString();
+    QStringList shown;
+    for (int i = 0; i < numbers.size() && i < kMostLinesToMend; ++i)
+        shown << QString::number(numbers.at(i));
+    if (numbers.size() == 1)
+        return QStringLiteral("line ") + shown.first();
+    const QString last =
+        numbers.size() > kMostLinesToMend ? QStringLiteral("more of them") : shown.takeLast();
+    return QStringLiteral("lines %1 and %2").arg(shown.join(QStringLiteral(", ")), last);
+}
