@@ -3,6 +3,7 @@
 
 #include "generators/codetext.h"
 #include "generators/generationdate.h"
+#include "generators/textwriter.h"
 #include "support/plaintext.h"
 
 #include <QCoreApplication>
@@ -177,13 +178,16 @@ quint32 CText::literalBytes(const QString &content)
     return static_cast<quint32>(escaped + plain.toUtf8().size());
 }
 
-QString CText::headComment(const char *title, const QString &projectName,
-                           const QString &toolVersion)
+void CText::writeHead(TextWriter &out, const char *title, const QString &projectName,
+                      const QString &toolVersion)
 {
-    return QStringLiteral("/*\n") +
-           QString::fromLatin1(title).arg(comment(projectName), QCoreApplication::applicationName(),
-                                          toolVersion) +
-           QStringLiteral(" * %1\n").arg(generationTime()) + QStringLiteral(" */\n");
+    out.raw("/*\n");
+    out.fill(title, {{"project", comment(projectName)},
+                     {"tool", QCoreApplication::applicationName()},
+                     {"version", toolVersion}});
+    out.fill(" * $time$\n"
+             " */\n",
+             {{"time", generationTime()}});
 }
 
 QString CText::generationTime()

@@ -6,6 +6,8 @@
 
 #include <QString>
 
+class TextWriter;
+
 namespace CText
 {
 
@@ -40,9 +42,10 @@ QString realNumber(const QString &text);
 /// Bytes of a literal with that content, as stringContent() gives it, without the closing zero.
 quint32 literalBytes(const QString &content);
 
-/// The comment at the top of a generated file, with its date. \a title is the text line: %1 stands
-/// for the project's name, %2 for that of the tool, %3 for its version.
-QString headComment(const char *title, const QString &projectName, const QString &toolVersion);
+/// The comment at the top of a generated file, with its date. \a title is the text line, in which
+/// stand $project$, $tool$ and $version$.
+void writeHead(TextWriter &out, const char *title, const QString &projectName,
+               const QString &toolVersion);
 
 /// Date and time of the run, as the heads of generated files tell it.
 QString generationTime();

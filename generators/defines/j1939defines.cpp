@@ -82,8 +82,8 @@ struct DiagnosticsRow {
     const char *receiveSetting;
     const char *transmitStart;
     const char *transmitSetting;
-    const char *messageSetting; ///< %1 is the number of the message, here and below
-    const char *messageLine;
+    const char *messageSetting; ///< %1 is the number of the message
+    const char *messageLine;    ///< with $message$ for it
 };
 
 // clang-format off
@@ -111,11 +111,11 @@ constexpr DiagnosticsRow kDiagnostics[] = {
     {"diagsupport", "#define J1939_DIAGNOSTIC_SUPPORTED\t1u\n",
      "#define J1939_DIAG_REC_BUF_SIZE\t", "dm_receivesize",
      "#define J1939_DIAG_TR_BUF_SIZE\t", "dm_transmitsize",
-     "diagsupport_dm%1", "#define J1939_DIAGNOSTIC_DM%1_SUPPORTED\t1u\n"},
+     "diagsupport_dm%1", "#define J1939_DIAGNOSTIC_DM$message$_SUPPORTED\t1u\n"},
     {"diagtoolsupport", "#define J1939_DIAGNOSTIC_TOOL_SUPPORTED\t1u\n",
      "#define J1939_DIAGTOOL_REC_BUF_SIZE\t", "dmtool_receivesize",
      "#define J1939_DIAGTOOL_TR_BUF_SIZE\t", "dmtool_transmitsize",
-     "diagsupport_dmtool%1", "#define J1939_DIAGNOSTIC_TOOL_DM%1_SUPPORTED\t1u\n"},
+     "diagsupport_dmtool%1", "#define J1939_DIAGNOSTIC_TOOL_DM$message$_SUPPORTED\t1u\n"},
 };
 
 constexpr CountRow kLastModules[] = {
@@ -337,7 +337,7 @@ void writeDiagnostics(DefineContext &context, const Facts &facts)
         for (int message = 1; message <= kHighestDiagnosticMessage; ++message) {
             const QString setting = QString::fromLatin1(row.messageSetting).arg(message);
             if (facts.j1939.isOn(setting.toLatin1()))
-                context.out.raw(QString::fromLatin1(row.messageLine).arg(message));
+                context.out.fill(row.messageLine, {{"message", message}});
         }
     }
 }

@@ -83,8 +83,7 @@ void writeObjectList(const Context &context, const char *head, const QList<quint
     context.out.parts(EdsKeys::kSupportedObjects, "=", objects.size(), "\n");
     int number = 0;
     for (const quint16 index : objects)
-        context.out.raw(
-            QStringLiteral("%1=0x%2\n").arg(QString::number(++number), EdsSections::hex4(index)));
+        context.out.parts(quint32(++number), "=0x", EdsSections::hex4(index), "\n");
     context.out.raw("\n");
 }
 

@@ -114,31 +114,15 @@ QString objectName(quint16 index, const QString &name)
 /// A row of one cell, in a colour of its own.
 void writeSingleCell(TextWriter &out, bool isAlternate, const char *cell, const QString &value)
 {
-    out.raw(HtmlPage::rowTag(isAlternate));
-    out.raw(cell);
-    out.raw(value);
-    out.raw("</td>\n");
-    out.raw("   </tr>\n");
+    out.parts(HtmlPage::rowTag(isAlternate), cell, value, "</td>\n   </tr>\n");
 }
 
-void openLeftTable(TextWriter &out)
-{
-    out.raw("  <div class=\"left\">\n");
-    out.raw("  <table>\n");
-    out.raw("   <tr class=\"head\">\n");
-}
-
-void closeLeftTable(TextWriter &out)
-{
-    out.raw("  </table>\n");
-    out.raw("  </div>\n");
-}
-
-void writeGap(TextWriter &out)
-{
-    out.raw("<br />\n");
-    out.raw("<br />\n");
-}
+constexpr const char *kEndOfTableAndGap = R"(
+  </table>
+  </div>
+<br />
+<br />
+)";
 
 void describeSubIndex(const HtmlDoc::Context &context, const SubFacts &facts)
 {
@@ -158,11 +142,14 @@ void describeSubIndex(const HtmlDoc::Context &context, const SubFacts &facts)
 void HtmlDoc::writeGenerationTable(const Context &context, const QString &projectName)
 {
     TextWriter &out = context.out;
-    openLeftTable(out);
-    out.raw("    <td colspan=\"2\" id=\"gen\">Generation information ");
-    out.raw(HtmlText::escaped(projectName));
-    out.raw("</td>\n");
-    out.raw("   </tr>\n");
+    out.block(R"(
+  <div class="left">
+  <table>
+   <tr class="head">
+    <td colspan="2" id="gen">Generation information $project$</td>
+   </tr>
+)",
+              {{"project", HtmlText::escaped(projectName)}});
     writeSingleCell(out, true, "   <td>Generation time: ", CText::generationTime());
     bool isAlternate = false;
     for (const SettingRow &row : kFileInfo) {
@@ -170,34 +157,39 @@ void HtmlDoc::writeGenerationTable(const Context &context, const QString &projec
         writeSingleCell(out, isAlternate, row.cell, HtmlText::escaped(value));
         isAlternate = !isAlternate;
     }
-    closeLeftTable(out);
-    writeGap(out);
+    out.block(kEndOfTableAndGap);
 }
 
 void HtmlDoc::writeCommentTable(const Context &context)
 {
     TextWriter &out = context.out;
-    openLeftTable(out);
-    out.raw("    <td colspan=\"2\" id=\"com\">Comment</td>\n");
-    out.raw("   </tr>\n");
+    out.block(R"(
+  <div class="left">
+  <table>
+   <tr class="head">
+    <td colspan="2" id="com">Comment</td>
+   </tr>
+)");
     const QStringList lines = context.store.getDescriptionSettingsValue(QStringLiteral("Comment"))
                                   .trimmed()
                                   .split(QLatin1Char('\n'));
     for (const QString &line : lines)
         writeSingleCell(out, false, "   <td>", HtmlText::escaped(line));
-    closeLeftTable(out);
-    writeGap(out);
+    out.block(kEndOfTableAndGap);
 }
 
 void HtmlDoc::writeTitleTable(const Context &context, const QString &projectName)
 {
-    TextWriter &out = context.out;
-    openLeftTable(out);
-    out.raw("    <td  colspan=\"2\">  Object Dictionary Documenation of ");
-    out.raw(HtmlText::escaped(projectName));
-    out.raw("</td>\n");
-    out.raw("   </tr>\n");
-    closeLeftTable(out);
+    context.out.block(R"(
+  <div class="left">
+  <table>
+   <tr class="head">
+    <td  colspan="2">  Object Dictionary Documenation of $project$</td>
+   </tr>
+  </table>
+  </div>
+)",
+                      {{"project", HtmlText::escaped(projectName)}});
 }
 
 void HtmlDoc::createTOC(const Context &context, quint16 index, TocGaps &gaps)
@@ -210,11 +202,8 @@ void HtmlDoc::createTOC(const Context &context, quint16 index, TocGaps &gaps)
         context.out.raw("<br>\n");
         isGapDue = false;
     }
-    context.out.raw("<a href=\"#");
-    context.out.raw(index);
-    context.out.raw("\">");
-    context.out.raw(hexIndex(index) + QLatin1Char(' ') + objectName(index, data.name));
-    context.out.raw("</a><br>\n");
+    context.out.parts("<a href=\"#", quint32(index), "\">", hexIndex(index), " ",
+                      objectName(index, data.name), "</a><br>\n");
 }
 
 void HtmlDoc::describeIndex(const Context &context, quint16 index)
@@ -223,21 +212,21 @@ void HtmlDoc::describeIndex(const Context &context, quint16 index)
     if (!context.store.getIndexData(context.line, index, data))
         return;
     TextWriter &out = context.out;
-    out.raw(" <p>\n");
-    out.raw("  <table border=\"1\">\n");
-    out.raw("   <tr>\n");
-    out.raw("    <th colspan=\"2\" id=\"");
-    out.raw(index);
-    out.raw("\"> Object: ");
-    out.raw(hexIndex(index) + QLatin1Char(' ') + objectName(index, data.name));
-    out.raw("</th>\n");
-    out.raw("   </tr>\n");
-    out.raw("   <tr>\n");
-    out.raw("    <td>Object Code</td>\n");
-    out.raw("    <td>");
-    out.raw(COHelper::objectCode2String(data.objectCode));
-    out.raw("</td>\n");
-    out.raw("   </tr>\n");
+    out.block(R"(
+ <p>
+  <table border="1">
+   <tr>
+    <th colspan="2" id="$index$"> Object: $hexIndex$ $name$</th>
+   </tr>
+   <tr>
+    <td>Object Code</td>
+    <td>$code$</td>
+   </tr>
+)",
+              {{"index", index},
+               {"hexIndex", hexIndex(index)},
+               {"name", objectName(index, data.name)},
+               {"code", COHelper::objectCode2String(data.objectCode)}});
     if (!data.description.isEmpty())
         context.page.row("    <td>Description</td>\n", HtmlText::stringConvert(data.description));
     out.raw("  </table>\n");
@@ -246,8 +235,8 @@ void HtmlDoc::describeIndex(const Context &context, quint16 index)
         describeSubIndex(context, {index, subIndex, context.implementationInfo, sub});
     };
     context.store.visitSubIndices(context.line, index, 0, describe);
-    out.raw(" </p>\n");
-    out.raw("  <hr />\n");
+    out.raw(" </p>\n"
+            "  <hr />\n");
 }
 
 HTMLGenerator::HTMLGenerator()
@@ -272,13 +261,15 @@ void HTMLGenerator::write(TextWriter &out)
     HtmlDoc::writeTitleTable(context, projectName);
 
     const QList<quint16> indices = database->getIndices(activeLine, ObjectRanges::kAll);
-    out.raw(" <div class=\"toc\">\n");
-    out.raw("<a href=\"#gen\">Generation Information</a><br />\n");
-    out.raw("<a href=\"#com\">Comment</a><br />\n");
+    out.block(R"(
+ <div class="toc">
+<a href="#gen">Generation Information</a><br />
+<a href="#com">Comment</a><br />
+)");
     HtmlDoc::TocGaps gaps;
     forEach(indices, [&](quint16 index) { HtmlDoc::createTOC(context, index, gaps); });
-    out.raw("  </div>\n");
-    out.raw("  <div class=\"center\">\n");
+    out.raw("  </div>\n"
+            "  <div class=\"center\">\n");
     forEach(indices, [&](quint16 index) { HtmlDoc::describeIndex(context, index); });
     out.raw("  </div>\n");
     page.end();

@@ -17,24 +17,20 @@ QString groupTitle(quint32 pgn, const QString &name)
            HtmlText::escaped(name);
 }
 
-void openTable(TextWriter &out)
-{
-    out.raw("  <table border=\"1\" width=\"600\">\n");
-}
-
 } // namespace
 
 void J1939HtmlDoc::writeTitleTable(TextWriter &out, const QString &projectName)
 {
-    out.raw("  <div class=\"center\">\n");
-    out.raw("  <table width=\"600\">\n");
-    out.raw("   <tr class=\"head\">\n");
-    out.raw("    <td width=\"250\" colspan=\"2\" align=\"center\">  PGN/SPN Documenation of ");
-    out.raw(HtmlText::escaped(projectName));
-    out.raw("</td>\n");
-    out.raw("   </tr>\n");
-    out.raw("  </table>\n");
-    out.raw("  </div>\n");
+    out.block(R"(
+  <div class="center">
+  <table width="600">
+   <tr class="head">
+    <td width="250" colspan="2" align="center">  PGN/SPN Documenation of $project$</td>
+   </tr>
+  </table>
+  </div>
+)",
+              {{"project", HtmlText::escaped(projectName)}});
 }
 
 void J1939HtmlDoc::createTOC(const Context &context, quint8 direction, quint32 pgn)
@@ -51,16 +47,18 @@ void J1939HtmlDoc::describePGN(const Context &context, quint8 direction, quint32
     if (!context.store.getPGNData(context.line, pgn, direction, group))
         return;
     TextWriter &out = context.out;
-    out.raw(" <p>\n");
-    openTable(out);
-    out.raw("   <tr>\n");
     // Deliberate: the link that ends here begins nowhere, browsers pass over it; held by
     // tst_j1939documents.
-    out.parts("    <th colspan=\"2\" id=\"", pgn, "\"> PGN: ", groupTitle(pgn, group.name),
-              "</a></th>\n");
-    out.raw("   </tr>\n");
-    out.raw(HtmlPage::rowTag(false));
-    out.raw("   </tr>\n");
+    out.block(R"(
+ <p>
+  <table border="1" width="600">
+   <tr>
+    <th colspan="2" id="$pgn$"> PGN: $title$</a></th>
+   </tr>
+   <tr>
+   </tr>
+)",
+              {{"pgn", pgn}, {"title", groupTitle(pgn, group.name)}});
     if (!group.description.isEmpty())
         context.page.row("    <td>Description</td>\n", HtmlText::stringConvert(group.description));
     out.raw("  </table>\n");
@@ -70,14 +68,14 @@ void J1939HtmlDoc::describePGN(const Context &context, quint8 direction, quint32
         out.raw(" <br/>\n");
         describeSPN(context, spn);
     }
-    out.raw(" </p>\n");
-    out.raw("  <hr noshade width=\"600\" align=\"left\"/>\n");
+    out.raw(" </p>\n"
+            "  <hr noshade width=\"600\" align=\"left\"/>\n");
 }
 
 void J1939HtmlDoc::describeSPN(const Context &context, const ObjectDataBase::SPN &spn)
 {
     HtmlPage &page = context.page;
-    openTable(context.out);
+    context.out.raw("  <table border=\"1\" width=\"600\">\n");
     page.row("    <td style=\"font-weight:bold\">SPN </td>\n", QString::number(spn.number),
              "    <td style=\"font-weight:bold\">");
     page.row("    <td>Name </td>\n", HtmlText::escaped(spn.name));
@@ -122,8 +120,8 @@ void J1939HTMLGenerator::write(TextWriter &out)
     out.raw(" <div class=\"toc\">\n");
     forEachGroup(
         [&](quint8 direction, quint32 pgn) { J1939HtmlDoc::createTOC(context, direction, pgn); });
-    out.raw("  </div>\n");
-    out.raw("  <div class=\"center\">\n");
+    out.raw("  </div>\n"
+            "  <div class=\"center\">\n");
     forEachGroup(
         [&](quint8 direction, quint32 pgn) { J1939HtmlDoc::describePGN(context, direction, pgn); });
     out.raw("  </div>\n");

@@ -18,7 +18,8 @@ void Pgn::writeHead(Context &context, const QString &projectName, const QString 
                     bool withStandardLibrary)
 {
     TextWriter &out = context.out;
-    out.parts(CText::headComment(context.dialect.title, projectName, toolVersion), "\n");
+    CText::writeHead(out, context.dialect.title, projectName, toolVersion);
+    out.raw("\n");
     if (withStandardLibrary)
         out.raw("#include <stdlib.h>\n\n");
     out.raw("#include <gen_define.h>\n"

@@ -47,11 +47,11 @@ const char *wordOf(const char *const (&words)[N], quint32 number)
     return number < N ? words[number] : "\tINVALID_VALUE,\n";
 }
 
-QString getFDTrailerData(const PgnData &pgn)
+void writeFDTrailerData(TextWriter &out, const PgnData &pgn)
 {
-    return QLatin1String(wordOf(kTrailerFormats, pgn.fdTrailerFormat)) +
-           QLatin1String(wordOf(kAssuranceTypes, pgn.fdAssuranceType)) +
-           QStringLiteral("\t%1u\n").arg(pgn.fdAssuranceDataSize);
+    out.parts(wordOf(kTrailerFormats, pgn.fdTrailerFormat),
+              wordOf(kAssuranceTypes, pgn.fdAssuranceType), "\t", quint32(pgn.fdAssuranceDataSize),
+              "u\n");
 }
 
 /// Behind the last member that all devices have.
@@ -88,7 +88,7 @@ void writeGroupRow(Context &context, const QString &mapping, const Group &group)
     out.parts("\t", quint32(group.mapping.size()), "u", tailOf(context),
               " /* number of mappings */\n");
     if (context.form.canFd)
-        out.raw(getFDTrailerData(pgn));
+        writeFDTrailerData(out, pgn);
     out.raw("    }");
 }
 

@@ -123,13 +123,12 @@ void collectIdentifiers(Contents &contents, const Line &line, QVector<Identifier
     }
 }
 
-QString indexText(const Context &context, const Variable &variable)
+void writeIndex(Context &context, const Variable &variable)
 {
-    const QString frame = QString::number(variable.frame);
-    const QString signal = QString::number(variable.signal);
-    return context.form.multiLine ? QStringLiteral(" /* %1-%2:%3 */")
-                                        .arg(QString::number(variable.line), frame, signal)
-                                  : QStringLiteral(" /* %1:%2 */").arg(frame, signal);
+    context.out.raw(" /* ");
+    if (context.form.multiLine)
+        context.out.parts(quint32(variable.line), "-");
+    context.out.parts(variable.frame, ":", variable.signal, " */");
 }
 
 void writeArray(Context &context, const ArrayWords &words, const ArrayContent &content)
@@ -148,7 +147,8 @@ void writeArray(Context &context, const ArrayWords &words, const ArrayContent &c
         const bool hasValue = context.form.initialiseValues || variable.isName;
         out.parts(separator, words.start,
                   hasValue ? variable.value : valueText(words.array, QStringLiteral("0")),
-                  words.end, indexText(context, variable));
+                  words.end);
+        writeIndex(context, variable);
         separator = ",\n";
     }
     out.raw("};\n");
