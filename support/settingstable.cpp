@@ -59,7 +59,7 @@ constexpr Setting kSources[] = {
     {"olm_generation_count", F::Decimal, S::Project, kCount, "", "",
      "Without effect in this tool: the counter that another tool of the family keeps in the project"},
     {"new_init_structure", F::Flag, S::Project, kAny, "", "gen_objdict.c, gen_pgn.c, gen_mp.c, gen_rawcan.c",
-     "Without effect in a project: each run sets it to 1, which stands for the start-up structures of today's stack"},
+     "Start-up structures of today's stack; 0 gives those of older ones. Each run sets it to 1 when it opens the project, so that only a modifier file can change it"},
 };
 
 constexpr Setting kHardware[] = {
@@ -100,10 +100,10 @@ constexpr Setting kHardware[] = {
 };
 
 constexpr Setting kMessageMemory[] = {
-    {"receivebuffersize", F::Decimal, S::EachLine, kCount, "messages", "CO_REC_BUFFER_COUNTS, CO_CONFIG_REC_BUFFER_CNT",
-     "Length of the queue of received CAN messages; 10 if the whole setting is empty, which a CANopen line does not allow"},
-    {"transmitbuffersize", F::Decimal, S::EachLine, kCount, "messages", "CO_TR_BUFFER_COUNTS, CO_CONFIG_TRANS_BUFFER_CNT",
-     "Length of the queue of CAN messages to send; 5 if the whole setting is empty, which a CANopen line does not allow"},
+    {"receivebuffersize", F::Expression, S::EachLine, kCount, "messages", "CO_REC_BUFFER_COUNTS, CO_CONFIG_REC_BUFFER_CNT",
+     "Length of the queue of received CAN messages. A CANopen line needs a plain number; without the setting, other lines have 10"},
+    {"transmitbuffersize", F::Expression, S::EachLine, kCount, "messages", "CO_TR_BUFFER_COUNTS, CO_CONFIG_TRANS_BUFFER_CNT",
+     "Length of the queue of CAN messages to send. A CANopen line needs a plain number; without the setting, other lines have 5"},
     {"additional_cob_count", F::Decimal, S::OneOrEach, kWord, "message objects", "CO_COB_CNT, CO_COB_COUNTS",
      "Message objects (COBs) that the application needs beside those that the tool counts. J1939 with `dynsupport` demands it. A list works for CANopen lines only"},
     {"sorted_coblist", F::Switch, S::Project, kAny, "", "CO_COB_SORTED_LIST",
