@@ -31,11 +31,12 @@ QString readAll(const QString &path)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-/// The product's sources by their paths, without comments and with the words of device
-/// descriptions.
+/// The product's sources by their paths, without comments, with the words of device descriptions,
+/// and with one kind of holes in texts.
 QMap<QString, QString> readSources()
 {
     static const QRegularExpression comment("//[^\n]*");
+    static const QRegularExpression namedHole("\\$\\w+\\$");
     static const QRegularExpression word(R"re(constexpr const char \*(k\w+) = ("\w+");)re");
     const QString words = readAll("formats/edskeys.h");
     QMap<QString, QString> sources;
@@ -44,7 +45,7 @@ QMap<QString, QString> readSources()
                            QDirIterator::Subdirectories);
         while (files.hasNext()) {
             const QString path = QDir(TESSARINE_SOURCES).relativeFilePath(files.next());
-            QString text = readAll(path).remove(comment);
+            QString text = readAll(path).remove(comment).replace(namedHole, "%1");
             for (auto match = word.globalMatch(words); match.hasNext();) {
                 const auto found = match.next();
                 for (const char end : {')', ','}) // one word may be the start of another
