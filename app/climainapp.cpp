@@ -2,6 +2,7 @@
 #include "app/climainapp.h"
 
 #include "app/clioutputhandler.h"
+#include "app/dependencyfile.h"
 #include "app/sarifreport.h"
 
 #include <QCoreApplication>
@@ -18,6 +19,11 @@ QString backupOf(const QString &project)
         return QString();
     const QString file = QFileInfo(project).canonicalFilePath(); // empty: there is none
     return (file.isEmpty() ? project : file) + QLatin1String(".bak");
+}
+
+void tellNotWritten(const QString &path, const QString &reason)
+{
+    Problems::error("not-written", path, QStringLiteral("could not be written: %1").arg(reason));
 }
 
 } // namespace
@@ -62,6 +68,7 @@ void CLIMainApp::followOptions()
     protectInputs(project);
     runProject(project);
     writeReport(project);
+    writeDependencies(project);
 }
 
 /// A save may replace the project, and a report its former one, but nothing else of what the user
@@ -83,9 +90,15 @@ void CLIMainApp::protectInputs(const QString &project)
             guardOfReport.protect(QDir(folder).filePath(QLatin1String(file)),
                                   QStringLiteral("a place of your code in generated files"));
     }
+    guardOfDependencies = guardOfReport;
     const QString report = options.value("-report");
-    if (!report.isNull() && guardOfReport.roleOf(report).isEmpty())
+    if (!report.isNull() && guardOfReport.roleOf(report).isEmpty()) {
         guard.protect(report, QStringLiteral("the report for machines"));
+        guardOfDependencies.protect(report, QStringLiteral("the report for machines"));
+    }
+    const QString dependencies = options.value("-depfile");
+    if (!dependencies.isNull() && guardOfDependencies.roleOf(dependencies).isEmpty())
+        guard.protect(dependencies, QStringLiteral("the dependency file"));
     generatorMainHandler->setOutputGuard(guard);
 }
 
@@ -201,7 +214,26 @@ void CLIMainApp::writeReport(const QString &project)
     const QString role = guardOfReport.roleOf(path);
     const QString reason =
         role.isEmpty() ? writeSarifReport(report, path) : QStringLiteral("it is ") + role;
+    if (reason.isEmpty())
+        RunFiles::noteWritten(path);
+    else
+        tellNotWritten(path, reason);
+}
+
+void CLIMainApp::writeDependencies(const QString &project)
+{
+    QString path;
+    if (returnCode != ReturnCode::NoError || !options.value("-depfile", path))
+        return;
+    QVector<NamedFolder> folders;
+    const QString output = options.value("-output");
+    for (const QString &folder : {output, QFileInfo(project).path()}) {
+        if (!folder.isNull())
+            folders.append({QDir::cleanPath(QFileInfo(folder).absoluteFilePath()), folder});
+    }
+    const QString role = guardOfDependencies.roleOf(path);
+    const QString reason = role.isEmpty() ? writeDependencyFile(path, runFiles, folders)
+                                          : QStringLiteral("it is ") + role;
     if (!reason.isEmpty())
-        Problems::error("not-written", path,
-                        QStringLiteral("could not be written: %1").arg(reason));
+        tellNotWritten(path, reason);
 }

@@ -5,6 +5,7 @@
 #include "app/problemlog.h"
 #include "app/runoptions.h"
 #include "support/outputguard.h"
+#include "support/runfiles.h"
 
 #include <QMap>
 #include <QObject>
@@ -56,10 +57,14 @@ private:
     void saveProject(const QString &project);
     /// Writes the report on the run that the user asked for, if he did.
     void writeReport(const QString &project);
+    /// The same for the dependency file; only of a run that went well.
+    void writeDependencies(const QString &project);
 
     ProblemLog problemLog;
-    OutputGuard guardOfBackup; ///< what the backup of a save must not take the place of
-    OutputGuard guardOfReport; ///< the same for the report for machines
+    OutputGuard guardOfBackup;       ///< what the backup of a save must not take the place of
+    OutputGuard guardOfReport;       ///< the same for the report for machines
+    OutputGuard guardOfDependencies; ///< the same for the dependency file
+    RunFiles runFiles;
     RunOptions options;
     CLIOutputHandler *outputHandler;
     GeneratorMainHandler *generatorMainHandler;

@@ -17,6 +17,7 @@
 #include "support/parametergroups.h"
 #include "support/problems.h"
 #include "support/replacefile.h"
+#include "support/runfiles.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -160,6 +161,7 @@ bool GeneratorMainHandler::openProject(const QString &filePath)
     if (!(isText ? openTextBasedProject(path) : openSqlBasedProject(path)))
         return false;
     correctProject();
+    RunFiles::noteRead(path);
     setProjectFolder(info.absolutePath());
     projectName = info.completeBaseName();
     database->setGeneralSettingsValue(QStringLiteral("new_init_structure"), QStringLiteral("1"));
@@ -252,6 +254,7 @@ bool GeneratorMainHandler::setImportFile(const QString &file)
     importer->setDatabase(database);
     importer->setIndexRange(ObjectRanges::kAssigned.first, ObjectRanges::kAssigned.last);
     importer->setImportFileName(file);
+    RunFiles::noteRead(file);
     importer->startImport();
     importer->wait();
     return true;
@@ -265,7 +268,9 @@ bool GeneratorMainHandler::applyDbModifier(const QString &file)
                         QStringLiteral("could not be read: %1").arg(reason));
     DatabaseModifier modifier(database);
     const bool isApplied = modifier.setModifierFile(file) && modifier.applyModifierFile();
-    if (!isApplied)
+    if (isApplied)
+        RunFiles::noteRead(file);
+    else
         qCWarning(lcApp) << modifier.getLastError();
     return isApplied;
 }
@@ -460,6 +465,7 @@ void GeneratorMainHandler::runGenerator(AbstractGenerator &generator, quint8 lin
                                         const QString &notWritable, const QString &started)
 {
     generator.setOutputDirectory(outputDirectory);
+    generator.projectDirectory = projectDirectory;
     generator.setDataBase(database);
     generator.setProjectName(projectName);
     generator.setActiveLine(line);

@@ -15,6 +15,8 @@ constexpr int kLongestShown = 80; // characters of a word in a message
 const QVector<OptionRow> kOptions = {
     {"-check", nullptr, false, "Checks the project and writes nothing but a report."},
     {"-dbmod", "file", true, "Apply a db modification. Only for internal use."},
+    {"-depfile", "file", false,
+     "Writes which files were read and written, as a rule of make."},
     {"-help", nullptr, false, "Prints a list of options."},
     {"-import", "file", true, "Sets an importfile. This argument is optional."},
     {"-keep-unchanged", nullptr, false, "Leaves files as they are that would differ in their date only."},

@@ -3,6 +3,7 @@
 
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/runfiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -73,6 +74,7 @@ QDomDocument readDocument(const QString &path)
         qCWarning(lcCheck) << "cannot read" << path;
         return document;
     }
+    RunFiles::noteRead(path);
     const QByteArray text = file.read(kMostBytes);
     if (!isFlatEnough(text) || !document.setContent(text)) {
         qCWarning(lcCheck) << "no sound XML in" << path;

@@ -2,6 +2,7 @@
 #include "generators/abstractgenerator.h"
 
 #include "support/outputguard.h"
+#include "support/runfiles.h"
 #include "support/usersettings.h"
 
 #include <QCoreApplication>
@@ -189,6 +190,14 @@ bool AbstractGenerator::isOutputAdmitted()
 bool AbstractGenerator::wantsImplementationInfo()
 {
     return UserSettings().value("General", "implinfo").toInt() == 1;
+}
+
+bool AbstractGenerator::hasStandardLibrary() const
+{
+    const QString &folder = projectDirectory.isEmpty() ? outputDirectory : projectDirectory;
+    const QString mark = folder + QLatin1String("/no_stdlib_include.txt");
+    RunFiles::noteRead(mark);
+    return !QFileInfo::exists(mark);
 }
 
 void AbstractGenerator::fail(const QString &error)

@@ -74,6 +74,10 @@ public:
     /// The project has several lines: file names and texts tell the line. Set before the start.
     bool generateML = false;
 
+    /// Where the project lies with what belongs to it; the output directory if none is set. Set
+    /// before the start.
+    QString projectDirectory;
+
     /// Asked about each file that is written; null: none is left as it was. Set before the start.
     UnchangedFiles *unchangedFiles = nullptr;
 
@@ -103,6 +107,9 @@ protected:
 
     /// Does the user want documents to tell how values are stored? From the user's settings.
     static bool wantsImplementationInfo();
+
+    /// May generated C include <stdlib.h>? The user forbids it by a file beside the project.
+    bool hasStandardLibrary() const;
 
     void fail(const QString &error);
 

@@ -7,6 +7,7 @@
 #include "support/outputguard.h"
 #include "support/problems.h"
 #include "support/replacefile.h"
+#include "support/runfiles.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -62,6 +63,8 @@ void FileGenerator::replaceFile(const QString &path, const QByteArray &content)
     QString reason;
     if (!isUnchanged(path, content) && !ReplaceFile::write(path, content, &reason))
         fail(QStringLiteral("Could not write ") + path, path, reason);
+    else
+        RunFiles::noteWritten(path);
 }
 
 bool FileGenerator::isUnchanged(const QString &path, const QByteArray &content)
@@ -110,7 +113,9 @@ void FileGenerator::closeOutputFile(bool isWritten, QFile &file)
     else if (unchangedFiles && !unchangedFiles->commit(file))
         reason = unchangedFiles->errorString();
     file.close();
-    if (!reason.isEmpty())
+    if (reason.isEmpty())
+        RunFiles::noteWritten(path);
+    else
         fail(QStringLiteral("Could not write ") + path, path, reason);
 }
 

@@ -4,6 +4,7 @@
 #include "support/logging.h"
 #include "support/numbers.h"
 #include "support/problems.h"
+#include "support/runfiles.h"
 
 #include <QByteArrayList>
 #include <QFile>
@@ -52,6 +53,7 @@ bool OldFile::read(const QString &file, QByteArray *text)
         qCWarning(lcGenerator) << "too long for a generated file, or cannot be opened:" << file;
         return false;
     }
+    RunFiles::noteRead(file);
     *text = source.readAll();
     const bool isWhole = text->size() == source.size();
     text->replace("\r\n", "\n");

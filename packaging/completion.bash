@@ -8,10 +8,10 @@ _tessarine()
     case $previous in
     -project) kinds='tsrp|tsrt' ;;
     -import) kinds='eds|dcf|csv' ;;
-    -dbmod | -report) kinds='*' ;;
+    -dbmod | -depfile | -report) kinds='*' ;;
     -output) kinds='/' ;; # folders only, for no file has this ending
     *)
-        mapfile -t COMPREPLY < <(compgen -W "-check -dbmod -help -import -keep-unchanged -no-commands -output
+        mapfile -t COMPREPLY < <(compgen -W "-check -dbmod -depfile -help -import -keep-unchanged -no-commands -output
             -project -report -s -save -version" -- "$2")
         return
         ;;

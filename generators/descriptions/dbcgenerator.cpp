@@ -11,6 +11,7 @@
 #include "support/implementation.h"
 #include "support/logging.h"
 #include "support/replacefile.h"
+#include "support/runfiles.h"
 
 #include <cerrno>
 #include <memory>
@@ -300,7 +301,7 @@ void DBCGenerator::writeFiles()
         return !isKept;
     };
     if (ReplaceFile::replace(target, ReplaceFile::Backup::None, write, &reason) || isKept)
-        return;
+        return RunFiles::noteWritten(target);
     const QString former = lastErrorString;
     fail(wasError
              ? former

@@ -7,8 +7,6 @@
 #include "generators/projectlines.h"
 #include "support/parametergroups.h"
 
-#include <QFileInfo>
-
 void Pgn::declareIdentify(ObjectDataBase &store)
 {
     constexpr quint32 kNoNumber = 0;
@@ -41,8 +39,7 @@ void PGNGenerator::resetJob()
 void PGNGenerator::write(TextWriter &out)
 {
     Pgn::Context context = Pgn::makeContext(*database, out, dialect);
-    writeHead(context, projectName, toolVersion,
-              !QFileInfo::exists(QStringLiteral("%1/no_stdlib_include.txt").arg(outputDirectory)));
+    writeHead(context, projectName, toolVersion, hasStandardLibrary());
     emit progress(25);
     defineManagedVariables(context);
     declareMappings(context);

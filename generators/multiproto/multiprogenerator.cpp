@@ -34,7 +34,7 @@ void MultiProGenerator::write(TextWriter &out)
 {
     MultiPro::Context context = MultiPro::makeContext(*database, out, words, activeLine);
     updateUserHeader(ObjDict::needsUserHeader(context.objDict.settings));
-    writeHead(context, {projectName, toolVersion}, ObjDict::hasStandardLibrary(outputDirectory));
+    writeHead(context, {projectName, toolVersion}, hasStandardLibrary());
     writeTables(context);
     emit progress(75);
     writeStart(context);

@@ -68,7 +68,7 @@ void ObjDictGenerator::updateUserHeader(bool isNeeded)
 void ObjDictGenerator::writePreamble(ObjDict::Context &context)
 {
     CText::writeHead(context.out, context.dialect.of(kTitle), projectName, toolVersion);
-    writeIncludes(context, ObjDict::hasStandardLibrary(outputDirectory));
+    writeIncludes(context, hasStandardLibrary());
     writeStartPrototypes(context);
     writeApplicationHeaders(context);
     writeMemorySpecifiers(context);

@@ -7,7 +7,6 @@
 #include "support/implementation.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <QStringList>
 
 #include <algorithm>
@@ -134,11 +133,6 @@ constexpr PrototypeTexts kCanFd = {
     "*pModes);\n"};
 
 } // namespace
-
-bool ObjDict::hasStandardLibrary(const QString &outputDirectory)
-{
-    return !QFileInfo::exists(QStringLiteral("%1/no_stdlib_include.txt").arg(outputDirectory));
-}
 
 bool ObjDict::needsUserHeader(const GeneralSettings &settings)
 {

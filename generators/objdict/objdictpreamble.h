@@ -13,9 +13,6 @@ struct HeadFacts {
     QString toolVersion;
 };
 
-/// A target without the standard library has a file of that name in the output folder.
-bool hasStandardLibrary(const QString &outputDirectory);
-
 /// gen_user.h declares functions that overwrite settings; is any of them wanted?
 bool needsUserHeader(const GeneralSettings &settings);
 void writeUserHeader(TextWriter &out, const HeadFacts &facts);

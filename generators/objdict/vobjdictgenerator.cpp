@@ -201,7 +201,7 @@ void VobjDictGenerator::write(TextWriter &out)
     context.form = readForm(*database, activeLine);
     context.form.sdoServerOnly = cia510ServerMode;
     CText::writeHead(out, context.dialect.of(kTitle), projectName, toolVersion);
-    writeIncludes(context, hasStandardLibrary(outputDirectory));
+    writeIncludes(context, hasStandardLibrary());
     writeApplicationHeaders(context);
     writeMemorySpecifiers(context);
     collectConstants(context);

@@ -241,6 +241,7 @@ private slots:
         QVERIFY(write("p.tsrt", kProject + "[MiscSettings]\npostGenEnabled=1\npostgencmd=touch\n"
                                            "postgencmdargs=here %D/there\npostGenWait=1\n"));
         QVERIFY(writeUserSettings("[General]\nline_ending_index=1\n"));
+        QVERIFY(write("no_stdlib_include.txt", {}));
         const QStringList before = files();
         const QByteArray output = run("-project p.tsrt -output far/öut");
         QVERIFY2(output.contains(filled("gen_define.h in %DIR%/far/öut started\n")), output);
@@ -248,6 +249,7 @@ private slots:
         QVERIFY(QFile::remove(folder + "/there"));
         QCOMPARE(files(), before);
         QVERIFY(read("far/öut/gen_define.h").contains("#define OURS\r\n"));
+        QVERIFY(!read("far/öut/gen_objdict.c").contains("<stdlib.h>"));
         for (const char *name : {"here", "p.eds", "gen_objdict.c", "__tsrerrorlog.txt.bak"})
             QVERIFY2(QFile::exists(folder + "/far/öut/" + name), name);
         QVERIFY(!QFile::exists(folder + "/far/öut/gen_vobjdict.c"));
@@ -255,6 +257,43 @@ private slots:
         QVERIFY(QFile::exists(folder + "/far/new/deep/gen_define.h"));
         QVERIFY(run("-project p.tsrt -dbmod far/öut/gen_define.h -output far/öut")
                     .contains("it is the modifier file"));
+    }
+
+    /// Only what was there; and what was written is no input, for builds refuse a circle.
+    void tellsDependencies()
+    {
+        const auto rule = [this](const QString &arguments) {
+            QFile::remove(folder + "/deps");
+            const QByteArray told = run(arguments + " -depfile deps");
+            return told.endsWith(" 0\n") && !told.contains("errors:") ? read("deps") : told;
+        };
+        QVERIFY(QDir().mkpath(folder + "/stack") &&
+                write("stack/a_featureinfo_b.xml",
+                      "<s><required_tool_version>3.11</required_tool_version></s>"));
+        QVERIFY(writeUserSettings("[General]\ncostackpath=%DIR%/stack\n"));
+        for (const char *name : {"no_stdlib_include.txt", "gen_define.h"})
+            QVERIFY(write(name, {}));
+        const QByteArray settings =
+            QSettings("Korvel", "CANopen Tessarine").fileName().replace(" ", "\\ ").toUtf8();
+        const QByteArray inputs = "pümp.tsrt \\\n  gauge.EDS \\\n  mod.txt \\\n  " + settings +
+                                  " \\\n  stack/a_featureinfo_b.xml";
+        const QString all = "-import gauge.EDS -dbmod mod.txt -project pümp.tsrt";
+        QCOMPARE(rule("-check " + all), filled("deps: \\\n  " + inputs + '\n'));
+        QCOMPARE(rule("-check -report r " + all), filled("r: \\\n  " + inputs + '\n'));
+        const QByteArray outputs =
+            "gen_indices.h,pümp_doc.txt,pümp.html,gen_objdict.c,gen_define.h,"
+            "gen_indication.h,pümp.csv,pümp.icsv,pümp.eds";
+        for (const QString option : {"", "-keep-unchanged ", "-output new/deep "}) {
+            const QByteArray folderName = option.startsWith("-o") ? "new/deep/" : "";
+            QCOMPARE(rule(option + all),
+                     filled(folderName + QByteArray(outputs).replace(",", " \\\n  " + folderName) +
+                            ": \\\n  " + inputs + " \\\n  no_stdlib_include.txt\n"));
+        }
+        QVERIFY(run(all + " -depfile ./mod.txt").contains("it is the modifier file"));
+        QVERIFY(run(all + " -report r -depfile r").contains("it is the report for machines"));
+        QVERIFY(run(all + " -depfile gen_indices.h").contains("it is the dependency file"));
+        QVERIFY(run("-project bad.tsrt -depfile of_failure").endsWith(" 7\n"));
+        QVERIFY(!QFile::exists(folder + "/of_failure"));
     }
 
     void savesOnRequestOnly()
