@@ -68,10 +68,10 @@ public:
     /// "U24_SET(0x12,0xab,0x05)"; "0" for all other types. Bits above the type's width are dropped.
     static QString convertValue(CAN::CANopenDataType type, quint64 unsignedValue,
                                 qint64 signedValue);
-    /// What the user is told behind the end of the job; empty for nothing.
+    /// What the user is told after the end of the job; empty for nothing.
     virtual QString closingRemark() const { return {}; }
 
-    /// The project has several lines: file names and texts tell the line. Set before the start.
+    /// The project has several lines: file names and texts name the line. Set before the start.
     bool generateML = false;
 
     /// Where the project lies with what belongs to it; the output directory if none is set. Set
@@ -105,7 +105,7 @@ protected:
 
     bool isMultiLine() const { return generateML || forceML; }
 
-    /// Does the user want documents to tell how values are stored? From the user's settings.
+    /// Does the user want documents to say how values are stored? From the user's settings.
     static bool wantsImplementationInfo();
 
     /// May generated C include <stdlib.h>? The user forbids it by a file beside the project.

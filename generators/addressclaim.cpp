@@ -14,7 +14,7 @@ namespace
 using ParameterGroup::kAddressClaimed;
 using Type = CAN::CANopenDataType;
 
-/// Makes the default value of a signal from what its setting tells of the line.
+/// Makes the default value of a signal from what its setting says of the line.
 using MakeValue = QString (*)(const QString &element);
 
 constexpr quint32 kReserved = 0; ///< the row without a number of its own

@@ -8,7 +8,7 @@ class ObjectDataBase;
 namespace AddressClaim
 {
 
-/// Gives a line the group "Address Claiming" with the NAME of the device as the settings tell it.
+/// Gives a line the group "Address Claiming" with the NAME of the device as the settings give it.
 /// \a reservedSpn is the number of the NAME's reserved bit; with that of a field before it, the bit
 /// takes the field's place. Other signals of the group stay. Writes to the project, so that it runs
 /// before a job.

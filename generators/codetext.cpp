@@ -23,7 +23,7 @@ QString CodeText::closed()
     result.reserve(text.size());
     while (place < text.size())
         copyToken();
-    // Also with blanks behind it a backslash takes the next line of the file in.
+    // Also with blanks after it a backslash takes the next line of the file in.
     QStringRef end = QStringRef(&result).trimmed();
     while (end.endsWith(kBackslash)) {
         result.truncate(end.position() + end.size() - 1);
@@ -91,7 +91,7 @@ void CodeText::copyBlockComment()
 
 void CodeText::copyLineComment()
 {
-    // Behind an expression it would hide what follows on the line.
+    // After an expression it would hide what follows on the line.
     if (kind == Kind::Line)
         result += text.mid(place).replace(QLatin1String("?\?/"), QLatin1String("? ?/"));
     place = text.size();

@@ -5,13 +5,13 @@
 #include <QStringRef>
 
 /// Copies a text of C so that it ends where it seems to: literals and comments that are left open
-/// are closed, and trigraphs are parted. Used once.
+/// are closed, and trigraphs are split. Used once.
 class CodeText
 {
 public:
     enum class Kind {
         Line,       ///< the rest of a line, such as the value of a define
-        Expression, ///< one expression with more text behind it on the line
+        Expression, ///< one expression with more text after it on the line
     };
 
     /// \a source is one line.

@@ -61,7 +61,7 @@ void writeCommonInitVars(TextWriter &out, const Dialect &dialect, const ObjectDa
         out.raw(",\n"
                 "\t{ ISOTP_CLIENT_COUNTS },\n"
                 "\t{ ISOTP_SERVER_COUNTS },\n");
-    // Deliberate: the element in front ends in a comma only with UDS, and two commas would not
+    // Deliberate: the preceding element ends in a comma only with UDS, and two commas would not
     // compile; held by tst_golden.
     if (features.hasCanFd() && !features.hasUds())
         out.raw(",\n");

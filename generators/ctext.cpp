@@ -52,7 +52,7 @@ int escapeLength(const QString &text, int start)
     return QStringLiteral("'\"?\\abfnrtv").contains(kind) ? 2 : 0;
 }
 
-/// What stands in a literal for a character that is no backslash.
+/// What stands in a literal for a character that is not a backslash.
 QString literalCharacter(QChar character, bool followsQuestionMark)
 {
     switch (character.unicode()) {
@@ -96,7 +96,7 @@ QString closedCode(const QString &text, CodeText::Kind kind)
 
 QString CText::comment(const QString &text)
 {
-    QString safe = oneLine(text); // first: a blank parts what a line end would
+    QString safe = oneLine(text); // first: a blank separates what a line end would
     // Deliberate: no more changes to a comment's text, held by tst_ctext.
     safe.replace(QLatin1String("*/"), QLatin1String("* /"));
     return safe.replace(QLatin1String("/*"), QLatin1String("/ *"));
@@ -171,7 +171,7 @@ quint32 CText::literalBytes(const QString &content)
         if (length > 0) {
             ++escaped;
             i += length - 1;
-        } else if (content.at(i) != QLatin1Char('"')) { // two quotes part a literal
+        } else if (content.at(i) != QLatin1Char('"')) { // two quotes split a literal
             plain += content.at(i);
         }
     }

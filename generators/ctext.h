@@ -1,7 +1,7 @@
 // Texts of a project inside generated C: comments, string literals, code, dates of the file's head.
 //
 // No text may leave its place: whatever it holds, the rest of the file means the same. Texts that
-// are no C, or none that is complete, may keep their own place from compiling.
+// are not C, or not complete C, may keep their own place from compiling.
 #pragma once
 
 #include <QString>
@@ -19,7 +19,7 @@ QString comment(const QString &text);
 /// without a backslash at its end, with the ends of comments and literals that it leaves open.
 QString line(const QString &text);
 
-/// \a text, which is C on purpose, as one expression with more text behind it: as line(), without
+/// \a text, which is C on purpose, as one expression with more text after it: as line(), without
 /// "//" comments. What would lead out of it (brackets that nothing opened, commas and semicolons
 /// outside of brackets, a "#") becomes a blank, and brackets that it leaves open are closed.
 QString expression(const QString &text);
@@ -36,7 +36,7 @@ QString name(const QString &text);
 /// quote, a line end, or a backslash that begins no escape.
 QString stringContent(const QString &text);
 
-/// \a text as a number of type float; 0 for what is no finite number.
+/// \a text as a number of type float; 0 for what is not a finite number.
 QString realNumber(const QString &text);
 
 /// Bytes of a literal with that content, as stringContent() gives it, without the closing zero.
@@ -47,7 +47,7 @@ quint32 literalBytes(const QString &content);
 void writeHead(TextWriter &out, const char *title, const QString &projectName,
                const QString &toolVersion);
 
-/// Date and time of the run, as the heads of generated files tell it.
+/// Date and time of the run, as the heads of generated files give it.
 QString generationTime();
 
 } // namespace CText

@@ -26,7 +26,7 @@ public:
 
     qint32 decimal(const char *key) const { return Numbers::toIntDecimal(text(key)); }
 
-    /// Hexadecimal behind "0x", else decimal.
+    /// Hexadecimal after "0x", else decimal.
     quint32 byPrefix(const char *key) const { return Numbers::toUIntByPrefix(text(key)); }
 
     /// Is the project made for the V4 generation of the stack?

@@ -1,4 +1,4 @@
-// The date and time that generated files tell.
+// The date and time that generated files show.
 #include "generators/generationdate.h"
 
 #include <QLocale>

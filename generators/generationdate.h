@@ -1,4 +1,4 @@
-// The date and time that generated files tell, in the same form in any locale.
+// The date and time that generated files show, in the same form in any locale.
 #pragma once
 
 #include <QDateTime>

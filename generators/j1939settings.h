@@ -23,7 +23,7 @@ public:
         return Numbers::toIntDecimal(text(QLatin1String(key)));
     }
 
-    /// What the setting tells of \a line: of the address and the parts of the NAME, a text without
+    /// What the setting says of \a line: of the address and the parts of the NAME, a text without
     /// comma is that of all lines.
     QString ofLine(const char *key, quint8 line,
                    LineList::Beyond beyond = LineList::Beyond::Nothing) const
@@ -31,7 +31,7 @@ public:
         return LineList::shared(text(QLatin1String(key)), line, beyond);
     }
 
-    /// Hexadecimal behind "0x", else decimal.
+    /// Hexadecimal after "0x", else decimal.
     quint32 byPrefix(const char *key) const
     {
         return Numbers::toUIntByPrefix(text(QLatin1String(key)));

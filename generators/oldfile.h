@@ -21,10 +21,10 @@ bool readOrTell(const QString &file, QByteArray *text);
 /// blanks than ours, and be in any letter case.
 QByteArray extractUserSection(const QByteArray &text);
 
-/// The section with its marker lines and a line that tells of them. An empty one has an empty line.
+/// The section with its marker lines and a line that explains them. An empty one has an empty line.
 QByteArray userSectionText(const QByteArray &section);
 
-/// A section for people: bytes that are no UTF-8 are taken for Latin-1.
+/// A section for people: bytes that are not UTF-8 are taken for Latin-1.
 QString readable(const QByteArray &section);
 
 /// The marker lines of a text.
@@ -41,7 +41,7 @@ struct Markers {
 Markers findMarkers(const QByteArray &text);
 
 /// False if a marker line of \a file has no partner, since it is unknown then which text is the
-/// user's; reports that. What cannot be read passes: read() tells of it.
+/// user's; reports that. What cannot be read passes: read() reports it.
 bool hasWholeSections(const QString &file);
 
 /// 0 if the text has none.

@@ -39,7 +39,7 @@ QStringList OutputName::headers(const QString &list)
     QString names = withoutControls(list);
     for (const char quote : {'"', '<', '>'})
         names.remove(QLatin1Char(quote));
-    // Deliberate: names of headers that are empty are no names, held by tst_golden.
+    // Deliberate: names of headers that are empty are not names, held by tst_golden.
     return names.split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 

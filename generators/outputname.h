@@ -11,8 +11,8 @@ namespace OutputName
 /// end; a terminal or a build script that meets such a name goes astray.
 QString withoutControls(const QString &text);
 
-/// The headers that \a list names, parted by blanks, without what an include line has around them:
-/// quotation marks and angle brackets.
+/// The headers that \a list names, separated by blanks, without what an include line has around
+/// them: quotation marks and angle brackets.
 QStringList headers(const QString &list);
 
 /// "<folder>/<project><tail>", such as "/x/pump_0.html" for the tail "_0.html", which always stands

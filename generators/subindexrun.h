@@ -3,5 +3,5 @@
 
 struct SubIndexData;
 
-/// Do these agree in all that a description tells? Their names do not count.
+/// Do these agree in all that a description says? Their names do not count.
 bool areDescribedAlike(const SubIndexData &one, const SubIndexData &other);

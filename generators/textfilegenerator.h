@@ -12,7 +12,7 @@ public:
     using FileGenerator::FileGenerator;
 
 protected:
-    /// All that the file holds, on the worker thread. What fails the job is told by fail().
+    /// All that the file holds, on the worker thread. What fails the job is reported by fail().
     virtual void write(TextWriter &out) = 0;
 
 private:

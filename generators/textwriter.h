@@ -43,7 +43,7 @@ public:
     void raw(const char *utf8) { bytes(utf8, std::strlen(utf8)); } // known of a literal
     void raw(quint32 number);
 
-    /// Several texts and numbers, one behind the other.
+    /// Several texts and numbers, one after the other.
     template <typename... Parts>
     void parts(const Parts &...list)
     {
@@ -63,7 +63,7 @@ public:
     ///     )", {{"count", 5}});
     void block(const char *text, std::initializer_list<TextHole> holes = {});
 
-    /// A C define with a number. \a start is all of the line before it, since the gap behind a name
+    /// A C define with a number. \a start is all of the line before it, since the gap after a name
     /// is part of the format: define("#define LAMP_CNT\t", 5) is "#define LAMP_CNT\t5u\n".
     void define(const char *start, quint32 value);
 

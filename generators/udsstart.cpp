@@ -67,7 +67,7 @@ QString twoHexDigits(int number)
     return QStringLiteral("0x%1").arg(number, 2, 16, QLatin1Char('0'));
 }
 
-/// A setting as a number of C: a leading zero would make it octal there, and what is no number
+/// A setting as a number of C: a leading zero would make it octal there, and what is not a number
 /// would not compile.
 QString numberText(const QString &setting)
 {
@@ -79,7 +79,7 @@ QString numberText(const QString &setting)
     return QString::number(number);
 }
 
-/// The elements of a comma list, without those that are no number of 8 bits.
+/// The elements of a comma list, without those that are not numbers of 8 bits.
 QVector<quint8> byteList(const QString &list)
 {
     QVector<quint8> numbers;

@@ -46,7 +46,7 @@ void writeSecurityTable(TextWriter &out, const Tables &tables);
 void writeStructures(TextWriter &out, const ObjectDataBase &store,
                      const QList<quint8> &startedLines);
 
-/// Statements that use a variable `retVal` and return it on failure. With \a multi the call tells
+/// Statements that use a variable `retVal` and return it on failure. With \a multi the call names
 /// its line.
 void writeCommonCall(TextWriter &out);
 void writeLineCall(TextWriter &out, quint8 line, bool multi);

@@ -1,4 +1,4 @@
-// Spares files that would be written anew with another date only.
+// Leaves files alone that would be rewritten with only another date.
 #include "generators/unchangedfiles.h"
 
 #include "generators/lineends.h"
@@ -18,7 +18,7 @@ namespace
 {
 
 // clang-format off
-/// The lines that tell when a file was generated; %1 is the date with its time, and the brackets
+/// The lines that say when a file was generated; %1 is the date with its time, and the brackets
 /// are around what may differ.
 constexpr const char *kDateLines[] = {
     "^ \\* (%1)$",                                            // C
@@ -42,7 +42,7 @@ QVector<QRegularExpression> dateLines()
     return patterns;
 }
 
-/// \a line without its date; unchanged if it is no line that tells one.
+/// \a line without its date; unchanged if it is not a line that has one.
 QString withoutDate(const QByteArray &line)
 {
     static const QVector<QRegularExpression> patterns = dateLines();

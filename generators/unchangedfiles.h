@@ -1,4 +1,5 @@
-// Spares files that would be written anew with another date only, so that nothing is built again.
+// Leaves files alone that would be rewritten with only another date, so that nothing is built
+// again.
 #pragma once
 
 #include <QByteArray>
@@ -21,7 +22,7 @@ public:
     /// The name that \a file had before open().
     QString targetOf(const QFile &file) const;
 
-    /// Writes what \a file holds to disk, unless only lines that tell when differ from what stood
+    /// Writes what \a file holds to disk, unless only lines that say when differ from what stood
     /// there before the run. False if that fails.
     bool commit(QFile &file);
 

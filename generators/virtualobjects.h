@@ -26,7 +26,7 @@ struct Object {
     bool endsInRun = false; ///< the last of subs stands for all that follow it
 };
 
-/// The last subindex with a description of its own; those behind it are like it. Independent of
+/// The last subindex with a description of its own; those after it are like it. Independent of
 /// the compact form of other tables.
 quint8 sameStartSub(const ObjectDataBase &store, quint8 line, quint16 index);
 

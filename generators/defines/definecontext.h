@@ -50,7 +50,7 @@ struct WrittenDefines {
     bool tableSwitches = false; ///< looked at, whether or not the project needs them
     bool dynamicCan = false;
     bool isoTp = false;
-    bool openSection = false;    ///< the last one has no blank line behind it
+    bool openSection = false;    ///< the last one has no blank line after it
     QSet<QByteArray> eventSlots; ///< settings of the dynamic events
 };
 

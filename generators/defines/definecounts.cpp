@@ -137,7 +137,7 @@ quint16 cobsOfDiagnostics(const J1939Settings &settings)
     return cobs;
 }
 
-/// What the modules of the J1939 stack take beside groups and diagnostics.
+/// What the modules of the J1939 stack take besides groups and diagnostics.
 quint16 cobsOfJ1939Modules(const J1939Settings &settings)
 {
     quint16 cobs = 0;

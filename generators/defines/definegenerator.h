@@ -24,7 +24,7 @@ public:
     bool multiProtocol = false;      ///< J1939 and CANopen, or a raw CAN line
     bool counterFromSetting = false; ///< count of generations: "olm_generation_count"
 
-    /// Tells the user's section, so that nobody forgets that it is there.
+    /// Shows the user's section, so that nobody forgets that it is there.
     QString closingRemark() const override;
 
 protected:

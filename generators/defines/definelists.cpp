@@ -53,7 +53,7 @@ QString Defines::combineCobBufferCounts(QString list)
 {
     list.remove(QLatin1Char('u')).remove(QLatin1Char(' '));
     if (!list.contains(QLatin1Char(',')))
-        return CText::line(list); // what is removed may have parted the signs of a comment
+        return CText::line(list); // what is removed may have separated the signs of a comment
     quint32 sum = 0;
     const QStringList elements = list.split(QLatin1Char(','));
     for (const QString &element : elements)

@@ -11,7 +11,7 @@ namespace
 
 /// Written when one of the settings names a function.
 struct FunctionRow {
-    std::array<const char *, 3> anyOf; ///< null behind the last
+    std::array<const char *, 3> anyOf; ///< null after the last
     const char *line;
 };
 
@@ -158,7 +158,7 @@ void writeSlotOf(DefineContext &context, const char *setting, const SlotRow (&ro
     }
 }
 
-/// A setting that is missing or no number leaves dynamic events on.
+/// A setting that is missing or not a number leaves dynamic events on.
 bool hasDynamicEvents(const GeneralSettings &settings)
 {
     bool isNumber = false;

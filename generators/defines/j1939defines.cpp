@@ -213,7 +213,7 @@ void writeCounts(DefineContext &context, const Facts &facts, const CountRow (&ro
     }
 }
 
-/// Behind the tab, lists of groups have a blank that single counts have not.
+/// After the tab, lists of groups have a blank that single counts have not.
 void writeGroupList(DefineContext &context, const char *start, const Facts &facts,
                     quint32 LineGroups::*value)
 {

@@ -1,4 +1,4 @@
-// What the service section of gen_define.h tells of a project, read in one walk over its objects.
+// What the service section of gen_define.h says of a project, read in one walk over its objects.
 #pragma once
 
 #include "generators/defines/definecontext.h"

@@ -5,7 +5,7 @@
 
 class EdsVariants;
 
-/// Writes "<project>.eds". The names of other files tell the line of a project with several lines,
+/// Writes "<project>.eds". The names of other files name the line of a project with several lines,
 /// and the variant, or that the file is the classical companion of a CAN FD device.
 class EDSGenerator : public TextFileGenerator
 {

@@ -96,7 +96,7 @@ void writeSubIndex(const Context &context, quint16 index, quint8 subIndex, quint
     context.out.parts("\n[", EdsSections::hex4(index), "sub", Numbers::toHex(subIndex, 1), "]\n");
     writeName(context.out, data.name, index, subIndex);
     writeObjectType(context, CANopen::ObjectCode::Var);
-    // An object of which a variant leaves out the end still tells its own highest subindex.
+    // An object of which a variant leaves out the end still gives its own highest subindex.
     if (index > ObjectRanges::kCommunication.last && subIndex == 0)
         data.defaultValue = QString::number(highest);
     EdsSections::generateSubInfo(context.out, data);

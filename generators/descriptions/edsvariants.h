@@ -10,7 +10,7 @@
 class ObjectDataBase;
 
 /// The variants of a line and their objects, found in one pass: of thousands of files none looks
-/// at the objects of the others. Tells the state of the store in which it was made.
+/// at the objects of the others. Shows the state of the store in which it was made.
 class EdsVariants
 {
 public:

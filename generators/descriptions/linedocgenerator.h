@@ -9,7 +9,7 @@ class LineDocGenerator : public TextFileGenerator
     Q_OBJECT
 
 protected:
-    /// Endings of the file: \a singleEnding behind the project's name, \a lineEnding behind its
+    /// Endings of the file: \a singleEnding after the project's name, \a lineEnding after its
     /// name and the line, where the project has several.
     LineDocGenerator(const QString &jobName, const char *singleEnding, const char *lineEnding);
 

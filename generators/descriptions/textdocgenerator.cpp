@@ -12,7 +12,7 @@
 namespace
 {
 
-/// A description in its own lines; "> " parts those that begin like an entry of the document.
+/// A description in its own lines; "> " marks those that begin like an entry of the document.
 QString describedText(const QString &description)
 {
     static const QRegularExpression entry(QStringLiteral(

@@ -4,7 +4,7 @@
 #include "generators/filegenerator.h"
 
 /// Writes "<project>_<vendor>.xdd", the vendor as eight hexadecimal digits of object 0x1018; the
-/// name tells the line too where a project has several.
+/// name holds the line too where a project has several.
 class XDDGenerator : public FileGenerator
 {
     Q_OBJECT
@@ -15,7 +15,7 @@ public:
 private:
     QString targetFile() const override;
 
-    /// A name with a place holder for the vendor, so that in practice there is no such file.
+    /// A name with a placeholder for the vendor, so that in practice there is no such file.
     QString testedFile() const override;
     void writeFiles() override;
     bool writeXml(QFile &file);

@@ -140,7 +140,7 @@ const CType *typeOf(quint32 dataType, const CType *TypeRow::*use)
     return nullptr;
 }
 
-/// Words that are no names of variables though they look like some (ISO C99, 6.4.1).
+/// Words that are not names of variables though they look like some (ISO C99, 6.4.1).
 bool isReserved(const QString &name)
 {
     static const QSet<QString> words = [] {
@@ -320,7 +320,7 @@ QString unsignedText(const CType &type, quint64 value)
            QLatin1String(type.bytes == 4 ? "UL" : "u");
 }
 
-/// Bytes in braces. Behind "|x" the project tells them in hexadecimal. \a pattern is that of one
+/// Bytes in braces. After "|x" the project gives them in hexadecimal. \a pattern is that of one
 /// byte: a char may be signed and would not take a number above 127.
 QString bytesText(const QString &text, quint32 size, const QString &pattern)
 {

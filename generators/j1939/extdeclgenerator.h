@@ -53,7 +53,7 @@ struct Variable {
     const CType *type = nullptr;
     quint32 bytes = 0;                    ///< of one element, at least 1
     quint32 elements = 0;                 ///< of an array, by the highest index in use; 0: no array
-    QMap<quint32, QString> defaultValues; ///< of the elements in use, as the project tells them
+    QMap<quint32, QString> defaultValues; ///< of the elements in use, as the project gives them
 };
 
 struct Variables {
@@ -67,7 +67,7 @@ struct Variables {
 /// ones that of an object, whose table takes pointers of no other type.
 Variables readVariables(ObjectDataBase &store);
 
-/// How C code takes hold of a signal's variable.
+/// How C code refers to a signal's variable.
 struct Access {
     QString expression;    ///< an lvalue, or an array; empty if the type is not known
     const char *type = ""; ///< of a number, or of an array's elements

@@ -7,7 +7,7 @@
 #include "generators/j1939/pgncontext.h"
 
 /// Writes gen_j1939_adapter.c with the functions, and j1939_adapter.c, which declares them to the
-/// code that the user writes into it. That code stays when the file is written anew; files of these
+/// code that the user writes into it. That code stays when the file is rewritten; files of these
 /// names that are not ours are not written at all.
 class J1939AdapterGenerator : public FileGenerator
 {
@@ -34,7 +34,7 @@ namespace J1939Adapter
 
 /// The functions of one signal.
 struct Functions {
-    QString comment; ///< what tells the signal to a reader
+    QString comment; ///< names the signal for a reader
     QString readPrototype;
     QString writePrototype;
     QString parameter;

@@ -52,7 +52,7 @@ struct Place {
     int position = 0;
 };
 
-/// A signal as its mapping row tells it.
+/// A signal as its mapping row describes it.
 struct Signal {
     SignalData data;
     std::optional<Place> place; ///< set by defineManagedVariables(), read by declareMappings()
@@ -113,7 +113,7 @@ bool hasMapping(const Context &context, const Line &line, const Group &group);
 QVector<const Group *> tableGroups(const Context &context, const Line &line,
                                    const Traffic &traffic);
 
-/// "l<line>_" before the names of mappings, "_l<line>" behind those of tables; empty for the
+/// "l<line>_" before the names of mappings, "_l<line>" after those of tables; empty for the
 /// single-line form.
 QString linePrefix(const Context &context, const Line &line);
 QString lineSuffix(const Context &context, const Line &line);

@@ -113,7 +113,7 @@ void Pgn::writeRows(Context &context, const QVector<Signal> &mapping, RowWriter 
 {
     TextWriter &out = context.out;
     // Deliberate: C99 has no empty initialiser, so that a frame without signals holds a row that
-    // its count does not tell; held by tst_pgngenerator.
+    // its count does not include; held by tst_pgngenerator.
     if (mapping.isEmpty())
         out.raw("\t{ 0 }");
     const char *separator = "";

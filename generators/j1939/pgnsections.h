@@ -13,7 +13,7 @@ void writeHead(Context &context, const QString &projectName, const QString &tool
 /// The word for constant data, where the stack has none.
 void writeConstMacro(Context &context);
 
-/// The arrays of variables that the tool manages; tells the signals their places.
+/// The arrays of variables that the tool manages; gives the signals their places.
 void defineManagedVariables(Context &context);
 
 /// One table for each group and each identifier. Reads the places of managed variables.

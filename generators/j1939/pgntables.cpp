@@ -12,7 +12,7 @@ struct TableWords {
     const char *title;
     const char *name; ///< before the suffix of the line
     const char *sizeMacro;
-    const char *start; ///< behind the size
+    const char *start; ///< after the size
     const char *mapping;
 };
 
@@ -54,7 +54,7 @@ void writeFDTrailerData(TextWriter &out, const PgnData &pgn)
               "u\n");
 }
 
-/// Behind the last member that all devices have.
+/// After the last member that all devices have.
 const char *tailOf(const Context &context)
 {
     return context.form.canFd ? "," : "";
@@ -83,7 +83,7 @@ void writeGroupRow(Context &context, const QString &mapping, const Group &group)
                {"cycleTimeMs", pgn.cycleTimeMs},
                {"inhibitTimeMs", pgn.inhibitTimeMs},
                {"priority", pgn.priority}});
-    // Deliberate: the rows that the mapping has, not the number that the record tells, which may
+    // Deliberate: the rows that the mapping has, not the number that the record gives, which may
     // lead beyond them; held by tst_pgngenerator.
     out.parts("\t", quint32(group.mapping.size()), "u", tailOf(context),
               " /* number of mappings */\n");
@@ -123,7 +123,7 @@ QString addressText(const QString &element)
 
 QString startAddress(const Context &context, const Line &line)
 {
-    // Deliberate: a list tells addresses by the numbers of lines, as in the check, the NAME and the
+    // Deliberate: a list gives addresses by the numbers of lines, as in the check, the NAME and the
     // DBC file, and a line alone beyond its end takes the first; no address is the null address.
     // Held by tst_pgngenerator.
     const auto beyond =

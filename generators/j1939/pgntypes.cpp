@@ -150,7 +150,7 @@ const char *Pgn::typeTagOfGroup(quint32 dataType)
 const char *Pgn::typeTagOfIdentifier(quint32 dataType)
 {
     const TagRow *row = rowOf(kTags, dataType);
-    // Deliberate: a number that is no type has no word of its own, and no bits either; held by
+    // Deliberate: a number that is not a type has no word of its own, and no bits either; held by
     // tst_pgngenerator.
     return row ? row->tag : "CORE_DTYPE_NON_NUMERIC";
 }

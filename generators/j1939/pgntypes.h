@@ -9,11 +9,11 @@ namespace Pgn
 /// The array for the managed variable of a type; none for a type that has no such variable.
 std::optional<ValueArray> arrayOf(quint32 dataType);
 
-/// SAE J1939-71: all bits set tell that a parameter is not available. None for signed types and
+/// SAE J1939-71: all bits set say that a parameter is not available. None for signed types and
 /// reals, where the standard has no such value.
 std::optional<quint64> notAvailable(quint32 dataType);
 
-/// A type whose size is told by the signal: its variable is an array.
+/// A type whose size is given by the signal: its variable is an array.
 bool isTextOfGroup(quint32 dataType);
 
 /// The type word of a mapping row of a group, and of a raw CAN identifier.

@@ -1,4 +1,4 @@
-// The variables behind signals that the application leaves to the tool.
+// The variables of signals that the application leaves to the tool.
 #include "generators/abstractgenerator.h"
 #include "generators/ctext.h"
 #include "generators/j1939/pgnsections.h"
@@ -17,7 +17,7 @@ struct ArrayWords {
     ValueArray array;
     const char *declaration; ///< up to the size
     const char *start;       ///< before a value
-    const char *end;         ///< behind it
+    const char *end;         ///< after it
 };
 
 // clang-format off
@@ -84,8 +84,8 @@ QString parameterValue(const Group &group, ValueArray array, const SignalData &d
 {
     if (group.data.number == ParameterGroup::kAddressClaimed)
         return valueText(array, data.defaultValue);
-    // Deliberate: signed parameters and reals have variables too, for their mappings refer to them;
-    // held by tst_pgngenerator.
+    // Deliberate: signed parameters and reals have variables too, since their mappings refer to
+    // them; held by tst_pgngenerator.
     const std::optional<quint64> unknown = notAvailable(data.dataType);
     return valueText(array, unknown ? QString::number(*unknown) : data.defaultValue);
 }

@@ -37,7 +37,7 @@ QVector<const Group *> groupsOf(const Line &line, const DirectionWords &words)
 
 /// Deliberate: a managed signal has no address here. Its variable is local to the source of the
 /// other groups, and the check takes it for an error; the row stays, since it keeps the place of
-/// those behind it. Held by tst_sdmgenerator.
+/// those after it. Held by tst_sdmgenerator.
 void writeSignalRow(Context &context, const Signal &signal)
 {
     context.out.parts(addressInGroup(signal), ", ", bitsInGroup(signal), "u");
@@ -106,7 +106,7 @@ void writeTable(Context &context, const Line &line, const DirectionWords &words)
             "};\n\n");
 }
 
-/// A table and its length, as a row of the configuration tells them.
+/// A table and its length, as a row of the configuration gives them.
 QString tableReference(const Context &context, const Line &line, const DirectionWords &words)
 {
     const int groups = groupsOf(line, words).size();

@@ -16,7 +16,7 @@ namespace
 struct IndicationRow {
     const char *setting; ///< holds the function's name
     const char *returnType;
-    const char *parameters; ///< behind the line, up to the end of the text line
+    const char *parameters; ///< after the line, up to the end of the text line
 };
 
 // clang-format off

@@ -24,7 +24,7 @@ constexpr Dialect v4Dialect()
     return {ObjDict::v4Dialect(), Pgn::v4Dialect()};
 }
 
-/// What the project needs, decided before the file is opened, since its name hangs on it.
+/// What the project needs, decided before the file is opened, since its name depends on it.
 struct Facts {
     bool hasCANopen = false; ///< some line speaks it, as below; one of both protocols counts twice
     bool hasJ1939 = false;

@@ -143,7 +143,7 @@ void writeEntryBody(Context &context)
         out.raw(context.of(kCommonCall));
         out.raw(context.objDict.form.canFd ? ", pModes);\n" : ");\n");
     }
-    // Deliberate: not all lines, for one of unknown type has no function to call, and the program
+    // Deliberate: not all lines, since one of unknown type has no function to call, and the program
     // would not link; held by tst_mixedc.
     for (const quint8 line : startedLines(context)) {
         out.block(R"(
@@ -267,7 +267,7 @@ void writeLineNumbers(Context &context)
     out.raw(" };\n");
 }
 
-/// The application tells protocols and modes by the number of a line. Deliberate: where numbers
+/// The application gives protocols and modes by the number of a line. Deliberate: where numbers
 /// have gaps a table leads from place to number, held by tst_mixedc.
 void writeLoop(Context &context)
 {
@@ -361,7 +361,7 @@ void writeSingleProtocol(Context &context)
     // Deliberate: before the pointer is read for the first time, held by tst_mixedc.
     out.parts("\n", kProtocolCheck);
     out.raw("    commonInitVars.protocolType[0] = *pProtType;\n");
-    // Deliberate: an application that has no modes to tell gives none, held by tst_mixedc.
+    // Deliberate: an application without modes to set gives none, held by tst_mixedc.
     if (context.objDict.form.canFd)
         out.block(R"(
     if (pModes != NULL) {

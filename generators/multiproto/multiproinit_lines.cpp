@@ -13,7 +13,7 @@ using Pgn::Line;
 constexpr int kMaster = 1;
 constexpr int kMasterByList = 2; ///< the setting of the lines' roles decides
 
-// Of a line that speaks CANopen, behind its first SDO server.
+// Of a line that speaks CANopen, after its first SDO server.
 constexpr ObjDict::WriteService kServices[] = {
     ObjDict::initFurtherSdoServers,
     ObjDict::initSdoClients,
@@ -51,7 +51,7 @@ RET_T mpStackInit_line$line$(
 {
 )",
               {{"line", line}});
-    // Deliberate: compilers warn of a parameter that is not used, held by tst_mixedc.
+    // Deliberate: compilers warn about a parameter that is not used, held by tst_mixedc.
     out.parts(variable, "    (void) pCoOptions; /* currently unused */\n\n");
 }
 
@@ -127,7 +127,7 @@ void writeNmt(Context &context, const Role &role)
                                     "    retVal = coNmtInit(canLine, 0u);\n");
 }
 
-/// All of CANopen behind the first SDO server. Only a line that speaks nothing else negotiates its
+/// All of CANopen after the first SDO server. Only a line that speaks nothing else negotiates its
 /// node-ID.
 void writeCANopenServices(Context &context, const CallForm &form, bool isCANopenOnly)
 {

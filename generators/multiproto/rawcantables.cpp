@@ -45,7 +45,7 @@ void writeRow(TextWriter &out, const TableWords &words, const QString &prefix,
         out.parts("\t", quint32(data.cycleTimeMs), "u, /* cycletime in ms */ \n");
         out.parts("\t", quint32(data.inhibitTimeMs), "u, /* inhibit time in ms */ \n");
     }
-    // Deliberate: the rows that the mapping has, not the number that the record tells, which may
+    // Deliberate: the rows that the mapping has, not the number that the record gives, which may
     // lead beyond them; held by tst_multiprogenerator.
     out.parts("\t", quint32(identifier.mapping.size()), "u /* number of mappings */\n");
     out.raw(" }");

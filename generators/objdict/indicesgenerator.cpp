@@ -27,7 +27,7 @@ QString onlyNameCharacters(QString text)
     return text;
 }
 
-/// \a text behind one of the prefixes that tell kinds of names apart.
+/// \a text after one of the prefixes that tell kinds of names apart.
 QString prefixedName(const char *kind, const QString &text)
 {
     return IndexDefines::replaceInvalidCharacters(QLatin1String(kind) + text.toUpper());
@@ -58,7 +58,7 @@ QString subIndexName(const SubIndexData &data, quint16 index, quint8 sub)
     return prefixedName("S_", name);
 }
 
-/// Place holders take the low 16 bits of a number.
+/// Placeholders take the low 16 bits of a number.
 QString frameName(const char *kind, const QString &name, quint32 number)
 {
     return prefixedName(kind, Helper::substituteVariables(name, static_cast<quint16>(number), 0));

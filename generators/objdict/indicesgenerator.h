@@ -45,7 +45,7 @@ public:
     bool isTaken(const QString &name, quint32 value) const;
 
     /// The name to define as \a value: \a name, or if that is taken, with \a separator and the
-    /// first count behind it that makes it new. None if there is just this define already.
+    /// first count after it that makes it new. None if there is just this define already.
     std::optional<QString> claimCounted(const QString &name, quint32 value, const char *separator);
 
     /// \a name, or none if it has a define, whatever its value.

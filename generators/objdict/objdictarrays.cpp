@@ -49,7 +49,7 @@ constexpr ClassRow kClasses[] = {
     {ValueClass::I24, NumberKind::Signed, 24, Type::Integer24, "\t", "", ",\n",
      "static INTEGER24 $storage$\tod_i24[", "static $const$ INTEGER24 $storage$\tod_const_i24[",
      "static INTEGER24 $storage$ * $const$ \tod_ptr_i24[", "od_i24", "od_const_i24"},
-    // Deliberate: the blank behind the line end of variables, held by tst_golden.
+    // Deliberate: the blank after the line end of variables, held by tst_golden.
     {ValueClass::I32, NumberKind::Signed, 32, Type::Unknown, "\t(INTEGER32)", "L", ",\n ",
      "static INTEGER32 $storage$\tod_i32[", "static $const$ INTEGER32 $storage$\tod_const_i32[",
      "static INTEGER32 $storage$ * $const$ \tod_ptr_i32[", "od_i32", "od_const_i32"},

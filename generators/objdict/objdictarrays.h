@@ -28,7 +28,7 @@ struct ClassRow {
 const ClassRow &rowOf(ValueClass valueClass);
 
 /// The value in the class's width, a signed one sign-extended, a real one as the bits of a float.
-/// 0 for a text that is no number or, for a real, not a finite one.
+/// 0 for a text that is not a number or, for a real, not a finite one.
 quint64 parseValue(ValueClass valueClass, const QString &text);
 
 /// As parseValue(), but numbers with a sign are read in decimal only.

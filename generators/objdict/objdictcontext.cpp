@@ -70,7 +70,7 @@ ObjDict::Form ObjDict::readForm(const ObjectDataBase &store, quint8 activeLine)
                           : project.numbers.first();
     const GeneralSettings settings(store);
     form.canFd = settings.decimal("canfd_supported") > 0;
-    // Read as the definitions header reads it: its macro and the rows must tell the same.
+    // Read as the definitions header reads it: its macro and the rows must say the same.
     form.hasLimitCheck = settings.byPrefix("limit_check") > 0;
     return form;
 }

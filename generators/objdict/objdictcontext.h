@@ -97,8 +97,8 @@ struct Positions {
     bool hasConstUtf8String = false;
     bool hasUtf8String = false;
 
-    /// An array has more values than a position can tell; set by whoever gives positions, read by
-    /// the shell, which fails the job.
+    /// An array has more values than a position can address; set by whoever gives positions, read
+    /// by the shell, which fails the job.
     bool isOverfull = false;
 };
 
@@ -133,7 +133,7 @@ struct Form {
     bool compactArrays = false;
     bool canFd = false;
     bool sdoServerOnly = false; ///< the form for the CAM11/CAM21 SDO server of a J1939 device
-    bool hasLimitCheck = false; ///< rows of the description tell limits
+    bool hasLimitCheck = false; ///< rows of the description give limits
 };
 
 /// The form that the project asks for. compactArrays and sdoServerOnly are left to the caller.

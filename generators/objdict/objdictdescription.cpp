@@ -308,7 +308,7 @@ const char *ObjDict::objectTypeWord(CANopen::ObjectCode code, int subs)
     case CANopen::ObjectCode::Record:
         return "CO_ODTYPE_STRUCT";
     default:
-        // Deliberate: a row without a word is no C, held by tst_generatedc.
+        // Deliberate: a row without a word is not C, held by tst_generatedc.
         return subs > 1 ? "CO_ODTYPE_STRUCT" : "CO_ODTYPE_VAR";
     }
 }

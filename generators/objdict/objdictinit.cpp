@@ -9,7 +9,7 @@ namespace ObjDict
 namespace
 {
 
-// Behind the first SDO server, in the order of the start-up.
+// After the first SDO server, in the order of the start-up.
 constexpr WriteService kServices[] = {
     initCommonServices, initGfc, initSrdos, initIsoTp, initIdNego, initGuarding,
 };
@@ -21,7 +21,7 @@ const char *modeOfLine(const Context &context)
     return hasNewInitStructure(context) ? "commonInitVars.fdMode[0]" : "serviceInitVars.fdMode[0]";
 }
 
-/// 0 slave, 1 master, 2 as the options of the run tell.
+/// 0 slave, 1 master, 2 as the options of the run say.
 qint32 readMasterSetting(const Context &context)
 {
     return context.settings.decimalOfLine("nmtmaster", context.form.singleLine);

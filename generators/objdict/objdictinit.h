@@ -9,15 +9,15 @@ namespace ObjDict
 
 // One of these three is written, by the form of the file. Positions and PDO tables are filled.
 
-/// `coCanOpenStackInit` for the only line, or `coCanOpenStackInitPara` if options of the run tell
+/// `coCanOpenStackInit` for the only line, or `coCanOpenStackInitPara` if options of the run say
 /// whether the device is master.
 void initObjectDictionary(Context &context);
 
-/// All calls behind that of the dictionary, for a single line: services, the function that loads
+/// All calls after that of the dictionary, for a single line: services, the function that loads
 /// parameters, the roles of NMT and LSS.
 void initServices(Context &context, const CallForm &form);
 
-/// Do the parameters of a single line's start-up have options, which tell the NMT role?
+/// Do the parameters of a single line's start-up have options, which give the NMT role?
 bool isMasterByOptions(const Context &context);
 
 /// The same for several lines: the whole start-up, its parts for one line each, and what all lines
@@ -35,7 +35,7 @@ struct FinishWords {
     const char *head;
     const char *variable;
 };
-/// \a lines are those whose objects tell whether PDOs are routed.
+/// \a lines are those whose objects say whether PDOs are routed.
 void writeFinishFunction(Context &context, const FinishWords &words, const QList<quint8> &lines);
 
 /// The call that hands the dictionary of a line to the stack; \a offset is the line's first row in

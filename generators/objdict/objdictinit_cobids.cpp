@@ -23,7 +23,7 @@ constexpr CobIdRange kSdoServersOfLine
                                      = {ObjectRanges::kFurtherSdoServers, 2, "\n\t/* SDO server COB IDs starting at 2nd SDO server */\n"};
 constexpr CobIdRange kSdoClients     = {ObjectRanges::kSdoClients,        2, "\n\t/* SDO client COB IDs */\n"};
 constexpr CobIdRange kRpdos          = {ObjectRanges::kRpdoParameters,    1, "\n\t/* RxPDO COB IDs */\n"};
-// Deliberate: whether there are TPDOs is asked of their own range, held by tst_generatedc.
+// Deliberate: whether there are TPDOs is decided by their own range, held by tst_generatedc.
 constexpr CobIdRange kTpdos          = {ObjectRanges::kTpdoParameters,    1, "\n\t/* TxPDO COB IDs */\n"};
 
 constexpr CobIdRange kSingleLine[] = {kSdoServers, kSdoClients, kRpdos, kTpdos};
@@ -36,7 +36,7 @@ struct Words {
     const char *addNodeId;
 };
 
-/// A summand of C. Deliberate: a text that is no number counts as 0, and decimal digits behind a
+/// A summand of C. Deliberate: a text that is not a number counts as 0, and decimal digits after a
 /// zero are not octal; held by tst_generatedc.
 QString numberOfC(const QString &text)
 {
@@ -122,7 +122,7 @@ void writeRange(Context &context, quint8 line, const Words &words, const CobIdRa
     }
 }
 
-/// Deliberate: a variable that no line uses is not declared, for compilers warn of it; held by
+/// Deliberate: a variable that no line uses is not declared, since compilers warn about it; held by
 /// tst_generatedc.
 void writeHead(Context &context, bool usesCobIds)
 {

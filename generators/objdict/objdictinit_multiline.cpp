@@ -20,12 +20,12 @@ constexpr FinishWords kFinishWords = {"\n"
                                       "{\n",
                                       "    RET_T retVal;\n"};
 
-// Of a line, behind its SDO clients.
+// Of a line, after its SDO clients.
 constexpr WriteService kServices[] = {
     initCommonServices, initIsoTp, initIdNego, initGuarding, initGfcOfLine, initSrdos, initLed,
 };
 
-/// The options of the run tell whether the device is NMT master, at least on one line.
+/// The options of the run say whether the device is NMT master, at least on one line.
 bool isDynamic(const Context &context)
 {
     return context.settings.text("nmtmaster").contains(QLatin1Char('2'));
@@ -71,7 +71,7 @@ const char *modesArgument(const Context &context)
 }
 
 /// Deliberate: where no line has a start-up function, what only those take is not used, and
-/// compilers warn of it; held by tst_generatedc.
+/// compilers warn about it; held by tst_generatedc.
 void ignoreWithoutLines(Context &context, const char *name)
 {
     if (context.form.servedLines.isEmpty())
@@ -267,7 +267,7 @@ $modes$       )
                       {{"line", line},
                        {"modes", context.form.canFd ? "                  , BOOL_T *pModes\n" : ""},
                        {"value", mayCheckUnset(context, line) ? " = RET_OK" : ""}});
-    // Deliberate: also where only other lines look at the options, for compilers warn of a
+    // Deliberate: also where only other lines look at the options, since compilers warn about a
     // parameter that is not used; held by tst_generatedc.
     if (!isMasterByOptions(context, line))
         context.out.raw("    (void) pCoOptions; /* currently unused */\n\n");

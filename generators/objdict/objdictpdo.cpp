@@ -75,7 +75,7 @@ TableShape readTableShape(const Context &context)
 }
 
 /// The rows of a table that carry entries. Deliberate: a mapping that claims more entries than any
-/// mapping object of the project has is cut, for the stack reserves no more rows, held by
+/// mapping object of the project has is cut, since the stack reserves no more rows, held by
 /// tst_generatedc.
 int filledRows(quint8 mappedCount, const TableShape &shape)
 {
@@ -90,7 +90,7 @@ int writtenCount(quint8 mappedCount, const TableShape &shape)
 }
 
 /// Between "mapTable..." and the number: tells the tables of several lines apart. Deliberate: the
-/// letters go on with capitals behind line 25, for the next characters of ASCII end an identifier,
+/// letters go on with capitals after line 25, since the next characters of ASCII end an identifier,
 /// held by tst_golden.
 QString lineSuffix(const Context &context, quint8 line)
 {
@@ -139,7 +139,7 @@ static $const$ $type$ $storage$	$name$$suffix$$number$ = {
                        {"count", count}});
 }
 
-/// All tables have the same number of rows; \a emptyRow fills those behind the last entry.
+/// All tables have the same number of rows; \a emptyRow fills those after the last entry.
 void closeTable(TextWriter &out, int filled, const TableShape &shape, const QString &emptyRow)
 {
     for (int row = filled + 1; row <= shape.rows; ++row) {
@@ -243,7 +243,7 @@ void writeUniqueRpdoTables(Context &context, quint8 line, const TableShape &shap
         writeUniqueRpdoTable(context, line, position, shape);
 }
 
-/// What the tables of a gateway have beside those of other devices.
+/// What the tables of a gateway have besides those of other devices.
 struct RouteTables {
     QList<quint8> lines; ///< columns of a routing list
     TpdoLookup tpdos;

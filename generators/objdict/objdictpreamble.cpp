@@ -21,7 +21,7 @@ constexpr quint8 kHighestLine = 31;
 /// A pointer to a function of the application, written if the setting names one.
 struct IndicationRow {
     const char *setting;
-    const char *declaration; ///< behind the constant macro
+    const char *declaration; ///< after the constant macro
 };
 
 // clang-format off

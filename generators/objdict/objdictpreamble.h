@@ -7,7 +7,7 @@
 namespace ObjDict
 {
 
-/// Who writes what, as the heads of files tell it.
+/// Who writes what, as the heads of files say.
 struct HeadFacts {
     QString projectName;
     QString toolVersion;

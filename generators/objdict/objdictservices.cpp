@@ -7,7 +7,7 @@ namespace
 using ObjDict::Reference;
 using ObjDict::ServiceRow;
 
-// Deliberate: 0x1016 and 0x1301 to 0x13F0 begin with subindex 1, and 0x13F1 to 0x13FD are no rows:
+// Deliberate: 0x1016 and 0x1301 to 0x13F0 begin with subindex 1, and 0x13F1 to 0x13FD are not rows:
 // what the stack does not answer needs a variable and its position. Held by tst_generatedc.
 // clang-format off
 constexpr ServiceRow kServices[] = { // ascending

@@ -298,7 +298,7 @@ $value$    }
 )",
               {{"value", words.value}});
     // Deliberate: with a function that is bound at compile time the parameter is not looked at, and
-    // compilers warn of it; held by tst_golden.
+    // compilers warn about it; held by tst_golden.
     if (context.settings.isSet("fct_store"))
         out.raw("    (void) pLoadFunction;\n");
     else

@@ -36,7 +36,7 @@ void initLed(Context &context, const CallForm &form);
 /// From error control to SRD: the services whose order all forms share.
 void initCommonServices(Context &context, const CallForm &form);
 
-/// Check of `retVal` behind a call, with \a indent blanks more than the body of a function has.
+/// Check of `retVal` after a call, with \a indent blanks more than the body of a function has.
 void addRetValHandling(Context &context, int indent);
 
 /// A call with its check. \a call ends in "("; \a arguments follow the line, if it is named.

@@ -44,7 +44,7 @@ QString ObjDict::literalOfSize(const QString &value, quint32 size)
         content = CText::stringContent(value);
         held = CText::literalBytes(content);
     }
-    // Deliberate: the stack reads as many bytes as the size tells, also of a shorter text; held by
+    // Deliberate: the stack reads as many bytes as the size says, also of a shorter text; held by
     // tst_golden. C adds one zero itself.
     if (size <= kLargestFilled && size > held + 1)
         content += QStringLiteral("\\000").repeated(static_cast<int>(size - held - 1));

@@ -7,7 +7,7 @@
 namespace ObjDict
 {
 
-/// Bytes behind "|x", two hexadecimal digits each, a last single digit by itself; else the text in
+/// Bytes after "|x", two hexadecimal digits each, a last single digit by itself; else the text in
 /// UTF-8.
 QByteArray stringBytes(const QString &value);
 

@@ -25,7 +25,7 @@ struct VariableArray {
     QVector<Key> keys;
 };
 
-/// What stands behind the count of a managed array.
+/// What stands after the count of a managed array.
 struct ManagedStyle {
     bool isInitialised = false;
     QString specifier;

@@ -126,7 +126,7 @@ RET_T userOverwriteStringDefaultvalues(void)
         ObjectDataBase::SUBINDEX_DATA_T data;
         if (!context.store.getSubIndexData(lineOf(key), indexOf(key), subOf(key), data))
             continue;
-        // Deliberate: place holders of the name are filled as in the table of pointers, held by
+        // Deliberate: placeholders of the name are filled as in the table of pointers, held by
         // tst_golden.
         out.fill("    /* $line$: $index$ - $sub$ */\n"
                  "    memcpy($variable$, &stringDefaultValues[$offset$], $size$);\n",

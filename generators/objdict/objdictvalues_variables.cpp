@@ -67,7 +67,7 @@ constexpr StringRow kDomainRow = {"static CO_DOMAIN_PTR\tod_domain[",
                                   "static UNSIGNED32 $storage$\tod_domain_len[",
                                   "static UNSIGNED32 $storage$\tod_domain_actLen[", true};
 
-/// Domains get their place also as managed objects: their tag tells no difference.
+/// Domains get their place also as managed objects: their tag makes no difference.
 bool isPointedTo(const ObjectDataBase::SUBINDEX_DATA_T &data)
 {
     return data.implementation == Implementation::kApplicationVariable ||

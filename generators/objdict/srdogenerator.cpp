@@ -93,7 +93,7 @@ bool hasLineThat(const ObjectDataBase &store, bool (*matches)(LineType))
                        [&](quint8 line) { return matches(readLineType(store, line)); });
 }
 
-/// Beside J1939 and raw CAN a header declares the variables of all lines.
+/// Besides J1939 and raw CAN a header declares the variables of all lines.
 bool hasOtherProtocols(const ObjectDataBase &store)
 {
     return hasLineThat(

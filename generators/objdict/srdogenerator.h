@@ -24,7 +24,7 @@ private:
 namespace Srdo
 {
 
-/// A COB-ID that may hang on the node-ID: base + nodeIdFactor * node-ID.
+/// A COB-ID that may depend on the node-ID: base + nodeIdFactor * node-ID.
 struct CobId {
     quint32 base = 0;
     quint8 nodeIdFactor = 0;
@@ -34,14 +34,15 @@ struct CobId {
 CobId parseCobId(const QString &value);
 
 /// One entry of a mapping object. Entries with odd subindices are the plain data, each with its
-/// inverse behind it.
+/// inverse after it.
 struct MapEntry {
     QString address; ///< C expression, "NULL" for what is no application variable
     quint32 mapping = 0;
     bool isInverted = false;
 };
 
-/// One SRDO as its communication object 0x1301 to 0x137F and the mapping object 0x80 above it tell.
+/// One SRDO as its communication object 0x1301 to 0x137F and the mapping object 0x80 above it
+/// describe it.
 struct Parameters {
     quint8 line = 0;
     quint8 number = 0;    ///< from 1
