@@ -32,27 +32,6 @@ constexpr ObjectService kGuarding     = {ObjectIndex::kSlaveAssignment, "\n    /
 constexpr WriteService kCommonServices[] = {
     initErrorControl, initEmcyProducer, initSync, initEmcyConsumer, initTime, initPdos, initSrd,
 };
-
-// The macros come from the definitions header.
-constexpr const char *kServiceCounts =
-    "       { CO_OBJECT_COUNTS },\n"
-    "       { CO_TXPDO_COUNTS },\n"
-    "       { CO_RXPDO_COUNTS },\n"
-    "#ifdef CO_SRDO_SUPPORTED\n"
-    "       { CO_SRDO_COUNTS },\n"
-    "#endif /* CO_SRDO_SUPPORTED */\n"
-    "       { CO_SSDO_COUNTS },\n"
-    "       { CO_CSDO_COUNTS },\n"
-    "       { CO_ERR_CTRL_COUNTS },\n"
-    "       { CO_ERR_HIST_COUNTS },\n"
-    "       { CO_ACT_ERR_HIST_COUNTS },\n"
-    "       { CO_EMCY_CONS_COUNTS },\n"
-    "#ifdef CO_NETWORK_ROUTING_CNT\n"
-    "       { CO_NETWORK_ROUTING_COUNTS }, \n"
-    "#endif /* CO_NETWORK_ROUTING_CNT */\n"
-    "       { CO_ASSIGN_COUNTS },\n"
-    "       { CO_GUARDING_COUNTS },\n"
-    "       { CO_NODE_IDS }, \n";
 // clang-format on
 
 constexpr const char *kGfcCall = "    retVal = coGfcInit(";
@@ -314,15 +293,33 @@ void writeServiceInitVars(Context &context, const char *start, const char *versi
         const quint32 version = initStructVersion(InitStruct::CANopen, context.store);
         out.parts("       ", version, versionEnd);
     }
-    out.raw(kServiceCounts);
-    // The old structure holds the mode of the line as well. Deliberate: so in both forms, for a
-    // member without a value makes compilers warn; held by tst_golden.
-    if (context.form.canFd && !hasNewInitStructure(context))
-        out.raw("       { CO_NODE_ID_FUNCTIONS }, \n"
-                "       { CO_TRUE }\n");
-    else
-        out.raw("       { CO_NODE_ID_FUNCTIONS } \n");
-    out.raw("    };\n");
+    // The macros come from the definitions header. The old structure holds the mode of the line as
+    // well. Deliberate: so in both forms, since a member without a value makes compilers warn; held
+    // by tst_golden.
+    const bool holdsMode = context.form.canFd && !hasNewInitStructure(context);
+    out.block(R"(
+       { CO_OBJECT_COUNTS },
+       { CO_TXPDO_COUNTS },
+       { CO_RXPDO_COUNTS },
+#ifdef CO_SRDO_SUPPORTED
+       { CO_SRDO_COUNTS },
+#endif /* CO_SRDO_SUPPORTED */
+       { CO_SSDO_COUNTS },
+       { CO_CSDO_COUNTS },
+       { CO_ERR_CTRL_COUNTS },
+       { CO_ERR_HIST_COUNTS },
+       { CO_ACT_ERR_HIST_COUNTS },
+       { CO_EMCY_CONS_COUNTS },
+#ifdef CO_NETWORK_ROUTING_CNT
+       { CO_NETWORK_ROUTING_COUNTS }, 
+#endif /* CO_NETWORK_ROUTING_CNT */
+       { CO_ASSIGN_COUNTS },
+       { CO_GUARDING_COUNTS },
+       { CO_NODE_IDS }, 
+       { CO_NODE_ID_FUNCTIONS }$mode$
+    };
+)",
+              {{"mode", holdsMode ? ", \n       { CO_TRUE }" : " "}});
 }
 
 void writeCommonInitVars(Context &context)
