@@ -1,4 +1,4 @@
-// The files by which an installed protocol stack tells what it offers.
+// The files in which an installed protocol stack says what it offers.
 #pragma once
 
 #include <QDomDocument>
@@ -44,7 +44,7 @@ public:
 
     void setFeatureFile(const QString &path) { file = path; }
 
-    /// Version of this tool that the stack was made for; "0.0" if the file tells none, or is no
+    /// Version of this tool that the stack was made for; "0.0" if the file names none, or is no
     /// feature file.
     QString getReqiuredToolVersion() const;
     /// Version of the stack itself; likewise.

@@ -1,4 +1,4 @@
-// The check of the model: what would give a wrong device is told before a file is written.
+// The check of the model: what would give a wrong device is reported before a file is written.
 //
 // One source a topic: modelchecker.cpp (reporting, settings), _objects (one object), _global (the
 // project), _canopen and _canopen_pdo (a CANopen line), _j1939 (a J1939 line), _features (the
@@ -48,10 +48,10 @@ public:
     qint32 startGlobalCheck(ObjectDataBase *store);
 
     /// Number of errors of the line. Sets \a corrected when it changed the project; never clears
-    /// it. Lets the event loop run once an object.
+    /// it. Lets the event loop run at each object.
     qint32 startCANopenCheck(quint8 lineNumber, ObjectDataBase *store, bool &corrected);
 
-    /// Number of errors of the line, with those of a startCANopenCheck() that went before on the
+    /// Number of errors of the line, with those of a startCANopenCheck() that ran before on the
     /// same line. \a specialPgns are the groups that the stack handles itself; the line count is
     /// not looked at.
     qint32 startJ1939Check(quint8 lineCount, quint8 lineNumber, ObjectDataBase *store,
@@ -72,7 +72,7 @@ public:
     void checkSub(quint16 index, quint8 subIndex, const SubIndexData &data,
                   CANopen::ObjectCode objectCode);
 
-    /// Must subindex 0 tell the number of entries?
+    /// Must subindex 0 hold the number of entries?
     bool checkSub0Required(quint8 lineNumber, quint16 index) const;
     /// Of a PDO mapping object: may it be changed at run time?
     bool isDynamicMapping(quint8 lineNumber, quint16 index) const;
@@ -146,7 +146,7 @@ private:
     /// has none, in order.
     void readUserSettings(const QStringList &siblings);
 
-    /// Tells on standard error of a list by line that has no element for line \a number. The run
+    /// Warns on standard error of a list by line that has no element for line \a number. The run
     /// goes on with what the setting's reader has for such a line.
     static void warnOfShortList(const QString &setting, const QString &list, quint8 number,
                                 const QString &otherAdvice = {});

@@ -123,7 +123,7 @@ void ModelChecker::checkLineSettings()
         report(Msg::MultiMasterNotPerLine, {});
 }
 
-/// Where the object is missing, its kind is wrong too: both is told.
+/// Where the object is missing, its kind is wrong too: both are reported.
 void ModelChecker::checkDeviceType()
 {
     IndexData object;

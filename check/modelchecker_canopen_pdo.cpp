@@ -29,7 +29,7 @@ Entry entryOf(quint32 value)
             static_cast<quint8>(value)};
 }
 
-/// The three place holders of a message on the object behind a mapping entry.
+/// The three place holders of a message on the object that a mapping entry names.
 QStringList argumentsOf(quint16 mapping, const Entry &entry)
 {
     return {hex4(mapping), hex4(entry.index), hex2(entry.subIndex)};

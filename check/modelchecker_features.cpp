@@ -73,7 +73,7 @@ constexpr ServiceRow kServices[] = {                // row order is report order
 };
 // clang-format on
 
-/// Reads of the project what the numbers of Demand say.
+/// Reads from the project what the numbers of Demand count.
 void readCounts(const ObjectDataBase &store, quint8 line, Demand &demand)
 {
     demand.sdoServers = store.getIndices(line, ObjectRanges::kSdoServers).size();

@@ -30,7 +30,7 @@ struct RangeRow {
 };
 
 // clang-format off
-// Deliberate: a type that is not listed takes no negative number, a signed one neither; held by
+// Deliberate: a type that is not listed takes no negative number, not even a signed one; held by
 // tst_modelchecker "ranges".
 constexpr RangeRow kRanges[] = {
     {CANopenDataType::Boolean,                0,             1},
@@ -234,7 +234,7 @@ void ModelChecker::checkAccess(quint16 index, quint8 subIndex, const SubIndexDat
            {hex4(index), hex2(subIndex), data.accessType});
 }
 
-/// A managed variable has a number as its memory.
+/// A managed variable is kept as a number.
 void ModelChecker::checkStrings(quint16 index, quint8 subIndex, const SubIndexData &data)
 {
     if (data.implementation != Implementation::kManagedVariable)

@@ -1,4 +1,4 @@
-// What of a project's file the messages of the check are about, so that a finding can be shown
+// The part of a project's file that a message of the check is about, so that a finding can be shown
 // where it is mended.
 #pragma once
 

@@ -6,7 +6,7 @@
 #include <QStringList>
 
 /// Reads line by line; blank lines and lines that begin with "#" are passed over. The first line
-/// left tells the separator: "," if it holds one, else ";".
+/// left decides the separator: "," if it holds one, else ";".
 ///
 /// A field in double quotes may hold separators, line ends and doubled quotes (RFC 4180). A field
 /// that begins with a quote but has no closing one before a separator or line end is plain text, as

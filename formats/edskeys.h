@@ -43,7 +43,7 @@ constexpr const char *kModificationTime = "ModificationTime";
 constexpr const char *kModificationDate = "ModificationDate";
 constexpr const char *kModifiedBy = "ModifiedBy";
 constexpr const char *kLines = "Lines";
-constexpr const char *kLine = "Line"; ///< with a number from 1 behind it
+constexpr const char *kLine = "Line"; ///< followed by a number from 1 on
 
 // --- Entries about the device ---
 

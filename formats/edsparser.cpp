@@ -180,7 +180,7 @@ const QLatin1String kFieldKeys[FieldCount] = {
 class Entries
 {
 public:
-    /// What \a edsSection does not tell is taken from \a fallback.
+    /// What \a edsSection does not say is taken from \a fallback.
     Entries(const EdsReader &edsReader, const EdsSection &edsSection,
             const EdsSection *fallback = nullptr)
         : reader(edsReader), section(edsSection)
@@ -268,7 +268,7 @@ private:
         for (const EdsEntry &entry : entries) {
             for (int field = 0; field < FieldCount; ++field) {
                 const QLatin1String key = kFieldKeys[field];
-                // Nearly all files have the keys in this case, which is told faster.
+                // Nearly all files have the keys in this case, which is quicker to compare.
                 if (entry.key.size() == key.size() &&
                     (entry.key == key || entry.key.compare(key, Qt::CaseInsensitive) == 0))
                     found[size_t(field)] = &entry;
@@ -394,7 +394,7 @@ public:
                             const ObjectSections::Sub &sub) const
     {
         const EdsSection &section = reader.sections()[sub.section];
-        // Some tools write a subindex 0 without data behind the variable that has them.
+        // Some tools write a subindex 0 without data after the variable that has them.
         const bool isBare = sub.number == 0 && mayHoldValue(sections, object.objectCode) &&
                             !Entries(reader, section).holdsData();
         const Entries entries(reader, section,

@@ -17,7 +17,7 @@ class EdsParser : public QObject
 public:
     explicit EdsParser(QObject *parent = nullptr) : QObject(parent) {}
 
-    /// Raises newIndex() for each object in the order of the file, behind it newSubIndex() for each
+    /// Raises newIndex() for each object in the order of the file, after it newSubIndex() for each
     /// of its subindices in the order of the file. False if the file cannot be read or has no
     /// object.
     bool LoadEds(QString file);

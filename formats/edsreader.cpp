@@ -81,7 +81,7 @@ void EdsReader::readLine(const QStringRef &raw)
 {
     const QStringRef line = raw.trimmed();
     if (line.isEmpty()) {
-        // A block that follows the lines of a section ends here; one behind a blank line goes on.
+        // A block that follows the lines of a section ends here; one after a blank line goes on.
         if (!block.isBehindBlank)
             closeBlock();
         lastWasBlank = true;

@@ -19,8 +19,8 @@ struct CANopenSubindex {
     QVariant defaultValue;
     QString currentValue;      ///< DCF: ParameterValue
     QString denotation;        ///< DCF: display name
-    QString lowLimit;          ///< empty if the file does not tell
-    QString upLimit;           ///< empty if the file does not tell
+    QString lowLimit;          ///< empty if the file does not say
+    QString upLimit;           ///< empty if the file does not say
     bool writeDefault = false; ///< the section gives a default value
     bool hasLimits = false;    ///< at least one of the limits is given
     bool refuseRead = false;   ///< ObjFlags: not to be read by a scan
@@ -33,7 +33,7 @@ Q_DECLARE_METATYPE(CANopenSubindex)
 namespace CANopen
 {
 
-/// An object. For a compact one, whose members have no sections of their own, it tells all that is
+/// An object. For a compact one, whose members have no sections of their own, it holds all that is
 /// needed to make them.
 struct CANopenIndex {
     quint16 index = 0;

@@ -10,8 +10,8 @@ namespace EdsValues
 /// \a text up to its first ";", blanks cut.
 QString withoutComment(const QString &text);
 
-/// Decimal (leading zeros allowed), hexadecimal behind "0x", else hexadecimal digits alone. A
-/// comment behind the number is passed over. False if it is no number of 32 bits; \a number then
+/// Decimal (leading zeros allowed), hexadecimal after "0x", else hexadecimal digits alone. A
+/// comment after the number is passed over. False if it is no number of 32 bits; \a number then
 /// stays.
 bool readNumber(const QString &text, quint32 &number);
 

@@ -35,7 +35,8 @@ struct Line {
     const char *equals;
 };
 
-/// Behind a backslash at \a at: past the escaped character, and past both characters of a line end.
+/// After a backslash, with \a at behind it: past the escaped character, and past both characters of
+/// a line end.
 const char *skipEscaped(const char *at, const char *end)
 {
     if (at == end)
@@ -139,7 +140,7 @@ QString unescapedKey(Span span)
     return key;
 }
 
-/// Reads one escape; \a at stands behind the backslash and is moved past it.
+/// Reads one escape; \a at stands after the backslash and is moved past it.
 void appendEscaped(QString *text, const char *&at, const char *end)
 {
     static const char letters[] = "abfnrtv\"?'\\";
@@ -183,7 +184,7 @@ QStringList unescapedTexts(Span span)
     QStringList texts;
     QString text;
     bool inQuotes = false;
-    int kept = 0; // blanks behind this length belong to the layout of the line, not to the text
+    int kept = 0; // blanks after this length belong to the layout of the line, not to the text
     const auto finishText = [&]() {
         while (text.size() > kept &&
                (text.endsWith(QLatin1Char(' ')) || text.endsWith(QLatin1Char('\t'))))

@@ -207,7 +207,7 @@ private:
     struct Quoted {
         const QString &text;
     };
-    /// What a line says its value or comment of; no message: the database.
+    /// What the value or comment in a line belongs to; no message: the database.
     struct Place {
         const KvaDbMessage *message = nullptr;
         const KvaDbSignal *signal = nullptr;
@@ -229,7 +229,7 @@ private:
         return *names.constFind(messageOrSignal);
     }
 
-    /// Texts and numbers, one behind the other.
+    /// Texts and numbers, one after the other.
     template <class... Parts>
     void put(const Parts &...parts)
     {

@@ -38,7 +38,7 @@ public:
 
     /// Runs doImport() on the worker thread. False if it was started before.
     bool startImport();
-    /// Only an import that has not begun yet is left out.
+    /// Only an import that has not begun yet is cancelled.
     void abortImport();
     bool isFinished() const;
     /// Delivers events until the import has ended; returns at once if none was started.
@@ -50,8 +50,8 @@ public:
     /// to "*" for no bits. Types of 24 and of 40 and more bits are unsigned.
     static quint16 getDataTypeFromBitLength(quint16 bits, bool isSigned);
 
-    /// \a text as C name in lower case; with "_" and the hexadecimal \a index behind it if an
-    /// earlier call gave the name away. Empty if nothing of the text may stand in a name.
+    /// \a text as C name in lower case; followed by "_" and the hexadecimal \a index if an earlier
+    /// call gave the name away. Empty if nothing of the text may stand in a name.
     QString proposeVarname(quint32 index, const QString &text);
 
 public slots:
@@ -78,8 +78,8 @@ protected:
     };
 
     bool isInRange(quint32 index) const { return index >= lowIndex && index <= highIndex; }
-    /// Name of the variable behind a string or domain without one of its own: "v_" with index and
-    /// subindex in decimal, apart by "_" where another place has that name.
+    /// Name of the variable of a string or domain without one of its own: "v_" with index and
+    /// subindex in decimal, separated by "_" where another place has that name.
     QString makeVarName(quint16 index, quint8 sub);
     /// Keeps \a text for getLastError() and reports it.
     void fail(const QString &text);

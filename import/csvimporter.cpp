@@ -59,7 +59,7 @@ void CsvImporter::doImport()
     }
     QString text = Helper::decodeText(bytes);
     bytes.clear();
-    text.replace(QChar(QChar::Null), QLatin1Char(' ')); // ends a text for much of what reads it
+    text.replace(QChar(QChar::Null), QLatin1Char(' ')); // ends a text for many readers
     CsvReader reader(text);
     text.clear();
     if (!reader.next())
@@ -118,7 +118,7 @@ bool CsvImporter::handleImportLine(const CsvRow &row)
 void CsvImporter::lookForForeignLine(CsvReader reader, const CsvColumns &columns)
 {
     // Rows of several lines must not be mixed in one, so all of them are looked at; mostly the
-    // first one tells.
+    // first one decides.
     qint64 found = -1;
     while (reader.next()) {
         const QChar first = reader.firstCharacter();

@@ -24,7 +24,7 @@ public:
 
     /// What lines beginning with "d" name; nothing is deleted.
     Q_INVOKABLE void getDeleteList(QList<BaseDataImporter::SubAddress> &list) const;
-    /// What lines beginning with "c" name, a source and behind it its target; nothing is copied.
+    /// What lines beginning with "c" name, a source and after it its target; nothing is copied.
     Q_INVOKABLE void getCopyList(QList<BaseDataImporter::SubAddress> &list) const;
 
 public slots:

@@ -6,12 +6,12 @@
 #include <QStringList>
 #include <QVector>
 
-/// One line of a table, as far as its cells tell. Numbers are as given, in range or not.
+/// One line of a table, as far as its cells say. Numbers are as given, in range or not.
 struct CsvRow {
     qint64 index = -1; ///< -1 if none is given
     qint64 sub = 0;
     qint64 line = -1;      ///< -1: the line that the import goes to
-    bool isObject = false; ///< tells about an object, not about one of its subindices
+    bool isObject = false; ///< is about an object, not about one of its subindices
     bool hasName = false;
     bool hasLowLimit = false; ///< the table has the column; a null limit is an empty cell
     bool hasUpLimit = false;

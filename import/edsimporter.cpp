@@ -44,7 +44,7 @@ void EDSImporter::doImport()
     const Job job(*this);
     if (abortRequested || !database)
         return;
-    // What is written goes into the cache as well, so that the line is not read again behind the
+    // What is written goes into the cache as well, so that the line is not read again after the
     // import.
     database->cacheAllSubs(activeLine, 0);
     EdsParser parser;

@@ -16,7 +16,7 @@ namespace
 /// An entry that becomes the description setting of this name.
 struct InfoKey {
     const char *name;
-    bool isNumber; ///< a comment may stand behind it
+    bool isNumber; ///< a comment may follow it
 };
 
 constexpr InfoKey kFileInfo[] = {

@@ -21,7 +21,7 @@ public:
     /// False if \a path is no file that can be read.
     bool setModifierFile(const QString &path);
 
-    /// Clears the store's write lock, then sets what the file tells. False if the file could not be
+    /// Clears the store's write lock, then sets what the file says. False if the file could not be
     /// opened; a line that sets nothing is no failure.
     bool applyModifierFile();
 

@@ -1,4 +1,4 @@
-// The protocol of a CAN line, as the project's settings tell it.
+// The protocol of a CAN line, as the project's settings say.
 #pragma once
 
 #include <QtGlobal>

@@ -76,7 +76,7 @@ public:
     /// is not looked at.
     bool openDataBase(const QString &file, bool unused = true);
 
-    /// Saves in the form that the name tells; an empty name is the project's own. False if the file
+    /// Saves in the form that the name says; an empty name is the project's own. False if the file
     /// could not be written, the old file then stands as it was. The former file stays as
     /// "<file>.bak" when a database is saved.
     bool saveDataBase(const QString &file);
@@ -380,7 +380,7 @@ public:
     /// Adds a variable, and its object, at the first free place.
     std::optional<SubAddress> addNVObj(quint8 line, quint16 dataType, bool output,
                                        const QString &name);
-    /// A text line for each variable, by position and with its bytes; "ERROR" behind one that
+    /// A text line for each variable, by position and with its bytes; "ERROR" after one that
     /// overlaps the one before it.
     QString getProcessImage(quint8 line) const;
     /// Deletes the variables of all lines that no connection names.

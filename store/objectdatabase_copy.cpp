@@ -48,7 +48,7 @@ void removeGroups(StorePrivate &store, const QString &table, const char *number,
         store.exec(QStringLiteral("delete from %1 where rowid = ?").arg(table), {row});
 }
 
-/// Walks two maps side by side, from the key \a low up to and including \a high, and tells each
+/// Walks two maps side by side, from the key \a low up to and including \a high, and reports each
 /// key whose values differ: \a report gets it with the kind, \a both gets the keys that both have.
 template <class Map, class Report, class Both>
 void walkTogether(const Map &here, const Map &there, typename Map::key_type low,
@@ -108,7 +108,7 @@ bool ObjectDataBase::runCopy(const ObjectDataBase &other, quint8 line, quint8 ot
     bool done = true;
     beginBatch();
     {
-        const QSignalBlocker quiet(this); // all of it is told at the end
+        const QSignalBlocker quiet(this); // all of it is announced at the end
         NODE_DATA_T node;
         if (!existNode(line))
             done = other.getNodeData(*source, node) && addNode(line, node);

@@ -291,7 +291,7 @@ public:
     }
 
 private:
-    /// Makes a cached line hold the frame as its row does; a frame that is new there comes behind
+    /// Makes a cached line hold the frame as its row does; a frame that is new there comes after
     /// those of its number, as its row does.
     void updateFrame(quint8 line, FrameKey key)
     {
@@ -337,7 +337,7 @@ private:
         return a.*Family::kOrder < b.*Family::kOrder;
     }
 
-    /// As its row comes behind those of the same place in the frame.
+    /// As its row comes after those of the same place in the frame.
     static void addInOrder(QVector<Signal> &list, const Signal &signal)
     {
         list.insert(std::upper_bound(list.begin(), list.end(), signal, isBefore), signal);

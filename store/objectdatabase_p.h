@@ -139,7 +139,7 @@ public:
     // --- caches ---
 
     const LineCache *completeCache(quint8 line) const;
-    /// The text behind a cell of a StringId column, the cell itself of any other.
+    /// The text that a cell of a StringId column names, the cell itself of any other.
     template <class Record>
     void readColumn(const Column<Record> &field, Record &record, const QVariant &cell);
     /// The value to bind for a column of \a record.
@@ -260,7 +260,7 @@ public:
 };
 
 /// One run of a prepared statement, forward only. Its text is prepared once a connection. A failure
-/// is logged with the statement and the driver's text, and ok() tells it.
+/// is logged with the statement and the driver's text, and ok() says so.
 class Statement
 {
 public:

@@ -21,7 +21,7 @@ quint8 entryCount(const ObjectDataBase &store, quint8 line, quint16 commIndex)
 
 bool isUsed(const ObjectDataBase &store, quint8 line, quint16 commIndex)
 {
-    // Of an identifier that depends on the node-id the constant part tells as much.
+    // Of an identifier that depends on the node-id the constant part says as much.
     const QString text = store.getSubIndexValue(line, commIndex, 1)
                              .remove(QLatin1String("$NODEID+"), Qt::CaseInsensitive);
     const quint32 cobId = Numbers::toUIntByPrefix(text);

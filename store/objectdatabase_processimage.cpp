@@ -32,7 +32,7 @@ constexpr Range kRanges[] = {
     {0xA640, Type::Integer32, true},  {0xA680, Type::Unsigned32, true},
 };
 
-/// Positions and sizes are bytes; a string of a project may be as long as 32 bits tell.
+/// Positions and sizes are bytes; a string of a project may be as long as 32 bits can say.
 struct Variable {
     SubAddressData address;
     quint64 position;
@@ -122,7 +122,7 @@ std::optional<SubAddressData> ObjectDataBase::findFreeNVVariable(quint8 line, qu
         return std::nullopt;
     const SubAddress place{static_cast<quint16>(range->base + number / kVariablesPerObject),
                            static_cast<quint8>(number % kVariablesPerObject + 1)};
-    // Some ranges are shorter: behind their end the positions of the next one begin.
+    // Some ranges are shorter: after their end the positions of the next one begin.
     if (startPosInProcessImage(place.index, place.subindex) != position)
         return std::nullopt;
     return place;

@@ -371,7 +371,7 @@ QStringList ObjectDataBase::getGeneralLineDependentSettings()
 
 void ObjectDataBase::removeNodeInGeneralSettings(quint8 line)
 {
-    const QSignalBlocker quiet(this); // whoever removes a line tells it
+    const QSignalBlocker quiet(this); // whoever removes a line announces it
     const QString typeKey = QStringLiteral("line%1type").arg(line);
     const QStringList keys = getGeneralSettingsKeys();
     for (const QString &key : keys) {

@@ -261,7 +261,7 @@ bool ObjectDataBase::delNodeFromGroup(const QString &name, quint8 line)
 
 void StorePrivate::removeFromGroups(quint8 line)
 {
-    const QSignalBlocker quiet(owner); // whoever removes a line tells it
+    const QSignalBlocker quiet(owner); // whoever removes a line announces it
     const QStringList names = owner->getGroups();
     for (const QString &name : names)
         (void)owner->delNodeFromGroup(name, line); // few groups have it

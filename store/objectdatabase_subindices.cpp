@@ -89,7 +89,7 @@ bool ObjectDataBase::setSubField(quint8 line, quint16 index, quint8 sub, const c
                     kWhereSub,
                 {d->cellOf(*field, carrier), index, sub});
     if (SubIndexData *cached = d->cachedSub(line, index, sub); done && cached) {
-        // All of the copy becomes as the row is: what told that it differs is gone after this.
+        // All of the copy becomes as the row is, since nothing says after this that it differs.
         if (d->isEscaped(line, index, sub))
             *cached = d->withoutEscapes(line, index, sub, *cached);
         d->cachedSubs[line].escaped.remove(StorePrivate::subKey(index, sub));

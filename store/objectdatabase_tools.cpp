@@ -123,7 +123,7 @@ bool ObjectDataBase::putObject(quint8 line, quint16 index, const SavedObject &ob
     bool done = true;
     beginBatch();
     {
-        const QSignalBlocker quiet(this); // all of it is told at the end
+        const QSignalBlocker quiet(this); // all of it is announced at the end
         done = delIndex(line, index, true) && addIndex(line, index, object.object);
         for (auto sub = object.members.constBegin(); sub != object.members.constEnd(); ++sub)
             done = d->writeSub(line, index, sub.key(), forPlace(*sub, object.line, line)) && done;

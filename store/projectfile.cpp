@@ -15,8 +15,8 @@ namespace
 constexpr int kHeadBytes = 100;
 const QByteArray kMagic("SQLite format 3\0", 16);
 
-/// The bytes that the head of a database tells of; 0 if an older SQLite wrote last, which leaves
-/// the count of pages as it was.
+/// The size that the head of a database names, in bytes; 0 if an older SQLite wrote last, which
+/// leaves the count of pages as it was.
 qint64 bytesByHead(const QByteArray &head)
 {
     const auto number = [&head](int at) { return qFromBigEndian<quint32>(head.constData() + at); };
@@ -26,7 +26,7 @@ qint64 bytesByHead(const QByteArray &head)
 }
 
 /// SQLite locks this byte of a file for as long as a change is under way, also while its journal
-/// tells of nothing yet.
+/// says nothing yet.
 bool isBeingChanged(const QString &name)
 {
     constexpr off_t kReservedByte = 0x40000001;

@@ -1,5 +1,5 @@
 // The records of a project as plain values. ObjectDataBase aliases them under the names that the
-// rest of the tool uses; columns.h tells how each becomes a row.
+// rest of the tool uses; columns.h says how each becomes a row.
 #pragma once
 
 #include "support/candatatype.h"
@@ -222,7 +222,7 @@ struct SpnIdentifierData {
 struct UdsServiceData {
     bool active = false;
     QString sessions;   ///< in which it may be asked for: a comma list of numbers
-    QString userLevels; ///< that may ask for it: as well
+    QString userLevels; ///< that may ask for it: likewise
 };
 
 /// A value that one line gives and others take. Subindices are tied to it by their signalId.

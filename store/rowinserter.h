@@ -18,7 +18,7 @@ class RowInserter
 public:
     enum class Conflict {
         Replace, ///< a row with the same key is replaced as a whole
-        Update,  ///< its cells are updated, but for those that are told to be kept
+        Update,  ///< its cells are updated, but for those that are to be kept
     };
 
     /// At most 32 columns; the first \a keyColumns of them are the key and are always bound.

@@ -13,7 +13,7 @@ bool isWordCharacter(QChar ch)
            ch == QLatin1Char('$');
 }
 
-/// Behind the comment or the text in quotes that ends with \a end, which is looked for from \a from
+/// Past the comment or the text in quotes that ends with \a end, which is looked for from \a from
 /// on; the end of \a sql closes it as well.
 int behind(const QString &sql, const QString &end, int from)
 {

@@ -7,7 +7,7 @@
 namespace CAN
 {
 
-/// Names of the errors that a CAN controller tells of, by the number that drivers give them.
+/// Names of the errors that a CAN controller reports, by the number that drivers give them.
 QMap<quint8, QString> errorNames();
 
 } // namespace CAN

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-/// The texts stand behind a colon: "could not be opened: it is a folder".
+/// The texts follow a colon: "could not be opened: it is a folder".
 namespace FileReasons
 {
 

@@ -30,8 +30,8 @@ public:
     /// 256 MiB.
     static bool readWholeFile(const QString &file, QByteArray &bytes);
 
-    /// Text of bytes that are UTF-8, UTF-16 or UTF-32 with byte order mark, or else Windows-1252;
-    /// without the mark, behind which one of UTF-8 the rest may be Windows-1252 as well.
+    /// Text of bytes that are UTF-8, UTF-16 or UTF-32 with byte order mark, or else Windows-1252.
+    /// The mark is left out; after one of UTF-8 the rest may be Windows-1252 as well.
     static QString decodeText(const QByteArray &bytes);
 
     /// \a text in UTF-8 as initialiser of a C byte array: "{0x41,0x62}".

@@ -61,7 +61,7 @@ void JobThread::wait()
         return;
     QEventLoop loop;
     QObject::connect(thread.get(), &QThread::finished, &loop, &QEventLoop::quit);
-    // Looked at behind connect(): a thread that ends in between is seen either here or by the loop.
+    // Looked at after connect(): a thread that ends in between is seen either here or by the loop.
     if (!thread->isFinished())
         loop.exec();
     join();

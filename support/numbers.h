@@ -11,7 +11,7 @@ namespace Numbers
 quint32 toUIntDecimal(const QString &text, bool *ok = nullptr);
 qint32 toIntDecimal(const QString &text, bool *ok = nullptr);
 
-/// Hexadecimal behind "0x" or "0X", else decimal. A leading zero does not mean octal: descriptions
+/// Hexadecimal after "0x" or "0X", else decimal. A leading zero does not mean octal: descriptions
 /// write numbers such as 001.
 quint32 toUIntByPrefix(const QString &text, bool *ok = nullptr);
 quint64 toULongLongByPrefix(const QString &text, bool *ok = nullptr);

@@ -20,7 +20,7 @@ fs::path toPath(const QString &path)
     return fs::path(QFile::encodeName(path).toStdString());
 }
 
-/// Not cleaned: what ".." leads to hangs on links before it.
+/// Not cleaned: what ".." leads to depends on links before it.
 QString absolute(const QString &path)
 {
     return QDir::isRelativePath(path) ? QDir::currentPath() + QLatin1Char('/') + path : path;

@@ -7,7 +7,8 @@
 #include <QVector>
 
 /// Knows the files that a run reads, whatever their names: two names are one file if they lead to
-/// it by links, symbolic or hard. Made before the run and only asked after; a copy is independent.
+/// it by links, symbolic or hard. Made before the run and only asked afterwards; a copy is
+/// independent.
 class OutputGuard
 {
 public:

@@ -1,12 +1,12 @@
-// What a run finds wrong with its files, or cannot do with them: what is told on standard error.
+// What a run finds wrong with its files, or cannot do with them: what is said on standard error.
 #pragma once
 
 #include <QString>
 
 #include <functional>
 
-/// Any code reports what a user should know beside the report on standard output; the application
-/// decides what becomes of it. Thread-safe. Without a handler nothing is told, as in most tests.
+/// Any code reports what a user should know besides the report on standard output; the application
+/// decides what becomes of it. Thread-safe. Without a handler nothing is said, as in most tests.
 namespace Problems
 {
 
@@ -29,7 +29,7 @@ struct Problem {
 
 using Handler = std::function<void(const Problem &)>;
 
-/// Whom to tell from now on; an empty one for nobody. The former handler.
+/// Who gets the problems from now on; an empty handler for nobody. Gives the former one.
 Handler setHandler(Handler handler);
 
 void report(const Problem &problem);

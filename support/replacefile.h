@@ -18,7 +18,7 @@ enum class Backup {
 /// place of \a name. False if \a write gives false or the file could not be replaced; the old file
 /// then stands as it was, and nothing else is left. Without a backup, a file that is protected
 /// against writing is not replaced, and with one, no file whose backup cannot be made. Then
-/// \a reason, if there is one and \a write has not filled it, tells what was in the way.
+/// \a reason, if there is one and \a write has not filled it, says what was in the way.
 bool replace(const QString &name, Backup backup, const std::function<bool(const QString &)> &write,
              QString *reason = nullptr);
 
@@ -29,7 +29,7 @@ bool write(const QString &name, const QByteArray &content, QString *reason = nul
 void removeLeftover(const QString &name);
 
 /// Copies the bytes of \a source into \a target, which is made or emptied. False if either cannot
-/// be opened, read or written to the end; \a reason, if there is one, then tells which and why.
+/// be opened, read or written to the end; \a reason, if there is one, then says which and why.
 bool copyContents(const QString &source, const QString &target, QString *reason = nullptr);
 
 } // namespace ReplaceFile

@@ -18,7 +18,7 @@ struct Setting {
         True,       ///< the word "true" is on, in lower case
         Truth,      ///< all is on but an empty text, 0 and "false"
         Decimal,    ///< digits with or without a sign
-        ByPrefix,   ///< hexadecimal behind "0x", else decimal
+        ByPrefix,   ///< hexadecimal after "0x", else decimal
         Expression, ///< goes into C as it is: a number, or an expression such as the name of a
                     ///< macro
         Name,       ///< an identifier of C
