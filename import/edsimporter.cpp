@@ -1,7 +1,6 @@
 // From the records of a device description to the records of a project.
 #include "import/edsimporter.h"
 
-#include "store/writedefault.h"
 #include "support/accesstype.h"
 #include "support/cohelper.h"
 #include "support/implementation.h"

@@ -64,11 +64,21 @@ struct IndexData {
     bool contentCompare(const IndexData &other) const;
 };
 
+/// Numbers of the column "writedefaulttoeds".
+namespace WriteDefault
+{
+
+constexpr quint8 kNever = 0;
+constexpr quint8 kWithDefaultInEds = 1; ///< if defaultInEds is set as well
+constexpr quint8 kAlways = 2;
+
+} // namespace WriteDefault
+
 /// One subindex; an object that is a plain variable has just subindex 0.
 struct SubIndexData {
     QString name = QStringLiteral("unnamed subindex"); ///< the parameter name
     quint16 dataType = CAN::typeNumber(CAN::CANopenDataType::Unsigned8);
-    QString accessType = QStringLiteral("ro");
+    QString accessType = QStringLiteral("ro"); ///< a word of AccessType
     QString defaultValue;
     QString currentValue; ///< value of the DCF
     PDOMapping pdoMapping;
@@ -86,7 +96,7 @@ struct SubIndexData {
     QString description;
     QString varName; ///< C name of an application variable
     qint32 category = 1;
-    quint8 writeDefaultToEds = 1; ///< 0 no, 1 if defaultInEds is set as well, 2 always
+    quint8 writeDefaultToEds = WriteDefault::kWithDefaultInEds;
     bool changedByUser = false;
     quint16 wizardSource = 0;
     bool sharedLines = false;
