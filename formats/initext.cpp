@@ -35,8 +35,7 @@ struct Line {
     const char *equals;
 };
 
-/// After a backslash, with \a at behind it: past the escaped character, and past both characters of
-/// a line end.
+/// After a backslash: past the escaped character \a at, and past both characters of a line end.
 const char *skipEscaped(const char *at, const char *end)
 {
     if (at == end)

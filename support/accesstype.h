@@ -8,12 +8,19 @@
 namespace AccessType
 {
 
-constexpr QLatin1String kConst("const");
-constexpr QLatin1String kReadOnly("ro");
-constexpr QLatin1String kReadWrite("rw");
-constexpr QLatin1String kWriteOnly("wo");
-constexpr QLatin1String kReadWriteWrite("rww"); ///< "rw" that is mapped to receive PDOs
-constexpr QLatin1String kReadWriteRead("rwr");  ///< "rw" that is mapped to transmit PDOs
+/// The word of a literal, with the length that not every compiler counts at compile time.
+template <int Size>
+constexpr QLatin1String wordOf(const char (&literal)[Size])
+{
+    return QLatin1String(literal, Size - 1);
+}
+
+constexpr QLatin1String kConst = wordOf("const");
+constexpr QLatin1String kReadOnly = wordOf("ro");
+constexpr QLatin1String kReadWrite = wordOf("rw");
+constexpr QLatin1String kWriteOnly = wordOf("wo");
+constexpr QLatin1String kReadWriteWrite = wordOf("rww"); ///< "rw" that is mapped to receive PDOs
+constexpr QLatin1String kReadWriteRead = wordOf("rwr");  ///< "rw" that is mapped to transmit PDOs
 
 constexpr QLatin1String kAll[] = {kConst,     kReadOnly,       kReadWrite,
                                   kWriteOnly, kReadWriteWrite, kReadWriteRead};
