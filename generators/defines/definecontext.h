@@ -2,11 +2,8 @@
 // that all of them ask for, and the notes that one section leaves for the next.
 #pragma once
 
-#include "generators/dialect.h"
-#include "generators/generalsettings.h"
 #include "generators/projectlines.h"
-#include "generators/textwriter.h"
-#include "store/objectdatabase.h"
+#include "generators/sourcecontext.h"
 
 #include <QByteArray>
 #include <QSet>
@@ -54,12 +51,8 @@ struct WrittenDefines {
     QSet<QByteArray> eventSlots; ///< settings of the dynamic events
 };
 
-/// Handed to each section. The sections of a file share one context.
-struct DefineContext {
-    ObjectDataBase &store;
-    TextWriter &out;
-    const DefineDialect &dialect;
-    GeneralSettings settings;
+/// See SourceContext.
+struct DefineContext : SourceContext<DefineDialect> {
     ProjectLines lines;
     quint8 activeLine = 0; ///< the line whose device profile and description count
     bool canFd = false;
@@ -67,15 +60,14 @@ struct DefineContext {
     WrittenDefines written;
 
     DefineContext(ObjectDataBase &database, TextWriter &writer, const DefineDialect &words)
-        : store(database), out(writer), dialect(words), settings(database),
-          lines(readProjectLines(database)), canFd(settings.decimal("canfd_supported") > 0)
+        : SourceContext(database, writer, words), lines(readProjectLines(database)),
+          canFd(settings.decimal("canfd_supported") > 0)
     {
     }
 
-    void raw(const Word &text) { out.raw(dialect.of(text)); }
-    void define(const Word &start, quint32 value) { out.define(dialect.of(start), value); }
+    void define(const Word &start, quint32 value) { out.define(of(start), value); }
     void defineList(const Word &start, const QVector<quint32> &perLine)
     {
-        out.defineList(dialect.of(start), perLine);
+        out.defineList(of(start), perLine);
     }
 };

@@ -1,9 +1,8 @@
 // The object dictionary of a line as a page for the browser and for printing.
 #pragma once
 
+#include "generators/descriptions/htmlpage.h"
 #include "generators/descriptions/linedocgenerator.h"
-
-class HtmlPage;
 
 /// Writes "<project>.html", or "<project>_<line>.html" where a project has several lines.
 class HTMLGenerator : public LineDocGenerator
@@ -28,13 +27,7 @@ private:
 namespace HtmlDoc
 {
 
-struct Context {
-    ObjectDataBase &store; ///< with the line's description settings selected
-    TextWriter &out;
-    HtmlPage &page;
-    quint8 line;
-    bool implementationInfo;
-};
+using Context = PageContext; ///< with the line's description settings selected
 
 /// Which blank lines of the contents are still to come.
 struct TocGaps {

@@ -3,6 +3,7 @@
 
 #include <QString>
 
+class ObjectDataBase;
 class TextWriter;
 
 /// Texts of a project inside a page.
@@ -46,4 +47,13 @@ private:
 
     TextWriter &out;
     quint8 rowCount = 1; ///< even ones are plain
+};
+
+/// Handed to each section of a page.
+struct PageContext {
+    const ObjectDataBase &store;
+    TextWriter &out;
+    HtmlPage &page;
+    quint8 line;
+    bool implementationInfo; ///< tell how values are stored
 };

@@ -1,9 +1,8 @@
 // The parameter groups and signals of a J1939 line as a page for the browser and for printing.
 #pragma once
 
+#include "generators/descriptions/htmlpage.h"
 #include "generators/descriptions/linedocgenerator.h"
-
-class HtmlPage;
 
 /// Writes "<project>.html", or "<project>_<line>.html" where a project has several lines.
 class J1939HTMLGenerator : public LineDocGenerator
@@ -31,13 +30,7 @@ private:
 namespace J1939HtmlDoc
 {
 
-struct Context {
-    const ObjectDataBase &store;
-    TextWriter &out;
-    HtmlPage &page;
-    quint8 line;
-    bool implementationInfo;
-};
+using Context = PageContext;
 
 void writeTitleTable(TextWriter &out, const QString &projectName);
 void createTOC(const Context &context, quint8 direction, quint32 pgn);

@@ -48,7 +48,7 @@ Pgn::Dialect Pgn::dialectOf(const ObjectDataBase &store)
 
 Pgn::Context Pgn::makeContext(ObjectDataBase &store, TextWriter &out, const Dialect &dialect)
 {
-    Context context{store, out, dialect, GeneralSettings(store), J1939Settings(store), {}, {}};
+    Context context(store, out, dialect);
     const ProjectLines project = readProjectLines(store);
     Form &form = context.form;
     // The J1939 stack knows no forced multi-line form: lines are counted here.

@@ -2,12 +2,9 @@
 // form of the file, and the groups and identifiers of all lines with their signals.
 #pragma once
 
-#include "generators/dialect.h"
-#include "generators/generalsettings.h"
 #include "generators/j1939settings.h"
-#include "generators/textwriter.h"
+#include "generators/sourcecontext.h"
 #include "store/linetype.h"
-#include "store/objectdatabase.h"
 
 #include <QString>
 #include <QVector>
@@ -92,15 +89,16 @@ struct Form {
     bool hasUds = false;
 };
 
-/// Handed to each section. The sections of a file share one context.
-struct Context {
-    ObjectDataBase &store;
-    TextWriter &out;
-    const Dialect &dialect;
-    GeneralSettings settings;
+/// See SourceContext.
+struct Context : SourceContext<Dialect> {
     J1939Settings j1939;
     Form form;
     QVector<Line> lines; ///< those of readProjectLines()
+
+    Context(ObjectDataBase &database, TextWriter &writer, const Dialect &words)
+        : SourceContext(database, writer, words), j1939(database)
+    {
+    }
 };
 
 /// Reads form and lines. The store's signal caches are filled for that.

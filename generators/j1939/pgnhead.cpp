@@ -1,18 +1,7 @@
 // What stands before the tables of the J1939 source.
 #include "generators/ctext.h"
 #include "generators/j1939/pgnsections.h"
-
-void Pgn::writeConstMacro(Context &context)
-{
-    context.out.block(R"(
-/* definition of memory specifier */
-#ifndef $const$
-#define $const$ const
-#endif
-
-)",
-                      {{"const", context.dialect.constMacro}});
-}
+#include "generators/sourcehead.h"
 
 void Pgn::writeHead(Context &context, const QString &projectName, const QString &toolVersion,
                     bool withStandardLibrary)
@@ -29,14 +18,6 @@ void Pgn::writeHead(Context &context, const QString &projectName, const QString 
                 "#include <uds_uds.h>\n");
     out.raw("#include <gen_extern_decl.h>\n"
             "\n");
-    writeConstMacro(context);
-    out.block(R"(
-/* definition of watchdog handle during initialization */
-#ifndef $watchdog$
-#define $watchdog$
-#endif /* $watchdog$ */
-
-
-)",
-              {{"watchdog", context.dialect.watchdogMacro}});
+    SourceHead::writeConstMacro(out, context.dialect);
+    SourceHead::writeWatchdogMacro(out, context.dialect);
 }

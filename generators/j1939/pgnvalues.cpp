@@ -80,7 +80,7 @@ QString valueText(ValueArray array, const QString &value)
     return QString::number(Numbers::toLongLongByPrefix(value));
 }
 
-QString parameterValue(const Group &group, ValueArray array, const SignalData &data)
+QString valueOf(const Group &group, ValueArray array, const SignalData &data)
 {
     if (group.data.number == ParameterGroup::kAddressClaimed)
         return valueText(array, data.defaultValue);
@@ -90,35 +90,43 @@ QString parameterValue(const Group &group, ValueArray array, const SignalData &d
     return valueText(array, unknown ? QString::number(*unknown) : data.defaultValue);
 }
 
-void collectGroups(const Context &context, Contents &contents, const Line &line,
-                   QVector<Group> &groups)
+QString valueOf(const Identifier &, ValueArray array, const SignalData &data)
 {
-    for (Group &group : groups) {
-        const bool isReferenced = hasMapping(context, line, group);
-        const bool isName = group.data.number == ParameterGroup::kAddressClaimed;
-        for (Signal &signal : group.mapping) {
-            const auto array = arrayOf(signal.data.dataType);
-            if (signal.data.implementation != Implementation::kManagedVariable || !array)
-                continue;
-            addVariable(contents, signal, *array,
-                        {line.number, group.data.number, signal.data.number,
-                         parameterValue(group, *array, signal.data), isName},
-                        isReferenced);
-        }
-    }
+    return valueText(array, data.defaultValue);
 }
 
-void collectIdentifiers(Contents &contents, const Line &line, QVector<Identifier> &identifiers)
+/// What groups and identifiers differ in.
+struct FrameFacts {
+    quint32 number;
+    bool isReferenced; ///< has a mapping in the file
+    bool isName;       ///< carries the NAME of the device
+};
+
+FrameFacts factsOf(const Context &context, const Line &line, const Group &group)
 {
-    for (Identifier &identifier : identifiers) {
-        for (Signal &signal : identifier.mapping) {
+    return {group.data.number, hasMapping(context, line, group),
+            group.data.number == ParameterGroup::kAddressClaimed};
+}
+
+FrameFacts factsOf(const Context &, const Line &line, const Identifier &identifier)
+{
+    return {identifier.data.id, line.type == LineType::RawCan, false};
+}
+
+template <class Frame>
+void collectVariables(const Context &context, Contents &contents, const Line &line,
+                      QVector<Frame> &frames)
+{
+    for (Frame &frame : frames) {
+        const FrameFacts facts = factsOf(context, line, frame);
+        for (Signal &signal : frame.mapping) {
             const auto array = arrayOf(signal.data.dataType);
             if (signal.data.implementation != Implementation::kManagedVariable || !array)
                 continue;
             addVariable(contents, signal, *array,
-                        {line.number, identifier.data.id, signal.data.number,
-                         valueText(*array, signal.data.defaultValue), false},
-                        line.type == LineType::RawCan);
+                        {line.number, facts.number, signal.data.number,
+                         valueOf(frame, *array, signal.data), facts.isName},
+                        facts.isReferenced);
         }
     }
 }
@@ -161,8 +169,8 @@ void Pgn::defineManagedVariables(Context &context)
     Contents contents;
     for (Line &line : context.lines) {
         for (Traffic *traffic : {&line.received, &line.transmitted}) {
-            collectGroups(context, contents, line, traffic->groups);
-            collectIdentifiers(contents, line, traffic->identifiers);
+            collectVariables(context, contents, line, traffic->groups);
+            collectVariables(context, contents, line, traffic->identifiers);
         }
     }
     context.out.raw("\n/* definition of managed variables */\n");

@@ -3,7 +3,7 @@
 
 #include "generators/ctext.h"
 #include "generators/j1939/pgnmappings.h"
-#include "generators/j1939/pgnsections.h"
+#include "generators/sourcehead.h"
 
 namespace
 {
@@ -182,7 +182,7 @@ void SDMGenerator::write(TextWriter &out)
 #include <gen_extern_decl.h>
 
 )");
-    Pgn::writeConstMacro(context);
+    SourceHead::writeConstMacro(out, dialect);
     Sdg::declareMappings(context);
     emit progress(50);
     Sdg::defineTables(context);

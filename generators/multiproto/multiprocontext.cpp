@@ -28,7 +28,7 @@ MultiPro::Context MultiPro::makeContext(ObjectDataBase &store, TextWriter &out,
     Context context{
         readFacts(store),
         out,
-        {store, out, dialect.objDict, GeneralSettings(store), {}, {}, {}},
+        ObjDict::Context(store, out, dialect.objDict),
         Pgn::makeContext(store, out, dialect.pgn),
     };
     // Deliberate: one decision for the whole file, so that a single line of both protocols finds

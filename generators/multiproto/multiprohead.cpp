@@ -2,6 +2,7 @@
 #include "generators/ctext.h"
 #include "generators/multiproto/multiprosections.h"
 #include "generators/objdict/objdictdescription.h"
+#include "generators/sourcehead.h"
 
 namespace
 {
@@ -107,14 +108,14 @@ void MultiPro::writeHead(Context &context, const ObjDict::HeadFacts &facts,
     CText::writeHead(out, context.facts.isRawOnly() ? kRawTitle : kTitle, facts.projectName,
                      facts.toolVersion);
     writeIncludes(context, withStandardLibrary);
-    writeWatchdogMacro(context.objDict);
+    SourceHead::writeWatchdogMacro(out, context.objDict.dialect);
     if (ObjDict::needsUserHeader(context.objDict.settings))
         out.raw("#include <gen_user.h>\n");
     writePrototypes(context);
     out.raw("\n");
     // Deliberate: mappings of all protocols are constant data, so that the macro is not a matter of
     // CANopen; held by tst_multiprogenerator.
-    writeConstMacro(context.objDict);
+    SourceHead::writeConstMacro(out, context.objDict.dialect);
     if (context.facts.hasCANopen) {
         writeStorageMacros(context.objDict);
         writeIndicationPointers(context.objDict);

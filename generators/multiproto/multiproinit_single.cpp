@@ -61,9 +61,10 @@ void generateCANopenInBothSl(Context &context)
     {
         const ObjDict::Context &outer = context.objDict;
         TextWriter out(&buffer);
-        ObjDict::Context inner{outer.store,     out,        outer.dialect,
-                               outer.settings,  outer.form, outer.positions,
-                               outer.rpdoTables};
+        ObjDict::Context inner(outer.store, out, outer.dialect);
+        inner.form = outer.form;
+        inner.positions = outer.positions;
+        inner.rpdoTables = outer.rpdoTables;
         writeCANopenStart(inner);
     }
     context.out.raw(indented(QString::fromUtf8(buffer.data())));

@@ -2,10 +2,7 @@
 // generations, the form of the file, and the positions that one section leaves for the next.
 #pragma once
 
-#include "generators/dialect.h"
-#include "generators/generalsettings.h"
-#include "generators/textwriter.h"
-#include "store/objectdatabase.h"
+#include "generators/sourcecontext.h"
 
 #include <QHash>
 #include <QList>
@@ -139,12 +136,10 @@ struct Form {
 /// The form that the project asks for. compactArrays and sdoServerOnly are left to the caller.
 Form readForm(const ObjectDataBase &store, quint8 activeLine);
 
-/// Handed to each section. The sections of a file share one context.
-struct Context {
-    ObjectDataBase &store;
-    TextWriter &out;
-    const Dialect &dialect;
-    GeneralSettings settings;
+/// See SourceContext.
+struct Context : SourceContext<Dialect> {
+    using SourceContext::SourceContext;
+
     Form form;
     Positions positions;
     QHash<quint8, QVector<MappingTable>> rpdoTables; ///< by line; written by the PDO tables, read

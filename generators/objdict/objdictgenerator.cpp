@@ -44,7 +44,7 @@ QStringList ObjDictGenerator::outputFiles() const
 
 void ObjDictGenerator::write(TextWriter &out)
 {
-    ObjDict::Context context{*database, out, dialect, GeneralSettings(*database), {}, {}, {}};
+    ObjDict::Context context(*database, out, dialect);
     context.form = ObjDict::readForm(*database, activeLine);
     context.form.compactArrays = compactArrays;
     context.form.sdoServerOnly = cia510ServerMode;

@@ -4,6 +4,7 @@
 #include "generators/ctext.h"
 #include "generators/objdict/objdictdescription.h"
 #include "generators/outputname.h"
+#include "generators/sourcehead.h"
 #include "support/implementation.h"
 
 #include <QCoreApplication>
@@ -230,21 +231,9 @@ void ObjDict::writeHeaderList(Context &context, const char *include)
 
 void ObjDict::writeMemorySpecifiers(Context &context)
 {
-    writeConstMacro(context);
+    SourceHead::writeConstMacro(context.out, context.dialect);
     writeStorageMacros(context);
-    writeWatchdogMacro(context);
-}
-
-void ObjDict::writeConstMacro(Context &context)
-{
-    context.out.block(R"(
-/* definition of memory specifier */
-#ifndef $const$
-#define $const$ const
-#endif
-
-)",
-                      {{"const", context.dialect.constMacro}});
+    SourceHead::writeWatchdogMacro(context.out, context.dialect);
 }
 
 void ObjDict::writeStorageMacros(Context &context)
@@ -261,19 +250,6 @@ void ObjDict::writeStorageMacros(Context &context)
 )",
                       {{"storage", context.dialect.storageMacro},
                        {"constStorage", context.dialect.constStorageMacro}});
-}
-
-void ObjDict::writeWatchdogMacro(Context &context)
-{
-    context.out.block(R"(
-/* definition of watchdog handle during initialization */
-#ifndef $watchdog$
-#define $watchdog$
-#endif /* $watchdog$ */
-
-
-)",
-                      {{"watchdog", context.dialect.watchdogMacro}});
 }
 
 void ObjDict::writeIndicationPointers(Context &context)

@@ -27,9 +27,7 @@ void writeHeaderList(Context &context, const char *include);
 
 /// Macros that a target may set before, all of them or one by one.
 void writeMemorySpecifiers(Context &context);
-void writeConstMacro(Context &context);
 void writeStorageMacros(Context &context);
-void writeWatchdogMacro(Context &context);
 
 void writeIndicationPointers(Context &context);
 void writeObjectCounts(Context &context);

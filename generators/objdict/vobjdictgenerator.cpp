@@ -197,7 +197,7 @@ bool VobjDictGenerator::areVirtualObjectsPresent() const
 void VobjDictGenerator::write(TextWriter &out)
 {
     const ObjDict::Dialect dialect = dialectOf(*database);
-    Context context{*database, out, dialect, GeneralSettings(*database), {}, {}, {}};
+    Context context(*database, out, dialect);
     context.form = readForm(*database, activeLine);
     context.form.sdoServerOnly = cia510ServerMode;
     CText::writeHead(out, context.dialect.of(kTitle), projectName, toolVersion);
