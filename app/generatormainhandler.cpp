@@ -500,8 +500,7 @@ void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
         const EdsVariants variants(*database, line.number);
         const QStringList &defines = variants.defines();
         for (const QString &define : defines) {
-            EDSGenerator device(define, facts.features.hasCanFd(), false);
-            device.setVariants(&variants);
+            EDSGenerator device(variants, define, facts.features.hasCanFd(), false);
             device.generateML = facts.isMultiLine();
             runGenerator(device, line.number,
                          filled("The EDS file %2.eds in %1 is not writable", projectName),
@@ -509,8 +508,7 @@ void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
             names.note(device.targetFile(), variantName(line.number, define, false));
             if (!facts.features.hasCanFd())
                 continue;
-            EDSGenerator classical(define, false, true);
-            classical.setVariants(&variants);
+            EDSGenerator classical(variants, define, false, true);
             classical.generateML = facts.isMultiLine();
             runGenerator(classical, line.number,
                          filled("The EDS file %2_classical.eds in %1 is not writable", projectName),

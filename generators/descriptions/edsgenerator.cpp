@@ -8,9 +8,10 @@
 
 #include <QCoreApplication>
 
-EDSGenerator::EDSGenerator(const QString &variant, bool fd, bool isClassical)
-    : TextFileGenerator(QStringLiteral("EDS file")), define(variant), canFd(fd),
-      classical(isClassical)
+EDSGenerator::EDSGenerator(const EdsVariants &lineVariants, const QString &variant, bool fd,
+                           bool isClassical)
+    : TextFileGenerator(QStringLiteral("EDS file")), variants(lineVariants), define(variant),
+      canFd(fd), classical(isClassical)
 {
 }
 

@@ -20,7 +20,7 @@ struct Context {
     QString define; ///< the variant that is described; empty: the plain file
     bool canFd;     ///< the file describes a CAN FD device
     QString projectName;
-    const EdsVariants *variants = nullptr; ///< of the line; null: the objects are looked through
+    const EdsVariants &variants; ///< of the line
 };
 
 // --- What stands outside of the objects (edssections_device.cpp) ---

@@ -149,12 +149,7 @@ void writeContent(const Context &context, quint16 index, const ObjectDataBase::I
 
 QList<quint16> EdsSections::describedObjects(const Context &context)
 {
-    const QList<quint16> variant =
-        context.variants
-            ? context.variants->objectsOf(context.define)
-            : reduceObjectList(context.store, context.line,
-                               context.store.getIndices(context.line, ObjectRanges::kAll),
-                               context.define);
+    const QList<quint16> variant = context.variants.objectsOf(context.define);
     if (context.canFd)
         return variant;
     QList<quint16> classical;

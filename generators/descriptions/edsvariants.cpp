@@ -76,38 +76,14 @@ QList<quint16> EdsVariants::objectsOf(const QString &define) const
     return objects;
 }
 
-QStringList edsDefines(const ObjectDataBase &store, quint8 line)
-{
-    return EdsVariants(store, line).defines();
-}
-
-QStringList getSubIndicesEDSDefines(const ObjectDataBase &store, quint8 line, quint16 index)
-{
-    DefineList list;
-    list.addSubIndices(store, line, index);
-    return list.defines;
-}
-
-QList<quint16> reduceObjectList(const ObjectDataBase &store, quint8 line,
-                                const QList<quint16> &list, const QString &define)
-{
-    QList<quint16> kept;
-    for (const quint16 index : list) {
-        ObjectDataBase::INDEX_DATA_T data;
-        (void)store.getIndexData(line, index, data); // what cannot be read belongs to no variant
-        if (isOfVariant(data.metadata, define))
-            kept << index;
-    }
-    return kept;
-}
-
 QList<quint8> reduceSubList(const ObjectDataBase &store, quint8 line, quint16 index,
                             const QList<quint8> &list, const QString &define)
 {
     QList<quint8> kept;
     for (const quint8 subIndex : list) {
         ObjectDataBase::SUBINDEX_DATA_T data;
-        (void)store.getSubIndexData(line, index, subIndex, data); // as for objects
+        (void)store.getSubIndexData(line, index, subIndex,
+                                    data); // what cannot be read belongs to no variant
         if (isOfVariant(data.metadata, define))
             kept << subIndex;
     }

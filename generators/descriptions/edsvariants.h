@@ -10,7 +10,7 @@
 class ObjectDataBase;
 
 /// The variants of a line and their objects, found in one pass: of thousands of files none looks
-/// at the objects of the others. Shows the state of the store in which it was made.
+/// at the objects of the others. Shows the state of the store in which it was made; cheap to copy.
 class EdsVariants
 {
 public:
@@ -20,7 +20,8 @@ public:
     /// first appear. A file is written for each.
     const QStringList &defines() const { return allDefines; }
 
-    /// The objects of a variant and those that belong to none, ascending.
+    /// The objects of a variant and those that belong to none, ascending. An object is here
+    /// whatever its subindices belong to.
     QList<quint16> objectsOf(const QString &define) const;
 
 private:
@@ -29,17 +30,7 @@ private:
     QHash<QString, QList<quint16>> own;
 };
 
-/// The defines() of a line.
-QStringList edsDefines(const ObjectDataBase &store, quint8 line);
-
-/// The variants that the subindices of an object name, each once, in order of first appearance.
-QStringList getSubIndicesEDSDefines(const ObjectDataBase &store, quint8 line, quint16 index);
-
-/// \a list without the objects of other variants than \a define, in the same order. What belongs to
-/// no variant is in all of them. An object stays whatever its subindices belong to.
-QList<quint16> reduceObjectList(const ObjectDataBase &store, quint8 line,
-                                const QList<quint16> &list, const QString &define);
-
-/// The same for the subindices of an object.
+/// \a list, subindices of an object, without those of other variants than \a define, in the same
+/// order. What belongs to no variant is in all of them.
 QList<quint8> reduceSubList(const ObjectDataBase &store, quint8 line, quint16 index,
                             const QList<quint8> &list, const QString &define);

@@ -10,7 +10,7 @@ namespace Pgn
 void writeHead(Context &context, const QString &projectName, const QString &toolVersion,
                bool withStandardLibrary);
 
-/// The arrays of variables that the tool manages; tells the signals their places.
+/// The arrays of variables that the tool manages; gives the signals their places.
 void defineManagedVariables(Context &context);
 
 /// One table for each group and each identifier. Reads the places of managed variables.

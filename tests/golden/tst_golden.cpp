@@ -45,8 +45,8 @@ private:
     void compare(const QString &name, const QString &expectedFile)
     {
         if (name.endsWith(".eds")) {
-            EDSGenerator generator(QString(), false, false);
             const quint8 line = store->getNodes().last();
+            EDSGenerator generator(EdsVariants(*store, line), QString(), false, false);
             (void)generateWith(generator, "demo", name, line, store->getNodes().size() > 1);
         }
         const QByteArray written = masked(fixture.path(name));

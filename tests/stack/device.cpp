@@ -10,20 +10,6 @@
 #include <memory>
 #include <vector>
 
-void Device::generate(AbstractGenerator &generator, ObjectDataBase &store)
-{
-    generator.setOutputDirectory(path);
-    generator.setProjectName(kDeviceName);
-    generator.setDataBase(&store);
-    generator.setActiveLine(store.getNodes().first());
-    if (!generator.checkWritability() && firstFault.isEmpty())
-        firstFault = "not writable";
-    generator.startGeneration();
-    generator.wait();
-    if (generator.getWasError() && firstFault.isEmpty())
-        firstFault = generator.getLastErrorString();
-}
-
 /// Runs a program once for each of these arguments, all at once; true if all ended well.
 bool Device::execute(const QString &program, const QList<QStringList> &calls)
 {

@@ -2,8 +2,7 @@
 // what it printed.
 #pragma once
 
-#include "generators/abstractgenerator.h"
-
+#include <QString>
 #include <QStringList>
 
 /// Of a project, and not fit for comments as it stands.
@@ -15,9 +14,6 @@ class Device
 public:
     /// All files of the device lie in \a folder.
     explicit Device(const QString &folder) : path(folder) {}
-
-    /// Runs \a generator as the driver does, for the first line of \a store.
-    void generate(AbstractGenerator &generator, ObjectDataBase &store);
 
     /// Compiles all sources of the folder with those \a parts of the test stack, without warnings,
     /// and runs the program. \a features are macros that the test stack takes its form from.

@@ -356,21 +356,10 @@ private:
         store->commitBatch();
         writeFile(folder.filePath("hostile.h"), "extern unsigned char cell;\n");
         const QString error = runGenerators(*store, folder.path(), project);
-        EDSGenerator description(QString(), false, false);
+        EDSGenerator description(EdsVariants(*store, 0), QString(), false, false);
         if (*lines == '1')
-            run(description, *store, folder.path(), project);
+            (void)runJob(description, *store, folder.path(), project);
         return meaningOf(folder.path(), project, text, error);
-    }
-
-    static void run(AbstractGenerator &generator, ObjectDataBase &store, const QString &folder,
-                    const QString &project)
-    {
-        generator.setOutputDirectory(folder);
-        generator.setProjectName(project);
-        generator.setDataBase(&store);
-        generator.setActiveLine(0);
-        generator.startGeneration();
-        generator.wait();
     }
 
     static QMap<QString, QStringList> meaningOf(const QString &folder, const QString &project,

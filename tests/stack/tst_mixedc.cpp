@@ -143,7 +143,7 @@ private slots:
                                        "line 0\n1300:0 U8 rw 0 1\nudsserver_supported=1"));
         QTemporaryDir folder;
         MultiProGenerator generator;
-        Device(folder.path()).generate(generator, *store);
+        QCOMPARE(runJob(generator, *store, folder.path(), kDeviceName), QString());
         QString text = QString::fromUtf8(readFile(folder.filePath("gen_mp.c")));
         text.replace(QRegularExpression("\n \\* \\w{3} \\w{3} .*\n"), "\n * (date)\n");
         const QString expected = TEST_STACK "/gen_mp.c.expected";

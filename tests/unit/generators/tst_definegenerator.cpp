@@ -252,11 +252,7 @@ private:
 
     void start(DefineGenerator &generator)
     {
-        generator.setOutputDirectory(project->files.path());
-        generator.setProjectName("a*/b");
-        generator.setDataBase(&project->store);
-        generator.startGeneration();
-        generator.wait();
+        (void)runJob(generator, project->store, project->files.path(), "a*/b");
     }
 
     /// The header with its date masked.

@@ -92,10 +92,7 @@ private:
             types << project.store.getGeneralSettingsValue(QStringLiteral("line%1type").arg(line));
         generator.j1939Present = true;
         generator.multiProtocol = types != QSet<QString>{"2"};
-        generator.setDataBase(&project.store);
-        generator.setOutputDirectory(project.files.path());
-        generator.startGeneration();
-        generator.wait();
+        (void)runJob(generator, project.store, project.files.path(), {});
         return readFile(project.files.path() + "/gen_define.h");
     }
 };
