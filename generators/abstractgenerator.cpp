@@ -1,6 +1,7 @@
 // The frame of a generator's job.
 #include "generators/abstractgenerator.h"
 
+#include "store/projectfeatures.h"
 #include "support/outputguard.h"
 #include "support/runfiles.h"
 #include "support/usersettings.h"
@@ -155,7 +156,7 @@ void AbstractGenerator::wait()
 
 void AbstractGenerator::checkForceMLFlag()
 {
-    if (database->getMiscSettingsValue(QStringLiteral("generateML")) == QLatin1String("true"))
+    if (readProjectFeatures(*database).forcesMultiLine())
         forceML = true;
 }
 

@@ -29,9 +29,6 @@ public:
     /// Hexadecimal after "0x", else decimal.
     quint32 byPrefix(const char *key) const { return Numbers::toUIntByPrefix(text(key)); }
 
-    /// Is the project made for the V4 generation of the stack?
-    bool wantsCoreHeaders() const { return text("use_core_headers") == QLatin1String("V4"); }
-
     /// The element of \a line in a comma list; the last element stands for all lines beyond.
     QString ofLine(const char *key, quint8 line) const
     {

@@ -2,6 +2,7 @@
 #include "generators/projectlines.h"
 
 #include "store/objectdatabase.h"
+#include "store/projectfeatures.h"
 
 namespace
 {
@@ -26,8 +27,6 @@ ProjectLines readProjectLines(const ObjectDataBase &store)
     // only line of a device has its number nowhere in the sources; held by tst_mixedc.
     if (lines.numbers.isEmpty() && !nodes.isEmpty() && nodes.first() <= kHighestTypedLine)
         lines.numbers << nodes.first();
-    lines.multiLine =
-        lines.numbers.size() >= 2 ||
-        store.getMiscSettingsValue(QStringLiteral("generateML")) == QLatin1String("true");
+    lines.multiLine = lines.numbers.size() >= 2 || readProjectFeatures(store).forcesMultiLine();
     return lines;
 }

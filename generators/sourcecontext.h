@@ -1,6 +1,7 @@
 // What the sections of all generated C get, whichever file they write.
 #pragma once
 
+#include "generators/codefeatures.h"
 #include "generators/dialect.h"
 #include "generators/generalsettings.h"
 #include "generators/textwriter.h"
@@ -15,9 +16,11 @@ struct SourceContext {
     TextWriter &out;
     const Words &dialect;
     GeneralSettings settings;
+    ProjectFeatures features;
 
     SourceContext(ObjectDataBase &database, TextWriter &writer, const Words &words)
-        : store(database), out(writer), dialect(words), settings(database)
+        : store(database), out(writer), dialect(words), settings(database),
+          features(readCodeFeatures(database))
     {
     }
 

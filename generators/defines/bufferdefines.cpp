@@ -25,7 +25,7 @@ void Defines::generateBufferDefines(DefineContext &context)
 {
     const GeneralSettings &settings = context.settings;
     writeUserMessages(context);
-    if (settings.decimal("sorted_coblist") > 0) {
+    if (context.features.hasSortedCobs()) {
         context.raw({"/* Use of sorted COB list*/\n"
                      "#define CO_COB_SORTED_LIST\t1u\n"
                      "\n"});
@@ -39,7 +39,7 @@ void Defines::generateBufferDefines(DefineContext &context)
     context.out.raw(combineCobBufferCounts(sizes.receive) + QLatin1String("u\n"));
     context.raw({"#define CO_CONFIG_TRANS_BUFFER_CNT\t", "#define CORE_CONFIG_TRANS_BUFFER_CNT\t"});
     context.out.raw(combineCobBufferCounts(sizes.transmit) + QLatin1String("u\n"));
-    if (context.canFd)
+    if (context.features.hasCanFd())
         context.raw({"#define CO_CANFD_SUPPORTED\t1u\n"});
     context.raw({"\n"});
 }

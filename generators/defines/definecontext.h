@@ -54,14 +54,12 @@ struct WrittenDefines {
 /// See SourceContext.
 struct DefineContext : SourceContext<DefineDialect> {
     ProjectLines lines;
-    quint8 activeLine = 0; ///< the line whose device profile and description count
-    bool canFd = false;
+    quint8 activeLine = 0;      ///< the line whose device profile and description count
     bool multiProtocol = false; ///< lines of several protocols, or a raw CAN line
     WrittenDefines written;
 
     DefineContext(ObjectDataBase &database, TextWriter &writer, const DefineDialect &words)
-        : SourceContext(database, writer, words), lines(readProjectLines(database)),
-          canFd(settings.decimal("canfd_supported") > 0)
+        : SourceContext(database, writer, words), lines(readProjectLines(database))
     {
     }
 

@@ -71,13 +71,14 @@ quint16 additionalCobs(const GeneralSettings &settings, quint8 line)
 }
 
 /// Of ISO-TP and UDS, which a project of several protocols counts by itself.
-quint16 cobsOfTransport(const GeneralSettings &settings, quint8 line)
+quint16 cobsOfTransport(const DefineContext &context, quint8 line)
 {
+    const GeneralSettings &settings = context.settings;
     quint16 cobs = 0;
-    if (settings.decimal("isotp_supported") == 1)
+    if (context.features.hasIsoTp())
         cobs += static_cast<quint8>(Defines::isoTpCobs(settings, line));
-    quint8 uds = settings.decimal("udsserver_supported") == 1 ? 6 : 0;
-    if (settings.decimal("udsclient_supported") == 1)
+    quint8 uds = context.features.hasUdsServer() ? 6 : 0;
+    if (context.features.hasUdsClient())
         uds += 3 * Numbers::toUIntByPrefix(settings.ofLine("uds_client_cnt", 0));
     return cobs + uds;
 }
@@ -89,7 +90,7 @@ quint16 cobsOfLine(const DefineContext &context, quint8 line)
     const auto has = [&store, line](quint16 index) { return store.existIndex(line, index); };
 
     quint16 cobs = 0;
-    if (context.canFd)
+    if (context.features.hasCanFd())
         cobs += settings.byPrefix("usdo_client_cnt") ? 4 : 2;
     cobs += has(ObjectIndex::kDeviceType) ? 2 : 0; // NMT and error control
     cobs += cobsOfEmergency(store, line);
@@ -100,8 +101,8 @@ quint16 cobsOfLine(const DefineContext &context, quint8 line)
     cobs += has(ObjectIndex::kSyncCobId);
     cobs += cobsOfHeartbeat(context, line);
     cobs += has(ObjectIndex::kTimeCobId) ? 2 : 0;
-    cobs += settings.decimal("lss_supported") > 0 ? 2 : 0;
-    cobs += settings.decimal("idnego_supported") > 0 ? 2 : 0;
+    cobs += context.features.hasLss() ? 2 : 0;
+    cobs += context.features.hasIdNegotiation() ? 2 : 0;
     cobs += cobsOfSlaves(context, line);
     cobs += cobsOfSleepMode(settings, line);
     cobs += has(ObjectIndex::kRequestSdo);
@@ -109,7 +110,7 @@ quint16 cobsOfLine(const DefineContext &context, quint8 line)
     cobs += additionalCobs(settings, line);
     cobs += Defines::hasFlyingMaster(store, line) ? 10 : 0;
     if (!context.multiProtocol)
-        cobs += cobsOfTransport(settings, line);
+        cobs += cobsOfTransport(context, line);
     return cobs;
 }
 
@@ -138,18 +139,18 @@ quint16 cobsOfDiagnostics(const J1939Settings &settings)
 }
 
 /// What the modules of the J1939 stack take besides groups and diagnostics.
-quint16 cobsOfJ1939Modules(const J1939Settings &settings)
+quint16 cobsOfJ1939Modules(const J1939Settings &settings, const ProjectFeatures &features)
 {
     quint16 cobs = 0;
     cobs += settings.isOn("diagtoolsupport") ? 2 : 0;
     cobs += settings.isOn("requestsupport");
     cobs += settings.isOn("acknowledgeindication_cnt");
-    cobs += settings.isOn("bamsupport") || settings.isOn("cmdtsupport") ? 6 : 0;
+    cobs += features.hasBam() || features.hasCmdt() ? 6 : 0;
     cobs += settings.isOn("nmea2000support") ? 2 : 0;
-    cobs += settings.isOn("safetysupport") ? 2 : 0;
-    cobs += settings.isOn("dynsupport");
-    cobs += settings.byPrefix("cia510serversupport") == 1 ? 2 : 0;
-    cobs += settings.byPrefix("cia510clientsupport") == 1 ? 2 : 0;
+    cobs += features.hasSafetyGroups() ? 2 : 0;
+    cobs += features.hasDynamicGroups();
+    cobs += features.hasSdoServer() ? 2 : 0;
+    cobs += features.hasSdoClient() ? 2 : 0;
     cobs += settings.decimal("j1939fd_11bitmultipg") == 1;
     return cobs;
 }
@@ -203,9 +204,10 @@ quint16 Defines::getJ1939Cobs(const DefineContext &context, quint8 line)
     const int receive = received.size() + (received.isEmpty() ? 0 : 1);
 
     const J1939Settings settings(context.store);
-    int cobs = cobsOfDiagnostics(settings) + cobsOfJ1939Modules(settings) + transmit + receive;
+    int cobs = cobsOfDiagnostics(settings) + cobsOfJ1939Modules(settings, context.features) +
+               transmit + receive;
     // A line with CAN FD always has room for three groups.
-    if (transmit + receive <= 2 && context.settings.decimal("canfd_supported") == 1)
+    if (transmit + receive <= 2 && context.features.hasCanFdAsOne())
         cobs += 3 - transmit - receive;
     cobs += qMax(0, context.settings.decimal("additional_cob_count"));
     return static_cast<quint16>(cobs);
@@ -233,12 +235,11 @@ quint16 Defines::getMultiProtocolCobs(const DefineContext &context, quint8 line)
         return 0;
     }
     cobs += qMax(0, settings.decimal("additional_cob_count"));
-    if (settings.decimal("isotp_supported") == 1)
+    if (context.features.hasIsoTp())
         cobs += isoTpCobs(settings, line);
-    if (settings.decimal("udsserver_supported") == 1 &&
-        settings.decimalOfLine("uds_server_active", line) == 1)
+    if (context.features.hasUdsServer() && settings.decimalOfLine("uds_server_active", line) == 1)
         cobs += 6;
-    if (settings.decimal("udsclient_supported") == 1)
+    if (context.features.hasUdsClient())
         cobs += static_cast<quint8>(
             3 * Numbers::toUIntByPrefix(settings.ofLine("uds_client_cnt", line)));
     return cobs;

@@ -70,8 +70,7 @@ void writeInitVersions(DefineContext &context)
 
     context.raw({"/* init struct versions */\n"});
     context.define({"#define GEN_COMMON_INIT_STRUCT_VERSION \t"}, version(InitStruct::Common));
-    if (context.settings.decimal("udsserver_supported") != 0 ||
-        context.settings.decimal("udsclient_supported") != 0)
+    if (context.features.namesUds())
         context.define({"#define GEN_UDS_INIT_STRUCT_VERSION \t"}, version(InitStruct::Uds));
     if (anyLine(carriesCANopen))
         context.define({"#define GEN_CANOPEN_INIT_STRUCT_VERSION \t"},

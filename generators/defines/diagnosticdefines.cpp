@@ -14,20 +14,21 @@ namespace
 
 struct Facts {
     GeneralSettings settings;
-    bool isServer = false; ///< of UDS, as isClient
-    bool isClient = false;
+    ProjectFeatures features;
     quint8 version = 0;            ///< of the structures of UDS
     QVector<quint32> isoTpClients; ///< connections by line, as those below
     QVector<quint32> isoTpServers;
     QVector<quint32> udsClients;
     QSet<quint8> services; ///< active on some line
 
-    explicit Facts(const GeneralSettings &generalSettings) : settings(generalSettings) {}
+    explicit Facts(const DefineContext &context)
+        : settings(context.settings), features(context.features)
+    {
+    }
 
-    bool hasUds() const { return isServer || isClient; }
     bool hasIsoTp() const
     {
-        return hasUds() || settings.decimal("isotp_supported") == 1 ||
+        return features.hasUds() || features.hasIsoTp() ||
                Defines::isoTpConnectionCount(settings) != 0;
     }
 };
@@ -94,9 +95,7 @@ static_assert(RowTables::settingsAreUnique(kUdsChecks));
 
 Facts readFacts(const DefineContext &context)
 {
-    Facts facts(context.settings);
-    facts.isServer = facts.settings.decimal("udsserver_supported") == 1;
-    facts.isClient = facts.settings.decimal("udsclient_supported") == 1;
+    Facts facts(context);
     facts.version = initStructVersion(InitStruct::Uds, context.store);
     for (const quint8 line : context.lines.numbers) {
         const auto count = [&facts, line](const char *setting) {
@@ -146,9 +145,9 @@ void writeUdsSection(DefineContext &context, const Facts &facts)
 {
     TextWriter &out = context.out;
     out.raw("/* UDS Defines */\n");
-    if (facts.isServer)
+    if (facts.features.hasUdsServer())
         out.raw("#define UDS_SERVER_SUPPORTED\t1u\n");
-    if (facts.isClient) {
+    if (facts.features.hasUdsClient()) {
         out.raw("#define UDS_CLIENT_SUPPORTED\t1u\n");
         out.defineList("#define UDS_CLIENT_COUNTS\t", facts.udsClients);
     }
@@ -157,7 +156,7 @@ void writeUdsSection(DefineContext &context, const Facts &facts)
             out.define(row.start, value);
     }
     writeSwitches(context, kUdsChecks);
-    if (facts.isServer)
+    if (facts.features.hasUdsServer())
         out.define("#define UDS_SERVER_VERSION\t", facts.version);
     for (const ServiceRow &row : kServices) {
         if (facts.services.contains(static_cast<quint8>(row.sid)))
@@ -173,6 +172,6 @@ void Defines::generateISOTP_UDS_Defines(DefineContext &context)
     const Facts facts = readFacts(context);
     if (facts.hasIsoTp())
         writeIsoTpSection(context, facts);
-    if (facts.hasUds())
+    if (facts.features.hasUds())
         writeUdsSection(context, facts);
 }

@@ -175,7 +175,7 @@ void Defines::generateEventDefines(DefineContext &context)
     if (!hasDynamicEvents(context.settings))
         return;
     context.raw({"/* Definition of number of call-back functions for each service*/\n"});
-    if (context.canFd)
+    if (context.features.hasCanFd())
         writeSlots(context, kUsdoSlots);
     writeSlots(context, kSlotsBeforeCan);
     writeCanEvents(context, context.settings.decimal("event_can"));

@@ -36,16 +36,12 @@ struct Facts {
     QVector<LineGroups> lines; ///< at least one
     J1939Settings j1939;
     GeneralSettings general;
+    ProjectFeatures features;
     bool isMultiLine = false;
-    bool hasSafety = false;
-    bool isServer = false; ///< SDO by CAM11 and CAM21, CiA 510
-    bool isClient = false;
 
     explicit Facts(const DefineContext &context)
-        : j1939(context.store), general(context.settings),
-          isMultiLine(context.lines.numbers.size() >= 2), hasSafety(j1939.isOn("safetysupport")),
-          isServer(j1939.byPrefix("cia510serversupport") == 1),
-          isClient(j1939.byPrefix("cia510clientsupport") == 1)
+        : j1939(context.store), general(context.settings), features(context.features),
+          isMultiLine(context.lines.numbers.size() >= 2)
     {
     }
 
@@ -101,10 +97,10 @@ constexpr CountRow kIndicationsAfterCan[] = {
 
 constexpr CountRow kTransportModules[] = {
     {"#define J1939_REC_ALL_CLAIM_SUPPORT\t", [](const Facts &f) { return f.isOn("recalladdrclaims"); }},
-    {"#define J1939_BAM_SUPPORTED\t",         [](const Facts &f) { return f.isOn("bamsupport"); }},
-    {"#define J1939_BAM_CYLE_TIME\t",         [](const Facts &f) { return f.isOn("bamsupport") * (f.j1939.byPrefix("bamcycletime") & 0xFF); }},
+    {"#define J1939_BAM_SUPPORTED\t",         [](const Facts &f) { return quint32(f.features.hasBam()); }},
+    {"#define J1939_BAM_CYLE_TIME\t",         [](const Facts &f) { return f.features.hasBam() * (f.j1939.byPrefix("bamcycletime") & 0xFF); }},
     {"#define J1939_NMEA2000_SUPPORTED\t",    [](const Facts &f) { return f.isOn("nmea2000support"); }},
-    {"#define J1939_CMDT_SUPPORTED\t",        [](const Facts &f) { return f.isOn("cmdtsupport"); }},
+    {"#define J1939_CMDT_SUPPORTED\t",        [](const Facts &f) { return quint32(f.features.hasCmdt()); }},
 };
 
 constexpr DiagnosticsRow kDiagnostics[] = {
@@ -121,18 +117,18 @@ constexpr DiagnosticsRow kDiagnostics[] = {
 constexpr CountRow kLastModules[] = {
     {"#define J1939_REQUEST_SUPPORTED\t",     [](const Facts &f) { return f.isOn("requestsupport"); }},
     {"#define J1939_PROPRIETARY_SUPPORTED\t", [](const Facts &f) { return f.isOn("propsupport"); }},
-    {"#define J1939_DYNAMIC_PGN\t",           [](const Facts &f) { return f.isOn("dynsupport"); }},
+    {"#define J1939_DYNAMIC_PGN\t",           [](const Facts &f) { return quint32(f.features.hasDynamicGroups()); }},
     {"#define BITWISE_MAPPING\t",             [](const Facts &f) { return f.isOn("bitwisemapping"); }},
 };
 // clang-format on
 
 /// ISO-TP connections of a line; here each takes one message object.
-quint32 isoTpConnections(const GeneralSettings &settings, quint8 line)
+quint32 isoTpConnections(const Facts &facts, quint8 line)
 {
-    if (settings.decimal("isotp_supported") != 1 && settings.decimal("udsserver_supported") != 1)
+    if (!facts.features.hasIsoTp() && !facts.features.hasUdsServer())
         return 0;
-    return Numbers::toUIntByPrefix(settings.ofLine("isotp_client_con", line)) +
-           Numbers::toUIntByPrefix(settings.ofLine("isotp_server_con", line));
+    return Numbers::toUIntByPrefix(facts.general.ofLine("isotp_client_con", line)) +
+           Numbers::toUIntByPrefix(facts.general.ofLine("isotp_server_con", line));
 }
 
 void countGroups(const ObjectDataBase &store, bool hasSafety, quint8 number, LineGroups &line)
@@ -165,8 +161,8 @@ LineGroups readLine(const DefineContext &context, const Facts &facts, quint8 num
     const ObjectDataBase &store = context.store;
     LineGroups line;
     line.type = readLineType(store, number);
-    countGroups(store, facts.hasSafety, number, line);
-    line.cobs = Defines::getJ1939Cobs(context, number) + isoTpConnections(facts.general, number);
+    countGroups(store, facts.features.hasSafetyGroups(), number, line);
+    line.cobs = Defines::getJ1939Cobs(context, number) + isoTpConnections(facts, number);
     const QList<quint32> sent = store.getPGNs(number, Direction::kTransmitted, false);
     for (const quint32 pgn : sent) {
         PgnData group;
@@ -174,11 +170,11 @@ LineGroups readLine(const DefineContext &context, const Facts &facts, quint8 num
                            group.inhibitTimeMs != 0;
     }
     if (!facts.isMultiLine) {
-        line.servers = facts.isServer;
-        line.clients = facts.isClient;
+        line.servers = facts.features.hasSdoServer();
+        line.clients = facts.features.hasSdoClient();
     } else if (line.type == LineType::J1939) {
-        line.servers = facts.j1939.byPrefix("cia510serversupport");
-        line.clients = facts.j1939.byPrefix("cia510clientsupport");
+        line.servers = quint32(facts.features.sdoServers);
+        line.clients = quint32(facts.features.sdoClients);
     } else {
         line.servers = Defines::countIndices(store, number, ObjectRanges::kSdoServers);
         line.clients = Defines::countIndices(store, number, ObjectRanges::kSdoClients);
@@ -242,7 +238,7 @@ quint32 countSdoLines(const Facts &facts)
 void writeGroups(DefineContext &context, const Facts &facts)
 {
     context.raw({"#define J1939_SUPPORTED\t1u\n"});
-    if (facts.isServer || facts.isClient)
+    if (facts.features.hasSdoServer() || facts.features.hasSdoClient())
         context.raw({"#define J1939_CAM11_CAM21_SUPPORTED\t1u\n"});
     context.out.define("#define J1939_RECEIVE_PGN_CNT\t", facts.sum(&LineGroups::receive));
     context.out.define("#define J1939_TRANSMIT_PGN_CNT\t", facts.sum(&LineGroups::transmit));
@@ -252,18 +248,18 @@ void writeGroups(DefineContext &context, const Facts &facts)
 
 void writeSdos(DefineContext &context, const Facts &facts)
 {
-    const quint32 servers = facts.isServer ? countSdoLines(facts) : 0;
+    const quint32 servers = facts.features.hasSdoServer() ? countSdoLines(facts) : 0;
     writeSdoList(context, "#define J1939_SSDO_COUNTS\t", facts.perLine(&LineGroups::servers));
     if (!facts.isMultiLine)
         Defines::writeSdoServerCount(context, servers);
     writeSdoList(context, "#define J1939_CSDO_COUNTS\t", facts.perLine(&LineGroups::clients));
     Defines::writeSdoServerCount(context, servers); // is there already for one line
-    Defines::writeSdoClientCount(context, facts.isClient ? countSdoLines(facts) : 0);
+    Defines::writeSdoClientCount(context, facts.features.hasSdoClient() ? countSdoLines(facts) : 0);
 }
 
 void writeSafety(DefineContext &context, const Facts &facts)
 {
-    if (!facts.hasSafety)
+    if (!facts.features.hasSafetyGroups())
         return;
     if (const quint32 total = facts.sum(&LineGroups::safeTransmit))
         context.out.define("#define J1939_SDG_TRANS_CNT\t", total);
@@ -281,7 +277,7 @@ void writeInhibit(DefineContext &context, const Facts &facts)
 {
     const bool hasInhibit = std::any_of(facts.lines.begin(), facts.lines.end(),
                                         [](const LineGroups &line) { return line.hasInhibit; });
-    if (hasInhibit || facts.j1939.isOn("dynsupport"))
+    if (hasInhibit || facts.features.hasDynamicGroups())
         Defines::writeInhibit(context);
 }
 
@@ -303,7 +299,7 @@ QStringList destinationBuffers(const DefineContext &context, const QString &sett
 
 void writeMultiPg(DefineContext &context, const Facts &facts)
 {
-    if (!context.canFd)
+    if (!context.features.hasCanFd())
         return;
     if ((facts.j1939.byPrefix("j1939fd_11bitmultipg") & 0xFF) == 1)
         context.raw({"#define J1939_MULTI_PG_11BIT\t1u\n"});
@@ -345,7 +341,7 @@ void writeDiagnostics(DefineContext &context, const Facts &facts)
 void writeModules(DefineContext &context, const Facts &facts)
 {
     writeCounts(context, facts, kTransportModules);
-    if (facts.j1939.isOn("cmdtsupport"))
+    if (facts.features.hasCmdt())
         context.out.parts("#define J1939_CMDT_MAX_PACKETS\t",
                           unsignedText(facts.j1939.text(QStringLiteral("cmdtpackets"))), "\n");
     Defines::writeCanEvents(context, facts.general.decimal("event_can"));
@@ -358,15 +354,15 @@ void writeModules(DefineContext &context, const Facts &facts)
 /// The SDO server has an object dictionary without the CANopen services around it.
 void writeSdoEvents(DefineContext &context, const Facts &facts)
 {
-    if (facts.isServer) {
+    if (facts.features.hasSdoServer()) {
         Defines::reserveEventSlot(context, "event_sdo_server_read");
         Defines::reserveEventSlot(context, "event_sdo_server_write");
     }
-    if (facts.isClient) {
+    if (facts.features.hasSdoClient()) {
         Defines::reserveEventSlot(context, "event_sdo_client_read");
         Defines::reserveEventSlot(context, "event_sdo_client_write");
     }
-    if (facts.isServer)
+    if (facts.features.hasSdoServer())
         Defines::generateTableSwitches(context);
 }
 

@@ -59,12 +59,12 @@ quint32 isOne(const Facts &f, const char *setting) { return f.settings.decimal(s
 constexpr ServiceRow kManagementServices[] = {
     {"#define CO_NMT_MASTER\t",              [](const Facts &f) { return quint32(f.hasMaster); }},
     {"#define CO_FLYING_MASTER_SUPPORTED\t", [](const Facts &f) { return quint32(f.hasFlyingMaster); }},
-    {"#define CO_LSS_MASTER_SUPPORTED\t",    [](const Facts &f) { return quint32(isOn(f, "lss_supported") && f.hasMaster); }},
+    {"#define CO_LSS_MASTER_SUPPORTED\t",    [](const Facts &f) { return quint32(f.features.hasLss() && f.hasMaster); }},
     {"#define CO_LSS_SUPPORTED\t",           [](const Facts &f) -> quint32 {
-         return isOn(f, "lss_supported") && !(f.hasMaster && f.lines.size() >= 2); }},
+         return f.features.hasLss() && !(f.hasMaster && f.lines.size() >= 2); }},
     {"#define CO_LSS_INQUIRY_SERVICES\t",    [](const Facts &f) -> quint32 {
-         return isOn(f, "lss_supported") && isOn(f, "lss_inquiry_supported"); }},
-    {"#define CO_IDNEGO_SUPPORTED\t",        [](const Facts &f) { return isOn(f, "idnego_supported"); }},
+         return f.features.hasLss() && isOn(f, "lss_inquiry_supported"); }},
+    {"#define CO_IDNEGO_SUPPORTED\t",        [](const Facts &f) { return quint32(f.features.hasIdNegotiation()); }},
     {"#define CO_GFC_SUPPORTED\t",           [](const Facts &f) { return quint32(f.hasGfc); }},
     {"#define CO_DYNAMIC_OBJDIC\t",          [](const Facts &f) { return isOn(f, "dynod"); }},
     {"#define CO_EVENT_CSDO_DOMAIN_WRITE\t", [](const Facts &f) { return isOn(f, "csdo_write_special"); }},
@@ -113,12 +113,12 @@ constexpr ServiceRow kNodeServices[] = {
 constexpr ServiceRow kErrorServices[] = {
     {"#define CO_EMCY_CONSUMER_CNT ",       [](const Facts &f) { return f.emcyConsumers; }},
     {"#define CO_EMCY_ERROR_HISTORY ",      [](const Facts &f) { return f.errorHistory; }},
-    {"#define CO_EMCY_ACTIVE_ERROR_LIST\t", [](const Facts &f) { return f.canFd ? f.sum(&LineServices::activeErrors) : 0; }},
+    {"#define CO_EMCY_ACTIVE_ERROR_LIST\t", [](const Facts &f) { return f.features.hasCanFd() ? f.sum(&LineServices::activeErrors) : 0; }},
     {"#define CO_TIME_SUPPORTED\t",         [](const Facts &f) { return quint32(f.hasTime); }},
 };
 
 constexpr ServiceRow kLimitSwitches[] = {
-    {"#define CO_CONFIG_LIMIT_CHECK\t\t",   [](const Facts &f) { return quint32(f.settings.byPrefix("limit_check") >= 1); }},
+    {"#define CO_CONFIG_LIMIT_CHECK\t\t",   [](const Facts &f) { return quint32(f.features.hasLimitCheck()); }},
 };
 
 constexpr ServiceRow kLastServices[] = {
@@ -263,14 +263,14 @@ void writeUsdo(DefineContext &context)
 {
     const GeneralSettings &settings = context.settings;
     context.raw({"#define CO_USDO_SUPPORTED\t1u\n"});
-    if (settings.decimal("usdo_server_enabled") != 0) {
+    if (context.features.hasUsdoServer()) {
         context.define({"#define CO_USDO_SERVER_MAX_CON\t"}, settings.byPrefix("usdo_server_cnt"));
         const quint32 domainSize = settings.byPrefix("usdo_server_domain_write_ind_size");
         if (domainSize != 0)
             context.define({"#define CO_SUSDO_DOMAIN_CNT\t"}, domainSize);
         writeFunctions(context, kUsdoServerFunctions);
     }
-    if (settings.decimal("usdo_client_enabled") != 0) {
+    if (context.features.hasUsdoClient()) {
         context.raw({"#define CO_USDO_CLIENT_SUPPORTED\t1u\n"});
         context.define({"#define CO_USDO_CLIENT_MAX_CON\t"}, settings.byPrefix("usdo_client_cnt"));
         writeFunctions(context, kUsdoClientFunctions);
@@ -380,7 +380,7 @@ void Defines::generateServiceDefines(DefineContext &context)
     writeRouting(context, facts);
     writeSdoServerCount(context, facts.sdoServers);
     writeSdoClientCount(context, facts.sdoClients);
-    if (context.canFd)
+    if (context.features.hasCanFd())
         writeUsdo(context);
     writePdos(context, facts);
     writeBootupManager(context, facts);

@@ -2,7 +2,6 @@
 #include "generators/defines/servicefacts.h"
 
 #include "generators/defines/definecounts.h"
-#include "generators/j1939settings.h"
 #include "support/accesstype.h"
 #include "support/objectindex.h"
 
@@ -61,7 +60,6 @@ quint32 listedClients(const LineServices &line, bool isCia510)
 LineServices readLine(const DefineContext &context, quint8 number)
 {
     const ObjectDataBase &store = context.store;
-    const J1939Settings j1939(store);
     const qint32 most = context.settings.decimal("max_slave_assignment");
 
     LineServices line;
@@ -77,8 +75,8 @@ LineServices readLine(const DefineContext &context, quint8 number)
     line.sdoServers = countIndices(store, number, ObjectRanges::kSdoServers);
     line.sdoClients = countIndices(store, number, ObjectRanges::kSdoClients);
     line.listedServers =
-        listedServers(line, context.canFd, j1939.byPrefix("cia510serversupport") == 1);
-    line.listedClients = listedClients(line, j1939.byPrefix("cia510clientsupport") == 1);
+        listedServers(line, context.features.hasCanFd(), context.features.hasSdoServer());
+    line.listedClients = listedClients(line, context.features.hasSdoClient());
     line.srdos = countIndices(store, number, ObjectRanges::kSrdoParameterPlaces);
     line.assignments = countSubs(store, number, ObjectIndex::kSlaveAssignment, 1);
     line.maxAssignments = most != 0 ? quint32(most) : line.assignments;
@@ -171,19 +169,18 @@ void addTotals(const DefineContext &context, const LineServices &line, ServiceFa
             static_cast<quint16>(context.settings.decimal("max_slave_assignment"));
 }
 
-void addSdos(const ObjectDataBase &store, ServiceFacts *facts)
+void addSdos(ServiceFacts *facts)
 {
-    const J1939Settings j1939(store);
     quint32 j1939Lines = 0;
     for (const LineServices &line : qAsConst(facts->lines)) {
-        const bool hasDefault = carriesCANopen(line.type) && !facts->canFd;
+        const bool hasDefault = carriesCANopen(line.type) && !facts->features.hasCanFd();
         facts->sdoServers += qMax<quint32>(line.sdoServers, hasDefault ? 1 : 0);
         facts->sdoClients += line.sdoClients;
         j1939Lines += line.type == LineType::J1939;
     }
-    if (facts->sdoServers > 0 && j1939.byPrefix("cia510serversupport") == 1)
+    if (facts->sdoServers > 0 && facts->features.hasSdoServer())
         facts->sdoServers += j1939Lines;
-    if (facts->sdoClients > 0 && j1939.byPrefix("cia510clientsupport") == 1)
+    if (facts->sdoClients > 0 && facts->features.hasSdoClient())
         facts->sdoClients += j1939Lines;
 }
 
@@ -218,8 +215,7 @@ quint32 Defines::ServiceFacts::sum(quint32 LineServices::*value) const
 Defines::ServiceFacts Defines::readServiceFacts(const DefineContext &context)
 {
     ObjectDataBase &store = context.store;
-    ServiceFacts facts(context.settings);
-    facts.canFd = context.canFd;
+    ServiceFacts facts(context);
     for (const quint8 number : context.lines.numbers) {
         store.cacheAllSubs(number, 0);
         LineServices line = readLine(context, number);
@@ -232,7 +228,7 @@ Defines::ServiceFacts Defines::readServiceFacts(const DefineContext &context)
         addTotals(context, line, &facts);
         facts.lines.append(line);
     }
-    addSdos(store, &facts);
+    addSdos(&facts);
     readProfile(store, context.activeLine, &facts);
     store.setDescriptionSettingsLine(context.activeLine);
     facts.isSelfStarting =

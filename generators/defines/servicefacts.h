@@ -39,7 +39,7 @@ struct LineServices {
 struct ServiceFacts {
     QVector<LineServices> lines;
     GeneralSettings settings;
-    bool canFd = false;
+    ProjectFeatures features;
 
     bool hasMaster = false; ///< some line can be NMT master
     bool hasFlyingMaster = false;
@@ -74,7 +74,10 @@ struct ServiceFacts {
     quint16 profile = 0;       ///< of the active line
     quint32 vdfgs[2] = {0, 0}; ///< virtual device function groups 1 to 32 and 33 to 64, CiA 447
 
-    explicit ServiceFacts(const GeneralSettings &generalSettings) : settings(generalSettings) {}
+    explicit ServiceFacts(const DefineContext &context)
+        : settings(context.settings), features(context.features)
+    {
+    }
 
     QVector<quint32> perLine(quint32 LineServices::*value) const;
     quint32 sum(quint32 LineServices::*value) const;

@@ -1,9 +1,9 @@
 // Variables of the application, declared and defined.
 #include "generators/j1939/extdeclgenerator.h"
 
+#include "generators/codefeatures.h"
 #include "generators/ctext.h"
 #include "generators/generalsettings.h"
-#include "generators/j1939settings.h"
 #include "generators/outputname.h"
 #include "generators/projectlines.h"
 #include "generators/textwriter.h"
@@ -289,7 +289,7 @@ void addFrames(Collector &collector, ObjectDataBase &store, quint8 line)
 /// Is a table of objects written at all? Lines of other protocols may have stale ones.
 bool hasDictionary(const ObjectDataBase &store, const QList<quint8> &lines)
 {
-    return J1939Settings(store).byPrefix("cia510serversupport") == 1 ||
+    return readCodeFeatures(store).hasSdoServer() ||
            std::any_of(lines.begin(), lines.end(),
                        [&](quint8 line) { return carriesCANopen(readLineType(store, line)); });
 }

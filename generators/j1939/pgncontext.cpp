@@ -1,6 +1,7 @@
 // The form of the J1939 source, and what it reads from the project.
 #include "generators/j1939/pgncontext.h"
 
+#include "generators/codefeatures.h"
 #include "generators/projectlines.h"
 #include "support/parametergroups.h"
 
@@ -43,7 +44,7 @@ Traffic readTraffic(const ObjectDataBase &store, quint8 line, quint8 direction)
 
 Pgn::Dialect Pgn::dialectOf(const ObjectDataBase &store)
 {
-    return GeneralSettings(store).wantsCoreHeaders() ? v4Dialect() : classicDialect();
+    return readCodeFeatures(store).isForV4() ? v4Dialect() : classicDialect();
 }
 
 Pgn::Context Pgn::makeContext(ObjectDataBase &store, TextWriter &out, const Dialect &dialect)
@@ -53,12 +54,11 @@ Pgn::Context Pgn::makeContext(ObjectDataBase &store, TextWriter &out, const Dial
     Form &form = context.form;
     // The J1939 stack knows no forced multi-line form: lines are counted here.
     form.multiLine = project.numbers.size() > 1;
-    form.canFd = context.settings.decimal("canfd_supported") > 0;
-    form.dynamicMapping = context.j1939.isOn("dynsupport");
-    form.excludeSafePgns = context.j1939.isOn("safetysupport");
-    form.initialiseValues = context.settings.decimal("init_static_variables") == 1;
-    form.hasUds = context.settings.decimal("udsserver_supported") == 1 ||
-                  context.settings.decimal("udsclient_supported") == 1;
+    form.canFd = context.features.hasCanFd();
+    form.dynamicMapping = context.features.hasDynamicGroups();
+    form.excludeSafePgns = context.features.hasSafetyGroups();
+    form.initialiseValues = context.features.hasStaticValues();
+    form.hasUds = context.features.hasUds();
     for (const quint8 number : project.numbers) {
         store.cacheAllSpnDataForLine(number);
         context.lines << Line{number, readLineType(store, number),

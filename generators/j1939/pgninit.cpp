@@ -20,12 +20,6 @@ constexpr Word kBufferCounts[] = {
     {"\t{ CO_COB_COUNTS },\n", "\t{ CORE_COB_COUNTS },\n"},
 };
 
-/// The structures of today; older stacks start without what all protocols share.
-bool hasNewInitStructure(const Context &context)
-{
-    return context.settings.decimal("new_init_structure") == 1;
-}
-
 void writeWatchdog(Context &context)
 {
     context.out.parts("\t", context.dialect.watchdogMacro, "\n");
@@ -47,7 +41,7 @@ RET_T j1939StackInit(
 RET_T retVal;
 )");
     // Deliberate: only the new structures have modes to set, held by tst_pgngenerator.
-    if (context.form.canFd && context.form.multiLine && hasNewInitStructure(context))
+    if (context.form.canFd && context.form.multiLine && context.features.hasNewInitStructure())
         out.raw("UNSIGNED8 i;\n");
 }
 
@@ -100,7 +94,7 @@ void writeOldValues(Context &context)
 void writeStructures(Context &context)
 {
     TextWriter &out = context.out;
-    const bool isNew = hasNewInitStructure(context);
+    const bool isNew = context.features.hasNewInitStructure();
     if (isNew) {
         writeCommonInitVars(out, context.dialect, context.store);
         out.raw(context.dialect.constMacro);
@@ -132,7 +126,7 @@ void writeCommonStart(Context &context)
     }
     // Deliberate: the call hands over a structure that only the new form has, held by
     // tst_pgngenerator.
-    if (hasNewInitStructure(context)) {
+    if (context.features.hasNewInitStructure()) {
         out.parts(context.dialect.commonStart, kReturnTest);
         writeWatchdog(context);
     }
@@ -182,7 +176,7 @@ void writeDictionaryStart(Context &context)
 
 void Pgn::writeServiceValues(Context &context)
 {
-    if (hasNewInitStructure(context))
+    if (context.features.hasNewInitStructure())
         writeNewValues(context);
     else
         writeOldValues(context);
@@ -202,7 +196,7 @@ void Pgn::generateStackInit(Context &context)
             writeLineStart(context, line);
     }
     writeWatchdog(context);
-    if (context.j1939.byPrefix("cia510serversupport") == 1)
+    if (context.features.hasSdoServer())
         writeDictionaryStart(context);
     context.out.block(R"(
 

@@ -1,6 +1,7 @@
 // Prototypes of static indications.
 #include "generators/multiproto/indicationgenerator.h"
 
+#include "generators/codefeatures.h"
 #include "generators/ctext.h"
 #include "generators/generalsettings.h"
 #include "generators/projectlines.h"
@@ -125,25 +126,27 @@ void Indications::writeHead(TextWriter &out, const QString &projectName, const Q
 bool Indications::staticIndisAvailable(const ObjectDataBase &store)
 {
     const GeneralSettings settings(store);
+    const ProjectFeatures features = readCodeFeatures(store);
     const bool countsWithoutServer =
         std::any_of(std::begin(kCountsWithoutServer), std::end(kCountsWithoutServer),
                     [&settings](const char *key) { return settings.isSet(key); });
     return isAnySet(settings, kEvents) || countsWithoutServer ||
-           (settings.decimal("usdo_server_enabled") != 0 && isAnySet(settings, kUsdoServer)) ||
-           (settings.decimal("usdo_client_enabled") != 0 && isAnySet(settings, kUsdoClient));
+           (features.hasUsdoServer() && isAnySet(settings, kUsdoServer)) ||
+           (features.hasUsdoClient() && isAnySet(settings, kUsdoClient));
 }
 
 void Indications::writePrototypes(TextWriter &out, const ObjectDataBase &store, bool multiLine)
 {
     const GeneralSettings settings(store);
+    const ProjectFeatures features = readCodeFeatures(store);
     const char *lineParameter = multiLine ? "UNSIGNED8 CO_LINE, " : "";
     writeRows(out, settings, kEvents, lineParameter);
-    if (settings.decimal("usdo_server_enabled") != 0) {
+    if (features.hasUsdoServer()) {
         if (settings.isSet("usdo_server_ind_check_write_function"))
             writeConstMacro(out);
         writeRows(out, settings, kUsdoServer, lineParameter);
     }
-    if (settings.decimal("usdo_client_enabled") != 0)
+    if (features.hasUsdoClient())
         writeRows(out, settings, kUsdoClient, lineParameter);
 }
 

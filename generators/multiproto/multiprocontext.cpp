@@ -1,12 +1,13 @@
 // The form of the source of several protocols.
 #include "generators/multiproto/multiprocontext.h"
 
+#include "generators/codefeatures.h"
 #include "generators/objdict/objdictinit.h"
 #include "generators/projectlines.h"
 
 MultiPro::Facts MultiPro::readFacts(const ObjectDataBase &store)
 {
-    const GeneralSettings settings(store);
+    const ProjectFeatures features = readCodeFeatures(store);
     const ProjectLines project = readProjectLines(store);
     Facts facts;
     facts.multiLine = project.multiLine;
@@ -16,9 +17,8 @@ MultiPro::Facts MultiPro::readFacts(const ObjectDataBase &store)
         facts.hasJ1939 |= carriesJ1939(type);
         facts.hasRaw |= type == LineType::RawCan;
     }
-    facts.hasUds = settings.decimal("udsserver_supported") == 1 ||
-                   settings.decimal("udsclient_supported") == 1;
-    facts.hasCiA510 = J1939Settings(store).byPrefix("cia510serversupport") == 1;
+    facts.hasUds = features.hasUds();
+    facts.hasCiA510 = features.hasSdoServer();
     return facts;
 }
 

@@ -33,7 +33,7 @@ void MultiProGenerator::resetJob()
 void MultiProGenerator::write(TextWriter &out)
 {
     MultiPro::Context context = MultiPro::makeContext(*database, out, words, activeLine);
-    updateUserHeader(ObjDict::needsUserHeader(context.objDict.settings));
+    updateUserHeader(ObjDict::needsUserHeader(context.objDict.settings, context.objDict.features));
     writeHead(context, {projectName, toolVersion}, hasStandardLibrary());
     writeTables(context);
     emit progress(75);

@@ -34,10 +34,7 @@ constexpr Word kCommonPrototypeFd = {
 void writeDeviceHeaders(Context &context)
 {
     TextWriter &out = context.out;
-    // Deliberate: "1", not the "V4" of other places, held by tst_multiprogenerator.
-    out.raw(context.objDict.settings.text("use_core_headers") == QLatin1String("1")
-                ? kCoreHeaders
-                : context.of(kOldHeaders));
+    out.raw(context.objDict.features.namesCoreHeaders() ? kCoreHeaders : context.of(kOldHeaders));
     out.raw("#include <gen_extern_decl.h>\n");
     if (context.facts.hasCiA510) {
         out.raw("#include <j1939_cam11_cam21.h>\n");
@@ -109,7 +106,7 @@ void MultiPro::writeHead(Context &context, const ObjDict::HeadFacts &facts,
                      facts.toolVersion);
     writeIncludes(context, withStandardLibrary);
     SourceHead::writeWatchdogMacro(out, context.objDict.dialect);
-    if (ObjDict::needsUserHeader(context.objDict.settings))
+    if (ObjDict::needsUserHeader(context.objDict.settings, context.objDict.features))
         out.raw("#include <gen_user.h>\n");
     writePrototypes(context);
     out.raw("\n");

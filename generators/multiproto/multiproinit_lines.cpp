@@ -104,7 +104,7 @@ void writeFirstSdoServer(Context &context, const CallForm &form)
 
 void writeLss(Context &context, const Role &role)
 {
-    if (context.objDict.settings.decimal("lss_supported") <= 0)
+    if (!context.objDict.features.hasLss())
         return;
     TextWriter &out = context.out;
     out.raw("\n");

@@ -1,6 +1,7 @@
 // The form of the object dictionary source and its classes of values.
 #include "generators/objdict/objdictcontext.h"
 
+#include "generators/codefeatures.h"
 #include "generators/projectlines.h"
 
 namespace
@@ -40,7 +41,7 @@ constexpr TypeRow kTypes[] = {
 
 ObjDict::Dialect ObjDict::dialectOf(const ObjectDataBase &store)
 {
-    return GeneralSettings(store).wantsCoreHeaders() ? v4Dialect() : classicDialect();
+    return readCodeFeatures(store).isForV4() ? v4Dialect() : classicDialect();
 }
 
 std::optional<ObjDict::ValueClass> ObjDict::valueClassOf(quint16 dataType)
@@ -68,9 +69,8 @@ ObjDict::Form ObjDict::readForm(const ObjectDataBase &store, quint8 activeLine)
     form.singleLine = project.numbers.isEmpty() || project.numbers.contains(activeLine)
                           ? activeLine
                           : project.numbers.first();
-    const GeneralSettings settings(store);
-    form.canFd = settings.decimal("canfd_supported") > 0;
-    // Read as the definitions header reads it: its macro and the rows must say the same.
-    form.hasLimitCheck = settings.byPrefix("limit_check") > 0;
+    const ProjectFeatures features = readCodeFeatures(store);
+    form.canFd = features.hasCanFd();
+    form.hasLimitCheck = features.hasLimitCheck();
     return form;
 }

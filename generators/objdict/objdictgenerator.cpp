@@ -1,6 +1,7 @@
 // The order of the sections.
 #include "generators/objdict/objdictgenerator.h"
 
+#include "generators/codefeatures.h"
 #include "generators/ctext.h"
 #include "generators/objdict/objdictdescription.h"
 #include "generators/objdict/objdictinit.h"
@@ -37,7 +38,7 @@ ObjDictGeneratorV4::ObjDictGeneratorV4(bool compactArrayDescription)
 QStringList ObjDictGenerator::outputFiles() const
 {
     QStringList files(targetFile());
-    if (ObjDict::needsUserHeader(GeneralSettings(*database)))
+    if (ObjDict::needsUserHeader(GeneralSettings(*database), readCodeFeatures(*database)))
         files << userHeaderFile();
     return files;
 }
@@ -48,7 +49,7 @@ void ObjDictGenerator::write(TextWriter &out)
     context.form = ObjDict::readForm(*database, activeLine);
     context.form.compactArrays = compactArrays;
     context.form.sdoServerOnly = cia510ServerMode;
-    updateUserHeader(ObjDict::needsUserHeader(context.settings));
+    updateUserHeader(ObjDict::needsUserHeader(context.settings, context.features));
     writePreamble(context);
     writeTables(context);
     writeStartUp(context);
@@ -82,7 +83,7 @@ void ObjDictGenerator::writeTables(ObjDict::Context &context)
     defineManagedVariables(context);
     defineAllConsts(context);
     // Deliberate: the SDO server has no function that would use the texts, held by tst_golden.
-    if (context.settings.decimal("generate_string_defaults") > 0 && !cia510ServerMode)
+    if (context.features.hasStringDefaults() && !cia510ServerMode)
         generateStringDefaultValues(context);
     defineApplicationVariables(context);
     emit progress(25);
@@ -106,6 +107,6 @@ void ObjDictGenerator::writeStartUp(ObjDict::Context &context)
     else
         initObjectDictionary(context);
     overwrite301(context);
-    if (context.settings.decimal("generate_string_defaults") > 0)
+    if (context.features.hasStringDefaults())
         generateStringDefaultValueFunction(context);
 }

@@ -164,7 +164,7 @@ void writeDynamicRole(Context &context, const CallForm &form, bool hasLss)
 
 void writeRole(Context &context, const CallForm &form)
 {
-    const bool hasLss = context.settings.decimal("lss_supported") > 0;
+    const bool hasLss = context.features.hasLss();
     if (isMasterByOptions(context)) {
         writeDynamicRole(context, form, hasLss);
         return;

@@ -244,9 +244,8 @@ bool hasSdoServers(const Context &context)
 bool mayCheckUnset(const Context &context, quint8 line)
 {
     const qint32 master = context.settings.decimalOfLine("nmtmaster", line);
-    const bool hasLssWithoutCall =
-        context.settings.decimal("lss_supported") > 0 && master != 0 && master != kMaster;
-    const bool hasBareCheck = hasLssWithoutCall || context.settings.decimal("idnego_supported") > 0;
+    const bool hasLssWithoutCall = context.features.hasLss() && master != 0 && master != kMaster;
+    const bool hasBareCheck = hasLssWithoutCall || context.features.hasIdNegotiation();
     return context.form.canFd && hasBareCheck && !hasSdoServers(context);
 }
 
@@ -385,7 +384,7 @@ void writeNmt(Context &context, quint8 line, bool hasLss)
 void writeLineFunction(Context &context, quint8 line, int &assignOffset)
 {
     const CallForm form = {line, true};
-    const bool hasLss = context.settings.decimal("lss_supported") > 0;
+    const bool hasLss = context.features.hasLss();
     TextWriter &out = context.out;
     writeLineHead(context, line);
     writeUdsLineCall(context, form);

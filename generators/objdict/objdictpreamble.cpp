@@ -85,8 +85,7 @@ void writePointers(Context &context, const IndicationRow (&rows)[Count])
 
 void writeUdsIncludes(Context &context)
 {
-    if (context.settings.decimal("udsserver_supported") == 1 ||
-        context.settings.decimal("udsclient_supported") == 1)
+    if (context.features.hasUds())
         context.out.raw("#include <iso_tp.h>\n"
                         "#include <uds_uds.h>\n");
 }
@@ -103,10 +102,8 @@ bool namesApplicationVariables(const Context &context)
 
 void writeSdoServerIncludes(Context &context)
 {
-    // Deliberate: "1", not the "V4" of other places, held by tst_golden.
-    context.out.raw(context.settings.text("use_core_headers") == QLatin1String("1")
-                        ? "#include <core_datatype.h>\n"
-                        : "#include <co_datatype.h>\n");
+    context.out.raw(context.features.namesCoreHeaders() ? "#include <core_datatype.h>\n"
+                                                        : "#include <co_datatype.h>\n");
     context.out.raw("#include <co_odaccess.h>\n"
                     "#include <j1939_cam11_cam21.h>\n");
     writeUdsIncludes(context);
@@ -135,14 +132,14 @@ constexpr PrototypeTexts kCanFd = {
 
 } // namespace
 
-bool ObjDict::needsUserHeader(const GeneralSettings &settings)
+bool ObjDict::needsUserHeader(const GeneralSettings &settings, const ProjectFeatures &features)
 {
     qint64 wanted = settings.decimal("overwrite_predef");
     if (wanted == 0) {
         for (quint8 line = 0; line <= kHighestLine; ++line)
             wanted += settings.decimalOfLine("overwrite_predef", line);
     }
-    return wanted + settings.decimal("generate_string_defaults") > 0;
+    return wanted + features.stringDefaults > 0;
 }
 
 void ObjDict::writeUserHeader(TextWriter &out, const HeadFacts &facts)
@@ -185,7 +182,7 @@ void ObjDict::writeIncludes(Context &context, bool withStandardLibrary)
         writeUdsIncludes(context);
         out.raw("#include <gen_indication.h>\n");
     }
-    if (needsUserHeader(context.settings))
+    if (needsUserHeader(context.settings, context.features))
         out.raw("#include <gen_user.h>\n");
     out.raw("\n");
 }
@@ -260,9 +257,9 @@ void ObjDict::writeIndicationPointers(Context &context)
     if (context.form.sdoServerOnly)
         return;
     writePointers(context, kIndications);
-    if (context.settings.decimal("usdo_server_enabled") != 0)
+    if (context.features.hasUsdoServer())
         writePointers(context, kUsdoServerIndications);
-    if (context.settings.decimal("usdo_client_enabled") != 0)
+    if (context.features.hasUsdoClient())
         writePointers(context, kUsdoClientIndications);
 }
 

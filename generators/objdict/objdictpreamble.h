@@ -3,6 +3,7 @@
 #pragma once
 
 #include "generators/objdict/objdictcontext.h"
+#include "store/projectfeatures.h"
 
 namespace ObjDict
 {
@@ -14,7 +15,7 @@ struct HeadFacts {
 };
 
 /// gen_user.h declares functions that overwrite settings; is any of them wanted?
-bool needsUserHeader(const GeneralSettings &settings);
+bool needsUserHeader(const GeneralSettings &settings, const ProjectFeatures &features);
 void writeUserHeader(TextWriter &out, const HeadFacts &facts);
 
 void writeIncludes(Context &context, bool withStandardLibrary);

@@ -1,7 +1,6 @@
 // Start-up calls of the single services.
 #include "generators/objdict/objdictstartcalls.h"
 
-#include "generators/codefeatures.h"
 #include "generators/commonstart.h"
 #include "generators/initstructversions.h"
 #include "generators/objdict/objdictpdo.h"
@@ -42,11 +41,6 @@ void openCall(Context &context, const CallForm &form, const char *call, bool has
     context.out.raw(call);
     if (form.namesLine)
         context.out.raw(hasArguments ? "canLine, " : "canLine");
-}
-
-bool hasUds(const Context &context)
-{
-    return readCodeFeatures(context.store).hasUds();
 }
 
 void writeObjectService(Context &context, const CallForm &form, const ObjectService &service)
@@ -242,7 +236,7 @@ void initIsoTp(Context &context, const CallForm &form)
 
 void initIdNego(Context &context, const CallForm &form)
 {
-    if (context.settings.decimal("idnego_supported") <= 0)
+    if (!context.features.hasIdNegotiation())
         return;
     context.out.raw("\n"
                     "    /* initialization of ID negotiation module */\n");
@@ -330,7 +324,7 @@ void writeCommonInitVars(Context &context)
 
 void writeUdsStructures(Context &context)
 {
-    if (!hasUds(context))
+    if (!context.features.hasUds())
         return;
     UdsStart::writeStructures(context.out, context.store, readProjectLines(context.store).numbers);
     context.out.raw("\n");
@@ -338,7 +332,7 @@ void writeUdsStructures(Context &context)
 
 void writeUdsCommonCall(Context &context)
 {
-    if (!hasUds(context))
+    if (!context.features.hasUds())
         return;
     UdsStart::writeCommonCall(context.out);
     context.out.raw("\n");
@@ -346,7 +340,7 @@ void writeUdsCommonCall(Context &context)
 
 void writeUdsLineCall(Context &context, const CallForm &form)
 {
-    if (!hasUds(context))
+    if (!context.features.hasUds())
         return;
     UdsStart::writeLineCall(context.out, form.line, form.namesLine);
     context.out.raw("\n");
@@ -354,7 +348,7 @@ void writeUdsLineCall(Context &context, const CallForm &form)
 
 bool hasNewInitStructure(const Context &context)
 {
-    return context.settings.decimal("new_init_structure") == 1;
+    return context.features.hasNewInitStructure();
 }
 
 int countAssignRows(const Context &context, quint8 line)

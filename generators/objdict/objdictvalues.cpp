@@ -199,7 +199,7 @@ void ObjDict::defineManagedVariables(Context &context)
         note(context.positions, &Positions::managed, place.key(), position);
     });
     ManagedStyle style;
-    style.isInitialised = context.settings.decimal("init_static_variables") == 1;
+    style.isInitialised = context.features.hasStaticValues();
     const QString specifier = context.settings.text("static_memory_specifier");
     if (!specifier.isEmpty())
         style.specifier = QStringLiteral(" %1 ").arg(CText::expression(specifier));

@@ -58,7 +58,7 @@ QStringList entriesOf(const Context &context, const QVector<VirtualObjects::Valu
 {
     QStringList entries;
     const std::optional<ValueClass> valueClass = valueClassOf(static_cast<quint16>(row.type));
-    if (!valueClass || context.settings.decimal("init_static_variables") != 1)
+    if (!valueClass || !context.features.hasStaticValues())
         return entries;
     for (const VirtualObjects::Value &value : values) {
         const QString text = context.store.getSubIndexValue(value.line, value.index, value.sub);
