@@ -9,6 +9,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <cstdio>
+
 namespace
 {
 
@@ -34,6 +36,8 @@ CLIMainApp::CLIMainApp(const QStringList &argumentList, CLIOutputHandler *handle
 {
     connect(generatorMainHandler, &GeneratorMainHandler::finished, this,
             &CLIMainApp::generatorFinished);
+    connect(generatorMainHandler, &GeneratorMainHandler::checked, this,
+            &CLIMainApp::locateFindings);
     fillErrorStringMap();
 }
 
@@ -200,6 +204,19 @@ void CLIMainApp::saveProject(const QString &project)
         Problems::error("not-saved", project, QStringLiteral("could not be saved: %1").arg(reason));
 }
 
+void CLIMainApp::locateFindings()
+{
+    const QString project = options.value("-project");
+    const bool isTold = options.has("-problems");
+    if (!isTold && !options.has("-report"))
+        return;
+    locatedFindings = locate(generatorMainHandler->findings(), *ProjectPlaces::ofFile(project));
+    for (const LocatedFinding &finding : qAsConst(locatedFindings)) {
+        if (isTold)
+            std::fprintf(stderr, "%s\n", qUtf8Printable(finding.asProblem(project).asLine()));
+    }
+}
+
 void CLIMainApp::writeReport(const QString &project)
 {
     QString path;
@@ -208,8 +225,11 @@ void CLIMainApp::writeReport(const QString &project)
     // A check that finds errors is a check that did its work.
     const bool isComplete =
         returnCode == ReturnCode::NoError || returnCode == ReturnCode::CheckError;
-    const RunReport report = {project, generatorMainHandler->findings(),
-                              static_cast<int>(returnCode), errorStrings.value(returnCode),
+    const RunReport report = {project,
+                              locatedFindings,
+                              problemLog.problems(),
+                              static_cast<int>(returnCode),
+                              errorStrings.value(returnCode),
                               isComplete};
     const QString role = guardOfReport.roleOf(path);
     const QString reason =

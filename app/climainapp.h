@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/generatormainhandler.h"
+#include "app/locatedfinding.h"
 #include "app/problemlog.h"
 #include "app/runoptions.h"
 #include "support/outputguard.h"
@@ -55,6 +56,8 @@ private:
     void runProject(const QString &project);
     void finishWith(ReturnCode code);
     void saveProject(const QString &project);
+    /// Finds the places of the findings, as long as the project's file is the one that was read.
+    void locateFindings();
     /// Writes the report on the run that the user asked for, if he did.
     void writeReport(const QString &project);
     /// The same for the dependency file; only of a run that went well.
@@ -65,6 +68,7 @@ private:
     OutputGuard guardOfReport;       ///< the same for the report for machines
     OutputGuard guardOfDependencies; ///< the same for the dependency file
     RunFiles runFiles;
+    QVector<LocatedFinding> locatedFindings;
     RunOptions options;
     CLIOutputHandler *outputHandler;
     GeneratorMainHandler *generatorMainHandler;

@@ -354,6 +354,7 @@ bool GeneratorMainHandler::checkModel(const ProjectFacts &facts, bool ignoreChec
     for (const ProjectLine &line : facts.lines)
         errorCount += checkLine(checker, facts, line, didCorrection);
     checkFindings = checker.findings();
+    emit checked();
     if (didCorrection)
         emit doneCorrection();
 

@@ -93,6 +93,9 @@ public slots:
 signals:
     void finished(GeneratorMainHandler::GeneratorResult result);
 
+    /// findings() are those of this run; nothing is generated yet.
+    void checked();
+
     /// The check has changed the project.
     void doneCorrection();
 

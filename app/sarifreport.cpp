@@ -1,84 +1,137 @@
 // From the findings of a run to its SARIF log.
 #include "app/sarifreport.h"
 
+#include "app/artifacturis.h"
 #include "formats/sarif.h"
 #include "support/filereasons.h"
 #include "support/replacefile.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
+#include <QDir>
 #include <QJsonObject>
-#include <QUrl>
 
 namespace
 {
 
-QString hexNumber(qint32 number, int digits)
+Sarif::Level sarifLevel(Problems::Level level)
 {
-    return QStringLiteral("0x%1").arg(number, digits, 16, QLatin1Char('0'));
-}
-
-Sarif::Level sarifLevel(const Check::MessageRow &row)
-{
-    switch (Check::levelOf(row)) {
-    case Check::Level::Error:
+    switch (level) {
+    case Problems::Level::Error:
         return Sarif::Level::Error;
-    case Check::Level::Warning:
+    case Problems::Level::Warning:
         return Sarif::Level::Warning;
-    case Check::Level::Note:
+    case Problems::Level::Note:
         break;
     }
     return Sarif::Level::Note;
 }
 
-/// Their positions are those of the messages.
-QVector<Sarif::Rule> allRules()
+/// The messages of the check, in their order.
+QVector<Sarif::Rule> checkRules()
 {
     QVector<Sarif::Rule> rules;
-    for (const Check::MessageRow &row : Check::messages())
-        rules.append({Check::ruleName(row.id), Check::plainText(row, {}), sarifLevel(row)});
+    for (const Check::MessageRow &row : Check::messages()) {
+        const LocatedFinding example{{row.id, {}}, 0};
+        rules.append(
+            {Check::ruleName(row.id), Check::ruleDescription(row), sarifLevel(example.level())});
+    }
     return rules;
 }
 
-/// Place of a finding in words, such as "line 0/0x1018/0x01"; empty for the whole project.
-QString placeName(const Finding &finding)
+/// Position of the rule of a problem among \a rules, to which it is added if need be.
+int ruleOf(const Problems::Problem &problem, QVector<Sarif::Rule> *rules)
 {
-    if (finding.line < 0)
-        return QString();
-    QString name = QStringLiteral("line %1").arg(finding.line);
-    if (finding.index >= 0)
-        name += QLatin1Char('/') + hexNumber(finding.index, 4);
-    if (finding.subindex >= 0)
-        name += QLatin1Char('/') + hexNumber(finding.subindex, 2);
-    return name;
+    for (int i = 0; i < rules->size(); ++i) {
+        if (rules->at(i).id == problem.rule)
+            return i;
+    }
+    QString words = problem.rule;
+    words.replace(QLatin1Char('-'), QLatin1Char(' '));
+    words = words.left(1).toUpper() + words.mid(1);
+    rules->append({problem.rule, words, Sarif::Level::Warning});
+    return rules->size() - 1;
 }
 
 /// Numbers of the place; what the finding is not about is left out.
 QJsonObject propertiesOf(const Finding &finding)
 {
+    const QPair<const char *, qint32> numbers[] = {{"line", finding.line},
+                                                   {"index", finding.index},
+                                                   {"subindex", finding.subindex},
+                                                   {"group", finding.group},
+                                                   {"signal", finding.signal}};
     QJsonObject properties;
-    if (finding.line >= 0)
-        properties.insert(QStringLiteral("line"), finding.line);
-    if (finding.index >= 0)
-        properties.insert(QStringLiteral("index"), finding.index);
-    if (finding.subindex >= 0)
-        properties.insert(QStringLiteral("subindex"), finding.subindex);
+    for (const auto &[name, number] : numbers) {
+        if (number >= 0)
+            properties.insert(QLatin1String(name), number);
+    }
     return properties;
 }
+
+/// Collects what the report says, and the files it says it of.
+class RunBuilder
+{
+public:
+    explicit RunBuilder(const QString &projectFile) : project(projectFile)
+    {
+        run.rules = checkRules();
+        (void)locationOf(project, 0);
+    }
+
+    void add(const LocatedFinding &located)
+    {
+        const Finding &finding = located.finding;
+        Sarif::Location location = locationOf(project, located.fileLine);
+        location.place = located.object();
+        run.results.append({static_cast<int>(finding.rule), sarifLevel(located.level()),
+                            finding.text(), location, propertiesOf(finding)});
+    }
+
+    /// A failure ended the run; anything else is a result like the findings.
+    void add(const Problems::Problem &problem, bool isFailure)
+    {
+        Sarif::Location location =
+            locationOf(problem.file.isEmpty() ? project : problem.file, problem.line);
+        location.column = problem.column;
+        if (isFailure)
+            run.notifications.append({ruleOf(problem, &run.failures), problem.text, location});
+        else
+            run.results.append({ruleOf(problem, &run.rules), Sarif::Level::Warning, problem.text,
+                                location, QJsonObject()});
+    }
+
+    Sarif::Run done()
+    {
+        run.bases = uris.bases();
+        return run;
+    }
+
+private:
+    Sarif::Location locationOf(const QString &path, int line)
+    {
+        const Sarif::File file = uris.of(path);
+        if (!run.files.contains(file))
+            run.files.append(file);
+        return {file, line, 0, QString()};
+    }
+
+    QString project;
+    ArtifactUris uris{QDir::currentPath()};
+    Sarif::Run run;
+};
 
 } // namespace
 
 QByteArray sarifText(const RunReport &report)
 {
-    Sarif::Run run;
+    RunBuilder builder(report.projectFile);
+    for (const LocatedFinding &finding : report.findings)
+        builder.add(finding);
+    for (const Problems::Problem &problem : report.problems)
+        builder.add(problem, !report.isComplete && problem.level == Problems::Level::Error);
+    Sarif::Run run = builder.done();
     run.tool = QCoreApplication::applicationName();
     run.version = QCoreApplication::applicationVersion();
-    run.rules = allRules();
-    run.fileUri = QUrl::fromLocalFile(QFileInfo(report.projectFile).absoluteFilePath())
-                      .toString(QUrl::FullyEncoded);
-    for (const Finding &finding : report.findings)
-        run.results.append({static_cast<int>(finding.rule), finding.text(), placeName(finding),
-                            propertiesOf(finding)});
     run.exitCode = report.exitCode;
     run.exitText = report.outcome;
     run.isSuccessful = report.isComplete;

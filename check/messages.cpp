@@ -350,6 +350,13 @@ QString patternOf(const MessageRow &row)
            QCoreApplication::translate("ModelChecker", row.text);
 }
 
+/// Without markup and outer white space.
+QString plainPattern(const MessageRow &row)
+{
+    static const QRegularExpression tags(QStringLiteral("<[^>]*>"));
+    return patternOf(row).remove(tags).trimmed();
+}
+
 /// All place holders at once, so that a "%2" in a project's text stays what it is.
 QString filled(const QString &pattern, const QStringList &arguments)
 {
@@ -397,8 +404,20 @@ QString markedUpText(const MessageRow &row, const QStringList &arguments)
 
 QString plainText(const MessageRow &row, const QStringList &arguments)
 {
-    static const QRegularExpression tags(QStringLiteral("<[^>]*>"));
-    return filled(patternOf(row).remove(tags).trimmed(), arguments);
+    return filled(plainPattern(row), arguments);
+}
+
+QString ruleDescription(const MessageRow &row)
+{
+    // A text that begins with the place of a finding is the same without it.
+    static const QRegularExpression start(QStringLiteral(
+        "^((Error|Warning|Corrected|Hint|Info): *)?(Object 0x%1(:%2 |(-0?[x0-9%]+| of line "
+        "%2)?: *))?"));
+    static const QRegularExpression holders(
+        QStringLiteral("'?(0x)?%\\d([:/](0x)?%\\d)*'?(\\.(?= |$))?"));
+    QString text = plainPattern(row).remove(start);
+    text.replace(0, 1, text.left(1).toUpper());
+    return text.replace(holders, QStringLiteral("..."));
 }
 
 } // namespace Check

@@ -195,6 +195,9 @@ QString ruleName(Msg id);
 /// Prefix and translated text, filled. \a arguments are as many as the row says.
 QString markedUpText(const MessageRow &row, const QStringList &arguments);
 
+/// What the message is about, for lists of rules: without its kind, and "..." for place holders.
+QString ruleDescription(const MessageRow &row);
+
 /// The same without markup and outer white space. What the arguments hold stays, tags too.
 QString plainText(const MessageRow &row, const QStringList &arguments);
 

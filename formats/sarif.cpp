@@ -39,21 +39,41 @@ QJsonArray ruleList(const QVector<Sarif::Rule> &rules)
     return list;
 }
 
-QJsonObject fileObject(const QString &uri)
+QJsonObject fileObject(const Sarif::File &file)
 {
-    return {{QStringLiteral("uri"), uri}};
+    return {{QStringLiteral("uri"), file.uri}, {QStringLiteral("uriBaseId"), file.baseId}};
 }
 
-QJsonObject locationOf(const Sarif::Result &result, const QString &uri)
+QJsonArray artifactList(const QVector<Sarif::File> &files)
 {
+    QJsonArray list;
+    for (const Sarif::File &file : files)
+        list.append(QJsonObject{{QStringLiteral("location"), fileObject(file)}});
+    return list;
+}
+
+QJsonObject baseList(const QVector<Sarif::Base> &bases)
+{
+    QJsonObject list;
+    for (const Sarif::Base &base : bases)
+        list.insert(base.id, QJsonObject{{QStringLiteral("uri"), base.uri}});
+    return list;
+}
+
+QJsonArray locationList(const Sarif::Location &place)
+{
+    QJsonObject region{{QStringLiteral("startLine"), qMax(place.line, 1)}};
+    if (place.column > 0)
+        region.insert(QStringLiteral("startColumn"), place.column);
     QJsonObject location{{QStringLiteral("physicalLocation"),
-                          QJsonObject{{QStringLiteral("artifactLocation"), fileObject(uri)}}}};
-    if (!result.place.isEmpty()) {
+                          QJsonObject{{QStringLiteral("artifactLocation"), fileObject(place.file)},
+                                      {QStringLiteral("region"), region}}}};
+    if (!place.place.isEmpty()) {
         location.insert(
             QStringLiteral("logicalLocations"),
-            QJsonArray{QJsonObject{{QStringLiteral("fullyQualifiedName"), result.place}}});
+            QJsonArray{QJsonObject{{QStringLiteral("fullyQualifiedName"), place.place}}});
     }
-    return location;
+    return {location};
 }
 
 /// Braces in a message enclose place holders, so braces of the text are doubled
@@ -72,10 +92,27 @@ QJsonArray resultList(const Sarif::Run &run)
         list.append(QJsonObject{
             {QStringLiteral("ruleId"), rule.id},
             {QStringLiteral("ruleIndex"), result.rule},
-            {QStringLiteral("level"), levelName(rule.level)},
+            {QStringLiteral("level"), levelName(result.level)},
             {QStringLiteral("message"), textObject(messageText(result.message))},
-            {QStringLiteral("locations"), QJsonArray{locationOf(result, run.fileUri)}},
+            {QStringLiteral("locations"), locationList(result.location)},
             {QStringLiteral("properties"), result.properties},
+        });
+    }
+    return list;
+}
+
+QJsonArray notificationList(const Sarif::Run &run)
+{
+    QJsonArray list;
+    for (const Sarif::Notification &notification : run.notifications) {
+        const QString id = run.failures.at(notification.rule).id;
+        const QJsonObject descriptor{{QStringLiteral("id"), id},
+                                     {QStringLiteral("index"), notification.rule}};
+        list.append(QJsonObject{
+            {QStringLiteral("descriptor"), descriptor},
+            {QStringLiteral("level"), levelName(Sarif::Level::Error)},
+            {QStringLiteral("message"), textObject(messageText(notification.message))},
+            {QStringLiteral("locations"), locationList(notification.location)},
         });
     }
     return list;
@@ -87,6 +124,7 @@ QJsonObject invocationOf(const Sarif::Run &run)
         {QStringLiteral("executionSuccessful"), run.isSuccessful},
         {QStringLiteral("exitCode"), run.exitCode},
         {QStringLiteral("exitCodeDescription"), run.exitText},
+        {QStringLiteral("toolExecutionNotifications"), notificationList(run)},
     };
 }
 
@@ -98,12 +136,14 @@ QByteArray Sarif::text(const Run &run)
         {QStringLiteral("name"), run.tool},
         {QStringLiteral("version"), run.version},
         {QStringLiteral("rules"), ruleList(run.rules)},
+        {QStringLiteral("notifications"), ruleList(run.failures)},
     };
     const QJsonObject runObject{
         {QStringLiteral("tool"), QJsonObject{{QStringLiteral("driver"), driver}}},
         {QStringLiteral("invocations"), QJsonArray{invocationOf(run)}},
-        {QStringLiteral("artifacts"),
-         QJsonArray{QJsonObject{{QStringLiteral("location"), fileObject(run.fileUri)}}}},
+        {QStringLiteral("originalUriBaseIds"), baseList(run.bases)},
+        {QStringLiteral("artifacts"), artifactList(run.files)},
+        {QStringLiteral("columnKind"), QStringLiteral("utf16CodeUnits")},
         {QStringLiteral("results"), resultList(run)},
     };
     const QJsonObject log{

@@ -25,8 +25,8 @@ QString Problem::asLine() const
     }
     if (!place.isEmpty())
         place += QLatin1String(": ");
-    const QString word =
-        level == Level::Error ? QStringLiteral("error") : QStringLiteral("warning");
+    static constexpr const char *kWords[] = {"error", "warning", "note"}; // in the order of Level
+    const QLatin1String word(kWords[static_cast<size_t>(level)]);
     return printableLine(place + word + QLatin1String(": ") + text + QLatin1String(" [") + rule +
                          QLatin1Char(']'));
 }

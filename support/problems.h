@@ -13,6 +13,7 @@ namespace Problems
 enum class Level {
     Error,   ///< something that was asked for was not done
     Warning, ///< it was done, perhaps not as the user meant it
+    Note,    ///< what is good to know
 };
 
 struct Problem {

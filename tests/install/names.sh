@@ -42,7 +42,7 @@ completes()
     _tessarine tessarine "$2"
     [ "${COMPREPLY[*]}" = "$3" ] || complain "'$1 $2' is completed to '${COMPREPLY[*]}', not '$3'"
 }
-completes "" -pr "-project"
+completes "" -pro "-problems -project"
 completes "-project" examples/pump/pump "examples/pump/pump.tsrt"
 completes "-import" examples/levelsensor/ "examples/levelsensor/levelsensor.eds"
 completes "-import" examples/pump/ ""

@@ -1,9 +1,6 @@
 // The program as its users see it: arguments in, standard output, exit code and files out.
+#include "tests/fixtures/sarifrules.h"
 #include "tests/fixtures/toolfixture.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 const QByteArray kHelp =
     "CANopen Tessarine 3.11.2 \n"
@@ -346,51 +343,99 @@ private slots:
         QCOMPARE(read("__tsrerrorlog.txt.bak"), "of a former run");
     }
 
-    void writesFindingsForMachines()
+    void tellsFindingsWithTheirPlaces()
     {
         QVERIFY(write("bad.tsrt", kFaulty + "0x1018\\0x1\\accesstype={}\n"));
-        QVERIFY(run("-report out.sarif -project bad.tsrt").endsWith(" 7\n"));
-        const QJsonObject log = QJsonDocument::fromJson(read("out.sarif")).object();
-        QCOMPARE(log["version"].toString(), "2.1.0");
-        const QJsonObject report = log["runs"].toArray().at(0).toObject();
-        const QJsonObject outcome = report["invocations"].toArray().at(0).toObject();
-        QCOMPARE(outcome["exitCode"].toInt(), 7);
-        QCOMPARE(outcome["exitCodeDescription"].toString(),
-                 "Check of model consistency returns error.");
-        QVERIFY(outcome["executionSuccessful"].toBool());
+        const QByteArray told = run("-project bad.tsrt -problems -report out.sarif -save");
+        const QByteArray problems =
+            "errors:\n"
+            "bad.tsrt:6: note: line 0: Info: Path to protocol stack not specified. Cannot check if "
+            "generated code fits to installed stack/framework. [StackPathMissing]\n"
+            "bad.tsrt:6: note: line 0: Specify path to protocol stack at Options -> Settings. "
+            "[StackPathAdvice]\n"
+            "bad.tsrt:29: error: line 0: Common Settings: CAN receive buffer size must be "
+            "specified "
+            "individually for each line. [ReceiveBufferInvalid]\n"
+            "bad.tsrt:31: note: 0x1018:0: Corrected: Object 0x1018: The value of subindex 0 does "
+            "not fit to the highest subindex. [Sub0ValueCorrected]\n"
+            "bad.tsrt:32: error: 0x1018:1: Object 0x1018-0x01: The access type '{}' is invalid. "
+            "Use "
+            "ro, rw, const, wo, rww or rwr instead. [AccessTypeInvalid]\n";
+        QVERIFY2(told.endsWith(problems + "exit code 7\n"), told);
+        QVERIFY(!read("bad.tsrt").startsWith(kFaulty)); // the places are those of what was read
 
-        const QJsonArray rules = report["tool"].toObject()["driver"].toObject()["rules"].toArray();
+        const QByteArray log = read("out.sarif");
+        QCOMPARE(SarifRules(log).broken, "");
+        const QJsonValue report = QJsonDocument::fromJson(log)["runs"][0];
+        QCOMPARE(report["invocations"][0]["exitCodeDescription"].toString(),
+                 "Check of model consistency returns error.");
         QStringList results;
-        for (const QJsonValue &value : report["results"].toArray()) {
-            const QJsonObject result = value.toObject();
-            QCOMPARE(rules.at(result["ruleIndex"].toInt()).toObject()["id"], result["ruleId"]);
-            const QJsonObject place =
-                result["locations"].toArray().at(0).toObject()["physicalLocation"].toObject();
-            QVERIFY(place["artifactLocation"].toObject()["uri"].toString().endsWith(
-                "/w%C3%B6rk/bad.tsrt"));
-            const QByteArray properties =
-                QJsonDocument(result["properties"].toObject()).toJson(QJsonDocument::Compact);
-            results << joined(result["level"].toString(), result["ruleId"].toString(), properties);
+        for (const QJsonValue &result : report["results"].toArray()) {
+            const QJsonValue place = result["locations"][0]["physicalLocation"];
+            results << joined(
+                place["artifactLocation"]["uri"].toString(), place["region"]["startLine"].toInt(),
+                result["level"].toString(), result["ruleId"].toString(),
+                QJsonDocument(result["properties"].toObject()).toJson(QJsonDocument::Compact));
         }
+        QCOMPARE(results, (QStringList{"bad.tsrt/6/note/StackPathMissing/{\"line\":0}",
+                                       "bad.tsrt/6/note/StackPathAdvice/{\"line\":0}",
+                                       "bad.tsrt/29/error/ReceiveBufferInvalid/{\"line\":0}",
+                                       "bad.tsrt/31/note/Sub0ValueCorrected/"
+                                       "{\"index\":4120,\"line\":0,\"subindex\":0}",
+                                       "bad.tsrt/32/error/AccessTypeInvalid/"
+                                       "{\"index\":4120,\"line\":0,\"subindex\":1}"}));
         const QJsonValue last = report["results"].toArray().last();
         QCOMPARE(last["locations"][0]["logicalLocations"][0]["fullyQualifiedName"].toString(),
-                 "line 0/0x1018/0x01");
+                 "0x1018:1");
         QCOMPARE(last["message"]["text"].toString(),
                  "Error: Object 0x1018-0x01: The access type '{{}}' is invalid. Use ro, rw, const, "
                  "wo, rww or rwr instead.");
-        QCOMPARE(results, (QStringList{joined("note", "StackPathMissing", "{\"line\":0}"),
-                                       joined("note", "StackPathAdvice", "{\"line\":0}"),
-                                       joined("error", "ReceiveBufferInvalid", "{\"line\":0}"),
-                                       joined("note", "Sub0ValueCorrected",
-                                              "{\"index\":4120,\"line\":0,\"subindex\":0}"),
-                                       joined("error", "AccessTypeInvalid",
-                                              "{\"index\":4120,\"line\":0,\"subindex\":1}")}));
+    }
+
+    void reportsHoldProblemsToo_data()
+    {
+        columns<QString, QByteArray, QString>("arguments", "text", "told");
+        const QByteArray odd = kProject + "# all is well\n;\n[Colours]\n[SubObjects0]\nx\n";
+        const QString lines = "pümp.tsrt:31 unknown-group, pümp.tsrt:33 no-key";
+        QTest::newRow("text") << "-project pümp.tsrt" << odd << lines;
+        QTest::newRow("save") << "-project pümp.tsrt -save" << odd
+                              << lines + ", pümp.tsrt:1 not-saved";
+        QTest::newRow("modifier") << "-project pümp.tsrt -dbmod none.txt" << kProject
+                                  << "none.txt:1 modifier-not-read";
+        QTest::newRow("import") << "-project pümp.tsrt -import none.eds" << odd
+                                << lines + ", failed: none.eds:1 not-imported";
+        QTest::newRow("project") << "-project none.tsrp" << kProject
+                                 << "failed: none.tsrp:1 not-opened";
+        QTest::newRow("nothing") << "-project pümp.tsrt" << kProject << "";
+    }
+    void reportsHoldProblemsToo()
+    {
+        QFETCH(QString, arguments);
+        QFETCH(QByteArray, text);
+        QVERIFY(write("pümp.tsrt", text));
+        run("-report out.sarif " + arguments);
+        const QByteArray log = read("out.sarif");
+        QCOMPARE(SarifRules(log).broken, "");
+        const QJsonValue report = QJsonDocument::fromJson(log)["runs"][0];
+        QStringList told;
+        const auto tell = [&told](const QJsonValue &item, const QString &start,
+                                  const QString &rule) {
+            const QJsonValue place = item["locations"][0]["physicalLocation"];
+            const QString uri = place["artifactLocation"]["uri"].toString();
+            if (rule.contains('-')) // else a finding of the check
+                told << start + QUrl::fromPercentEncoding(uri.toLatin1()) + ':' +
+                            QString::number(place["region"]["startLine"].toInt()) + ' ' + rule;
+        };
+        for (const QJsonValue &result : report["results"].toArray())
+            tell(result, "", result["ruleId"].toString());
+        const QJsonValue failures = report["invocations"][0]["toolExecutionNotifications"];
+        for (const QJsonValue &failure : failures.toArray())
+            tell(failure, "failed: ", failure["descriptor"]["id"].toString());
+        QTEST(told.join(", "), "told");
     }
 
     void reportSparesOtherFiles()
     {
-        QVERIFY(run("-project none.tsrp -report out.sarif").endsWith(" 3\n"));
-        QVERIFY(read("out.sarif").contains("\"executionSuccessful\": false"));
         const QMap<QString, QByteArray> reasons = {
             {"folder.eds", "it is a folder"},
             {"none/out.sarif", "none/out.sarif.tessarine-new, where the new file is made first: No "
@@ -442,7 +487,8 @@ private slots:
         QVERIFY2(told.endsWith("\nGeneration completed.\nexit code 0\n"), told);
         QVERIFY(read("sub/p_doc.txt").contains("Wind gauge"));
         QVERIFY(read("sub/gen_define.h").contains("#define MINE"));
-        QVERIFY(read("out.sarif").contains("/sub/p.tsep"));
+        const QByteArray log = read("out.sarif");
+        QVERIFY(SarifRules(log).broken.isEmpty() && log.contains("\"sub/p.tsep\""));
     }
 
     void logsOnRequest()

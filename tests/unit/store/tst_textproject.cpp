@@ -1,4 +1,5 @@
 // The text form of a project.
+#include "store/projectplaces.h"
 #include "tests/fixtures/problemrecorder.h"
 #include "tests/fixtures/storefixture.h"
 
@@ -209,6 +210,52 @@ private slots:
         QCOMPARE(store.getLastErrorString(), mend.isEmpty() ? ""
                                              : mend == "-"  ? reason
                                                             : reason + "; mend " + mend);
+    }
+
+    void placesOfFindings()
+    {
+        const QByteArray text =
+            "[Nodes]\n1\\prefix=_\n[Objects0]\n0x1018\\name=a\n4120\\objecttype=9\n8193\\name=b\n"
+            "[SubObjects0]\n0x1018\\0x1\\datatype=7\n0x1018\\1\\name=x\n0x2000\\0\\name=y\n"
+            "[GeneralSettings]\na=1\n[DescriptionSettings]\nGranularity=8\nGranularity_1=1\n"
+            "[SubObjects0]\n0x1018\\0x1\\name=z\n";
+        QVERIFY(writeFile(file, text));
+        struct Row {
+            const char *name;
+            int line, index, subindex;
+            const char *column, *store, *setting;
+            int expected;
+        };
+        const Row rows[] = {
+            {"column", 0, 0x1018, 1, "datatype", "", "", 8},
+            {"last of two", 0, 0x1018, 1, "name", "", "", 17},
+            {"column not there", 0, 0x1018, 1, "varname", "", "", 8},
+            {"subindex not there", 0, 0x1018, 2, "datatype", "", "", 4},
+            {"subindex without object", 0, 0x2000, 0, "", "", "", 10},
+            {"object", 0, 0x1018, -1, "objecttype", "", "", 5},
+            {"object in decimal", 0, 0x2001, -1, "name", "", "", 6},
+            {"object not there", 0, 0x1000, -1, "name", "", "", 3},
+            {"object of another line", 1, 0x1018, -1, "name", "", "", 2},
+            {"line", 0, -1, -1, "", "", "", 3},
+            {"line not there", 2, -1, -1, "", "", "", 1},
+            {"project", -1, -1, -1, "", "", "", 0},
+            {"setting", -1, -1, -1, "", "GeneralSettings", "a", 12},
+            {"setting not there", 0, -1, -1, "", "GeneralSettings", "b", 11},
+            {"setting of the line", 1, -1, -1, "", "DescriptionSettings", "Granularity", 15},
+            {"store not there", 1, -1, -1, "", "J1939Settings", "a", 2},
+        };
+        const auto places = ProjectPlaces::ofFile(file);
+        for (const Row &row : rows) {
+            ProjectPlace place;
+            place.line = row.line;
+            place.index = row.index;
+            place.subindex = row.subindex;
+            place.column = row.column;
+            place.store = row.store;
+            place.setting = row.setting;
+            QVERIFY2(places->lineOf(place) == row.expected, row.name);
+            QCOMPARE(ProjectPlaces::ofFile(fixture.path("p.tsrp"))->lineOf(place), 0);
+        }
     }
 
     void whatIsNoProjectIsNotOverwritten()
