@@ -36,9 +36,9 @@ void Defines::generateBufferDefines(DefineContext &context)
     const BufferSizes sizes = readBufferSizes(settings, context.lines.numbers);
     context.raw({"/* Definition of CAN queue sizes */\n"});
     context.raw({"#define CO_CONFIG_REC_BUFFER_CNT\t", "#define CORE_CONFIG_REC_BUFFER_CNT\t"});
-    context.out.raw(combineCobBufferCounts(sizes.receive) + QLatin1String("u\n"));
+    context.out.parts(combineCobBufferCounts(sizes.receive), "u\n");
     context.raw({"#define CO_CONFIG_TRANS_BUFFER_CNT\t", "#define CORE_CONFIG_TRANS_BUFFER_CNT\t"});
-    context.out.raw(combineCobBufferCounts(sizes.transmit) + QLatin1String("u\n"));
+    context.out.parts(combineCobBufferCounts(sizes.transmit), "u\n");
     if (context.features.hasCanFd())
         context.raw({"#define CO_CANFD_SUPPORTED\t1u\n"});
     context.raw({"\n"});

@@ -71,7 +71,7 @@ void writeTarget(DefineContext &context, const Target &target)
     context.out.fill("/* $name$ */\n", {{"name", CText::comment(target.name)}});
     if (!target.timer.isEmpty()) {
         context.raw(kTimerInterval);
-        context.out.raw(target.timer + QLatin1Char('\n'));
+        context.out.parts(target.timer, "\n");
     }
     if (target.isBigEndian)
         context.raw({"#define CO_BIG_ENDIAN\t1u\n", "#define CORE_BIG_ENDIAN\t1u\n"});

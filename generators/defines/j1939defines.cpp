@@ -223,7 +223,7 @@ void writeSdoList(DefineContext &context, const char *start, const QVector<quint
     for (const quint32 count : perLine)
         counts << QString::number(count) + QLatin1Char('u');
     context.out.raw(start);
-    context.out.raw(counts.join(QLatin1Char(',')) + QLatin1Char('\n'));
+    context.out.parts(counts.join(QLatin1Char(',')), "\n");
 }
 
 quint32 countSdoLines(const Facts &facts)
@@ -380,7 +380,7 @@ void writeCobs(DefineContext &context, const Facts &facts)
         for (const LineGroups &line : facts.lines)
             counts << QString::number(line.cobs);
         context.raw({"#define CO_COB_COUNTS\t", "#define CORE_COB_COUNTS\t"});
-        context.out.raw(counts.join(QLatin1String(", ")) + QLatin1Char('\n'));
+        context.out.parts(counts.join(QLatin1String(", ")), "\n");
     } else {
         context.raw(
             {"#define CO_COB_COUNTS\tCO_COB_CNT\n", "#define CORE_COB_COUNTS\tCORE_COB_CNT\n"});

@@ -190,7 +190,7 @@ void writeNodeIds(DefineContext &context)
     if (QString(ids).remove(QLatin1Char(',')).isEmpty())
         ids.clear();
     context.raw({"#define CO_NODE_IDS\t"});
-    context.out.raw(Defines::lineList(ids, lines, QStringLiteral("0u")) + QLatin1Char('\n'));
+    context.out.parts(Defines::lineList(ids, lines, QStringLiteral("0u")), "\n");
 
     const QString empty = QStringLiteral("NULL");
     // Deliberate: the length tells an empty list from a filled one, held by tst_definesections.
@@ -199,11 +199,11 @@ void writeNodeIds(DefineContext &context)
         while (functions.size() < lines.size())
             functions << empty;
         context.raw({"#define CO_NODE_ID_FUNCTIONS "});
-        context.out.raw(functions.join(QLatin1String(", ")) + QLatin1Char('\n'));
+        context.out.parts(functions.join(QLatin1String(", ")), "\n");
     } else {
         context.raw({"#define CO_NODE_ID_FUNCTIONS\t"});
-        context.out.raw(Defines::lineList(context.settings.text("co_node_id_fct"), lines, empty) +
-                        QLatin1String("\n\n"));
+        context.out.parts(Defines::lineList(context.settings.text("co_node_id_fct"), lines, empty),
+                          "\n\n");
     }
 
     const QString network = context.settings.text("co_network_id");

@@ -24,7 +24,7 @@ QString setting(const Context &context, const char *key)
 void writeEntry(const Context &context, const char *key, const QString &value)
 {
     context.out.raw(key);
-    context.out.raw(QLatin1Char('=') + oneLine(value) + QLatin1Char('\n'));
+    context.out.parts("=", oneLine(value), "\n");
 }
 
 /// An entry that is a description setting of the same name.
@@ -174,7 +174,7 @@ void EdsSections::writeAdditionalSections(const Context &context)
 {
     const QString sections = setting(context, "AdditionalSections");
     if (!sections.isEmpty())
-        context.out.raw(sections + QLatin1Char('\n'));
+        context.out.parts(sections, "\n");
 }
 
 QString EdsSections::hex4(quint16 index)

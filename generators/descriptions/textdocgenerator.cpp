@@ -30,9 +30,9 @@ namespace TextDoc
 
 void writeTitle(TextWriter &out, const QString &projectName)
 {
-    out.raw(TextDocGenerator::tr("CANopen Object Dictionary Documenation for %1")
-                .arg(oneLine(projectName)));
-    out.raw(QStringLiteral("\n\n"));
+    out.parts(TextDocGenerator::tr("CANopen Object Dictionary Documenation for %1")
+                  .arg(oneLine(projectName)),
+              "\n\n");
 }
 
 void documentIndex(TextWriter &out, const ObjectDataBase &store, quint8 line, quint16 index)

@@ -91,7 +91,7 @@ void writeRows(TextWriter &out, const GeneralSettings &settings, const Indicatio
         if (!settings.isSet(row.setting))
             continue;
         out.raw(row.returnType);
-        out.raw(CText::name(settings.freeText(row.setting)) + QLatin1Char('('));
+        out.parts(CText::name(settings.freeText(row.setting)), "(");
         out.raw(lineParameter);
         out.raw(row.parameters);
     }
