@@ -3,6 +3,8 @@
 
 #include "store/objectdatabase.h"
 #include "support/candatatype.h"
+#include "support/filereasons.h"
+#include "support/problems.h"
 
 #include <QFileInfo>
 
@@ -159,4 +161,14 @@ void BaseDataImporter::fail(const QString &text)
 {
     lastError = text;
     emit importError(text);
+}
+
+void BaseDataImporter::failToOpen()
+{
+    QString reason = FileReasons::whyNotReadable(importFileName);
+    if (reason.isEmpty())
+        reason = QStringLiteral("it could not be read to its end");
+    Problems::error("not-imported", importFileName,
+                    QStringLiteral("could not be imported: %1").arg(reason));
+    fail(QStringLiteral("Could not open %1").arg(importFileName));
 }

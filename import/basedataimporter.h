@@ -83,6 +83,8 @@ protected:
     QString makeVarName(quint16 index, quint8 sub);
     /// Keeps \a text for getLastError() and reports it.
     void fail(const QString &text);
+    /// The same of the import file, with the reason on standard error.
+    void failToOpen();
 
     quint8 activeLine = 0;
     QString importFileName;

@@ -7,6 +7,8 @@
 #include "support/implementation.h"
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/printable.h"
+#include "support/problems.h"
 
 namespace
 {
@@ -54,7 +56,7 @@ void CsvImporter::doImport()
         return;
     QByteArray bytes;
     if (!Helper::readWholeFile(importFileName, bytes)) {
-        fail(QStringLiteral("Could not open %1").arg(importFileName));
+        failToOpen();
         return;
     }
     QString text = Helper::decodeText(bytes);
@@ -62,23 +64,45 @@ void CsvImporter::doImport()
     text.replace(QChar(QChar::Null), QLatin1Char(' ')); // ends a text for many readers
     CsvReader reader(text);
     text.clear();
-    if (!reader.next())
-        return;
+    problems.begin(importFileName);
+    const bool hasHeader = reader.next();
     const CsvColumns columns(reader.fields());
+    if (hasHeader)
+        columns.tellOfHeader(reader.line(), problems);
     lookForForeignLine(reader, columns);
-    while (reader.next()) {
-        const QStringList &fields = reader.fields();
-        if (reader.firstCharacter() == QLatin1Char('d'))
-            handleDeleteLine(fields);
-        else if (reader.firstCharacter() == QLatin1Char('c'))
-            handleCopyLine(fields);
-        else if (fields.size() < kLeastFields || !handleImportLine(columns.read(fields)))
-            qCDebug(lcImport).noquote().nospace()
-                << importFileName << ':' << reader.line() << ": the line is passed over";
-    }
+    while (reader.next())
+        readRow(reader, columns);
     flush();
     addMissingCounts();
     forgetCaches();
+    problems.tell();
+    if (!hasTakenRow)
+        Problems::error("nothing-imported", importFileName,
+                        QStringLiteral("has no row that could be taken, and the project stays as "
+                                       "it is"));
+}
+
+void CsvImporter::readRow(const CsvReader &reader, const CsvColumns &columns)
+{
+    const QStringList &fields = reader.fields();
+    const QChar first = reader.firstCharacter();
+    QString reason;
+    if (first == QLatin1Char('d') || first == QLatin1Char('c')) {
+        first == QLatin1Char('d') ? handleDeleteLine(fields) : handleCopyLine(fields);
+        reason = QStringLiteral("its small %1 makes it a request to %2 objects, which a run does "
+                                "not follow; begin it with something else")
+                     .arg(first, first == QLatin1Char('d') ? QStringLiteral("delete")
+                                                           : QStringLiteral("copy"));
+    } else if (!columns.has(CsvTable::Column::Index)) {
+        return; // told of the header
+    } else if (fields.size() < kLeastFields) {
+        reason = QStringLiteral("it has fewer than %1 fields").arg(kLeastFields);
+    } else {
+        reason = handleImportLine(columns.read(fields), reader, columns);
+    }
+    if (!reason.isEmpty())
+        problems.add("csv-row", reader.line(),
+                     [&reason] { return QLatin1String("the row is passed over: ") + reason; });
 }
 
 void CsvImporter::handleDeleteLine(const QStringList &fields)
@@ -101,18 +125,46 @@ void CsvImporter::handleCopyLine(const QStringList &fields)
         copyList << source << target;
 }
 
-bool CsvImporter::handleImportLine(const CsvRow &row)
+QString CsvImporter::handleImportLine(const CsvRow &row, const CsvReader &reader,
+                                      const CsvColumns &columns)
 {
+    const QStringList &fields = reader.fields();
     const qint64 line = row.line < 0 || row.line == foreignLine ? activeLine : row.line;
-    const bool hasPlace = row.index >= 0 && row.index <= 0xFFFF && row.sub >= 0 && row.sub <= 0xFF;
-    if (!hasPlace || !isInRange(static_cast<quint32>(row.index)) || !isUsableLine(line))
-        return false;
+    if (row.index < 0 || row.index > 0xFFFF || !isInRange(static_cast<quint32>(row.index)))
+        return QStringLiteral("its index %1 is not between 0x%2 and 0x%3")
+            .arg(quotedWord(columns.cell(fields, CsvTable::Column::Index)),
+                 Numbers::toHex(lowIndex, 4).toUpper(), Numbers::toHex(highIndex, 4).toUpper());
+    if (row.sub < 0 || row.sub > 0xFF)
+        return QStringLiteral("its subindex %1 is not between 0 and 255")
+            .arg(quotedWord(columns.cell(fields, CsvTable::Column::Sub)));
+    if (!isUsableLine(line))
+        return QStringLiteral("the project has no line %1").arg(line);
+    hasTakenRow = true;
+    tellOfDoubts(row, reader, columns);
     const ObjectKey key(static_cast<quint8>(line), static_cast<quint16>(row.index));
     if (row.isObject)
         importObject(key, row);
     else
         importSubIndex(key, row);
-    return true;
+    return QString();
+}
+
+void CsvImporter::tellOfDoubts(const CsvRow &row, const CsvReader &reader,
+                               const CsvColumns &columns)
+{
+    const QStringList &fields = reader.fields();
+    if (row.replaced != 0)
+        columns.tellOfWords(row, fields, reader.line(), problems);
+    for (int i = columns.count(); i < fields.size(); ++i) {
+        if (fields.at(i).trimmed().isEmpty())
+            continue;
+        problems.add("csv-row", reader.line(), [&] {
+            return QStringLiteral("the row has more fields than the header, and %1 is passed over: "
+                                  "put a text that holds the separator in double quotes")
+                .arg(quotedWord(fields.at(i)));
+        });
+        return;
+    }
 }
 
 void CsvImporter::lookForForeignLine(CsvReader reader, const CsvColumns &columns)

@@ -36,8 +36,12 @@ private:
 
     void handleDeleteLine(const QStringList &fields);
     void handleCopyLine(const QStringList &fields);
-    /// False if the row names no place of the project or none in the range.
-    bool handleImportLine(const CsvRow &row);
+    void readRow(const CsvReader &reader, const CsvColumns &columns);
+    /// Why the row is not taken: it names no place of the project, or none in the range. Empty if
+    /// it is.
+    QString handleImportLine(const CsvRow &row, const CsvReader &reader, const CsvColumns &columns);
+    /// What is taken otherwise than it stands there.
+    void tellOfDoubts(const CsvRow &row, const CsvReader &reader, const CsvColumns &columns);
     void lookForForeignLine(CsvReader reader, const CsvColumns &columns);
     bool isUsableLine(qint64 number);
     void importObject(const ObjectKey &key, const CsvRow &row);
@@ -51,6 +55,8 @@ private:
     /// Strings and domains need a place and a size of their own.
     void applyStorage(const ObjectKey &key, CsvRow &row);
 
+    FileProblems problems;
+    bool hasTakenRow = false;
     QList<SubAddress> deleteList;
     QList<SubAddress> copyList;
     qint64 foreignLine = -1;                   ///< stands for the active line; -1: none does

@@ -1,7 +1,9 @@
 // The columns of object tables.
 #pragma once
 
+#include "formats/csvtable.h"
 #include "store/records.h"
+#include "support/fileproblems.h"
 
 #include <QStringList>
 #include <QVector>
@@ -18,6 +20,7 @@ struct CsvRow {
     QString objectCode = QStringLiteral("VARIABLE");
     QString implementation = QStringLiteral("none");
     SubIndexData data;
+    quint32 replaced = 0; ///< bit n: the word of column n was none, and something else is taken
 };
 
 /// The columns of one table, by its header.
@@ -30,7 +33,19 @@ public:
 
     CsvRow read(const QStringList &fields) const;
 
+    bool has(CsvTable::Column column) const;
+    /// Without blanks around it; empty if the table has no such column.
+    QString cell(const QStringList &fields, CsvTable::Column column) const;
+    int count() const { return names.size(); }
+
+    /// Warns of columns that say nothing; \a line is that of the header.
+    void tellOfHeader(int line, FileProblems &problems) const;
+    /// Warns of the words in \a fields that \a row has replaced.
+    void tellOfWords(const CsvRow &row, const QStringList &fields, int line,
+                     FileProblems &problems) const;
+
 private:
+    QStringList names;          ///< of the header, in lower case
     QVector<int> places;        ///< by the table of known columns; -1: not in this table
     bool isGroupedTable = true; ///< objects have lines of their own, without a subindex
 };

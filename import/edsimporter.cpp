@@ -52,7 +52,7 @@ void EDSImporter::doImport()
     (void)parser.LoadEds(
         importFileName); // without objects the device information is taken all the same
     if (!parser.wasRead()) {
-        fail(QStringLiteral("Could not open %1").arg(importFileName));
+        failToOpen();
         return;
     }
     flush();

@@ -1,4 +1,4 @@
-// The distance of two words, by optimal string alignment.
+// The distance of two words, by optimal string alignment, and the nearest of several.
 #include "support/editdistance.h"
 
 #include <QVector>
@@ -23,4 +23,26 @@ int editDistance(const QString &one, const QString &other)
         }
     }
     return least[a.size()][b.size()];
+}
+
+QString nearestWord(const QString &word, const QStringList &candidates)
+{
+    int least = qBound(1, word.size() / 4, 4) + 1; // what is as far away has another meaning
+    QString best;
+    for (const QString &candidate : candidates) {
+        if (qAbs(candidate.size() - word.size()) >= least)
+            continue;
+        const int distance = editDistance(word, candidate);
+        if (distance > 0 && distance < least) {
+            least = distance;
+            best = candidate;
+        }
+    }
+    return best;
+}
+
+QString didYouMean(const QString &word, const QStringList &candidates)
+{
+    const QString nearest = nearestWord(word, candidates);
+    return nearest.isEmpty() ? QString() : QStringLiteral("; did you mean \"%1\"").arg(nearest);
 }

@@ -1,6 +1,7 @@
 // The import of tables of objects.
 #include "import/csvimporter.h"
 #include "tests/fixtures/casefile.h"
+#include "tests/fixtures/problemrecorder.h"
 #include "tests/fixtures/storefixture.h"
 
 class TestCsvImporter : public StoreTest
@@ -20,8 +21,13 @@ private slots:
     {
         QFETCH(QString, project);
         QFETCH(QString, expected);
-        if (caseGroup() == "tables") {
+        if (caseGroup() == "tables" || caseGroup() == "problems") {
+            const ProblemRecorder problems;
             QVERIFY(import(project.toUtf8()));
+            if (caseGroup() == "problems") {
+                QCOMPARE(problems.lines.join('\n').remove(file) + '\n', expected);
+                return;
+            }
             QCOMPARE(names() + '\n', expected);
             return;
         }
@@ -142,9 +148,12 @@ private slots:
         importer.setImportFileName(file);
         QVERIFY(QFile::remove(file));
         importer.setDatabase(store.get());
+        const ProblemRecorder problems;
         importer.startImport();
         importer.wait();
         QCOMPARE(importer.getLastError(), "Could not open " + file);
+        QCOMPARE(problems.lines.join('\n'), file + ": error: could not be imported: there is no "
+                                                   "such file [not-imported]");
     }
 
     /// What takes more than linear time does not end before the time limit of the test.

@@ -279,6 +279,8 @@ private slots:
         QCOMPARE(editDistance("", "abc"), 3);
         QCOMPARE(editDistance("kitten", "Sitting"), 3);
         QCOMPARE(editDistance("abcd", "badc"), 2); // neighbours swapped twice
+        QCOMPARE(didYouMean("acess", {"ro", "access"}), "; did you mean \"access\"");
+        QCOMPARE(didYouMean("rx", {"access", "wow"}), ""); // two of three letters are others
     }
 
     void documentIsCurrent()

@@ -1,0 +1,41 @@
+// Collecting of warnings about a file.
+#include "support/fileproblems.h"
+
+#include "support/problems.h"
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int kMostOfRule = 1000;
+
+} // namespace
+
+void FileProblems::begin(const QString &fileName)
+{
+    file = fileName;
+    entries.clear();
+    counts.clear();
+}
+
+void FileProblems::add(const char *rule, int line, const std::function<QString()> &words)
+{
+    if (++counts[rule] <= kMostOfRule)
+        entries.append({rule, line, words()});
+}
+
+void FileProblems::tell()
+{
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const Entry &a, const Entry &b) { return a.line < b.line; });
+    for (const Entry &entry : qAsConst(entries))
+        Problems::warning(entry.rule, file, entry.words, entry.line);
+    for (auto count = counts.constBegin(); count != counts.constEnd(); ++count) {
+        if (*count > kMostOfRule)
+            Problems::warning(count.key().constData(), file,
+                              QStringLiteral("there are %1 more lines like those before")
+                                  .arg(*count - kMostOfRule));
+    }
+    begin(file);
+}

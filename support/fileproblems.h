@@ -1,0 +1,35 @@
+// What is wrong in a file that is read line by line.
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+#include <QVector>
+
+#include <functional>
+
+/// Collects warnings while a file is read, and tells them in the order of its lines when that is
+/// done. Of a rule that a file breaks all over, that is the first thousand.
+class FileProblems
+{
+public:
+    /// Forgets what was collected; from now on of \a fileName.
+    void begin(const QString &fileName);
+
+    /// \a words, a sentence without full stop, is asked for only if it is told.
+    void add(const char *rule, int line, const std::function<QString()> &words);
+
+    /// Tells all that was collected, and forgets it.
+    void tell();
+
+private:
+    struct Entry {
+        const char *rule;
+        int line;
+        QString words;
+    };
+
+    QString file;
+    QVector<Entry> entries;
+    QMap<QByteArray, int> counts; ///< by rule
+};
