@@ -217,10 +217,9 @@ void ModelChecker::checkSrdoEntry(quint16 index, quint8 subIndex, quint32 value)
 
 void ModelChecker::checkMappingSettings(const MappingUse &use)
 {
-    const bool isBitwiseOn = static_cast<quint8>(decimalSetting("bitwise_mapping")) != 0;
     if (use.bitwise && granularity == 8)
         report(Msg::BitwiseMappingGranularity, {});
-    if (use.bitwise && !isBitwiseOn)
+    if (use.bitwise && !features.hasBitwiseMappingAsByte())
         report(Msg::BitwiseMappingOff, {});
     if (use.dynamic && granularity == 0)
         report(Msg::DynamicMappingGranularity, {});

@@ -93,7 +93,7 @@ void ModelChecker::checkJ1939Settings()
 {
     if (features.hasSortedCobs())
         report(Msg::SortedCobListWithJ1939, {});
-    if (numberSetting("drv_group_filter") == 1)
+    if (features.namesGroupFilter())
         report(Msg::GroupFilterWithoutCANopen, {});
     const QString cobs = project->getGeneralSettingsValue(QStringLiteral("additional_cob_count"));
     if (features.hasDynamicGroups() && cobs.trimmed().isEmpty())

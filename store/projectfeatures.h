@@ -17,8 +17,12 @@ struct ProjectFeatures {
     qint64 idNegotiation = 0;
     qint64 usdoServer = 0; ///< CiA 1301
     qint64 usdoClient = 0;
-    qint64 limitCheck = 0;   ///< of values that are written
-    qint64 sortedCobs = 0;   ///< identifiers stand in order, to be found fast
+    qint64 limitCheck = 0;     ///< of values that are written
+    qint64 sortedCobs = 0;     ///< identifiers stand in order, to be found fast
+    qint64 bitwiseMapping = 0; ///< parts of bytes in PDOs
+    qint64 bitwiseMappingByPrefix = 0;
+    qint64 groupFilter = 0; ///< of the driver
+    qint64 groupFilterByPrefix = 0;
     qint64 staticValues = 0; ///< variables start with a value, not with 0
     qint64 stringDefaults = 0;
     qint64 newInitStructure = 0;
@@ -55,6 +59,14 @@ struct ProjectFeatures {
     /// Deliberate: as hasCanFdAsOne(), for the check alone; held by tst_modelchecker.
     bool hasLimitCheckAsOne() const { return limitCheck == 1; }
     bool hasSortedCobs() const { return sortedCobs > 0; }
+    // Deliberate: two settings are read in both bases, so that "0x1" means yes to one and no to
+    // another, and the check takes the first as a byte; held by tst_modelchecker and
+    // tst_definesections.
+    bool hasBitwiseMapping() const { return bitwiseMapping == 1; }
+    bool hasBitwiseMappingAsByte() const { return static_cast<quint8>(bitwiseMapping) != 0; }
+    bool hasBitwiseTables() const { return bitwiseMappingByPrefix != 0; }
+    bool hasGroupFilter() const { return groupFilter == 1; }
+    bool namesGroupFilter() const { return groupFilterByPrefix == 1; }
     bool hasStaticValues() const { return staticValues == 1; }
     bool hasStringDefaults() const { return stringDefaults > 0; }
     /// The structures of start-up code of today; older stacks start without what all protocols

@@ -29,7 +29,7 @@ QString intervalText(const QString &setting)
     return Numbers::toIntDecimal(interval) == 0 ? interval : interval + QLatin1Char('u');
 }
 
-Target readMainTarget(const GeneralSettings &settings)
+Target readMainTarget(const GeneralSettings &settings, const ProjectFeatures &features)
 {
     Target target;
     target.macro = settings.text("target_id");
@@ -37,7 +37,7 @@ Target readMainTarget(const GeneralSettings &settings)
     target.timer = intervalText(settings.text("co_timer_interval"));
     target.isBigEndian = settings.decimal("endian") == 1;
     target.hasFilter = settings.decimal("drv_filter") == 1;
-    target.hasGroupFilter = settings.decimal("drv_group_filter") == 1;
+    target.hasGroupFilter = features.hasGroupFilter();
     target.defines = settings.freeText("hw_defines");
     return target;
 }
@@ -108,11 +108,11 @@ void Defines::generateHardwareDefines(DefineContext &context)
 
     context.raw({"/* Hardware settings */\n"});
     if (settings.decimal("all_targets") != 0) {
-        writeGuardedTarget(context, readMainTarget(settings), active == 0);
+        writeGuardedTarget(context, readMainTarget(settings, context.features), active == 0);
         for (qint32 n = 1; n < qint32(qMin(count, kMostTargets)); ++n)
             writeGuardedTarget(context, readTarget(settings, n), active == n);
     } else if (active == -1 || active == 0 || count < 2) {
-        writeTarget(context, readMainTarget(settings));
+        writeTarget(context, readMainTarget(settings, context.features));
     } else {
         writeTarget(context, readTarget(settings, active));
     }

@@ -98,7 +98,7 @@ constexpr ServiceRow kMultiplexedPdos[] = {
 constexpr ServiceRow kMappingServices[] = {
     {"#define CO_TR_PDO_DYN_MAP_ENTRIES\t",  [](const Facts &f) { return f.dynamicTpdoEntries; }},
     {"#define CO_REC_PDO_DYN_MAP_ENTRIES\t", [](const Facts &f) { return f.dynamicRpdoEntries; }},
-    {"#define CO_PDO_BIT_MAPPING\t",         [](const Facts &f) { return quint32(isOne(f, "bitwise_mapping") && f.maxMapEntries > 0); }},
+    {"#define CO_PDO_BIT_MAPPING\t",         [](const Facts &f) { return quint32(f.features.hasBitwiseMapping() && f.maxMapEntries > 0); }},
     {"#define CO_HB_CONSUMER_CNT ",          [](const Facts &f) { return f.hbConsumers; }},
     {"#define CO_SYNC_SUPPORTED\t",          [](const Facts &f) { return quint32(f.hasSync); }},
 };

@@ -70,7 +70,7 @@ TableShape readTableShape(const Context &context)
     TableShape shape;
     shape.rows = std::max(1, maxEntries);
     shape.hasEntries = maxEntries > 0;
-    shape.bitwise = context.settings.byPrefix("bitwise_mapping") != 0;
+    shape.bitwise = context.features.hasBitwiseTables();
     return shape;
 }
 
