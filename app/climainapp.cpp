@@ -123,6 +123,10 @@ void CLIMainApp::runProject(const QString &project)
     QString modifierFile;
     if (options.value("-dbmod", modifierFile))
         (void)generatorMainHandler->applyDbModifier(modifierFile); // reported, but stops nothing
+    if (!generatorMainHandler->applySettings(options.values("-set"))) {
+        outputHandler->printLine(QStringLiteral("Setting failed."));
+        return finishWith(ReturnCode::ImportError);
+    }
     generatorMainHandler->setKeepUnchanged(options.has("-keep-unchanged"));
     generatorMainHandler->setStartsPrograms(!options.has("-no-commands"));
     generatorMainHandler->generateOutput(false);

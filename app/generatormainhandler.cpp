@@ -2,6 +2,7 @@
 #include "app/generatormainhandler.h"
 
 #include "app/outputhandlerbase.h"
+#include "app/runsettings.h"
 #include "generators/descriptions/edsgenerator.h"
 #include "generators/descriptions/edsvariants.h"
 #include "generators/j1939/j1939adaptergenerator.h"
@@ -273,6 +274,15 @@ bool GeneratorMainHandler::applyDbModifier(const QString &file)
     else
         qCWarning(lcApp) << modifier.getLastError();
     return isApplied;
+}
+
+bool GeneratorMainHandler::applySettings(const QStringList &assignments)
+{
+    RunSettings settings(*database);
+    int applied = 0;
+    for (const QString &assignment : assignments)
+        applied += settings.apply(assignment) ? 1 : 0;
+    return applied == assignments.size();
 }
 
 bool GeneratorMainHandler::saveProject()

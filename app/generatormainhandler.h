@@ -47,6 +47,10 @@ public:
     /// False, and reported, if \a file cannot be read.
     bool applyDbModifier(const QString &file);
 
+    /// Sets values of the project, each "<key>=<value>", see RunSettings. False, and each one that
+    /// is wrong is reported, if not all could be set.
+    bool applySettings(const QStringList &assignments);
+
     /// What the outputs must leave alone; they may have no folder yet. Set before openProject().
     void setOutputGuard(const OutputGuard &guard) { outputGuard = guard; }
 

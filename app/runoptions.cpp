@@ -2,6 +2,7 @@
 #include "app/runoptions.h"
 
 #include "support/editdistance.h"
+#include "support/printable.h"
 #include "support/problems.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@
 namespace
 {
 
-constexpr int kLongestShown = 80; // characters of a word in a message
+constexpr int kLongestMeant = 80; // characters of a word that is compared with others
 
 // clang-format off
 const QVector<OptionRow> kOptions = {
@@ -27,6 +28,7 @@ const QVector<OptionRow> kOptions = {
     {"-report", "file", false, "Writes the findings for machines."},
     {"-s", nullptr, true, "Saves the project file. Could be helpful in combination with import option."},
     {"-save", nullptr, true, "Saves the project file. Could be helpful in combination with import option."},
+    {"-set", "setting", false, "Sets a value of the project for this run."},
     {"-version", nullptr, false, "Prints name and version."},
 };
 // clang-format on
@@ -46,12 +48,6 @@ const OptionRow *findOption(const QString &word)
     return row == kOptions.cend() ? nullptr : row;
 }
 
-QString quoted(const QString &word)
-{
-    const bool isLong = word.size() > kLongestShown;
-    return QLatin1Char('"') + word.left(kLongestShown) + QLatin1String(isLong ? "...\"" : "\"");
-}
-
 /// The option that \a word may stand for: one letter in four is wrong, it is cut short, or written
 /// as other tools have their options. Null if none is near.
 const OptionRow *nearestOption(QString word)
@@ -59,7 +55,7 @@ const OptionRow *nearestOption(QString word)
     word = word.section(QLatin1Char('='), 0, 0);
     while (word.startsWith(QLatin1String("--")))
         word.remove(0, 1);
-    if (word.size() < 2 || word.size() > kLongestShown || !word.startsWith(QLatin1Char('-')))
+    if (word.size() < 2 || word.size() > kLongestMeant || !word.startsWith(QLatin1Char('-')))
         return nullptr;
     const OptionRow *nearest = nullptr;
     int least = word.size() / 4 + 1;
@@ -108,7 +104,7 @@ QStringList RunOptions::values(const char *option) const
     const OptionRow *row = findOption(QLatin1String(option));
     const QVector<int> positions = row ? positionsOf(*row) : QVector<int>();
     for (const int position : positions)
-        found << arguments.mid(position + 1, 1);
+        found << arguments.mid(position + 1, 1); // none behind the last word
     return found;
 }
 
@@ -146,22 +142,9 @@ QSet<int> RunOptions::reportValues() const
     QSet<int> known;
     QSet<int> values;
     for (const OptionRow &option : kOptions) {
-        if (!option.value)
-            continue;
-        const QVector<int> positions = positionsOf(option);
+        const QVector<int> positions = option.value ? positionsOf(option) : QVector<int>();
         for (const int position : positions) {
-            const QString value = arguments.value(position + 1);
-            if (position + 1 == arguments.size())
-                Problems::warning(
-                    "option-without-value", {},
-                    QStringLiteral("%1 stands last, without its %2, and has no effect")
-                        .arg(quoted(QLatin1String(option.name)), QLatin1String(option.value)));
-            else if (findOption(value))
-                Problems::warning("option-as-value", {},
-                                  QStringLiteral("the option %1 is taken for the %2 of %3; put the "
-                                                 "%2 between them")
-                                      .arg(quoted(value), QLatin1String(option.value),
-                                           quoted(QLatin1String(option.name))));
+            reportValue(option, position);
             known << position;
             values << position + 1;
         }
@@ -173,16 +156,36 @@ QSet<int> RunOptions::reportValues() const
         known << position;
         if (!option->value)
             continue;
-        const QString value = arguments.value(position + 1);
-        const QString rest = QStringLiteral(", and %1 has no effect").arg(quoted(value));
-        Problems::warning(
-            "option-twice", {},
-            QStringLiteral("%1 is given more than once; the first one counts%2")
-                .arg(quoted(QLatin1String(option->name)), value.isNull() ? QString() : rest));
-        if (!findOption(value))
+        reportRepeated(*option, position);
+        if (!findOption(arguments.value(position + 1)))
             known << position + 1;
     }
     return known + values;
+}
+
+void RunOptions::reportValue(const OptionRow &option, int position) const
+{
+    const QString name = quotedWord(QLatin1String(option.name));
+    const QString value = arguments.value(position + 1);
+    if (position + 1 == arguments.size())
+        Problems::warning("option-without-value", {},
+                          QStringLiteral("%1 stands last, without its %2, and has no effect")
+                              .arg(name, QLatin1String(option.value)));
+    else if (findOption(value))
+        Problems::warning("option-as-value", {},
+                          QStringLiteral("the option %1 is taken for the %2 of %3; put the %2 "
+                                         "between them")
+                              .arg(quotedWord(value), QLatin1String(option.value), name));
+}
+
+void RunOptions::reportRepeated(const OptionRow &option, int position) const
+{
+    const QString value = arguments.value(position + 1);
+    const QString rest = QStringLiteral(", and %1 has no effect").arg(quotedWord(value));
+    Problems::warning(
+        "option-twice", {},
+        QStringLiteral("%1 is given more than once; the first one counts%2")
+            .arg(quotedWord(QLatin1String(option.name)), value.isNull() ? QString() : rest));
 }
 
 void RunOptions::reportUnknown(const QString &word) const
@@ -190,9 +193,9 @@ void RunOptions::reportUnknown(const QString &word) const
     const OptionRow *meant = nearestOption(word);
     const bool isProject =
         word.endsWith(QLatin1String(".tsrp")) || word.endsWith(QLatin1String(".tsrt"));
-    QString text = QStringLiteral("%1 is no option and has no effect").arg(quoted(word));
+    QString text = QStringLiteral("%1 is no option and has no effect").arg(quotedWord(word));
     if (meant)
-        text += QStringLiteral("; did you mean %1").arg(quoted(QLatin1String(meant->name)));
+        text += QStringLiteral("; did you mean %1").arg(quotedWord(QLatin1String(meant->name)));
     else if (isProject && !has("-project"))
         text += QStringLiteral("; put \"-project\" before it");
     Problems::warning("unknown-option", {}, text);

@@ -44,6 +44,8 @@ private:
     /// The positions at which \a option counts as an option that takes a value.
     QVector<int> positionsOf(const OptionRow &option) const;
     QSet<int> reportValues() const;
+    void reportValue(const OptionRow &option, int position) const;
+    void reportRepeated(const OptionRow &option, int position) const;
     void reportUnknown(const QString &word) const;
 
     QStringList arguments;

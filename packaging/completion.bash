@@ -12,7 +12,7 @@ _tessarine()
     -output) kinds='/' ;; # folders only, for no file has this ending
     *)
         mapfile -t COMPREPLY < <(compgen -W "-check -dbmod -depfile -help -import -keep-unchanged -no-commands -output
-            -problems -project -report -s -save -version" -- "$2")
+            -problems -project -report -s -save -set -version" -- "$2")
         return
         ;;
     esac

@@ -137,7 +137,7 @@ private slots:
             slip("\"-project\" is given more than once; the first one counts, and \"none.tsrt\" has no effect "
             "[option-twice]") << 0;
         QTest::newRow("long_word") << "-project pümp.tsrt " + QString(100000, 'x')
-            << kFullRun + slip(unknown(QByteArray(80, 'x') + "...", "")) << 0;
+            << kFullRun + slip(unknown(QByteArray(60, 'x') + "...", "")) << 0;
         QTest::newRow("import_without_value") << "-project pümp.tsrt -import"
             << kFullRun + slip(alone("-import", "file")) << 0;
         QTest::newRow("check") << "-check -project pümp.tsrt" << kCheck << 0;
@@ -291,6 +291,71 @@ private slots:
         QVERIFY(run(all + " -depfile gen_indices.h").contains("it is the dependency file"));
         QVERIFY(run("-project bad.tsrt -depfile of_failure").endsWith(" 7\n"));
         QVERIFY(!QFile::exists(folder + "/of_failure"));
+    }
+
+    void setsValues()
+    {
+        QVERIFY(write("pümp.tsrt",
+                      kProject + "[SubObjects0]\n0x1018\\0x2\\name=version\n0x1018\\0x2\\datatype="
+                                 "9\n0x1018\\0x2\\accesstype=const\n0x1018\\0x2\\implementation=1\n"
+                                 "0x1018\\0x2\\size=3\n0x1018\\0x0\\defaultvalue=2\n"));
+        QVERIFY(write("mod.txt", "GeneralSettings:co_node_id:2\n"));
+        const QByteArray output =
+            run("-set co_node_id=33 -set Misc:disableDocu=true -set Description:VendorName_1=A=B "
+                "-set 0x1018:1=1A -set 0/0x1018:0x02=V1;2 -dbmod mod.txt -project pümp.tsrt -save");
+        QVERIFY2(output.endsWith("\nGeneration completed.\nexit code 0\n"), output);
+        ObjectDataBase store;
+        QVERIFY(store.openDataBase(folder + "/pümp.tsrt"));
+        QCOMPARE(store.getGeneralSettingsValue("co_node_id"), "33");
+        QCOMPARE(store.getMiscSettingsValue("disableDocu"), "true");
+        QCOMPARE(store.getDescriptionSettingsValue("VendorName_1"), "A=B");
+        QCOMPARE(store.getSubIndexValue(0, 0x1018, 1), "0x1A");
+        ObjectDataBase::SUBINDEX_DATA_T version;
+        QVERIFY(store.getSubIndexData(0, 0x1018, 2, version));
+        QCOMPARE(joined(version.defaultValue, version.size), "V1;2/4");
+    }
+
+    void refusesToSet_data()
+    {
+        // clang-format off
+        columns<QString, QByteArray>("assignment", "reason");
+        const auto form = [](const QByteArray &text) { return text + " [setting-form]\n"; };
+        const auto unknown = [](const QByteArray &text) { return "there is no " + text + " [unknown-setting]\n"; };
+        const auto object = [](const QByteArray &text) { return text + " [unknown-object]\n"; };
+        const auto place = [](const QByteArray &text) { return '"' + text + "\" is no place of an object; it is "
+            "written as 0x1018:4, or 1/0x1018:4 for line 1 [setting-form]\n"; };
+        QTest::newRow("no_value") << "co_node_id" << form("it is not of the form <key>=<value>");
+        QTest::newRow("no_key") << "=1" << form("it is not of the form <key>=<value>");
+        QTest::newRow("misspelt") << "co_nodeid=1"
+            << unknown("general setting \"co_nodeid\"; did you mean \"co_node_id\"");
+        QTest::newRow("far_from_all") << "qwertyuiop=1"
+            << unknown("general setting \"qwertyuiop\"; docs/settings.md has all");
+        QTest::newRow("of_another_kind") << "bamsupport=1"
+            << unknown("general setting \"bamsupport\"; did you mean \"J1939:bamsupport\"");
+        QTest::newRow("unknown_kind") << "Mics:disableDocu=1"
+            << form("before the colon stands none of J1939, Misc and Description");
+        QTest::newRow("huge") << QString(100000, 'x') + "=1"
+            << unknown("general setting \"" + QByteArray(60, 'x') + "...\"; docs/settings.md has all");
+        QTest::newRow("object_without_subindex") << "0x1018=1" << place("0x1018");
+        QTest::newRow("decimal_object") << "4120:1=1" << place("4120:1");
+        QTest::newRow("high_subindex") << "0x1018:256=1" << place("0x1018:256");
+        QTest::newRow("no_such_line") << "1/0x1018:1=1" << object("the project has no line 1");
+        QTest::newRow("no_such_object") << "0x2000:0=1" << object("line 0 of the project has no object 0x2000");
+        QTest::newRow("no_such_subindex") << "0x1018:9=1" << object("the object 0x1018 of line 0 has no subindex 9");
+        QTest::newRow("no_number") << "0x1018:1=one" << form("the type of the object has no value \"one\"");
+        QTest::newRow("too_high") << "0x1018:1=0x100000000"
+            << form("the type of the object has no value \"0x100000000\"");
+        // clang-format on
+    }
+    void refusesToSet()
+    {
+        QFETCH(QString, assignment);
+        QFETCH(QByteArray, reason);
+        const QString shown = assignment.size() > 60 ? assignment.left(60) + "..." : assignment;
+        const QByteArray before = "Setting failed.\nError - Import error.\nerrors:\nerror: \"";
+        QCOMPARE(run("-save -project pümp.tsrt -set co_node_id=5 -set " + assignment),
+                 ended(5, before + shown.toUtf8() + "\" could not be set: " + reason));
+        QCOMPARE(read("pümp.tsrt"), kProject);
     }
 
     void savesOnRequestOnly()

@@ -1,0 +1,168 @@
+// Values of the project that the command line sets.
+#include "app/runsettings.h"
+
+#include "formats/edsvalues.h"
+#include "store/objectdatabase.h"
+#include "support/cohelper.h"
+#include "support/numbers.h"
+#include "support/printable.h"
+#include "support/problems.h"
+#include "support/settingscatalogue.h"
+
+#include <QRegularExpression>
+
+#include <cmath>
+#include <limits>
+
+namespace
+{
+
+constexpr int kLongestMeant = 80; // characters of a word that is compared with others
+
+/// A kind of settings; its prefix is followed by a colon.
+struct StoreRow {
+    const char *prefix;
+    SettingStore store;
+    const char *kind;
+    bool (ObjectDataBase::*set)(const QString &, const QString &);
+};
+
+constexpr StoreRow kStores[] = {
+    {"", SettingStore::General, "general", &ObjectDataBase::setGeneralSettingsValue},
+    {"J1939", SettingStore::J1939, "J1939", &ObjectDataBase::setJ1939SettingsValue},
+    {"Misc", SettingStore::Misc, "misc", &ObjectDataBase::setMiscSettingsValue},
+    {"Description", SettingStore::Description, "description",
+     &ObjectDataBase::setDescriptionSettingsValue},
+};
+
+const StoreRow *findStore(const QString &prefix)
+{
+    for (const StoreRow &row : kStores) {
+        if (prefix == QLatin1String(row.prefix))
+            return &row;
+    }
+    return nullptr;
+}
+
+/// What \a key is called where a setting of this name is known; empty if none is near.
+QString meant(const StoreRow &own, const QString &key)
+{
+    const auto full = [](const StoreRow &row, const QString &name) {
+        const QString prefix = QLatin1String(row.prefix);
+        return prefix.isEmpty() ? name : prefix + QLatin1Char(':') + name;
+    };
+    for (const StoreRow &row : kStores) {
+        if (SettingsCatalogue::find(row.store, key))
+            return full(row, key); // of another kind
+    }
+    const QString near =
+        key.size() > kLongestMeant ? QString() : SettingsCatalogue::nearest(own.store, key);
+    return near.isEmpty() ? near : full(own, near);
+}
+
+bool fits(const QString &text, int bits, bool isSigned)
+{
+    bool ok = false;
+    if (isSigned) {
+        const qint64 highest = std::numeric_limits<qint64>::max() >> (64 - bits);
+        const qint64 number = Numbers::toLongLongByPrefix(text, &ok);
+        return ok && number <= highest && number >= -highest - 1;
+    }
+    return Numbers::toULongLongByPrefix(text, &ok) <= ~quint64(0) >> (64 - bits) && ok;
+}
+
+/// Would generated C have this value? It has 0 for what is no number, and no bits above the type's.
+bool isValueOf(CAN::CANopenDataType type, const QString &text)
+{
+    const int bits = int(COHelper::getDataLengthBits(type));
+    if (bits == 0 || bits > 64 || text.isEmpty() || text.startsWith(QLatin1String("$NODEID")))
+        return true;
+    bool ok = false;
+    if (type != CAN::CANopenDataType::Real32 && type != CAN::CANopenDataType::Real64)
+        return fits(text, bits, COHelper::isSignedInteger(type));
+    return std::isfinite(text.toDouble(&ok)) && ok;
+}
+
+QString asHex(quint32 index)
+{
+    return QStringLiteral("0x%1").arg(index, 4, 16, QLatin1Char('0'));
+}
+
+} // namespace
+
+bool RunSettings::apply(const QString &assignment)
+{
+    given = assignment;
+    const int end = assignment.indexOf(QLatin1Char('='));
+    if (end <= 0)
+        return refuse("setting-form", QStringLiteral("it is not of the form <key>=<value>"));
+    const QString name = assignment.left(end);
+    const QString value = assignment.mid(end + 1);
+    database.setLockWriteAccess(false);
+    return name.at(0).isDigit() ? applyObject(name, value) : applySetting(name, value);
+}
+
+bool RunSettings::applySetting(const QString &name, const QString &value)
+{
+    const int colon = name.indexOf(QLatin1Char(':'));
+    const QString key = name.mid(colon + 1);
+    const StoreRow *row = findStore(name.left(qMax(colon, 0)));
+    if (!row || colon == 0)
+        return refuse("setting-form", QStringLiteral("before the colon stands none of J1939, Misc "
+                                                     "and Description"));
+    if (!SettingsCatalogue::find(row->store, key)) {
+        const QString near = meant(*row, key);
+        return refuse("unknown-setting",
+                      QStringLiteral("there is no %1 setting %2%3")
+                          .arg(QLatin1String(row->kind), quotedWord(key),
+                               near.isEmpty()
+                                   ? QStringLiteral("; docs/settings.md has all")
+                                   : QStringLiteral("; did you mean ") + quotedWord(near)));
+    }
+    database.setDescriptionSettingsLine(0); // keys of other lines have their suffix already
+    return (database.*row->set)(key, value) ||
+           refuse("setting-not-kept", QStringLiteral("the project could not take it"));
+}
+
+bool RunSettings::applyObject(const QString &place, const QString &value)
+{
+    static const QRegularExpression form(QStringLiteral(
+        "^(?:([0-9]{1,3})/)?(0[xX][0-9a-fA-F]{1,4}):(0[xX][0-9a-fA-F]{1,2}|[0-9]{1,3})$"));
+    const QRegularExpressionMatch match = form.match(place);
+    const uint line = match.captured(1).toUInt(); // 0 if there is none
+    const uint index = match.captured(2).toUInt(nullptr, 16);
+    const uint sub = match.captured(3).toUInt(
+        nullptr, match.captured(3).startsWith(QLatin1String("0x"), Qt::CaseInsensitive) ? 16 : 10);
+    if (!match.hasMatch() || line > 0xFF || sub > 0xFF)
+        return refuse("setting-form",
+                      QStringLiteral("%1 is no place of an object; it is written as 0x1018:4, or "
+                                     "1/0x1018:4 for line 1")
+                          .arg(quotedWord(place)));
+    if (!database.existNode(quint8(line)))
+        return refuse("unknown-object", QStringLiteral("the project has no line %1").arg(line));
+    if (!database.existIndex(quint8(line), quint16(index)))
+        return refuse("unknown-object", QStringLiteral("line %1 of the project has no object %2")
+                                            .arg(QString::number(line), asHex(index)));
+    ObjectDataBase::SUBINDEX_DATA_T data;
+    if (!database.getSubIndexData(quint8(line), quint16(index), quint8(sub), data))
+        return refuse("unknown-object",
+                      QStringLiteral("the object %1 of line %2 has no subindex %3")
+                          .arg(asHex(index), QString::number(line), QString::number(sub)));
+    const auto type = static_cast<CAN::CANopenDataType>(data.dataType);
+    data.defaultValue = EdsValues::normalize(value, data.dataType);
+    if (!isValueOf(type, data.defaultValue))
+        return refuse(
+            "setting-form",
+            QStringLiteral("the type of the object has no value %1").arg(quotedWord(value)));
+    if (COHelper::isStringLike(type))
+        data.size = qMax(data.size, quint32(data.defaultValue.toUtf8().size()));
+    return database.addSubIndex(quint8(line), quint16(index), quint8(sub), data) ||
+           refuse("setting-not-kept", QStringLiteral("the project could not take it"));
+}
+
+bool RunSettings::refuse(const char *rule, const QString &reason) const
+{
+    Problems::error(rule, {},
+                    QStringLiteral("%1 could not be set: %2").arg(quotedWord(given), reason));
+    return false;
+}

@@ -1,0 +1,29 @@
+// Values of the project that the command line sets for a run.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class ObjectDataBase;
+
+/// Sets what one -set asks for, and says what is wrong with one that cannot be followed. Used on
+/// the driver's thread, before the check.
+class RunSettings
+{
+public:
+    explicit RunSettings(ObjectDataBase &store) : database(store) {}
+
+    /// \a assignment is "<key>=<value>" for a general setting; "J1939:<key>=", "Misc:<key>=" or
+    /// "Description:<key>=" for the others; "<index>:<subindex>=" for the default value of an
+    /// object of line 0, and "<line>/<index>:<subindex>=" for one of another line. False, and
+    /// reported, if it is none of these, or the tool or the project does not know what to set.
+    bool apply(const QString &assignment);
+
+private:
+    bool applySetting(const QString &name, const QString &value);
+    bool applyObject(const QString &place, const QString &value);
+    bool refuse(const char *rule, const QString &reason) const;
+
+    ObjectDataBase &database;
+    QString given; ///< what is being applied
+};
