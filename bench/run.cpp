@@ -187,7 +187,7 @@ public:
     std::vector<std::pair<double, std::string>> phases()
     {
         freshFolder(project.kinds.front().files);
-        setenv("TESSARINE_LOG", "1", 1);
+        setenv("TESSARINE_LOG", "2", 1);
         measure(bin / "tessarine", project.kinds.front().arguments, work, log.c_str());
         unsetenv("TESSARINE_LOG");
         std::map<std::string, double> times;

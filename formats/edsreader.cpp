@@ -63,7 +63,7 @@ const EdsSection *EdsReader::section(const QString &name) const
 
 void EdsReader::note(int line, const QString &message) const
 {
-    qCDebug(lcImport).noquote().nospace() << file << ':' << line << ": " << message;
+    qCInfo(lcImport).noquote().nospace() << file << ':' << line << ": " << message;
 }
 
 QString EdsReader::decode(const QByteArray &bytes)

@@ -2,8 +2,9 @@
 #include "store/databasemodifier.h"
 
 #include "store/objectdatabase.h"
-#include "support/logging.h"
-#include "support/problems.h"
+#include "support/editdistance.h"
+#include "support/printable.h"
+#include "support/settingscatalogue.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -15,6 +16,33 @@ namespace
 
 /// In characters; a line that holds more is no setting, and is not held in memory.
 constexpr int kLongestLine = 1024 * 1024;
+
+using SetValue = bool (ObjectDataBase::*)(const QString &key, const QString &value);
+
+struct GroupRow {
+    SettingStore store;
+    SetValue set;
+};
+
+constexpr GroupRow kGroups[] = {
+    {SettingStore::General, &ObjectDataBase::setGeneralSettingsValue},
+    {SettingStore::J1939, &ObjectDataBase::setJ1939SettingsValue},
+};
+
+QString nameOf(const GroupRow &row)
+{
+    return QLatin1String(SettingsCatalogue::nameOf(row.store));
+}
+
+QString adviceOn(const QString &word)
+{
+    QStringList names;
+    for (const GroupRow &row : kGroups)
+        names << nameOf(row);
+    return QStringLiteral("a modifier file sets %1, and nothing else")
+               .arg(names.join(QLatin1String(" and "))) +
+           didYouMean(word, names);
+}
 
 enum class LineResult { Complete, TooLong, End };
 
@@ -56,32 +84,62 @@ bool DatabaseModifier::applyModifierFile()
     QTextStream stream(&file);
     stream.setCodec("UTF-8");
     database->beginBatch();
+    problems.begin(modifierFile);
     QString line;
     int number = 0;
     for (auto result = readLine(stream, line); result != LineResult::End;
          result = readLine(stream, line)) {
         ++number;
         if (result == LineResult::Complete)
-            applyLine(line);
+            applyLine(line, number);
         else
-            Problems::warning("line-too-long", modifierFile,
-                              QStringLiteral("the line is longer than 1 MiB and is passed over"),
-                              number);
+            passOver("line-too-long", number,
+                     QStringLiteral("the line is longer than 1 MiB and is passed over"));
     }
     database->commitBatch();
+    problems.tell();
     return true;
 }
 
-void DatabaseModifier::applyLine(const QString &line)
+void DatabaseModifier::applyLine(const QString &line, int number)
 {
-    if (line.isEmpty() || line.startsWith(QLatin1Char('#')))
+    const QString words = line.trimmed();
+    if (words.isEmpty() || words.startsWith(QLatin1Char('#')))
         return;
-    const bool isAssignment = line.count(QLatin1Char(':')) == 2;
-    const QStringList fields = isAssignment ? line.split(QLatin1Char(':')) : QStringList();
-    if (isAssignment && fields[0] == QLatin1String("GeneralSettings"))
-        (void)database->setGeneralSettingsValue(fields[1], fields[2]); // a bad line stops nothing
-    else if (isAssignment && fields[0] == QLatin1String("J1939Settings"))
-        (void)database->setJ1939SettingsValue(fields[1], fields[2]); // likewise
-    else
-        qCDebug(lcStore) << "modifier line passed over:" << line;
+    const int colons = line.count(QLatin1Char(':'));
+    if (colons == 2)
+        return assign(line.split(QLatin1Char(':')), number);
+    passOver("modifier-line", number,
+             quotedWord(line) +
+                 (colons > 2
+                      ? QStringLiteral(" has more than two colons and is passed over: neither a "
+                                       "key nor a value can hold one")
+                      : QStringLiteral(" sets nothing and is passed over: write "
+                                       "<group>:<key>:<value>, or begin the line with # to make "
+                                       "it a comment")));
+}
+
+void DatabaseModifier::assign(const QStringList &fields, int number)
+{
+    for (const GroupRow &row : kGroups) {
+        if (fields[0] != nameOf(row))
+            continue;
+        assigned.insert(fields[0] + QLatin1Char(':') + fields[1], number);
+        if (!(database->*row.set)(fields[1], fields[2]))
+            passOver("modifier-line", number,
+                     quotedWord(fields[2]) + QStringLiteral(" cannot be stored, and %1 stays as it "
+                                                            "is: a value of %2 cannot hold an "
+                                                            "apostrophe")
+                                                 .arg(quotedWord(fields[1]), fields[0]));
+        return;
+    }
+    passOver("modifier-line", number,
+             quotedWord(fields[0]) +
+                 QStringLiteral(" is no group of settings here, and the line is passed over: ") +
+                 adviceOn(fields[0]));
+}
+
+void DatabaseModifier::passOver(const char *rule, int number, const QString &reason)
+{
+    problems.add(rule, number, [&reason] { return reason; });
 }

@@ -48,7 +48,7 @@ constexpr const char *kImplementations[] = {"Managed", "Variable"};
 bool succeeded(KvaDbStatus status, const char *call)
 {
     if (status != kvaDbOK)
-        qCDebug(lcGenerator) << "Error" << call << int(status);
+        qCWarning(lcGenerator) << "Error" << call << int(status);
     return status == kvaDbOK;
 }
 

@@ -559,7 +559,10 @@ private slots:
     void logsOnRequest()
     {
         environment.insert("TESSARINE_LOG", "1");
-        const QByteArray output = run("-project pümp.tsrt");
+        QByteArray output = run("-project pümp.tsrt");
+        QVERIFY2(!output.contains(" tessarine."), output);
+        environment.insert("TESSARINE_LOG", "2");
+        output = run("-project pümp.tsrt");
         QVERIFY2(output.contains("debug tessarine.app: step gen_define.h line 0\n"), output);
         QVERIFY(output.endsWith(" 0\n"));
     }

@@ -133,7 +133,7 @@ private slots:
         QVERIFY(writeScript("run.sh", "echo noise; while [ -e hold ]; do sleep 0.1; done; "
                                       "echo more; sh -c 'kill -s PIPE $$'; echo $? >done"));
         QVERIFY(writeCommand("run.sh", {}, false) && write("hold", {}));
-        environment.insert("TESSARINE_LOG", "1");
+        environment.insert("TESSARINE_LOG", "2");
         const QByteArray told = run("-project pümp.tsrt");
         QVERIFY(!files().contains("done") && QFile::remove(folder + "/hold"));
         QVERIFY2(told.contains("\nGeneration finished.\nGeneration completed.\n"), told);

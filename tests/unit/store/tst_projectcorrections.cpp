@@ -1,7 +1,7 @@
 // Corrections of a project that has just been opened, and the modifier file.
 #include "store/databasemodifier.h"
 #include "store/projectconverter.h"
-#include "support/problems.h"
+#include "tests/fixtures/problemrecorder.h"
 #include "tests/fixtures/storefixture.h"
 
 using Settings = QMap<QString, QString>;
@@ -60,12 +60,44 @@ private slots:
         QCOMPARE(applied(QByteArrayLiteral("\0\xFF:\x80:\n::\nJ1939Settings:key:3")), "|3");
     }
 
+    void tellsOfLinesWithoutEffect_data()
+    {
+        columns<QByteArray, QString>("text", "told");
+        // clang-format off
+        const auto row = [](const char *name, const QByteArray &text, const QString &told) {
+            QTest::newRow(name) << text << told;
+        };
+        const QString noGroup = " is no group of settings here, and the line is passed over: a modifier file sets "
+                                "GeneralSettings and J1939Settings, and nothing else";
+        const QString sets = " sets nothing and is passed over: write <group>:<key>:<value>, or begin the "
+                             "line with # to make it a comment";
+        row("nothing_to_tell", " # x\n#\n\t\r\nGeneralSettings:key:\nJ1939Settings:key:'\n", "");
+        row("no_colon", "\nGeneralSettings", "2: \"GeneralSettings\"" + sets);
+        row("one_colon", "GeneralSettings:key=1\x1b", "1: \"GeneralSettings:key=1\\x1b\"" + sets);
+        row("three_colons", "GeneralSettings:key:C:/x", "1: \"GeneralSettings:key:C:/x\" has more than two "
+            "colons and is passed over: neither a key nor a value can hold one");
+        row("misspelt_group", "GeneralSetting:key:1",
+            "1: \"GeneralSetting\"" + noGroup + "; did you mean \"GeneralSettings\"");
+        row("another_group", "MiscSettings:key:1",
+            "1: \"MiscSettings\"" + noGroup);
+        row("apostrophe", "GeneralSettings:key:'", "1: \"'\" cannot be stored, and \"key\" stays as it is: "
+            "a value of GeneralSettings cannot hold an apostrophe");
+        // clang-format on
+    }
+    void tellsOfLinesWithoutEffect()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QString, told);
+        const ProblemRecorder recorder;
+        QVERIFY(apply(text));
+        const QString start = fixture.path("mod.txt:") + told.left(1) + ": warning:";
+        QCOMPARE(recorder.lines.join('|'),
+                 told.isEmpty() ? told : start + told.mid(2) + " [modifier-line]");
+    }
+
     void passesOverLongLines()
     {
-        QStringList told;
-        const auto former =
-            Problems::setHandler([&](const auto &problem) { told << problem.asLine(); });
-        const auto restore = qScopeGuard([&] { Problems::setHandler(former); });
+        const ProblemRecorder recorder;
         const QByteArray longest = QByteArray("GeneralSettings:a:").leftJustified(1 << 20, 'x');
         for (const QByteArray &end : {QByteArray(), QByteArray(1 << 20, 'x')}) {
             const QByteArray tooLong = QByteArray(longest).replace(":a:", ":b:") + 'x' + end;
@@ -76,7 +108,7 @@ private slots:
         QCOMPARE(store->getJ1939SettingsValue("key"), "3");
         const QString text =
             ": warning: the line is longer than 1 MiB and is passed over [line-too-long]";
-        QCOMPARE(told.mid(2),
+        QCOMPARE(recorder.lines.mid(2),
                  (QStringList{fixture.path("mod.txt:3") + text, fixture.path("mod.txt:5") + text}));
     }
 
