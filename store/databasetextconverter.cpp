@@ -179,6 +179,17 @@ bool isNumberUpTo(const QString &text, quint32 highest)
     return Numbers::toUIntByPrefix(text, &ok) <= highest && ok;
 }
 
+/// What a file is whose bytes are no text that this form could be in; empty if they may be.
+QString otherForm(const QByteArray &bytes)
+{
+    if (bytes.startsWith("SQLite format 3"))
+        return QStringLiteral("is a database and no text project, and is read as an empty one: let "
+                              "its name end in .tsrp");
+    if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF"))
+        return QStringLiteral("is UTF-16 text, and is read as an empty project: save it as UTF-8");
+    return QString();
+}
+
 /// What is wrong with a cell, for the user.
 QString textOfFault(const TextFault &fault, const ObjectDataBase::ColumnValue &cell)
 {
@@ -453,14 +464,21 @@ bool DatabaseTextConverter::convertTextToSql()
     }
     store->commitBatch();
     problems = nullptr;
-    found.tell();
-    if (!isProject)
-        Problems::warning(
-            "no-project", inputFile,
-            QStringLiteral("holds no group of a text project, and is read as an empty "
-                           "one"));
-    lostPart = found.linesToMend();
+    tellAll(found, otherForm(text), isProject);
     return understood && isProject && isComplete;
+}
+
+/// Of bytes in another form each line would be wrong; \a form says it once.
+void DatabaseTextConverter::tellAll(TextProjectProblems &found, const QString &form, bool isProject)
+{
+    if (form.isEmpty()) {
+        found.tell();
+        lostPart = found.linesToMend();
+    }
+    const QString none = QStringLiteral("holds no group of a text project, and is read as an empty "
+                                        "one");
+    if (!isProject)
+        Problems::warning("no-project", inputFile, form.isEmpty() ? none : form);
 }
 
 bool DatabaseTextConverter::importGroup(const QString &group,

@@ -79,8 +79,10 @@ void noteUnfit(const Column<Record> &field, const QVariant &given, const QVarian
     if (field.coding != Coding::Plain || !isNumber(field.type))
         return;
     const QString text = cell.toString();
-    if (text.isEmpty())
-        return;           // counts as 0, which is what older tools wrote for it
+    // An empty one counts as 0, which is what older tools wrote for it; flags are most of all
+    // cells.
+    if (text.isEmpty() || text == QLatin1String("0") || text == QLatin1String("1"))
+        return;
     static Record record; // made once, for there are many cells
     const QVariant stored = storedNumber(text);
     field.set(record, stored);

@@ -46,6 +46,8 @@ int TextProjectPlaces::lineOf(const ProjectPlace &place)
     if (!isRead)
         read();
     isRead = true;
+    if (!hasRows && place.index >= 0)
+        readRows();
     const char *found = find(place);
     return found ? lines.at(found) : 0;
 }
@@ -54,6 +56,11 @@ void TextProjectPlaces::read()
 {
     (void)Helper::readWholeFile(fileName, text); // else nothing is found
     (void)IniText::read(text, &groups, &outline);
+}
+
+void TextProjectPlaces::readRows()
+{
+    hasRows = true;
     for (auto group = groups.constBegin(); group != groups.constEnd(); ++group)
         readRows(group.key(), *group);
 }

@@ -7,7 +7,8 @@
 #include <QByteArray>
 #include <QHash>
 
-/// Reads the text once, at the first question, and keeps for each object the places of its keys.
+/// Reads the text once, at the first question, and at the first one about an object the keys of
+/// all.
 class TextProjectPlaces : public ProjectPlaces
 {
 public:
@@ -21,6 +22,7 @@ private:
     static Row row(int line, int index, int subindex);
 
     void read();
+    void readRows();
     void readRows(const QString &group, const QVector<IniText::Entry> &entries);
     const char *find(const ProjectPlace &place) const;
     const char *findSetting(const ProjectPlace &place) const;
@@ -29,7 +31,8 @@ private:
 
     QString fileName;
     bool isRead = false;
-    QByteArray text; ///< all below stands in it
+    bool hasRows = false; ///< most projects have findings about their lines only
+    QByteArray text;      ///< all below stands in it
     IniText::LineNumbers lines{text};
     IniText::Sections groups;
     IniText::Outline outline;
