@@ -9,7 +9,7 @@ using IniText::Span;
 
 constexpr int kFlushBytes = 1 << 20;
 constexpr int kLongestLine = 1 << 20; // bytes
-constexpr int kLinesOfBlock = 256;
+constexpr int kLinesOfBlock = 32;
 const QLatin1String kByteArrayStart("@ByteArray(");
 const QLatin1String kStringStart("@String("); // of texts that hold a zero character
 

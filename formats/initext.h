@@ -82,7 +82,7 @@ private:
     void findLines();
 
     const QByteArray &data;
-    QVector<const char *> starts; ///< of each 256th line; empty until the first question
+    QVector<const char *> starts; ///< of each 32nd line; empty until the first question
 };
 
 /// Writes a file section by section. Texts are UTF-8.

@@ -2,6 +2,7 @@
 #include "store/databasetextconverter.h"
 
 #include "store/objectdatabase_p.h"
+#include "support/editdistance.h"
 #include "support/logging.h"
 #include "support/numbers.h"
 #include "support/printable.h"
@@ -191,13 +192,15 @@ QString otherForm(const QByteArray &bytes)
 }
 
 /// What is wrong with a cell, for the user.
-QString textOfFault(const TextFault &fault, const ObjectDataBase::ColumnValue &cell)
+QString textOfFault(const TextFault &fault, const ObjectDataBase::ColumnValue &cell,
+                    const QStringList &columns)
 {
     const QString column = quotedWord(cell.column);
     const QString value = quotedWord(cell.value.toString());
     switch (fault.kind) {
     case TextFault::Kind::NoColumn:
-        return QStringLiteral("there is no column %1, and its value is passed over").arg(column);
+        return QStringLiteral("there is no column %1, and its value is passed over").arg(column) +
+               didYouMean(cell.column, columns);
     case TextFault::Kind::NoNumber:
         return QStringLiteral("%1 is no number for the column %2, and is read as %3: write a "
                               "decimal number")
@@ -497,6 +500,7 @@ bool DatabaseTextConverter::importGroup(const QString &group,
 
 void DatabaseTextConverter::importNodes(const QVector<IniText::Entry> &entries)
 {
+    static const QStringList columns = namesInOrder(kNodeColumns);
     QSet<uint> added; // cells of a node may stand apart; adding it again would reset it
     const auto apply = [&](const TextRow &row) {
         bool ok = false;
@@ -511,7 +515,7 @@ void DatabaseTextConverter::importNodes(const QVector<IniText::Entry> &entries)
         for (const ObjectDataBase::ColumnValue &cell : row.cells)
             store->setNodeSqlValue(cell.column, cell.value.toString(), row.numbers.first());
         d->findNodeFaults(row.cells);
-        tellCells(row);
+        tellCells(row, columns);
     };
     forEachRow(entries, 1, apply, [this](const TextRow &row) { tellShape(row, "line\\column"); });
 }
@@ -519,6 +523,7 @@ void DatabaseTextConverter::importNodes(const QVector<IniText::Entry> &entries)
 void DatabaseTextConverter::importObjects(const QString &group,
                                           const QVector<IniText::Entry> &entries)
 {
+    static const QStringList columns = namesInOrder(kIndexColumns);
     const int line = Schema::lineOfTable(group, "Objects");
     const auto apply = [&](const TextRow &row) {
         const QString &index = row.numbers.first();
@@ -527,7 +532,7 @@ void DatabaseTextConverter::importObjects(const QString &group,
             return tellLostRow(row, group);
         }
         objects.insert(objectKey(line, index));
-        tellCells(row);
+        tellCells(row, columns);
     };
     forEachRow(entries, 1, apply, [this](const TextRow &row) { tellShape(row, "object\\column"); });
 }
@@ -535,6 +540,7 @@ void DatabaseTextConverter::importObjects(const QString &group,
 void DatabaseTextConverter::importSubObjects(const QString &group,
                                              const QVector<IniText::Entry> &entries)
 {
+    static const QStringList columns = namesInOrder(kSubIndexColumns);
     const int line = Schema::lineOfTable(group, "SubObjects");
     const auto apply = [&](const TextRow &row) {
         const QString &index = row.numbers.first();
@@ -542,7 +548,7 @@ void DatabaseTextConverter::importSubObjects(const QString &group,
             isComplete = false;
             return tellLostRow(row, group);
         }
-        tellCells(row);
+        tellCells(row, columns);
         if (!objects.contains(objectKey(line, index)))
             tellUnowned(row, line);
     };
@@ -612,18 +618,29 @@ void DatabaseTextConverter::tellGroup(const QString &group, const char *head, bo
                                     "keeps it")
                          .arg(name)
                    : QStringLiteral("the group %1 is no part of a text project, and is passed over")
-                         .arg(name);
+                             .arg(name) +
+                         didYouMean(group, knownGroups());
     });
 }
 
-void DatabaseTextConverter::tellCells(const TextRow &row)
+QStringList DatabaseTextConverter::knownGroups() const
+{
+    QStringList names = {QStringLiteral("Nodes"), QStringLiteral("GeneralSettings"),
+                         QStringLiteral("DescriptionSettings"), QStringLiteral("MiscSettings")};
+    for (const uint line : deviceLines)
+        names << Schema::table("Objects", int(line)) << Schema::table("SubObjects", int(line));
+    names.sort(); // a set has no order
+    return names;
+}
+
+void DatabaseTextConverter::tellCells(const TextRow &row, const QStringList &columns)
 {
     for (const TextFault &fault : qAsConst(d->textFaults)) {
         const IniText::Entry &entry = row.first[fault.cell];
         const bool isToldAlready = entry.keyText.size() == 0;
         if (!isToldAlready)
             tell(ruleOfFault(fault.kind), entry, Effect::Saved,
-                 [&] { return textOfFault(fault, row.cells.at(fault.cell)); });
+                 [&] { return textOfFault(fault, row.cells.at(fault.cell), columns); });
     }
 }
 

@@ -71,8 +71,10 @@ private:
     void tellAll(TextProjectProblems &found, const QString &form, bool isProject);
     void tell(const char *rule, const IniText::Entry &entry, TextProjectProblems::Effect effect,
               const std::function<QString()> &words);
+    QStringList knownGroups() const;
     void tellGroup(const QString &group, const char *head, bool hasRows);
-    void tellCells(const TextRow &row);
+    /// Of cells that do not fit; the row's table has \a columns.
+    void tellCells(const TextRow &row, const QStringList &columns);
     /// Of a row whose key begins with more or fewer numbers than \a form says.
     void tellShape(const TextRow &row, const char *form);
     /// Of a row that the store did not take.

@@ -2,7 +2,6 @@
 #include "store/textprojectproblems.h"
 
 #include "support/printable.h"
-#include "support/problems.h"
 
 #include <QStringList>
 
@@ -13,7 +12,6 @@ namespace
 
 using IniText::LineFault;
 
-constexpr int kMostOfRule = IniText::Outline::kMostFaults;
 constexpr int kMostLinesToMend = 10;
 
 struct FaultRow {
@@ -50,9 +48,9 @@ QString textOf(const FaultRow &row, IniText::Span line)
 
 } // namespace
 
-TextProjectProblems::TextProjectProblems(const QString &projectFile, const QByteArray &text)
-    : file(projectFile), lines(text)
+TextProjectProblems::TextProjectProblems(const QString &file, const QByteArray &text) : lines(text)
 {
+    told.begin(file);
 }
 
 void TextProjectProblems::add(const char *rule, const char *place, Effect effect,
@@ -60,13 +58,12 @@ void TextProjectProblems::add(const char *rule, const char *place, Effect effect
 {
     if (effect == Effect::Lost)
         addLost(place);
-    if (++counts[rule] <= kMostOfRule)
-        entries.append({rule, place, words()});
+    told.add(rule, lines.at(place), words);
 }
 
 void TextProjectProblems::addLost(const char *place)
 {
-    if (lost.size() < kMostOfRule)
+    if (lost.size() < IniText::Outline::kMostFaults)
         lost.append(place);
 }
 
@@ -80,23 +77,15 @@ void TextProjectProblems::addFaults(const IniText::Outline &outline)
             [&] { return textOf(*row, faulty.line); });
     }
     for (const FaultRow &row : kFaults) {
-        const int untold = outline.faultCounts.value(row.fault) - kMostOfRule;
-        counts[row.rule] += std::max(untold, 0);
+        const int untold = outline.faultCounts.value(row.fault) - IniText::Outline::kMostFaults;
+        if (untold > 0)
+            told.addUntold(row.rule, untold);
     }
 }
 
 void TextProjectProblems::tell()
 {
-    std::stable_sort(entries.begin(), entries.end(),
-                     [](const Entry &a, const Entry &b) { return a.place < b.place; });
-    for (const Entry &entry : qAsConst(entries))
-        Problems::warning(entry.rule, file, entry.words, lines.at(entry.place));
-    for (auto count = counts.constBegin(); count != counts.constEnd(); ++count) {
-        if (*count > kMostOfRule)
-            Problems::warning(count.key().constData(), file,
-                              QStringLiteral("there are %1 more lines like those before")
-                                  .arg(*count - kMostOfRule));
-    }
+    told.tell();
 }
 
 QString TextProjectProblems::linesToMend() const

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "formats/initext.h"
+#include "support/fileproblems.h"
 
-#include <QMap>
 #include <QString>
 #include <QVector>
 
@@ -40,15 +40,7 @@ public:
     QString linesToMend() const;
 
 private:
-    struct Entry {
-        const char *rule;
-        const char *place;
-        QString words;
-    };
-
-    QString file;
+    FileProblems told;
     mutable IniText::LineNumbers lines;
-    QVector<Entry> entries;
-    QMap<QByteArray, int> counts; ///< by rule
-    QVector<const char *> lost;   ///< places, kMostOfRule at most
+    QVector<const char *> lost; ///< places of what a save would destroy, a thousand at most
 };

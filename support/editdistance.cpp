@@ -33,7 +33,7 @@ QString nearestWord(const QString &word, const QStringList &candidates)
         if (qAbs(candidate.size() - word.size()) >= least)
             continue;
         const int distance = editDistance(word, candidate);
-        if (distance > 0 && distance < least) {
+        if (candidate != word && distance < least) {
             least = distance;
             best = candidate;
         }

@@ -19,6 +19,9 @@ public:
     /// \a words, a sentence without full stop, is asked for only if it is told.
     void add(const char *rule, int line, const std::function<QString()> &words);
 
+    /// Of what is beyond the first thousand, and was only counted.
+    void addUntold(const char *rule, int count) { counts[rule] += count; }
+
     /// Tells all that was collected, and forgets it.
     void tell();
 

@@ -260,6 +260,20 @@ private slots:
         }
     }
 
+    void suggestsWhatWasMeant()
+    {
+        QVERIFY(writeFile(file, "[Nodes]\n12\\prefx=_\n[subobjects12]\n[Object12]\n[Objects13]\n"
+                                "[Objects12]\n0x2000\\Name=a\n0x2000\\defaultvalue=1\n"));
+        ProblemRecorder problems;
+        ObjectDataBase store;
+        QVERIFY(store.openDataBase(file));
+        QStringList meant;
+        for (const QString &line : qAsConst(problems.lines))
+            meant << line.section("; did you mean ", 1, 1).section(' ', 0, 0);
+        QCOMPARE(meant, (QStringList{"\"prefix\"", "\"SubObjects12\"", "\"Objects12\"", "",
+                                     "\"name\"", ""}));
+    }
+
     void whatIsNoProjectIsNotOverwritten()
     {
         const QByteArray text("\x00\xff noise \n[[[\n=\n", 16);
