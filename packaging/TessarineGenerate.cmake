@@ -1,15 +1,21 @@
-# tessarine_generate(TARGET <target> PROJECT <file> [IMPORT <file>] [MODIFIER <file>] [OUTPUT_DIR <dir>])
+# tessarine_generate(TARGET <target> PROJECT <file> [IMPORT <file>] [MODIFIER <file>] [SET <key>=<value>...]
+#     [OUTPUT_DIR <dir>] [REPORT <file>] [CHECK_ONLY] [NO_COMMANDS])
 #
-# Adds the C sources that follow from a project to a target. The tool runs during the build, on a copy of
-# the project in the build tree, whenever the project, the import or the modifier file changed; sources
-# that come out the same keep their time stamps. The target's include path leads to OUTPUT_DIR, by default
+# Adds the C sources that follow from a project to a target. The tool runs during the build, and writes into
+# the build tree, whenever a file that it reads changed or one that the target needs is gone; sources that
+# come out the same keep their time stamps. With CHECK_ONLY it checks the project before the target is built,
+# and adds nothing to it. The target's include path leads to OUTPUT_DIR, by default
 # tessarine/<target> in the current binary folder; so does that of what links a library.
 #
 # Which files a project needs is known only when the tool runs, while a build must know its sources before.
 # So the target has all that there are, and those that the project does not need say just that.
 
+cmake_policy(PUSH)
+cmake_policy(SET CMP0116 NEW) # names in DEPFILE are those of the folder of the caller
+
 function(tessarine_generate)
-    cmake_parse_arguments(PARSE_ARGV 0 ARG "" "TARGET;PROJECT;IMPORT;MODIFIER;OUTPUT_DIR" "")
+    cmake_parse_arguments(PARSE_ARGV 0 ARG "CHECK_ONLY;NO_COMMANDS"
+        "TARGET;PROJECT;IMPORT;MODIFIER;OUTPUT_DIR;REPORT" "SET")
     _tessarine_check_arguments()
 
     set(output "${ARG_OUTPUT_DIR}")
@@ -28,10 +34,10 @@ function(tessarine_generate)
         endif()
     endforeach()
 
-    # What the tool reads beside the project: the user's sections, and whether the last one is there.
+    # The user's sections beside the project.
     cmake_path(GET ARG_PROJECT PARENT_PATH folder)
     set(companions "")
-    foreach(name IN ITEMS gen_define.h j1939_adapter.c no_stdlib_include.txt)
+    foreach(name IN ITEMS gen_define.h j1939_adapter.c)
         if(EXISTS "${folder}/${name}")
             list(APPEND companions "${folder}/${name}")
         endif()
@@ -40,30 +46,62 @@ function(tessarine_generate)
     set(sources gen_j1939_adapter.c gen_mp.c gen_objdict.c gen_pgn.c gen_rawcan.c gen_sdg.c gen_srdo.c
         gen_var_decl.c gen_vobjdict.c j1939_adapter.c)
     set(headers gen_define.h gen_extern_decl.h gen_indication.h gen_indices.h gen_user.h)
+    if(ARG_CHECK_ONLY)
+        set(sources "")
+        set(headers "")
+    endif()
+    if(ARG_REPORT)
+        cmake_path(ABSOLUTE_PATH ARG_REPORT BASE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}" NORMALIZE)
+    endif()
+    set(ninja FALSE)
+    if(CMAKE_GENERATOR MATCHES "Ninja")
+        set(ninja TRUE)
+    endif()
     set(state "${output}/.tessarine")
     # A file, so that other arguments are a change that leads to a run.
     file(GENERATE OUTPUT "${state}/settings.cmake" CONTENT "set(tool [==[$<TARGET_FILE:Tessarine::tessarine>]==])
+set(root [==[${CMAKE_SOURCE_DIR}]==])
 set(project [==[${ARG_PROJECT}]==])
 set(import [==[${ARG_IMPORT}]==])
 set(modifier [==[${ARG_MODIFIER}]==])
+set(values [==[${ARG_SET}]==])
+set(report [==[${ARG_REPORT}]==])
+set(check_only [==[${ARG_CHECK_ONLY}]==])
+set(no_commands [==[${ARG_NO_COMMANDS}]==])
+set(ninja ${ninja})
 set(companions [==[${companions}]==])
 set(output [==[${output}]==])
 set(expected [==[${sources};${headers}]==])
 ")
 
-    set(files ${sources} ${headers})
-    list(TRANSFORM files PREPEND "${output}/")
+    set(files "")
+    foreach(file IN LISTS sources headers)
+        list(APPEND files "${output}/${file}")
+    endforeach()
     cmake_path(GET ARG_PROJECT FILENAME name)
     set(run "${CMAKE_CURRENT_FUNCTION_LIST_DIR}/TessarineRun.cmake")
+    set(verb "Generating C sources from")
+    if(ARG_CHECK_ONLY)
+        set(verb "Checking")
+    endif()
+    # What else the tool reads, it tells itself.
+    set(depfile "")
+    if(CMAKE_GENERATOR MATCHES "Ninja|Makefiles")
+        set(depfile DEPFILE "${state}/depends.d")
+    endif()
     add_custom_command(
         OUTPUT "${state}/stamp"
-        BYPRODUCTS ${files}
+        BYPRODUCTS ${files} ${ARG_REPORT}
         COMMAND "${CMAKE_COMMAND}" "-DSETTINGS=${state}/settings.cmake" -P "${run}"
         DEPENDS ${inputs} ${companions} "${state}/settings.cmake" "${run}" Tessarine::tessarine
-        COMMENT "Generating C sources from ${name}"
+        ${depfile}
+        COMMENT "${verb} ${name}"
         VERBATIM)
     add_custom_target(${ARG_TARGET}_tessarine DEPENDS "${state}/stamp")
     add_dependencies(${ARG_TARGET} ${ARG_TARGET}_tessarine)
+    if(ARG_CHECK_ONLY)
+        return()
+    endif()
     target_sources(${ARG_TARGET} PRIVATE ${files})
 
     get_target_property(type ${ARG_TARGET} TYPE)
@@ -74,6 +112,8 @@ set(expected [==[${sources};${headers}]==])
     # Before the rest: the folder of the project may hold files of a run by hand.
     target_include_directories(${ARG_TARGET} BEFORE ${scope} "$<BUILD_INTERFACE:${output}>")
 endfunction()
+
+cmake_policy(POP)
 
 # The arguments of tessarine_generate(), in its variables ARG_...
 macro(_tessarine_check_arguments)
@@ -91,7 +131,7 @@ macro(_tessarine_check_arguments)
     if(TARGET ${ARG_TARGET}_tessarine)
         message(FATAL_ERROR "tessarine_generate: ${ARG_TARGET} has a project already")
     endif()
-    if(NOT CMAKE_C_COMPILER_LOADED)
+    if(NOT ARG_CHECK_ONLY AND NOT CMAKE_C_COMPILER_LOADED)
         message(FATAL_ERROR "tessarine_generate: the generated sources need the language C")
     endif()
 endmacro()

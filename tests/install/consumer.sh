@@ -38,12 +38,28 @@ cp "$consumer/options.txt" "$work/options.txt"
 project=$work/examples/pump/pump.tsrt
 printf '/* user-specific section: start */\n#define OURS 1\n/* user-specific section: end */\n' \
     >"$work/examples/pump/gen_define.h"
+export XDG_CONFIG_HOME="$work/config"
+user="$work/config/Korvel/CANopen Tessarine.conf"
+mkdir -p "$work/config/Korvel"
+echo '[General]' >"$user"
 cmake -S "$consumer" -B "$build" -G "$generator" -DCMAKE_PREFIX_PATH="$prefix" \
     -DEXAMPLES="$work/examples" -DOPTIONS="$work/options.txt" >"$work/log" 2>&1 || fail "not configured"
 build || fail "first build"
 grep -q '#define OURS 1' "$pump/gen_define.h" || fail "the user's section beside the project is lost"
+grep -q '^VendorName=Consumer & Co' "$pump/pump.eds" && grep -q '=0x1A2B' "$build/level sensor/empty.eds" || fail "a value for the run is lost"
+grep -q '"uri": "' "$build/reports/checked.sarif" || fail "no report of the check"
+[ ! -e "$build/tessarine/checked/gen_define.h" ] || fail "the check has written sources"
 
 expect "nothing changed" 21 ""
+rm "$pump/gen_objdict.c"
+expect "source deleted" 21 "pump pump/gen_objdict.c pump/stamp "
+rm "$build/pump.sarif"
+expect "report deleted" 21 "pump/stamp "
+rm "$build/level sensor/empty.eds"
+expect "description deleted" 21 "level sensor/stamp "
+[ -s "$build/pump.sarif" ] && [ -s "$build/level sensor/empty.eds" ] || fail "a deleted file is not made again"
+echo implinfo=1 >>"$user"
+expect "settings of the user changed" 21 "level sensor/stamp pump/stamp "
 sleep 1 # the date in the generated files shall be another
 touch "$project"
 expect "same content" 21 "pump/stamp "
