@@ -2,7 +2,6 @@
 # Makes the Debian package, looks at what it needs and holds, and runs the tool from it:
 # debian.sh <build folder> <folder to work in>
 set -eu
-examples=$(cd "$(dirname "$0")/../../examples" && pwd)
 build=$1 work=$2
 
 rm -rf "$work"
@@ -20,10 +19,12 @@ for needed in libc6 libqt5core5a libqt5sql5 libqt5sql5-sqlite libqt5xml5 libstdc
 done
 
 dpkg-deb -x "$package" "$work/root"
-for file in share/man/man1/tessarine.1 share/bash-completion/completions/tessarine \
-    share/cmake/Tessarine/TessarineConfig.cmake; do
+for file in share/man/man1/tessarine.1.gz share/bash-completion/completions/tessarine \
+    share/cmake/Tessarine/TessarineConfig.cmake share/doc/tessarine/README.md share/doc/tessarine/docs/settings.md \
+    share/doc/tessarine/examples/empty/empty.tsrt; do
     [ -f "$work/root/usr/$file" ] || { echo "the package lacks $file"; exit 1; }
 done
-cp -R "$examples/pump" "$work/pump"
+gzip -dc "$work/root/usr/share/man/man1/tessarine.1.gz" | grep -q 'TH TESSARINE'
+cp -R "$work/root/usr/share/doc/tessarine/examples/pump" "$work/pump"
 "$work/root/usr/bin/tessarine" -project "$work/pump/pump.tsrt" >"$work/log"
 [ -s "$work/pump/gen_objdict.c" ]

@@ -39,6 +39,8 @@ completes()
 {
     COMP_WORDS=(tessarine $1 "$2")
     COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+    COMP_LINE="tessarine $1 $2"
+    COMP_POINT=${#COMP_LINE}
     _tessarine tessarine "$2"
     [ "${COMPREPLY[*]}" = "$3" ] || complain "'$1 $2' is completed to '${COMPREPLY[*]}', not '$3'"
 }
@@ -47,6 +49,14 @@ completes "-project" examples/pump/pump "examples/pump/pump.tsrt"
 completes "-import" examples/levelsensor/ "examples/levelsensor/levelsensor.eds"
 completes "-import" examples/pump/ ""
 completes "-project" examples/pu "examples/pump"
+completes "-set" co_node "co_node_id= co_node_id_fct="
+completes "-set" line "line0type="
+completes "-set" J1939:cia510s "cia510serversupport="
+completes "-set" co_node_id=1 ""
 completes "-output" examples/pump/ ""
+HOME=$PWD/examples
+completes "-project" "~/pump/pu" "~/pump/pump.tsrt"
+completes "-project" "~/pu" "~/pump"
+completes "-output" "~/pump/" ""
 completes "-output" examples/pu "examples/pump"
 exit $bad
