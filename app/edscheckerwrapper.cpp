@@ -23,7 +23,7 @@ bool EdsCheckerWrapper::startEDSCheck(const QString &edsFile)
     process = new QProcess(this);
     connect(process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             &EdsCheckerWrapper::processFinished);
-    // Queued: the caller counts on finished() coming behind this function.
+    // Queued: the caller counts on finished() coming after this function.
     connect(process, &QProcess::errorOccurred, this, &EdsCheckerWrapper::processFailed,
             Qt::QueuedConnection);
     connect(process, &QProcess::readyReadStandardOutput, this, &EdsCheckerWrapper::takeOutput);
@@ -44,7 +44,7 @@ QString EdsCheckerWrapper::getResults() const
     return QString::fromLatin1(output);
 }
 
-/// What comes behind the limit, while the program's death is awaited, is thrown away.
+/// What comes beyond the limit, while the program's death is awaited, is thrown away.
 void EdsCheckerWrapper::takeOutput()
 {
     output += process->readAllStandardOutput();

@@ -58,7 +58,7 @@ public:
     /// before openProject().
     void setOutputFolder(const QString &folder);
 
-    /// generateOutput() ends behind the check, and neither it nor openProject() writes or removes
+    /// generateOutput() ends after the check, and neither it nor openProject() writes or removes
     /// a file of the user. Set before openProject().
     void setChecksOnly(bool only) { checksOnly = only; }
 
@@ -67,10 +67,10 @@ public:
 
     void setStartedHidden(bool hidden) { startedHidden = hidden; }
 
-    /// Without it neither a command nor an EDS checker runs behind the generation.
+    /// Without it neither a command nor an EDS checker runs after the generation.
     void setStartsPrograms(bool starts) { startsPrograms = starts; }
 
-    /// The whole run, from the check to the end of what the user wants done behind the last file.
+    /// The whole run, from the check to the end of what the user wants done after the last file.
     /// Raises finished() before it returns.
     void generateOutput(bool ignoreCheckErrors);
 

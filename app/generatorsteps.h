@@ -19,7 +19,7 @@ struct ProjectLine {
     constexpr bool choosesGenerators() const { return number < 240; }
 };
 
-/// What the choice of generators hangs on.
+/// What the choice of generators depends on.
 struct ProjectFacts {
     QVector<ProjectLine> lines; ///< all but the scratch lines, ascending
     bool hasCANopen = false;
@@ -47,7 +47,7 @@ ProjectFacts readProjectFacts(const ObjectDataBase &store);
 /// Does the generated C of the device describe the objects of its lines, whatever they speak?
 bool hasDictionary(const ProjectFacts &facts);
 
-/// Adds what the lines hold. Read behind the check, which may change the objects.
+/// Adds what the lines hold. Read after the check, which may change the objects.
 void readContentFacts(ObjectDataBase &store, ProjectFacts &facts);
 
 /// How often a step runs, and with which active line.
@@ -79,8 +79,8 @@ struct StepRange {
     const GeneratorStep *end() const { return last; }
 };
 
-/// All steps but the EDS files, whose number hangs on the objects, in the order in which they run:
-/// those before and those behind the EDS files.
+/// All steps but the EDS files, whose number depends on the objects, in the order in which they
+/// run: those before and those after the EDS files.
 StepRange generatorSteps();
 StepRange stepsBehindEds();
 

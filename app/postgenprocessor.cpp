@@ -1,4 +1,4 @@
-// What happens behind the generation.
+// What happens after the generation.
 #include "app/postgenprocessor.h"
 
 #include "app/edscheckerwrapper.h"

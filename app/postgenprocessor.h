@@ -1,4 +1,4 @@
-// What happens behind the generation: the user's command, the EDS checker, line ends.
+// What happens after the generation: the user's command, the EDS checker, line ends.
 #pragma once
 
 #include <QList>
@@ -17,7 +17,7 @@ class OutputHandlerBase;
 class PostGenProgressHandler;
 class UserSettings;
 
-/// Runs the stages one behind the other, each of which ends by proceedGeneration(); the last one
+/// Runs the stages one after the other, each of which ends by proceedGeneration(); the last one
 /// says that the generation is completed and raises completed(). Lives on the main thread, and only
 /// the programs that it starts run beside it.
 class PostGenProcessor : public QObject
@@ -39,7 +39,7 @@ public:
     /// Without it neither a command nor an EDS checker is started, whoever asks for them.
     void setStartsPrograms(bool starts) { startsPrograms = starts; }
 
-    /// Begins with the user's command. Returns behind its end if the user wants to wait for it;
+    /// Begins with the user's command. Returns after its end if the user wants to wait for it;
     /// the other stages run on in the event loop. Makes the folder of the files the current one if
     /// there is a command.
     void start();

@@ -1,4 +1,4 @@
-// What a tool with windows shows while the stage behind the generation runs.
+// What a tool with windows shows while the stage after the generation runs.
 #pragma once
 
 #include <QObject>

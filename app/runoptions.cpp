@@ -21,7 +21,7 @@ const QVector<OptionRow> kOptions = {
     {"-help", nullptr, false, "Prints a list of options."},
     {"-import", "file", true, "Sets an importfile. This argument is optional."},
     {"-keep-unchanged", nullptr, false, "Leaves files as they are that would differ in their date only."},
-    {"-no-commands", nullptr, false, "Starts no program behind the generation."},
+    {"-no-commands", nullptr, false, "Starts no program after the generation."},
     {"-output", "folder", false, "Sets the folder for the files."},
     {"-problems", nullptr, false, "Tells the findings of the check on standard error too, with their places."},
     {"-project", "file", true, "Sets the project file to use. This argument is mandatory."},
@@ -104,7 +104,7 @@ QStringList RunOptions::values(const char *option) const
     const OptionRow *row = findOption(QLatin1String(option));
     const QVector<int> positions = row ? positionsOf(*row) : QVector<int>();
     for (const int position : positions)
-        found << arguments.mid(position + 1, 1); // none behind the last word
+        found << arguments.mid(position + 1, 1); // none after the last word
     return found;
 }
 

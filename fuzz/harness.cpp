@@ -14,7 +14,7 @@
 #include <cerrno>
 #include <unistd.h>
 
-// A project can name a command that runs behind the generation. Here none does: these functions
+// A project can name a command that runs after the generation. Here none does: these functions
 // take the place of those of the C library, also for QProcess.
 
 extern "C" int execv(const char *, char *const[]) noexcept

@@ -18,7 +18,7 @@ struct Target {
 /// Null if there is no target of that name.
 const Target *findTarget(const QByteArray &name);
 
-/// To be called once, before the first run and behind the making of the application object.
+/// To be called once, before the first run and after the making of the application object.
 void prepare();
 
 } // namespace Fuzz

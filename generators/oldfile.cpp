@@ -143,7 +143,7 @@ bool OldFile::hasWholeSections(const QString &file)
     const QString what =
         isStart ? QStringLiteral("this start of a user-specific section has no end, so "
                                  "the file is not replaced; put the line \"%1\" "
-                                 "behind your text")
+                                 "after your text")
                 : QStringLiteral("this end of a user-specific section has no start, "
                                  "so the file is not replaced; put the line \"%1\" "
                                  "before your text");

@@ -1,5 +1,5 @@
 /* Variables of the pump's application that the object dictionary shows. The generated sources
- * include this file behind the headers of the protocol stack, which define the types used here. */
+ * include this file after the headers of the protocol stack, which define the types used here. */
 #ifndef PUMP_VARIABLES_H
 #define PUMP_VARIABLES_H 1
 

@@ -288,7 +288,7 @@ quint32 ObjDict::getReferencePosition(const Context &context, quint8 line, quint
     if (service && service->reference == Reference::Index)
         return index;
     if (service && service->reference == Reference::Number)
-        return quint32(index - service->low) + 1;
+        return service->objects.numberOf(index);
     SubData data;
     const bool isSharedPossible =
         line != 0 && context.store.getSubIndexData(line, index, sub, data);

@@ -1,6 +1,8 @@
 // Objects of the communication profile that the stack keeps by itself.
 #pragma once
 
+#include "support/objectranges.h"
+
 #include <QtGlobal>
 
 namespace ObjDict
@@ -14,8 +16,7 @@ enum class Reference {
 };
 
 struct ServiceRow {
-    quint16 low;
-    quint16 high;
+    ObjectRange objects;
     quint8 firstSub;
     quint8 lastSub;
     const char *suffix; ///< of the data type tag: the module that answers

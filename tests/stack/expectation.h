@@ -23,7 +23,7 @@ public:
 
     /// Rows of the structures that all protocols share, and of the diagnostic services.
     QStringList commonCounts() const;
-    /// Rows of the CANopen services of a line, behind its dictionary.
+    /// Rows of the CANopen services of a line, after its dictionary.
     QStringList services(quint8 line, bool isFd, bool asMaster) const;
     /// Row of the function that loads parameters, if there is one.
     void loadParameters(QStringList &calls) const;

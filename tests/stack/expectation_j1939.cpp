@@ -274,7 +274,7 @@ QStringList J1939Expectation::start()
     return rows;
 }
 
-/// The last element of the list stands for the lines behind it.
+/// The last element of the list stands for the lines after it.
 quint32 J1939Expectation::destinationBuffers(quint8 line) const
 {
     const QStringList list = store.getJ1939SettingsValue("j1939fd_multipgbuffer").split(',');

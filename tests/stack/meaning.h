@@ -9,7 +9,7 @@
 namespace Meaning
 {
 
-/// Value of a text as all project files write numbers: hexadecimal behind 0x, else decimal.
+/// Value of a text as all project files write numbers: hexadecimal after 0x, else decimal.
 qint64 numberOf(const QString &text);
 QString withoutNodeId(const QString &text);
 bool hasNodeId(const QString &text);

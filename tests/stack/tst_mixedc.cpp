@@ -169,7 +169,7 @@ private:
         SAME_ROWS(device.rows({"virtual"}), expected.virtualObjects());
     }
 
-    /// A line of both protocols starts its diagnostics behind NMT, whatever came of that.
+    /// A line of both protocols starts its diagnostics after NMT, whatever came of that.
     static bool goesOn(const Device &device, const QString &row)
     {
         return row.endsWith("coNmtInit") && device.output().contains("call udsStackInit_line");

@@ -165,7 +165,7 @@ private slots:
         }
     }
 
-    /// The command behind the generation stands for somebody else, just before the save.
+    /// The command after the generation stands for somebody else, just before the save.
     void projectChangesDuringTheRun_data()
     {
         columns<QString, QByteArray, QByteArray>("project", "command", "end");

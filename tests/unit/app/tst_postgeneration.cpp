@@ -1,4 +1,4 @@
-// What runs behind the generation: the user's command and the EDS checker are small scripts here.
+// What runs after the generation: the user's command and the EDS checker are small scripts here.
 #include "app/edscheckerwrapper.h"
 #include "app/outputhandlerbase.h"
 #include "app/postgenprocessor.h"

@@ -164,9 +164,9 @@ private slots:
         const QString told = ":%1: error: this %2 of a user-specific section has no %3, so the file is not "
             "replaced; put the line \"%4\" %5 your text [user-section]";
         QTest::newRow("no end") << "a\n " + kStart + "b\n#endif\n"
-            << told.arg("2", "start", "end", kEnd.trimmed(), "behind");
+            << told.arg("2", "start", "end", kEnd.trimmed(), "after");
         QTest::newRow("no second end") << kStart + kEnd + kStart + kStart
-            << told.arg("3", "start", "end", kEnd.trimmed(), "behind");
+            << told.arg("3", "start", "end", kEnd.trimmed(), "after");
         QTest::newRow("no start") << "a\n\n" + kEnd.toUpper()
             << told.arg("3", "end", "start", kStart.trimmed(), "before");
         QTest::newRow("start in a section") << kStart + kStart + kEnd << QString();

@@ -1,4 +1,4 @@
-// The frame of the object dictionary source: what hangs on files, and on its size.
+// The frame of the object dictionary source: what depends on files, and on its size.
 #include "generators/objdict/objdictgenerator.h"
 #include "tests/fixtures/storefixture.h"
 

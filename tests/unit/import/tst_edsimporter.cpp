@@ -132,7 +132,7 @@ private slots:
 
         QCOMPARE(store->getSubIndices(0, 0x2001, 0).size(), 255);
         QCOMPARE(sub(0x2001, 254).varName, "v_8193254");
-        QCOMPARE(sub(0x2001, 2).name, "Own"); // its own section comes behind
+        QCOMPARE(sub(0x2001, 2).name, "Own"); // its own section comes later
         QCOMPARE(sub(0x2001, 2).varName, "v_81932");
     }
 
