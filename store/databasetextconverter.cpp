@@ -209,6 +209,10 @@ QString textOfFault(const TextFault &fault, const ObjectDataBase::ColumnValue &c
         return QStringLiteral("%1 is out of the range of the column %2, and is read as %3: write a "
                               "number that fits")
             .arg(value, column, fault.read.toString());
+    case TextFault::Kind::NoObjectType:
+        return QStringLiteral("%1 is no type of object for the column %2, and is kept as it is: "
+                              "write 7 for a variable, 8 for an array, or 9 for a record")
+            .arg(value, column);
     case TextFault::Kind::NoMetadata:
         break;
     }
@@ -226,6 +230,8 @@ const char *ruleOfFault(TextFault::Kind kind)
         return "no-number";
     case TextFault::Kind::CutNumber:
         return "number-cut";
+    case TextFault::Kind::NoObjectType:
+        return "no-object-type";
     case TextFault::Kind::NoMetadata:
         break;
     }

@@ -1,8 +1,10 @@
 // Rows as the text form of a project gives them: column by column, under names and numbers that are
 // the file's data.
 #include "store/objectdatabase_p.h"
-#include "support/logging.h"
+#include "support/candatatype.h"
 #include "support/numbers.h"
+
+#include <type_traits>
 
 namespace
 {
@@ -65,6 +67,26 @@ QVariant storedNumber(const QString &text)
     return ok && qAbs(real) < 1e15 ? QVariant(real) : QVariant(text);
 }
 
+bool holdsObjectType(const char *column)
+{
+    return QLatin1String(column) == QLatin1String("objecttype");
+}
+
+bool isObjectType(qlonglong number)
+{
+    switch (static_cast<CANopen::ObjectCode>(number)) {
+    case CANopen::ObjectCode::Null:
+    case CANopen::ObjectCode::Domain:
+    case CANopen::ObjectCode::DefType:
+    case CANopen::ObjectCode::DefStruct:
+    case CANopen::ObjectCode::Var:
+    case CANopen::ObjectCode::Array:
+    case CANopen::ObjectCode::Record:
+        return true;
+    }
+    return false;
+}
+
 /// Adds a fault if the record will have another value than \a given; \a cell is what is bound.
 template <class Record>
 void noteUnfit(const Column<Record> &field, const QVariant &given, const QVariant &cell, int number,
@@ -81,7 +103,8 @@ void noteUnfit(const Column<Record> &field, const QVariant &given, const QVarian
     const QString text = cell.toString();
     // An empty one counts as 0, which is what older tools wrote for it; flags are most of all
     // cells.
-    if (text.isEmpty() || text == QLatin1String("0") || text == QLatin1String("1"))
+    const bool isCode = std::is_same_v<Record, IndexData> && holdsObjectType(field.name);
+    if (text.isEmpty() || text == QLatin1String("0") || (text == QLatin1String("1") && !isCode))
         return;
     static Record record; // made once, for there are many cells
     const QVariant stored = storedNumber(text);
@@ -91,6 +114,8 @@ void noteUnfit(const Column<Record> &field, const QVariant &given, const QVarian
         faults->append({number, TextFault::Kind::NoNumber, read});
     else if (stored.toDouble() != read.toDouble())
         faults->append({number, TextFault::Kind::CutNumber, read});
+    else if (isCode && !isObjectType(read.toLongLong()))
+        faults->append({number, TextFault::Kind::NoObjectType, read});
 }
 
 } // namespace

@@ -174,6 +174,8 @@ private slots:
             "0x1018\\datatype=7.5\n0x1018\\datatype=99999999999999999999\n[SubObjects0]\n0x1018\\1\\pdomapping=4\n"
             "0x1018\\1\\pdomapping=5\n", "6 number-cut, 7 number-cut, 8 no-number, 10 no-number, 12 number-cut, "
             "13 no-number, 16 number-cut", "");
+        row("object_types", "0x1018\\objecttype=6\n0x1018\\objecttype=1\n0x1018\\objecttype=10\n0x1018\\category=1\n",
+            "6 no-object-type, 7 no-object-type", "");
         row("metadata", "0x1018\\metadata=0\n0x1018\\metadata=x\n0x1018\\metadata=@ByteArray(x)\n",
             "6 no-metadata, 7 no-metadata", "");
         row("settings", "[GeneralSettings]\na=\"it's\"\n[MiscSettings]\na=it's\n", "6 setting-not-read", "line 6");
