@@ -60,6 +60,44 @@ QString meant(const StoreRow &own, const QString &key)
     return near.isEmpty() ? near : full(own, near);
 }
 
+/// What the reader of a setting wants where it has \a text, which it would take for 0 or for off;
+/// null if it can read that.
+const char *wantedInPlaceOf(const QString &text, Setting::Form form)
+{
+    bool isRead = true;
+    switch (form) {
+    case Setting::Form::Flag:
+    case Setting::Form::Switch:
+    case Setting::Form::Decimal:
+        (void)text.trimmed().toLongLong(&isRead);
+        return isRead ? nullptr : "a decimal number";
+    case Setting::Form::ByPrefix:
+        (void)Numbers::toLongLongByPrefix(text, &isRead);
+        return isRead ? nullptr : "a number";
+    case Setting::Form::True:
+        isRead = text == QLatin1String("true") || text == QLatin1String("false") ||
+                 text == QLatin1String("0");
+        return isRead ? nullptr : "\"true\" or \"false\"";
+    default:
+        return nullptr;
+    }
+}
+
+/// The end of a sentence about the first element of \a value that cannot be read; empty if all can.
+QString whyNotRead(const Setting &setting, const QString &value)
+{
+    const bool isList = setting.span != Setting::Span::Project;
+    const QStringList elements = isList ? value.split(QLatin1Char(',')) : QStringList(value);
+    for (const QString &element : elements) {
+        const char *wanted =
+            element.trimmed().isEmpty() ? nullptr : wantedInPlaceOf(element, setting.form);
+        if (wanted)
+            return QStringLiteral("it takes %1, and %2 is none")
+                .arg(QLatin1String(wanted), quotedWord(element));
+    }
+    return QString();
+}
+
 bool fits(const QString &text, int bits, bool isSigned)
 {
     bool ok = false;
@@ -110,7 +148,8 @@ bool RunSettings::applySetting(const QString &name, const QString &value)
     if (!row || colon == 0)
         return refuse("setting-form", QStringLiteral("before the colon stands none of J1939, Misc "
                                                      "and Description"));
-    if (!SettingsCatalogue::find(row->store, key)) {
+    const Setting *setting = SettingsCatalogue::find(row->store, key);
+    if (!setting) {
         const QString near = meant(*row, key);
         return refuse("unknown-setting",
                       QStringLiteral("there is no %1 setting %2%3")
@@ -119,6 +158,9 @@ bool RunSettings::applySetting(const QString &name, const QString &value)
                                    ? QStringLiteral("; docs/settings.md has all")
                                    : QStringLiteral("; did you mean ") + quotedWord(near)));
     }
+    const QString unread = whyNotRead(*setting, value);
+    if (!unread.isEmpty())
+        return refuse("setting-form", unread);
     database.setDescriptionSettingsLine(0); // keys of other lines have their suffix already
     return (database.*row->set)(key, value) ||
            refuse("setting-not-kept", QStringLiteral("the project could not take it"));

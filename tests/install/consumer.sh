@@ -78,6 +78,7 @@ cp "$work/examples/empty/empty.tsrt" "$project"
 ! build || fail "a project with errors was built"
 grep -q '0x1000 (Device Type) does not exist' "$work/log" || fail "the errors of the project are not told"
 ! build || fail "a project with errors was built at the second try"
+grep -q '"exitCode": 7' "$build/pump.sarif" || fail "the report does not tell of the errors"
 cp "$work/good" "$project"
 expect "project mended" 23 "pump/stamp "
 

@@ -194,6 +194,8 @@ private slots:
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
         PlainUserProcess second;
         output = run(second, "-project pümp.tsrt -save");
+        PlainUserProcess third;
+        QVERIFY(run(third, "-project pümp.tsrt -check").endsWith("\nexit code 0\n"));
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QVERIFY2(output.endsWith(ended(8, "ABORT - The output folder %DIR% is not writeable.\n"
                                           "Error - The output folder is not writeable\n"
@@ -336,6 +338,12 @@ private slots:
             << form("before the colon stands none of J1939, Misc and Description");
         QTest::newRow("huge") << QString(100000, 'x') + "=1"
             << unknown("general setting \"" + QByteArray(60, 'x') + "...\"; docs/settings.md has all");
+        QTest::newRow("hexadecimal_where_it_is_not_read") << "nmtmaster=1,,0x10"
+            << form("it takes a decimal number, and \"0x10\" is none");
+        QTest::newRow("word_for_a_flag") << "init_static_variables=yes"
+            << form("it takes a decimal number, and \"yes\" is none");
+        QTest::newRow("number_for_a_word") << "Misc:generateML=1"
+            << form("it takes \"true\" or \"false\", and \"1\" is none");
         QTest::newRow("object_without_subindex") << "0x1018=1" << place("0x1018");
         QTest::newRow("decimal_object") << "4120:1=1" << place("4120:1");
         QTest::newRow("high_subindex") << "0x1018:256=1" << place("0x1018:256");
