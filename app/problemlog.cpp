@@ -42,6 +42,8 @@ void ProblemLog::finish()
 void ProblemLog::take(const Problems::Problem &problem)
 {
     all.append(problem);
-    if (++countOfRule[problem.rule] <= kMostOfRule)
+    int &count = countOfRule[problem.rule];
+    if (count < kMostOfRule)
         std::fprintf(stderr, "%s\n", qUtf8Printable(problem.asLine()));
+    count += problem.times;
 }

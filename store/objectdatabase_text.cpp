@@ -106,7 +106,7 @@ void noteUnfit(const Column<Record> &field, const QVariant &given, const QVarian
     const bool isCode = std::is_same_v<Record, IndexData> && holdsObjectType(field.name);
     if (text.isEmpty() || text == QLatin1String("0") || (text == QLatin1String("1") && !isCode))
         return;
-    static Record record; // made once, for there are many cells
+    thread_local Record record; // made once, for there are many cells
     const QVariant stored = storedNumber(text);
     field.set(record, stored);
     const QVariant read = field.get(record);

@@ -32,10 +32,11 @@ void FileProblems::tell()
     for (const Entry &entry : qAsConst(entries))
         Problems::warning(entry.rule, file, entry.words, entry.line);
     for (auto count = counts.constBegin(); count != counts.constEnd(); ++count) {
-        if (*count > kMostOfRule)
-            Problems::warning(count.key().constData(), file,
-                              QStringLiteral("there are %1 more lines like those before")
-                                  .arg(*count - kMostOfRule));
+        const int more = *count - kMostOfRule;
+        if (more > 0)
+            Problems::report({Problems::Level::Warning, file, 0,
+                              QStringLiteral("there are %1 more lines like those before").arg(more),
+                              QString::fromLatin1(count.key()), 0, more});
     }
     begin(file);
 }

@@ -23,6 +23,7 @@ struct Problem {
     QString text;   ///< one sentence without its full stop
     QString rule;   ///< words in lower case with hyphens; stays when the text changes
     int column = 0; ///< from 1; 0 for none
+    int times = 1;  ///< it stands for so many of its rule
 
     /// "<file>:<line>: warning: <text> [<rule>]", as compilers write it, on one line.
     QString asLine() const;

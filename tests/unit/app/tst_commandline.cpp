@@ -465,6 +465,15 @@ private slots:
                  "wo, rww or rwr instead.");
     }
 
+    void fewOfManyProblemsArePrinted()
+    {
+        QVERIFY(write("pümp.tsrt", kProject + QByteArray("x\n").repeated(1020)));
+        const QByteArray told = run("-project pümp.tsrt -report out.sarif");
+        QVERIFY2(told.endsWith("\nwarning: 1000 more of this kind [no-key]\nexit code 0\n"), told);
+        QCOMPARE(told.count(" is neither [group] nor key=value"), 20);
+        QCOMPARE(read("out.sarif").count("\"ruleId\": \"no-key\""), 1001);
+    }
+
     void reportsHoldProblemsToo_data()
     {
         columns<QString, QByteArray, QString>("arguments", "text", "told");

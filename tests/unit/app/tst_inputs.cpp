@@ -46,8 +46,8 @@ private slots:
             << import;
         QTest::newRow("linked_input") << "mv in.eds p.eds; ln -s p.eds in.eds" << "p.tsrt" << "-import in.eds"
             << "p.eds" << eds << import;
-        QTest::newRow("table") << "echo index >p.csv" << "p.tsrt" << "-import p.csv" << "p.csv"
-            << QByteArray("file p.csv") << import;
+        QTest::newRow("table") << "printf 'index,sub,edsname,datatype\\n0x2000,0,a,U8\\n' >p.csv" << "p.tsrt"
+            << "-import p.csv" << "p.csv" << QByteArray("file p.csv") << import;
         QTest::newRow("project") << "" << "q.eds" << "" << "q.eds" << QByteArray("EDS file q.eds")
             << QByteArray("the project");
         QTest::newRow("line") << "mv in.eds m_0.eds" << "m.tsrt" << "-import m_0.eds" << "m_0.eds"
