@@ -1,26 +1,16 @@
-// The text form of a project.
+// The text form of a project: writing and reading. databasetextconverter_problems.cpp tells what is
+// wrong in one.
 #include "store/databasetextconverter.h"
 
+#include "store/databasetextconverter_p.h"
 #include "store/objectdatabase_p.h"
-#include "support/editdistance.h"
 #include "support/logging.h"
-#include "support/numbers.h"
 #include "support/printable.h"
-#include "support/problems.h"
 
 #include <QFile>
 #include <QSet>
 
 #include <algorithm>
-
-using Effect = TextProjectProblems::Effect;
-
-/// A row as the text form has it.
-struct TextRow {
-    QStringList numbers; ///< of its key
-    QVector<ObjectDataBase::ColumnValue> cells;
-    const IniText::Entry *first = nullptr; ///< the entry of the first cell; the others follow it
-};
 
 namespace
 {
@@ -34,20 +24,6 @@ constexpr const char *kExcludedTables[] = {
 
 constexpr const char *kExcludedSubColumns[] = {"cyclicread",   "changedbyuser", "dcfcomponent",
                                                "wizardsource", "signalid",      "denotation"};
-
-bool isExcludedTable(const QString &table)
-{
-    return std::any_of(std::begin(kExcludedTables), std::end(kExcludedTables),
-                       [&table](const char *word) { return table.contains(QLatin1String(word)); });
-}
-
-/// Groups whose keys are settings. A name that holds more is read as well.
-bool isSettings(const QString &group)
-{
-    return group.contains(QLatin1String("DescriptionSettings")) ||
-           group.contains(QLatin1String("GeneralSettings")) ||
-           group.contains(QLatin1String("MiscSettings"));
-}
 
 bool isSettingsTable(const QString &table)
 {
@@ -123,12 +99,6 @@ QString textOf(const QVariant &value)
                                                 : value.toString();
 }
 
-/// A key as the file has it.
-QString keyIn(const IniText::Entry &entry)
-{
-    return QString::fromUtf8(entry.keyText.begin, std::min(entry.keyText.size(), 400));
-}
-
 /// Calls \a apply with each row, whose keys are "number/column", or have two numbers; and \a skip
 /// with what has more or fewer. Cells of a row that stand apart in the file come as two rows.
 template <class Apply, class Skip>
@@ -161,84 +131,20 @@ void forEachRow(const QVector<IniText::Entry> &entries, int numbers, Apply apply
     finishRow();
 }
 
-quint32 objectKey(int line, const QString &index)
-{
-    return quint32(line) << 16 | Numbers::toUIntByPrefix(index);
-}
-
-/// A line of the device whose table of objects or subindices \a group is named like; -1 if it is
-/// none.
-int lineOfGroup(const QString &group)
-{
-    return std::max(Schema::lineOfTable(group, "Objects"),
-                    Schema::lineOfTable(group, "SubObjects"));
-}
-
-bool isNumberUpTo(const QString &text, quint32 highest)
-{
-    bool ok = false;
-    return Numbers::toUIntByPrefix(text, &ok) <= highest && ok;
-}
-
-/// What a file is whose bytes are no text that this form could be in; empty if they may be.
-QString otherForm(const QByteArray &bytes)
-{
-    if (bytes.startsWith("SQLite format 3"))
-        return QStringLiteral("is a database and no text project, and is read as an empty one: let "
-                              "its name end in .tsrp");
-    if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF"))
-        return QStringLiteral("is UTF-16 text, and is read as an empty project: save it as UTF-8");
-    return QString();
-}
-
-/// What is wrong with a cell, for the user.
-QString textOfFault(const TextFault &fault, const ObjectDataBase::ColumnValue &cell,
-                    const QStringList &columns)
-{
-    const QString column = quotedWord(cell.column);
-    const QString value = quotedWord(cell.value.toString());
-    switch (fault.kind) {
-    case TextFault::Kind::NoColumn:
-        return QStringLiteral("there is no column %1, and its value is passed over").arg(column) +
-               didYouMean(cell.column, columns);
-    case TextFault::Kind::NoNumber:
-        return QStringLiteral("%1 is no number for the column %2, and is read as %3: write a "
-                              "decimal number")
-            .arg(value, column, fault.read.toString());
-    case TextFault::Kind::CutNumber:
-        return QStringLiteral("%1 is out of the range of the column %2, and is read as %3: write a "
-                              "number that fits")
-            .arg(value, column, fault.read.toString());
-    case TextFault::Kind::NoObjectType:
-        return QStringLiteral("%1 is no type of object for the column %2, and is kept as it is: "
-                              "write 7 for a variable, 8 for an array, or 9 for a record")
-            .arg(value, column);
-    case TextFault::Kind::NoMetadata:
-        break;
-    }
-    return QStringLiteral("the column %1 holds no list of texts in the form in which it is saved, "
-                          "and is left empty")
-        .arg(column);
-}
-
-const char *ruleOfFault(TextFault::Kind kind)
-{
-    switch (kind) {
-    case TextFault::Kind::NoColumn:
-        return "unknown-column";
-    case TextFault::Kind::NoNumber:
-        return "no-number";
-    case TextFault::Kind::CutNumber:
-        return "number-cut";
-    case TextFault::Kind::NoObjectType:
-        return "no-object-type";
-    case TextFault::Kind::NoMetadata:
-        break;
-    }
-    return "no-metadata";
-}
-
 } // namespace
+
+bool TextForm::isExcludedTable(const QString &table)
+{
+    return std::any_of(std::begin(kExcludedTables), std::end(kExcludedTables),
+                       [&table](const char *word) { return table.contains(QLatin1String(word)); });
+}
+
+bool TextForm::isSettings(const QString &group)
+{
+    return group.contains(QLatin1String("DescriptionSettings")) ||
+           group.contains(QLatin1String("GeneralSettings")) ||
+           group.contains(QLatin1String("MiscSettings"));
+}
 
 DatabaseTextConverter::DatabaseTextConverter(QObject *parent) : QObject(parent) {}
 
@@ -286,7 +192,7 @@ bool DatabaseTextConverter::convertSqlToText()
         QStringLiteral("SELECT name FROM sqlite_master WHERE type='table' ORDER BY name"));
     for (const QStringList &row : tables) {
         const QString &table = row.first();
-        if (isExcludedTable(table))
+        if (TextForm::isExcludedTable(table))
             continue;
         if (isSettingsTable(table))
             handleSettings(table);
@@ -473,27 +379,14 @@ bool DatabaseTextConverter::convertTextToSql()
     }
     store->commitBatch();
     problems = nullptr;
-    tellAll(found, otherForm(text), isProject);
+    tellAll(found, text, isProject);
     return understood && isProject && isComplete;
-}
-
-/// Of bytes in another form each line would be wrong; \a form says it once.
-void DatabaseTextConverter::tellAll(TextProjectProblems &found, const QString &form, bool isProject)
-{
-    if (form.isEmpty()) {
-        found.tell();
-        lostPart = found.linesToMend();
-    }
-    const QString none = QStringLiteral("holds no group of a text project, and is read as an empty "
-                                        "one");
-    if (!isProject)
-        Problems::warning("no-project", inputFile, form.isEmpty() ? none : form);
 }
 
 bool DatabaseTextConverter::importGroup(const QString &group,
                                         const QVector<IniText::Entry> &entries)
 {
-    if (isSettings(group))
+    if (TextForm::isSettings(group))
         importSettings(group, entries);
     else if (group.contains(QLatin1String("SubObjects")))
         importSubObjects(group, entries);
@@ -537,7 +430,7 @@ void DatabaseTextConverter::importObjects(const QString &group,
             isComplete = false;
             return tellLostRow(row, group);
         }
-        objects.insert(objectKey(line, index));
+        objects.insert(TextForm::objectKey(line, index));
         tellCells(row, columns);
     };
     forEachRow(entries, 1, apply, [this](const TextRow &row) { tellShape(row, "object\\column"); });
@@ -555,7 +448,7 @@ void DatabaseTextConverter::importSubObjects(const QString &group,
             return tellLostRow(row, group);
         }
         tellCells(row, columns);
-        if (!objects.contains(objectKey(line, index)))
+        if (!objects.contains(TextForm::objectKey(line, index)))
             tellUnowned(row, line);
     };
     forEachRow(entries, 2, apply,
@@ -578,7 +471,7 @@ void DatabaseTextConverter::importSettings(const QString &group,
             done = store->setMiscSettingsValue(key, value);
         isComplete = isComplete && done;
         if (!done)
-            tell("setting-not-read", entry, Effect::Lost, [&] {
+            tell("setting-not-read", entry, TextProjectProblems::Effect::Lost, [&] {
                 const bool isQuoted = value.contains(QLatin1Char('\''));
                 return QStringLiteral("the value of %1 %2")
                     .arg(quotedWord(key),
@@ -587,108 +480,4 @@ void DatabaseTextConverter::importSettings(const QString &group,
                                   : QStringLiteral("could not be taken over"));
             });
     }
-}
-
-// --- what is wrong in a text ---
-
-void DatabaseTextConverter::tell(const char *rule, const IniText::Entry &entry,
-                                 TextProjectProblems::Effect effect,
-                                 const std::function<QString()> &words)
-{
-    problems->add(rule, entry.keyText.begin, effect, words);
-}
-
-void DatabaseTextConverter::tellGroup(const QString &group, const char *head, bool hasRows)
-{
-    const int line = lineOfGroup(group);
-    const bool isTable = group.contains(QLatin1String("Objects"));
-    // The table of UDS services is written to a text, though nothing reads it there.
-    const bool isKnown = isTable ? line >= 0
-                                 : group == QLatin1String("Nodes") || isSettings(group) ||
-                                       Schema::lineOfTable(group, "UDSSettings") >= 0;
-    const bool isWithoutLine = line >= 0 && !deviceLines.contains(uint(line));
-    if (isKnown && !isWithoutLine)
-        return;
-    const Effect effect = isTable && hasRows ? Effect::Lost : Effect::Saved;
-    const QString name = quotedWord(group);
-    if (isWithoutLine)
-        return problems->add("unknown-line", head, effect, [&] {
-            return QStringLiteral(
-                       "the group %1 is that of line %2, which [Nodes] does not have, and "
-                       "is passed over: add %2\\prefix=_ there")
-                .arg(name, QString::number(line));
-        });
-    problems->add("unknown-group", head, effect, [&] {
-        return isExcludedTable(group)
-                   ? QStringLiteral("the group %1 is passed over: only a project of the form .tsrp "
-                                    "keeps it")
-                         .arg(name)
-                   : QStringLiteral("the group %1 is no part of a text project, and is passed over")
-                             .arg(name) +
-                         didYouMean(group, knownGroups());
-    });
-}
-
-QStringList DatabaseTextConverter::knownGroups() const
-{
-    QStringList names = {QStringLiteral("Nodes"), QStringLiteral("GeneralSettings"),
-                         QStringLiteral("DescriptionSettings"), QStringLiteral("MiscSettings")};
-    for (const uint line : deviceLines)
-        names << Schema::table("Objects", int(line)) << Schema::table("SubObjects", int(line));
-    names.sort(); // a set has no order
-    return names;
-}
-
-void DatabaseTextConverter::tellCells(const TextRow &row, const QStringList &columns)
-{
-    for (const TextFault &fault : qAsConst(d->textFaults)) {
-        const IniText::Entry &entry = row.first[fault.cell];
-        const bool isToldAlready = entry.keyText.size() == 0;
-        if (!isToldAlready)
-            tell(ruleOfFault(fault.kind), entry, Effect::Saved,
-                 [&] { return textOfFault(fault, row.cells.at(fault.cell), columns); });
-    }
-}
-
-void DatabaseTextConverter::tellShape(const TextRow &row, const char *form)
-{
-    for (int i = 0; i < row.cells.size(); ++i) {
-        const IniText::Entry &entry = row.first[i];
-        if (entry.keyText.size() > 0) // else it is told already
-            tell("unknown-object", entry, Effect::Saved, [&] {
-                return QStringLiteral("%1 is not of the form %2, and is passed over")
-                    .arg(quotedWord(keyIn(entry)), QLatin1String(form));
-            });
-    }
-}
-
-void DatabaseTextConverter::tellLostRow(const TextRow &row, const QString &group)
-{
-    const IniText::Entry &entry = *row.first;
-    const bool isNode = group == QLatin1String("Nodes");
-    const bool isSub = row.numbers.size() > 1;
-    const bool isSound = !isNode && isNumberUpTo(row.numbers.first(), 0xFFFF) &&
-                         (!isSub || isNumberUpTo(row.numbers.at(1), 0xFF));
-    if (isSound)
-        return; // the group is told of, whose line does not exist
-    if (entry.keyText.size() == 0)
-        return problems->addLost(entry.keyText.begin); // the line of the text is told of
-    const char *what = isNode  ? "the number of a line, 0 to 255"
-                       : isSub ? "the numbers of an object, 0 to 0xFFFF, and a subindex, 0 to 0xFF"
-                               : "the number of an object, 0 to 0xFFFF";
-    tell(isNode ? "unknown-line" : "unknown-object", entry, Effect::Lost, [&] {
-        return QStringLiteral("%1 does not begin with %2, and is passed over")
-            .arg(quotedWord(keyIn(entry)), QLatin1String(what));
-    });
-}
-
-void DatabaseTextConverter::tellUnowned(const TextRow &row, int line)
-{
-    const QString &index = row.numbers.first();
-    tell("unknown-object", *row.first, Effect::Saved, [&] {
-        return QStringLiteral("%1 has subindices here and is no object of [Objects%2], so that no "
-                              "generated file has it: add it there")
-            .arg(quotedWord(index), QString::number(line));
-    });
-    objects.insert(objectKey(line, index)); // once is enough
 }

@@ -68,7 +68,7 @@ private:
     void importObjects(const QString &group, const QVector<IniText::Entry> &entries);
     void importSubObjects(const QString &group, const QVector<IniText::Entry> &entries);
     void importSettings(const QString &group, const QVector<IniText::Entry> &entries);
-    void tellAll(TextProjectProblems &found, const QString &form, bool isProject);
+    void tellAll(TextProjectProblems &found, const QByteArray &text, bool isProject);
     void tell(const char *rule, const IniText::Entry &entry, TextProjectProblems::Effect effect,
               const std::function<QString()> &words);
     QStringList knownGroups() const;

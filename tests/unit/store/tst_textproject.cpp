@@ -162,9 +162,9 @@ private slots:
         row("tables", "[SubObjects256]\n1\\1\\name=a\n[Objects01]\n", "5 unknown-group, 7 unknown-group", "line 5");
         row("nodes", "[Nodes]\n1\\issyncproducer=1\n256\\prefix=_\n1\\tpdocnt=x\n1\\color=2\n1\\1\\name=x\n",
             "7 unknown-line, 8 no-number, 9 unknown-column, 10 unknown-object", "line 7");
-        row("objects", "0xFFFF\\name=a\n65536\\name=a\nx\\name=b\nname=c\n1\\1\\name=d\n1\\2\\name=d\n",
-            "6 unknown-object, 7 unknown-object, 8 unknown-object, 9 unknown-object, 10 unknown-object",
-            "lines 6, 7 and 8");
+        row("objects", "0xFFFF\\name=a\n65536\\name=a\nx\\name=b\nx\\datatype=7\nname=c\n1\\1\\name=d\n1\\2\\name=d\n",
+            "6 unknown-object, 7 unknown-object, 9 unknown-object, 10 unknown-object, 11 unknown-object",
+            "lines 6, 7, 8 and 9");
         row("subindices", "[SubObjects0]\n4120\\0xff\\name=a\n4120\\256\\name=a\n4120\\name=b\n"
             "0x1019\\1\\name=c\n0x1019\\2\\name=c\n", "7 unknown-object, 8 unknown-object, 9 unknown-object", "line 7");
         row("columns", "0x1018\\nam=x\n[SubObjects0]\n0x1018\\1\\signalid=1\n0x1018\\1\\Name=x\n",
