@@ -2,153 +2,23 @@
 #include "formats/edsparser.h"
 
 #include "formats/edskeys.h"
+#include "formats/edsobjects.h"
+#include "formats/edsoddities.h"
 #include "formats/edsvalues.h"
 #include "support/cohelper.h"
 #include "support/numbers.h"
+#include "support/printable.h"
 
 #include <array>
 #include <optional>
+#include <utility>
 
 namespace
 {
 
 constexpr quint8 kMaxMembers = 254; // CiA 301: subindex 255 describes the structure
 
-enum class Kind { Other, Object, Subindex, Names, Values, Denotations };
-
-/// What the name of a section says.
-struct Address {
-    Kind kind = Kind::Other;
-    quint16 index = 0;
-    quint8 subindex = 0;
-};
-
-struct SuffixRow {
-    const char *suffix;
-    Kind kind;
-};
-
-constexpr SuffixRow kSuffixes[] = {
-    {"", Kind::Object},
-    {"name", Kind::Names},
-    {"value", Kind::Values},
-    {"denotation", Kind::Denotations},
-};
-
-/// Reads the normalized name of a section; nothing if it is no part of the object dictionary.
-Address addressOf(const QString &name)
-{
-    const int start = name.startsWith(QLatin1String("0x")) ? 2 : 0;
-    const QStringRef digits = name.midRef(start, 4);
-    const QStringRef suffix = name.midRef(start + 4);
-    bool ok = digits.size() == 4 && digits[0] != QLatin1Char('+') && digits[0] != QLatin1Char('-');
-    Address address;
-    if (ok)
-        address.index = digits.toUShort(&ok, 16);
-    if (!ok || digits.contains(QLatin1Char('x')))
-        return Address();
-    for (const SuffixRow &row : kSuffixes) {
-        if (suffix == QLatin1String(row.suffix))
-            address.kind = row.kind;
-    }
-    if (suffix.startsWith(QLatin1String("sub"))) {
-        const uint number = suffix.mid(3).toUInt(&ok, 16);
-        address.kind = ok && number <= 0xFF ? Kind::Subindex : Kind::Other;
-        address.subindex = static_cast<quint8>(number);
-    }
-    return address;
-}
-
-/// The sections of one object; numbers are positions in the reader's list.
-struct ObjectSections {
-    struct Sub {
-        quint8 number;
-        int section;
-    };
-    quint16 index = 0;
-    int object = -1; ///< -1: the file has subindices only
-    QVector<Sub> subs;
-};
-
-/// The objects of a file in the order in which they first appear.
-class ObjectDirectory
-{
-public:
-    explicit ObjectDirectory(const EdsReader &reader)
-    {
-        const QVector<EdsSection> &sections = reader.sections();
-        for (int i = 0; i < sections.size(); ++i)
-            add(reader, sections[i], i);
-    }
-
-    const QVector<ObjectSections> &objects() const { return all; }
-
-    int listOf(quint16 index, Kind kind) const { return lists.value(listKey(index, kind), -1); }
-
-private:
-    static quint32 listKey(quint16 index, Kind kind)
-    {
-        return quint32(index) << 8 | static_cast<quint32>(kind);
-    }
-
-    ObjectSections &object(quint16 index)
-    {
-        const auto found = byIndex.constFind(index);
-        if (found != byIndex.constEnd())
-            return all[*found];
-        byIndex.insert(index, all.size());
-        all.append(ObjectSections());
-        all.last().index = index;
-        return all.last();
-    }
-
-    void add(const EdsReader &reader, const EdsSection &section, int position)
-    {
-        const Address address = addressOf(section.name);
-        bool isRepeated = false;
-        switch (address.kind) {
-        case Kind::Object: {
-            int &place = object(address.index).object;
-            isRepeated = place >= 0;
-            place = position;
-            break;
-        }
-        case Kind::Subindex:
-            isRepeated = addSub(address, position);
-            break;
-        case Kind::Other:
-            if (!section.name.isEmpty() && section.name[0].isDigit())
-                reader.note(section.line,
-                            QStringLiteral("section [%1] is passed over").arg(section.name));
-            break;
-        default:
-            lists.insert(listKey(address.index, address.kind), position);
-        }
-        if (isRepeated)
-            reader.note(
-                section.line,
-                QStringLiteral("section [%1] takes the place of an earlier one").arg(section.name));
-    }
-
-    bool addSub(const Address &address, int position)
-    {
-        QVector<ObjectSections::Sub> &subs = object(address.index).subs;
-        const quint32 key = quint32(address.index) << 8 | address.subindex;
-        const auto found = subPlaces.constFind(key);
-        if (found != subPlaces.constEnd()) {
-            subs[*found].section = position;
-            return true;
-        }
-        subPlaces.insert(key, subs.size());
-        subs.append({address.subindex, position});
-        return false;
-    }
-
-    QVector<ObjectSections> all;
-    QHash<quint16, int> byIndex;
-    QHash<quint32, int> subPlaces; ///< place of a subindex in its object's list
-    QHash<quint32, int> lists;
-};
+using Kind = EdsAddress::Kind;
 
 enum Field {
     ParameterName,
@@ -160,6 +30,7 @@ enum Field {
     HighLimit,
     PDOMappable,
     ObjFlags,
+    SubNumber,
     CompactSubObj,
     ParameterValue,
     Denotation,
@@ -168,12 +39,13 @@ enum Field {
 
 /// The keys in the order of Field.
 const QLatin1String kFieldKeys[FieldCount] = {
-    QLatin1String(EdsKeys::kParameterName),  QLatin1String(EdsKeys::kObjectType),
-    QLatin1String(EdsKeys::kDataType),       QLatin1String(EdsKeys::kAccessType),
-    QLatin1String(EdsKeys::kDefaultValue),   QLatin1String(EdsKeys::kLowLimit),
-    QLatin1String(EdsKeys::kHighLimit),      QLatin1String(EdsKeys::kPdoMapping),
-    QLatin1String(EdsKeys::kObjFlags),       QLatin1String(EdsKeys::kCompactSubObj),
-    QLatin1String(EdsKeys::kParameterValue), QLatin1String(EdsKeys::kDenotation),
+    QLatin1String(EdsKeys::kParameterName), QLatin1String(EdsKeys::kObjectType),
+    QLatin1String(EdsKeys::kDataType),      QLatin1String(EdsKeys::kAccessType),
+    QLatin1String(EdsKeys::kDefaultValue),  QLatin1String(EdsKeys::kLowLimit),
+    QLatin1String(EdsKeys::kHighLimit),     QLatin1String(EdsKeys::kPdoMapping),
+    QLatin1String(EdsKeys::kObjFlags),      QLatin1String(EdsKeys::kSubNumber),
+    QLatin1String(EdsKeys::kCompactSubObj), QLatin1String(EdsKeys::kParameterValue),
+    QLatin1String(EdsKeys::kDenotation),
 };
 
 /// The known entries of one section.
@@ -203,21 +75,25 @@ public:
         return found[field] ? found[field]->value.toString() : QString();
     }
 
-    /// A number; 0 if the entry is missing or empty, or logged as being none.
+    int lineOf(Field field) const { return found[field]->line; }
+    bool has(Field field) const { return found[field] && !found[field]->value.isEmpty(); }
+
+    /// Those of the section that are none of the known ones.
+    const QVector<const EdsEntry *> &unknown() const { return others; }
+
+    /// A number; 0 if the entry is missing or empty, or told as being none.
     quint32 number(Field field) const
     {
         quint32 result = 0;
         const QString value = EdsValues::withoutComment(text(field));
         if (!value.isEmpty() && !EdsValues::readNumber(value, result))
-            noteValue(field);
+            noteValue(field, "is no number, and counts as 0");
         return result;
     }
 
     QString name(const QString &missing) const
     {
         const QString given = text(ParameterName);
-        if (given.isEmpty())
-            reader.note(section.line, QStringLiteral("[%1] has no name").arg(section.name));
         return given.isEmpty() ? missing : given;
     }
 
@@ -233,7 +109,8 @@ public:
         if (result != CANopen::ObjectCode::Null && !COHelper::objectCode2String(result).isEmpty())
             return result;
         if (!word.isEmpty())
-            noteValue(ObjectType);
+            noteValue(ObjectType, "is no object code, and the sections of the object decide: use "
+                                  "0x7 for a variable, 0x8 for an array or 0x9 for a record");
         return std::nullopt;
     }
 
@@ -247,7 +124,9 @@ public:
         if (type > 0 && type <= 0xFFFF)
             return static_cast<quint16>(type);
         if (!value.isEmpty())
-            noteValue(DataType);
+            noteValue(DataType, code == CANopen::ObjectCode::Domain
+                                    ? "is no data type, and counts as DOMAIN"
+                                    : "is no data type, and counts as UNSIGNED8");
         return static_cast<quint16>(code == CANopen::ObjectCode::Domain
                                         ? CAN::CANopenDataType::Domain
                                         : CAN::CANopenDataType::Unsigned8);
@@ -258,35 +137,76 @@ public:
         const QString word = EdsValues::withoutComment(text(AccessType));
         const QString result = COHelper::normalizeAccessType(word);
         if (!word.isEmpty() && !result.startsWith(word, Qt::CaseInsensitive))
-            noteValue(AccessType);
+            noteValue(AccessType, "is no access type, and counts as ro: use const, ro, rw, wo, "
+                                  "rwr or rww");
         return result;
+    }
+
+    /// Warns of the value of an entry that is there; \a consequence goes on after it.
+    void noteValue(Field field, const char *consequence) const
+    {
+        const EdsEntry &entry = *found[field];
+        reader.note("eds-value", entry.line, [&] {
+            return QStringLiteral("%1 %2 %3")
+                .arg(entry.key.toString(), quotedWord(entry.value.toString()),
+                     QLatin1String(consequence));
+        });
     }
 
 private:
     void add(const QVector<EdsEntry> &entries)
     {
         for (const EdsEntry &entry : entries) {
-            for (int field = 0; field < FieldCount; ++field) {
-                const QLatin1String key = kFieldKeys[field];
-                // Nearly all files have the keys in this case, which is quicker to compare.
-                if (entry.key.size() == key.size() &&
-                    (entry.key == key || entry.key.compare(key, Qt::CaseInsensitive) == 0))
-                    found[size_t(field)] = &entry;
+            const int field = fieldOf(entry.key);
+            if (field == FieldCount) {
+                others.append(&entry);
+                continue;
             }
+            const EdsEntry *former = std::exchange(found[size_t(field)], &entry);
+            if (former && former >= entries.begin() && former->value != entry.value)
+                noteTwice(*former, entry);
         }
     }
 
-    void noteValue(Field field) const
+    static int fieldOf(const QStringRef &key)
     {
-        reader.note(found[field]->line, QStringLiteral("%1 cannot be %2")
-                                            .arg(found[field]->key.toString(),
-                                                 found[field]->value.left(80).toString()));
+        for (int field = 0; field < FieldCount; ++field) {
+            const QLatin1String known = kFieldKeys[field];
+            // Nearly all files have the keys in this case, which is quicker to compare.
+            if (key.size() == known.size() &&
+                (key == known || key.compare(known, Qt::CaseInsensitive) == 0))
+                return field;
+        }
+        return FieldCount;
+    }
+
+    void noteTwice(const EdsEntry &former, const EdsEntry &entry) const
+    {
+        reader.note("eds-twice", entry.line, [&] {
+            return QStringLiteral("%1 takes the place of the one in line %2, which is %3: remove "
+                                  "one of them")
+                .arg(entry.key.toString(), QString::number(former.line),
+                     quotedWord(former.value.toString()));
+        });
     }
 
     const EdsReader &reader;
     const EdsSection &section;
     std::array<const EdsEntry *, FieldCount> found{};
+    QVector<const EdsEntry *> others;
 };
+
+QString hexIndex(quint16 index)
+{
+    return Numbers::toHex(index, 4).toUpper();
+}
+
+/// Warns of a value that is no number though its type asks for one.
+void checkNumber(const Entries &entries, Field field, const QString &normalized, quint16 dataType)
+{
+    if (!normalized.isEmpty() && !EdsValues::isOfType(normalized, dataType))
+        entries.noteValue(field, "is no value of the data type, and is taken as it is");
+}
 
 /// The data of a section that describes a value: of a variable, a subindex, or a compact object.
 CANopenSubindex readValueSection(const Entries &entries, CANopen::ObjectCode code,
@@ -309,6 +229,10 @@ CANopenSubindex readValueSection(const Entries &entries, CANopen::ObjectCode cod
     record.refuseRead = (flags & 2) != 0;
     record.pdoMapping = entries.number(PDOMappable) != 0;
     record.description = entries.edsSection().comment;
+    checkNumber(entries, DefaultValue, defaultValue, record.dataType);
+    checkNumber(entries, ParameterValue, record.currentValue, record.dataType);
+    checkNumber(entries, LowLimit, record.lowLimit, record.dataType);
+    checkNumber(entries, HighLimit, record.upLimit, record.dataType);
     return record;
 }
 
@@ -323,7 +247,11 @@ QMap<quint8, QString> readList(const EdsReader &reader, int position)
         if (ok && number <= kMaxMembers && !entry.value.isEmpty())
             list.insert(static_cast<quint8>(number), entry.value.toString());
         else if (entry.key.compare(QLatin1String(EdsKeys::kNrOfEntries), Qt::CaseInsensitive) != 0)
-            reader.note(entry.line, QStringLiteral("the line is no entry of the list"));
+            reader.note("eds-line", entry.line, [&] {
+                return quotedWord(entry.key + QLatin1Char('=') + entry.value) +
+                       QLatin1String(" is passed over: it is no subindex from 0 to 254 with its "
+                                     "text");
+            });
     }
     return list;
 }
@@ -338,9 +266,9 @@ QString withoutRepetition(const QString &comment)
     return isTwice ? comment.left(half) : comment;
 }
 
-CANopen::ObjectCode codeByShape(const ObjectSections &sections, quint32 memberCount)
+CANopen::ObjectCode codeByShape(const EdsObject &sections, quint32 memberCount)
 {
-    for (const ObjectSections::Sub &sub : sections.subs) {
+    for (const EdsObject::Sub &sub : sections.subs) {
         if (sub.number > 0)
             return CANopen::ObjectCode::Record;
     }
@@ -353,22 +281,22 @@ bool isStructure(CANopen::ObjectCode code)
 }
 
 /// Can the object's own section hold the value of subindex 0?
-bool mayHoldValue(const ObjectSections &sections, CANopen::ObjectCode code)
+bool mayHoldValue(const EdsObject &sections, CANopen::ObjectCode code)
 {
-    return sections.object >= 0 && !isStructure(code) && code != CANopen::ObjectCode::DefStruct;
+    return sections.section >= 0 && !isStructure(code) && code != CANopen::ObjectCode::DefStruct;
 }
 
 /// Makes the records of one object after the other.
 class RecordMaker
 {
 public:
-    RecordMaker(const EdsReader &edsReader, const ObjectDirectory &objects)
-        : reader(edsReader), directory(objects)
+    RecordMaker(const EdsReader &edsReader, const EdsObjects &objects)
+        : reader(edsReader), directory(objects), keys(edsReader)
     {
     }
 
     /// Must come before the subindices of the object, which use its lists.
-    CANopen::CANopenIndex makeIndex(const ObjectSections &sections)
+    CANopen::CANopenIndex makeIndex(const EdsObject &sections)
     {
         CANopen::CANopenIndex record;
         record.index = sections.index;
@@ -379,31 +307,36 @@ public:
         names = record.memberNames;
         values = record.memberValues;
         denotations = record.memberDenotations;
-        if (sections.object < 0) {
+        if (sections.section < 0) {
             record.name = QStringLiteral("unnamed object");
             record.objectCode = CANopen::ObjectCode::Record;
-            reader.note(reader.sections()[sections.subs.first().section].line,
-                        QStringLiteral("the subindex has no object, one is made"));
+            reader.note(
+                "eds-no-object", reader.sections()[sections.subs.first().section].line, [&] {
+                    return QStringLiteral("there is no section [%1] of the object: a record "
+                                          "without a name is made for its subindices")
+                        .arg(hexIndex(sections.index));
+                });
             return record;
         }
         readObject(sections, record);
         return record;
     }
 
-    CANopenSubindex makeSub(const ObjectSections &sections, const CANopen::CANopenIndex &object,
-                            const ObjectSections::Sub &sub) const
+    CANopenSubindex makeSub(const EdsObject &sections, const CANopen::CANopenIndex &object,
+                            const EdsObject::Sub &sub) const
     {
         const EdsSection &section = reader.sections()[sub.section];
         // Some tools write a subindex 0 without data after the variable that has them.
         const bool isBare = sub.number == 0 && mayHoldValue(sections, object.objectCode) &&
                             !Entries(reader, section).holdsData();
         const Entries entries(reader, section,
-                              isBare ? &reader.sections()[sections.object] : nullptr);
+                              isBare ? &reader.sections()[sections.section] : nullptr);
         const auto code = entries.objectCode().value_or(CANopen::ObjectCode::Var);
         CANopenSubindex record =
             readValueSection(entries, code, QStringLiteral("unnamed subindex"));
         record.index = sections.index;
         record.subindex = sub.number;
+        checkEntries(entries, record, code, !names.value(sub.number).isEmpty());
         if (isBare && record.description.isEmpty())
             record.description = object.member.description;
         if (entries.text(ParameterName).isEmpty())
@@ -416,14 +349,86 @@ public:
     }
 
 private:
-    void readObject(const ObjectSections &sections, CANopen::CANopenIndex &record) const
+    void checkKeys(const Entries &entries) const
     {
-        const EdsSection &section = reader.sections()[sections.object];
+        for (const EdsEntry *entry : entries.unknown())
+            keys.check(*entry);
+    }
+
+    /// Of a section that describes a value: are its keys known, and none of them missing?
+    void checkEntries(const Entries &entries, const CANopenSubindex &record,
+                      CANopen::ObjectCode code, bool isNameListed) const
+    {
+        checkKeys(entries);
+        const EdsSection &section = entries.edsSection();
+        QStringList missing;
+        QStringList taken;
+        const auto miss = [&](Field field, const QString &substitute) {
+            missing << kFieldKeys[field];
+            taken << substitute;
+        };
+        if (!entries.has(ParameterName) && !isNameListed)
+            miss(ParameterName, QStringLiteral("unnamed"));
+        const bool isDomain = code == CANopen::ObjectCode::Domain;
+        if (!entries.has(DataType) && !isDomain)
+            miss(DataType, QStringLiteral("UNSIGNED8"));
+        if (!entries.has(AccessType) && !isDomain)
+            miss(AccessType, QStringLiteral("ro"));
+        if (!missing.isEmpty())
+            reader.note("eds-missing", section.line, [&] {
+                return QStringLiteral("the section [%1] has no %2, and counts as %3")
+                    .arg(section.name, missing.join(QLatin1String(" and no ")),
+                         taken.join(QLatin1String(" and ")));
+            });
+        checkDataType(entries, record.dataType);
+    }
+
+    void checkDataType(const Entries &entries, quint16 type) const
+    {
+        // Devices may define types of their own, as objects below 0x1000.
+        if (entries.has(DataType) && COHelper::index2DataTypeString(type).isEmpty() &&
+            !directory.contains(type))
+            entries.noteValue(DataType, "is neither a data type nor an object of the file that "
+                                        "describes one, and is kept as it is");
+    }
+
+    void checkSubNumber(const EdsObject &sections, const Entries &entries,
+                        CANopen::ObjectCode code) const
+    {
+        quint32 number = 0;
+        if (!isStructure(code) || !EdsValues::readNumber(entries.text(SubNumber), number))
+            return;
+        quint32 highest = 0; // the structure at 255 may be counted or not
+        for (const EdsObject::Sub &sub : sections.subs)
+            highest = sub.number <= kMaxMembers ? qMax<quint32>(highest, sub.number) : highest;
+        const auto count = static_cast<quint32>(sections.subs.size());
+        // Some tools count the subindices, others do so without 0, or without gaps.
+        for (const quint32 meant : {count, count - 1, highest, highest + 1}) {
+            if (number == meant)
+                return;
+        }
+        reader.note("eds-sub-number", entries.lineOf(SubNumber), [&] {
+            return QStringLiteral("SubNumber is %1, and the file has %2 subindices of [%3], which "
+                                  "are taken: add what is missing, or mend the number")
+                .arg(QString::number(number), QString::number(count), hexIndex(sections.index));
+        });
+    }
+
+    void readObject(const EdsObject &sections, CANopen::CANopenIndex &record) const
+    {
+        const EdsSection &section = reader.sections()[sections.section];
         const Entries entries(reader, section);
         const quint32 memberCount = entries.number(CompactSubObj);
         record.objectCode = entries.objectCode().value_or(codeByShape(sections, memberCount));
         record.member =
             readValueSection(entries, record.objectCode, QStringLiteral("unnamed object"));
+        const bool hasNoValue = isStructure(record.objectCode)
+                                    ? memberCount == 0
+                                    : record.objectCode == CANopen::ObjectCode::DefStruct;
+        if (hasNoValue)
+            checkKeys(entries);
+        else
+            checkEntries(entries, record.member, record.objectCode, false);
         record.member.index = record.index;
         record.dataType = record.member.dataType;
         record.name = record.member.name;
@@ -440,14 +445,18 @@ private:
         }
         record.description = record.member.description;
         if (memberCount != record.compactSubObj)
-            reader.note(section.line,
-                        QStringLiteral("%1 members are not possible").arg(memberCount));
+            entries.noteValue(CompactSubObj, isStructure(record.objectCode)
+                                                 ? "is more than an object has, and counts as 254"
+                                                 : "is passed over, since only arrays and records "
+                                                   "have members");
+        if (memberCount == 0)
+            checkSubNumber(sections, entries, record.objectCode);
     }
 
     /// The type of an array is that of its first element, whose section may stand anywhere.
-    quint16 elementType(const ObjectSections &sections, quint16 ownType) const
+    quint16 elementType(const EdsObject &sections, quint16 ownType) const
     {
-        for (const ObjectSections::Sub &sub : sections.subs) {
+        for (const EdsObject::Sub &sub : sections.subs) {
             if (sub.number == 1)
                 return Entries(reader, reader.sections()[sub.section])
                     .dataType(CANopen::ObjectCode::Var);
@@ -456,18 +465,19 @@ private:
     }
 
     const EdsReader &reader;
-    const ObjectDirectory &directory;
+    const EdsObjects &directory;
+    mutable EdsKeyCheck keys; ///< remembers what it looked up
     QMap<quint8, QString> names;
     QMap<quint8, QString> values;
     QMap<quint8, QString> denotations;
 };
 
 /// Does the object's own section hold the value of subindex 0?
-bool hasOwnValue(const ObjectSections &sections, CANopen::ObjectCode code)
+bool hasOwnValue(const EdsObject &sections, CANopen::ObjectCode code)
 {
     if (!mayHoldValue(sections, code))
         return false;
-    for (const ObjectSections::Sub &sub : sections.subs) {
+    for (const EdsObject::Sub &sub : sections.subs) {
         if (sub.number == 0)
             return false;
     }
@@ -481,15 +491,16 @@ bool EdsParser::LoadEds(QString file)
     isRead = reader.read(file);
     if (!isRead)
         return false;
-    const ObjectDirectory directory(reader);
+    const EdsObjects directory(reader);
     RecordMaker maker(reader, directory);
-    for (const ObjectSections &sections : directory.objects()) {
+    for (const EdsObject &sections : directory.all()) {
         const CANopen::CANopenIndex record = maker.makeIndex(sections);
         emit newIndex(record);
         if (hasOwnValue(sections, record.objectCode))
             emit newSubIndex(record.member);
-        for (const ObjectSections::Sub &sub : sections.subs)
+        for (const EdsObject::Sub &sub : sections.subs)
             emit newSubIndex(maker.makeSub(sections, record, sub));
     }
-    return !directory.objects().isEmpty();
+    EdsOddities::note(reader, directory);
+    return !directory.all().isEmpty();
 }

@@ -2,7 +2,7 @@
 #include "formats/edsreader.h"
 
 #include "support/helper.h"
-#include "support/logging.h"
+#include "support/printable.h"
 
 namespace
 {
@@ -31,6 +31,7 @@ bool EdsReader::read(const QString &fileName)
 void EdsReader::parse(const QByteArray &bytes, const QString &origin)
 {
     file = origin;
+    problems.begin(origin);
     allSections.clear();
     lastByName.clear();
     block = Block();
@@ -61,9 +62,14 @@ const EdsSection *EdsReader::section(const QString &name) const
     return found == lastByName.constEnd() ? nullptr : &allSections[*found];
 }
 
-void EdsReader::note(int line, const QString &message) const
+void EdsReader::note(const char *rule, int line, const std::function<QString()> &words) const
 {
-    qCInfo(lcImport).noquote().nospace() << file << ':' << line << ": " << message;
+    problems.add(rule, line, words);
+}
+
+void EdsReader::tellProblems() const
+{
+    problems.tell();
 }
 
 QString EdsReader::decode(const QByteArray &bytes)
@@ -103,10 +109,19 @@ void EdsReader::readSectionHead(const QStringRef &line)
     if (!block.isBehindBlank)
         closeBlock();
     const int end = line.indexOf(QLatin1Char(']'));
+    const QStringRef rest = line.mid(end + 1).trimmed();
     if (end < 0)
-        note(lineNumber, QStringLiteral("the section's head has no closing bracket"));
-    else if (end + 1 < line.size())
-        note(lineNumber, QStringLiteral("text behind the section's head is passed over"));
+        note("eds-line", lineNumber, [&] {
+            return quotedWord(line.toString()) +
+                   QLatin1String(" begins a section and has no ], and is read as if it had one at "
+                                 "its end");
+        });
+    else if (!rest.isEmpty() && rest[0] != QLatin1Char(';') && rest[0] != QLatin1Char('#'))
+        note("eds-line", lineNumber, [&] {
+            return quotedWord(rest.toString()) +
+                   QLatin1String(" after the name of the section is passed over: put it on a line "
+                                 "of its own");
+        });
 
     EdsSection section;
     section.name = normalizedName(line.mid(1, end < 0 ? -1 : end - 1).toString());
@@ -122,7 +137,13 @@ void EdsReader::readEntry(const QStringRef &line)
     const int split = line.indexOf(QLatin1Char('='));
     const QStringRef key = line.left(qMax(split, 0)).trimmed();
     if (key.isEmpty() || allSections.isEmpty()) {
-        note(lineNumber, QStringLiteral("the line is no section, key or comment of a section"));
+        const bool isKey = !key.isEmpty();
+        note("eds-line", lineNumber, [&] {
+            return quotedWord(line.toString()) +
+                   (isKey ? QLatin1String(" stands before the first section, and is passed over")
+                          : QLatin1String(" is neither [section] nor key=value, and is passed "
+                                          "over: begin it with ; if it is a comment"));
+        });
         return;
     }
     allSections.last().entries.append({key, line.mid(split + 1).trimmed(), lineNumber});

@@ -2,9 +2,13 @@
 // hold. It knows sections, keys and comments; what they mean is the parser's concern.
 #pragma once
 
+#include "support/fileproblems.h"
+
 #include <QHash>
 #include <QString>
 #include <QVector>
+
+#include <functional>
 
 /// A line "key=value", blanks around both cut. Both point into the reader's text.
 struct EdsEntry {
@@ -34,7 +38,7 @@ public:
     /// reader is empty then.
     bool read(const QString &file);
 
-    /// The same from bytes; \a origin stands for the file name in the log.
+    /// The same from bytes; \a origin stands for the file name in problems.
     void parse(const QByteArray &bytes, const QString &origin);
 
     /// In the order of the file; a repeated section stands here each time.
@@ -46,8 +50,11 @@ public:
     /// The file or origin that was read last.
     const QString &fileName() const { return file; }
 
-    /// Writes a line to the import log that names file and line of an oddity.
-    void note(int line, const QString &message) const;
+    /// Keeps an oddity of a line for tellProblems(); see FileProblems.
+    void note(const char *rule, int line, const std::function<QString()> &words) const;
+
+    /// Warns of all that was noted, and forgets it.
+    void tellProblems() const;
 
     /// As Helper::decodeText(), with blanks in place of control characters.
     static QString decode(const QByteArray &bytes);
@@ -67,6 +74,7 @@ private:
     void closeBlock();
 
     QString file;
+    mutable FileProblems problems; ///< what is noted changes nothing of the sections
     QString text;
     QVector<EdsSection> allSections;
     QHash<QString, int> lastByName;

@@ -3,6 +3,8 @@
 
 #include "support/cohelper.h"
 
+#include <algorithm>
+
 namespace
 {
 
@@ -48,6 +50,20 @@ bool isNumber(const QString &text)
     bool ok = false;
     text.toULongLong(&ok, hasHexPrefix(text) || isBareHex(text) ? 16 : 10);
     return ok;
+}
+
+/// Decimal digits, or hexadecimal ones after "0x".
+bool isPlainNumber(const QString &text)
+{
+    const bool isHex = text.startsWith(QLatin1String("0x"));
+    if (text.size() > 18 || text.size() <= (isHex ? 2 : 0))
+        return false;
+    const auto isDigit = [isHex](QChar character) {
+        const ushort code = character.unicode();
+        return (code >= '0' && code <= '9') ||
+               (isHex && ((code >= 'a' && code <= 'f') || (code >= 'A' && code <= 'F')));
+    };
+    return std::all_of(text.begin() + (isHex ? 2 : 0), text.end(), isDigit);
 }
 
 /// The sum of node-id and a number, or the node-id alone, in one form; other texts as they are.
@@ -115,6 +131,24 @@ bool EdsValues::readNumber(const QString &text, quint32 &number)
     if (ok)
         number = read;
     return ok;
+}
+
+bool EdsValues::isOfType(const QString &text, quint16 dataType)
+{
+    if (isPlainNumber(text)) // nearly all are
+        return true;
+    const Class kind = classOf(dataType);
+    if (kind == Class::Text)
+        return true;
+    const QString value = withoutComment(text);
+    if (value.contains(QLatin1Char('$')))
+        return nodeIdSum(value).startsWith(QLatin1String("$NODEID"));
+    const bool hasSign = value.startsWith(QLatin1Char('-')) || value.startsWith(QLatin1Char('+'));
+    if (value.isEmpty() || isNumber(hasSign ? value.mid(1) : value))
+        return true;
+    bool isReal = false;
+    value.toDouble(&isReal);
+    return kind == Class::OtherNumber && isReal;
 }
 
 QString EdsValues::normalize(const QString &text, quint16 dataType)

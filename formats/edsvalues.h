@@ -15,6 +15,10 @@ QString withoutComment(const QString &text);
 /// stays.
 bool readNumber(const QString &text, quint32 &number);
 
+/// Can \a text be a value of the type: a number, a sum with the node-ID, or any text where the type
+/// asks for no number? Its range does not count.
+bool isOfType(const QString &text, quint16 dataType);
+
 /// A default or current value of a type. Texts of types without a fixed size stay as they are. Of
 /// the others comments are cut; node-id sums become "$NODEID+x"; hexadecimal digits alone get their
 /// "0x"; a hexadecimal number above the positive range of a signed type is its two's complement, in

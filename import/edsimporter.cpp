@@ -59,14 +59,20 @@ void EDSImporter::doImport()
     emit progress(80);
     database->setDescriptionSettingsLine(activeLine);
     const PromisedPdos promised = importFileDeviceInfo(parser.sections());
-    createMissingPdos(PdoDirection::Receive, promised.receive);
-    createMissingPdos(PdoDirection::Transmit, promised.transmit);
+    createMissingPdos(PdoDirection::Receive, promised.receive, parser.sections());
+    createMissingPdos(PdoDirection::Transmit, promised.transmit, parser.sections());
+    parser.sections().tellProblems();
+    if (!hasTakenObject)
+        Problems::error("nothing-imported", importFileName,
+                        QStringLiteral("has no section of an object from 0x1000 to 0xBFFF, and the "
+                                       "objects of the project stay as they are"));
 }
 
 void EDSImporter::newIndex(const CANopen::CANopenIndex &record)
 {
     if (!isInRange(record.index))
         return;
+    hasTakenObject = true;
     currentObject = ObjectDataBase::INDEX_DATA_T();
     currentObject.name = record.name;
     currentObject.objectCode = record.objectCode;

@@ -47,7 +47,9 @@ private:
     PromisedPdos importFileDeviceInfo(const EdsReader &file);
     void importComments(const EdsReader &file);
     /// Makes objects on the lowest free numbers until there are \a promised of them.
-    void createMissingPdos(PdoDirection direction, quint32 promised);
+    void createMissingPdos(PdoDirection direction, quint32 promised, const EdsReader &file);
+    static void notePromise(PdoDirection direction, ObjectRange range, int missing,
+                            const EdsReader &file);
     void createDefaultRpdo(quint8 line, quint16 index);
     void createDefaultTpdo(quint8 line, quint16 index);
     void createDefaultMapping(quint8 line, quint16 index);
@@ -58,6 +60,7 @@ private:
     qint64 collectedCharacters = 0;            ///< of their texts
     qint64 madeNames = 0;                      ///< characters of long names of members
     bool areNamesCut = false;
+    bool hasTakenObject = false;
     /// The object whose subindices are being read.
     ObjectDataBase::INDEX_DATA_T currentObject;
 };

@@ -5,8 +5,10 @@
 #include "import/edsimporter.h"
 #include "support/accesstype.h"
 #include "support/cohelper.h"
+#include "support/numbers.h"
 #include "support/objectindex.h"
 #include "support/objectranges.h"
+#include "support/printable.h"
 
 #include <QSet>
 
@@ -52,10 +54,17 @@ void readInfo(const EdsReader &file, const char *sectionName, const InfoKey (&ke
         return;
     for (const EdsEntry &entry : section->entries) {
         for (const InfoKey &key : keys) {
-            if (entry.key.compare(QLatin1String(key.name), Qt::CaseInsensitive) == 0)
-                result.insert(QLatin1String(key.name),
-                              key.isNumber ? EdsValues::withoutComment(entry.value.toString())
-                                           : entry.value.toString());
+            if (entry.key.compare(QLatin1String(key.name), Qt::CaseInsensitive) != 0)
+                continue;
+            const QString value = entry.value.toString();
+            result.insert(QLatin1String(key.name),
+                          key.isNumber ? EdsValues::withoutComment(value) : value);
+            quint32 number = 0;
+            if (key.isNumber && !value.isEmpty() && !EdsValues::readNumber(value, number))
+                file.note("eds-value", entry.line, [&] {
+                    return QStringLiteral("%1 %2 is no number, and is taken as it is")
+                        .arg(entry.key.toString(), quotedWord(value));
+                });
         }
     }
 }
@@ -125,7 +134,11 @@ void EDSImporter::importComments(const EdsReader &file)
                  EdsValues::readNumber(entry.key.mid(4).toString(), number))
             lines.insert(number, entry.value.toString());
         else
-            file.note(entry.line, QStringLiteral("the line is no line of the comment"));
+            file.note("eds-line", entry.line, [&] {
+                return quotedWord(entry.key + QLatin1Char('=') + entry.value) +
+                       QLatin1String(" is no line of the comment, and is passed over: use Line1, "
+                                     "Line2 and so on");
+            });
     }
     QStringList comment;
     for (auto line = lines.constBegin(); line != lines.constEnd(); ++line) {
@@ -136,7 +149,7 @@ void EDSImporter::importComments(const EdsReader &file)
                                                 comment.join(QLatin1Char('\n'))); // logged there
 }
 
-void EDSImporter::createMissingPdos(PdoDirection direction, quint32 promised)
+void EDSImporter::createMissingPdos(PdoDirection direction, quint32 promised, const EdsReader &file)
 {
     const PdoObjects &objects = direction == PdoDirection::Receive ? kReceivePdos : kTransmitPdos;
     const auto placesFrom = [this](ObjectRange range) {
@@ -149,6 +162,8 @@ void EDSImporter::createMissingPdos(PdoDirection direction, quint32 promised)
                                 void (EDSImporter::*create)(quint8, quint16)) {
         const QList<quint16> taken = placesFrom(range);
         int missing = static_cast<int>(qMin(promised, kMaxPdos)) - taken.size();
+        if (missing > 0)
+            notePromise(direction, range, missing, file);
         for (const quint16 place : freePlaces(taken, preferred)) {
             if (missing <= 0)
                 return;
@@ -164,6 +179,26 @@ void EDSImporter::createMissingPdos(PdoDirection direction, quint32 promised)
     // A mapping belongs to the communication parameter of the same number.
     createFrom(objects.mappings, placesFrom(objects.parameters),
                &EDSImporter::createDefaultMapping);
+}
+
+void EDSImporter::notePromise(PdoDirection direction, ObjectRange range, int missing,
+                              const EdsReader &file)
+{
+    const QLatin1String key(direction == PdoDirection::Receive ? EdsKeys::kNrOfRxPdo
+                                                               : EdsKeys::kNrOfTxPdo);
+    const EdsSection *section = file.section(QLatin1String(EdsKeys::kDeviceInfo));
+    for (const EdsEntry &entry : section ? section->entries : QVector<EdsEntry>()) {
+        if (entry.key.compare(key, Qt::CaseInsensitive) != 0)
+            continue;
+        file.note("eds-pdo", entry.line, [&] {
+            return QStringLiteral("%1 promises objects from 0x%2 on that the file lacks, and %3 "
+                                  "are made with default values: give them a use, or mend the "
+                                  "number")
+                .arg(QString(key), Numbers::toHex(range.first, 4).toUpper(),
+                     QString::number(missing));
+        });
+        return;
+    }
 }
 
 void EDSImporter::createDefaultRpdo(quint8 line, quint16 index)

@@ -29,6 +29,11 @@ void FileProblems::tell()
 {
     std::stable_sort(entries.begin(), entries.end(),
                      [](const Entry &a, const Entry &b) { return a.line < b.line; });
+    // A reader may come to an entry more than once.
+    const auto isSame = [](const Entry &a, const Entry &b) {
+        return a.line == b.line && a.words == b.words;
+    };
+    entries.erase(std::unique(entries.begin(), entries.end(), isSame), entries.end());
     for (const Entry &entry : qAsConst(entries))
         Problems::warning(entry.rule, file, entry.words, entry.line);
     for (auto count = counts.constBegin(); count != counts.constEnd(); ++count) {

@@ -188,6 +188,33 @@ private slots:
         QCOMPARE(commentOf("Lines=4000000000\nLine1=b\n"), "b");
     }
 
+    void problems_data()
+    {
+        columns<QByteArray, QString>("text", "expected");
+        const QByteArray object = "\n[2000]\nParameterName=a\nDataType=5\nAccessType=ro\n";
+        const QByteArray pdo = "[1400]\nParameterName=a\nObjectType=9\n[1600]\nParameterName=a\n"
+                               "ObjectType=9\n";
+        // clang-format off
+        QTest::newRow("pdos") << "[DeviceInfo]\nNrOfRXPDO=2" + object + pdo
+            << ":2: warning: NrOfRXPDO promises objects from 0x1400 on that the file lacks, and 1 are made with default values: give them a use, or mend the number [eds-pdo]\n"
+               ":2: warning: NrOfRXPDO promises objects from 0x1600 on that the file lacks, and 1 are made with default values: give them a use, or mend the number [eds-pdo]";
+        QTest::newRow("as_many_pdos") << "[DeviceInfo]\nNrOfRXPDO=1" + object + pdo << "";
+        QTest::newRow("numbers") << "[DeviceInfo]\nBaudRate_10=yes\nBaudRate_20=\nLSS_Supported=1 ; x" + object
+            << ":2: warning: BaudRate_10 \"yes\" is no number, and is taken as it is [eds-value]";
+        QTest::newRow("comment") << "[Comments]\nLines=1\nLine1=a\nLyne2=b" + object
+            << ":4: warning: \"Lyne2=b\" is no line of the comment, and is passed over: use Line1, Line2 and so on [eds-line]";
+        QTest::newRow("no_object") << QByteArray("[DeviceInfo]\nVendorName=a\n[0005]\nParameterName=a\nDataType=5\nAccessType=ro\n")
+            << ": error: has no section of an object from 0x1000 to 0xBFFF, and the objects of the project stay as they are [nothing-imported]";
+        // clang-format on
+    }
+    void problems()
+    {
+        QFETCH(QByteArray, text);
+        const ProblemRecorder recorder;
+        (void)import(text); // what comes of it is looked at elsewhere
+        QTEST(recorder.lines.join('\n').remove(file), "expected");
+    }
+
     void promisedPdos()
     {
         const auto placesOf = [this](const QByteArray &text) { // receive, mappings, transmit
@@ -243,7 +270,7 @@ private slots:
         const QString name(100000, 'x');
         for (const QByteArray index : {"2000", "2001"})
             QVERIFY(import('[' + index + "]\nParameterName=" + name.toUtf8() +
-                           "\nObjectType=8\nCompactSubObj=254\n"));
+                           "\nObjectType=8\nDataType=5\nAccessType=ro\nCompactSubObj=254\n"));
         QCOMPARE(sub(0x2001, 1).name, name + " 1");
         QCOMPARE(sub(0x2001, 254).name, name.left(237) + " 254");
         const QString text = file +
