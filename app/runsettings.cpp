@@ -10,6 +10,7 @@
 #include "support/settingscatalogue.h"
 
 #include <QRegularExpression>
+#include <QStringList>
 
 #include <cmath>
 #include <limits>
@@ -121,9 +122,15 @@ bool isValueOf(CAN::CANopenDataType type, const QString &text)
     return std::isfinite(text.toDouble(&ok)) && ok;
 }
 
-QString asHex(quint32 index)
+bool readPlace(const QString &text, ObjectPlace &place)
 {
-    return QStringLiteral("0x%1").arg(index, 4, 16, QLatin1Char('0'));
+    static const QRegularExpression form(QStringLiteral(
+        "^(?:([0-9]{1,3})/)?(0[xX][0-9a-fA-F]{1,4}):(0[xX][0-9a-fA-F]{1,2}|[0-9]{1,3})$"));
+    const QRegularExpressionMatch match = form.match(text);
+    const quint32 line = match.captured(1).toUInt(); // 0 if there is none
+    const quint32 sub = Numbers::toUIntByPrefix(match.captured(3));
+    place = {quint8(line), quint16(Numbers::toUIntByPrefix(match.captured(2))), quint8(sub)};
+    return match.hasMatch() && line <= 0xFF && sub <= 0xFF;
 }
 
 } // namespace
@@ -166,30 +173,17 @@ bool RunSettings::applySetting(const QString &name, const QString &value)
            refuse("setting-not-kept", QStringLiteral("the project could not take it"));
 }
 
-bool RunSettings::applyObject(const QString &place, const QString &value)
+bool RunSettings::applyObject(const QString &text, const QString &value)
 {
-    static const QRegularExpression form(QStringLiteral(
-        "^(?:([0-9]{1,3})/)?(0[xX][0-9a-fA-F]{1,4}):(0[xX][0-9a-fA-F]{1,2}|[0-9]{1,3})$"));
-    const QRegularExpressionMatch match = form.match(place);
-    const uint line = match.captured(1).toUInt(); // 0 if there is none
-    const uint index = match.captured(2).toUInt(nullptr, 16);
-    const uint sub = match.captured(3).toUInt(
-        nullptr, match.captured(3).startsWith(QLatin1String("0x"), Qt::CaseInsensitive) ? 16 : 10);
-    if (!match.hasMatch() || line > 0xFF || sub > 0xFF)
+    ObjectPlace place;
+    if (!readPlace(text, place))
         return refuse("setting-form",
                       QStringLiteral("%1 is no place of an object; it is written as 0x1018:4, or "
                                      "1/0x1018:4 for line 1")
-                          .arg(quotedWord(place)));
-    if (!database.existNode(quint8(line)))
-        return refuse("unknown-object", QStringLiteral("the project has no line %1").arg(line));
-    if (!database.existIndex(quint8(line), quint16(index)))
-        return refuse("unknown-object", QStringLiteral("line %1 of the project has no object %2")
-                                            .arg(QString::number(line), asHex(index)));
+                          .arg(quotedWord(text)));
     ObjectDataBase::SUBINDEX_DATA_T data;
-    if (!database.getSubIndexData(quint8(line), quint16(index), quint8(sub), data))
-        return refuse("unknown-object",
-                      QStringLiteral("the object %1 of line %2 has no subindex %3")
-                          .arg(asHex(index), QString::number(line), QString::number(sub)));
+    if (!database.getSubIndexData(place.line, place.index, place.sub, data))
+        return refuse("unknown-object", whyNoObject(place));
     const auto type = static_cast<CAN::CANopenDataType>(data.dataType);
     data.defaultValue = EdsValues::normalize(value, data.dataType);
     if (!isValueOf(type, data.defaultValue))
@@ -198,8 +192,20 @@ bool RunSettings::applyObject(const QString &place, const QString &value)
             QStringLiteral("the type of the object has no value %1").arg(quotedWord(value)));
     if (COHelper::isStringLike(type))
         data.size = qMax(data.size, quint32(data.defaultValue.toUtf8().size()));
-    return database.addSubIndex(quint8(line), quint16(index), quint8(sub), data) ||
+    return database.addSubIndex(place.line, place.index, place.sub, data) ||
            refuse("setting-not-kept", QStringLiteral("the project could not take it"));
+}
+
+QString RunSettings::whyNoObject(const ObjectPlace &place) const
+{
+    const QString line = QString::number(place.line);
+    const QString index = QStringLiteral("0x") + Numbers::toHex(place.index, 4);
+    if (!database.existNode(place.line))
+        return QStringLiteral("the project has no line %1").arg(line);
+    if (!database.existIndex(place.line, place.index))
+        return QStringLiteral("line %1 of the project has no object %2").arg(line, index);
+    return QStringLiteral("the object %1 of line %2 has no subindex %3")
+        .arg(index, line, QString::number(place.sub));
 }
 
 bool RunSettings::refuse(const char *rule, const QString &reason) const

@@ -2,9 +2,15 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
 
 class ObjectDataBase;
+
+/// Where a subindex of an object is.
+struct ObjectPlace {
+    quint8 line = 0;
+    quint16 index = 0;
+    quint8 sub = 0;
+};
 
 /// Sets what one -set asks for, and says what is wrong with one that cannot be followed. Used on
 /// the driver's thread, before the check.
@@ -21,7 +27,8 @@ public:
 
 private:
     bool applySetting(const QString &name, const QString &value);
-    bool applyObject(const QString &place, const QString &value);
+    bool applyObject(const QString &text, const QString &value);
+    QString whyNoObject(const ObjectPlace &place) const;
     bool refuse(const char *rule, const QString &reason) const;
 
     ObjectDataBase &database;
