@@ -1,6 +1,7 @@
 // The driver of a run.
 #include "app/generatormainhandler.h"
 
+#include "app/modelwarnings.h"
 #include "app/outputhandlerbase.h"
 #include "app/runsettings.h"
 #include "generators/descriptions/edsgenerator.h"
@@ -162,6 +163,7 @@ bool GeneratorMainHandler::openProject(const QString &filePath)
     if (!(isText ? openTextBasedProject(path) : openSqlBasedProject(path)))
         return false;
     correctProject();
+    projectFile = filePath;
     RunFiles::noteRead(path);
     setProjectFolder(info.absolutePath());
     projectName = info.completeBaseName();
@@ -175,6 +177,7 @@ void GeneratorMainHandler::openProject(QPointer<ObjectDataBase> store, const QSt
     if (database && database != store && database->parent() == this)
         delete database;
     database = store;
+    projectFile.clear();
     setProjectFolder(directory);
     projectName = name;
 }
@@ -250,6 +253,10 @@ bool GeneratorMainHandler::setImportFile(const QString &file)
                         QStringLiteral("could not be imported: %1").arg(reason));
         return false;
     }
+    if (!database->existNode(0))
+        Problems::warning("import-without-line", file,
+                          QStringLiteral("has no effect, since it is imported into line 0, which "
+                                         "the project does not have: add that line to it"));
     const auto importer = createImporter(QFileInfo(file).suffix().toLower());
     importer->setActiveLine(0);
     importer->setDatabase(database);
@@ -269,6 +276,9 @@ bool GeneratorMainHandler::applyDbModifier(const QString &file)
                         QStringLiteral("could not be read: %1").arg(reason));
     DatabaseModifier modifier(database);
     const bool isApplied = modifier.setModifierFile(file) && modifier.applyModifierFile();
+    const QHash<QString, int> &lines = modifier.linesOfSettings();
+    for (auto line = lines.cbegin(); line != lines.cend(); ++line)
+        placesOfSettings.insert(line.key(), {file, *line});
     if (isApplied)
         RunFiles::noteRead(file);
     else
@@ -282,6 +292,8 @@ bool GeneratorMainHandler::applySettings(const QStringList &assignments)
     int applied = 0;
     for (const QString &assignment : assignments)
         applied += settings.apply(assignment) ? 1 : 0;
+    for (const QString &name : settings.settingsApplied())
+        placesOfSettings.insert(name, {}); // no file
     return applied == assignments.size();
 }
 
@@ -304,6 +316,8 @@ void GeneratorMainHandler::setKeepUnchanged(bool keeps)
 void GeneratorMainHandler::generateOutput(bool ignoreCheckErrors)
 {
     const ProjectFacts facts = readProjectFacts(*database);
+    const std::unique_ptr<ProjectPlaces> places = ProjectPlaces::ofFile(projectFile);
+    warnOfSettings(*places);
     if (!checksOnly)
         makeOutputFolder();
     dropDeclaredGroups(facts);
@@ -311,6 +325,7 @@ void GeneratorMainHandler::generateOutput(bool ignoreCheckErrors)
     timer.start();
     fillCaches(facts);
     qCDebug(lcApp) << "reading took" << timer.restart() << "ms";
+    warnOfModel(facts, *places);
     const bool isSound = checkModel(facts, ignoreCheckErrors);
     qCDebug(lcApp) << "check took" << timer.elapsed() << "ms";
     if (!isSound) {
@@ -333,6 +348,32 @@ void GeneratorMainHandler::generateOutput(bool ignoreCheckErrors)
     outputHandler->printLine(QStringLiteral("Generation finished."));
     runPostGenProcess();
     emit finished(GeneratorResult::GenerationOk);
+}
+
+void GeneratorMainHandler::warnOfSettings(ProjectPlaces &places) const
+{
+    const auto locate = [&](const QString &store, const QString &key) {
+        ProjectPlace place;
+        place.store = store;
+        place.setting = key;
+        return placeOf(place, places);
+    };
+    SettingsCheck(*database, locate).run();
+}
+
+void GeneratorMainHandler::warnOfModel(const ProjectFacts &facts, ProjectPlaces &places) const
+{
+    const auto locate = [&](const ProjectPlace &place) { return placeOf(place, places); };
+    ModelWarnings(*database, facts, locate, {projectDirectory, outputDirectory}).run();
+}
+
+SettingsCheck::Place GeneratorMainHandler::placeOf(const ProjectPlace &place,
+                                                   ProjectPlaces &places) const
+{
+    const auto given = placesOfSettings.constFind(place.store + QLatin1Char(':') + place.setting);
+    if (given != placesOfSettings.constEnd())
+        return *given;
+    return {projectFile, places.lineOf(place)};
 }
 
 /// The generators declare the group of address claiming on their own.

@@ -5,9 +5,12 @@
 #include "app/postgenprocessor.h"
 #include "app/postgenprogresshandler.h"
 #include "check/modelchecker.h"
+#include "check/settingscheck.h"
 #include "generators/unchangedfiles.h"
+#include "store/projectplaces.h"
 #include "support/outputguard.h"
 
+#include <QHash>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -105,6 +108,11 @@ signals:
 
 private:
     bool openTextBasedProject(const QString &filePath);
+    /// Tells on standard error what in the settings, and in the model, has no effect.
+    void warnOfSettings(ProjectPlaces &places) const;
+    void warnOfModel(const ProjectFacts &facts, ProjectPlaces &places) const;
+    /// In the project, or of what the run was given beside it, if that has set the setting.
+    SettingsCheck::Place placeOf(const ProjectPlace &place, ProjectPlaces &places) const;
     bool openSqlBasedProject(const QString &filePath);
     void correctProject();
     void setProjectFolder(const QString &folder);
@@ -132,10 +140,13 @@ private:
     QString filled(const char *text, const QString &name) const;
 
     QPointer<ObjectDataBase> database;
+    QString projectFile;      ///< as the user named it; empty for an adopted store
     QString projectDirectory; ///< the folder of the project file
     QString outputFolder;     ///< as the user named it; null: that of the project
     QString outputDirectory;  ///< its path
     QString projectName;      ///< the project file's name without folder and last suffix
+    /// Of the settings that come from elsewhere than the project, by "<group>:<key>".
+    QHash<QString, SettingsCheck::Place> placesOfSettings;
     OutputHandlerBase *outputHandler;
     QVector<Finding> checkFindings;
     OutputGuard outputGuard;

@@ -169,8 +169,10 @@ bool RunSettings::applySetting(const QString &name, const QString &value)
     if (!unread.isEmpty())
         return refuse("setting-form", unread);
     database.setDescriptionSettingsLine(0); // keys of other lines have their suffix already
-    return (database.*row->set)(key, value) ||
-           refuse("setting-not-kept", QStringLiteral("the project could not take it"));
+    if (!(database.*row->set)(key, value))
+        return refuse("setting-not-kept", QStringLiteral("the project could not take it"));
+    settings << QLatin1String(SettingsCatalogue::nameOf(row->store)) + QLatin1Char(':') + key;
+    return true;
 }
 
 bool RunSettings::applyObject(const QString &text, const QString &value)

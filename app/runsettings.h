@@ -25,6 +25,9 @@ public:
     /// reported, if it is none of these, or the tool or the project does not know what to set.
     bool apply(const QString &assignment);
 
+    /// All that were set so far, as "<group>:<key>".
+    const QStringList &settingsApplied() const { return settings; }
+
 private:
     bool applySetting(const QString &name, const QString &value);
     bool applyObject(const QString &text, const QString &value);
@@ -33,4 +36,5 @@ private:
 
     ObjectDataBase &database;
     QString given; ///< what is being applied
+    QStringList settings;
 };

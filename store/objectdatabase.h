@@ -7,6 +7,7 @@
 #include "store/records.h"
 #include "support/direction.h"
 #include "support/objectranges.h"
+#include "support/settingscatalogue.h"
 
 #include <QHash>
 #include <QList>
@@ -246,6 +247,8 @@ public:
     static QStringList getGeneralLineDependentSettings();
     void removeNodeInGeneralSettings(quint8 line);
     void removeNodeInDescriptionSettings(quint8 line);
+    /// All settings of a store as it holds them, the lines' suffixes of description keys included.
+    QMap<QString, QString> getStoredSettings(SettingStore store) const;
     QStringList getGeneralSettingsKeys() const;
     QStringList getDescriptionSettingsKeys() const; ///< with the lines' suffixes
     QStringList getJ1939SettingsKeys() const;
@@ -413,6 +416,11 @@ public:
     QList<quint16> getSPNDataTypes(quint8 line, quint32 pgn, quint8 direction) const;
     bool addSPN(quint8 line, quint32 pgn, quint8 direction, quint32 spn, const SPN &data);
     bool delSPN(quint8 line, quint32 pgn, quint8 direction, quint32 spn);
+
+    /// Signals of a group or identifier that the line does not have in their direction, so that no
+    /// file holds them; of a line that cacheAllSpnDataForLine() has read, else none. Ascending.
+    QVector<SPN> getSPNsWithoutGroup(quint8 line) const;
+    QVector<DataElement> getDataElementsWithoutId(quint8 line) const;
 
     /// Reads the groups, identifiers and signals of a line into memory. From then on their getters
     /// run no statement, until the line is written.

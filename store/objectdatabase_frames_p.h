@@ -5,6 +5,7 @@
 #include "store/objectdatabase_p.h"
 
 #include <algorithm>
+#include <tuple>
 
 /// What the two families differ in.
 template <class Frame>
@@ -152,6 +153,24 @@ public:
         if (const Cache *cache = cacheOf(line))
             return cache->signalsOf.value(key);
         return readSignals(line, key);
+    }
+
+    /// Of frames that the line does not have, by their numbers; none if it is not in memory.
+    QVector<Signal> signalsWithoutFrame(quint8 line) const
+    {
+        QVector<Signal> result;
+        const Cache *cache = cacheOf(line);
+        if (!cache)
+            return result;
+        for (auto list = cache->signalsOf.cbegin(); list != cache->signalsOf.cend(); ++list) {
+            if (!cache->frames.contains(list.key()))
+                result += *list;
+        }
+        std::sort(result.begin(), result.end(), [](const Signal &a, const Signal &b) {
+            return std::make_tuple(a.*Family::kSignalFrame, a.direction, a.number) <
+                   std::make_tuple(b.*Family::kSignalFrame, b.direction, b.number);
+        });
+        return result;
     }
 
     /// Null if the line is not in memory, or the frame has none.

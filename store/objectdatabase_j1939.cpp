@@ -104,6 +104,11 @@ bool ObjectDataBase::delSPN(quint8 line, quint32 pgn, quint8 direction, quint32 
     return Groups(*d).delSignal(line, {pgn, direction}, spn);
 }
 
+QVector<ObjectDataBase::SPN> ObjectDataBase::getSPNsWithoutGroup(quint8 line) const
+{
+    return Groups(*d).signalsWithoutFrame(line);
+}
+
 void ObjectDataBase::cacheAllSpnDataForLine(quint8 line)
 {
     Groups(*d).cacheLine(line);

@@ -53,6 +53,11 @@ QVector<ObjectDataBase::DataElement> ObjectDataBase::getDataElementRecords(quint
     return Identifiers(*d).signalsOf(line, {id, direction});
 }
 
+QVector<ObjectDataBase::DataElement> ObjectDataBase::getDataElementsWithoutId(quint8 line) const
+{
+    return Identifiers(*d).signalsWithoutFrame(line);
+}
+
 QString ObjectDataBase::getDataElementName(quint8 line, quint32 id, quint8 direction,
                                            quint32 number) const
 {

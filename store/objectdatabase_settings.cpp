@@ -24,6 +24,10 @@ constexpr SettingsRow kStores[] = { // in the order of SettingsStore
     {"J1939Settings",       true,  false, ChangeSetData::Kind::J1939Settings},
 };
 
+/// The stores of the catalogue, in the order of SettingStore.
+constexpr SettingsStore kCatalogued[] = {SettingsStore::General, SettingsStore::J1939,
+                                         SettingsStore::Description, SettingsStore::Misc};
+
 struct DescriptionDefault {
     const char *key;
     const char *value;
@@ -397,6 +401,15 @@ void ObjectDataBase::removeNodeInDescriptionSettings(quint8 line)
         if (key.endsWith(suffix))
             d->removeSetting(SettingsStore::Description, key);
     }
+}
+
+QMap<QString, QString> ObjectDataBase::getStoredSettings(SettingStore store) const
+{
+    QMap<QString, QString> sorted;
+    const QHash<QString, QString> &stored = d->settings(kCatalogued[static_cast<size_t>(store)]);
+    for (auto setting = stored.cbegin(); setting != stored.cend(); ++setting)
+        sorted.insert(setting.key(), setting.value());
+    return sorted;
 }
 
 QStringList ObjectDataBase::getGeneralSettingsKeys() const

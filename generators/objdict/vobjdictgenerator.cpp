@@ -9,7 +9,8 @@
 #include "generators/projectlines.h"
 #include "generators/virtualobjects.h"
 
-#include <QSet>
+#include <algorithm>
+#include <iterator>
 
 namespace
 {
@@ -113,6 +114,13 @@ VobjDict::Counted VobjDict::readCounted(const ObjectDataBase &store)
     return {lines, true};
 }
 
+bool VobjDict::hasValues(quint16 dataType, const Counted &counted)
+{
+    return std::any_of(std::begin(kValues), std::end(kValues), [&](const ValueRow &row) {
+        return static_cast<quint16>(row.type) == dataType && isCounted(row, counted);
+    });
+}
+
 Positions::Map VobjDict::writeValues(Context &context, const Counted &counted)
 {
     QHash<quint16, QVector<VirtualObjects::Value>> byType;
@@ -179,17 +187,12 @@ bool VobjDictGenerator::areVirtualObjectsPresent() const
     if (!database)
         return false;
     const VobjDict::Counted counted = VobjDict::readCounted(*database);
-    QSet<quint16> types;
     const QVector<VirtualObjects::Value> values =
         VirtualObjects::readValues(*database, counted.lines);
-    for (const VirtualObjects::Value &value : values)
-        types << value.dataType;
-    bool isAnyCounted = false;
-    for (const ValueRow &row : kValues) {
-        if (isCounted(row, counted) && types.contains(static_cast<quint16>(row.type)))
-            isAnyCounted = true;
-    }
-    return isAnyCounted &&
+    return std::any_of(values.begin(), values.end(),
+                       [&counted](const VirtualObjects::Value &value) {
+                           return VobjDict::hasValues(value.dataType, counted);
+                       }) &&
            !VirtualObjects::readObjects(*database, VirtualObjects::describedLines(*database))
                 .isEmpty();
 }

@@ -34,6 +34,8 @@ struct Counted {
     bool hasStrings = false; ///< strings and domains have values
 };
 Counted readCounted(const ObjectDataBase &store);
+/// Is there an array for the values of a type?
+bool hasValues(quint16 dataType, const Counted &counted);
 
 /// Writes an array a type, and gives the places of the values.
 ObjDict::Positions::Map writeValues(ObjDict::Context &context, const Counted &counted);

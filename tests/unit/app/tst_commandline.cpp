@@ -63,6 +63,7 @@ private slots:
         QVERIFY(write("huge.csv", {}) &&
                 QFile::resize(folder + "/huge.csv", 256 * 1024 * 1024 + 1));
         QVERIFY(write("mod.txt", "GeneralSettings:line0type:1\n"));
+        QVERIFY(write("odd.txt", "\nGeneralSettings:usdo_server_cnt:-1\n"));
     }
 
     void printsAndReturns_data()
@@ -484,6 +485,10 @@ private slots:
                               << lines + ", pümp.tsrt:1 not-saved";
         QTest::newRow("modifier") << "-project pümp.tsrt -dbmod none.txt" << kProject
                                   << "none.txt:1 modifier-not-read";
+        QTest::newRow("settings") << "-dbmod odd.txt -set event_pdo=-1 -project pümp.tsrt"
+                                  << kProject + "co_nod_id=1\nevent_pdo=-2\nevent_nmt=-1\n"
+                                  << "pümp.tsrt:29 unknown-setting, pümp.tsrt:31 setting-range, "
+                                     "pümp.tsrt:1 setting-range, odd.txt:2 setting-range";
         QTest::newRow("import") << "-project pümp.tsrt -import none.eds" << odd
                                 << lines + ", failed: none.eds:1 not-imported";
         QTest::newRow("project") << "-project none.tsrp" << kProject

@@ -112,6 +112,21 @@ private slots:
         }
     }
 
+    void tellsOfAnImportWithoutItsLine()
+    {
+        QVERIFY(writeFile(fixture.path("x.csv"), "index,subindex\n"));
+        store->addNode(1, Node());
+        for (const bool isThere : {true, false}) {
+            QVERIFY(isThere || store->delNode(0));
+            RecordingHandler report;
+            GeneratorMainHandler driver(&report);
+            driver.openProject(store.get(), fixture.path(), "demo");
+            const ProblemRecorder recorder;
+            QVERIFY(driver.setImportFile(fixture.path("x.csv")));
+            QCOMPARE(recorder.lines.filter("[import-without-line]").size(), isThere ? 0 : 1);
+        }
+    }
+
     void errorsCanBeIgnored()
     {
         store->setGeneralSettingsValue("co_timer_interval", "");
