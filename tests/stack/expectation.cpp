@@ -9,57 +9,19 @@ using namespace Meaning;
 namespace
 {
 
-struct StorageRow {
-    quint16 low;
-    quint16 high;
-    int subs; ///< -1 all, 0 those from 1, else that number
-    const char *storage;
-    int reference; ///< 1: the index, 0: none, else what the number of the service counts from
-};
-
-// clang-format off
-/// Objects whose values the services of the stack hold themselves.
-constexpr StorageRow kServiceObjects[] = {
-    {0x1003, 0x1003, -1, "EMCY", 1},
-    {0x1005, 0x1006, -1, "SYNC", 1},
-    {0x100C, 0x100D, -1, "ERRCTRL", 1},
-    {0x1010, 0x1011,  0, "STORE", 1},
-    {0x1012, 0x1012, -1, "TIME", 0},
-    {0x1014, 0x1015, -1, "EMCY", 1},
-    {0x1016, 0x1016,  0, "ERRCTRL", 1},
-    {0x1017, 0x1017, -1, "ERRCTRL", 1},
-    {0x1019, 0x1019, -1, "SYNC", 1},
-    {0x1028, 0x1028,  0, "EMCY", 1},
-    {0x1029, 0x1029,  1, "ERRCTRL", 1},
-    {0x102A, 0x102A, -1, "NMT", 1},
-    {0x1032, 0x1032, -1, "EMCY", 1},
-    {0x1200, 0x127F,  0, "SDO_SERVER", 0x11FF},
-    {0x1280, 0x12FF,  0, "SDO_CLIENT", 0x127F},
-    {0x1300, 0x1300, -1, "GFC", 0},
-    {0x1301, 0x13F0,  0, "SRDO", 1},
-    {0x13FE, 0x13FF, -1, "SRDO", 1},
-    {0x1400, 0x15FF,  0, "RPDO", 0x13FF},
-    {0x1600, 0x17FF, -1, "RMAP", 0x15FF},
-    {0x1800, 0x19FF,  0, "TPDO", 0x17FF},
-    {0x1A00, 0x1BFF, -1, "TMAP", 0x19FF},
-    {0x1F10, 0x1F11, -1, "SRD", 0},
-    {0x1F2C, 0x1F2C,  0, "NETWORK", 1},
-    {0x1F80, 0x1F82, -1, "NMT", 1},
-    {0x1F90, 0x1F90,  0, "FLYMA", 1},
-    {0x1F90, 0x1F90, -1, "FLYMA", 0}, // subindex 0
-};
-
-// clang-format on
-
-const StorageRow *serviceOf(quint16 index, quint8 sub)
+/// The row of service_objects.txt that tells of a subindex; empty if there is none.
+QStringList serviceOf(quint16 index, quint8 sub)
 {
-    for (const StorageRow &row : kServiceObjects) {
+    static const QVector<QStringList> rows = table("service_objects.txt");
+    for (const QStringList &row : rows) {
+        const QString &subs = row.at(2);
         const bool isSub =
-            row.subs < 0 || (row.subs == 0 && sub > 0) || (row.subs > 0 && row.subs == sub);
-        if (index >= row.low && index <= row.high && isSub)
-            return &row;
+            subs == "all" || (subs == "entries" && sub > 0) || subs == QString::number(sub);
+        if (isSub && index >= row.at(0).toUShort(nullptr, 16) &&
+            index <= row.at(1).toUShort(nullptr, 16))
+            return row;
     }
-    return nullptr;
+    return {};
 }
 
 /// \a tellsLimits: the tables have columns for limits, which only those that are written fill.
@@ -110,6 +72,17 @@ Expectation::Expectation(ObjectDataBase &database) : store(database), lines(data
     }
     multiLine =
         lines.size() > 1 || store.getMiscSettingsValue("generateML") == QLatin1String("true");
+}
+
+int Expectation::typeOf(quint8 line) const
+{
+    return store.getGeneralSettingsValue(QStringLiteral("line%1type").arg(line)).toInt();
+}
+
+quint32 Expectation::protocolsOf(quint8 line) const
+{
+    static const QMap<int, quint32> protocols = {{1, 1}, {2, 2}, {4, 4}, {5, 3}};
+    return protocols.value(typeOf(line)) | (hasUds() ? 8 : 0);
 }
 
 int Expectation::number(const char *setting) const
@@ -230,13 +203,13 @@ QStringList Expectation::dictionary() const
 QString Expectation::subRow(const Place &place) const
 {
     const SubIndexData sub = subOf({homeOf(place), place.index, place.sub});
-    const StorageRow *service = serviceOf(place.index, place.sub);
+    const QStringList service = serviceOf(place.index, place.sub);
     QString type = typeName(sub.dataType);
     QString storage;
     if (sub.implementation == 1)
         storage = QStringLiteral("_CONST");
-    else if (service)
-        storage = QLatin1Char('_') + QLatin1String(service->storage);
+    else if (!service.isEmpty())
+        storage = '_' + service.at(3);
     else if (sub.dataType != 15)
         storage = sub.implementation == 2 ? QStringLiteral("_PTR") : QStringLiteral("_VAR");
     if (storage == QLatin1String("_CONST") && type == QLatin1String("OS"))
@@ -273,12 +246,12 @@ QString Expectation::valueText(const Place &place, const SubIndexData &sub,
                (isZero ? QStringLiteral("0")
                        : numberText(sub.dataType, withoutNodeId(sub.defaultValue)));
     }
-    const StorageRow *service = serviceOf(place.index, place.sub);
-    if (!service || service->reference == 0)
+    const QString reference = serviceOf(place.index, place.sub).value(4, "-");
+    if (reference == "-")
         return storage.isEmpty() ? QStringLiteral(" domain=%1").arg(domainNumber(place))
                                  : QString();
-    return QStringLiteral(" ref=%1").arg(
-        service->reference == 1 ? place.index : place.index - service->reference);
+    const int first = reference == "index" ? 0 : reference.toInt(nullptr, 16);
+    return QStringLiteral(" ref=%1").arg(place.index - first);
 }
 
 /// Each domain has a place of its own.

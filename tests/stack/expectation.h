@@ -33,9 +33,16 @@ public:
     static constexpr quint8 kNoLine = 0xFF; ///< for call()
 
     bool isMultiLine() const { return multiLine; }
+    bool hasUds() const
+    {
+        return number("udsserver_supported") == 1 || number("udsclient_supported") == 1;
+    }
+    int typeOf(quint8 line) const;
+    quint32 protocolsOf(quint8 line) const; ///< bits, as the stack counts them
     bool hasType(quint16 dataType) const;
     bool choosesMaster() const; ///< at start-up
     bool isRouted() const;      ///< received PDOs are sent on
+    int number(const char *setting) const;
     bool isSet(const char *setting) const { return number(setting) > 0; }
 
     /// Arguments of the compiler: what the test stack must know beside the definitions header.
@@ -51,7 +58,6 @@ private:
         quint8 sub = 0;
     };
 
-    int number(const char *setting) const;
     int number(const char *setting, quint8 line) const;
     bool has(quint8 line, quint16 index) const { return store.existIndex(line, index); }
     quint32 value(quint8 line, quint16 index, quint8 sub) const;

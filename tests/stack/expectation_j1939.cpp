@@ -9,8 +9,6 @@ using namespace Meaning;
 namespace
 {
 
-constexpr quint8 kSent = 0x55;
-constexpr quint8 kReceived = 0x77;
 constexpr quint32 kAddressClaimed = 0xEE00;
 
 /// A field of the NAME (SAE J1939-81), the lowest bits first.
@@ -56,15 +54,9 @@ J1939Expectation::J1939Expectation(ObjectDataBase &database)
     : store(database), shared(database), lines(database.getNodes())
 {
     for (const quint8 line : qAsConst(lines)) {
-        const QString type = store.getGeneralSettingsValue(QStringLiteral("line%1type").arg(line));
-        if (type == "2" || type == "5")
+        if (shared.typeOf(line) == 2 || shared.typeOf(line) == 5)
             speakers << line;
     }
-}
-
-int J1939Expectation::number(const char *setting) const
-{
-    return store.getGeneralSettingsValue(setting).toInt();
 }
 
 int J1939Expectation::j1939(const char *setting) const
@@ -123,7 +115,7 @@ QString J1939Expectation::groupRow(const char *kind, const PgnData &group) const
                       .arg(group.cycleTimeMs)
                       .arg(group.inhibitTimeMs)
                       .arg(group.priority);
-    if (number("canfd_supported") > 0) {
+    if (shared.isSet("canfd_supported")) {
         const auto known = [](quint32 value, quint32 most) { return value <= most ? value : 0xFF; };
         row += QStringLiteral(" trailer=%1 assurance=%2,%3")
                    .arg(known(group.fdTrailerFormat, 5))
@@ -174,7 +166,7 @@ QString J1939Expectation::itemRow(const DataElementData &item)
 /// What a variable holds, as the test program prints the bytes of it.
 QString J1939Expectation::startValue(const SignalData &signal, bool isGroup) const
 {
-    if (number("init_static_variables") != 1)
+    if (shared.number("init_static_variables") != 1)
         return QStringLiteral("0");
     if (signal.dataType == 8) {
         const float real = signal.defaultValue.toFloat();
@@ -253,18 +245,17 @@ QStringList J1939Expectation::line(quint8 number)
 QStringList J1939Expectation::start()
 {
     restart();
-    const bool hasUds = number("udsserver_supported") == 1 || number("udsclient_supported") == 1;
-    const bool isNew = number("new_init_structure") == 1;
+    const bool isNew = shared.number("new_init_structure") == 1;
     QStringList rows;
     if (isNew)
         rows << shared.call("commonStackInit", Expectation::kNoLine, {quint32(lines.size())});
     rows << shared.call("j1939StackInit_common", Expectation::kNoLine, {isNew ? 5U : 3U});
-    if (hasUds)
+    if (shared.hasUds())
         rows << shared.call("udsStackInit_common", Expectation::kNoLine,
-                            {quint32(number("udsserver_version"))});
+                            {quint32(shared.number("udsserver_version"))});
     for (const quint8 line : qAsConst(speakers)) {
         rows << this->line(line);
-        if (hasUds)
+        if (shared.hasUds())
             rows << shared.uds(line);
     }
     if (j1939("cia510serversupport") == 1) {
@@ -299,8 +290,8 @@ QStringList J1939Expectation::counts(int variant) const
         quint32 (*count)(const J1939Expectation &, quint8 line);
     };
     using E = J1939Expectation;
-    const bool isNew = number("new_init_structure") == 1;
-    const bool isFd = number("canfd_supported") > 0;
+    const bool isNew = shared.number("new_init_structure") == 1;
+    const bool isFd = shared.isSet("canfd_supported");
     static const auto countGroups = [](const E &e, quint8 line, quint8 direction, bool safe) {
         const QVector<PgnData> all = e.groups(line, direction);
         return quint32(std::count_if(all.begin(), all.end(), [&](const PgnData &group) {
@@ -309,10 +300,8 @@ QStringList J1939Expectation::counts(int variant) const
     };
     static const auto countSdos = [](const E &e, quint8 line, const char *setting, quint16 low) {
         // A line of both protocols beside others has servers of CANopen.
-        const QString type =
-            e.store.getGeneralSettingsValue(QStringLiteral("line%1type").arg(line));
         const bool isSpeaker =
-            e.speakers.contains(line) && (e.lines.size() == 1 || type == QLatin1String("2"));
+            e.speakers.contains(line) && (e.lines.size() == 1 || e.shared.typeOf(line) == 2);
         const auto objects = quint32(e.store.getIndices(line, low, low + 0x7F).size());
         return isSpeaker ? quint32(e.j1939(setting) == 1) : objects;
     };

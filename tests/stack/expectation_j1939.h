@@ -26,7 +26,6 @@ public:
     const Expectation &common() const { return shared; }
 
 private:
-    int number(const char *setting) const;
     int j1939(const char *setting) const;
     bool isMapped(quint8 line, const PgnData &group) const;
     QVector<PgnData> groups(quint8 line, quint8 direction) const;

@@ -7,37 +7,19 @@
 
 using namespace Meaning;
 
-namespace
-{
-
-constexpr quint8 kSent = 0x55;
-constexpr quint8 kReceived = 0x77;
-
-} // namespace
-
 MixedExpectation::MixedExpectation(ObjectDataBase &database)
     : store(database), groups(database), shared(groups.common()), lines(database.getNodes())
 {
-}
-
-int MixedExpectation::typeOf(quint8 line) const
-{
-    return store.getGeneralSettingsValue(QStringLiteral("line%1type").arg(line)).toInt();
 }
 
 QList<quint8> MixedExpectation::linesOf(const QList<int> &types) const
 {
     QList<quint8> found;
     for (const quint8 line : lines) {
-        if (types.contains(typeOf(line)))
+        if (types.contains(shared.typeOf(line)))
             found << line;
     }
     return found;
-}
-
-bool MixedExpectation::hasUds() const
-{
-    return shared.isSet("udsserver_supported") || shared.isSet("udsclient_supported");
 }
 
 bool MixedExpectation::hasCiA510() const
@@ -74,12 +56,10 @@ QStringList MixedExpectation::appVariables() const
 
 QString MixedExpectation::protocols() const
 {
-    static const QMap<int, int> bits = {{1, 1}, {2, 2}, {4, 4}, {5, 3}};
     QStringList values;
     const quint8 first = shared.isMultiLine() ? 0 : lines.first(); // a line alone has no number
     for (quint8 line = first; line <= lines.last(); ++line)
-        values << QString::number(
-            lines.contains(line) ? bits.value(typeOf(line)) | (hasUds() ? 8 : 0) : 0x80);
+        values << QString::number(lines.contains(line) ? shared.protocolsOf(line) : 0x80);
     return values.join(',');
 }
 
@@ -99,7 +79,7 @@ QStringList MixedExpectation::start(int variant)
         rows << shared.call("j1939StackInit_common", none, {5});
     if (hasRaw())
         rows << shared.call("rawcanStackInit_common", none, {4});
-    if (hasUds())
+    if (shared.hasUds())
         rows << shared.call(
             "udsStackInit_common", none,
             {quint32(numberOf(store.getGeneralSettingsValue("udsserver_version")))});
@@ -111,7 +91,7 @@ QStringList MixedExpectation::start(int variant)
 
 QStringList MixedExpectation::lineRows(quint8 line, int variant)
 {
-    const int type = typeOf(line);
+    const int type = shared.typeOf(line);
     QStringList rows;
     if (type == 2 || type == 5)
         rows << groups.line(line);
@@ -124,20 +104,20 @@ QStringList MixedExpectation::lineRows(quint8 line, int variant)
     if ((type == 2 || type == 4) && shared.isMultiLine() && shared.isSet("isotp_connection_cnt"))
         rows << shared.call("isoTpInit", line);
     // Beside other lines one of CANopen alone leaves its diagnostics to the application.
-    return hasUds() && type != 1 ? rows + shared.uds(line) : rows;
+    return shared.hasUds() && type != 1 ? rows + shared.uds(line) : rows;
 }
 
 /// A line of both protocols beside others keeps to classic CAN.
 QStringList MixedExpectation::canopenRows(quint8 line, int variant) const
 {
-    const bool isFdLine = shared.isMultiLine() ? typeOf(line) == 1 : variant != 0;
+    const bool isFdLine = shared.isMultiLine() ? shared.typeOf(line) == 1 : variant != 0;
     const QString role = store.getGeneralSettingsValue("co_ml_ms").split(',').value(line);
     QStringList rows = {shared.call("coOdInitOdPtr", line, {0})};
     rows << shared.services(line, isFdLine && shared.isSet("canfd_supported"),
                             shared.isMultiLine() ? role == "1" : variant == 1);
     if (shared.isMultiLine())
         rows.removeAll(shared.call("coGuardingInit", line));
-    if (shared.isMultiLine() && typeOf(line) == 5)
+    if (shared.isMultiLine() && shared.typeOf(line) == 5)
         rows.removeAll(shared.call("coIdNegoInit", line));
     return rows;
 }
@@ -173,7 +153,7 @@ QVector<quint32> MixedExpectation::countIdentifiers(quint8 direction) const
 {
     QVector<quint32> counts;
     for (const quint8 line : lines)
-        counts << (typeOf(line) == 4 ? quint32(store.getCANIDs(line, direction).size()) : 0);
+        counts << (shared.typeOf(line) == 4 ? quint32(store.getCANIDs(line, direction).size()) : 0);
     return counts;
 }
 

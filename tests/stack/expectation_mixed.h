@@ -37,9 +37,7 @@ public:
     QString protocols() const;
 
 private:
-    int typeOf(quint8 line) const;
     QList<quint8> linesOf(const QList<int> &types) const;
-    bool hasUds() const;
     bool hasCiA510() const;
     QStringList lineRows(quint8 line, int variant);
     QStringList canopenRows(quint8 line, int variant) const;

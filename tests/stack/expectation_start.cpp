@@ -5,57 +5,6 @@
 
 using namespace Meaning;
 
-namespace
-{
-
-// clang-format off
-struct IndicationRow {
-    const char *setting;
-    const char *pointer;
-    const char *condition; ///< setting that must not be 0
-};
-constexpr IndicationRow kIndications[] = { // in the order of the test program
-    {"fct_sdo_server_read", "SdoServerReadInd", nullptr},
-    {"fct_sdo_server_write", "SdoServerWriteInd", nullptr},
-    {"fct_sdo_server_check_write", "SdoServerCheckWriteInd", nullptr},
-    {"fct_pdo", "PdoInd", nullptr},
-    {"fct_pdo_receive", "PdoRecInd", nullptr},
-    {"fct_pdo_sync", "PdoSyncInd", nullptr},
-    {"fct_nmt", "NmtInd", nullptr},
-    {"fct_errctrl", "ErrCtrlInd", nullptr},
-    {"fct_sync", "SyncInd", nullptr},
-    {"fct_sync_finished", "SyncFinishedInd", nullptr},
-    {"fct_led_green", "LedGreenInd", nullptr},
-    {"fct_led_red", "LedRedInd", nullptr},
-    {"fct_can", "CanStateInd", nullptr},
-    {"fct_cfgman", "CfgManInd", nullptr},
-    {"fct_flyma", "FlyMaInd", nullptr},
-    {"fct_sdo_client_read", "SdoClientReadInd", nullptr},
-    {"fct_sdo_client_write", "SdoClientWriteInd", nullptr},
-    {"fct_emcy", "EmcyInd", nullptr},
-    {"fct_emcy_consumer", "EmcyConsumerInd", nullptr},
-    {"fct_time", "TimeInd", nullptr},
-    {"fct_store", "StoreInd", nullptr},
-    {"fct_lss", "LssInd", nullptr},
-    {"fct_lss_master", "LssMasterInd", nullptr},
-    {"fct_comm", "CommInd", nullptr},
-    {"fct_manager", "ManagerInd", nullptr},
-    {"fct_mpdo", "MPdoInd", nullptr},
-    {"usdo_server_read_ind_function", "UsdoServerReadInd", "usdo_server_enabled"},
-    {"usdo_server_read_finished_ind_function", "UsdoServerReadFinishedInd", "usdo_server_enabled"},
-    {"usdo_server_write_ind_function", "UsdoServerWriteInd", "usdo_server_enabled"},
-    {"usdo_server_ind_check_write_function", "UsdoServerCheckWriteInd", "usdo_server_enabled"},
-    {"usdo_server_domain_read_ind_function", "UsdoServerDomainReadInd", "usdo_server_enabled"},
-    {"usdo_server_domain_write_ind_function", "UsdoServerDomainWriteInd", "usdo_server_enabled"},
-    {"usdo_client_read_ind_function", "UsdoClientReadInd", "usdo_client_enabled"},
-    {"usdo_client_write_ind_function", "UsdoClientWriteInd", "usdo_client_enabled"},
-    {"usdo_client_domain_read_ind_function", "UsdoClientDomainReadInd", "usdo_client_enabled"},
-    {"usdo_client_domain_write_ind_function", "UsdoClientDomainWriteInd", "usdo_client_enabled"},
-};
-// clang-format on
-
-} // namespace
-
 // --- Start structure and indications ---
 
 QStringList Expectation::counts() const
@@ -97,13 +46,9 @@ QStringList Expectation::counts() const
 /// What all protocols share, and the diagnostic services.
 QStringList Expectation::commonCounts() const
 {
-    static const QMap<int, quint32> protocols = {{1, 1}, {2, 2}, {4, 4}, {5, 3}};
-    const bool hasUds = number("udsserver_supported") == 1 || number("udsclient_supported") == 1;
     QVector<quint32> types, received, sent, clients;
     for (const quint8 line : lines) {
-        const int type =
-            store.getGeneralSettingsValue(QStringLiteral("line%1type").arg(line)).toInt();
-        types << (protocols.value(type) | (hasUds ? 8 : 0));
+        types << protocolsOf(line);
         received << qMax(bufferCount("receivebuffersize", line), 0);
         sent << qMax(bufferCount("transmitbuffersize", line), 0);
         clients << (number("udsclient_supported") == 1 ? number("uds_client_cnt", line) : 0);
@@ -113,7 +58,7 @@ QStringList Expectation::commonCounts() const
         texts << "  protocolType " + joinNumbers(types)
               << "  receiveBuffers " + joinNumbers(received)
               << "  transmitBuffers " + joinNumbers(sent);
-    if (hasUds)
+    if (hasUds())
         texts << "  clientCounts " + joinNumbers(clients);
     return texts;
 }
@@ -138,11 +83,10 @@ int Expectation::bufferCount(const char *setting, quint8 line) const
 QStringList Expectation::indications() const
 {
     QStringList rows;
-    for (const IndicationRow &row : kIndications) {
-        const QString function = store.getGeneralSettingsValue(row.setting).trimmed();
-        if (!function.isEmpty() && (!row.condition || number(row.condition) != 0))
-            rows << QStringLiteral("indication coEvent%1 %2")
-                        .arg(QLatin1String(row.pointer), function);
+    for (const QStringList &row : table("indications.txt")) {
+        const QString function = store.getGeneralSettingsValue(row.at(0)).trimmed();
+        if (!function.isEmpty() && (row.size() < 3 || number(qPrintable(row.at(2))) != 0))
+            rows << QStringLiteral("indication coEvent%1 %2").arg(row.at(1), function);
     }
     return rows;
 }
@@ -161,22 +105,21 @@ QString Expectation::call(const char *name, quint8 line, const QVector<quint32> 
 
 QStringList Expectation::start(int variant) const
 {
-    const bool hasUds = number("udsserver_supported") == 1 || number("udsclient_supported") == 1;
     const bool isFd = number("canfd_supported") > 0;
     QStringList calls;
     if (number("new_init_structure") == 1)
         calls << call("commonStackInit", kNoLine, {static_cast<quint32>(lines.size())});
-    if (hasUds)
+    if (hasUds())
         calls << call("udsStackInit_common", kNoLine,
                       {static_cast<quint32>(number("udsserver_version"))});
     calls << call("coCanOpenStackVarInit", kNoLine);
     if (multiLine)
         loadParameters(calls);
     for (const quint8 line : multiLine ? served : lines) {
-        if (multiLine && hasUds)
+        if (multiLine && hasUds())
             calls << uds(line);
         calls << call("coOdInitOdPtr", line, {0});
-        if (!multiLine && hasUds)
+        if (!multiLine && hasUds())
             calls << uds(line);
         startServices(calls, line, isFd && variant == 1);
         if (!multiLine)
@@ -351,20 +294,18 @@ bool Expectation::routesAtRunTime() const
 
 QStringList Expectation::cobIds() const
 {
+    struct Range {
+        quint16 low, high;
+        int subs;
+    };
+    const QVector<Range> sdos = {{0x1201, 0x127F, 2}, {0x1280, 0x12FF, 2}};
+    const QVector<Range> pdos = {{0x1400, 0x15FF, 1}, {0x1800, 0x19FF, 1}};
     QStringList calls;
-    if (!multiLine && number("overwrite_predef") != 0) {
-        setCobIds(calls, lines.first(), 0x1201, 0x127F, 2);
-        setCobIds(calls, lines.first(), 0x1280, 0x12FF, 2);
-        setCobIds(calls, lines.first(), 0x1400, 0x15FF, 1);
-        setCobIds(calls, lines.first(), 0x1800, 0x19FF, 1);
-    }
     for (const quint8 line : lines) {
-        if (!multiLine || number("overwrite_predef", line) == 0)
+        if ((multiLine ? number("overwrite_predef", line) : number("overwrite_predef")) == 0)
             continue;
-        setCobIds(calls, line, 0x1400, 0x15FF, 1);
-        setCobIds(calls, line, 0x1800, 0x19FF, 1);
-        setCobIds(calls, line, 0x1201, 0x127F, 2);
-        setCobIds(calls, line, 0x1280, 0x12FF, 2);
+        for (const Range &range : multiLine ? pdos + sdos : sdos + pdos)
+            setCobIds(calls, line, range.low, range.high, range.subs);
     }
     return calls;
 }

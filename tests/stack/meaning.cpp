@@ -2,10 +2,21 @@
 #include "tests/stack/meaning.h"
 
 #include "support/cohelper.h"
+#include "tests/fixtures/testkit.h"
 
 #include <QRegularExpression>
 
 #include <cmath>
+
+QVector<QStringList> Meaning::table(const QString &name)
+{
+    QVector<QStringList> rows;
+    for (const QString &row : QString(readFile(TEST_STACK "/" + name)).split('\n')) {
+        if (!row.isEmpty() && !row.startsWith("# "))
+            rows << row.split(' ', Qt::SkipEmptyParts);
+    }
+    return rows;
+}
 
 qint64 Meaning::numberOf(const QString &text)
 {

@@ -9,6 +9,12 @@
 namespace Meaning
 {
 
+constexpr quint8 kSent = 0x55;
+constexpr quint8 kReceived = 0x77;
+
+/// The words of each row of a file beside this one; rows that begin with "# " count as nothing.
+QVector<QStringList> table(const QString &name);
+
 /// Value of a text as all project files write numbers: hexadecimal after 0x, else decimal.
 qint64 numberOf(const QString &text);
 QString withoutNodeId(const QString &text);

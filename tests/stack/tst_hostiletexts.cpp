@@ -321,8 +321,7 @@ private slots:
 
     void stay()
     {
-        QFETCH(QString, text);
-        QFETCH(bool, isV4);
+        const auto [text, isV4] = fetchRow<QString, bool>();
         for (const char *lines : {"1", "2", "124"}) {
             const QMap<QString, QStringList> expected = meaningOf(lines, kHarmless, isV4);
             const QMap<QString, QStringList> actual = meaningOf(lines, text, isV4);

@@ -156,9 +156,7 @@ private slots:
     }
     void printsAndReturns()
     {
-        QFETCH(QString, arguments);
-        QFETCH(QByteArray, output);
-        QFETCH(int, exitCode);
+        const auto [arguments, output, exitCode] = fetchRow<QString, QByteArray, int>();
         QCOMPARE(run(arguments), ended(exitCode, output));
         QCOMPARE(fixture->temporaryCopies(), QStringList());
     }

@@ -42,8 +42,7 @@ private slots:
     }
     void projectSurvivesKills()
     {
-        QFETCH(QString, project);
-        QFETCH(int, signal);
+        const auto [project, signal] = fetchRow<QString, int>();
         const QString arguments = "-keep-unchanged -save -project " + project;
         QElapsedTimer timer;
         timer.start();
@@ -188,9 +187,7 @@ private slots:
     }
     void projectChangesDuringTheRun()
     {
-        QFETCH(QString, project);
-        QFETCH(QByteArray, command);
-        QFETCH(QByteArray, end);
+        const auto [project, command, end] = fetchRow<QString, QByteArray, QByteArray>();
         QVERIFY(write("do.sh", "#!/bin/sh\n" + command + "\n"));
         QFile::setPermissions(folder + "/do.sh", QFile::ReadOwner | QFile::ExeOwner);
         ObjectDataBase store;

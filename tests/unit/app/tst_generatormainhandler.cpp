@@ -153,26 +153,20 @@ private slots:
     /// Generated C describes the objects of lines that do not speak CANopen, too.
     void countsNamelessTypesOfEachDictionary_data()
     {
+        // clang-format off
         columns<QString, QString, bool>("types", "server", "isTold");
-        QTest::newRow("canopen_and_j1939") << "12"
-                                           << "" << true;
-        QTest::newRow("canopen_and_raw") << "14"
-                                         << "" << true;
-        QTest::newRow("canopen_and_unknown") << "19"
-                                             << "" << true;
-        QTest::newRow("j1939_with_sdo_server") << "22"
-                                               << "0x1" << true;
-        QTest::newRow("j1939") << "22"
-                               << "0" << false;
-        QTest::newRow("no_canopen") << "24"
-                                    << "1" << false;
+        QTest::newRow("canopen_and_j1939") << "12" << "" << true;
+        QTest::newRow("canopen_and_raw") << "14" << "" << true;
+        QTest::newRow("canopen_and_unknown") << "19" << "" << true;
+        QTest::newRow("j1939_with_sdo_server") << "22" << "0x1" << true;
+        QTest::newRow("j1939") << "22" << "0" << false;
+        QTest::newRow("no_canopen") << "24" << "1" << false;
+        // clang-format on
     }
 
     void countsNamelessTypesOfEachDictionary()
     {
-        QFETCH(QString, types);
-        QFETCH(QString, server);
-        QFETCH(bool, isTold);
+        const auto [types, server, isTold] = fetchRow<QString, QString, bool>();
         store->addNode(1, Node());
         store->addIndex(1, 0x2000, {});
         store->addSubIndex(1, 0x2000, 0, makeSub("Structure", 64, "0"));
@@ -217,10 +211,8 @@ private slots:
     }
     void removesForeignFilesOfJ1939Projects()
     {
-        QFETCH(QString, type);
-        QFETCH(QString, adapter);
-        QFETCH(QByteArray, section);
-        QFETCH(QString, left);
+        const auto [type, adapter, section, left] =
+            fetchRow<QString, QString, QByteArray, QString>();
         const QStringList names = {"gen_indication.h", "gen_j1939_adapter.c", "j1939_adapter.c",
                                    "j1939_adapter.cs"};
         for (const QString &name : names)

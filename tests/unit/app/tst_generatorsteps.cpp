@@ -1,8 +1,8 @@
 // Which steps a project asks for.
 #include "app/generatorsteps.h"
+#include "tests/fixtures/casefile.h"
+#include "tests/fixtures/projecttext.h"
 #include "tests/fixtures/storefixture.h"
-
-using Lines = QMap<int, int>; ///< number and type
 
 constexpr char kNoHtml[] = "The file in %2.html in %1 is not writable"; // of a DBC file
 
@@ -11,74 +11,33 @@ class tst_GeneratorSteps : public QObject
     Q_OBJECT
 
 private slots:
-    void readsFacts_data()
+    void cases_data() { addCases(TEST_CASES "/generatorsteps.txt"); }
+    void cases()
     {
-        columns<Lines, QString>("lines", "expected");
-        QTest::newRow("j1939") << Lines{{0, 2}} << "Jp";
-        QTest::newRow("raw") << Lines{{0, 4}} << "R";
-        QTest::newRow("both_on_one_line") << Lines{{0, 5}} << "CJ";
-        QTest::newRow("raw_beside_j1939") << Lines{{0, 2}, {1, 4}} << "JRm";
-        QTest::newRow("unknown_type") << Lines{{0, 3}} << "";
-        QTest::newRow("lines_that_choose_nothing") << Lines{{0, 9}, {240, 1}} << "m";
-        QTest::newRow("last_line_that_chooses") << Lines{{0, 9}, {239, 1}} << "Cm";
-        QTest::newRow("last_line") << Lines{{0, 1}, {253, 2}} << "Cm";
-        QTest::newRow("scratch_line") << Lines{{0, 1}, {254, 2}} << "C";
-    }
-    void readsFacts()
-    {
-        QFETCH(Lines, lines);
+        const auto [project, expected] = fetchRow<QString, QString>();
         const StoreFixture fixture;
         const auto store = makeStore();
-        for (auto line = lines.cbegin(); line != lines.cend(); ++line) {
-            store->addNode(static_cast<quint8>(line.key()), Node());
-            store->setGeneralSettingsValue(QString("line%1type").arg(line.key()),
-                                           QString::number(line.value()));
-        }
-        const ProjectFacts facts = readProjectFacts(*store);
-        QTEST(QString(facts.hasCANopen ? "C" : "") + (facts.hasJ1939 ? "J" : "") +
-                  (facts.hasRaw ? "R" : "") + (facts.isPureJ1939() ? "p" : "") +
-                  (facts.isMultiLine() ? "m" : ""),
-              "expected");
-    }
-
-    void choosesSteps_data()
-    {
-        columns<int, QString>("type", "files");
-        // clang-format off
-        QTest::newRow("canopen") << 1
-            << "gen_indices.h, <project>_doc.txt of CANopen, <project>.html of CANopen, gen_objdict.c, "
-               "gen_define.h, gen_indication.h, <project>.csv, <project>.icsv";
-        QTest::newRow("j1939") << 2
-            << "gen_indices.h, gen_define.h, gen_pgn.c, gen_sdg.c, <project>_doc.txt of J1939, "
-               "<project>.html of J1939, <project>.dbc, gen_extern_decl.h, gen_sdg.c";
-        QTest::newRow("raw") << 4
-            << "gen_indices.h, gen_mp.c, gen_define.h, gen_extern_decl.h, gen_sdg.c";
-        QTest::newRow("both_on_one_line") << 5
-            << "gen_indices.h, <project>_doc.txt of CANopen, <project>.html of CANopen, gen_mp.c, "
-               "<project>_doc.txt of J1939, <project>.html of J1939, <project>.dbc, gen_define.h, "
-               "gen_extern_decl.h, gen_sdg.c, gen_indication.h, <project>.csv, <project>.icsv";
-        QTest::newRow("unknown_type") << 3 << "gen_define.h";
-        // clang-format on
-    }
-    void choosesSteps()
-    {
-        QFETCH(int, type);
-        const StoreFixture fixture;
-        const auto store = makeStore();
-        store->setGeneralSettingsValue("line0type", QString::number(type));
-        store->setJ1939SettingsValue("safetysupport", "1");
+        buildProject(*store, project);
         ProjectFacts facts = readProjectFacts(*store);
+        if (caseGroup() == "facts") {
+            const QString letters = QString(facts.hasCANopen ? "C" : "") +
+                                    (facts.hasJ1939 ? "J" : "") + (facts.hasRaw ? "R" : "") +
+                                    (facts.isPureJ1939() ? "p" : "") +
+                                    (facts.isMultiLine() ? "m" : "");
+            QCOMPARE(letters + '\n', expected);
+            return;
+        }
         readContentFacts(*store, facts);
-        QStringList files;
+        QString files;
         for (const StepRange steps : {generatorSteps(), stepsBehindEds()}) {
             for (const GeneratorStep &step : steps) {
                 if (!linesOfStep(step, facts).isEmpty())
-                    files << step.file;
+                    files += step.file + QString('\n');
                 QVERIFY(qstrcmp(step.file, "<project>.dbc") != 0 ||
                         qstrcmp(step.notWritable, kNoHtml) == 0);
             }
         }
-        QTEST(files.join(", "), "files");
+        QCOMPARE(files, expected);
     }
 
     void takesTheStackAsItIsWritten()

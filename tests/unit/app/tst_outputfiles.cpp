@@ -80,8 +80,7 @@ private slots:
     }
     void keepsUnchangedFiles()
     {
-        QFETCH(QString, project);
-        QFETCH(QByteArray, lineEnd);
+        const auto [project, lineEnd] = fetchRow<QString, QByteArray>();
         QVERIFY(writeUserSettings("[General]\nline_ending_index=" + lineEnd + '\n'));
         environment.insert("SOURCE_DATE_EPOCH", "1000000000");
         QVERIFY(run("-project " + project).endsWith(" 0\n"));

@@ -3,6 +3,7 @@
 #include "app/outputhandlerbase.h"
 #include "app/postgenprocessor.h"
 #include "app/postgenprogresshandler.h"
+#include "tests/fixtures/casefile.h"
 #include "tests/fixtures/problemrecorder.h"
 #include "tests/fixtures/toolfixture.h"
 
@@ -31,41 +32,15 @@ class tst_PostGeneration : public ToolTest
 private slots:
     void init() { makeFolder(); }
 
-    void runsTheCommand_data()
-    {
-        // clang-format off
-        columns<QByteArray, QByteArray, QByteArray>("script", "arguments", "output");
-        const QByteArray standard = "Post generation process standard output:\n\n\t",
-            error = "Post generation process error output:\n\n\t";
-        const QByteArray zero = "\nPost generation process finished with code 0\nGeneration completed.\n";
-        QTest::newRow("place_holders") << QByteArray("echo \"$(printf '[%s]' \"$@\"; pwd)\"")
-            << QByteArray("%P %D/%N  %p") << standard + "[%DIR%/pümp.tsrp][%DIR%/pümp.tsrp][][%p]%DIR%" + zero;
-        QTest::newRow("failing") << QByteArray("echo '  oops\n\t now' >&2; exit 3") << QByteArray()
-            << error + "oops now\nPost generation process finished with code 3\nWarning: Generation completed, but "
-            "post gen process returned 3.\n";
-        QTest::newRow("reads_input") << QByteArray("cat; echo end") << QByteArray() << standard + "end" + zero;
-        QTest::newRow("crashing") << QByteArray("echo up; kill -KILL $$") << QByteArray()
-            << standard + "up\nPost generation process finished with code 9\nWarning: Generation completed, but "
-            "post gen process returned 9.\n";
-        QTest::newRow("leaves_a_pipe_open") << QByteArray("(while [ -e \"$0\" ]; do sleep 1; done) & echo up")
-            << QByteArray() << standard + "up" + zero;
-        QTest::newRow("silent") << QByteArray("exit 0") << QByteArray() << zero.mid(1);
-        QTest::newRow("missing") << QByteArray() << QByteArray() << QByteArray("Generation completed.\n");
-        QTest::newRow("no_program") << QByteArray("#") << QByteArray() << QByteArray("Generation completed.\n");
-        // clang-format on
-    }
+    void runsTheCommand_data() { addCases(TEST_CASES "/postgeneration.txt", {{}}, "command"); }
     void runsTheCommand()
     {
-        QFETCH(QByteArray, script);
-        QFETCH(QByteArray, arguments);
-        QFETCH(QByteArray, output);
-        if (script == "#")
-            QVERIFY(write("run.sh", "neither a script nor a program"));
-        else if (!script.isEmpty())
-            QVERIFY(writeScript("run.sh", script));
-        QVERIFY(writeCommand("run.sh", arguments, true));
+        const auto [project, expected] = fetchRow<QString, QString>();
+        QVERIFY(writeProgram("run.sh", project.section('\n', 1).toUtf8()));
+        QVERIFY(writeCommand("run.sh", project.section('\n', 0, 0).toUtf8(), true));
         const QByteArray told = run("-save -project pümp.tsrt");
-        QVERIFY2(told.endsWith("\nGeneration finished.\n" + ended(0, output)), told.right(600));
+        const QByteArray end = ended(0, "\nGeneration finished.\n" + expected.toUtf8());
+        QVERIFY2(told.endsWith(end), told.right(600));
         QVERIFY(read("pümp.tsrt").contains("SaveToolType"));
     }
 
@@ -109,10 +84,7 @@ private slots:
     }
     void stopsAChecker()
     {
-        QFETCH(QByteArray, script);
-        QFETCH(int, longestRun);
-        QFETCH(QString, reason);
-        QFETCH(int, bytes);
+        const auto [script, longestRun, reason, bytes] = fetchRow<QByteArray, int, QString, int>();
         QVERIFY(writeScript("check", script));
         ProblemRecorder told;
         EdsCheckerWrapper checker;
@@ -154,38 +126,17 @@ private slots:
         QVERIFY(run("-project pümp.tsrt").contains("\n\tproject\n"));
     }
 
-    void checksDataSheets_data()
-    {
-        // clang-format off
-        columns<QByteArray, QByteArray>("script", "output");
-        const QByteArray end = "EDS Checker finished.\n\n", done = "Generation completed.\n";
-        const auto told = [](const QByteArray &file) { return "EDS Checker result:\n\n-e " + file +
-            " -d /v301.codb\n\n"; };
-        // The second one ends when the tool has seen the end of the first one.
-        const QByteArray inTurn = "case $2 in *_7*) until [ -s pid ]; do sleep 0.1; done; while kill -0 $(cat pid); "
-            "do sleep 0.1; done 2>/dev/null;; *) echo $$ >pid;; esac; ";
-        QTest::newRow("one_for_each") << inTurn + "echo \"$1 ${2##*p} $3 ${4#\"$(dirname \"$0\")\"}\"; cat; exit 9"
-            << "EDS Checker started\nEDS Checker started for line 7\n" + told(".eds") + end + told("_7.eds") + end +
-            done;
-        QTest::newRow("no_program") << QByteArray("#")
-            << "EDS Checker started\nEDS Checker started for line 7\nEDS Checker result:\n\n\n" + end +
-            "EDS Checker result:\n\n\n" + end + done;
-        QTest::newRow("missing") << QByteArray() << "Start of EDS Checker failed\nStart of EDS Checker failed\n" + done;
-        // clang-format on
-    }
+    void checksDataSheets_data() { addCases(TEST_CASES "/postgeneration.txt", {{}}, "checker"); }
     void checksDataSheets()
     {
-        QFETCH(QByteArray, script);
-        QFETCH(QByteArray, output);
-        if (script == "#")
-            QVERIFY(write("check", "neither a script nor a program"));
-        else if (!script.isEmpty())
-            QVERIFY(writeScript("check", script));
+        const auto [project, expected] = fetchRow<QString, QString>();
+        QVERIFY(writeProgram("check", project.toUtf8()));
         for (const char *name : {"pümp_7.eds", "pümp_8.eds"})
             QVERIFY(write(name, {}));
         QVERIFY(writeUserSettings("[EDSChecker]\ncheckeds=true\nEDSCheckerPath=\"%DIR%/check\"\n"));
         const QByteArray report = run("-project pümp.tsrt");
-        QVERIFY2(report.endsWith("\nGeneration finished.\n" + ended(0, output)), report.right(600));
+        const QByteArray end = ended(0, "\nGeneration finished.\n" + expected.toUtf8());
+        QVERIFY2(report.endsWith(end), report.right(600));
     }
 
     void adjustsLineEnds()
@@ -229,6 +180,13 @@ private:
     {
         return write(name, "#!/bin/sh\n" + content + '\n') &&
                QFile::setPermissions(folder + '/' + name, QFile::ReadOwner | QFile::ExeOwner);
+    }
+
+    /// A script of these lines, if any; of "#" alone a file that is neither that nor a program.
+    bool writeProgram(const QString &name, const QByteArray &lines)
+    {
+        return lines == "#\n" ? write(name, "neither a script nor a program")
+                              : lines.isEmpty() || writeScript(name, lines);
     }
 
     /// Asks for a command in the project.

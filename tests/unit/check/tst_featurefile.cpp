@@ -1,9 +1,8 @@
 // Feature files, sound and broken.
 #include "check/featurefile.h"
+#include "tests/fixtures/testkit.h"
 
 #include <QLoggingCategory>
-#include <QTemporaryDir>
-#include <QTest>
 
 class tst_FeatureFile : public QObject
 {
@@ -15,9 +14,7 @@ private slots:
     void readsVersions_data()
     {
         // clang-format off
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("required");
-        QTest::addColumn<QString>("current");
+        columns<QByteArray, QString, QString>("text", "required", "current");
         const auto row = [](const char *name, const QByteArray &text, const char *required, const char *current) {
             QTest::newRow(name) << text << QString(required) << QString(current);
         };
@@ -80,10 +77,8 @@ private slots:
 private:
     QString write(const QByteArray &text)
     {
-        QFile file(folder.filePath("info.xml"));
-        file.open(QIODevice::WriteOnly);
-        file.write(text);
-        return file.fileName();
+        const QString name = folder.filePath("info.xml");
+        return writeFile(name, text) ? name : QString();
     }
 
     QTemporaryDir folder;

@@ -107,6 +107,8 @@ private slots:
         const QString group = caseGroup();
         if (group == "shortLists")
             return checkShortLists(project, expected);
+        if (group == "places")
+            return checkPlaces(project, expected);
         Model model(group == "j1939" ? "identity 1\n" + project : project);
         const Outcome outcome = run([&](ModelChecker &c) {
             if (group == "project")
@@ -173,9 +175,7 @@ private slots:
     void upgrade_data()
     {
         // clang-format off
-        QTest::addColumn<QString>("version");
-        QTest::addColumn<QString>("application");
-        QTest::addColumn<QStringList>("texts");
+        columns<QString, QString, QStringList>("version", "application", "texts");
         const QString add = kPrefixes['H'] + "Add <font color='red'>";
         const QString end = "</font> to your project or Makefile.";
         const QString canopen = "CANopen Tessarine";
@@ -193,8 +193,7 @@ private slots:
     }
     void upgrade()
     {
-        QFETCH(QString, version);
-        QFETCH(QString, application);
+        const auto [version, application] = fetchRow<QString, QString>();
         Model model;
         model.change("udsclient_supported=1");
         model.store.setMiscSettingsValue("PreviousToolVersion", version);
@@ -264,43 +263,6 @@ private slots:
         }
     }
 
-    void findingsTellThePlace()
-    {
-        Model model("identity 1\n1018:0 impl=0; 1018:3 access=<b>; 1600:1 value=0x20010008\n"
-                    "1381 rec const 0x20010008; set j1939:bamsupport=1\n"
-                    "tx 0xea00; spn 12 U8 2 var=\n"
-                    "set udsserver_supported=1 udsclient_supported=1\n"
-                    "line 1; set uds_server_active=0,1 uds_client_cnt=0,1 co_timer_interval=");
-        model.store.setIndexName(0, 0x2000, "");
-        ModelChecker checker;
-        checker.startGlobalCheck(&model.store);
-        line(checker, model);
-        checker.startJ1939Check(2, 0, &model.store, {0xEA00});
-        QStringList findings;
-        for (const Finding &f : checker.findings())
-            findings << joined(f.line, f.index, f.subindex, f.group, f.signal) + ' ' + f.text();
-        const QStringList expected = {
-            "1/-1/-1/-1/-1 Error: UDS server and UDS client together on one line is not possible.",
-            "-1/-1/-1/-1/-1 Error: Timer interval not set in Common Settings -> Hardware/Target.",
-            "0/4120/0/-1/-1 Corrected: Object 0x1018-0:'Managed Const' is used as implementation "
-            "type for this subindex.",
-            "0/4120/3/-1/-1 Error: Object 0x1018-0x03: The access type '<b>' is invalid. Use ro, "
-            "rw, const, wo, rww or rwr instead.",
-            "0/8192/-1/-1/-1 Error: Object 0x2000: The object does not have a name. (Required for "
-            "EDS)",
-            "0/5632/1/-1/-1 Error: Object 0x1600: The mapped object 0x2001:00 does not exist.",
-            "0/5632/1/-1/-1 Error: Object 0x1600: The access right of the mapped object 0x2001:00 "
-            "does not fit for an RPDO.",
-            "0/4993/1/-1/-1 Error: Object 0x1381: The object 0x2001:00 mapped into an SRDO does "
-            "not exist.",
-            "0/-1/-1/59904/-1 Error: Special PGN 59904/0xea00 is handled by the J1939 stack "
-            "directly and may not be included in the signal definitions.",
-            "0/-1/-1/59904/12 Error: The SPN 12 in PGN 59904 needs a variable name."};
-        QCOMPARE(findings, expected);
-        for (const Finding &finding : checker.findings())
-            sent.insert(int(finding.rule));
-    }
-
     void namesAreNoMessagesOfTheirOwn()
     {
         const QString text = Check::markedUpText(Check::messageRow(Check::Msg::FeatureFileMissing),
@@ -347,6 +309,23 @@ private:
         run([&](ModelChecker &c) { return c.startGlobalCheck(&model.store); });
         run([&](ModelChecker &c) { return c.startJ1939Check(2, 2, &model.store, {}); });
         QCOMPARE(problems.lines, textsOf(expected));
+    }
+
+    /// Each finding as "line/index/subindex/group/signal text".
+    void checkPlaces(const QString &project, const QString &expected)
+    {
+        Model model(project);
+        ModelChecker checker;
+        checker.startGlobalCheck(&model.store);
+        line(checker, model);
+        checker.startJ1939Check(2, 0, &model.store, {0xEA00});
+        QString findings;
+        for (const Finding &f : checker.findings()) {
+            findings +=
+                joined(f.line, f.index, f.subindex, f.group, f.signal) + ' ' + f.text() + '\n';
+            sent.insert(int(f.rule));
+        }
+        QCOMPARE(findings, expected);
     }
 
     /// The check of a line, with a flag that tells the same as the texts.

@@ -13,8 +13,7 @@ private slots:
     void cases_data() { addCases(TEST_CASES "/edsparser.txt"); }
     void cases()
     {
-        QFETCH(QString, project);
-        QFETCH(QString, expected);
+        const auto [project, expected] = fetchRow<QString, QString>();
         if (caseGroup() == "objects") {
             QCOMPARE(load(project), expected != "\n");
             QCOMPARE(order.join(' ') + '\n', expected);
@@ -59,9 +58,7 @@ private slots:
     }
     void numbers()
     {
-        QFETCH(int, type);
-        QFETCH(QString, given);
-        QFETCH(QString, stored);
+        const auto [type, given, stored] = fetchRow<int, QString, QString>();
         const CANopenSubindex sub = onlySub(
             QString("DataType=%1\nDefaultValue=%2\nParameterValue=%2").arg(type).arg(given));
         QCOMPARE(sub.defaultValue.toString(), stored);

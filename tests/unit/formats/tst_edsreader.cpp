@@ -1,6 +1,6 @@
 // The reader of device descriptions: bytes, lines, sections and comments.
 #include "formats/edsreader.h"
-#include "tests/fixtures/testkit.h"
+#include "tests/fixtures/casefile.h"
 
 class TestEdsReader : public QObject
 {
@@ -19,56 +19,28 @@ private slots:
         QCOMPARE(EdsReader::decode(QByteArray("a\0b\x01\tc\n", 7)), "a b  c\n");
     }
 
-    void sectionsAndEntries_data()
+    void cases_data() { addCases(TEST_CASES "/edsreader.txt"); }
+    void cases()
     {
-        columns<QString, QString>("text", "expected");
-        const QString two = "[a]k=v[b]l=w";
-        // clang-format off
-        QTest::newRow("lf") << "[A]\nk=v\n[B]\nl=w\n" << two;
-        QTest::newRow("crlf") << "[A]\r\nk=v\r\n[B]\r\nl=w\r\n" << two;
-        QTest::newRow("cr") << "[A]\rk=v\r[B]\rl=w\r" << two;
-        QTest::newRow("mixed_and_no_last_end") << "[A]\rk=v\n\r\n[B]\r\nl=w" << two;
-        QTest::newRow("blanks") << "  [ 1A00 Sub 0A ]\n\t Key =  two words \n" << "[1a00sub0a]Key=two words";
-        QTest::newRow("value_keeps_its_signs") << "[A]\nk=a=b; c, \"d\" 'e' %1 \\n\n"
-            << "[a]k=a=b; c, \"d\" 'e' %1 \\n";
-        QTest::newRow("empty_value") << "[A]\nk=\n" << "[a]k=";
-        QTest::newRow("comment_lines") << "; x=1\n[A]\n;k=v\n# l=w\n  ;m=x\n" << "[a]";
-        QTest::newRow("text_behind_the_head") << "[A] k=v\nl=w\n" << "[a]l=w";
-        QTest::newRow("open_head") << "[1000\nk=v\n" << "[1000]k=v";
-        QTest::newRow("stray_lines") << "k=v\n[A]\nnonsense\n=v\n[]\n" << "[a][]";
-        // clang-format on
-    }
-    void sectionsAndEntries()
-    {
-        QFETCH(QString, text);
-        EdsReader reader;
-        reader.parse(text.toUtf8(), "test");
-        QTEST(dump(reader), "expected");
+        const auto [project, expected] = fetchRow<QString, QString>();
+        for (const QString lineEnd : {"\n", "\r\n", "\r"}) {
+            EdsReader reader;
+            reader.parse(QString(project).replace('\n', lineEnd).toUtf8(), "test");
+            const QString found = caseGroup() == "sections" ? dump(reader)
+                                                            : reader.section("A")->comment + '/' +
+                                                                  reader.section("B")->comment;
+            QCOMPARE(found + '\n', expected);
+        }
     }
 
-    void comments_data()
+    void otherEndsOfLines()
     {
-        columns<QString, QString, QString>("text", "first", "second");
-        // clang-format off
-        QTest::newRow("behind_keys_is_of_the_section") << "[A]\nk=v\n;;text\n\n[B]\nk=v\n" << "text" << "";
-        QTest::newRow("behind_keys_without_blank_line") << "[A]\nk=v\n;;text\n[B]\n" << "text" << "";
-        QTest::newRow("behind_a_blank_line_is_of_the_next_section") << "[A]\nk=v\n\n;;text\n[B]\n" << "" << "text";
-        QTest::newRow("blank_line_between_block_and_head") << "[A]\nk=v\n\n;;text\n\n[B]\n" << "" << "text";
-        QTest::newRow("one_of_each") << "[A]\nk=v\n;;text\n\n;;other\n[B]\n" << "text" << "other";
-        QTest::newRow("before_keys_of_the_section") << "[A]\n\n;;text\nk=v\n\n[B]\n" << "text" << "";
-        QTest::newRow("at_the_start") << ";;text\n[A]\nk=v\n[B]\n" << "text" << "";
-        QTest::newRow("at_the_end") << "[A]\n[B]\nk=v\n\n;;text" << "" << "text";
-        QTest::newRow("several_lines_as_they_stand") << "[A]\n;; a \n;;\n;;b\n[B]\n" << " a \n\nb" << "";
-        QTest::newRow("plain_comments_do_not_count") << "[A]\nk=v\n\n; x\n;;text\n; y\n[B]\n" << "" << "text";
-        // clang-format on
-    }
-    void comments()
-    {
-        QFETCH(QString, text);
         EdsReader reader;
-        reader.parse(text.toUtf8(), "test");
-        QTEST(reader.section("A")->comment, "first");
-        QTEST(reader.section("B")->comment, "second");
+        reader.parse("[A]\rk=v\n\r\n;;x\r\n[B]\r\nl=w", "test");
+        QCOMPARE(dump(reader), "[a]k=v[b]l=w");
+        QCOMPARE(reader.section("B")->comment, "x");
+        reader.parse("[A]\n;;x", "test");
+        QCOMPARE(reader.section("A")->comment, "x");
     }
 
     void lastSectionOfANameIsFound()

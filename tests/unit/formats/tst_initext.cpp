@@ -37,8 +37,7 @@ private slots:
     }
     void values()
     {
-        QFETCH(QString, key);
-        QFETCH(QString, value);
+        const auto [key, value] = fetchRow<QString, QString>();
         agreesWithSettings(key, value);
     }
 

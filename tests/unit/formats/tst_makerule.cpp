@@ -1,8 +1,7 @@
 // Names of files in rules of make. That make, ninja and CMake read them so is held by the tests of
 // what is installed.
 #include "formats/makerule.h"
-
-#include <QTest>
+#include "tests/fixtures/testkit.h"
 
 class tst_MakeRule : public QObject
 {
@@ -11,9 +10,7 @@ class tst_MakeRule : public QObject
 private slots:
     void escapes_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("input");
-        QTest::addColumn<QByteArray>("target");
+        columns<QString, QByteArray, QByteArray>("name", "input", "target");
         const auto row = [](const char *title, const char *name, QByteArray input,
                             QByteArray target = {}) {
             QTest::newRow(title) << QString(name) << input << (target.isEmpty() ? input : target);
@@ -27,9 +24,7 @@ private slots:
     }
     void escapes()
     {
-        QFETCH(QString, name);
-        QFETCH(QByteArray, input);
-        QFETCH(QByteArray, target);
+        const auto [name, input, target] = fetchRow<QString, QByteArray, QByteArray>();
         QCOMPARE(MakeRule::text({name, "t"}, {name, "i"}),
                  target + " \\\n  t: \\\n  " + input + " \\\n  i\n");
     }

@@ -25,8 +25,7 @@ private slots:
     }
     void roundTrip()
     {
-        QFETCH(bool, grouped);
-        QFETCH(int, sourceLine);
+        const auto [grouped, sourceLine] = fetchRow<bool, int>();
         line = static_cast<quint8>(sourceLine);
         if (line > 0)
             store->addNode(line, Node());

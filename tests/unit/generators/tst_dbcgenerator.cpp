@@ -53,8 +53,7 @@ private slots:
     }
     void addresses()
     {
-        QFETCH(QString, setting);
-        QFETCH(int, line);
+        const auto [setting, line] = fetchRow<QString, int>();
         store->setJ1939SettingsValue("startaddress", setting);
         QTEST(int(Dbc::lineAddress(*store, quint8(line))), "address");
     }

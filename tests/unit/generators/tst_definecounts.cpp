@@ -52,8 +52,7 @@ private slots:
 
     void listsByLine()
     {
-        QFETCH(QString, setting);
-        QFETCH(QList<quint8>, lines);
+        const auto [setting, lines] = fetchRow<QString, QList<quint8>>();
         QTEST(Defines::lineList(setting, lines, "E"), "list");
     }
 

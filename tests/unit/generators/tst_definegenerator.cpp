@@ -175,8 +175,7 @@ private slots:
 
     void markersWithoutPartner()
     {
-        QFETCH(QByteArray, header);
-        QFETCH(QString, told);
+        const auto [header, told] = fetchRow<QByteArray, QString>();
         writeFile(target(), header);
         ProblemRecorder problems;
         CoDefineGenerator generator;

@@ -21,8 +21,7 @@ private slots:
     void services_data() { addCases(TEST_CASES "/defineservices.txt"); }
     void services()
     {
-        QFETCH(QString, project);
-        QFETCH(QString, expected);
+        const auto [project, expected] = fetchRow<QString, QString>();
         DefineProject device(project);
         const QString text = device.text(generateServiceDefines);
         const QStringList lines = ('\n' + expected).split("\nno ");
@@ -61,8 +60,7 @@ private slots:
     void sections_data() { addCases(TEST_CASES "/definesections.txt"); }
     void sections()
     {
-        QFETCH(QString, project);
-        QFETCH(QString, expected);
+        const auto [project, expected] = fetchRow<QString, QString>();
         const QMap<QString, void (*)(DefineContext &)> writers = {
             {"events", generateEventDefines},           {"buffers", generateBufferDefines},
             {"hardware", generateHardwareDefines},      {"raw", generateCANRAWDefines},

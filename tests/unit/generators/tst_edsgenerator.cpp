@@ -60,8 +60,7 @@ private slots:
     }
     void longFileNames()
     {
-        QFETCH(QString, project);
-        QFETCH(QString, define);
+        const auto [project, define] = fetchRow<QString, QString>();
         QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
         EDSGenerator generator(EdsVariants(*store, 0), define, false, false);
         (void)generateWith(generator, project, {}, 0, !define.isEmpty());

@@ -1,5 +1,6 @@
 // Declarations and definitions of the application's variables.
 #include "generators/j1939/extdeclgenerator.h"
+#include "tests/fixtures/casefile.h"
 #include "tests/fixtures/projecttext.h"
 #include "tests/fixtures/storefixture.h"
 
@@ -12,40 +13,16 @@ class tst_ExtDeclGenerator : public StoreTest
 private slots:
     void init() { store = makeStore(); }
 
-    void variables_data()
-    {
-        columns<QString, QString, QString>("signal", "declared", "defined");
-        // clang-format off
-        QTest::newRow("bits") << "103 2 var=a value=0x1F" << "UNSIGNED8 a" << "UNSIGNED8 a = 31u";
-        QTest::newRow("too wide") << "5 2 var=a value=0x1FF" << "UNSIGNED8 a" << "UNSIGNED8 a = 255u";
-        QTest::newRow("no number") << "109 2 var=a value=x" << "UNSIGNED16 a" << "UNSIGNED16 a = 0u";
-        QTest::newRow("signed") << "2 2 var=a value=-5" << "INTEGER8 a" << "INTEGER8 a = -5";
-        QTest::newRow("wider") << "22 2 var=a value=7" << "UNSIGNED32 a" << "UNSIGNED32 a = 7UL";
-        QTest::newRow("bytewise") << "25 2 var=a value=258" << "UNSIGNED64 a"
-            << "UNSIGNED64 a = U64_SET(0x00,0x00,0x00,0x00,0x00,0x00,0x01,0x02)";
-        QTest::newRow("real") << "8 2 var=a value=1.5" << "REAL32 a" << "REAL32 a = 1.50000000e+00f";
-        QTest::newRow("no literal") << "8 2 var=a value=inf" << "REAL32 a" << "REAL32 a = 0.00000000e+00f";
-        QTest::newRow("no macro") << "21 2 var=a value=1" << "INTEGER64 a" << "INTEGER64 a";
-        QTest::newRow("string") << "120 2 var=a value=ü\" bits=17" << "char a[3]"
-            << "char a[3] = { '\\xc3', '\\xbc', '\\x22' }";
-        QTest::newRow("cut string") << "121 2 var=a value=xy bits=8" << "char a[1]" << "char a[1] = { '\\x78' }";
-        QTest::newRow("no size") << "15 2 var=a value=" << "UNSIGNED8 a[1]" << "UNSIGNED8 a[1]";
-        QTest::newRow("hex string") << "10 2 var=a value=|xF0 bits=16" << "UNSIGNED8 a[2]"
-            << "UNSIGNED8 a[2] = { 0xf0 }";
-        QTest::newRow("element") << "6 2 var=%20a%20[0x2u] value=9" << "UNSIGNED16 a[]"
-            << "UNSIGNED16 a[3] = { [2] = 9u }";
-        QTest::newRow("text element") << "9 2 var=a[1] value=x bits=16" << "char a[][2]"
-            << "char a[2][2] = { [1] = { '\\x78' } }";
-        // clang-format on
-    }
+    void variables_data() { addCases(TEST_CASES "/extdeclgenerator.txt"); }
     void variables()
     {
-        QFETCH(QString, signal);
-        buildProject(*store, kGroup + "spn 1 " + signal);
+        const auto [project, expected] = fetchRow<QString, QString>();
+        buildProject(*store, kGroup + "spn 1 " + project);
         const ExtDecl::Variables variables = ExtDecl::readVariables(*store);
         QCOMPARE(variables.declared.size(), 1);
-        QTEST(ExtDecl::declaration(variables.declared.first()), "declared");
-        QTEST(ExtDecl::definition(variables.declared.first()), "defined");
+        const ExtDecl::Variable &variable = variables.declared.first();
+        QCOMPARE(ExtDecl::declaration(variable) + '\n' + ExtDecl::definition(variable) + '\n',
+                 expected);
         compile();
     }
 

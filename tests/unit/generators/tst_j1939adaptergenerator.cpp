@@ -75,9 +75,7 @@ private slots:
     }
     void filesOfTheUser()
     {
-        QFETCH(QString, name);
-        QFETCH(QByteArray, content);
-        QFETCH(QString, rule);
+        const auto [name, content, rule] = fetchRow<QString, QByteArray, QString>();
         store = makeStore();
         for (const char *file : {"gen_j1939_adapter.c", "j1939_adapter.c"})
             QFile::remove(fixture.path(file));

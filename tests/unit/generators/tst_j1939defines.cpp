@@ -15,8 +15,7 @@ private slots:
     void cases_data() { addCases(TEST_CASES "/j1939defines.txt"); }
     void cases()
     {
-        QFETCH(QString, project);
-        QFETCH(QString, expected);
+        const auto [project, expected] = fetchRow<QString, QString>();
         DefineProject device("line 0 2\n" + project);
         const QString text = device.text(generateJ1939Defines);
         const QByteArray difference = mismatch(text, expected);
@@ -58,8 +57,7 @@ private slots:
 
     void eachNameIsDefinedOnce()
     {
-        QFETCH(QString, rows);
-        QFETCH(QString, line);
+        const auto [rows, line] = fetchRow<QString, QString>();
         DefineProject project(
             "line 0 2; set event_sdo_server_read=3 event_sdo_client_write=2 event_can=4\n"
             "set j1939:canindication_cnt=2 j1939:dynsupport=1 j1939:cia510serversupport=1\n"

@@ -16,8 +16,7 @@ private slots:
     void documents_data() { addCases(TEST_CASES "/j1939documents.txt"); }
     void documents()
     {
-        QFETCH(QString, project);
-        QFETCH(QString, expected);
+        const auto [project, expected] = fetchRow<QString, QString>();
         buildProject(*store, project);
         J1939TextDocGenerator textual;
         J1939HTMLGenerator html;

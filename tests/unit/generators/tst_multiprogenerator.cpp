@@ -21,8 +21,7 @@ private slots:
     void files_data() { addCases(TEST_CASES "/multiprogenerator.txt"); }
     void files()
     {
-        QFETCH(QString, project);
-        QFETCH(QString, expected);
+        const auto [project, expected] = fetchRow<QString, QString>();
         buildProject(*store, project);
 
         const QByteArray difference = mismatch(generated(caseGroup()), expected);

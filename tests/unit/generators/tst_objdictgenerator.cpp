@@ -21,9 +21,7 @@ private slots:
 
     void userHeaderIsThereIfWanted()
     {
-        QFETCH(QString, overwrite);
-        QFETCH(QString, strings);
-        QFETCH(bool, isWanted);
+        const auto [overwrite, strings, isWanted] = fetchRow<QString, QString, bool>();
         store->setGeneralSettingsValue("overwrite_predef", overwrite);
         store->setGeneralSettingsValue("generate_string_defaults", strings);
         QVERIFY(writeFile(fixture.path("gen_user.h"), "of an earlier run"));

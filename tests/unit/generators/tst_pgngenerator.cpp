@@ -28,13 +28,6 @@ QString written(ObjectDataBase &store, const QVector<void (*)(Pgn::Context &)> &
     return QString::fromUtf8(buffer.data());
 }
 
-/// What follows \a start in \a text, up to \a end.
-QString between(const QString &text, const QString &start, const QString &end)
-{
-    const int from = text.indexOf(start);
-    return from < 0 ? "not there" : text.mid(from + start.size()).section(end, 0, 0);
-}
-
 } // namespace
 
 class tst_PgnGenerator : public StoreTest
@@ -51,8 +44,7 @@ private slots:
     void sections_data() { addCases(TEST_CASES "/pgngenerator.txt"); }
     void sections()
     {
-        QFETCH(QString, project);
-        QFETCH(QString, expected);
+        const auto [project, expected] = fetchRow<QString, QString>();
         using Sections = QVector<void (*)(Pgn::Context &)>;
         const Sections tables = {Pgn::defineTransmitPGNs, Pgn::defineReceivePGNs};
         const QMap<QString, Sections> groups = {
@@ -60,6 +52,7 @@ private slots:
             {"identity", {Pgn::defineManagedVariables}},
             {"mappings", {Pgn::defineManagedVariables, Pgn::declareMappings}},
             {"groups", tables},
+            {"address", {Pgn::defineJ1939Config}},
             {"lines_v4", Sections{Pgn::declareMappings} + tables +
                              Sections{Pgn::defineIdentify, Pgn::defineJ1939Config}},
             {"start", {Pgn::generateStackInit}}};
@@ -88,58 +81,6 @@ private slots:
         QCOMPARE(joined(group.name, group.priority, group.inhibitTimeMs, group.cycleTimeMs,
                         group.mappingCount),
                  "Address Claiming/6/250/0/10");
-    }
-
-    void mappingRows_data()
-    {
-        // clang-format off
-        columns<QString, QString>("signal", "row");
-        QTest::newRow("variable") << "6 2 var=speed" << "&speed, 16u, 190u, CORE_DTYPE_U16";
-        QTest::newRow("expression") << "106 2 var=*p" << "*p, 9u, 190u, CORE_DTYPE_U16";
-        QTest::newRow("managed") << "1 0 var=x" << "&mv_u8[0], 1u, 190u, CORE_DTYPE_U1";
-        QTest::newRow("no_name") << "129 2 var=%20" << "NULL, 29u, 190u, CORE_DTYPE_U32";
-        QTest::newRow("string") << "121 2 var=vin" << "vin, 300u, 190u, CORE_DTYPE_STRING_ASTERIKS";
-        QTest::newRow("managed_string") << "120 0 var=vin" << "NULL, 300u, 190u, CORE_DTYPE_STRING_NULL";
-        QTest::newRow("bytes") << "10 2 var=data" << "data, 300u, 190u, CORE_DTYPE_NON_NUMERIC";
-        QTest::newRow("managed_without_array") << "11 0 var=x" << "NULL, 0u, 190u, CORE_DTYPE_US";
-        QTest::newRow("unknown_type") << "99 2 var=x" << "&x, 0u, 190u, CORE_DTYPE_NON_NUMERIC";
-        QTest::newRow("dynamic") << "24 2 var=x; j1939:dynsupport=1" << "&x, 40u, 190u, CORE_DTYPE_U40, 0u";
-        // clang-format on
-    }
-    void mappingRows()
-    {
-        QFETCH(QString, signal);
-        set("tx 0xF004; spn 190 " + QString(signal).replace(" var", " bits=300 name=a%20*/ var"));
-        const QString text = written(*store, {Pgn::defineManagedVariables, Pgn::declareMappings});
-        const QString storage = signal.contains("dyn") ? "" : " CO_CONST ";
-        QTEST(between(text, "static " + storage + "J1939_MAPPING_T tx_mapping_61444[] = {\n\t{ ",
-                      " }\t/* a * / */\n};\n"),
-              "row");
-    }
-
-    void startAddress_data()
-    {
-        // clang-format off
-        columns<QString, QString, QString>("setting", "otherLine", "address");
-        QTest::newRow("number") << "128" << "" << "128u";
-        QTest::newRow("suffix_stands") << "0x80u" << "" << "0x80u";
-        QTest::newRow("never_octal") << "010" << "" << "10u";
-        QTest::newRow("empty") << "" << "" << "254";
-        QTest::newRow("list_for_one_line") << "128,129" << "" << "128u";
-        QTest::newRow("one_for_all_lines") << "128" << "line 0; line 1 2" << "128";
-        QTest::newRow("list") << "1, 129 " << "line 0; line 1 2" << "129u";
-        QTest::newRow("list_by_number") << "1,2,3,131" << "line 0; line 3 2" << "131u";
-        QTest::newRow("short_list") << "," << "line 0; line 1 2" << "254";
-        // clang-format on
-    }
-    void startAddress()
-    {
-        QFETCH(QString, setting);
-        QFETCH(QString, otherLine);
-        store->setJ1939SettingsValue("startaddress", setting);
-        set(otherLine);
-        const QString text = written(*store, {Pgn::defineJ1939Config});
-        QTEST(text.section("&addrTrCfg", 1).section("\n\t", 1).section(" \n", 0, 0), "address");
     }
 
     void startOfSeveralLines()

@@ -58,9 +58,7 @@ private slots:
     }
     void tables()
     {
-        QFETCH(bool, v4);
-        QFETCH(bool, isMultiLine);
-        QFETCH(QString, storage);
+        const auto [v4, isMultiLine, storage] = fetchRow<bool, bool, QString>();
         store = makeStore();
         // Managed signals keep their place. One group is without signals, one not a safe one. Line
         // 2 has safe groups of an earlier type.

@@ -1,9 +1,9 @@
 // Fixed texts with holes: what they become, and which of them are mistakes.
 #include "generators/textwriter.h"
+#include "tests/fixtures/testkit.h"
 
 #include <QBuffer>
 #include <QRegularExpression>
-#include <QtTest>
 
 class tst_TextWriter : public QObject
 {
@@ -12,15 +12,12 @@ class tst_TextWriter : public QObject
 private slots:
     void fillsHoles_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("name"); // of the project, for the hole "name"
-        QTest::addColumn<QByteArray>("written");
-        QTest::addColumn<QString>("mistake");
+        columns<QByteArray, QString, QString, QByteArray>("text", "name", "mistake", "written");
         // clang-format off
         const auto row = [](const char *id, const char *text, const char *name, const char *written,
                             const char *mistake = "") {
-            QTest::newRow(id) << QByteArray(text) << QString::fromUtf8(name) << QByteArray(written)
-                              << QString(mistake);
+            QTest::newRow(id) << QByteArray(text) << QString::fromUtf8(name) << QString(mistake)
+                              << QByteArray(written);
         };
         row("two_holes", "\n$name$[$count$u];\n", "x", "x[7u];\n");
         row("one_hole_twice", "\n$name$, $name$:$count$", "x", "x, x:7");
@@ -37,9 +34,7 @@ private slots:
 
     void fillsHoles()
     {
-        QFETCH(QByteArray, text);
-        QFETCH(QString, name);
-        QFETCH(QString, mistake);
+        const auto [text, name, mistake] = fetchRow<QByteArray, QString, QString>();
         QBuffer buffer;
         QVERIFY(buffer.open(QIODevice::WriteOnly));
         TextWriter out(&buffer);

@@ -19,8 +19,7 @@ private slots:
     void cases_data() { addCases(TEST_CASES "/csvimporter.txt"); }
     void cases()
     {
-        QFETCH(QString, project);
-        QFETCH(QString, expected);
+        const auto [project, expected] = fetchRow<QString, QString>();
         if (caseGroup() == "tables" || caseGroup() == "problems") {
             const ProblemRecorder problems;
             QVERIFY(import(project.toUtf8()));
@@ -94,22 +93,6 @@ private slots:
         QCOMPARE(store->getIndices(0, 0x1000, 0xFFFF), QList<quint16>({0x2003}));
         QCOMPARE(store->getIndices(2, 0x1000, 0xFFFF), QList<quint16>({0x2000, 0x2004}));
         QCOMPARE(store->getNodes(), QList<quint8>({0, 2}));
-    }
-
-    void foreignLine_data()
-    {
-        columns<QByteArray, QString>("rows", "expected");
-        // clang-format off
-        QTest::newRow("all_of_one") << QByteArray("d;1;2;3\n0x2000;0;3;a\n0x2001;0;3;b\n") << "2000/0/a/ 2001/0/b/";
-        QTest::newRow("of_two") << QByteArray("0x2000;0;3;a\n0x2001;0;4;b\n") << "";
-        QTest::newRow("with_a_present_one") << QByteArray("0x2000;0;3;a\n0x2001;0;0;b\n") << "2001/0/b/";
-        // clang-format on
-    }
-    void foreignLine()
-    {
-        QFETCH(QByteArray, rows);
-        QVERIFY(import("index;sub;line;edsname\n" + rows));
-        QTEST(names(), "expected");
     }
 
     void groupedTable()

@@ -180,9 +180,7 @@ private slots:
 
     void freePlaces()
     {
-        QFETCH(QVector<int>, taken);
-        QFETCH(int, type);
-        QFETCH(bool, output);
+        const auto [taken, type, output] = fetchRow<QVector<int>, int, bool>();
         QList<ObjectDataBase::SubEntry> entries;
         const auto take = [&entries](int index, int sub) {
             const bool isWide = index >= 0xA680;

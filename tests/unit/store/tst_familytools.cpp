@@ -24,8 +24,7 @@ private slots:
     }
     void copies()
     {
-        QFETCH(QString, way);
-        QFETCH(int, targetLine);
+        const auto [way, targetLine] = fetchRow<QString, int>();
         const auto line = quint8(targetLine);
         const bool isWhole = way != "copySubIndex";
         const qint32 signal = store->addSignal({});
@@ -94,8 +93,7 @@ private slots:
     }
     void refusals()
     {
-        QFETCH(QString, way);
-        QFETCH(bool, isLocked);
+        const auto [way, isLocked] = fetchRow<QString, bool>();
         store->addIndex(0, 0x2000, {});
         store->addSubIndex(0, 0x2000, 0, makeSub("a", 5, "1"));
         store->addIndex(1, 0x2000, {});
@@ -125,8 +123,7 @@ private slots:
     }
     void singleCells()
     {
-        QFETCH(QString, column);
-        QFETCH(QVariant, value);
+        const auto [column, value] = fetchRow<QString, QVariant>();
         Sub sub = makeSub("old", 9, "1  2");
         sub.size = 4;
         store->addIndex(0, 0x2000, {});

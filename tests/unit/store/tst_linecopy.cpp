@@ -93,24 +93,17 @@ private slots:
     /// Into the first of two J1939 lines, from the second of another project.
     void j1939SettingsOfTheLine_data()
     {
+        // clang-format off
         columns<QString, QString, QString>("own", "theirs", "result");
-        QTest::newRow("one_for_all_lines") << "5"
-                                           << "700"
-                                           << "700,5";
-        QTest::newRow("alike") << "5"
-                               << "5"
-                               << "5";
-        QTest::newRow("none") << ""
-                              << "700"
-                              << "700";
-        QTest::newRow("lists") << "5,6"
-                               << "7,8"
-                               << "8,6";
+        QTest::newRow("one_for_all_lines") << "5" << "700" << "700,5";
+        QTest::newRow("alike") << "5" << "5" << "5";
+        QTest::newRow("none") << "" << "700" << "700";
+        QTest::newRow("lists") << "5,6" << "7,8" << "8,6";
+        // clang-format on
     }
     void j1939SettingsOfTheLine()
     {
-        QFETCH(QString, own);
-        QFETCH(QString, theirs);
+        const auto [own, theirs] = fetchRow<QString, QString>();
         other->addNode(1, Node());
         other->setJ1939SettingsValue("manufacturercode", theirs);
         store->addNode(1, Node());

@@ -103,8 +103,7 @@ private slots:
     }
     void apostrophes()
     {
-        QFETCH(QString, text);
-        QFETCH(QString, between);
+        const auto [text, between] = fetchRow<QString, QString>();
         store->cacheAllSubs(0, 0);
         QVERIFY(store->addSubIndex(0, 0x2000, 0, makeSub(text, 9, text)));
         QCOMPARE(store->getSubIndexValue(0, 0x2000, 0), QString(text).replace("'", "''"));

@@ -30,8 +30,7 @@ private slots:
     }
     void correctsCANopenSettings()
     {
-        QFETCH(Settings, before);
-        QFETCH(Settings, after);
+        const auto [before, after] = fetchRow<Settings, Settings>();
         for (auto entry = before.cbegin(); entry != before.cend(); ++entry)
             store->setGeneralSettingsValue(entry.key(), entry.value());
         ProjectConverter converter;

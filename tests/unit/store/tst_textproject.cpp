@@ -91,8 +91,7 @@ private slots:
     }
     void blanksInValues()
     {
-        QFETCH(int, type);
-        QFETCH(QString, given);
+        const auto [type, given] = fetchRow<int, QString>();
         const QString text = QString("[SubObjects0]\n0x2000\\0x0\\currentvalue=%1\n"
                                      "0x2000\\0x0\\datatype=%2\n0x2000\\0x0\\lowlimit=1  2\n"
                                      "0x2001\\0x0\\datatype=5\n0x2000\\0x0\\defaultvalue=%1\n");

@@ -267,8 +267,7 @@ private slots:
     }
     void lookUp()
     {
-        QFETCH(int, store);
-        QFETCH(QString, key);
+        const auto [store, key] = fetchRow<int, QString>();
         const Setting *setting = SettingsCatalogue::find(kStores[store], key);
         QTEST(QString(setting ? setting->key : ""), "row");
         QTEST(SettingsCatalogue::nearest(kStores[store], key), "nearest");
