@@ -1,6 +1,10 @@
 // The text projects of examples/ are written by hand: what they say must be what the tool reads.
 #include "check/modelchecker.h"
+#include "formats/csvtable.h"
 #include "import/edsimporter.h"
+#include "store/columns.h"
+#include "support/cohelper.h"
+#include "tests/fixtures/problemrecorder.h"
 #include "tests/fixtures/storefixture.h"
 
 class TestExamples : public QObject
@@ -58,9 +62,13 @@ private slots:
 
     void passesTheCheck()
     {
-        for (const QString example : {"pump", "empty"}) {
+        const QString small = fixture.path("small.tsrt");
+        QVERIFY(writeFile(small, page().section("```", 1, 1).section('\n', 1).toUtf8()));
+        for (const QString example : {"pump", "empty", "small"}) {
+            const ProblemRecorder problems;
             ObjectDataBase store;
-            store.openDataBase(path(example));
+            QVERIFY(store.openDataBase(example == "small" ? small : path(example)));
+            QCOMPARE(problems.lines, QStringList());
             if (example == "empty") {
                 EDSImporter importer;
                 importer.setActiveLine(0);
@@ -80,7 +88,37 @@ private slots:
         }
     }
 
+    /// What stands in code signs there.
+    void pageNamesColumnsAndTypes()
+    {
+        QStringList names;
+        for (const auto &column : kNodeColumns)
+            names << column.name;
+        for (const auto &column : kIndexColumns)
+            names << column.name;
+        for (const auto &column : kSubIndexColumns)
+            names << column.name;
+        for (int column = 0; column < CsvTable::kColumnCount; ++column)
+            names << CsvTable::nameOf(static_cast<CsvTable::Column>(column));
+        for (quint16 type = 0; type <= 0xFF; ++type) {
+            const QString name = COHelper::index2DataTypeString(type);
+            if (!name.isEmpty())
+                names << QString("| %1 | `%2` | `%3` |")
+                             .arg(type)
+                             .arg(name, COHelper::index2DataTypeShortString(type));
+        }
+        const QString text = page();
+        for (const QString &name : qAsConst(names))
+            QVERIFY2(text.contains(name.startsWith('|') ? name : '`' + name + '`'),
+                     qPrintable(name));
+    }
+
 private:
+    static QString page()
+    {
+        return QString::fromUtf8(readFile(TESSARINE_EXAMPLES "/../docs/projects.md"));
+    }
+
     static QString path(const QString &example)
     {
         return QString(TESSARINE_EXAMPLES "/%1/%1.tsrt").arg(example);
