@@ -281,8 +281,6 @@ bool GeneratorMainHandler::applyDbModifier(const QString &file)
         placesOfSettings.insert(line.key(), {file, *line});
     if (isApplied)
         RunFiles::noteRead(file);
-    else
-        qCWarning(lcApp) << modifier.getLastError();
     return isApplied;
 }
 

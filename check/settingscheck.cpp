@@ -98,9 +98,9 @@ Fault switchFault(const Setting &row, const QString &value)
     bool isNumber = false;
     const qint64 number = Numbers::toLongLongByPrefix(value, &isNumber);
     const auto fault = [](const char *text) { return Fault{"setting-value", QLatin1String(text)}; };
-    if (row.form == Form::Flag && !(isNumber && number == 1) && !meansOff(value))
+    if (row.form == Form::Flag && isNumber && number != 0 && number != 1)
         return fault("may count as off: write 1 for on, or 0 for off");
-    if (row.form == Form::Switch && !isNumber && !meansOff(value))
+    if ((row.form == Form::Flag || row.form == Form::Switch) && !isNumber && !meansOff(value))
         return fault("counts as off: write 1 for on, or 0 for off");
     if (row.form == Form::True && value != QLatin1String("true") && !meansOff(value))
         return fault("counts as off: write true, in lower case, for on");

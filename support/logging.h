@@ -1,5 +1,6 @@
-// One logging category a subsystem. By default nothing of them is shown; see main.cpp. What is passed
-// over or fails is information or a warning, what a sound run tells as well is for debugging.
+// One logging category a subsystem. By default nothing of them is shown; see main.cpp. What is
+// passed over or fails is information or a warning, what a sound run tells as well is for
+// debugging.
 #pragma once
 
 #include <QLoggingCategory>

@@ -14,6 +14,9 @@ namespace
 constexpr std::array<const char *, 4> kNames = { // in the order of SettingStore
     "GeneralSettings", "J1939Settings", "DescriptionSettings", "MiscSettings"};
 
+/// In characters; what is longer is no key, and is not looked at piece by piece.
+constexpr int kLongestKey = 200;
+
 using Index = QHash<QString, const Setting *>;
 
 QVector<const Setting *> rowsOf(SettingStore store)
@@ -108,6 +111,8 @@ const char *SettingsCatalogue::nameOf(SettingStore store)
 
 const Setting *SettingsCatalogue::find(SettingStore store, const QString &key)
 {
+    if (key.size() > kLongestKey)
+        return nullptr;
     const Index &index = indexOf(store);
     for (const QString &name : {key, key.chopped(lineSuffix(store, key).size())}) {
         const Setting *setting = index.value(name);
@@ -119,6 +124,8 @@ const Setting *SettingsCatalogue::find(SettingStore store, const QString &key)
 
 QString SettingsCatalogue::nearest(SettingStore store, const QString &key)
 {
+    if (key.size() > kLongestKey)
+        return QString();
     const QString suffix = lineSuffix(store, key);
     const QString plain =
         suffix.isEmpty() ? QString() : nearestTo(store, key.chopped(suffix.size()));

@@ -19,11 +19,13 @@ namespace
 constexpr SettingStore kStores[] = {SettingStore::General, SettingStore::J1939,
                                     SettingStore::Description, SettingStore::Misc};
 
-/// Words of those files that read settings which look like keys.
+/// Words of those files that read settings which look like keys, and keys of other tools.
 const QSet<QString> kNoKeys = {"korvel_bitsize",       "korvel_implementation_type",
                                "korvel_variable_name", "line_ending_index",
                                "od_const_u8",          "od_const_u16",
-                               "od_const_u32",         "reserved"};
+                               "od_const_u32",         "reserved",
+                               "routing_counts",       "sdm_loop_counter",
+                               "srdo_loop_counter"};
 
 QString readAll(const QString &path)
 {
