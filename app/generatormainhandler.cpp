@@ -203,12 +203,17 @@ void GeneratorMainHandler::makeOutputFolder()
         return;
     std::error_code error;
     std::filesystem::create_directories(QFile::encodeName(outputDirectory).toStdString(), error);
+    const QFileInfo info(outputDirectory);
     QString reason;
     if (outputFolder.isEmpty())
         reason = QStringLiteral("it has no name");
+    else if (info.isSymLink() && !info.exists())
+        reason = QStringLiteral("it is a link to a folder that is not there");
+    else if (info.exists() && !info.isDir())
+        reason = QStringLiteral("it is no folder");
     else if (error)
         reason = FileReasons::ofSystem(error.value());
-    else if (!QFileInfo(outputDirectory).isWritable())
+    else if (!info.isWritable())
         reason = QStringLiteral("there is no permission to write it");
     if (!reason.isEmpty())
         Problems::error("no-output-folder", outputFolder,
@@ -334,7 +339,8 @@ void GeneratorMainHandler::generateOutput(bool ignoreCheckErrors)
         emit finished(GeneratorResult::GenerationOk);
         return;
     }
-    if (!QFileInfo(outputDirectory).isWritable()) {
+    const QFileInfo folder(outputDirectory);
+    if (!folder.isDir() || !folder.isWritable()) {
         outputHandler->printLine(
             QStringLiteral("ABORT - The output folder %1 is not writeable.").arg(outputDirectory));
         emit finished(GeneratorResult::GenerationOutputNotWritable);

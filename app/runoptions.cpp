@@ -49,7 +49,8 @@ const OptionRow *findOption(const QString &word)
 }
 
 /// The option that \a word may stand for: one letter in four is wrong, it is cut short, or written
-/// as other tools have their options. Null if none is near.
+/// as other tools have their options. Of those that begin alike one of the help is the likelier.
+/// Null if none is near.
 const OptionRow *nearestOption(QString word)
 {
     word = word.section(QLatin1Char('='), 0, 0);
@@ -62,7 +63,8 @@ const OptionRow *nearestOption(QString word)
     for (const OptionRow &option : kOptions) {
         const QString name = QLatin1String(option.name);
         const int distance = name.startsWith(word) ? 0 : editDistance(word, name);
-        if (distance < least) {
+        const bool isLikelier = nearest && option.isInHelp && !nearest->isInHelp;
+        if (distance < least || (distance == least && isLikelier)) {
             least = distance;
             nearest = &option;
         }
@@ -171,6 +173,11 @@ void RunOptions::reportValue(const OptionRow &option, int position) const
         Problems::warning("option-without-value", {},
                           QStringLiteral("%1 stands last, without its %2, and has no effect")
                               .arg(name, QLatin1String(option.value)));
+    else if (value.isEmpty())
+        Problems::warning("option-without-value", {},
+                          QStringLiteral("the %1 of %2 is an empty text, as that of a variable "
+                                         "that is not set")
+                              .arg(QLatin1String(option.value), name));
     else if (findOption(value))
         Problems::warning("option-as-value", {},
                           QStringLiteral("the option %1 is taken for the %2 of %3; put the %2 "

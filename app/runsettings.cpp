@@ -45,13 +45,28 @@ const StoreRow *findStore(const QString &prefix)
     return nullptr;
 }
 
+QString full(const StoreRow &row, const QString &key)
+{
+    const QString prefix = QLatin1String(row.prefix);
+    return prefix.isEmpty() ? key : prefix + QLatin1Char(':') + key;
+}
+
+/// The end of a sentence about a name that begins with \a prefix, which is none: what it is with
+/// the right one, if \a prefix is that of modifier files and text projects or in other letters.
+QString meantByPrefix(const QString &prefix, const QString &key)
+{
+    for (const StoreRow &row : kStores) {
+        const QString group = QLatin1String(SettingsCatalogue::nameOf(row.store));
+        if (prefix.compare(QLatin1String(row.kind), Qt::CaseInsensitive) == 0 ||
+            prefix.compare(group, Qt::CaseInsensitive) == 0)
+            return QStringLiteral("; did you mean ") + quotedWord(full(row, key));
+    }
+    return QString();
+}
+
 /// What \a key is called where a setting of this name is known; empty if none is near.
 QString meant(const StoreRow &own, const QString &key)
 {
-    const auto full = [](const StoreRow &row, const QString &name) {
-        const QString prefix = QLatin1String(row.prefix);
-        return prefix.isEmpty() ? name : prefix + QLatin1Char(':') + name;
-    };
     for (const StoreRow &row : kStores) {
         if (SettingsCatalogue::find(row.store, key))
             return full(row, key); // of another kind
@@ -110,16 +125,30 @@ bool fits(const QString &text, int bits, bool isSigned)
     return Numbers::toULongLongByPrefix(text, &ok) <= ~quint64(0) >> (64 - bits) && ok;
 }
 
+/// The number that is added to the node-ID in \a text, which is in the form of the importer; empty
+/// for the node-ID alone. Other texts as they are.
+QString withoutNodeId(const QString &text)
+{
+    const QLatin1String nodeId("$NODEID");
+    const QLatin1String sum("$NODEID+");
+    if (text.startsWith(sum) && text.size() > sum.size())
+        return text.mid(sum.size());
+    return text == nodeId ? QString() : text;
+}
+
 /// Would generated C have this value? It has 0 for what is no number, and no bits above the type's.
 bool isValueOf(CAN::CANopenDataType type, const QString &text)
 {
     const int bits = int(COHelper::getDataLengthBits(type));
-    if (bits == 0 || bits > 64 || text.isEmpty() || text.startsWith(QLatin1String("$NODEID")))
+    if (bits == 0 || bits > 64 || text.isEmpty())
         return true;
     bool ok = false;
-    if (type != CAN::CANopenDataType::Real32 && type != CAN::CANopenDataType::Real64)
-        return fits(text, bits, COHelper::isSignedInteger(type));
-    return std::isfinite(text.toDouble(&ok)) && ok;
+    if (type == CAN::CANopenDataType::Real32)
+        return std::isfinite(text.toFloat(&ok)) && ok;
+    if (type == CAN::CANopenDataType::Real64)
+        return std::isfinite(text.toDouble(&ok)) && ok;
+    const QString number = withoutNodeId(text);
+    return number.isEmpty() || fits(number, bits, COHelper::isSignedInteger(type));
 }
 
 bool readPlace(const QString &text, ObjectPlace &place)
@@ -153,8 +182,10 @@ bool RunSettings::applySetting(const QString &name, const QString &value)
     const QString key = name.mid(colon + 1);
     const StoreRow *row = findStore(name.left(qMax(colon, 0)));
     if (!row || colon == 0)
-        return refuse("setting-form", QStringLiteral("before the colon stands none of J1939, Misc "
-                                                     "and Description"));
+        return refuse(
+            "setting-form",
+            QStringLiteral("before the colon stands none of J1939, Misc and Description") +
+                meantByPrefix(name.left(colon), key));
     const Setting *setting = SettingsCatalogue::find(row->store, key);
     if (!setting) {
         const QString near = meant(*row, key);

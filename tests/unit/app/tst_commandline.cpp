@@ -132,6 +132,8 @@ private slots:
         QTest::newRow("misspelt_option") << "-Svae -impotr gauge.EDS -project pümp.tsrt"
             << kFullRun + slip(unknown("-Svae", "; did you mean \"-save\"") + "\nwarning: " +
             unknown("-impotr", "; did you mean \"-import\"")) << 0;
+        QTest::newRow("option_cut_short") << "-p pümp.tsrt"
+            << noProject + slip(unknown("-p", "; did you mean \"-project\"")) << 2;
         QTest::newRow("flags_given_twice") << "-s -s -save -no-commands -no-commands -project pümp.tsrt"
             << kFullRun << 0;
         QTest::newRow("file_given_twice") << "-project pümp.tsrt -project none.tsrt" << kFullRun +
@@ -141,6 +143,8 @@ private slots:
             << kFullRun + slip(unknown(QByteArray(60, 'x') + "...", "")) << 0;
         QTest::newRow("import_without_value") << "-project pümp.tsrt -import"
             << kFullRun + slip(alone("-import", "file")) << 0;
+        QTest::newRow("empty_folder") << "-check -project pümp.tsrt -output ''" << kCheck + slip("the folder of "
+            "\"-output\" is an empty text, as that of a variable that is not set [option-without-value]") << 0;
         QTest::newRow("check") << "-check -project pümp.tsrt" << kCheck << 0;
         QTest::newRow("check_with_save") << "-check -save -project pümp.tsrt" << kCheck + "errors:\npümp.tsrt: "
             "warning: was not saved, since \"-check\" writes no project; leave that option out to save "
@@ -148,6 +152,9 @@ private slots:
         QTest::newRow("folder_in_a_file") << "-project pümp.tsrt -output mod.txt/x" << kCheck +
             "ABORT - The output folder %DIR%/mod.txt/x is not writeable.\nError - The output folder is not writeable\n"
             "errors:\nmod.txt/x: error: cannot take the files: Not a directory [no-output-folder]\n" << 8;
+        QTest::newRow("file_as_folder") << "-project pümp.tsrt -output mod.txt" << kCheck +
+            "ABORT - The output folder %DIR%/mod.txt is not writeable.\nError - The output folder is not writeable\n"
+            "errors:\nmod.txt: error: cannot take the files: it is no folder [no-output-folder]\n" << 8;
         QTest::newRow("import") << "-project pümp.tsrt -import gauge.EDS" << kFullRun << 0;
         QTest::newRow("folder_in_place_of_an_output") << "-project taken.tsrt" << notWritten << 0;
         QTest::newRow("untyped_line") << "-project untyped.tsrt" << untyped << 0;
@@ -343,6 +350,9 @@ private slots:
             << form("it takes a decimal number, and \"yes\" is none");
         QTest::newRow("number_for_a_word") << "Misc:generateML=1"
             << form("it takes \"true\" or \"false\", and \"1\" is none");
+        QTest::newRow("kind_of_modifier_files") << "J1939Settings:bamsupport=1"
+            << form("before the colon stands none of J1939, Misc and Description; did you mean "
+            "\"J1939:bamsupport\"");
         QTest::newRow("object_without_subindex") << "0x1018=1" << place("0x1018");
         QTest::newRow("decimal_object") << "4120:1=1" << place("4120:1");
         QTest::newRow("high_subindex") << "0x1018:256=1" << place("0x1018:256");
@@ -352,6 +362,11 @@ private slots:
         QTest::newRow("no_number") << "0x1018:1=one" << form("the type of the object has no value \"one\"");
         QTest::newRow("too_high") << "0x1018:1=0x100000000"
             << form("the type of the object has no value \"0x100000000\"");
+        QTest::newRow("too_high_for_a_real") << "0x1018:2=1e39" << form("the type of the object has no value \"1e39\"");
+        QTest::newRow("no_sum_with_the_node_id") << "0x1018:1=$NODEID-1"
+            << form("the type of the object has no value \"$NODEID-1\"");
+        QTest::newRow("too_high_with_the_node_id") << "0x1018:1=$NODEID+0x100000000"
+            << form("the type of the object has no value \"$NODEID+0x100000000\"");
         // clang-format on
     }
     void refusesToSet()
@@ -360,9 +375,11 @@ private slots:
         QFETCH(QByteArray, reason);
         const QString shown = assignment.size() > 60 ? assignment.left(60) + "..." : assignment;
         const QByteArray before = "Setting failed.\nError - Import error.\nerrors:\nerror: \"";
+        const QByteArray project = kProject + "[SubObjects0]\n0x1018\\0x2\\datatype=8\n";
+        QVERIFY(write("pümp.tsrt", project));
         QCOMPARE(run("-save -project pümp.tsrt -set co_node_id=5 -set " + assignment),
                  ended(5, before + shown.toUtf8() + "\" could not be set: " + reason));
-        QCOMPARE(read("pümp.tsrt"), kProject);
+        QCOMPARE(read("pümp.tsrt"), project);
     }
 
     void savesOnRequestOnly()
