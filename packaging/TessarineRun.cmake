@@ -98,12 +98,15 @@ function(escape name result)
 endfunction()
 
 # The stamp depends on what the tool has read, and on the files of this run: when one of them is gone, there
-# is another run. But what the build knows as a result of the run is none of its inputs for Ninja.
+# is another run. But what the build knows as a result of the run is none of its inputs for Ninja, and a file
+# whose name it would read as another one would lead to a run in each build. Of these only what the project
+# names directly is an input all the same.
 function(write_depfile)
     file(READ "${state}/tool.d" rule)
-    string(FIND "${rule}" ": " end) # a colon within a name stands behind a backslash, and so does a blank
+    string(FIND "${rule}" ": " end) # a colon within a name stands after a backslash, and so does a blank
     string(SUBSTRING "${rule}" ${end} -1 inputs)
     string(STRIP "${inputs}" inputs)
+    string(APPEND inputs " \\")
     set(results ${names})
     if(ninja AND results AND expected)
         list(REMOVE_ITEM results ${expected})
@@ -116,8 +119,12 @@ function(write_depfile)
     endif()
     foreach(result IN LISTS results)
         escape("${result}" result)
-        string(APPEND inputs " \\\n  ${result}")
+        string(APPEND inputs "\n  ${result} \\")
     endforeach()
+    if(unnamable)
+        string(REGEX REPLACE "\n  [^\n]*${unnamable}[^\n]*" "" inputs "${inputs}")
+    endif()
+    string(REGEX REPLACE " \\\\$" "" inputs "${inputs}")
     escape("${state}/stamp" target)
     file(WRITE "${state}/depends.d" "${target}${inputs}\n")
 endfunction()
