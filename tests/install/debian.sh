@@ -21,7 +21,7 @@ done
 dpkg-deb -x "$package" "$work/root"
 for file in share/man/man1/tessarine.1.gz share/bash-completion/completions/tessarine \
     share/cmake/Tessarine/TessarineConfig.cmake share/doc/tessarine/README.md share/doc/tessarine/docs/settings.md \
-    share/doc/tessarine/examples/empty/empty.tsrt; do
+    share/doc/tessarine/docs/projects.md share/doc/tessarine/examples/empty/empty.tsrt; do
     [ -f "$work/root/usr/$file" ] || { echo "the package lacks $file"; exit 1; }
 done
 gzip -dc "$work/root/usr/share/man/man1/tessarine.1.gz" | grep -q 'TH TESSARINE'
