@@ -88,6 +88,8 @@ void EdsObjects::add(const EdsReader &reader, int position)
     const EdsSection &section = reader.sections()[position];
     const EdsAddress address = EdsAddress::of(section.name);
     const int former = address.kind == Kind::Other ? -1 : place(address, position);
+    if (address.kind == Kind::Other)
+        otherSections.append(position);
     if (address.kind == Kind::Other && !section.name.isEmpty() && section.name[0].isDigit())
         reader.note("eds-section", section.line, [&] {
             return QStringLiteral("the section [%1] is passed over: it is none of an object, of a "

@@ -41,6 +41,9 @@ public:
     const QVector<EdsObject> &all() const { return objects; }
     bool contains(quint16 index) const { return byIndex.contains(index); }
 
+    /// Positions of the sections that are of no object.
+    const QVector<int> &others() const { return otherSections; }
+
     /// Position of the section that lists names, values or denotations; -1 if there is none.
     int listOf(quint16 index, EdsAddress::Kind kind) const;
 
@@ -51,6 +54,7 @@ private:
     int place(const EdsAddress &address, int position);
 
     QVector<EdsObject> objects;
+    QVector<int> otherSections;
     QHash<quint16, int> byIndex;
     QHash<quint32, int> subPlaces; ///< place of a subindex in its object's list
     QHash<quint32, int> lists;

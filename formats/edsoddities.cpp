@@ -90,12 +90,11 @@ QStringList sectionNames()
            words(kObjectLists);
 }
 
-void noteSections(const EdsReader &reader)
+void noteSections(const EdsReader &reader, const EdsObjects &objects)
 {
     EdsSlips slips(sectionNames());
-    for (const EdsSection &section : reader.sections()) {
-        if (EdsAddress::of(section.name).kind != EdsAddress::Kind::Other)
-            continue;
+    for (const int position : objects.others()) {
+        const EdsSection &section = reader.sections()[position];
         const QString meant = slips.meant(section.name);
         if (!meant.isEmpty())
             reader.note("eds-section", section.line, [&] {
@@ -106,7 +105,7 @@ void noteSections(const EdsReader &reader)
 }
 
 /// Keys of sections about file and device, and sections of which only the last is read.
-void noteInfo(const EdsReader &reader, const InfoSection &info)
+void noteInfo(const EdsReader &reader, const EdsObjects &objects, const InfoSection &info)
 {
     const EdsSection *last = reader.section(QLatin1String(info.name));
     if (!last)
@@ -114,7 +113,8 @@ void noteInfo(const EdsReader &reader, const InfoSection &info)
     EdsKeyCheck keys(reader, info.keys);
     for (const EdsEntry &entry : last->entries)
         keys.check(entry);
-    for (const EdsSection &section : reader.sections()) {
+    for (const int position : objects.others()) {
+        const EdsSection &section = reader.sections()[position];
         if (section.name == last->name && &section != last)
             reader.note("eds-twice", section.line, [&] {
                 return QStringLiteral("the section [%1] is passed over, since it stands again in "
@@ -122,6 +122,15 @@ void noteInfo(const EdsReader &reader, const InfoSection &info)
                     .arg(QLatin1String(info.name), QString::number(last->line));
             });
     }
+}
+
+/// As in EdsValues, but without a copy of what nearly all files have here.
+bool readNumber(const QStringRef &text, quint32 &number)
+{
+    const bool isHex = text.startsWith(QLatin1String("0x"));
+    bool ok = false;
+    number = isHex ? text.mid(2).toUInt(&ok, 16) : text.toUInt(&ok, 10);
+    return ok || EdsValues::readNumber(text.toString(), number);
 }
 
 /// The lists of objects against the sections.
@@ -174,8 +183,7 @@ private:
     {
         quint32 number = 0;
         quint32 index = 0;
-        if (!EdsValues::readNumber(entry.key.toString(), number) ||
-            !EdsValues::readNumber(entry.value.toString(), index) || index > 0xFFFF)
+        if (!readNumber(entry.key, number) || !readNumber(entry.value, index) || index > 0xFFFF)
             return false;
         listed.insert(static_cast<quint16>(index));
         if (!objects.contains(static_cast<quint16>(index)))
@@ -249,8 +257,8 @@ void EdsKeyCheck::check(const EdsEntry &entry)
 
 void EdsOddities::note(const EdsReader &reader, const EdsObjects &objects)
 {
-    noteSections(reader);
+    noteSections(reader, objects);
     for (const InfoSection &info : infoSections())
-        noteInfo(reader, info);
+        noteInfo(reader, objects, info);
     ListCheck(reader, objects).run();
 }
