@@ -13,8 +13,8 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSet>
 
+#include <algorithm>
 #include <utility>
 
 namespace
@@ -132,32 +132,42 @@ void ModelWarnings::checkSignals(quint8 line) const
     for (const quint8 direction : {Direction::kReceived, Direction::kTransmitted}) {
         const QList<quint32> frames = Words::kNumbers(store, line, direction);
         for (const quint32 frame : frames)
-            checkMembers(placeOf(line, frame), (store.*Words::kSignals)(line, frame, direction),
-                         frameText(Words::kName, frame, direction, line));
+            checkMembers<Frame>(line, frame, direction);
     }
 }
 
-template <class Signal>
-void ModelWarnings::checkMembers(ProjectPlace place, const QVector<Signal> &members,
-                                 const QString &frame) const
+template <class Frame>
+void ModelWarnings::checkMembers(quint8 line, quint32 frame, quint8 direction) const
 {
-    QSet<quint32> known;
-    for (const Signal &signal : members) {
+    using Words = FrameWords<Frame>;
+    const auto tellOf = [&](const char *rule, quint32 number, const QString &fault) {
+        ProjectPlace place = placeOf(line, frame);
+        place.signal = int(number);
+        tell(rule, place,
+             QStringLiteral("the signal %1 in the %2 %3")
+                 .arg(QString::number(number), frameText(Words::kName, frame, direction, line),
+                      fault));
+    };
+    const auto members = (store.*Words::kSignals)(line, frame, direction);
+    QVector<quint32> numbers;
+    numbers.reserve(members.size());
+    for (const auto &signal : members) {
         if (!needsBits(signal))
             continue;
-        place.signal = int(signal.number);
-        const QString subject =
-            QStringLiteral("the signal %1 in the %2 ").arg(QString::number(signal.number), frame);
+        numbers << signal.number;
         if (!hasBits(signal))
-            tell("signal-without-bits", place,
-                 subject + QStringLiteral("has no bits, since its type %1 has no size of its own: "
-                                          "give it a bit size, or another type")
-                               .arg(typeName(signal.dataType)));
-        if (known.contains(signal.number))
-            tell("doubled-signal", place,
-                 subject + QStringLiteral("stands there more than once, each time with bits of its "
-                                          "own: remove all but one"));
-        known.insert(signal.number);
+            tellOf("signal-without-bits", signal.number,
+                   QStringLiteral("has no bits, since its type %1 has no size of its own: give it "
+                                  "a bit size, or another type")
+                       .arg(typeName(signal.dataType)));
+    }
+    std::sort(numbers.begin(), numbers.end());
+    auto doubled = numbers.cbegin();
+    while ((doubled = std::adjacent_find(doubled, numbers.cend())) != numbers.cend()) {
+        tellOf("doubled-signal", *doubled,
+               QStringLiteral("stands there more than once, each time with bits of its own: "
+                              "remove all but one"));
+        doubled = std::upper_bound(doubled, numbers.cend(), *doubled);
     }
 }
 

@@ -26,9 +26,8 @@ public:
 private:
     template <class Frame>
     void checkSignals(quint8 line) const;
-    template <class Signal>
-    void checkMembers(ProjectPlace place, const QVector<Signal> &members,
-                      const QString &frame) const;
+    template <class Frame>
+    void checkMembers(quint8 line, quint32 frame, quint8 direction) const;
     void checkVirtualObjects(quint8 line) const;
     /// Empty if there is a place for the value.
     QString whyWithoutValue(quint8 line, quint16 index, quint16 dataType) const;
