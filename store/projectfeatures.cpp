@@ -1,4 +1,4 @@
-// The settings behind the features of a project.
+// The settings that decide the features of a project.
 #include "store/projectfeatures.h"
 
 #include "store/objectdatabase.h"
