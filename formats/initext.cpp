@@ -2,9 +2,14 @@
 #include "formats/initext.h"
 
 #include "support/helper.h"
+
+#include <algorithm>
+#include <cstring>
+
 namespace
 {
 
+using IniText::LineFault;
 using IniText::Span;
 
 constexpr int kFlushBytes = 1 << 20;
@@ -12,6 +17,9 @@ constexpr int kLongestLine = 1 << 20; // bytes
 constexpr int kLinesOfBlock = 32;
 const QLatin1String kByteArrayStart("@ByteArray(");
 const QLatin1String kStringStart("@String("); // of texts that hold a zero character
+constexpr char kEscapes[] = "abfnrtv\"?'\\";
+constexpr char kMeanings[] = "\a\b\f\n\r\t\v\"?'\\";
+static_assert(sizeof kEscapes == sizeof kMeanings, "each escape has a meaning");
 
 bool isBlank(char ch)
 {
@@ -29,11 +37,37 @@ int hexDigit(char ch)
     return -1;
 }
 
-/// One logical line and the place of its first "=" outside quotes, null if it has none.
+/// One logical line.
 struct Line {
     Span text;
-    const char *equals;
+    const char *equals = nullptr; ///< the first "=" outside quotes, null if it has none
+    bool hasNoEscape = false;     ///< a backslash of its value means nothing
+    bool swallowsLines = false;   ///< it goes on over lines that look like lines of their own
 };
+
+bool isLineEnd(char ch)
+{
+    return ch == '\n' || ch == '\r';
+}
+
+/// Is the character after a backslash one with which it means something? A line end carries on.
+bool isEscape(const char *at, const char *end)
+{
+    return at == end || isLineEnd(*at) || *at == 'x' || (*at >= '0' && *at <= '7') ||
+           strchr(kEscapes, *at); // which finds the zero character too
+}
+
+/// Is the line from \a at on one that people write as a line of its own: "[", or a key of one word
+/// and "="? Prose and C in a quoted value have blanks there.
+bool looksLikeLine(const char *at, const char *end)
+{
+    if (at < end && *at == '[')
+        return true;
+    const char *word = at;
+    while (at < end && !isBlank(*at) && *at != '=' && *at != '"')
+        ++at;
+    return at < end && at > word && *at == '=';
+}
 
 /// After a backslash: past the escaped character \a at, and past both characters of a line end.
 const char *skipEscaped(const char *at, const char *end)
@@ -52,11 +86,11 @@ Line nextLine(Span *rest)
 {
     while (rest->begin < rest->end && isBlank(*rest->begin))
         ++rest->begin;
-    Line line{{rest->begin, rest->begin}, nullptr};
+    Line line{{rest->begin, rest->begin}};
     bool inQuotes = false;
     const char *at = rest->begin;
     const auto toLineEnd = [rest](const char *from) {
-        while (from < rest->end && *from != '\n' && *from != '\r')
+        while (from < rest->end && !isLineEnd(*from))
             ++from;
         return from;
     };
@@ -69,10 +103,13 @@ Line nextLine(Span *rest)
         if (ch == '"') {
             inQuotes = !inQuotes;
         } else if (ch == '\\') {
+            line.hasNoEscape |= line.equals && !isEscape(at + 1, rest->end);
             at = skipEscaped(at + 1, rest->end) - 1;
-        } else if (!inQuotes && ch == '=' && !line.equals) {
+        } else if (inQuotes) {
+            line.swallowsLines |= isLineEnd(ch) && looksLikeLine(at + 1, rest->end);
+        } else if (ch == '=' && !line.equals) {
             line.equals = at;
-        } else if (!inQuotes && (ch == '\n' || ch == '\r' || ch == ';')) {
+        } else if (isLineEnd(ch) || ch == ';') {
             break;
         }
     }
@@ -93,10 +130,39 @@ bool isConflictMarker(Span line)
     return false;
 }
 
-void note(IniText::Outline *outline, IniText::LineFault fault, Span line, bool isLost)
+void note(IniText::Outline *outline, LineFault fault, Span line, bool isLost)
 {
     if (outline && outline->faultCounts[fault]++ < IniText::Outline::kMostFaults)
         outline->faults.append({fault, line, isLost});
+}
+
+/// Does the ";" that ends the line cut off what its writer may have meant as a part of the value? A
+/// comment has a blank before it, as a rule, or follows a quotation mark or a number.
+bool isCut(const Line &line, const char *end)
+{
+    const char *semicolon = line.text.end;
+    const Span value = Span{line.equals + 1, semicolon}.trimmed();
+    if (semicolon == end || *semicolon != ';' || value.size() == 0 || value.end != semicolon ||
+        value.end[-1] == '"')
+        return false;
+    const bool goesOn = semicolon + 1 < end && !isBlank(semicolon[1]);
+    return goesOn || *value.begin < '0' || *value.begin > '9';
+}
+
+/// What is odd about a key and its value, which are read all the same.
+void noteOddities(IniText::Outline *outline, const Line &line, Span key, const char *end)
+{
+    const Span text = line.text.trimmed();
+    if (isConflictMarker(text))
+        note(outline, LineFault::ConflictMarker, text, false);
+    else if (key.size() == 0)
+        note(outline, LineFault::EmptyKey, text, false);
+    if (line.swallowsLines)
+        return note(outline, LineFault::SwallowedLines, text, false); // the others follow from it
+    if (line.hasNoEscape)
+        note(outline, LineFault::NoEscape, text, false);
+    if (isCut(line, end))
+        note(outline, LineFault::CutValue, text, false);
 }
 
 /// The next line end's last character, or \a end.
@@ -142,12 +208,10 @@ QString unescapedKey(Span span)
 /// Reads one escape; \a at stands after the backslash and is moved past it.
 void appendEscaped(QString *text, const char *&at, const char *end)
 {
-    static const char letters[] = "abfnrtv\"?'\\";
-    static const char meanings[] = "\a\b\f\n\r\t\v\"?'\\";
     if (at == end)
         return;
-    if (const char *letter = *at ? strchr(letters, *at) : nullptr) {
-        *text += QLatin1Char(meanings[letter - letters]);
+    if (const char *letter = *at ? strchr(kEscapes, *at) : nullptr) {
+        *text += QLatin1Char(kMeanings[letter - kEscapes]);
         ++at;
         return;
     }
@@ -382,6 +446,9 @@ bool IniText::read(const QByteArray &data, Sections *sections, Outline *outline)
             const char *close = std::find(text.begin, text.end, ']');
             if (close == text.end)
                 lose(LineFault::OpenSection, text);
+            const Span more = Span{std::min(close + 1, text.end), text.end}.trimmed();
+            if (more.size() > 0 && *more.begin != '#')
+                note(outline, LineFault::AfterSection, text, false);
             const QString name = unescapedKey(Span{text.begin + 1, close}.trimmed());
             current = &(*sections)[name];
             if (outline && !outline->heads.contains(name))
@@ -389,10 +456,7 @@ bool IniText::read(const QByteArray &data, Sections *sections, Outline *outline)
         } else if (isKey) {
             const Span key = Span{text.begin, line.equals}.trimmed();
             current->append({key, Span{line.equals + 1, line.text.end}});
-            if (isConflictMarker(text))
-                note(outline, LineFault::ConflictMarker, text, false);
-            else if (key.size() == 0)
-                note(outline, LineFault::EmptyKey, text, false);
+            noteOddities(outline, line, key, rest.end);
         } else if (isConflictMarker(text)) {
             lose(LineFault::ConflictMarker, text);
         } else {

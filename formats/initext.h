@@ -44,6 +44,10 @@ enum class LineFault {
     EmptyKey,       ///< nothing before its "=", which is read all the same
     BeforeSections, ///< a key that no section holds; passed over
     OpenSection,    ///< "[" without "]", which is read as if it were there
+    AfterSection,   ///< more than a comment after "]"; passed over
+    CutValue,       ///< ";" right after a text, so that the rest of it is a comment
+    NoEscape,       ///< "\" in a value before a character with which it means nothing; both go
+    SwallowedLines, ///< lines that look like keys or sections inside a quoted value
 };
 
 /// Where in the text things stand that the sections do not tell.

@@ -369,6 +369,9 @@ bool DatabaseTextConverter::convertTextToSql()
     isComplete = true;
     deviceLines = {0};
     objects.clear();
+    linesWithObjects.clear();
+    lineWithoutObjects = -1;
+    isMerge = outline.faultCounts.contains(IniText::LineFault::ConflictMarker);
     store->beginBatch();
     importNodes(groups.value(QStringLiteral("Nodes")));
     bool isProject = groups.contains(QStringLiteral("Nodes"));
@@ -386,6 +389,7 @@ bool DatabaseTextConverter::convertTextToSql()
 bool DatabaseTextConverter::importGroup(const QString &group,
                                         const QVector<IniText::Entry> &entries)
 {
+    isDoubled = false;
     if (TextForm::isSettings(group))
         importSettings(group, entries);
     else if (group.contains(QLatin1String("SubObjects")))
@@ -417,6 +421,7 @@ void DatabaseTextConverter::importNodes(const QVector<IniText::Entry> &entries)
         tellCells(row, columns);
     };
     forEachRow(entries, 1, apply, [this](const TextRow &row) { tellShape(row, "line\\column"); });
+    tellDoubled(entries, 1);
 }
 
 void DatabaseTextConverter::importObjects(const QString &group,
@@ -430,10 +435,17 @@ void DatabaseTextConverter::importObjects(const QString &group,
             isComplete = false;
             return tellLostRow(row, group);
         }
-        objects.insert(TextForm::objectKey(line, index));
+        const quint32 key = TextForm::objectKey(line, index);
+        isDoubled = isDoubled || objects.contains(key);
+        if (!objects.contains(key))
+            tellDecimal(row);
+        objects.insert(key);
+        linesWithObjects.insert(line);
         tellCells(row, columns);
     };
     forEachRow(entries, 1, apply, [this](const TextRow &row) { tellShape(row, "object\\column"); });
+    if (isDoubled)
+        tellDoubled(entries, 1);
 }
 
 void DatabaseTextConverter::importSubObjects(const QString &group,
@@ -441,24 +453,33 @@ void DatabaseTextConverter::importSubObjects(const QString &group,
 {
     static const QStringList columns = namesInOrder(kSubIndexColumns);
     const int line = Schema::lineOfTable(group, "SubObjects");
+    QSet<quint32> added; // the index above 8 bits of the subindex
     const auto apply = [&](const TextRow &row) {
         const QString &index = row.numbers.first();
         if (!store->setSubindexSqlValues(group, index, row.numbers.at(1), row.cells)) {
             isComplete = false;
             return tellLostRow(row, group);
         }
+        const quint32 key = TextForm::subKey(row);
+        isDoubled = isDoubled || added.contains(key);
+        if (!added.contains(key))
+            tellDecimal(row);
+        added.insert(key);
         tellCells(row, columns);
         if (!objects.contains(TextForm::objectKey(line, index)))
             tellUnowned(row, line);
     };
     forEachRow(entries, 2, apply,
                [this](const TextRow &row) { tellShape(row, "object\\subindex\\column"); });
+    if (isDoubled)
+        tellDoubled(entries, 2);
 }
 
 void DatabaseTextConverter::importSettings(const QString &group,
                                            const QVector<IniText::Entry> &entries)
 {
     store->setDescriptionSettingsLine(0); // the keys carry their lines' suffixes
+    tellDoubled(entries, 0);
     for (const IniText::Entry &entry : entries) {
         const QString key = entry.key();
         const QString value = textOf(entry.value());

@@ -72,6 +72,8 @@ private:
     void tell(const char *rule, const IniText::Entry &entry, TextProjectProblems::Effect effect,
               const std::function<QString()> &words);
     QStringList knownGroups() const;
+    /// Of keys that stand more than once with different values; they begin with so many \a numbers.
+    void tellDoubled(const QVector<IniText::Entry> &entries, int numbers);
     void tellGroup(const QString &group, const char *head, bool hasRows);
     /// Of cells that do not fit; the row's table has \a columns.
     void tellCells(const TextRow &row, const QStringList &columns);
@@ -79,7 +81,10 @@ private:
     void tellShape(const TextRow &row, const char *form);
     /// Of a row that the store did not take.
     void tellLostRow(const TextRow &row, const QString &group);
-    /// Of the first subindex of an object that the line does not have.
+    /// Of a row whose numbers do not begin with 0x, and are read in decimal.
+    void tellDecimal(const TextRow &row);
+    /// Of the first subindex of an object that the line does not have, or of the first one of a
+    /// line that has no object at all.
     void tellUnowned(const TextRow &row, int line);
 
     ObjectDataBase *store = nullptr;       ///< to write into
@@ -95,5 +100,9 @@ private:
     TextProjectProblems *problems = nullptr; ///< while convertTextToSql runs
     QSet<uint> deviceLines;                  ///< of the file, and line 0, which each project has
     QSet<quint32> objects;                   ///< of the file: the line above 16 bits of the index
+    QSet<int> linesWithObjects;              ///< of the file
+    int lineWithoutObjects = -1;             ///< the last one that was told of
+    bool isDoubled = false;                  ///< a key of the group may stand more than once
+    bool isMerge = false;                    ///< both sides of an unfinished one are in the file
     IniText::Writer *writer = nullptr;       ///< while convertSqlToText runs
 };

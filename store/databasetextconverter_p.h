@@ -30,4 +30,11 @@ inline quint32 objectKey(int line, const QString &index)
     return quint32(line) << 16 | Numbers::toUIntByPrefix(index);
 }
 
+/// The index of a row of subindices above 8 bits of its subindex.
+inline quint32 subKey(const TextRow &row)
+{
+    return Numbers::toUIntByPrefix(row.numbers.at(0)) << 8 |
+           Numbers::toUIntByPrefix(row.numbers.at(1));
+}
+
 } // namespace TextForm

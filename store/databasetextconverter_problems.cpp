@@ -6,7 +6,10 @@
 #include "support/printable.h"
 #include "support/problems.h"
 
+#include <QHash>
+
 #include <algorithm>
+#include <cstring>
 
 using Effect = TextProjectProblems::Effect;
 
@@ -17,6 +20,44 @@ namespace
 QString keyIn(const IniText::Entry &entry)
 {
     return QString::fromUtf8(entry.keyText.begin, std::min(entry.keyText.size(), 400));
+}
+
+/// A name of the file as people read it: the dialect takes each of its bytes for a character.
+QString readable(const QString &name)
+{
+    const QString text = QString::fromUtf8(name.toLatin1());
+    return text.contains(QChar::ReplacementCharacter) ? name : text;
+}
+
+/// A key whose first \a numbers are in decimal, however the file has them.
+QString plainKey(const IniText::Entry &entry, int numbers)
+{
+    QStringList parts = entry.key().split(QLatin1Char('/'));
+    for (int i = 0; i < numbers && i < parts.size(); ++i) {
+        bool ok = false;
+        const quint32 number = Numbers::toUIntByPrefix(parts.at(i), &ok);
+        if (ok)
+            parts[i] = QString::number(number);
+    }
+    return parts.join(QLatin1Char('/'));
+}
+
+bool isSameValue(const IniText::Entry &one, const IniText::Entry &other)
+{
+    const IniText::Span a = one.valueText.trimmed();
+    const IniText::Span b = other.valueText.trimmed();
+    return a.size() == b.size() && std::memcmp(a.begin, b.begin, size_t(a.size())) == 0;
+}
+
+/// A number without 0x, which might have been meant as a hexadecimal one.
+bool isDecimal(const QString &number)
+{
+    return number.size() > 1 && !number.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+}
+
+QString inHex(const QString &number)
+{
+    return QLatin1String("0x") + Numbers::toHex(Numbers::toUIntByPrefix(number), 1);
 }
 
 /// A line of the device whose table of objects or subindices \a group is named like; -1 if it is
@@ -34,13 +75,16 @@ bool isNumberUpTo(const QString &text, quint32 highest)
 }
 
 /// What a file is whose bytes are no text that this form could be in; empty if they may be.
-QString otherForm(const QByteArray &bytes)
+QString otherForm(const QByteArray &bytes, bool isProject)
 {
     if (bytes.startsWith("SQLite format 3"))
         return QStringLiteral("is a database and no text project, and is read as an empty one: let "
                               "its name end in .tsrp");
     if (bytes.startsWith("\xFF\xFE") || bytes.startsWith("\xFE\xFF"))
         return QStringLiteral("is UTF-16 text, and is read as an empty project: save it as UTF-8");
+    if (!isProject && bytes.contains('\0'))
+        return QStringLiteral("is no text, or one in UTF-16, and is read as an empty project: save "
+                              "it as UTF-8");
     return QString();
 }
 
@@ -67,6 +111,7 @@ QString textOfFault(const TextFault &fault, const ObjectDataBase::ColumnValue &c
                               "write 7 for a variable, 8 for an array, or 9 for a record")
             .arg(value, column);
     case TextFault::Kind::NoMetadata:
+    case TextFault::Kind::Doubled:
         break;
     }
     return QStringLiteral("the column %1 holds no list of texts in the form in which it is saved, "
@@ -86,6 +131,7 @@ const char *ruleOfFault(TextFault::Kind kind)
     case TextFault::Kind::NoObjectType:
         return "no-object-type";
     case TextFault::Kind::NoMetadata:
+    case TextFault::Kind::Doubled:
         break;
     }
     return "no-metadata";
@@ -97,7 +143,7 @@ const char *ruleOfFault(TextFault::Kind kind)
 void DatabaseTextConverter::tellAll(TextProjectProblems &found, const QByteArray &text,
                                     bool isProject)
 {
-    const QString form = otherForm(text);
+    const QString form = otherForm(text, isProject);
     if (form.isEmpty()) {
         found.tell();
         lostPart = found.linesToMend();
@@ -115,6 +161,26 @@ void DatabaseTextConverter::tell(const char *rule, const IniText::Entry &entry,
     problems->add(rule, entry.keyText.begin, effect, words);
 }
 
+void DatabaseTextConverter::tellDoubled(const QVector<IniText::Entry> &entries, int numbers)
+{
+    if (isMerge)
+        return; // the marks of the merge are told of
+    QHash<QString, const IniText::Entry *> counting;
+    for (int i = entries.size() - 1; i >= 0; --i) {
+        const IniText::Entry &entry = entries.at(i);
+        const IniText::Entry *&last = counting[plainKey(entry, numbers)];
+        if (!last)
+            last = &entry;
+        else if (entry.keyText.size() > 0 && !isSameValue(entry, *last))
+            tell("doubled-key", entry, Effect::Saved, [&] {
+                return QStringLiteral("the value of %1 is passed over, since line %2 has another "
+                                      "one: remove one of the two lines")
+                    .arg(quotedWord(keyIn(entry)),
+                         QString::number(problems->lineOf(last->keyText.begin)));
+            });
+    }
+}
+
 void DatabaseTextConverter::tellGroup(const QString &group, const char *head, bool hasRows)
 {
     const int line = lineOfGroup(group);
@@ -127,7 +193,7 @@ void DatabaseTextConverter::tellGroup(const QString &group, const char *head, bo
     if (isKnown && !isWithoutLine)
         return;
     const Effect effect = isTable && hasRows ? Effect::Lost : Effect::Saved;
-    const QString name = quotedWord(group);
+    const QString name = quotedWord(readable(group));
     if (isWithoutLine)
         return problems->add("unknown-line", head, effect, [&] {
             return QStringLiteral(
@@ -159,6 +225,10 @@ QStringList DatabaseTextConverter::knownGroups() const
 void DatabaseTextConverter::tellCells(const TextRow &row, const QStringList &columns)
 {
     for (const TextFault &fault : qAsConst(d->textFaults)) {
+        if (fault.kind == TextFault::Kind::Doubled) {
+            isDoubled = true;
+            continue;
+        }
         const IniText::Entry &entry = row.first[fault.cell];
         const bool isToldAlready = entry.keyText.size() == 0;
         if (!isToldAlready)
@@ -184,14 +254,16 @@ void DatabaseTextConverter::tellLostRow(const TextRow &row, const QString &group
     const IniText::Entry &entry = *row.first;
     const bool isNode = group == QLatin1String("Nodes");
     const bool isSub = row.numbers.size() > 1;
-    const bool isSound = !isNode && isNumberUpTo(row.numbers.first(), 0xFFFF) &&
+    const bool isSound = isNumberUpTo(row.numbers.first(), 0xFFFF) &&
                          (!isSub || isNumberUpTo(row.numbers.at(1), 0xFF));
-    if (isSound)
-        return; // the group is told of, whose line does not exist
+    if (!isNode && (isSound || lineOfGroup(group) < 0))
+        return; // the group is told of: there is no such one, or its line does not exist
     for (int i = 0; i < row.cells.size(); ++i)
         problems->addLost(row.first[i].keyText.begin);
     if (entry.keyText.size() == 0)
         return; // the line of the text is told of
+    if (row.numbers.first().isEmpty())
+        return tellShape(row, isNode ? "line\\column" : "object\\column");
     const char *what = isNode  ? "the number of a line, 0 to 255"
                        : isSub ? "the numbers of an object, 0 to 0xFFFF, and a subindex, 0 to 0xFF"
                                : "the number of an object, 0 to 0xFFFF";
@@ -201,13 +273,36 @@ void DatabaseTextConverter::tellLostRow(const TextRow &row, const QString &group
     });
 }
 
+void DatabaseTextConverter::tellDecimal(const TextRow &row)
+{
+    const QString &number = row.numbers.last();
+    if (isDecimal(number))
+        tell("decimal-index", *row.first, Effect::Saved, [&] {
+            return QStringLiteral(
+                       "%1 is read as a decimal number, %2: write the numbers of objects "
+                       "and subindices in hexadecimal, with 0x")
+                .arg(quotedWord(number), inHex(number));
+        });
+}
+
 void DatabaseTextConverter::tellUnowned(const TextRow &row, int line)
 {
+    const QString group = quotedWord(Schema::table("Objects", line));
+    if (!linesWithObjects.contains(line)) {
+        if (line != lineWithoutObjects)
+            tell("unknown-object", *row.first, Effect::Saved, [&] {
+                return QStringLiteral("the group %1 has no object for the subindices here, so that "
+                                      "no generated file has them: add their objects there")
+                    .arg(group);
+            });
+        lineWithoutObjects = line;
+        return;
+    }
     const QString &index = row.numbers.first();
     tell("unknown-object", *row.first, Effect::Saved, [&] {
-        return QStringLiteral("%1 has subindices here and is no object of [Objects%2], so that no "
+        return QStringLiteral("%1 has subindices here and is no object of the group %2, so that no "
                               "generated file has it: add it there")
-            .arg(quotedWord(index), QString::number(line));
+            .arg(quotedWord(isDecimal(index) ? inHex(index) : index), group);
     });
     objects.insert(TextForm::objectKey(line, index)); // once is enough
 }

@@ -72,7 +72,7 @@ struct SavedObject {
 
 /// A cell of the text form that a row cannot hold as it stands there.
 struct TextFault {
-    enum class Kind { NoColumn, NoNumber, CutNumber, NoObjectType, NoMetadata };
+    enum class Kind { NoColumn, NoNumber, CutNumber, NoObjectType, NoMetadata, Doubled };
 
     int cell = 0; ///< its position among those that were given
     Kind kind = Kind::NoColumn;

@@ -154,7 +154,10 @@ bool StorePrivate::writeTextRow(const Column<Record> (&known)[N], RowInserter &r
         }
         const QVariant cell = textCell(*field, value.value, isTextRow);
         noteUnfit(*field, value.value, cell, i, &textFaults);
-        cells[keyColumns + int(field - known)] = cell;
+        QVariant &place = cells[keyColumns + int(field - known)];
+        if (place.isValid())
+            textFaults.append({i, TextFault::Kind::Doubled, QVariant()});
+        place = cell;
     }
     quint32 kept = 0;
     for (int i = 0; i < int(N); ++i) {

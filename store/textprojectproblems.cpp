@@ -17,7 +17,7 @@ constexpr int kMostLinesToMend = 10;
 struct FaultRow {
     LineFault fault;
     const char *rule;
-    const char *text; ///< behind the line in quotation marks
+    const char *text; ///< after the line in quotation marks
 };
 
 // clang-format off
@@ -34,6 +34,17 @@ constexpr FaultRow kFaults[] = {
      " stands before the first group, and is passed over: move it below the line [...] of its group"},
     {LineFault::OpenSection, "open-group",
      " begins a group and has no ], and is read as if it had one at its end"},
+    {LineFault::AfterSection, "no-key",
+     " has more than a comment after its ], which is passed over: give it a line of its own"},
+    {LineFault::CutValue, "cut-value",
+     " ends at its ;, after which all is a comment: put the value in quotation marks if the rest "
+     "belongs to it, or else a blank before the ;"},
+    {LineFault::NoEscape, "no-escape",
+     " has a \\ before a character with which it means nothing, and both are passed over: write "
+     "\\\\ for each \\ of the value"},
+    {LineFault::SwallowedLines, "open-quote",
+     " has a quotation mark without partner, and the lines after it, up to the next one, are read "
+     "as its value: close it, or write \\\" for one that belongs to the value"},
 };
 // clang-format on
 
@@ -42,8 +53,10 @@ QString textOf(const FaultRow &row, IniText::Span line)
     if (row.fault == LineFault::TooLong)
         return QStringLiteral("a line of more than 1 MiB, or an open quotation mark in it, is "
                               "passed over");
-    const int shown = std::min(line.size(), 400); // bytes, of which quotedWord() cuts again
-    return quotedWord(QString::fromUtf8(line.begin, shown)) + QLatin1String(row.text);
+    const char *most = line.begin + std::min(line.size(), 400); // quotedWord() cuts again
+    const char *end = std::find_if(line.begin, most, [](char c) { return c == '\n' || c == '\r'; });
+    return quotedWord(QString::fromUtf8(line.begin, int(end - line.begin))) +
+           QLatin1String(row.text);
 }
 
 } // namespace
@@ -73,7 +86,9 @@ void TextProjectProblems::addFaults(const IniText::Outline &outline)
         const auto row =
             std::find_if(std::begin(kFaults), std::end(kFaults),
                          [&faulty](const FaultRow &entry) { return entry.fault == faulty.fault; });
-        add(row->rule, faulty.line.begin, faulty.isLost ? Effect::Lost : Effect::Saved,
+        // A save takes the "=======" between the sides for a key, but no merge ends with it.
+        const bool isToMend = faulty.isLost || faulty.fault == LineFault::ConflictMarker;
+        add(row->rule, faulty.line.begin, isToMend ? Effect::Lost : Effect::Saved,
             [&] { return textOf(*row, faulty.line); });
     }
     for (const FaultRow &row : kFaults) {

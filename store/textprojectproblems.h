@@ -32,6 +32,9 @@ public:
     /// Adds the lines that could not be read as such.
     void addFaults(const IniText::Outline &outline);
 
+    /// Number of the line that \a place stands in, for the words about another one.
+    int lineOf(const char *place) const { return lines.at(place); }
+
     /// Once, after all is added.
     void tell();
 

@@ -120,6 +120,13 @@ private slots:
         QTest::newRow("no_key") << QByteArray("x\n[G]\rx y\r\n = 1\n") << "1 NoKey, 3 NoKey, 4 EmptyKey kept";
         QTest::newRow("no_section") << QByteArray("a=1\n[G]") << "1 BeforeSections";
         QTest::newRow("open_section") << QByteArray("[G\na=1\n[]\n") << "1 OpenSection";
+        QTest::newRow("after_section") << QByteArray("[G] # x\n[H] a=1\n[I];x\n") << "2 AfterSection kept";
+        QTest::newRow("cut") << QByteArray("[G]\na=x; y\nb=x ; y\nc=1; y\nd=1;2\ne=\"x\";y\nf=;x\ng=x;\nh=1;")
+            << "2 CutValue kept, 5 CutValue kept, 8 CutValue kept";
+        QTest::newRow("no_escape") << QByteArray("[G]\n1\\i=\\n\\\\i\\x41\na=..\\inc\nb=x\\\ny\nc=x\\,y\nd=\\")
+            << "3 NoEscape kept, 6 NoEscape kept";
+        QTest::newRow("swallowed") << QByteArray("[G]\na=\"x\nint b = 1;\n= 1\"\nb=\"x\r\n1\\c=y\nd=\"y\ne=\"\n[H]\"")
+            << "5 SwallowedLines kept, 8 SwallowedLines kept";
         QTest::newRow("far_down") << "[G]" + QByteArray("\n").repeated(600) + "x" +
             QByteArray("\r\n").repeated(513) + "y"
             << "601 NoKey, 1114 NoKey";
@@ -128,7 +135,8 @@ private slots:
     void faultsOfLines()
     {
         static const QStringList kinds = {"TooLong",  "ConflictMarker", "NoKey",
-                                          "EmptyKey", "BeforeSections", "OpenSection"};
+                                          "EmptyKey", "BeforeSections", "OpenSection",
+                                          "AfterSection", "CutValue", "NoEscape", "SwallowedLines"};
         QFETCH(QByteArray, text);
         IniText::Sections sections;
         IniText::Outline outline;

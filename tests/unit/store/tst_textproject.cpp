@@ -156,36 +156,46 @@ private slots:
         row("comments", "# a=1\n;b\n#c", "", "");
         row("groups", "[MiscSettings]\na=1\n[SubObjects0]\n[]\n[Colours]\na=1\n[PGNs0]\n[UDSSettings0]\n",
             "8 unknown-group, 9 unknown-group, 11 unknown-group", "");
-        row("lines", "[Nodes]\n255\\prefix=_\n[Objects255]\n8192\\name=a\n[Objects7]\n8192\\name=a\n",
+        row("lines", "[Nodes]\n255\\prefix=_\n[Objects255]\n0x2000\\name=a\n[Objects7]\n0x2000\\name=a\n",
             "9 unknown-line", "line 9");
-        row("tables", "[SubObjects256]\n1\\1\\name=a\n[Objects01]\n", "5 unknown-group, 7 unknown-group", "line 5");
+        row("tables", "[SubObjects256]\n0x1\\1\\name=a\n[Objects01]\n", "5 unknown-group, 7 unknown-group", "line 5");
         row("nodes", "[Nodes]\n1\\issyncproducer=1\n256\\prefix=_\n1\\tpdocnt=x\n1\\color=2\n1\\1\\name=x\n",
             "7 unknown-line, 8 no-number, 9 unknown-column, 10 unknown-object", "line 7");
-        row("objects", "0xFFFF\\name=a\n65536\\name=a\nx\\name=b\nx\\datatype=7\nname=c\n1\\1\\name=d\n1\\2\\name=d\n",
+        row("objects", "0xFFFF\\name=a\n65536\\name=a\nx\\name=b\nx\\datatype=7\nname=c\n0x1\\1\\name=d\n0x1\\2\\name=d\n",
             "6 unknown-object, 7 unknown-object, 9 unknown-object, 10 unknown-object, 11 unknown-object",
             "lines 6, 7, 8 and 9");
-        row("subindices", "[SubObjects0]\n4120\\0xff\\name=a\n4120\\256\\name=a\n4120\\name=b\n"
+        row("subindices", "[SubObjects0]\n0x1018\\0xff\\name=a\n0x1018\\256\\name=a\n0x1018\\name=b\n"
             "0x1019\\1\\name=c\n0x1019\\2\\name=c\n", "7 unknown-object, 8 unknown-object, 9 unknown-object", "line 7");
         row("columns", "0x1018\\nam=x\n[SubObjects0]\n0x1018\\1\\signalid=1\n0x1018\\1\\Name=x\n",
             "5 unknown-column, 8 unknown-column", "");
-        row("numbers", "0x1018\\datatype=65535\n0x1018\\datatype=65536\n0x1018\\datatype=-1\n"
-            "0x1018\\datatype=0x7\n0x1018\\category=\n0x1018\\category=1,2\n0x1018\\datatype= 1e1 \n"
-            "0x1018\\datatype=7.5\n0x1018\\datatype=99999999999999999999\n[SubObjects0]\n0x1018\\1\\pdomapping=4\n"
-            "0x1018\\1\\pdomapping=5\n", "6 number-cut, 7 number-cut, 8 no-number, 10 no-number, 12 number-cut, "
-            "13 no-number, 16 number-cut", "");
-        row("object_types", "0x1018\\objecttype=6\n0x1018\\objecttype=1\n0x1018\\objecttype=10\n0x1018\\category=1\n",
+        row("numbers", "0x1\\datatype=65535\n0x2\\datatype=65536\n0x3\\datatype=-1\n0x4\\datatype=0x7\n"
+            "0x1\\category=\n0x2\\category=1,2\n0x5\\datatype= 1e1 \n0x6\\datatype=7.5\n"
+            "0x7\\datatype=99999999999999999999\n[SubObjects0]\n0x1018\\1\\pdomapping=4\n0x1018\\2\\pdomapping=5\n",
+            "6 number-cut, 7 number-cut, 8 no-number, 10 no-number, 12 number-cut, 13 no-number, 16 number-cut", "");
+        row("object_types", "0x1018\\objecttype=6\n0x1\\objecttype=1\n0x2\\objecttype=10\n0x1018\\category=1\n",
             "6 no-object-type, 7 no-object-type", "");
-        row("metadata", "0x1018\\metadata=0\n0x1018\\metadata=x\n0x1018\\metadata=@ByteArray(x)\n",
+        row("metadata", "0x1\\metadata=0\n0x2\\metadata=x\n0x3\\metadata=@ByteArray(x)\n",
             "6 no-metadata, 7 no-metadata", "");
         row("settings", "[GeneralSettings]\na=\"it's\"\n[MiscSettings]\na=it's\n", "6 setting-not-read", "line 6");
         row("merge", "<<<<<<< mine\n0x1000\\name=a\n=======\n0x1000\\name=b\n>>>>>>> theirs\n",
             "5 conflict-marker, 7 conflict-marker, 9 conflict-marker", "lines 5, 7 and 9");
+        row("merge_of_settings", "[GeneralSettings]\n<<<<<<< mine\na=1\n=======\na=2\n>>>>>>> theirs\n",
+            "6 conflict-marker, 8 conflict-marker, 10 conflict-marker", "lines 6, 8 and 10");
+        row("doubled", "0x1018\\name=Id\n0x1018\\category=1\n0x1018\\category=1\n0x1018\\category=2\n[Nodes]\n"
+            "0\\prefix=a\n[SubObjects0]\n0x1018\\1\\name=a\n0x1018\\2\\name=a\n0x1018\\0x1\\name=b\n"
+            "0x1018\\2\\varname=b\n[MiscSettings]\na=1\na= 1 \na=2\nA=3\n",
+            "2 doubled-key, 4 doubled-key, 6 doubled-key, 7 doubled-key, 12 doubled-key, 17 doubled-key, 18 doubled-key", "");
+        row("decimal", "8192\\name=a\n8192\\datatype=7\n[SubObjects0]\n8192\\9\\name=a\n0x1018\\10\\name=b\n",
+            "5 decimal-index, 9 decimal-index", "");
+        row("without_objects", "[Nodes]\n1\\prefix=_\n[SubObjects1]\n0x1000\\0\\name=a\n0x1001\\0\\name=a\n",
+            "8 unknown-object", "");
         row("empty_key_of_settings", "[GeneralSettings]\n=1\n", "6 no-key", "");
         row("many", QByteArray("x\n").repeated(1002), QString("%1 no-key, ").repeated(1000) + "0 no-key",
             "lines 5, 6, 7, 8, 9, 10, 11, 12, 13, 14 and more of them");
         QTest::newRow("no_project") << QByteArray("[Colours]\nred=1\n") << "1 unknown-group, 0 no-project" << "-";
         QTest::newRow("empty") << QByteArray() << "0 no-project" << "-";
         QTest::newRow("database") << QByteArray("SQLite format 3\0[\n=\nx\n", 24) << "0 no-project" << "-";
+        QTest::newRow("bare_utf_16") << QByteArray("[\0N\0\n\0", 6) << "0 no-project" << "-";
         QTest::newRow("utf_16") << QByteArray("\xFF\xFE[\0N\0\n\0", 8) << "0 no-project" << "-";
         // clang-format on
     }
