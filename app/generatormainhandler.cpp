@@ -137,6 +137,27 @@ private:
     const QString path = QDir::currentPath();
 };
 
+/// While it lives, problems name a file as the user does, not by the path that it is opened by.
+class GivenName
+{
+public:
+    GivenName(const QString &path, const QString &given)
+        : former(Problems::setHandler([this, path, given](Problems::Problem problem) {
+              if (problem.file == path)
+                  problem.file = given;
+              if (former)
+                  former(problem);
+          }))
+    {
+    }
+    ~GivenName() { (void)Problems::setHandler(former); }
+    GivenName(const GivenName &) = delete;
+    GivenName &operator=(const GivenName &) = delete;
+
+private:
+    Problems::Handler former;
+};
+
 } // namespace
 
 GeneratorMainHandler::GeneratorMainHandler(OutputHandlerBase *handler,
@@ -159,6 +180,7 @@ bool GeneratorMainHandler::openProject(const QString &filePath)
     const CurrentFolder current;
     const QFileInfo info(filePath);
     const QString path = info.isRelative() ? info.absoluteFilePath() : filePath;
+    const GivenName name(path, filePath);
     const bool isText = path.endsWith(QLatin1String("tsrt"));
     if (!(isText ? openTextBasedProject(path) : openSqlBasedProject(path)))
         return false;
