@@ -71,6 +71,7 @@ void CLIMainApp::followOptions()
     }
     protectInputs(project);
     runProject(project);
+    protectReadFiles();
     writeReport(project);
     writeDependencies(project);
 }
@@ -104,6 +105,16 @@ void CLIMainApp::protectInputs(const QString &project)
     if (!dependencies.isNull() && guardOfDependencies.roleOf(dependencies).isEmpty())
         guard.protect(dependencies, QStringLiteral("the dependency file"));
     generatorMainHandler->setOutputGuard(guard);
+}
+
+/// Such as the settings of the user, which only the run knows of.
+void CLIMainApp::protectReadFiles()
+{
+    const QStringList files = runFiles.readFiles();
+    for (const QString &file : files) {
+        for (OutputGuard *guard : {&guardOfReport, &guardOfDependencies})
+            guard->protect(file, QStringLiteral("a file that the run reads"));
+    }
 }
 
 void CLIMainApp::runProject(const QString &project)

@@ -54,6 +54,7 @@ private:
     void followOptions();
     void protectInputs(const QString &project);
     void runProject(const QString &project);
+    void protectReadFiles();
     void finishWith(ReturnCode code);
     void saveProject(const QString &project);
     /// Finds the places of the findings, as long as the project's file is the one that was read.

@@ -297,6 +297,8 @@ private slots:
                             ": \\\n  " + inputs + " \\\n  no_stdlib_include.txt\n"));
         }
         QVERIFY(run(all + " -depfile ./mod.txt").contains("it is the modifier file"));
+        QVERIFY(run(all + " -depfile no_stdlib_include.txt")
+                    .contains("it is a file that the run reads"));
         QVERIFY(run(all + " -report r -depfile r").contains("it is the report for machines"));
         QVERIFY(run(all + " -depfile gen_indices.h").contains("it is the dependency file"));
         QVERIFY(run("-project bad.tsrt -depfile of_failure").endsWith(" 7\n"));
