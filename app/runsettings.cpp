@@ -4,6 +4,7 @@
 #include "formats/edsvalues.h"
 #include "store/objectdatabase.h"
 #include "support/cohelper.h"
+#include "support/implementation.h"
 #include "support/numbers.h"
 #include "support/printable.h"
 #include "support/problems.h"
@@ -223,8 +224,15 @@ bool RunSettings::applyObject(const QString &text, const QString &value)
         return refuse(
             "setting-form",
             QStringLiteral("the type of the object has no value %1").arg(quotedWord(value)));
-    if (COHelper::isStringLike(type))
-        data.size = qMax(data.size, quint32(data.defaultValue.toUtf8().size()));
+    if (COHelper::isStringLike(type)) {
+        const auto bytes = quint32(data.defaultValue.toUtf8().size());
+        if (bytes > data.size && data.implementation == Implementation::kApplicationVariable)
+            return refuse("setting-too-long",
+                          QStringLiteral("the variable of the application has a size of %1 bytes, "
+                                         "and the value has %2")
+                              .arg(QString::number(data.size), QString::number(bytes)));
+        data.size = qMax(data.size, bytes);
+    }
     return database.addSubIndex(place.line, place.index, place.sub, data) ||
            refuse("setting-not-kept", QStringLiteral("the project could not take it"));
 }

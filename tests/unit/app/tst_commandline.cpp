@@ -368,6 +368,8 @@ private slots:
         QTest::newRow("too_high") << "0x1018:1=0x100000000"
             << form("the type of the object has no value \"0x100000000\"");
         QTest::newRow("too_high_for_a_real") << "0x1018:2=1e39" << form("the type of the object has no value \"1e39\"");
+        QTest::newRow("too_long_for_the_variable") << "0x1018:3=four" << QByteArray("the variable of the application "
+            "has a size of 3 bytes, and the value has 4 [setting-too-long]\n");
         QTest::newRow("no_sum_with_the_node_id") << "0x1018:1=$NODEID-1"
             << form("the type of the object has no value \"$NODEID-1\"");
         QTest::newRow("too_high_with_the_node_id") << "0x1018:1=$NODEID+0x100000000"
@@ -380,7 +382,9 @@ private slots:
         QFETCH(QByteArray, reason);
         const QString shown = assignment.size() > 60 ? assignment.left(60) + "..." : assignment;
         const QByteArray before = "Setting failed.\nError - Import error.\nerrors:\nerror: \"";
-        const QByteArray project = kProject + "[SubObjects0]\n0x1018\\0x2\\datatype=8\n";
+        const QByteArray project =
+            kProject + "[SubObjects0]\n0x1018\\0x2\\datatype=8\n0x1018\\0x3\\datatype="
+                       "9\n0x1018\\0x3\\implementation=2\n0x1018\\0x3\\size=3\n";
         QVERIFY(write("pümp.tsrt", project));
         QCOMPARE(run("-save -project pümp.tsrt -set co_node_id=5 -set " + assignment),
                  ended(5, before + shown.toUtf8() + "\" could not be set: " + reason));
