@@ -130,8 +130,8 @@ void RunOptions::reportSlips() const
         const QString &word = arguments.at(position);
         if (known.contains(position))
             continue;
-        reportUnknown(word);
         const OptionRow *meant = nearestOption(word);
+        reportUnknown(word, meant);
         if (meant && meant->value && !known.contains(position + 1) &&
             !arguments.value(position + 1).startsWith(QLatin1Char('-')))
             ++position; // what was to be its value
@@ -195,9 +195,8 @@ void RunOptions::reportRepeated(const OptionRow &option, int position) const
             .arg(quotedWord(QLatin1String(option.name)), value.isNull() ? QString() : rest));
 }
 
-void RunOptions::reportUnknown(const QString &word) const
+void RunOptions::reportUnknown(const QString &word, const OptionRow *meant) const
 {
-    const OptionRow *meant = nearestOption(word);
     const bool isProject =
         word.endsWith(QLatin1String(".tsrp")) || word.endsWith(QLatin1String(".tsrt"));
     QString text = QStringLiteral("%1 is no option and has no effect").arg(quotedWord(word));

@@ -46,7 +46,8 @@ private:
     QSet<int> reportValues() const;
     void reportValue(const OptionRow &option, int position) const;
     void reportRepeated(const OptionRow &option, int position) const;
-    void reportUnknown(const QString &word) const;
+    /// \a meant is the option that was perhaps meant; null if there is none.
+    void reportUnknown(const QString &word, const OptionRow *meant) const;
 
     QStringList arguments;
 };
