@@ -21,7 +21,7 @@ ProjectPlace placeOf(const Finding &finding)
     return place;
 }
 
-/// The text without the word for its kind where the level tells the same.
+/// The text without the word for its kind where the level says the same.
 QString textWithoutLevel(const Finding &finding)
 {
     QString text = finding.text();

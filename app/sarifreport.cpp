@@ -143,6 +143,6 @@ QString writeSarifReport(const RunReport &report, const QString &path)
     // The save puts a new file in the place of the old one, which would be the end of a device.
     QString reason = FileReasons::whyNotWritable(path);
     if (reason.isEmpty())
-        (void)ReplaceFile::write(path, sarifText(report), &reason); // the reason tells
+        (void)ReplaceFile::write(path, sarifText(report), &reason); // the reason says
     return reason;
 }

@@ -65,7 +65,7 @@ bool isNoExpression(const QString &text)
     static const QRegularExpression number(
         QStringLiteral("^(0[xX][0-9a-fA-F]+|[0-9]+)[uUlL]*$|^[0-9.]+([eE][0-9]+)?[fFlL]?$"));
     static const QRegularExpression twoWords(
-        QStringLiteral("\\b[0-9][A-Za-z0-9_.]*\\s+[A-Za-z0-9_]"));
+        QStringLiteral("\\b[0-9][A-Za-z0-9_.]*\\s+[A-Za-z0-9_#]"));
     static const QRegularExpression word(QStringLiteral("[A-Za-z0-9_.]+"));
     for (auto match = word.globalMatch(text); match.hasNext();) {
         const QString token = match.next().captured();
@@ -211,8 +211,8 @@ void SettingsCheck::checkSetting(SettingStore store, const QString &key, const Q
 
 void SettingsCheck::tellUnknown(SettingStore store, const QString &key)
 {
-    if (isListed(kKeptByOthers, key))
-        return;
+    if (key.isEmpty() || isListed(kKeptByOthers, key))
+        return; // of a line of a text project that has no key, its reading tells
     if (unknown >= kMostUnknown) {
         ++unknown;
         return;

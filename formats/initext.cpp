@@ -205,6 +205,22 @@ QString unescapedKey(Span span)
     return key;
 }
 
+bool holdsMoreThanComment(Span span)
+{
+    const Span text = span.trimmed();
+    return text.size() > 0 && *text.begin != '#';
+}
+
+/// The section of a line that begins with "["; \a head ends before its "]".
+QVector<IniText::Entry> *addSection(Span head, IniText::Sections *sections,
+                                    IniText::Outline *outline)
+{
+    const QString name = unescapedKey(Span{head.begin + 1, head.end}.trimmed());
+    if (outline && !outline->heads.contains(name))
+        outline->heads.insert(name, head.begin);
+    return &(*sections)[name];
+}
+
 /// Reads one escape; \a at stands after the backslash and is moved past it.
 void appendEscaped(QString *text, const char *&at, const char *end)
 {
@@ -446,13 +462,9 @@ bool IniText::read(const QByteArray &data, Sections *sections, Outline *outline)
             const char *close = std::find(text.begin, text.end, ']');
             if (close == text.end)
                 lose(LineFault::OpenSection, text);
-            const Span more = Span{std::min(close + 1, text.end), text.end}.trimmed();
-            if (more.size() > 0 && *more.begin != '#')
+            else if (holdsMoreThanComment({close + 1, text.end}))
                 note(outline, LineFault::AfterSection, text, false);
-            const QString name = unescapedKey(Span{text.begin + 1, close}.trimmed());
-            current = &(*sections)[name];
-            if (outline && !outline->heads.contains(name))
-                outline->heads.insert(name, text.begin);
+            current = addSection({text.begin, close}, sections, outline);
         } else if (isKey) {
             const Span key = Span{text.begin, line.equals}.trimmed();
             current->append({key, Span{line.equals + 1, line.text.end}});

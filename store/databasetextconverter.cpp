@@ -113,6 +113,7 @@ void forEachRow(const QVector<IniText::Entry> &entries, int numbers, Apply apply
         else if (!row.cells.isEmpty())
             skip(row);
         row.cells.clear();
+        row.lists.clear();
     };
     for (const IniText::Entry &entry : entries) {
         const QString key = entry.key();
@@ -126,6 +127,8 @@ void forEachRow(const QVector<IniText::Entry> &entries, int numbers, Apply apply
             row.first = &entry;
         const QVariant value = entry.value();
         const bool isBytes = value.type() == QVariant::ByteArray;
+        if (value.type() == QVariant::StringList)
+            row.lists.append(row.cells.size());
         row.cells.append({key.mid(slash + 1), isBytes ? value : QVariant(textOf(value))});
     }
     finishRow();

@@ -75,7 +75,7 @@ private:
     /// Of keys that stand more than once with different values; they begin with so many \a numbers.
     void tellDoubled(const QVector<IniText::Entry> &entries, int numbers);
     void tellGroup(const QString &group, const char *head, bool hasRows);
-    /// Of cells that do not fit; the row's table has \a columns.
+    /// Of cells that do not fit, or lose something; the row's table has \a columns.
     void tellCells(const TextRow &row, const QStringList &columns);
     /// Of a row whose key begins with more or fewer numbers than \a form says.
     void tellShape(const TextRow &row, const char *form);

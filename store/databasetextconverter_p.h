@@ -13,6 +13,7 @@ struct TextRow {
     QStringList numbers; ///< of its key
     QVector<ObjectDataBase::ColumnValue> cells;
     const IniText::Entry *first = nullptr; ///< the entry of the first cell; the others follow it
+    QVector<int> lists;                    ///< cells with commas and without quotation marks
 };
 
 namespace TextForm

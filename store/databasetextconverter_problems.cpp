@@ -49,6 +49,13 @@ bool isSameValue(const IniText::Entry &one, const IniText::Entry &other)
     return a.size() == b.size() && std::memcmp(a.begin, b.begin, size_t(a.size())) == 0;
 }
 
+/// Blanks beside the commas of a value without quotation marks are no part of it.
+bool losesBlanks(IniText::Span value)
+{
+    const QByteArray text = QByteArray::fromRawData(value.begin, value.size());
+    return !text.contains('"') && (text.contains(", ") || text.contains(" ,"));
+}
+
 /// A number without 0x, which might have been meant as a hexadecimal one.
 bool isDecimal(const QString &number)
 {
@@ -224,6 +231,15 @@ QStringList DatabaseTextConverter::knownGroups() const
 
 void DatabaseTextConverter::tellCells(const TextRow &row, const QStringList &columns)
 {
+    for (const int cell : row.lists) {
+        const IniText::Entry &entry = row.first[cell];
+        if (losesBlanks(entry.valueText))
+            tell("unquoted-comma", entry, Effect::Saved, [&] {
+                return QStringLiteral("the value of %1 has a comma and no quotation marks, and "
+                                      "loses the blanks beside it: put it in quotation marks")
+                    .arg(quotedWord(keyIn(entry)));
+            });
+    }
     for (const TextFault &fault : qAsConst(d->textFaults)) {
         if (fault.kind == TextFault::Kind::Doubled) {
             isDoubled = true;

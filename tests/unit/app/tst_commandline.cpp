@@ -514,6 +514,8 @@ private slots:
                                   << kProject + "co_nod_id=1\nevent_pdo=-2\nevent_nmt=-1\n"
                                   << "pümp.tsrt:29 unknown-setting, pümp.tsrt:31 setting-range, "
                                      "pümp.tsrt:1 setting-range, odd.txt:2 setting-range";
+        QTest::newRow("merge") << "-project pümp.tsrt" << kProject + "=======\n"
+                               << "pümp.tsrt:29 conflict-marker";
         QTest::newRow("import") << "-project pümp.tsrt -import none.eds" << odd
                                 << lines + ", failed: none.eds:1 not-imported";
         QTest::newRow("project") << "-project none.tsrp" << kProject
