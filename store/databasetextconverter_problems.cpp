@@ -172,13 +172,15 @@ void DatabaseTextConverter::tellDoubled(const QVector<IniText::Entry> &entries, 
 {
     if (isMerge)
         return; // the marks of the merge are told of
-    QHash<QString, const IniText::Entry *> counting;
-    for (int i = entries.size() - 1; i >= 0; --i) {
-        const IniText::Entry &entry = entries.at(i);
-        const IniText::Entry *&last = counting[plainKey(entry, numbers)];
-        if (!last)
-            last = &entry;
-        else if (entry.keyText.size() > 0 && !isSameValue(entry, *last))
+
+    QHash<QString, const IniText::Entry *> counting; // the last one of each key
+    for (const IniText::Entry &entry : entries)
+        counting.insert(plainKey(entry, numbers), &entry);
+    if (counting.size() == entries.size())
+        return;
+    for (const IniText::Entry &entry : entries) {
+        const IniText::Entry *last = counting.value(plainKey(entry, numbers));
+        if (last != &entry && entry.keyText.size() > 0 && !isSameValue(entry, *last))
             tell("doubled-key", entry, Effect::Saved, [&] {
                 return QStringLiteral("the value of %1 is passed over, since line %2 has another "
                                       "one: remove one of the two lines")
@@ -279,7 +281,9 @@ void DatabaseTextConverter::tellLostRow(const TextRow &row, const QString &group
     if (entry.keyText.size() == 0)
         return; // the line of the text is told of
     if (row.numbers.first().isEmpty())
-        return tellShape(row, isNode ? "line\\column" : "object\\column");
+        return tellShape(row, isNode  ? "line\\column"
+                              : isSub ? "object\\subindex\\column"
+                                      : "object\\column");
     const char *what = isNode  ? "the number of a line, 0 to 255"
                        : isSub ? "the numbers of an object, 0 to 0xFFFF, and a subindex, 0 to 0xFF"
                                : "the number of an object, 0 to 0xFFFF";
