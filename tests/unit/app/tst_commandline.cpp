@@ -382,9 +382,9 @@ private slots:
         QFETCH(QByteArray, reason);
         const QString shown = assignment.size() > 60 ? assignment.left(60) + "..." : assignment;
         const QByteArray before = "Setting failed.\nError - Import error.\nerrors:\nerror: \"";
-        const QByteArray project =
-            kProject + "[SubObjects0]\n0x1018\\0x2\\datatype=8\n0x1018\\0x3\\datatype="
-                       "9\n0x1018\\0x3\\implementation=2\n0x1018\\0x3\\size=3\n";
+        const QByteArray project = kProject +
+                                   "[SubObjects0]\n0x1018\\0x2\\datatype=8\n0x1018\\0x3\\datatype="
+                                   "9\n0x1018\\0x3\\implementation=2\n0x1018\\0x3\\size=3\n";
         QVERIFY(write("pümp.tsrt", project));
         QCOMPARE(run("-save -project pümp.tsrt -set co_node_id=5 -set " + assignment),
                  ended(5, before + shown.toUtf8() + "\" could not be set: " + reason));

@@ -134,9 +134,9 @@ private slots:
     }
     void faultsOfLines()
     {
-        static const QStringList kinds = {"TooLong",  "ConflictMarker", "NoKey",
-                                          "EmptyKey", "BeforeSections", "OpenSection",
-                                          "AfterSection", "CutValue", "NoEscape", "SwallowedLines"};
+        static const QStringList kinds = {
+            "TooLong",     "ConflictMarker", "NoKey",    "EmptyKey", "BeforeSections",
+            "OpenSection", "AfterSection",   "CutValue", "NoEscape", "SwallowedLines"};
         QFETCH(QByteArray, text);
         IniText::Sections sections;
         IniText::Outline outline;

@@ -128,15 +128,20 @@ private slots:
                                "ObjectType=9\n";
         // clang-format off
         QTest::newRow("pdos") << "[DeviceInfo]\nNrOfRXPDO=2" + object + pdo
-            << ":2: warning: NrOfRXPDO promises objects from 0x1400 on that the file lacks, and 1 are made with default values: give them a use, or mend the number [eds-pdo]\n"
-               ":2: warning: NrOfRXPDO promises objects from 0x1600 on that the file lacks, and 1 are made with default values: give them a use, or mend the number [eds-pdo]";
+            << ":2: warning: NrOfRXPDO promises objects from 0x1400 on that the file lacks, and 1 are made with "
+                "default values: give them a use, or mend the number [eds-pdo]\n"
+               ":2: warning: NrOfRXPDO promises objects from 0x1600 on that the file lacks, and 1 are made with "
+               "default values: give them a use, or mend the number [eds-pdo]";
         QTest::newRow("as_many_pdos") << "[DeviceInfo]\nNrOfRXPDO=1" + object + pdo << "";
         QTest::newRow("numbers") << "[DeviceInfo]\nBaudRate_10=yes\nBaudRate_20=\nLSS_Supported=1 ; x" + object
             << ":2: warning: BaudRate_10 \"yes\" is no number, and is taken as it is [eds-value]";
         QTest::newRow("comment") << "[Comments]\nLines=1\nLine1=a\nLyne2=b" + object
-            << ":4: warning: \"Lyne2=b\" is no line of the comment, and is passed over: use Line1, Line2 and so on [eds-line]";
-        QTest::newRow("no_object") << QByteArray("[DeviceInfo]\nVendorName=a\n[0005]\nParameterName=a\nDataType=5\nAccessType=ro\n")
-            << ": error: has no section of an object from 0x1000 to 0xBFFF, and the objects of the project stay as they are [nothing-imported]";
+            << ":4: warning: \"Lyne2=b\" is no line of the comment, and is passed over: use Line1, Line2 and so on "
+                "[eds-line]";
+        QTest::newRow("no_object")
+            << QByteArray("[DeviceInfo]\nVendorName=a\n[0005]\nParameterName=a\nDataType=5\nAccessType=ro\n")
+            << ": error: has no section of an object from 0x1000 to 0xBFFF, and the objects of the project stay as "
+                "they are [nothing-imported]";
         // clang-format on
     }
     void problems()

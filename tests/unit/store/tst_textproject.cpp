@@ -161,7 +161,8 @@ private slots:
         row("tables", "[SubObjects256]\n0x1\\1\\name=a\n[Objects01]\n", "5 unknown-group, 7 unknown-group", "line 5");
         row("nodes", "[Nodes]\n1\\issyncproducer=1\n256\\prefix=_\n1\\tpdocnt=x\n1\\color=2\n1\\1\\name=x\n",
             "7 unknown-line, 8 no-number, 9 unknown-column, 10 unknown-object", "line 7");
-        row("objects", "0xFFFF\\name=a\n65536\\name=a\nx\\name=b\nx\\datatype=7\nname=c\n0x1\\1\\name=d\n0x1\\2\\name=d\n",
+        row("objects",
+            "0xFFFF\\name=a\n65536\\name=a\nx\\name=b\nx\\datatype=7\nname=c\n0x1\\1\\name=d\n0x1\\2\\name=d\n",
             "6 unknown-object, 7 unknown-object, 9 unknown-object, 10 unknown-object, 11 unknown-object",
             "lines 6, 7, 8 and 9");
         row("subindices", "[SubObjects0]\n0x1018\\0xff\\name=a\n0x1018\\256\\name=a\n0x1018\\name=b\n"
@@ -184,7 +185,8 @@ private slots:
         row("doubled", "0x1018\\name=Id\n0x1018\\category=1\n0x1018\\category=1\n0x1018\\category=2\n[Nodes]\n"
             "0\\prefix=a\n[SubObjects0]\n0x1018\\1\\name=a\n0x1018\\2\\name=a\n0x1018\\0x1\\name=b\n"
             "0x1018\\2\\varname=b\n[MiscSettings]\na=1\na= 1 \na=2\nA=3\n",
-            "2 doubled-key, 4 doubled-key, 6 doubled-key, 7 doubled-key, 12 doubled-key, 17 doubled-key, 18 doubled-key", "");
+            "2 doubled-key, 4 doubled-key, 6 doubled-key, 7 doubled-key, 12 doubled-key, 17 doubled-key, 18 "
+            "doubled-key", "");
         row("decimal", "8192\\name=a\n8192\\datatype=7\n[SubObjects0]\n8192\\9\\name=a\n0x1018\\10\\name=b\n",
             "5 decimal-index, 9 decimal-index", "");
         row("commas", "0x1\\name=a, b\n0x2\\name=\"a, b\"\n0x3\\name=a,b\n0x4\\name=a ,b\n", "5 unquoted-comma, 8 unquoted-comma", "");
