@@ -11,7 +11,6 @@
 #include "support/settingscatalogue.h"
 
 #include <QRegularExpression>
-#include <QStringList>
 
 #include <cmath>
 #include <limits>

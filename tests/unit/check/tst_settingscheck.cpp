@@ -49,8 +49,10 @@ private slots:
         row("expression_with_unit", "co_timer_interval=10 ms", value("10 ms", "co_timer_interval", "is neither a "
             "number "
             "nor an expression of C, and stands in generated files as it is: write a number, or the name of a macro"));
-        row("expression_with_comment", "co_timer_interval=10 # ms", value("10 # ms", "co_timer_interval", "is neither a "
-            "number nor an expression of C, and stands in generated files as it is: write a number, or the name of a macro"));
+        row("expression_with_comment", "co_timer_interval=10 # ms", value("10 # ms", "co_timer_interval", "is "
+            "neither a "
+            "number nor an expression of C, and stands in generated files as it is: write a number, or the name of "
+            "a macro"));
 
         row("switches", "limit_check=0x1; endian=No; dynod=2; sdo_split=off; misc:generateML=false; "
             "misc:postGenWait=yes");

@@ -189,7 +189,8 @@ private slots:
             "doubled-key", "");
         row("decimal", "8192\\name=a\n8192\\datatype=7\n[SubObjects0]\n8192\\9\\name=a\n0x1018\\10\\name=b\n",
             "5 decimal-index, 9 decimal-index", "");
-        row("commas", "0x1\\name=a, b\n0x2\\name=\"a, b\"\n0x3\\name=a,b\n0x4\\name=a ,b\n", "5 unquoted-comma, 8 unquoted-comma", "");
+        row("commas", "0x1\\name=a, b\n0x2\\name=\"a, b\"\n0x3\\name=a,b\n0x4\\name=a ,b\n", "5 unquoted-comma, 8 "
+            "unquoted-comma", "");
         row("without_objects", "[Nodes]\n1\\prefix=_\n[SubObjects1]\n0x1000\\0\\name=a\n0x1001\\0\\name=a\n",
             "8 unknown-object", "");
         row("empty_key_of_settings", "[GeneralSettings]\n=1\n", "6 no-key", "");
