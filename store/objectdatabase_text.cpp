@@ -5,6 +5,7 @@
 #include "support/numbers.h"
 
 #include <type_traits>
+#include <utility>
 
 namespace
 {
@@ -50,9 +51,10 @@ bool holdsValue(const Column<Record> &field)
     return name == QLatin1String("defaultvalue") || name == QLatin1String("currentvalue");
 }
 
+/// The other types of columns are text and blob. Asked for each cell, so that one letter must do.
 bool isNumber(const char *type)
 {
-    return QLatin1String(type).startsWith(QLatin1String("integer"));
+    return *type == 'i';
 }
 
 /// What a cell of a number column is when it is read again: SQLite makes numbers of texts that look
@@ -98,13 +100,16 @@ void noteUnfit(const Column<Record> &field, const QVariant &given, const QVarian
             faults->append({number, TextFault::Kind::NoMetadata, QVariant()});
         return;
     }
-    if (field.coding != Coding::Plain || !isNumber(field.type))
+    if (field.coding != Coding::Plain || !isNumber(field.type) || cell.type() != QVariant::String)
         return;
-    const QString text = cell.toString();
+    // The text itself, for a copy a cell would be felt.
+    const QString &text = *static_cast<const QString *>(cell.constData());
     // An empty one counts as 0, which is what older tools wrote for it; flags are most of all
     // cells.
+    const QChar first = text.isEmpty() ? QLatin1Char('0') : text.at(0);
+    const bool isFlag = text.size() < 2 && (first == QLatin1Char('0') || first == QLatin1Char('1'));
     const bool isCode = std::is_same_v<Record, IndexData> && holdsObjectType(field.name);
-    if (text.isEmpty() || text == QLatin1String("0") || (text == QLatin1String("1") && !isCode))
+    if (isFlag && (first == QLatin1Char('0') || !isCode))
         return;
     thread_local Record record; // made once, for there are many cells
     const QVariant stored = storedNumber(text);
@@ -152,12 +157,12 @@ bool StorePrivate::writeTextRow(const Column<Record> (&known)[N], RowInserter &r
             textFaults.append({i, TextFault::Kind::NoColumn, QVariant()});
             continue;
         }
-        const QVariant cell = textCell(*field, value.value, isTextRow);
+        QVariant cell = textCell(*field, value.value, isTextRow);
         noteUnfit(*field, value.value, cell, i, &textFaults);
         QVariant &place = cells[keyColumns + int(field - known)];
         if (place.isValid())
             textFaults.append({i, TextFault::Kind::Doubled, QVariant()});
-        place = cell;
+        place = std::move(cell);
     }
     quint32 kept = 0;
     for (int i = 0; i < int(N); ++i) {

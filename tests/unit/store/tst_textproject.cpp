@@ -198,7 +198,7 @@ private slots:
             "lines 5, 6, 7, 8, 9, 10, 11, 12, 13, 14 and more of them");
         QTest::newRow("no_project") << QByteArray("[Colours]\nred=1\n") << "1 unknown-group, 0 no-project" << "-";
         QTest::newRow("empty") << QByteArray() << "0 no-project" << "-";
-        QTest::newRow("database") << QByteArray("SQLite format 3\0[\n=\nx\n", 24) << "0 no-project" << "-";
+        QTest::newRow("database") << QByteArray("SQLite format 3\0[\n=\nx\n", 22) << "0 no-project" << "-";
         QTest::newRow("bare_utf_16") << QByteArray("[\0N\0\n\0", 6) << "0 no-project" << "-";
         QTest::newRow("utf_16") << QByteArray("\xFF\xFE[\0N\0\n\0", 8) << "0 no-project" << "-";
         // clang-format on
