@@ -39,6 +39,11 @@ YamlPlace YamlBuilder::placeOf(const yaml_mark_t &mark)
 bool YamlBuilder::fail(const char *rule, YamlPlace place, const QString &text)
 {
     problems->add(rule, place, text);
+    return drop();
+}
+
+bool YamlBuilder::drop()
+{
     document->cells.clear();
     return false;
 }

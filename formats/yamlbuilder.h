@@ -20,7 +20,9 @@ public:
     /// After the last event. False if there is no document.
     bool finish();
 
-    /// Gives false, for callers to pass on.
+    /// The document is half made, and holds nothing from now on. Gives false, for callers to pass
+    /// on.
+    bool drop();
     bool fail(const char *rule, YamlPlace place, const QString &text);
 
     static YamlPlace placeOf(const yaml_mark_t &mark);

@@ -124,5 +124,5 @@ bool YamlReader::read(const QByteArray &text, YamlDocument *document, YamlProble
     if (!checkText(content, problems))
         return false;
     YamlBuilder builder(content, document, problems);
-    return parse(content, &builder) && builder.finish();
+    return (parse(content, &builder) && builder.finish()) || builder.drop();
 }
