@@ -94,6 +94,7 @@ private:
 
         Cell() : column(0), type(Type::Plain), isDropped(false) {}
     };
+    static_assert(sizeof(Cell) == 20, "files at the bounds take millions of them");
 
     QByteArray bytes(const Cell &cell) const; ///< lives no longer than the document
     bool isMerge(const Cell &key) const { return key.type == Type::Plain && bytes(key) == "<<"; }
