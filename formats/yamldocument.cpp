@@ -37,8 +37,8 @@ QString YamlNode::text() const
 {
     if (!isScalar())
         return {};
-    const QByteArray bytes = document->bytes(document->cells[cell]);
-    return QString::fromUtf8(bytes.constData(), bytes.size()); // it may hold zero characters
+    const YamlDocument::Cell &own = document->cells[cell];
+    return QString::fromUtf8(document->begin(own), int(own.size)); // it may hold zero characters
 }
 
 bool YamlNode::is(const char *word) const
@@ -114,10 +114,14 @@ YamlNode YamlNode::value(const char *key) const
     return {};
 }
 
-QByteArray YamlDocument::bytes(const Cell &cell) const
+const char *YamlDocument::begin(const Cell &cell) const
 {
     const quint32 inFile = quint32(source.size());
-    const char *from = cell.begin < inFile ? source.constData() + cell.begin
-                                           : unescaped.constData() + (cell.begin - inFile);
-    return QByteArray::fromRawData(from, int(cell.size));
+    return cell.begin < inFile ? source.constData() + cell.begin
+                               : unescaped.constData() + (cell.begin - inFile);
+}
+
+QByteArray YamlDocument::bytes(const Cell &cell) const
+{
+    return QByteArray::fromRawData(begin(cell), int(cell.size));
 }

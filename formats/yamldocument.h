@@ -96,6 +96,7 @@ private:
     };
     static_assert(sizeof(Cell) == 20, "files at the bounds take millions of them");
 
+    const char *begin(const Cell &cell) const;
     QByteArray bytes(const Cell &cell) const; ///< lives no longer than the document
     bool isMerge(const Cell &key) const { return key.type == Type::Plain && bytes(key) == "<<"; }
 

@@ -30,6 +30,7 @@ struct Parser {
 struct Reason {
     const char *theirs;
     const char *ours;
+    bool isOfContext = false; ///< what counts is where that begins which the parser was in
 };
 
 // clang-format off
@@ -44,32 +45,49 @@ constexpr Reason kReasons[] = {
     {"did not find expected node content", "a value is missing here"},
     {"did not find expected <document start>", "the file goes on after the end of its map"},
     {"mapping values are not allowed in this context",
-     "a second \": \" in the line: put a text that holds one in quotes"},
+     "a \": \" where none can be: put a text that holds one in quotes, or indent the line as those of its "
+     "map"},
     {"block sequence entries are not allowed in this context", "a list cannot begin here"},
-    {"could not find expected ':'", "a key without \": \" after it"},
-    {"found unexpected end of stream", "the quotes that open here are never closed"},
+    {"could not find expected ':'", "a key without \": \" after it", true},
+    {"found unexpected end of stream", "the quotes that open here are never closed", true},
     {"found unknown escape character",
      "a backslash in double quotes that begins no escape: write \"\\\\\" for one"},
     {"found a tab character where an indentation space is expected", "indent with spaces, not tabs"},
     {"found a tab character that violates indentation", "indent with spaces, not tabs"},
+    {"did not find expected alphabetic or numeric character",
+     "a name has to follow: put a text that begins with \"*\" or \"&\" in quotes"},
     {"control characters are not allowed", "this is no text"},
 };
 // clang-format on
 
-QString reasonOf(const yaml_parser_t &parser, char character)
+/// A list in brackets or a map in braces that the parser was in.
+QString whereItBegins(const yaml_parser_t &parser)
+{
+    const bool isFlow = parser.context && QByteArray(parser.context).contains("a flow ");
+    const YamlPlace begin = YamlBuilder::placeOf(parser.context_mark);
+    const bool isFar = begin.line < YamlBuilder::placeOf(parser.problem_mark).line;
+    return isFlow && isFar ? QStringLiteral("; it begins on line %1").arg(begin.line) : QString();
+}
+
+bool tellFault(const yaml_parser_t &parser, YamlBuilder *builder)
 {
     const QByteArray problem = parser.problem ? parser.problem : "not understood";
-    if (problem.contains("cannot start any token")) {
-        if (character == '\t')
-            return QStringLiteral("indent with spaces, not tabs");
-        return QStringLiteral("no value begins with \"%1\": put the text in quotes")
-            .arg(QLatin1Char(character));
-    }
+    const yaml_mark_t *mark = &parser.problem_mark;
+    QString text = QString::fromLatin1(problem);
     for (const Reason &reason : kReasons) {
-        if (problem == reason.theirs)
-            return QString::fromLatin1(reason.ours);
+        if (problem != reason.theirs)
+            continue;
+        if (reason.isOfContext && parser.context)
+            mark = &parser.context_mark;
+        text = QString::fromLatin1(reason.ours) + whereItBegins(parser);
     }
-    return QString::fromLatin1(problem);
+    if (problem.contains("cannot start any token")) {
+        const char first = builder->characterAt(*mark);
+        text = first == '\t' ? QStringLiteral("indent with spaces, not tabs")
+                             : QStringLiteral("no value begins with \"%1\": put the text in quotes")
+                                   .arg(QLatin1Char(first));
+    }
+    return builder->fail("yaml-syntax", YamlBuilder::placeOf(*mark), text);
 }
 
 bool parse(const QByteArray &text, YamlBuilder *builder)
@@ -82,14 +100,8 @@ bool parse(const QByteArray &text, YamlBuilder *builder)
                                  size_t(text.size()));
     for (bool isDone = false; !isDone;) {
         yaml_event_t event;
-        if (!yaml_parser_parse(&parser.c, &event)) {
-            // Of a text in quotes that never ends, what counts is where it begins.
-            const bool isOpen = parser.c.context &&
-                                qstrcmp(parser.c.problem, "found unexpected end of stream") == 0;
-            const yaml_mark_t &mark = isOpen ? parser.c.context_mark : parser.c.problem_mark;
-            return builder->fail("yaml-syntax", YamlBuilder::placeOf(mark),
-                                 reasonOf(parser.c, builder->characterAt(mark)));
-        }
+        if (!yaml_parser_parse(&parser.c, &event))
+            return tellFault(parser.c, builder);
         isDone = event.type == YAML_STREAM_END_EVENT;
         const bool goesOn = builder->take(event);
         yaml_event_delete(&event);

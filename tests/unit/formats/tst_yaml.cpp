@@ -121,7 +121,11 @@ private slots:
         row("tab", "a:\n\tb: 1\n", {"2:1: indent with spaces, not tabs"});
         row("open_quotes", "a: \"x\nb: 2\n", {"1:4: the quotes that open here are never closed"});
         row("second_colon", "a: b: c\n",
-            {"1:5: a second \": \" in the line: put a text that holds one in quotes"});
+            {"1:5: a \": \" where none can be: put a text that holds one in quotes, or indent the "
+             "line as those of its map"});
+        row("no_blank", "a: 1\nb:1\nc: 2\n", {"2:1: a key without \": \" after it"});
+        row("open_braces", "a: {b: 1,\nc: 2\nd: 3\n",
+            {"3:2: the map in braces needs a \",\" or \"}\" here; it begins on line 1"});
         row("begins_with_at", "a: @b\n",
             {"1:4: no value begins with \"@\": put the text in quotes"});
         row("conflict", "a: 1\n<<<<<<< HEAD\n",
