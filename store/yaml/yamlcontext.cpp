@@ -1,0 +1,134 @@
+// Errors in the YAML form.
+#include "store/yaml/yamlcontext.h"
+
+#include "support/editdistance.h"
+
+#include <QHash>
+
+namespace
+{
+
+constexpr int kLongestWord = 100; ///< that is compared to others, or told
+
+QString range(qint64 low, qint64 high)
+{
+    return QStringLiteral("%1 to %2").arg(low).arg(high);
+}
+
+} // namespace
+
+QString YamlContext::cut(const QString &word)
+{
+    return word.size() <= kLongestWord ? word : word.left(kLongestWord) + QStringLiteral("...");
+}
+
+QString YamlContext::quoted(const QString &word)
+{
+    return QLatin1Char('"') + cut(word) + QLatin1Char('"');
+}
+
+void YamlContext::wrongValue(YamlNode node, const QString &text)
+{
+    problems->add("yaml-value", node.place(), text);
+}
+
+void YamlContext::wrongKind(YamlNode node, const QString &wanted)
+{
+    if (node.kind() == YamlNode::Kind::None)
+        return;
+    const char *found = node.isMap() ? "a map" : node.isList() ? "a list" : "a single value";
+    const QString what = node.isMissing() ? QStringLiteral("nothing") : QLatin1String(found);
+    problems->add("yaml-wrong-kind", node.place(),
+                  QStringLiteral("%1, but here is %2").arg(wanted, what));
+}
+
+void YamlContext::unknownKey(YamlNode key, const QString &where, const QStringList &known)
+{
+    const QString word = cut(key.text());
+    problems->add("yaml-unknown-key", key.place(),
+                  QStringLiteral("there is no key %1 in %2").arg(quoted(word), where) +
+                      didYouMean(word, known));
+}
+
+bool YamlContext::isMap(YamlNode node, const QString &wanted)
+{
+    if (!node.isMap())
+        wrongKind(node, wanted);
+    return node.isMap();
+}
+
+bool YamlContext::isList(YamlNode node, const QString &wanted)
+{
+    if (!node.isList())
+        wrongKind(node, wanted);
+    return node.isList();
+}
+
+std::optional<QString> YamlContext::text(YamlNode node, const QString &what)
+{
+    if (node.kind() == YamlNode::Kind::None)
+        return std::nullopt;
+    if (!node.isScalar()) {
+        wrongKind(node, what + QStringLiteral(" is a single value"));
+        return std::nullopt;
+    }
+    if (node.isMissing()) {
+        wrongValue(node, what + QStringLiteral(" has no value; write \"\" for an empty text"));
+        return std::nullopt;
+    }
+    return node.text();
+}
+
+std::optional<qint64> YamlContext::number(YamlNode node, qint64 low, qint64 high,
+                                          const QString &what)
+{
+    const std::optional<QString> written = text(node, what);
+    if (!written)
+        return std::nullopt;
+    const std::optional<qint64> value = YamlNumber::parse(*written);
+    if (value && *value >= low && *value <= high)
+        return value;
+    wrongValue(node, QStringLiteral("%1 is a number from %2, not %3")
+                         .arg(what, range(low, high), quoted(*written)));
+    return std::nullopt;
+}
+
+QVector<YamlContext::Numbered> YamlContext::numbered(YamlNode map, qint64 low, qint64 high,
+                                                     const QString &what)
+{
+    QVector<Numbered> result;
+    QHash<qint64, int> lines;
+    const QVector<YamlNode::Entry> entries = map.entries();
+    for (const YamlNode::Entry &entry : entries) {
+        const std::optional<qint64> key = number(entry.key, low, high, what);
+        if (!key)
+            continue;
+        if (const int line = lines.value(*key)) {
+            problems->add("yaml-doubled-number", entry.key.place(),
+                          QStringLiteral("%1 %2 stands here a second time; line %3 has it first")
+                              .arg(what, entry.key.text())
+                              .arg(line));
+            continue;
+        }
+        lines.insert(*key, qMax(1, entry.key.place().line));
+        result.append({*key, entry.key, entry.value});
+    }
+    return result;
+}
+
+std::optional<qint64> YamlNumber::parse(const QString &text)
+{
+    const bool isNegative = text.startsWith(QLatin1Char('-'));
+    const bool isSigned = isNegative || text.startsWith(QLatin1Char('+'));
+    QString digits = isSigned ? text.mid(1) : text;
+    const bool isHex = digits.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+    if (isHex)
+        digits = digits.mid(2);
+    if (digits.isEmpty() || !digits.at(0).isLetterOrNumber())
+        return std::nullopt; // a second sign, or a blank, which Qt would take
+    bool ok = false;
+    const qlonglong number = digits.toLongLong(&ok, isHex ? 16 : 10);
+    if (!ok)
+        return std::nullopt;
+    return isNegative ? -number : number;
+}

@@ -1,0 +1,60 @@
+// What all readers of the YAML form share: what is wrong is told in the same words.
+#pragma once
+
+#include "formats/yamldocument.h"
+
+#include <QStringList>
+#include <QVector>
+
+#include <optional>
+
+/// Errors go to the problems, each with its place, and reading goes on to find more. Nodes of the
+/// kind None were told already and are passed over in silence.
+class YamlContext
+{
+public:
+    /// An entry of a map whose keys are numbers.
+    struct Numbered {
+        qint64 number = 0;
+        YamlNode key;
+        YamlNode value;
+    };
+
+    explicit YamlContext(YamlProblems *target) : problems(target) {}
+
+    /// "yaml-value": \a text is a sentence without full stop.
+    void wrongValue(YamlNode node, const QString &text);
+    /// "yaml-wrong-kind": there is a map, a list or a value, where \a wanted should stand, such as
+    /// "the objects of a line are a map".
+    void wrongKind(YamlNode node, const QString &wanted);
+    /// "yaml-unknown-key", with the key that is most like it; \a where is "an object", say.
+    void unknownKey(YamlNode key, const QString &where, const QStringList &known);
+
+    /// Is it a map, or a list? Else tells what is \a wanted, as wrongKind() does.
+    bool isMap(YamlNode node, const QString &wanted);
+    bool isList(YamlNode node, const QString &wanted);
+
+    /// A whole number, decimal or hexadecimal after "0x". Tells of all else; \a what is "the index
+    /// of an object", say.
+    std::optional<qint64> number(YamlNode node, qint64 low, qint64 high, const QString &what);
+    /// The text of a scalar; none, and told, for all else, also if there is nothing.
+    std::optional<QString> text(YamlNode node, const QString &what);
+
+    /// The entries of a map whose keys are numbers, in the order of the file. A number that stands
+    /// twice in different spelling, such as 16 and 0x10, is an error ("yaml-doubled-number").
+    QVector<Numbered> numbered(YamlNode map, qint64 low, qint64 high, const QString &what);
+
+    /// A word of the file for a message: none is long.
+    static QString cut(const QString &word);
+    static QString quoted(const QString &word); ///< cut as well
+
+    YamlProblems *const problems;
+};
+
+namespace YamlNumber
+{
+
+/// A whole number with or without sign, decimal or hexadecimal after "0x"; no blanks.
+std::optional<qint64> parse(const QString &text);
+
+} // namespace YamlNumber

@@ -1,0 +1,52 @@
+// The keys of the YAML form that are no column: they give the file its structure.
+#pragma once
+
+namespace YamlKeys
+{
+
+// Of the project, in the order of the file.
+inline constexpr char kVersion[] = "tessarine"; ///< of the form; the only key that must be there
+inline constexpr int kVersionNumber = 1;
+inline constexpr char kDescription[] = "description";
+inline constexpr char kSettings[] = "settings";
+inline constexpr char kJ1939[] = "j1939"; ///< of a line as well
+inline constexpr char kEnergyBus[] = "energybus";
+inline constexpr char kMisc[] = "misc";
+inline constexpr char kSignalGroups[] = "signal-groups";
+inline constexpr char kVirtualNodes[] = "virtual-nodes";
+inline constexpr char kLineGroups[] = "line-groups";
+inline constexpr char kLines[] = "lines";
+inline constexpr char kSignals[] = "signals"; ///< of a line and of a parameter group as well
+inline constexpr char kConnections[] = "connections";
+inline constexpr char kLocks[] = "locks"; ///< of a line as well
+
+// Of a line; the short forms of objects stand between kDescription and kObjects.
+inline constexpr char kProtocol[] = "protocol";
+inline constexpr char kObjects[] = "objects";
+inline constexpr char kGroups[] = "groups";
+inline constexpr char kFrames[] = "frames";
+inline constexpr char kOtherSignals[] = "other-signals";
+inline constexpr char kOtherElements[] = "other-elements";
+inline constexpr char kUds[] = "uds";
+
+// Of an object.
+inline constexpr char kArray[] = "array";
+inline constexpr char kMembers[] = "members";
+inline constexpr char kLimits[] = "limits";
+
+// Of a CAN frame.
+inline constexpr char kElements[] = "elements";
+inline constexpr char kSkip[] = "skip";
+
+// Of locks.
+inline constexpr char kPdos[] = "pdos";
+inline constexpr char kMappings[] = "mappings";
+
+// Of connections.
+inline constexpr char kFrom[] = "from";
+inline constexpr char kTo[] = "to";
+
+/// What is not there though it usually is: subindex 0 of a record, the object of subindices.
+inline constexpr char kNone[] = "none";
+
+} // namespace YamlKeys

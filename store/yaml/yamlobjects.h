@@ -1,0 +1,22 @@
+// Objects of a line in the YAML form: as they are, or short where the standards are regular.
+#pragma once
+
+#include "formats/yamlwriter.h"
+#include "store/projectrecords.h"
+#include "store/yaml/yamlcontext.h"
+
+namespace YamlObjects
+{
+
+/// Takes what \a entries, keys of a line's map, say of objects, in long and in short form. The
+/// entries that are about something else are what it gives.
+QVector<YamlNode::Entry> read(const QVector<YamlNode::Entry> &entries,
+                              std::map<quint16, ObjectRecord> *objects, YamlContext &context);
+
+/// Writes the short forms, then the map of all other objects, into the open map of a line.
+void write(const std::map<quint16, ObjectRecord> &objects, YamlWriter &writer);
+
+/// The keys of a line that read() takes.
+QStringList keys();
+
+} // namespace YamlObjects
