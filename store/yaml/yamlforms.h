@@ -53,7 +53,7 @@ constexpr bool isSameText(const char *a, const char *b)
     return *a == *b;
 }
 
-/// A row for each column, in the order on disk, and no word twice.
+/// A row for each column, in the order on disk, no word twice, and none without help.
 template <class Record, size_t N, size_t M>
 constexpr bool belongTogether(const YamlColumn (&words)[N], const Column<Record> (&columns)[M])
 {
@@ -61,6 +61,8 @@ constexpr bool belongTogether(const YamlColumn (&words)[N], const Column<Record>
         return false;
     for (size_t i = 0; i < N; ++i) {
         if (!isSameText(words[i].column, columns[i].name))
+            return false;
+        if (words[i].word && !words[i].help)
             return false;
         for (size_t k = 0; k < i && words[i].word; ++k) {
             if (words[k].word && isSameText(words[i].word, words[k].word))
