@@ -4,6 +4,7 @@
 #include "app/clioutputhandler.h"
 #include "app/dependencyfile.h"
 #include "app/sarifreport.h"
+#include "store/projectfile.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -14,10 +15,12 @@
 namespace
 {
 
-/// Where a save keeps the former state of a project; empty for a text project, which has none.
+/// Where a save keeps the former state of a project; empty for one in a form that people read,
+/// which has none.
 QString backupOf(const QString &project)
 {
-    if (project.endsWith(QLatin1String("tsrt")))
+    const ProjectFile::Form form = ProjectFile::formOf(project);
+    if (form == ProjectFile::Form::Text || form == ProjectFile::Form::Yaml)
         return QString();
     const QString file = QFileInfo(project).canonicalFilePath(); // empty: there is none
     return (file.isEmpty() ? project : file) + QLatin1String(".bak");

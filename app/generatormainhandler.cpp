@@ -12,6 +12,7 @@
 #include "store/databasemodifier.h"
 #include "store/objectdatabase.h"
 #include "store/projectconverter.h"
+#include "store/projectfile.h"
 #include "support/filereasons.h"
 #include "support/helper.h"
 #include "support/logging.h"
@@ -181,7 +182,7 @@ bool GeneratorMainHandler::openProject(const QString &filePath)
     const QFileInfo info(filePath);
     const QString path = info.isRelative() ? info.absoluteFilePath() : filePath;
     const GivenName name(path, filePath);
-    const bool isText = path.endsWith(QLatin1String("tsrt"));
+    const bool isText = ProjectFile::formOf(path) == ProjectFile::Form::Text;
     if (!(isText ? openTextBasedProject(path) : openSqlBasedProject(path)))
         return false;
     correctProject();

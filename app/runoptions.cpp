@@ -1,6 +1,7 @@
 // The options of the command line.
 #include "app/runoptions.h"
 
+#include "store/projectfile.h"
 #include "support/editdistance.h"
 #include "support/printable.h"
 #include "support/problems.h"
@@ -197,8 +198,7 @@ void RunOptions::reportRepeated(const OptionRow &option, int position) const
 
 void RunOptions::reportUnknown(const QString &word, const OptionRow *meant) const
 {
-    const bool isProject =
-        word.endsWith(QLatin1String(".tsrp")) || word.endsWith(QLatin1String(".tsrt"));
+    const bool isProject = ProjectFile::formOf(word) != ProjectFile::Form::Other;
     QString text = QStringLiteral("%1 is no option and has no effect").arg(quotedWord(word));
     if (meant)
         text += QStringLiteral("; did you mean %1").arg(quotedWord(QLatin1String(meant->name)));

@@ -2,6 +2,7 @@
 // form all come from these tables.
 #pragma once
 
+#include "store/projectrecords.h"
 #include "store/rowmapping.h"
 
 // clang-format off
@@ -165,6 +166,17 @@ inline constexpr Column<DataElementData> kDataElementColumns[] = {
     column<&DataElementData::pos, DataElementData>            ("pos", "integer"),
     column<&DataElementData::bitSize, DataElementData>        ("bitsize", "integer"),
     column<&DataElementData::direction, DataElementData>      ("direction", "integer"),
+};
+
+inline constexpr Column<VirtualNodeRecord> kVirtualNodeColumns[] = {
+    column<&VirtualNodeRecord::line>("line", "integer"),
+    column<&VirtualNodeRecord::node>("dbnodeid", "integer"),
+    column<&VirtualNodeRecord::name>("name", "text"),
+};
+
+inline constexpr Column<LineGroupRecord> kLineGroupColumns[] = {
+    column<&LineGroupRecord::name> ("name", "text"),
+    column<&LineGroupRecord::lines>("nodeidlist", "text"),
 };
 // clang-format on
 

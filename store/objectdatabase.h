@@ -24,6 +24,7 @@
 
 class QSqlQuery;
 class StorePrivate;
+struct ProjectRecord;
 struct SavedObject;
 
 /// All data of one project, in a private temporary copy of the user's file; only the save
@@ -71,8 +72,8 @@ public:
     /// Starts a fresh project with line 0 in a new temporary file.
     bool createNewDataBase();
 
-    /// Opens a project; a name that ends in "tsrt" is a text project, all others are databases.
-    /// False if the file is no project, or one of another tool of the family: then
+    /// Opens a project in the form that the name says: a name of no known form is taken for a
+    /// database. False if the file is no project, or one of another tool of the family: then
     /// getLastErrorString() is set and wrongTool() raised. Text projects always give true. The flag
     /// is not looked at.
     bool openDataBase(const QString &file, bool unused = true);
@@ -85,6 +86,18 @@ public:
     bool saveDatabaseAsText(const QString &file);
     bool toText(const QString &file);
     bool fromText(const QString &file);
+    bool saveDatabaseAsYaml(const QString &file);
+    /// Writes the file without making it the project's own.
+    bool toYaml(const QString &file);
+    /// False if anything in the file was not understood; all of it has then been told.
+    bool fromYaml(const QString &file);
+    /// Of the opened project, if its form has comments that saving loses; 0 if there is none.
+    int firstCommentLine() const;
+
+    /// All that the project holds as plain records.
+    bool readRecords(ProjectRecord *project) const;
+    /// Replaces all that the new project holds by these records: raw rows, no repair.
+    bool putRecords(const ProjectRecord &project);
 
     /// Saves a copy whose EDS paths are relative to it.
     bool exportDatabase(const QString &file);
@@ -564,6 +577,8 @@ private:
     void createMissingLineZeroTables();
     bool checkTool();
     void repairOpenedProject();
+    void repairLines();
+    void completeProject();
     void repairLineType(quint8 line);
     void repairUdsServices(quint8 line);
     void morphRelativeEdsToAbsolute();
@@ -597,6 +612,8 @@ private:
 
     // Steps of saving and comparing (objectdatabase_save.cpp)
     bool mayReplace(const QString &file) const;
+    /// Saves in a form that people read, of which there is no backup.
+    bool saveReadable(const QString &file, bool (ObjectDataBase::*write)(const QString &));
     void noteSavingTool();
     void resetChangedByUserFlag(quint8 line);
     bool isDictionaryDifferent(const ObjectDataBase &other, quint8 line) const;

@@ -77,7 +77,7 @@ bool ObjectDataBase::createNewDataBase()
 bool ObjectDataBase::openDataBase(const QString &file, bool)
 {
     d->lastError.clear();
-    if (file.endsWith(QLatin1String("tsrt"))) {
+    if (ProjectFile::formOf(file) == ProjectFile::Form::Text) {
         fromText(file);
         return true;
     }
@@ -90,10 +90,7 @@ bool ObjectDataBase::openDataBase(const QString &file, bool)
     if (!holdsProject())
         return d->refuse("no-project", QStringLiteral("is a database that holds no project"));
     if (!upgradeOpenedProject())
-        return d->refuse("wrong-tool",
-                         QStringLiteral("was saved by %1 and holds lines that this "
-                                        "tool does not know; open it there")
-                             .arg(getMiscSettingsValue(QStringLiteral("SaveToolType"))));
+        return d->refuseTool();
     cacheStrings();
     d->exec(QStringLiteral("VACUUM"));
     if (d->damaged)
@@ -115,6 +112,14 @@ bool StorePrivate::refuseWorkingCopy(const QString &reason) const
                   QStringLiteral("cannot be held in a temporary copy: %1; XDG_DATA_HOME and TMPDIR "
                                  "tell where that is made")
                       .arg(reason));
+}
+
+bool StorePrivate::refuseTool() const
+{
+    return refuse("wrong-tool",
+                  QStringLiteral("was saved by %1 and holds lines that this tool does not know; "
+                                 "open it there")
+                      .arg(owner->getMiscSettingsValue(QStringLiteral("SaveToolType"))));
 }
 
 bool StorePrivate::openCopy()
@@ -184,6 +189,11 @@ QString ObjectDataBase::getLastErrorString() const
 QString ObjectDataBase::getProjectFileName() const
 {
     return d->projectFile;
+}
+
+int ObjectDataBase::firstCommentLine() const
+{
+    return d->firstCommentLine;
 }
 
 QString ObjectDataBase::createTempFile()

@@ -111,10 +111,15 @@ public:
     /// Tells the user why the project file is not opened; always false.
     bool refuse(const char *rule, const QString &text) const;
     bool refuseWorkingCopy(const QString &reason) const;
+    bool refuseTool() const;
     void noteSaved(const QString &target);
+    /// Lets \a write make the file anew, but not over a project that is not as it was read.
+    bool replaceReadable(const QString &file, const std::function<bool(const QString &)> &write);
     /// Is the text project on disk the one that was read? Or else the same as its new text, which
     /// is in the file \a fresh, as when another run saved it?
     bool isAsRead(const QString &fresh);
+    bool readYaml(ProjectRecord *project);
+    bool writeYaml(const QString &file);
     /// Makes a thread that does not hold the block wait for it.
     void awaitUnblocked();
     void noteFailure(const QSqlQuery &query);
@@ -231,8 +236,9 @@ public:
     bool damaged = false;
     /// The project file could not be read as one; saving it would destroy what the user has in it.
     bool sourceUnreadable = false;
-    QString unreadPart; ///< of it, where it is known: what the user has to mend
-    QString failure;    ///< the driver's text of the last statement that failed
+    int firstCommentLine = 0; ///< of the project file; 0 if there is none
+    QString unreadPart;       ///< of it, where it is known: what the user has to mend
+    QString failure;          ///< the driver's text of the last statement that failed
 
     std::atomic<bool> lockWriteAccess{false};
     std::atomic<bool> blockUpdates{false};

@@ -13,11 +13,6 @@ namespace
 
 constexpr quint16 kWizardSourceDelivered = 454;
 
-bool isTextName(const QString &file)
-{
-    return file.endsWith(QLatin1String("tsrt"));
-}
-
 bool isSameFile(const QString &file, const QString &other)
 {
     return file == other || (QFileInfo::exists(file) && QFileInfo(file) == QFileInfo(other));
@@ -37,7 +32,8 @@ bool ObjectDataBase::saveDataBase(const QString &file)
 {
     const QString target = file.isEmpty() ? d->projectFile : file;
     d->lastError.clear();
-    return isTextName(target) ? saveDatabaseAsText(target) : saveDatabaseAsSql(target);
+    const bool isText = ProjectFile::formOf(target) == ProjectFile::Form::Text;
+    return isText ? saveDatabaseAsText(target) : saveDatabaseAsSql(target);
 }
 
 bool ObjectDataBase::mayReplace(const QString &file) const
@@ -109,6 +105,12 @@ void StorePrivate::noteSaved(const QString &target)
 
 bool ObjectDataBase::saveDatabaseAsText(const QString &file)
 {
+    return saveReadable(file, &ObjectDataBase::toText);
+}
+
+bool ObjectDataBase::saveReadable(const QString &file,
+                                  bool (ObjectDataBase::*write)(const QString &))
+{
     delNode(254);
     delNode(255);
     noteSavingTool();
@@ -117,7 +119,7 @@ bool ObjectDataBase::saveDatabaseAsText(const QString &file)
     if (!isSameFile(file, d->projectFile))
         d->sourceState = ProjectFile::State::of(file); // replacing it is what was asked for
     d->projectFile = file;
-    const bool saved = toText(file);
+    const bool saved = (this->*write)(file);
     if (saved)
         d->noteSaved(file);
     return saved;
@@ -130,16 +132,25 @@ bool ObjectDataBase::toText(const QString &file)
         converter.setObjectDatabase(this);
         converter.setTextOutputFile(fresh);
         if (converter.convertSqlToText() && !d->damaged)
-            return !isSameFile(file, d->projectFile) || d->isAsRead(fresh);
+            return true;
         d->lastError = d->damaged
                            ? QStringLiteral("the temporary copy of it failed (%1)").arg(d->failure)
                            : converter.outputError();
         return false;
     };
-    return ReplaceFile::replace(file, ReplaceFile::Backup::None, convert, &d->lastError);
+    return d->replaceReadable(file, convert);
 }
 
-/// A text project has no backup: what somebody has written since it was read would be gone.
+bool StorePrivate::replaceReadable(const QString &file,
+                                   const std::function<bool(const QString &)> &write)
+{
+    const auto writeAndCompare = [&](const QString &fresh) {
+        return write(fresh) && (!isSameFile(file, projectFile) || isAsRead(fresh));
+    };
+    return ReplaceFile::replace(file, ReplaceFile::Backup::None, writeAndCompare, &lastError);
+}
+
+/// Such a project has no backup: what somebody has written since it was read would be gone.
 bool StorePrivate::isAsRead(const QString &fresh)
 {
     const ProjectFile::State now = ProjectFile::State::of(projectFile);

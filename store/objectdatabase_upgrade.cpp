@@ -178,11 +178,8 @@ bool ObjectDataBase::checkTool()
 
 void ObjectDataBase::repairOpenedProject()
 {
+    repairLines();
     const QList<quint8> lines = getNodes();
-    for (const quint8 line : lines) {
-        repairLineType(line);
-        repairUdsServices(line);
-    }
     const quint32 version =
         Numbers::toUIntDecimal(getMiscSettingsValue(QStringLiteral("DatabaseVersion")));
     for (const quint8 line : lines) {
@@ -192,6 +189,22 @@ void ObjectDataBase::repairOpenedProject()
     }
     if (d->projectFile.endsWith(QLatin1String("tsep")))
         morphRelativeEdsToAbsolute();
+    completeProject();
+}
+
+/// What no line is without, whatever wrote the project.
+void ObjectDataBase::repairLines()
+{
+    const QList<quint8> lines = getNodes();
+    for (const quint8 line : lines) {
+        repairLineType(line);
+        repairUdsServices(line);
+    }
+}
+
+void ObjectDataBase::completeProject()
+{
+    const QList<quint8> lines = getNodes();
     for (const quint8 line : lines)
         addDefaultDescriptionSettings(line);
     fixFaultyPGNSPNCount();

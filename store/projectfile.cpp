@@ -71,6 +71,17 @@ QString ProjectFile::pendingChanges(const QString &file)
     return QString();
 }
 
+ProjectFile::Form ProjectFile::formOf(const QString &file)
+{
+    if (file.endsWith(QLatin1String("tsrt")))
+        return Form::Text;
+    for (const char *end : {".yaml", ".yml"}) {
+        if (file.endsWith(QLatin1String(end), Qt::CaseInsensitive))
+            return Form::Yaml;
+    }
+    return file.endsWith(QLatin1String(".tsrp")) ? Form::Database : Form::Other;
+}
+
 ProjectFile::Refusal ProjectFile::whyNoDatabase(const QString &name)
 {
     QFile file(name);

@@ -15,6 +15,16 @@ struct Refusal {
     QString text;
 };
 
+/// The forms of a project, which the ends of names tell apart.
+enum class Form {
+    Database, ///< ".tsrp"
+    Text,     ///< "tsrt"; there need not be a dot before it
+    Yaml,     ///< ".yaml" or ".yml", in any case
+    Other,    ///< no known name; opened and saved as a database
+};
+
+Form formOf(const QString &file);
+
 /// Looks at what stands beside \a file and at its first bytes, before a copy of it is made: is it a
 /// database that is there as a whole?
 Refusal whyNoDatabase(const QString &file);

@@ -1,6 +1,7 @@
 // Places in the text form of a project.
 #include "store/textprojectplaces.h"
 
+#include "store/projectfile.h"
 #include "store/schema.h"
 #include "support/helper.h"
 #include "support/numbers.h"
@@ -31,7 +32,7 @@ public:
 
 std::unique_ptr<ProjectPlaces> ProjectPlaces::ofFile(const QString &file)
 {
-    if (file.endsWith(QLatin1String("tsrt")))
+    if (ProjectFile::formOf(file) == ProjectFile::Form::Text)
         return std::make_unique<TextProjectPlaces>(file);
     return std::make_unique<NoPlaces>();
 }

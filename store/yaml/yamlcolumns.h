@@ -196,6 +196,19 @@ inline constexpr YamlColumn kDataElementWords[] = {
     {"direction",      nullptr,          YamlForm::Word,    kDirectionWords},
 };
 static_assert(belongTogether(kDataElementWords, kDataElementColumns), "a word for each column");
+
+inline constexpr YamlColumn kVirtualNodeWords[] = {
+    {"line",     "line", YamlForm::Number, {}, "CAN line that the node is on"},
+    {"dbnodeid", "node", YamlForm::Number, {}, "Number of the node"},
+    {"name",     "name", YamlForm::Text,   {}, "Name of the node"},
+};
+static_assert(belongTogether(kVirtualNodeWords, kVirtualNodeColumns), "a word for each column");
+
+inline constexpr YamlColumn kLineGroupWords[] = {
+    {"name",       "name",  YamlForm::Text,       {}, "Name of the group of lines"},
+    {"nodeidlist", "lines", YamlForm::NumberList, {}, "Its lines, by number"},
+};
+static_assert(belongTogether(kLineGroupWords, kLineGroupColumns), "a word for each column");
 // clang-format on
 
 inline constexpr YamlTable<NodeData> kNodeYaml(kNodeColumns, kNodeWords);
@@ -209,3 +222,6 @@ inline constexpr YamlTable<SpnData> kSpnYaml(kSpnColumns, kSpnWords);
 inline constexpr YamlTable<CanIdData> kCanIdYaml(kCanIdColumns, kCanIdWords);
 inline constexpr YamlTable<DataElementData> kDataElementYaml(kDataElementColumns,
                                                              kDataElementWords);
+inline constexpr YamlTable<VirtualNodeRecord> kVirtualNodeYaml(kVirtualNodeColumns,
+                                                               kVirtualNodeWords);
+inline constexpr YamlTable<LineGroupRecord> kLineGroupYaml(kLineGroupColumns, kLineGroupWords);

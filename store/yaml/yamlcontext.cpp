@@ -44,10 +44,27 @@ void YamlContext::wrongKind(YamlNode node, const QString &wanted)
 
 void YamlContext::unknownKey(YamlNode key, const QString &where, const QStringList &known)
 {
+    if (problems->isFull())
+        return; // to look for the word that was meant takes time
     const QString word = cut(key.text());
     problems->add("yaml-unknown-key", key.place(),
                   QStringLiteral("there is no key %1 in %2").arg(quoted(word), where) +
                       didYouMean(word, known));
+}
+
+void YamlContext::misplacedKey(YamlNode key, const QString &where, const QString &home)
+{
+    problems->add("yaml-unknown-key", key.place(),
+                  QStringLiteral("there is no key %1 in %2; it belongs to %3")
+                      .arg(quoted(key.text()), where, home));
+}
+
+void YamlContext::doubledNumber(YamlNode key, const QString &what, int first)
+{
+    problems->add("yaml-doubled-number", key.place(),
+                  QStringLiteral("%1 %2 stands here a second time; line %3 has it first")
+                      .arg(what, cut(key.text()))
+                      .arg(first));
 }
 
 bool YamlContext::isMap(YamlNode node, const QString &wanted)
@@ -104,10 +121,7 @@ QVector<YamlContext::Numbered> YamlContext::numbered(YamlNode map, qint64 low, q
         if (!key)
             continue;
         if (const int line = lines.value(*key)) {
-            problems->add("yaml-doubled-number", entry.key.place(),
-                          QStringLiteral("%1 %2 stands here a second time; line %3 has it first")
-                              .arg(what, entry.key.text())
-                              .arg(line));
+            doubledNumber(entry.key, what, line);
             continue;
         }
         lines.insert(*key, qMax(1, entry.key.place().line));
@@ -127,8 +141,8 @@ std::optional<qint64> YamlNumber::parse(const QString &text)
     if (digits.isEmpty() || !digits.at(0).isLetterOrNumber())
         return std::nullopt; // a second sign, or a blank, which Qt would take
     bool ok = false;
+    if (isNegative)
+        digits.prepend(QLatin1Char('-'));
     const qlonglong number = digits.toLongLong(&ok, isHex ? 16 : 10);
-    if (!ok)
-        return std::nullopt;
-    return isNegative ? -number : number;
+    return ok ? std::optional<qint64>(number) : std::nullopt;
 }

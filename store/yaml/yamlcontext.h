@@ -30,6 +30,11 @@ public:
     /// "yaml-unknown-key", with the key that is most like it; \a where is "an object", say.
     void unknownKey(YamlNode key, const QString &where, const QStringList &known);
 
+    /// The same for a key of something else; \a home is "an object", say.
+    void misplacedKey(YamlNode key, const QString &where, const QString &home);
+    /// "yaml-doubled-number": \a what, such as "signal", has that number on line \a first already.
+    void doubledNumber(YamlNode key, const QString &what, int first);
+
     /// Is it a map, or a list? Else tells what is \a wanted, as wrongKind() does.
     bool isMap(YamlNode node, const QString &wanted);
     bool isList(YamlNode node, const QString &wanted);

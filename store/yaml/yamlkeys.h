@@ -42,6 +42,9 @@ inline constexpr char kSkip[] = "skip";
 inline constexpr char kPdos[] = "pdos";
 inline constexpr char kMappings[] = "mappings";
 
+/// Of a signal that stands beside the lines.
+inline constexpr char kLine[] = "line";
+
 // Of connections.
 inline constexpr char kFrom[] = "from";
 inline constexpr char kTo[] = "to";

@@ -6,6 +6,7 @@
 #include "store/yaml/yamlcolumns.h"
 
 #include <cstring>
+#include <limits>
 
 namespace YamlRecord
 {
@@ -19,8 +20,8 @@ YamlCells::Bounds boundsOf(const Column<Record> &column)
     if (const qint64 high = column.get(probe).toLongLong(); high >= 0)
         return {0, high};
     YamlCells::Bounds bounds{-128, 127};
-    for (const int bits : {15, 31}) {
-        const qint64 high = (qint64(1) << bits) - 1;
+    for (const int bits : {15, 31, 63}) {
+        const qint64 high = std::numeric_limits<qint64>::max() >> (63 - bits);
         column.set(probe, QVariant(qlonglong(high)));
         if (column.get(probe).toLongLong() == high)
             bounds = {-high - 1, high};

@@ -23,6 +23,9 @@ public:
     explicit YamlSettings(const ProjectRecord &project);
     YamlSettings() = default;
     void writeOfProject(YamlWriter &writer) const;
+    /// The protocol, which is the first key of a line.
+    void writeProtocol(quint8 line, YamlWriter &writer) const;
+    /// All other settings that stand with the line.
     void writeOfLine(quint8 line, YamlWriter &writer) const;
 
     /// The keys that readOfProject() and readOfLine() take.
