@@ -33,6 +33,15 @@ inline constexpr char kUds[] = "uds";
 inline constexpr char kArray[] = "array";
 inline constexpr char kMembers[] = "members";
 inline constexpr char kLimits[] = "limits";
+inline constexpr char kObject[] = "object"; ///< kNone: there are subindices only
+
+// Of a short form that is a record, besides those of its rows.
+inline constexpr char kAbout[] = "description"; ///< of the object
+
+// Of a PDO, besides those.
+inline constexpr char kMap[] = "map";
+inline constexpr char kMapSlots[] = "map-slots"; ///< the mapping may be changed, and has so many
+inline constexpr char kMapAbout[] = "map-description"; ///< of the object with the mapping
 
 // Of a CAN frame.
 inline constexpr char kElements[] = "elements";
