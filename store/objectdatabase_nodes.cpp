@@ -3,6 +3,7 @@
 #include "support/logging.h"
 #include "support/numbers.h"
 #include "support/objectindex.h"
+#include "support/udssiddefinitions.h"
 
 #include <algorithm>
 
@@ -10,7 +11,6 @@ namespace
 {
 
 constexpr quint8 kScratchLine = 254;
-constexpr quint8 kDefaultServiceSids[] = {16, 17, 62, 34, 46};
 
 Cells nodeCells(const NodeData &data, int count)
 {
@@ -108,10 +108,10 @@ void ObjectDataBase::addLineSettings(quint8 line)
         addDefaultDescriptionSettings(line);
     }
     d->exec(Schema::createLineTable("UDSSettings", line));
-    for (const quint8 sid : kDefaultServiceSids)
-        setUDSServiceActive(line, sid, true);
-    for (const quint8 sid : kDefaultServiceSids)
-        setUDSServiceSessions(line, sid, QStringLiteral("1"));
+    for (const UDS::SID sid : UDS::kOfNewLine)
+        setUDSServiceActive(line, quint8(sid), true);
+    for (const UDS::SID sid : UDS::kOfNewLine)
+        setUDSServiceSessions(line, quint8(sid), QString::fromLatin1(UDS::kSessionsOfNewLine));
 }
 
 bool ObjectDataBase::delNode(quint8 line)

@@ -28,6 +28,11 @@ enum class SID : quint8 {
     TesterPresent = 62,
 };
 
+/// What a new line serves, all in the default session.
+constexpr SID kOfNewLine[] = {SID::DiagnosticSessionControl, SID::ECUReset, SID::TesterPresent,
+                              SID::ReadDataByIdentifier, SID::WriteDataByIdentifier};
+constexpr const char *kSessionsOfNewLine = "1";
+
 } // namespace UDS
 
 class UDSSIDDefinitions

@@ -2,20 +2,11 @@
 #include "store/yaml/yamlcells.h"
 
 #include "support/cohelper.h"
-#include "support/editdistance.h"
 
 #include <QRegularExpression>
 
 namespace
 {
-
-QStringList allWords(const YamlWords &words)
-{
-    QStringList result;
-    for (const YamlWord &word : words)
-        result << QString::fromLatin1(word.word);
-    return result;
-}
 
 QStringList typeNames()
 {
@@ -90,35 +81,6 @@ std::optional<qint64> flagFromYaml(const YamlColumn &column, YamlNode value, Yam
     return std::nullopt;
 }
 
-/// A number that is given for a word.
-std::optional<qint64> numberFor(const YamlColumn &column, YamlNode value, const QString &text,
-                                YamlCells::Bounds bounds, const QStringList &words,
-                                YamlContext &context)
-{
-    if (YamlNumber::parse(text))
-        return context.number(value, bounds.low, bounds.high, named(column));
-    const QString meant = didYouMean(YamlContext::cut(text), words);
-    context.wrongValue(
-        value, QStringLiteral("there is no %1 %2").arg(named(column), YamlContext::quoted(text)) +
-                   (meant.isEmpty() && words.size() <= 8
-                        ? QStringLiteral("; it is one of ") + words.join(QStringLiteral(", "))
-                        : meant));
-    return std::nullopt;
-}
-
-std::optional<qint64> wordFromYaml(const YamlColumn &column, YamlNode value,
-                                   YamlCells::Bounds bounds, YamlContext &context)
-{
-    const std::optional<QString> text = context.text(value, named(column));
-    if (!text)
-        return std::nullopt;
-    for (const YamlWord &word : column.words) {
-        if (*text == QLatin1String(word.word))
-            return word.number;
-    }
-    return numberFor(column, value, *text, bounds, allWords(column.words), context);
-}
-
 std::optional<qint64> typeFromYaml(const YamlColumn &column, YamlNode value,
                                    YamlCells::Bounds bounds, YamlContext &context)
 {
@@ -130,7 +92,8 @@ std::optional<qint64> typeFromYaml(const YamlColumn &column, YamlNode value,
     if (const quint16 type = COHelper::mapDataTypeString(*text))
         return type;
     static const QStringList names = typeNames();
-    return numberFor(column, value, *text, bounds, names, context);
+    context.noSuchWord(value, named(column), *text, names);
+    return std::nullopt;
 }
 
 } // namespace
@@ -216,7 +179,8 @@ std::optional<QVariant> YamlCells::fromYaml(const YamlColumn &column, YamlNode v
     case YamlForm::Flag:
         return numberCell(flagFromYaml(column, value, context));
     case YamlForm::Word:
-        return numberCell(wordFromYaml(column, value, bounds, context));
+        return numberCell(
+            context.word(value, column.words, bounds.low, bounds.high, named(column)));
     case YamlForm::Type:
         return numberCell(typeFromYaml(column, value, bounds, context));
     case YamlForm::NumberList:

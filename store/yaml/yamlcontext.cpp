@@ -110,14 +110,46 @@ std::optional<qint64> YamlContext::number(YamlNode node, qint64 low, qint64 high
     return std::nullopt;
 }
 
+std::optional<qint64> YamlContext::word(YamlNode node, const YamlWords &words, qint64 low,
+                                        qint64 high, const QString &what)
+{
+    const std::optional<QString> written = text(node, what);
+    if (!written)
+        return std::nullopt;
+    QStringList known;
+    for (const YamlWord &row : words) {
+        if (*written == QLatin1String(row.word))
+            return row.number;
+        known << QString::fromLatin1(row.word);
+    }
+    const std::optional<qint64> value = YamlNumber::parse(*written);
+    if (value && *value >= low && *value <= high)
+        return value;
+    noSuchWord(node, what, *written, known);
+    return std::nullopt;
+}
+
+void YamlContext::noSuchWord(YamlNode node, const QString &what, const QString &text,
+                             const QStringList &words)
+{
+    if (problems->isFull())
+        return;
+    const QString meant = didYouMean(cut(text), words);
+    wrongValue(node, QStringLiteral("there is no %1 %2").arg(what, quoted(text)) +
+                         (meant.isEmpty() && words.size() <= 8
+                              ? QStringLiteral("; it is one of ") + words.join(QStringLiteral(", "))
+                              : meant));
+}
+
 QVector<YamlContext::Numbered> YamlContext::numbered(YamlNode map, qint64 low, qint64 high,
-                                                     const QString &what)
+                                                     const QString &what, const YamlWords &words)
 {
     QVector<Numbered> result;
     QHash<qint64, int> lines;
     const QVector<YamlNode::Entry> entries = map.entries();
     for (const YamlNode::Entry &entry : entries) {
-        const std::optional<qint64> key = number(entry.key, low, high, what);
+        const std::optional<qint64> key = words.count > 0 ? word(entry.key, words, low, high, what)
+                                                          : number(entry.key, low, high, what);
         if (!key)
             continue;
         if (const int line = lines.value(*key)) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "formats/yamldocument.h"
+#include "store/yaml/yamlforms.h"
 
 #include <QStringList>
 #include <QVector>
@@ -42,12 +43,21 @@ public:
     /// A whole number, decimal or hexadecimal after "0x". Tells of all else; \a what is "the index
     /// of an object", say.
     std::optional<qint64> number(YamlNode node, qint64 low, qint64 high, const QString &what);
+    /// One of the words, or a number; \a what is "direction", say.
+    std::optional<qint64> word(YamlNode node, const YamlWords &words, qint64 low, qint64 high,
+                               const QString &what);
+    /// "there is no <what> <text>", with the word that is most like it, or all words if they are
+    /// few.
+    void noSuchWord(YamlNode node, const QString &what, const QString &text,
+                    const QStringList &words);
     /// The text of a scalar; none, and told, for all else, also if there is nothing.
     std::optional<QString> text(YamlNode node, const QString &what);
 
     /// The entries of a map whose keys are numbers, in the order of the file. A number that stands
-    /// twice in different spelling, such as 16 and 0x10, is an error ("yaml-doubled-number").
-    QVector<Numbered> numbered(YamlNode map, qint64 low, qint64 high, const QString &what);
+    /// twice in different spelling, such as 16 and 0x10, is an error ("yaml-doubled-number"). Keys
+    /// may be \a words as well, if there are any.
+    QVector<Numbered> numbered(YamlNode map, qint64 low, qint64 high, const QString &what,
+                               const YamlWords &words = {});
 
     /// A word of the file for a message: none is long.
     static QString cut(const QString &word);

@@ -45,7 +45,11 @@ inline constexpr char kMapAbout[] = "map-description"; ///< of the object with t
 
 // Of a CAN frame.
 inline constexpr char kElements[] = "elements";
-inline constexpr char kSkip[] = "skip";
+inline constexpr char kSkip[] = "skip"; ///< bits of the frame that hold no signal
+// Of a signal whose frame the line does not have.
+inline constexpr char kGroup[] = "group";
+inline constexpr char kFrame[] = "frame";
+inline constexpr char kDirection[] = "direction";
 
 // Of locks.
 inline constexpr char kPdos[] = "pdos";
