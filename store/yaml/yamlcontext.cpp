@@ -162,6 +162,19 @@ QVector<YamlContext::Numbered> YamlContext::numbered(YamlNode map, qint64 low, q
     return result;
 }
 
+bool YamlContext::hasRoomFor(int subindices, YamlNode node)
+{
+    const bool hadRoom = subindexCount <= kMostSubindices;
+    subindexCount += subindices;
+    if (subindexCount <= kMostSubindices)
+        return true;
+    if (hadRoom)
+        problems->add("yaml-bounds", node.place(),
+                      QStringLiteral("from here on the project has more than %1 subindices")
+                          .arg(kMostSubindices));
+    return false;
+}
+
 std::optional<qint64> YamlNumber::parse(const QString &text)
 {
     const bool isNegative = text.startsWith(QLatin1Char('-'));

@@ -59,11 +59,19 @@ public:
     QVector<Numbered> numbered(YamlNode map, qint64 low, qint64 high, const QString &what,
                                const YamlWords &words = {});
 
+    /// May a project have so many subindices more? An array of 254 members is just a few bytes of a
+    /// file, which must not fill the memory. Tells it once.
+    bool hasRoomFor(int subindices, YamlNode node);
+
     /// A word of the file for a message: none is long.
     static QString cut(const QString &word);
     static QString quoted(const QString &word); ///< cut as well
 
     YamlProblems *const problems;
+
+private:
+    static constexpr qint64 kMostSubindices = 4 * 1024 * 1024;
+    qint64 subindexCount = 0;
 };
 
 namespace YamlNumber

@@ -5,6 +5,8 @@
 #include "store/projectrecords.h"
 #include "store/yaml/yamlcontext.h"
 
+#include <QHash>
+
 namespace YamlObjects
 {
 
@@ -20,3 +22,25 @@ void write(const std::map<quint16, ObjectRecord> &objects, YamlWriter &writer);
 QStringList keys();
 
 } // namespace YamlObjects
+
+/// The objects of a line on their way out of a file, each once.
+class YamlObjectSink
+{
+public:
+    YamlObjectSink(std::map<quint16, ObjectRecord> *target, YamlContext *who)
+        : objects(target), context(who)
+    {
+    }
+
+    /// Tells it at \a key if the object is there already, or there are too many subindices.
+    void add(quint16 index, YamlNode key, ObjectRecord &&object);
+
+    const std::map<quint16, ObjectRecord> &all() const { return *objects; }
+    /// Sets the default value of a subindex that may be there.
+    void setDefault(quint16 index, quint8 sub, const QString &value);
+
+private:
+    std::map<quint16, ObjectRecord> *objects;
+    YamlContext *context;
+    QHash<quint16, int> lines; ///< where each stands
+};

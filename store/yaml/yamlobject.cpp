@@ -1,0 +1,398 @@
+// Reading and writing of single objects.
+#include "store/yaml/yamlobject.h"
+
+#include "store/yaml/yamlkeys.h"
+#include "store/yaml/yamlsubindex.h"
+#include "support/accesstype.h"
+
+#include <QRegularExpression>
+
+#include <array>
+
+namespace
+{
+
+using CANopen::ObjectCode;
+using Entries = QVector<YamlNode::Entry>;
+
+constexpr int kHighestOfArray = 254;
+constexpr int kLongestName = 241; ///< characters that a member takes of the array's name (CiA 306)
+
+/// These stand before the words of a variable, all others behind them.
+constexpr const char *kHeadWords[] = {"name", "code", "type"};
+
+struct Structure {
+    YamlNode array;
+    YamlNode members;
+    YamlNode object;
+    Entries others;
+};
+
+Structure structureOf(YamlNode map)
+{
+    Structure result;
+    const Entries entries = map.entries();
+    for (const YamlNode::Entry &entry : entries) {
+        if (entry.key.is(YamlKeys::kArray))
+            result.array = entry.value;
+        else if (entry.key.is(YamlKeys::kMembers))
+            result.members = entry.value;
+        else if (entry.key.is(YamlKeys::kObject))
+            result.object = entry.value;
+        else
+            result.others.append(entry);
+    }
+    return result;
+}
+
+Entries readIndex(const Entries &entries, IndexData *data, YamlContext &context)
+{
+    Entries others;
+    for (const YamlNode::Entry &entry : entries) {
+        if (!YamlRecord::readColumn(kIndexYaml, entry.key, entry.value, data, context))
+            others.append(entry);
+    }
+    return others;
+}
+
+bool isHead(const YamlColumn &column)
+{
+    for (const char *word : kHeadWords) {
+        if (isSameText(column.word, word))
+            return true;
+    }
+    return false;
+}
+
+void writeHead(const IndexData &data, const IndexData &base, int array, YamlValue *map)
+{
+    for (const char *word : kHeadWords) {
+        for (int i = 0; i < kIndexYaml.count; ++i) {
+            if (isSameText(kIndexWords[i].word, word))
+                YamlRecord::writeColumn(kIndexYaml, i, data, base, map);
+        }
+        if (array > 0 && word == kHeadWords[0])
+            map->add(QString::fromLatin1(YamlKeys::kArray), YamlValue::number(array));
+    }
+}
+
+void writeTail(const IndexData &data, const IndexData &base, YamlValue *map)
+{
+    for (int i = 0; i < kIndexYaml.count; ++i) {
+        if (!isHead(kIndexWords[i]))
+            YamlRecord::writeColumn(kIndexYaml, i, data, base, map);
+    }
+}
+
+void tellUnknown(const Entries &entries, const QString &where, const QStringList &known,
+                 YamlContext &context)
+{
+    for (const YamlNode::Entry &entry : entries)
+        context.unknownKey(entry.key, where, known);
+}
+
+QStringList objectKeys()
+{
+    return YamlRecord::words(kIndexYaml)
+           << YamlSubIndex::keys() << QString::fromLatin1(YamlKeys::kArray)
+           << QString::fromLatin1(YamlKeys::kMembers) << QString::fromLatin1(YamlKeys::kObject);
+}
+
+// --- Arrays ---
+
+QString memberName(const QString &name, int number)
+{
+    QString start = name.left(kLongestName);
+    if (start.size() < name.size() && start.at(start.size() - 1).isHighSurrogate())
+        start.chop(1);
+    return start + QLatin1Char(' ') + QString::number(number);
+}
+
+/// "motor[3]" for the second member, if the first one is "motor[2]".
+QString memberVariable(const QString &variable, int number)
+{
+    static const QRegularExpression element(QStringLiteral("\\A(.*\\[)([0-9]{1,8})(\\])\\z"),
+                                            QRegularExpression::DotMatchesEverythingOption);
+    if (!variable.endsWith(QLatin1Char(']')))
+        return variable;
+    const QRegularExpressionMatch match = element.match(variable);
+    if (!match.hasMatch())
+        return variable;
+    return match.captured(1) + QString::number(match.captured(2).toInt() + number - 1) +
+           match.captured(3);
+}
+
+/// What an array begins with, before its own words: its first member.
+SubIndexData baseOfTemplate(const IndexData &data)
+{
+    SubIndexData base;
+    base.name = memberName(data.name, 1);
+    base.dataType = data.dataType;
+    return base;
+}
+
+/// \a first as another member of the array.
+SubIndexData memberOf(const IndexData &data, const SubIndexData &first, int highest, int number)
+{
+    if (number == 0)
+        return YamlObject::countMember(quint8(highest));
+    SubIndexData base = first;
+    base.name = memberName(data.name, number);
+    base.varName = memberVariable(first.varName, number);
+    return base;
+}
+
+/// What the array's map says of its members: all of the first one but what is the object's.
+SubIndexData templateOf(const ObjectRecord &object)
+{
+    const SubIndexData base = baseOfTemplate(object.data);
+    SubIndexData result = object.subs.at(1);
+    result.name = base.name;
+    result.dataType = base.dataType;
+    result.description = base.description;
+    result.category = base.category;
+    result.metadata = base.metadata;
+    return result;
+}
+
+/// Subindices from 0 on without a gap.
+bool isArray(const ObjectRecord &object)
+{
+    if (!object.exists || object.data.objectCode != ObjectCode::Array || object.subs.size() < 2)
+        return false;
+    const int highest = object.subs.rbegin()->first;
+    return highest <= kHighestOfArray && int(object.subs.size()) == highest + 1;
+}
+
+void readMembersOfArray(YamlNode members, int highest, ObjectRecord *object, YamlContext &context)
+{
+    const QString what = QStringLiteral("a member of the array");
+    if (!members || !context.isMap(members, QStringLiteral("the members of an array are a map")))
+        return;
+    const auto numbered = context.numbered(members, 0, highest, what);
+    for (const YamlContext::Numbered &member : numbered) {
+        if (!context.isMap(member.value, QStringLiteral("a member is a map")))
+            continue;
+        SubIndexData &sub = object->subs[quint8(member.number)];
+        const SubIndexData base = sub;
+        tellUnknown(YamlSubIndex::read(member.value.entries(), base, &sub, context),
+                    QStringLiteral("a member"), YamlSubIndex::keys(), context);
+    }
+}
+
+void readArray(const Structure &map, ObjectRecord *object, YamlContext &context)
+{
+    object->data.objectCode = ObjectCode::Array;
+    const Entries others = readIndex(map.others, &object->data, context);
+    SubIndexData first;
+    tellUnknown(YamlSubIndex::read(others, baseOfTemplate(object->data), &first, context),
+                QStringLiteral("an array"), objectKeys(), context);
+    const auto highest =
+        context.number(map.array, 1, kHighestOfArray, QStringLiteral("the length of an array"));
+    if (!highest)
+        return;
+    for (int i = 0; i <= int(*highest); ++i)
+        object->subs[quint8(i)] = memberOf(object->data, first, int(*highest), i);
+    readMembersOfArray(map.members, int(*highest), object, context);
+}
+
+YamlValue writeArray(const ObjectRecord &object)
+{
+    const int highest = object.subs.rbegin()->first;
+    const SubIndexData first = templateOf(object);
+    IndexData base;
+    base.objectCode = ObjectCode::Array;
+    YamlValue map = YamlValue::map();
+    writeHead(object.data, base, highest, &map);
+    YamlSubIndex::write(first, baseOfTemplate(object.data), &map);
+    writeTail(object.data, base, &map);
+    YamlValue members = YamlValue::map();
+    for (const auto &[number, sub] : object.subs) {
+        YamlValue member = YamlValue::map();
+        YamlSubIndex::write(sub, memberOf(object.data, first, highest, number), &member);
+        if (!member.isEmpty())
+            members.add(QString::number(number), member);
+    }
+    if (!members.isEmpty())
+        map.add(QString::fromLatin1(YamlKeys::kMembers), members);
+    return map;
+}
+
+// --- Objects with members ---
+
+bool hasCount(const ObjectRecord &object)
+{
+    return object.exists && (object.data.objectCode == ObjectCode::Record ||
+                             object.data.objectCode == ObjectCode::Array);
+}
+
+/// Subindex 0 counts the others.
+SubIndexData baseOfMember(const ObjectRecord &object, quint8 number)
+{
+    if (number > 0 || !hasCount(object))
+        return SubIndexData();
+    return YamlObject::countMember(object.subs.empty() ? 0 : object.subs.rbegin()->first);
+}
+
+bool isNone(YamlNode node)
+{
+    return node.isScalar() && node.is(YamlKeys::kNone);
+}
+
+void readMember(const YamlContext::Numbered &member, const SubIndexData &base, SubIndexData *sub,
+                YamlContext &context)
+{
+    *sub = base;
+    if (context.isMap(member.value, QStringLiteral("a member is a map")))
+        tellUnknown(YamlSubIndex::read(member.value.entries(), base, sub, context),
+                    QStringLiteral("a member"), YamlSubIndex::keys(), context);
+}
+
+void readMembers(YamlNode members, ObjectRecord *object, YamlContext &context)
+{
+    const QString what = QStringLiteral("a member");
+    if (!members || !context.isMap(members, QStringLiteral("the members of an object are a map")))
+        return;
+    const auto numbered = context.numbered(members, 0, 0xFF, what);
+    bool hasFirst = hasCount(*object);
+    YamlContext::Numbered first;
+    for (const YamlContext::Numbered &member : numbered) {
+        if (member.number > 0)
+            readMember(member, SubIndexData(), &object->subs[quint8(member.number)], context);
+        else if (hasCount(*object) && isNone(member.value))
+            hasFirst = false;
+        else
+            first = member;
+    }
+    // The base of the first one counts the others.
+    const SubIndexData base = baseOfMember(*object, 0);
+    if (first.value)
+        readMember(first, base, &object->subs[0], context);
+    else if (hasFirst)
+        object->subs[0] = base;
+}
+
+void readRecord(const Structure &map, ObjectRecord *object, YamlContext &context)
+{
+    object->data.objectCode = ObjectCode::Record;
+    QStringList known{QString::fromLatin1(YamlKeys::kMembers)};
+    Entries others = map.others;
+    if (map.object) {
+        object->exists = false;
+        object->data = IndexData();
+        if (!isNone(map.object))
+            context.wrongValue(map.object, QStringLiteral("object is none, if there is none"));
+    } else {
+        others = readIndex(others, &object->data, context);
+        known << YamlRecord::words(kIndexYaml) << QString::fromLatin1(YamlKeys::kArray);
+    }
+    tellUnknown(others, QStringLiteral("an object with members"), known, context);
+    readMembers(map.members, object, context);
+}
+
+YamlValue writeMembers(const ObjectRecord &object)
+{
+    YamlValue members = YamlValue::map();
+    if (hasCount(object) && object.subs.count(0) == 0)
+        members.add(QStringLiteral("0"), YamlValue::text(QString::fromLatin1(YamlKeys::kNone)));
+    for (const auto &[number, sub] : object.subs) {
+        YamlValue member = YamlValue::map();
+        YamlSubIndex::write(sub, baseOfMember(object, number), &member);
+        if (number > 0 || !hasCount(object) || !member.isEmpty())
+            members.add(QString::number(number), member);
+    }
+    return members;
+}
+
+YamlValue writeRecord(const ObjectRecord &object)
+{
+    IndexData base;
+    base.objectCode = ObjectCode::Record;
+    YamlValue map = YamlValue::map();
+    if (object.exists) {
+        writeHead(object.data, base, 0, &map);
+        writeTail(object.data, base, &map);
+    } else {
+        map.add(QString::fromLatin1(YamlKeys::kObject),
+                YamlValue::text(QString::fromLatin1(YamlKeys::kNone)));
+    }
+    map.add(QString::fromLatin1(YamlKeys::kMembers), writeMembers(object));
+    return map;
+}
+
+ObjectRecord newVariable()
+{
+    ObjectRecord object;
+    object.subs[0].name = object.data.name;
+    object.subs[0].dataType = object.data.dataType;
+    return object;
+}
+
+} // namespace
+
+SubIndexData YamlObject::countMember(quint8 highest)
+{
+    SubIndexData sub;
+    sub.name = QStringLiteral("Highest subindex supported");
+    sub.accessType = AccessType::kConst;
+    sub.implementation = Implementation::kManagedConst;
+    sub.defaultValue = QString::number(highest);
+    return sub;
+}
+
+bool YamlObject::isVariable(const ObjectRecord &object)
+{
+    if (!object.exists || object.subs.size() != 1 || object.subs.begin()->first != 0)
+        return false;
+    const SubIndexData &sub = object.subs.begin()->second;
+    const SubIndexData base;
+    return sub.name == object.data.name && sub.dataType == object.data.dataType &&
+           sub.description == base.description && sub.category == base.category &&
+           sub.metadata == base.metadata;
+}
+
+void YamlObject::readVariable(const Entries &entries, const ObjectRecord &base,
+                              const QString &where, ObjectRecord *object, YamlContext &context)
+{
+    *object = base;
+    const Entries others = readIndex(entries, &object->data, context);
+    SubIndexData sub = base.subs.at(0);
+    sub.name = object->data.name;
+    sub.dataType = object->data.dataType;
+    tellUnknown(YamlSubIndex::read(others, sub, &object->subs[0], context), where, objectKeys(),
+                context);
+}
+
+void YamlObject::writeVariable(const ObjectRecord &object, const ObjectRecord &base, YamlValue *map)
+{
+    writeHead(object.data, base.data, 0, map);
+    SubIndexData sub = base.subs.at(0);
+    sub.name = object.data.name;
+    sub.dataType = object.data.dataType;
+    YamlSubIndex::write(object.subs.at(0), sub, map);
+    writeTail(object.data, base.data, map);
+}
+
+void YamlObject::read(YamlNode node, ObjectRecord *object, YamlContext &context)
+{
+    if (!context.isMap(node, QStringLiteral("an object is a map")))
+        return;
+    const Structure map = structureOf(node);
+    if (map.array)
+        readArray(map, object, context);
+    else if (map.members || map.object)
+        readRecord(map, object, context);
+    else
+        readVariable(map.others, newVariable(), QStringLiteral("an object"), object, context);
+}
+
+YamlValue YamlObject::write(const ObjectRecord &object)
+{
+    if (isArray(object))
+        return writeArray(object);
+    if (!isVariable(object))
+        return writeRecord(object);
+    YamlValue map = YamlValue::map();
+    writeVariable(object, newVariable(), &map);
+    return map;
+}

@@ -1,0 +1,90 @@
+// Objects of a line, in long and in short form.
+#include "store/yaml/yamlobjects.h"
+
+#include "store/yaml/yamlkeys.h"
+#include "store/yaml/yamlobject.h"
+#include "store/yaml/yamlshortforms.h"
+
+namespace
+{
+
+void readLong(YamlNode map, YamlObjectSink &sink, YamlContext &context)
+{
+    if (!context.isMap(map, QStringLiteral("the objects of a line are a map")))
+        return;
+    const auto numbered =
+        context.numbered(map, 0, 0xFFFF, QStringLiteral("the index of an object"));
+    for (const YamlContext::Numbered &entry : numbered) {
+        ObjectRecord object;
+        YamlObject::read(entry.value, &object, context);
+        sink.add(quint16(entry.number), entry.key, std::move(object));
+    }
+}
+
+} // namespace
+
+void YamlObjectSink::add(quint16 index, YamlNode key, ObjectRecord &&object)
+{
+    if (const int line = lines.value(index)) {
+        context->problems->add(
+            "yaml-doubled-number", key.place(),
+            QStringLiteral("object 0x%1 stands here and in line %2; take one of them away")
+                .arg(index, 4, 16, QLatin1Char('0'))
+                .arg(line));
+        return;
+    }
+    lines.insert(index, qMax(1, key.place().line));
+    if (context->hasRoomFor(int(object.subs.size()), key))
+        (*objects)[index] = std::move(object);
+}
+
+void YamlObjectSink::setDefault(quint16 index, quint8 sub, const QString &value)
+{
+    const auto object = objects->find(index);
+    if (object == objects->end())
+        return;
+    const auto found = object->second.subs.find(sub);
+    if (found != object->second.subs.end())
+        found->second.defaultValue = value;
+}
+
+QVector<YamlNode::Entry> YamlObjects::read(const QVector<YamlNode::Entry> &entries,
+                                           std::map<quint16, ObjectRecord> *objects,
+                                           YamlContext &context)
+{
+    QVector<YamlNode::Entry> others;
+    YamlObjectSink sink(objects, &context);
+    YamlShortForms forms(&sink, &context);
+    for (const YamlNode::Entry &entry : entries) {
+        if (entry.key.is(YamlKeys::kObjects))
+            readLong(entry.value, sink, context);
+        else if (!forms.read(entry))
+            others.append(entry);
+    }
+    forms.finish();
+    return others;
+}
+
+void YamlObjects::write(const std::map<quint16, ObjectRecord> &objects, YamlWriter &writer)
+{
+    const QSet<quint16> isShort = YamlShortForms::write(objects, writer);
+    bool isOpen = false;
+    for (const auto &[index, object] : objects) {
+        if (isShort.contains(index))
+            continue;
+        if (!isOpen)
+            writer.begin(QString::fromLatin1(YamlKeys::kObjects));
+        isOpen = true;
+        writer.value(QStringLiteral("0x") +
+                         QString::number(index, 16).toUpper().rightJustified(4, QLatin1Char('0')),
+                     YamlObject::write(object));
+    }
+    if (isOpen)
+        writer.end();
+}
+
+QStringList YamlObjects::keys()
+{
+    QStringList result = YamlShortForms::keys();
+    return result << QString::fromLatin1(YamlKeys::kObjects);
+}
