@@ -54,7 +54,7 @@ void StorePrivate::refreshCachedName(quint8 line, quint16 index, quint8 sub,
         *cached = data.denotation.isEmpty() ? data.name : data.denotation;
 }
 
-void StorePrivate::readSubs(quint8 line, quint16 index, bool mostlyDefault, SubTable &subs)
+bool StorePrivate::readSubs(quint8 line, quint16 index, bool mostlyDefault, SubTable &subs)
 {
     QVector<const Column<SubIndexData> *> fields;
     QStringList names;
@@ -88,6 +88,7 @@ void StorePrivate::readSubs(quint8 line, quint16 index, bool mostlyDefault, SubT
             readColumn(*field, record, statement.value(i++));
         shareTexts(record, previous);
     }
+    return statement.ok();
 }
 
 void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
@@ -101,8 +102,8 @@ void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
     cache.complete = index == 0;
     if (!d->stringsComplete)
         cacheStrings();
-    d->readSubs(line, index, false, cache.subs);
-    d->readSubs(line, index, true, cache.subs);
+    (void)d->readSubs(line, index, false, cache.subs); // what cannot be read is not there
+    (void)d->readSubs(line, index, true, cache.subs);
     if (cache.complete) {
         Statement statement(
             *d, QStringLiteral("select objectindex,%1 from %2 where %3 order by objectindex")

@@ -155,7 +155,8 @@ public:
     SubIndexData *cachedSub(quint8 line, quint16 index, quint8 sub);
     /// Reads the subindices of a line, or of one object if \a index is not 0, into \a subs: all
     /// rows without the columns that are mostly default, or those columns of the rows that differ.
-    void readSubs(quint8 line, quint16 index, bool mostlyDefault, SubTable &subs);
+    /// False if they cannot be read.
+    bool readSubs(quint8 line, quint16 index, bool mostlyDefault, SubTable &subs);
     void refreshCachedName(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
 
     // --- rows ---

@@ -18,8 +18,9 @@ struct ObjectRecord {
     std::map<quint8, SubIndexData> subs;
 };
 
-/// The frames of a line, in the order of their rows, with their signals, in the order of theirs. A
-/// number may stand twice, even in one direction; then the first has the signals.
+/// A frame with its signals. Those of a line are sorted by direction and number, and signals by
+/// their place in the frame (those of CAN identifiers by number); of equal ones in the order of
+/// their rows. A number may stand twice, even in one direction; then the first has the signals.
 template <class Frame, class Signal>
 struct FrameRecord {
     Frame frame;
