@@ -34,7 +34,7 @@ void YamlContext::wrongValue(YamlNode node, const QString &text)
 
 void YamlContext::wrongKind(YamlNode node, const QString &wanted)
 {
-    if (node.kind() == YamlNode::Kind::None)
+    if (node.kind() == YamlNode::Kind::None || problems->isFull())
         return;
     const char *found = node.isMap() ? "a map" : node.isList() ? "a list" : "a single value";
     const QString what = node.isMissing() ? QStringLiteral("nothing") : QLatin1String(found);
@@ -116,15 +116,16 @@ std::optional<qint64> YamlContext::word(YamlNode node, const YamlWords &words, q
     const std::optional<QString> written = text(node, what);
     if (!written)
         return std::nullopt;
-    QStringList known;
     for (const YamlWord &row : words) {
         if (*written == QLatin1String(row.word))
             return row.number;
-        known << QString::fromLatin1(row.word);
     }
     const std::optional<qint64> value = YamlNumber::parse(*written);
     if (value && *value >= low && *value <= high)
         return value;
+    QStringList known;
+    for (const YamlWord &row : words)
+        known << QString::fromLatin1(row.word);
     noSuchWord(node, what, *written, known);
     return std::nullopt;
 }
@@ -148,6 +149,8 @@ QVector<YamlContext::Numbered> YamlContext::numbered(YamlNode map, qint64 low, q
     QHash<qint64, int> lines;
     const QVector<YamlNode::Entry> entries = map.entries();
     for (const YamlNode::Entry &entry : entries) {
+        if (problems->isFull())
+            break;
         const std::optional<qint64> key = words.count > 0 ? word(entry.key, words, low, high, what)
                                                           : number(entry.key, low, high, what);
         if (!key)

@@ -12,6 +12,8 @@
 #include <initializer_list>
 #include <limits>
 #include <map>
+#include <utility>
+#include <vector>
 
 namespace
 {
@@ -244,7 +246,7 @@ private:
         }
         if (!map.value("count"))
             record.frame.mappingCount = quint16(record.signalsOf.size());
-        (line->*Words::kFrames).push_back(record);
+        (line->*Words::kFrames).push_back(std::move(record));
     }
 
     void tellUnknown(YamlNode key)
@@ -307,7 +309,7 @@ private:
         }
         if (!map.value("implementation"))
             signal.implementation = usualImplementation(signal);
-        signalsOf->push_back(signal);
+        signalsOf->push_back(std::move(signal));
     }
 
     /// The frame that a signal is of, where the place in the file does not say it.
