@@ -73,10 +73,33 @@ void CLIMainApp::followOptions()
         return finishWith(ReturnCode::NoProject);
     }
     protectInputs(project);
-    runProject(project);
+    if (mayExport())
+        runProject(project);
+    else
+        emit finished();
     protectReadFiles();
     writeReport(project);
     writeDependencies(project);
+}
+
+/// What can be told of an export by its name is told before the run does any work.
+bool CLIMainApp::mayExport()
+{
+    QString file;
+    if (!options.value("-export", file))
+        return true;
+    const QString role = guardOfExport.roleOf(file);
+    QString reason;
+    if (file.isEmpty())
+        reason = QStringLiteral("the file has no name");
+    else if (ProjectFile::formOf(file) == ProjectFile::Form::Other)
+        reason = QStringLiteral("the ending of its name tells no form; give it one of .yaml, "
+                                ".yml, .tsrt and .tsrp");
+    else if (!role.isEmpty())
+        reason = QStringLiteral("it is %1; give it another name").arg(role);
+    if (!reason.isEmpty())
+        failExport(file, reason);
+    return reason.isEmpty();
 }
 
 /// A save may replace the project, and a report its former one, but nothing else of what the user
@@ -88,6 +111,10 @@ void CLIMainApp::protectInputs(const QString &project)
     guardOfReport = guardOfBackup;
     guardOfReport.protect(project, QStringLiteral("the project"));
     guardOfReport.protect(backupOf(project), QStringLiteral("the former state of the project"));
+    guardOfExport = guardOfReport;
+    const QString exported = options.value("-export");
+    if (!exported.isNull() && guardOfExport.roleOf(exported).isEmpty())
+        guardOfReport.protect(exported, QStringLiteral("the exported project"));
     OutputGuard guard = guardOfReport;
     // Their generators keep what a user wrote into them; a report would not.
     QStringList folders = {QFileInfo(project).absolutePath()};
@@ -115,7 +142,7 @@ void CLIMainApp::protectReadFiles()
 {
     const QStringList files = runFiles.readFiles();
     for (const QString &file : files) {
-        for (OutputGuard *guard : {&guardOfReport, &guardOfDependencies})
+        for (OutputGuard *guard : {&guardOfExport, &guardOfReport, &guardOfDependencies})
             guard->protect(file, QStringLiteral("a file that the run reads"));
     }
 }
@@ -144,12 +171,18 @@ void CLIMainApp::runProject(const QString &project)
     generatorMainHandler->setKeepUnchanged(options.has("-keep-unchanged"));
     generatorMainHandler->setStartsPrograms(!options.has("-no-commands"));
     generatorMainHandler->generateOutput(false);
-    if (!options.has("-save") && !options.has("-s"))
-        return;
-    // A failed check does not keep an import from being saved.
-    if (!checksOnly)
+    // A failed check does not keep an import from being exported and saved.
+    const bool saves = options.has("-save") || options.has("-s");
+    QString exported;
+    if (options.value("-export", exported) && !checksOnly)
+        exportProject(exported);
+    else if (!exported.isNull())
+        Problems::warning("check-exports-nothing", exported,
+                          QStringLiteral("was not written, since \"-check\" writes no project; "
+                                         "leave that option out to export"));
+    if (saves && !checksOnly)
         saveProject(project);
-    else
+    else if (saves)
         Problems::warning("check-saves-nothing", project,
                           QStringLiteral("was not saved, since \"-check\" writes no project; leave "
                                          "that option out to save"));
@@ -158,8 +191,13 @@ void CLIMainApp::runProject(const QString &project)
 CLIMainApp::ReturnCode CLIMainApp::getReturnCode()
 {
     if (returnCode != ReturnCode::NoError)
-        outputHandler->printLine(QStringLiteral("Error - %1").arg(errorStrings.value(returnCode)));
+        outputHandler->printLine(QStringLiteral("Error - %1").arg(outcome()));
     return returnCode;
+}
+
+QString CLIMainApp::outcome() const
+{
+    return isExportAllThatFailed ? tr("Export failed.") : errorStrings.value(returnCode);
 }
 
 void CLIMainApp::generatorFinished(GeneratorMainHandler::GeneratorResult result)
@@ -222,6 +260,28 @@ void CLIMainApp::saveProject(const QString &project)
         Problems::error("not-saved", project, QStringLiteral("could not be saved: %1").arg(reason));
 }
 
+void CLIMainApp::exportProject(const QString &file)
+{
+    protectReadFiles();
+    if (!mayExport())
+        return;
+    if (generatorMainHandler->exportProject(file))
+        RunFiles::noteWritten(file);
+    else
+        failExport(file, generatorMainHandler->saveError());
+}
+
+/// The code of what went wrong before stays: the project that a check refused is not sound either
+/// when it is exported.
+void CLIMainApp::failExport(const QString &file, const QString &reason)
+{
+    Problems::error("not-exported", file.isEmpty() ? options.value("-project") : file,
+                    QStringLiteral("could not be exported: %1").arg(reason));
+    isExportAllThatFailed = returnCode == ReturnCode::NoError;
+    if (isExportAllThatFailed)
+        returnCode = ReturnCode::OutputNotWritable;
+}
+
 void CLIMainApp::locateFindings()
 {
     const QString project = options.value("-project");
@@ -243,12 +303,9 @@ void CLIMainApp::writeReport(const QString &project)
     // A check that finds errors is a check that did its work.
     const bool isComplete =
         returnCode == ReturnCode::NoError || returnCode == ReturnCode::CheckError;
-    const RunReport report = {project,
-                              locatedFindings,
-                              problemLog.problems(),
-                              static_cast<int>(returnCode),
-                              errorStrings.value(returnCode),
-                              isComplete};
+    const RunReport report = {
+        project,   locatedFindings, problemLog.problems(), static_cast<int>(returnCode),
+        outcome(), isComplete};
     const QString role = guardOfReport.roleOf(path);
     const QString reason =
         role.isEmpty() ? writeSarifReport(report, path) : QStringLiteral("it is ") + role;

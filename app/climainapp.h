@@ -53,10 +53,15 @@ private:
     /// The process as its options ask for it.
     void followOptions();
     void protectInputs(const QString &project);
+    /// Whether the file of an export may be written, if there is to be one; else says why not.
+    bool mayExport();
     void runProject(const QString &project);
     void protectReadFiles();
     void finishWith(ReturnCode code);
     void saveProject(const QString &project);
+    void exportProject(const QString &file);
+    void failExport(const QString &file, const QString &reason);
+    QString outcome() const; ///< of the run, in words
     /// Finds the places of the findings, as long as the project's file is the one that was read.
     void locateFindings();
     /// Writes the report on the run that the user asked for, if he did.
@@ -66,6 +71,7 @@ private:
 
     ProblemLog problemLog;
     OutputGuard guardOfBackup;       ///< what the backup of a save must not take the place of
+    OutputGuard guardOfExport;       ///< the same for the exported project
     OutputGuard guardOfReport;       ///< the same for the report for machines
     OutputGuard guardOfDependencies; ///< the same for the dependency file
     RunFiles runFiles;
@@ -75,4 +81,5 @@ private:
     GeneratorMainHandler *generatorMainHandler;
     QMap<ReturnCode, QString> errorStrings;
     ReturnCode returnCode = ReturnCode::NoError;
+    bool isExportAllThatFailed = false;
 };

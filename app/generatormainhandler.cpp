@@ -328,6 +328,11 @@ bool GeneratorMainHandler::saveProject()
     return database && database->saveDataBase(QString());
 }
 
+bool GeneratorMainHandler::exportProject(const QString &file)
+{
+    return database && database->exportProject(file, unchangedFiles != nullptr);
+}
+
 QString GeneratorMainHandler::saveError() const
 {
     const QString error = database ? database->getLastErrorString() : QString();

@@ -79,7 +79,9 @@ public:
 
     /// Saves in place.
     bool saveProject();
-    /// Why that failed.
+    /// Writes the project as a save would, to another file and in the form of its name.
+    bool exportProject(const QString &file);
+    /// Why the last one of these failed.
     QString saveError() const;
 
     /// What the check of the last run has found.

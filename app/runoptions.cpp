@@ -19,6 +19,7 @@ const QVector<OptionRow> kOptions = {
     {"-dbmod", "file", true, "Apply a db modification. Only for internal use."},
     {"-depfile", "file", false,
      "Writes which files were read and written, as a rule of make."},
+    {"-export", "file", false, "Writes the project to another file, in the form of its name."},
     {"-help", nullptr, false, "Prints a list of options."},
     {"-import", "file", true, "Sets an importfile. This argument is optional."},
     {"-keep-unchanged", nullptr, false, "Leaves files as they are that would differ in their date only."},

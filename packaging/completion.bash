@@ -55,13 +55,13 @@ _tessarine()
         return
     fi
     case $previous in
-    -project) kinds='tsrp|tsrt' ;;
+    -project | -export) kinds='tsrp|tsrt|yaml|yml' ;;
     -import) kinds='eds|dcf|csv' ;;
     -dbmod | -depfile | -report) kinds='*' ;;
     -output) kinds='/' ;; # folders only, for no file has this ending
     *)
-        mapfile -t COMPREPLY < <(compgen -W "-check -dbmod -depfile -help -import -keep-unchanged -no-commands -output
-            -problems -project -report -s -save -set -version" -- "$2")
+        mapfile -t COMPREPLY < <(compgen -W "-check -dbmod -depfile -export -help -import -keep-unchanged -no-commands
+            -output -problems -project -report -s -save -set -version" -- "$2")
         return
         ;;
     esac

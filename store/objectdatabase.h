@@ -4,6 +4,7 @@
 // connection and the caches are in objectdatabase_p.h. No other code of the tool speaks SQL.
 #pragma once
 
+#include "store/projectfile.h"
 #include "store/records.h"
 #include "support/direction.h"
 #include "support/objectranges.h"
@@ -101,6 +102,13 @@ public:
 
     /// Saves a copy whose EDS paths are relative to it.
     bool exportDatabase(const QString &file);
+
+    /// Replaces another file by the project as it is now, as a save would write it, in the form
+    /// that the name says. Neither the store nor the project's own file changes, and no backup is
+    /// kept. With \a keepsUnchanged a file that holds these bytes already is left alone. False if
+    /// the file could not be written, which then stands as it was, or if the project was read in
+    /// part only; getLastErrorString() tells why.
+    bool exportProject(const QString &file, bool keepsUnchanged = false);
 
     /// Does the store differ from the file it was read from?
     bool isDifferent() const;
@@ -617,6 +625,10 @@ private:
     void noteSavingTool();
     void resetChangedByUserFlag(quint8 line);
     bool isDictionaryDifferent(const ObjectDataBase &other, quint8 line) const;
+
+    // Steps of exportProject, in a store that is thrown away (objectdatabase_export.cpp)
+    bool writeExport(const QString &file, bool keepsUnchanged);
+    bool writeForm(ProjectFile::Form form, const QString &file);
 
     // Reading and writing single columns of a subindex (objectdatabase_subindices.cpp)
     template <auto Member>

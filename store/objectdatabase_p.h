@@ -115,6 +115,9 @@ public:
     void noteSaved(const QString &target);
     /// Lets \a write make the file anew, but not over a project that is not as it was read.
     bool replaceReadable(const QString &file, const std::function<bool(const QString &)> &write);
+    /// Works on a copy of what another store holds now. If that fails, lastError says why.
+    bool takeCopyOf(const StorePrivate &other);
+    QString whyNotExported(const QString &file) const; ///< empty if it can be tried
     /// Is the text project on disk the one that was read? Or else the same as its new text, which
     /// is in the file \a fresh, as when another run saved it?
     bool isAsRead(const QString &fresh);

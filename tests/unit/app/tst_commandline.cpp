@@ -216,9 +216,7 @@ private slots:
     /// Neither in the project's folder nor in that for files, whatever the check and the save find.
     void checkWritesNothing()
     {
-        ObjectDataBase store;
-        QVERIFY(store.openDataBase(folder + "/bad.tsrt") &&
-                store.saveDataBase(folder + "/bad.tsrp"));
+        QVERIFY(saveAs("bad.tsrt", "bad.tsrp"));
         for (const char *leftover : {"bad.tsrp.tessarine-new", "__tsrerrorlog.txt"})
             QVERIFY(write(leftover, "of a former run"));
         const QStringList before = files();
@@ -296,6 +294,7 @@ private slots:
                      filled(folderName + QByteArray(outputs).replace(",", " \\\n  " + folderName) +
                             ": \\\n  " + inputs + " \\\n  no_stdlib_include.txt\n"));
         }
+        QVERIFY(rule("-export new/p.tsrp " + all).contains("pümp.eds \\\n  new/p.tsrp: \\\n"));
         QVERIFY(run(all + " -depfile ./mod.txt").contains("it is the modifier file"));
         QVERIFY(run(all + " -depfile no_stdlib_include.txt")
                     .contains("it is a file that the run reads"));
@@ -404,11 +403,93 @@ private slots:
         }
     }
 
+    void exportsTheProject_data()
+    {
+        // clang-format off
+        columns<QString, QString, QByteArray, int>("target", "arguments", "reason", "exitCode");
+        const QString import = "-project pümp.tsrt -import gauge.EDS ";
+        QTest::newRow("database") << "new.tsrp" << import << QByteArray() << 0;
+        QTest::newRow("text_in_place_of_another") << "untyped.tsrt" << import << QByteArray() << 0;
+        QTest::newRow("with_the_save") << "new.tsrt" << import + "-save" << QByteArray() << 0;
+        QTest::newRow("found_errors") << "new.tsrt" << "-project bad.tsrt -import gauge.EDS" << QByteArray() << 7;
+        QTest::newRow("no_folder_for_files") << "new.tsrt" << import + "-output mod.txt" << QByteArray() << 8;
+        QTest::newRow("check_only") << "new.tsrt" << import + "-check" << QByteArray("was not written, since "
+            "\"-check\" writes no project; leave that option out to export [check-exports-nothing]") << 0;
+        const auto failed = [](const char *name, const QString &target, const QString &arguments,
+            const QByteArray &reason, int exitCode = 8) { QTest::newRow(name) << target << arguments
+            << "could not be exported: " + reason + " [not-exported]" << exitCode; };
+        failed("unknown_ending", "new.sql", import, "the ending of its name tells no form; give it one of .yaml, "
+            ".yml, .tsrt and .tsrp");
+        failed("upper_case", "new.TSRT", import, "the ending of its name tells no form; give it one of .yaml, "
+            ".yml, .tsrt and .tsrp");
+        failed("project", "./pümp.tsrt", import, "it is the project; give it another name");
+        failed("link_to_modifier_file", "link.tsrp", import + "-dbmod mod.txt",
+            "it is the modifier file; give it another name");
+        failed("former_state", "link.tsrt", "-project db.tsrp",
+            "it is the former state of the project; give it another name");
+        failed("folder", "folder.tsrt", import, "it is a folder");
+        failed("missing_folder", "none/new.tsrt", import,
+            "none/new.tsrt.tessarine-new, where the new file is made first: No such file or directory");
+        failed("errors_and_a_folder", "folder.tsrt", "-project bad.tsrt", "it is a folder", 7);
+        failed("open_in_an_editor", "open.tsrp", import, "open.tsrp-wal beside it holds changes that are not in it "
+            "yet; close it in the editor that has it open, or if that was killed, open and close it there once");
+        failed("read_in_part", "new.tsrp", "-project part.tsrt",
+            "it would lack what was not understood in \"part.tsrt\"; mend line 30");
+        // clang-format on
+    }
+    void exportsTheProject()
+    {
+        const auto [target, arguments, reason] = fetchRow<QString, QString, QByteArray>();
+        QFETCH(int, exitCode);
+        QVERIFY(QFile::link("mod.txt", folder + "/link.tsrp") &&
+                QFile::link("db.tsrp.bak", folder + "/link.tsrt"));
+        QVERIFY(write("open.tsrp-wal", "x") &&
+                write("part.tsrt", kProject + "[Objects0]\nx\\name=x\n"));
+        QVERIFY(saveAs("pümp.tsrt", "db.tsrp"));
+        const QByteArray former = read(target);
+        const QByteArray told = run(arguments + " -export " + target);
+        const QByteArray place = target.toUtf8() + ": " + (exitCode == 0 ? "warning" : "error");
+        QVERIFY2(told.endsWith(ended(exitCode, {})), told);
+        QCOMPARE(told.contains(place), !reason.isEmpty());
+        QVERIFY2(told.contains(reason.isEmpty() ? "" : place + ": " + reason + '\n'), told);
+        QCOMPARE(told.contains("Error - Export failed.\n"), exitCode == 8 && !reason.isEmpty());
+        QVERIFY(arguments.contains("-save") || read("pümp.tsrt") == kProject);
+        QVERIFY(!files().join(' ').contains("-new") && fixture->temporaryCopies().isEmpty());
+        if (!reason.isEmpty()) {
+            QCOMPARE(read(target), former);
+            return;
+        }
+        ObjectDataBase exported;
+        QVERIFY(exported.openDataBase(folder + '/' + target));
+        QCOMPARE(exported.getIndexName(0, 0x1000), "Wind gauge");
+        QCOMPARE(exported.getMiscSettingsValue("SaveToolVersion"), "3.11.2");
+    }
+
+    /// An export in between changes nothing of it.
+    void exportsBesideTheSave()
+    {
+        for (const QString name : {"a.tsrt", "a.tsrp"}) {
+            QVERIFY(saveAs("pümp.tsrt", name) &&
+                    QFile::copy(folder + '/' + name, folder + "/b" + name.mid(1)));
+            QVERIFY(run("-import gauge.EDS -save -project " + name).endsWith(" 0\n"));
+            QVERIFY(run("-import gauge.EDS -save -export c.tsrt -export d.tsrp -project b" +
+                        name.mid(1))
+                        .endsWith(" 0\n"));
+            QCOMPARE(read(name), read("b" + name.mid(1)));
+            for (const QString exported : {"c.tsrp", "c.tsrt"}) {
+                const QString arguments =
+                    "-project " + name + " -keep-unchanged -export " + exported;
+                QVERIFY(run(arguments).endsWith(" 0\n"));
+                const auto state = ProjectFile::State::of(folder + '/' + exported);
+                QVERIFY(run(arguments).endsWith(" 0\n"));
+                QVERIFY(ProjectFile::State::of(folder + '/' + exported) == state);
+            }
+        }
+    }
+
     void failedSaveIsReported()
     {
-        ObjectDataBase store;
-        QVERIFY(store.openDataBase(folder + "/pümp.tsrt"));
-        QVERIFY(store.saveDataBase(folder + "/db.tsrp"));
+        QVERIFY(saveAs("pümp.tsrt", "db.tsrp"));
         const QByteArray before = read("db.tsrp");
         // The name under which the new file is written first is taken by a folder.
         QVERIFY(QDir().mkpath(folder + "/db.tsrp.tessarine-new"));
@@ -614,6 +695,14 @@ private slots:
         output = run("-project pümp.tsrt");
         QVERIFY2(output.contains("debug tessarine.app: step gen_define.h line 0\n"), output);
         QVERIFY(output.endsWith(" 0\n"));
+    }
+
+private:
+    bool saveAs(const QString &project, const QString &name)
+    {
+        ObjectDataBase store;
+        return store.openDataBase(folder + '/' + project) &&
+               store.saveDataBase(folder + '/' + name);
     }
 };
 
