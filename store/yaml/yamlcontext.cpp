@@ -145,9 +145,15 @@ void YamlContext::noSuchWord(YamlNode node, const QString &what, const QString &
 QVector<YamlContext::Numbered> YamlContext::numbered(YamlNode map, qint64 low, qint64 high,
                                                      const QString &what, const YamlWords &words)
 {
+    return numbered(map.entries(), low, high, what, words);
+}
+
+QVector<YamlContext::Numbered> YamlContext::numbered(const QVector<YamlNode::Entry> &entries,
+                                                     qint64 low, qint64 high, const QString &what,
+                                                     const YamlWords &words)
+{
     QVector<Numbered> result;
     QHash<qint64, int> lines;
-    const QVector<YamlNode::Entry> entries = map.entries();
     for (const YamlNode::Entry &entry : entries) {
         if (problems->isFull())
             break;

@@ -58,6 +58,8 @@ public:
     /// may be \a words as well, if there are any.
     QVector<Numbered> numbered(YamlNode map, qint64 low, qint64 high, const QString &what,
                                const YamlWords &words = {});
+    QVector<Numbered> numbered(const QVector<YamlNode::Entry> &entries, qint64 low, qint64 high,
+                               const QString &what, const YamlWords &words = {});
 
     /// May a project have so many subindices more? An array of 254 members is just a few bytes of a
     /// file, which must not fill the memory. Tells it once.

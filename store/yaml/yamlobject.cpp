@@ -166,7 +166,7 @@ bool isArray(const ObjectRecord &object)
 
 void readMembersOfArray(YamlNode members, int highest, ObjectRecord *object, YamlContext &context)
 {
-    const QString what = QStringLiteral("a member of the array");
+    const QString what = QStringLiteral("member");
     if (!members || !context.isMap(members, QStringLiteral("the members of an array are a map")))
         return;
     const auto numbered = context.numbered(members, 0, highest, what);
@@ -250,7 +250,7 @@ void readMember(const YamlContext::Numbered &member, const SubIndexData &base, S
 
 void readMembers(YamlNode members, ObjectRecord *object, YamlContext &context)
 {
-    const QString what = QStringLiteral("a member");
+    const QString what = QStringLiteral("member");
     if (!members || !context.isMap(members, QStringLiteral("the members of an object are a map")))
         return;
     const auto numbered = context.numbered(members, 0, 0xFF, what);

@@ -12,8 +12,7 @@ void readLong(YamlNode map, YamlObjectSink &sink, YamlContext &context)
 {
     if (!context.isMap(map, QStringLiteral("the objects of a line are a map")))
         return;
-    const auto numbered =
-        context.numbered(map, 0, 0xFFFF, QStringLiteral("the index of an object"));
+    const auto numbered = context.numbered(map, 0, 0xFFFF, QStringLiteral("object index"));
     for (const YamlContext::Numbered &entry : numbered) {
         ObjectRecord object;
         YamlObject::read(entry.value, &object, context);

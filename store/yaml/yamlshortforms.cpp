@@ -1,23 +1,395 @@
 // Reading and writing of short forms.
 #include "store/yaml/yamlshortforms.h"
 
+#include "store/yaml/yamlkeys.h"
+#include "store/yaml/yamlobject.h"
+#include "store/yaml/yamlsubindex.h"
+
+namespace
+{
+
+using Entries = QVector<YamlNode::Entry>;
+using Objects = std::map<quint16, ObjectRecord>;
+using Shape = YamlStandardShape;
+
+/// Words that may stand beside a default value without the object being written in full.
+constexpr const char *kFreeWords[] = {"default", "variable", "implementation", "description",
+                                      nullptr};
+/// Members of arrays have names of their own as well.
+constexpr const char *kFreeWordsOfMember[] = {"name",           "default",     "variable",
+                                              "implementation", "description", nullptr};
+constexpr const char *kScalarWords[] = {"default", nullptr};
+
+QString mapWanted(const QString &what)
+{
+    return what + QStringLiteral(" is a map");
+}
+
+const YamlStandardRow *findRow(const YamlStandardForm &form, YamlNode key)
+{
+    for (const YamlStandardRow &row : form) {
+        if (row.key && key.is(row.key))
+            return &row;
+    }
+    return nullptr;
+}
+
+QStringList keysOf(const YamlStandardForm &form)
+{
+    QStringList keys;
+    for (const YamlStandardRow &row : form) {
+        if (row.key)
+            keys << QString::fromLatin1(row.key);
+    }
+    if (form.shape != Shape::Variables)
+        keys << QString::fromLatin1(YamlKeys::kAbout);
+    return form.shape == Shape::Pdos ? keys + YamlMapping::keys() : keys;
+}
+
+// --- Reading ---
+
+/// A default value, or a map of words.
+void readValue(YamlNode node, const QString &what, SubIndexData *sub, YamlContext &context)
+{
+    SubIndexData base = *sub;
+    if (node.isMap()) {
+        const Entries others = YamlSubIndex::read(node.entries(), base, sub, context);
+        for (const YamlNode::Entry &entry : others)
+            context.unknownKey(entry.key, what, YamlSubIndex::keys());
+    } else if (const auto text = context.text(node, what)) {
+        sub->defaultValue = *text;
+        *sub = YamlSubIndex::follow(*sub, *sub);
+    }
+}
+
+void setCount(ObjectRecord *object)
+{
+    const quint8 highest = object->subs.empty() ? 0 : object->subs.rbegin()->first;
+    object->subs[0] = YamlObject::countMember(highest);
+}
+
+// --- Writing ---
+
+/// None if a column that is not free differs from the base.
+std::optional<YamlValue> valueOf(const SubIndexData &sub, const SubIndexData &base,
+                                 const char *const *freeWords)
+{
+    const SubIndexData followed = YamlSubIndex::follow(base, sub);
+    if (YamlSubIndex::isEqualBut(kScalarWords, sub, followed))
+        return YamlValue::written(sub.defaultValue);
+    if (!YamlSubIndex::isEqualBut(freeWords, sub, followed))
+        return std::nullopt;
+    YamlValue map = YamlValue::map();
+    YamlSubIndex::write(sub, base, &map);
+    return map;
+}
+
+/// Does it hold what the form says of it, but for its description?
+bool isObject(const ObjectRecord &object, IndexData base)
+{
+    base.description = object.data.description;
+    return object.exists && YamlRecord::isEqual(kIndexYaml, object.data, base);
+}
+
+std::optional<YamlValue> variableOf(const Objects &objects, const YamlStandardRow &row)
+{
+    const auto found = objects.find(row.index);
+    if (found == objects.end())
+        return std::nullopt;
+    const ObjectRecord base = YamlStandard::variableOf(row);
+    const ObjectRecord &object = found->second;
+    if (!isObject(object, base.data) || !YamlObject::isVariable(object))
+        return std::nullopt;
+    const auto value = valueOf(object.subs.at(0), base.subs.at(0), kFreeWords);
+    if (!value || object.data.description.isEmpty())
+        return value;
+    YamlValue map = YamlValue::map();
+    YamlObject::writeVariable(object, base, &map);
+    return map;
+}
+
+const YamlStandardRow *rowOf(const YamlStandardForm &form, quint8 sub)
+{
+    if (form.shape == Shape::Members)
+        return sub <= form.highestNumber() ? form.rows : nullptr;
+    for (const YamlStandardRow &row : form) {
+        if (row.sub == sub)
+            return &row;
+    }
+    return nullptr;
+}
+
+bool hasAllThatMustBe(const ObjectRecord &object, const YamlStandardForm &form)
+{
+    for (const YamlStandardRow &row : form) {
+        if (!row.isOptional && object.subs.count(row.sub) == 0)
+            return false;
+    }
+    return true;
+}
+
+bool hasCount(const ObjectRecord &object)
+{
+    const auto first = object.subs.find(0);
+    return first != object.subs.end() &&
+           YamlRecord::isEqual(kSubIndexYaml, first->second,
+                               YamlObject::countMember(object.subs.rbegin()->first));
+}
+
+/// A record, or an array whose members have numbers for keys.
+std::optional<YamlValue> recordOf(const ObjectRecord &object, const YamlStandardForm &form,
+                                  int number)
+{
+    const bool isArray = form.shape == Shape::Members;
+    if (!isObject(object, YamlStandard::objectOf(form, number)) || !hasCount(object) ||
+        !hasAllThatMustBe(object, form))
+        return std::nullopt;
+    YamlValue map = YamlValue::map();
+    if (!object.data.description.isEmpty())
+        map.add(QString::fromLatin1(YamlKeys::kAbout), YamlValue::text(object.data.description));
+    for (auto sub = std::next(object.subs.begin()); sub != object.subs.end(); ++sub) {
+        const YamlStandardRow *row = rowOf(form, sub->first);
+        if (!row)
+            return std::nullopt;
+        const SubIndexData base = YamlStandard::subIndexOf(*row, isArray ? sub->first : number);
+        const auto value = valueOf(sub->second, base, isArray ? kFreeWordsOfMember : kFreeWords);
+        if (!value)
+            return std::nullopt;
+        map.add(isArray ? QString::number(sub->first) : QString::fromLatin1(row->key), *value);
+    }
+    return map;
+}
+
+/// Writes forms, and notes the objects that are in them.
+class Writing
+{
+public:
+    Writing(const Objects &all, YamlWriter &target) : objects(all), writer(target) {}
+
+    void write(const YamlStandardForm &form)
+    {
+        switch (form.shape) {
+        case Shape::Value:
+            return writeValue(form);
+        case Shape::Variables:
+            return writeVariables(form);
+        case Shape::Record:
+        case Shape::Members:
+            return writeRecord(form);
+        case Shape::Records:
+        case Shape::Pdos:
+            return writeRecords(form);
+        }
+    }
+
+    QSet<quint16> isWritten;
+
+private:
+    void writeValue(const YamlStandardForm &form)
+    {
+        if (const auto value = variableOf(objects, *form.rows)) {
+            writer.value(QString::fromLatin1(form.word), *value);
+            isWritten.insert(form.rows->index);
+        }
+    }
+
+    void writeVariables(const YamlStandardForm &form)
+    {
+        YamlValue map = YamlValue::map();
+        for (const YamlStandardRow &row : form) {
+            if (const auto value = variableOf(objects, row)) {
+                map.add(QString::fromLatin1(row.key), *value);
+                isWritten.insert(row.index);
+            }
+        }
+        if (!map.isEmpty())
+            writer.value(QString::fromLatin1(form.word), map);
+    }
+
+    void writeRecord(const YamlStandardForm &form)
+    {
+        const auto object = objects.find(form.objects.first);
+        if (object == objects.end())
+            return;
+        if (const auto map = recordOf(object->second, form, 1)) {
+            writer.value(QString::fromLatin1(form.word), *map);
+            isWritten.insert(object->first);
+        }
+    }
+
+    void writeRecords(const YamlStandardForm &form)
+    {
+        bool isOpen = false;
+        const auto end = objects.upper_bound(form.objects.last);
+        for (auto object = objects.lower_bound(form.objects.first); object != end; ++object) {
+            const int number = form.objects.numberOf(object->first);
+            auto map = recordOf(object->second, form, number);
+            if (!map || (form.shape == Shape::Pdos && !addMapping(form, number, &*map)))
+                continue;
+            if (!isOpen)
+                writer.begin(QString::fromLatin1(form.word));
+            isOpen = true;
+            writer.value(QString::number(number), *map);
+            isWritten.insert(object->first);
+        }
+        if (isOpen)
+            writer.end();
+    }
+
+    /// Both objects of a PDO are short, or none.
+    bool addMapping(const YamlStandardForm &form, int number, YamlValue *map)
+    {
+        const quint16 index =
+            form.objects.at(quint16(number)) + ObjectRanges::kFromPdoParameterToMapping;
+        const auto object = objects.find(index);
+        if (object == objects.end() ||
+            !YamlMapping::write(object->second, form, number, objects, map))
+            return false;
+        isWritten.insert(index);
+        return true;
+    }
+
+    const Objects &objects;
+    YamlWriter &writer;
+};
+
+} // namespace
+
 bool YamlShortForms::read(const YamlNode::Entry &entry)
 {
-    Q_UNUSED(entry)
+    for (const YamlStandardForm &form : YamlStandard::kForms) {
+        if (!entry.key.is(form.word))
+            continue;
+        const QString word = QString::fromLatin1(form.word);
+        if (form.shape == Shape::Value)
+            readVariable(*form.rows, entry);
+        else if (!context.isMap(entry.value, mapWanted(word)))
+            return true;
+        else if (form.shape == Shape::Variables)
+            readVariables(form, entry);
+        else if (form.shape == Shape::Record)
+            readRecord(form, 1, entry);
+        else if (form.shape == Shape::Members)
+            readMembers(form, entry);
+        else
+            readRecords(form, entry);
+        return true;
+    }
     return false;
 }
 
-void YamlShortForms::finish() {}
-
-QSet<quint16> YamlShortForms::write(const std::map<quint16, ObjectRecord> &objects,
-                                    YamlWriter &writer)
+void YamlShortForms::readVariable(const YamlStandardRow &row, const YamlNode::Entry &entry)
 {
-    Q_UNUSED(objects)
-    Q_UNUSED(writer)
-    return {};
+    ObjectRecord object = YamlStandard::variableOf(row);
+    if (entry.value.isMap()) {
+        const ObjectRecord base = object;
+        YamlObject::readVariable(entry.value.entries(), base, entry.key.text(), &object, context);
+    } else {
+        readValue(entry.value, entry.key.text(), &object.subs[0], context);
+    }
+    sink->add(row.index, entry.key, std::move(object));
+}
+
+void YamlShortForms::readVariables(const YamlStandardForm &form, const YamlNode::Entry &entry)
+{
+    const Entries entries = entry.value.entries();
+    for (const YamlNode::Entry &variable : entries) {
+        if (const YamlStandardRow *row = findRow(form, variable.key))
+            readVariable(*row, variable);
+        else
+            context.unknownKey(variable.key, QString::fromLatin1(form.word), keysOf(form));
+    }
+}
+
+Entries YamlShortForms::readMapping(const YamlStandardForm &form, int number,
+                                    const YamlNode::Entry &entry)
+{
+    YamlMapping::Mapping mapping;
+    Entries others = YamlMapping::read(entry.value.entries(), form, number, &mapping, context);
+    const quint16 index =
+        form.objects.at(quint16(number)) + ObjectRanges::kFromPdoParameterToMapping;
+    for (const YamlMapping::Item &item : mapping.items)
+        items.emplace_back(index, item);
+    sink->add(index, entry.key, std::move(mapping.object));
+    return others;
+}
+
+void YamlShortForms::readRecord(const YamlStandardForm &form, int number,
+                                const YamlNode::Entry &entry)
+{
+    if (!context.isMap(entry.value, mapWanted(QString::fromLatin1(form.word))))
+        return;
+    ObjectRecord object;
+    object.data = YamlStandard::objectOf(form, number);
+    for (const YamlStandardRow &row : form) {
+        if (!row.isOptional)
+            object.subs[row.sub] = YamlStandard::subIndexOf(row, number);
+    }
+    const Entries entries =
+        form.shape == Shape::Pdos ? readMapping(form, number, entry) : entry.value.entries();
+    for (const YamlNode::Entry &value : entries) {
+        if (const YamlStandardRow *row = findRow(form, value.key)) {
+            object.subs[row->sub] = YamlStandard::subIndexOf(*row, number);
+            readValue(value.value, value.key.text(), &object.subs[row->sub], context);
+        } else if (!value.key.is(YamlKeys::kAbout)) {
+            context.unknownKey(value.key, QString::fromLatin1(form.word), keysOf(form));
+        } else if (const auto text = context.text(value.value, value.key.text())) {
+            object.data.description = *text;
+        }
+    }
+    setCount(&object);
+    sink->add(form.objects.at(quint16(number)), entry.key, std::move(object));
+}
+
+void YamlShortForms::readRecords(const YamlStandardForm &form, const YamlNode::Entry &entry)
+{
+    const auto records =
+        context.numbered(entry.value, 1, form.highestNumber(), QString::fromLatin1(form.word));
+    for (const YamlContext::Numbered &record : records)
+        readRecord(form, int(record.number), {record.key, record.value});
+}
+
+void YamlShortForms::readMembers(const YamlStandardForm &form, const YamlNode::Entry &entry)
+{
+    ObjectRecord object;
+    object.data = YamlStandard::objectOf(form, 1);
+    Entries numbers;
+    const Entries entries = entry.value.entries();
+    for (const YamlNode::Entry &member : entries) {
+        if (!member.key.is(YamlKeys::kAbout))
+            numbers.append(member);
+        else if (const auto text = context.text(member.value, member.key.text()))
+            object.data.description = *text;
+    }
+    const QString word = QString::fromLatin1(form.word);
+    const auto members = context.numbered(numbers, 1, form.highestNumber(), word);
+    for (const YamlContext::Numbered &member : members) {
+        SubIndexData &sub = object.subs[quint8(member.number)];
+        sub = YamlStandard::subIndexOf(*form.rows, int(member.number));
+        readValue(member.value, word, &sub, context);
+    }
+    setCount(&object);
+    sink->add(form.objects.first, entry.key, std::move(object));
+}
+
+void YamlShortForms::finish()
+{
+    for (const auto &[index, item] : items)
+        sink->setDefault(index, item.place, YamlMapping::valueOf(item, sink->all()));
+}
+
+QSet<quint16> YamlShortForms::write(const Objects &objects, YamlWriter &writer)
+{
+    Writing writing(objects, writer);
+    for (const YamlStandardForm &form : YamlStandard::kForms)
+        writing.write(form);
+    return writing.isWritten;
 }
 
 QStringList YamlShortForms::keys()
 {
-    return {};
+    QStringList result;
+    for (const YamlStandardForm &form : YamlStandard::kForms)
+        result << QString::fromLatin1(form.word);
+    return result;
 }

@@ -1,10 +1,12 @@
 // Short forms of a line: objects of the standards as a few values.
 //
-// A form is written exactly if all that it leaves out is as yamlstandard.h has it; which words may
-// stand beside a default value is fixed. Reading takes all words of a subindex there.
+// A form is written exactly if all that it leaves out is as yamlstandard.h has it. A value is then
+// the default of its subindex, or a map that names its variable or describes it as well. Reading
+// takes all words of a subindex in such a map.
 #pragma once
 
 #include "formats/yamlwriter.h"
+#include "store/yaml/yamlmapping.h"
 #include "store/yaml/yamlobjects.h"
 #include "store/yaml/yamlstandard.h"
 
@@ -28,15 +30,15 @@ public:
     static QStringList keys();
 
 private:
-    /// An item of a mapping that names an object.
-    struct Item {
-        quint16 index;
-        quint8 sub;
-        quint16 target;
-        quint8 targetSub;
-    };
+    void readVariable(const YamlStandardRow &row, const YamlNode::Entry &entry);
+    void readVariables(const YamlStandardForm &form, const YamlNode::Entry &entry);
+    void readRecord(const YamlStandardForm &form, int number, const YamlNode::Entry &entry);
+    void readRecords(const YamlStandardForm &form, const YamlNode::Entry &entry);
+    void readMembers(const YamlStandardForm &form, const YamlNode::Entry &entry);
+    QVector<YamlNode::Entry> readMapping(const YamlStandardForm &form, int number,
+                                         const YamlNode::Entry &entry);
 
     YamlObjectSink *sink;
     YamlContext &context;
-    std::vector<Item> items;
+    std::vector<std::pair<quint16, YamlMapping::Item>> items; ///< with the index of the mapping
 };

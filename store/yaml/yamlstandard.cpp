@@ -2,6 +2,7 @@
 #include "store/yaml/yamlstandard.h"
 
 #include "store/yaml/yamlkeys.h"
+#include "support/accesstype.h"
 
 namespace
 {
@@ -58,6 +59,44 @@ QStringList keysOfRow(const YamlStandardForm &form, quint16 index, std::optional
 }
 
 } // namespace
+
+SubIndexData YamlStandard::subIndexOf(const YamlStandardRow &row, int number)
+{
+    SubIndexData sub;
+    sub.name = QString::fromLatin1(row.name).replace(QLatin1String("%1"), QString::number(number));
+    sub.dataType = row.type;
+    sub.accessType = QString::fromLatin1(row.access);
+    sub.defaultValue = QString::fromLatin1(row.value);
+    sub.pdoMapping = row.pdo;
+    sub.implementation = row.implementation;
+    // The first SDO server alone has identifiers that CiA 301 sets.
+    if (row.index == ObjectRanges::kSdoServers.first && number > 1 && !row.isOptional) {
+        sub.accessType = AccessType::kReadWrite;
+        sub.defaultValue = QStringLiteral("0x80000000");
+    }
+    return sub;
+}
+
+ObjectRecord YamlStandard::variableOf(const YamlStandardRow &row)
+{
+    ObjectRecord object;
+    object.data.name = QString::fromLatin1(row.name);
+    object.data.dataType = row.type;
+    object.subs[0] = subIndexOf(row, 1);
+    return object;
+}
+
+IndexData YamlStandard::objectOf(const YamlStandardForm &form, int number)
+{
+    IndexData data;
+    data.name =
+        QString::fromLatin1(form.name).replace(QLatin1String("%1"), QString::number(number));
+    const bool isArray = form.shape == YamlStandardShape::Members;
+    data.objectCode = isArray ? CANopen::ObjectCode::Array : CANopen::ObjectCode::Record;
+    if (isArray)
+        data.dataType = form.rows[0].type;
+    return data;
+}
 
 const YamlStandardForm *YamlStandard::formOf(quint16 index)
 {

@@ -147,6 +147,13 @@ inline constexpr YamlStandardForm kForms[] = {
 };
 // clang-format on
 
+/// The subindex of a row, of the record or the member with that number.
+SubIndexData subIndexOf(const YamlStandardRow &row, int number);
+/// The object of a variable's row.
+ObjectRecord variableOf(const YamlStandardRow &row);
+/// The record or array with that number.
+IndexData objectOf(const YamlStandardForm &form, int number);
+
 /// The form that has that object, also the mapping of a PDO; null if there is none.
 const YamlStandardForm *formOf(quint16 index);
 
