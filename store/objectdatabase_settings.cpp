@@ -2,6 +2,7 @@
 // kept in memory; every write goes to both.
 #include "store/linetype.h"
 #include "store/objectdatabase_p.h"
+#include "store/settingdefaults.h"
 #include "support/linelist.h"
 #include "support/logging.h"
 
@@ -27,29 +28,7 @@ constexpr SettingsRow kStores[] = { // in the order of SettingsStore
 /// The stores of the catalogue, in the order of SettingStore.
 constexpr SettingsStore kCatalogued[] = {SettingsStore::General, SettingsStore::J1939,
                                          SettingsStore::Description, SettingsStore::Misc};
-
-struct DescriptionDefault {
-    const char *key;
-    const char *value;
-};
-
-constexpr DescriptionDefault kDescriptionDefaults[] = {
-    {"BaudRate_10", "0"},  {"BaudRate_20", "0"},  {"BaudRate_50", "0"},
-    {"BaudRate_125", "1"}, {"BaudRate_250", "1"},
-    {"BaudRate_500", "0"}, {"BaudRate_800", "0"}, {"BaudRate_1000", "0"},
-    {"Dummy0001", "0"}, {"Dummy0002", "0"}, {"Dummy0003", "0"}, {"Dummy0004", "0"},
-    {"Dummy0005", "0"}, {"Dummy0006", "0"}, {"Dummy0007", "0"},
-    {"LSS_Supported", "0"}, {"SelfStarting", "0"},
-    {"VendorName", ""}, {"ProductName", ""}, {"CreatedBy", ""}, {"ModifiedBy", ""},
-    {"FileVersion", "1"}, {"FileRevision", "1"},
-    {"OrderCode", "0815-BUY-ME"},
-    {"Granularity", "0"},
-    {"Comment", ""}, {"AdditionalSections", ""},
-};
 // clang-format on
-
-/// Beside the defaults a line may have these.
-constexpr const char *kCountsOfPdos[] = {"NrOfRXPDO", "NrOfTXPDO"};
 
 /// J1939 settings that are lists with an element for each line.
 constexpr const char *kJ1939LineKeys[] = {
@@ -76,7 +55,7 @@ QString keyOfLine(const QString &key, quint8 line)
 QStringList descriptionKeys()
 {
     QStringList keys;
-    for (const DescriptionDefault &row : kDescriptionDefaults)
+    for (const SettingDefault &row : kDescriptionDefaults)
         keys << QString::fromLatin1(row.key);
     for (const char *key : kCountsOfPdos)
         keys << QString::fromLatin1(key);
@@ -283,7 +262,7 @@ void ObjectDataBase::setDescriptionSettingsLine(quint8 line)
 void ObjectDataBase::addDefaultDescriptionSettings(quint8 line)
 {
     setDescriptionSettingsLine(line);
-    for (const DescriptionDefault &row : kDescriptionDefaults)
+    for (const SettingDefault &row : kDescriptionDefaults)
         addDescriptionSettingsValue(QString::fromLatin1(row.key), QString::fromLatin1(row.value));
 }
 
