@@ -88,7 +88,7 @@ public:
     const QVector<Finding> &findings() const { return checkFindings; }
 
 public slots:
-    /// Opens a database or, where the path ends in "tsrt", a text project. The output goes to the
+    /// Opens a project in the form that the end of its name says. The output goes to the
     /// file's folder, or to that of setOutputFolder(). False if it is no file that can be read, or
     /// no project of this tool; the reason is reported.
     bool openProject(const QString &filePath);

@@ -77,7 +77,11 @@ bool ObjectDataBase::createNewDataBase()
 bool ObjectDataBase::openDataBase(const QString &file, bool)
 {
     d->lastError.clear();
-    if (ProjectFile::formOf(file) == ProjectFile::Form::Text) {
+    d->firstCommentLine = 0;
+    const ProjectFile::Form form = ProjectFile::formOf(file);
+    if (form == ProjectFile::Form::Yaml)
+        return fromYaml(file);
+    if (form == ProjectFile::Form::Text) {
         fromText(file);
         return true;
     }

@@ -32,8 +32,16 @@ bool ObjectDataBase::saveDataBase(const QString &file)
 {
     const QString target = file.isEmpty() ? d->projectFile : file;
     d->lastError.clear();
-    const bool isText = ProjectFile::formOf(target) == ProjectFile::Form::Text;
-    return isText ? saveDatabaseAsText(target) : saveDatabaseAsSql(target);
+    switch (ProjectFile::formOf(target)) {
+    case ProjectFile::Form::Text:
+        return saveDatabaseAsText(target);
+    case ProjectFile::Form::Yaml:
+        return saveDatabaseAsYaml(target);
+    case ProjectFile::Form::Database:
+    case ProjectFile::Form::Other:
+        break;
+    }
+    return saveDatabaseAsSql(target);
 }
 
 bool ObjectDataBase::mayReplace(const QString &file) const

@@ -79,7 +79,7 @@ void ProjectReader::readEntry(const YamlNode::Entry &entry)
         return;
     if (entry.key.is(YamlKeys::kLines))
         return readLines(entry.value);
-    if (settings.readOfProject(entry, context) || network.readOfProject(entry))
+    if (network.readOfProject(entry) || settings.readOfProject(entry, context))
         return;
     const QStringList known = QStringList{YamlKeys::kVersion, YamlKeys::kLines} +
                               YamlSettings::keysOfProject() + YamlNetwork::keysOfProject();
@@ -103,8 +103,8 @@ void ProjectReader::readLine(quint8 number, YamlNode map)
     QVector<YamlNode::Entry> entries = YamlObjects::read(map.entries(), &line.objects, context);
     entries = YamlFrames::read(entries, &line, context);
     for (const YamlNode::Entry &entry : qAsConst(entries)) {
-        if (!settings.readOfLine(number, entry, context) && !network.readOfLine(number, entry) &&
-            !YamlRecord::readColumn(kNodeYaml, entry.key, entry.value, &line.node, context))
+        if (!YamlRecord::readColumn(kNodeYaml, entry.key, entry.value, &line.node, context) &&
+            !network.readOfLine(number, entry) && !settings.readOfLine(number, entry, context))
             refuseInLine(entry.key);
     }
 }
