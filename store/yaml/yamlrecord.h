@@ -17,8 +17,15 @@ YamlCells::Bounds boundsOf(const Column<Record> &column)
 {
     Record probe;
     column.set(probe, QVariant(qlonglong(-1)));
-    if (const qint64 high = column.get(probe).toLongLong(); high >= 0)
+    if (qint64 high = column.get(probe).toLongLong(); high >= 0) {
+        // A type with few numbers counts the others as its first one.
+        for (; high < 0xFF; ++high) {
+            column.set(probe, QVariant(qlonglong(high + 1)));
+            if (column.get(probe).toLongLong() != high + 1)
+                break;
+        }
         return {0, high};
+    }
     YamlCells::Bounds bounds{-128, 127};
     for (const int bits : {15, 31, 63}) {
         const qint64 high = std::numeric_limits<qint64>::max() >> (63 - bits);
