@@ -2,6 +2,7 @@
 #include "store/objectdatabase_p.h"
 #include "support/logging.h"
 #include "support/numbers.h"
+#include "support/udssiddefinitions.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -15,19 +16,6 @@ namespace
 constexpr quint32 kVersionPgnDirections = 100;
 constexpr quint32 kVersionUniqueSubObjects = 101;
 constexpr quint32 kVersionUniqueUds = 103;
-
-/// Services of ISO 14229-1 that a line gets which has none yet, and their sessions.
-struct DefaultService {
-    quint8 sid;
-    const char *sessions;
-};
-
-constexpr DefaultService kDefaultServices[] = {
-    {16, "1,2,3,4"}, {17, "1,2,3,4"}, {62, "1,2,3,4"}, {34, "1,2,3,4"}, {46, "1,2,3,4"},
-    {35, "1,2,3,4"}, {61, "1,2,3,4"}, {20, "1,2,3,4"}, {25, "1,2,3,4"}, {49, "1,2,3,4"},
-    {39, "2,3,4"},   {40, "2,3,4"},   {47, "2,3,4"},   {52, "2,3,4"},   {53, "2,3,4"},
-    {54, "2,3,4"},   {55, "2,3,4"},
-};
 
 constexpr quint8 kFirstSid = 16;
 constexpr quint8 kLastSid = 254;
@@ -238,9 +226,9 @@ void ObjectDataBase::repairUdsServices(quint8 line)
         if (active.next() && active.value(0).toInt() > 0)
             return;
     }
-    for (const DefaultService &service : kDefaultServices) {
-        setUDSServiceActive(line, service.sid, true);
-        setUDSServiceSessions(line, service.sid, QString::fromLatin1(service.sessions));
+    for (const UDS::ServiceInSessions &service : UDS::kAllServices) {
+        setUDSServiceActive(line, quint8(service.sid), true);
+        setUDSServiceSessions(line, quint8(service.sid), QString::fromLatin1(service.sessions));
     }
 }
 

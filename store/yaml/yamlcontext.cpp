@@ -5,6 +5,8 @@
 
 #include <QHash>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -135,7 +137,13 @@ void YamlContext::noSuchWord(YamlNode node, const QString &what, const QString &
 {
     if (problems->isFull())
         return;
-    const QString meant = didYouMean(cut(text), words);
+    QString meant = didYouMean(cut(text), words);
+    const auto isMeant = [&text](const QString &word) {
+        return text.size() > 2 && word.startsWith(text, Qt::CaseInsensitive);
+    };
+    const auto longer = std::find_if(words.cbegin(), words.cend(), isMeant);
+    if (meant.isEmpty() && longer != words.cend())
+        meant = QStringLiteral("; did you mean \"%1\"").arg(*longer);
     wrongValue(node, QStringLiteral("there is no %1 %2").arg(what, quoted(text)) +
                          (meant.isEmpty() && words.size() <= 8
                               ? QStringLiteral("; it is one of ") + words.join(QStringLiteral(", "))

@@ -491,6 +491,14 @@ Services servicesOfNewLine()
     return services;
 }
 
+Services allServices()
+{
+    Services services;
+    for (const UDS::ServiceInSessions &row : UDS::kAllServices)
+        services[quint8(row.sid)] = UdsServiceData{true, latin1(row.sessions), QString()};
+    return services;
+}
+
 /// One that a line names has it.
 UdsServiceData baseService()
 {
@@ -501,8 +509,10 @@ UdsServiceData baseService()
 
 Services readServices(YamlNode map, YamlContext &context)
 {
+    if (map.isScalar() && map.is(YamlKeys::kAll))
+        return allServices();
     Services services;
-    if (!context.isMap(map, latin1("the diagnostic services of a line are a map")))
+    if (!context.isMap(map, latin1("the diagnostic services of a line are a map, or all")))
         return services;
     const auto entries =
         context.numbered(map, 0, kMostOfByte, latin1("diagnostic service"), kServiceWords);
@@ -519,9 +529,8 @@ Services readServices(YamlNode map, YamlContext &context)
     return services;
 }
 
-bool isOfNewLine(const Services &services)
+bool areEqual(const Services &services, const Services &usual)
 {
-    const Services usual = servicesOfNewLine();
     return std::equal(services.begin(), services.end(), usual.begin(), usual.end(),
                       [](const auto &one, const auto &other) {
                           return one.first == other.first &&
@@ -531,8 +540,10 @@ bool isOfNewLine(const Services &services)
 
 void writeServices(const Services &services, YamlWriter &writer)
 {
-    if (isOfNewLine(services))
+    if (areEqual(services, servicesOfNewLine()))
         return;
+    if (areEqual(services, allServices()))
+        return writer.value(latin1(YamlKeys::kUds), YamlValue::text(latin1(YamlKeys::kAll)));
     YamlValue map = YamlValue::map();
     for (const auto &[sid, service] : services) {
         YamlValue value = YamlValue::map();

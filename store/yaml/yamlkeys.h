@@ -62,6 +62,8 @@ inline constexpr char kLine[] = "line";
 inline constexpr char kFrom[] = "from";
 inline constexpr char kTo[] = "to";
 
+/// The diagnostic services that a line of an opened project has if it has none of its own.
+inline constexpr char kAll[] = "all";
 /// What is not there though it usually is: subindex 0 of a record, the object of subindices.
 inline constexpr char kNone[] = "none";
 

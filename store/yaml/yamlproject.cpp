@@ -103,6 +103,8 @@ void ProjectReader::readLine(quint8 number, YamlNode map)
     QVector<YamlNode::Entry> entries = YamlObjects::read(map.entries(), &line.objects, context);
     entries = YamlFrames::read(entries, &line, context);
     for (const YamlNode::Entry &entry : qAsConst(entries)) {
+        if (context.problems->isFull())
+            return;
         if (!YamlRecord::readColumn(kNodeYaml, entry.key, entry.value, &line.node, context) &&
             !network.readOfLine(number, entry) && !settings.readOfLine(number, entry, context))
             refuseInLine(entry.key);

@@ -126,9 +126,9 @@ QJsonObject either(const QJsonObject &one, const QJsonObject &other,
     return described({{"anyOf", QJsonArray{one, other}}}, help);
 }
 
-QJsonObject none()
+QJsonObject only(const char *word)
 {
-    return {{"enum", QJsonArray{latin1(YamlKeys::kNone)}}};
+    return {{"enum", QJsonArray{latin1(word)}}};
 }
 
 // --- Settings ---
@@ -222,9 +222,9 @@ QJsonObject object()
         .add(YamlKeys::kArray,
              number({1, 254}, "Number of elements; the keys beside it say what each one is"))
         .add(YamlKeys::kMembers,
-             mapOf(numberKey(0xFF), either(none(), reference(kMember)),
+             mapOf(numberKey(0xFF), either(only(YamlKeys::kNone), reference(kMember)),
                    "Subindices by number; beside \"array\" what single ones differ in"))
-        .add(YamlKeys::kObject, none())
+        .add(YamlKeys::kObject, only(YamlKeys::kNone))
         .map();
 }
 
@@ -326,8 +326,9 @@ QJsonObject frameOf(const YamlTable<Frame> &table, const char *signalsKey, const
 
 QJsonObject services()
 {
-    return mapOf(wordKey(kServiceWords, 0xFF), Keys().add(kUdsServiceYaml).map(),
-                 "Diagnostic services of the line (ISO 14229-1); those of a new line if left out");
+    return either(mapOf(wordKey(kServiceWords, 0xFF), Keys().add(kUdsServiceYaml).map()),
+                  only(YamlKeys::kAll),
+                  "Diagnostic services of the line (ISO 14229-1); those of a new line if left out");
 }
 
 // --- Signals between lines, connections and the like ---

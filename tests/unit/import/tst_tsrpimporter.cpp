@@ -11,14 +11,14 @@ class tst_TSRPImporter : public StoreTest
 private slots:
     void init() { store = makeStore(); }
 
-    void bothFormsOfAProject()
+    void allFormsOfAProject()
     {
         const auto other = makeStore();
         for (const quint16 index : {0x0FFF, 0x1000, 0xBFFF, 0xC000}) {
             other->addIndex(0, index, fullObject());
             other->addSubIndex(0, index, 1, fullSub());
         }
-        for (const char *name : {"other.tsrp", "other.tsrt"}) {
+        for (const char *name : {"other.tsrp", "other.tsrt", "other.yaml"}) {
             init();
             QVERIFY(other->saveDataBase(fixture.path(name)));
             store->addNode(1, Node());
@@ -37,6 +37,7 @@ private slots:
         // clang-format off
         QTest::newRow("missing")       << "no.tsrp"   << QByteArray()                << "Could not open ";
         QTest::newRow("no database")   << "bad.tsrp"  << QByteArray(4096, 'x')       << "Could not open %1";
+        QTest::newRow("wrong yaml")    << "bad.yaml"  << QByteArray("tessarine: x\n") << "Could not open %1";
         QTest::newRow("no text")       << "bad.tsrt"  << QByteArray("\0\xff\1[", 4)  << "Could not copy all of %1";
         // clang-format on
     }

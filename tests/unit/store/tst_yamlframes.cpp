@@ -2,6 +2,7 @@
 // are written, and that one undoes the other whatever the records are.
 #include "store/yaml/yamlframes.h"
 #include "store/yaml/yamlrecord.h"
+#include "support/udssiddefinitions.h"
 #include "tests/fixtures/yamlkit.h"
 
 #include <QRandomGenerator>
@@ -181,6 +182,11 @@ private slots:
              "* implementation=0 direction=3",
              "* canid=16 number=1 implementation=0 direction=119"});
         row("no_services", "uds: {}\n", {});
+        QStringList all;
+        for (const auto &service : UDS::kAllServices)
+            all << QString("%1: active=1 sessions=%2").arg(int(service.sid)).arg(service.sessions);
+        std::sort(all.begin(), all.end());
+        row("all_services", "uds: all\n", all);
         row("services",
             "uds:\n  1: {}\n  session-control: {sessions: [1, 3], levels: [2]}\n"
             "  tester-present: {active: false, sessions: \"1,,3\"}\n",

@@ -84,9 +84,10 @@ locks:
         row("locks", "locks: {0: {pdo: [1]}, 256: {}, 1: {pdos: 1, mappings: [0x10000, x]}}\n",
             "3:13: there is no key \"pdo\" in locks; did you mean \"pdos\"|3:24: line is|3:43: what is locked|"
             "3:57: an index|3:66: an index");
-        row("signals", "signals:\n  1: {line: 256, nme: a}\n  x: {}\n  2147483648: {}\n  0x1: {}\n",
+        row("signals", "signals:\n  1: {line: 256, nme: a}\n  x: {}\n  2147483648: {}\n  0x1: {}\n  2: {type: bool}\n",
             "4:13: line is|4:18: there is no key \"nme\" in a signal|5:3: signal is|6:3: signal is|"
-            "7:3: signal 0x1 stands here a second time; line 4 has it first");
+            "7:3: signal 0x1 stands here a second time; line 4 has it first|"
+            "8:13: there is no type \"bool\"; did you mean \"BOOLEAN\"");
         QTest::newRow("lines")
             << QByteArray("tessarine: 1\nlines:\n  254: {}\n  1: x\n  2:\n  3: {access: ro, mastr: true}\n"
                           "  4: {signals: {7: {line: 1}}}\n  5: {signals: {7: {}}}\n")

@@ -134,6 +134,7 @@ private slots:
             ofLine("other-signals: [{spn: 1, group: 0xFEEE, direction: transmit}]"));
         row("services", Good,
             ofLine("uds: {ecu-reset: {active: true, sessions: [1, 3]}, 62: {levels: '1,2'}}"));
+        row("all_services", Good, ofLine("uds: all"));
         row("services_word", Bad, ofLine("uds: {reset: {}}"));
         row("signals", Good, ofLine("signals: {1: {name: Speed, type: U16, event-timer: 10}}"));
         row("locks", Good, ofLine("locks: {pdos: [0x1800], mappings: [6656]}"));
