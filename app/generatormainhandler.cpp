@@ -325,11 +325,15 @@ bool GeneratorMainHandler::applySettings(const QStringList &assignments)
 
 bool GeneratorMainHandler::saveProject()
 {
+    if (database)
+        dropDeclaredGroupsOf(projectFile);
     return database && database->saveDataBase(QString());
 }
 
 bool GeneratorMainHandler::exportProject(const QString &file)
 {
+    if (database)
+        dropDeclaredGroupsOf(file);
     return database && database->exportProject(file, unchangedFiles != nullptr);
 }
 
@@ -416,6 +420,13 @@ void GeneratorMainHandler::dropDeclaredGroups(const ProjectFacts &facts)
             (void)database->delPGN(line.number, ParameterGroup::kAddressClaimed,
                                    Direction::kTransmitted); // may not be there
     }
+}
+
+/// What each run declares anew is nothing that a person wrote, and would stand between it.
+void GeneratorMainHandler::dropDeclaredGroupsOf(const QString &file)
+{
+    if (ProjectFile::formOf(file) == ProjectFile::Form::Yaml)
+        dropDeclaredGroups(readProjectFacts(*database));
 }
 
 void GeneratorMainHandler::fillCaches(const ProjectFacts &facts)

@@ -121,6 +121,8 @@ private:
     /// Makes the output folder that the user has named; reports why that cannot be done.
     void makeOutputFolder();
     void dropDeclaredGroups(const ProjectFacts &facts);
+    /// Of a project that is about to be written to that file, if it is one in YAML.
+    void dropDeclaredGroupsOf(const QString &file);
     void fillCaches(const ProjectFacts &facts);
     /// False if the check ends the run.
     bool checkModel(const ProjectFacts &facts, bool ignoreCheckErrors);

@@ -200,8 +200,11 @@ public:
         if (!context.isList(list, latin1("%1 is a list").arg(latin1(Words::kOthersKey))))
             return;
         const QVector<YamlNode> items = list.items();
-        for (const YamlNode item : items)
+        for (const YamlNode item : items) {
+            if (context.problems->isFull())
+                break;
             readSignal(item, baseSignal<Frame>(Frame(), nullptr), &(line->*Words::kOthers));
+        }
     }
 
     static std::pair<quint8, quint32> key(const Frame &frame)
@@ -268,6 +271,8 @@ private:
             return;
         const QVector<YamlNode> items = list.items();
         for (const YamlNode item : items) {
+            if (context.problems->isFull())
+                break; // an alias may stand for a thousand faults
             if (item.isMap() && item.value(YamlKeys::kSkip))
                 readFillers(item, record);
             else

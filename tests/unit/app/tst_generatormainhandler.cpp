@@ -197,6 +197,20 @@ private slots:
         QCOMPARE(store->getPGNs(0, 0x77, false), QList<quint32>{60928});
     }
 
+    void yamlHasNoDeclaredGroup()
+    {
+        const QString file = fixture.path("demo.yaml");
+        QVERIFY(writeFile(file,
+                          "tessarine: 1\nlines: {0: {protocol: J1939, groups: {transmit: {0xEE00: "
+                          "{}}, receive: {0xEE00: {}}}}}\n"));
+        RecordingHandler report;
+        GeneratorMainHandler driver(&report);
+        QVERIFY(driver.openProject(file));
+        QVERIFY(driver.saveProject());
+        const QString text = readFile(file);
+        QVERIFY2(text.contains("groups:\n      receive:\n        0xEE00: {}\n"), qPrintable(text));
+    }
+
     void removesForeignFilesOfJ1939Projects_data()
     {
         // clang-format off
