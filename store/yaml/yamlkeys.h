@@ -22,6 +22,7 @@ inline constexpr char kLocks[] = "locks"; ///< of a line as well
 
 // Of a line; the short forms of objects stand between kDescription and kObjects.
 inline constexpr char kProtocol[] = "protocol";
+inline constexpr char kObjectDefaults[] = "object-defaults"; ///< of their subindices
 inline constexpr char kObjects[] = "objects";
 inline constexpr char kGroups[] = "groups";
 inline constexpr char kFrames[] = "frames";

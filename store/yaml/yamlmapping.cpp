@@ -32,7 +32,7 @@ IndexData baseOfObject(const YamlStandardForm &form, int number)
     return data;
 }
 
-SubIndexData baseOfSub(int place, bool isFixed)
+SubIndexData baseOfSub(int place, bool isFixed, const YamlDefaults &defaults)
 {
     SubIndexData sub;
     sub.name = place == 0 ? QStringLiteral("Number of mapped objects")
@@ -41,7 +41,7 @@ SubIndexData baseOfSub(int place, bool isFixed)
     sub.accessType = isFixed ? AccessType::kConst : AccessType::kReadWrite;
     sub.implementation = isFixed ? Implementation::kManagedConst : Implementation::kManagedVariable;
     sub.defaultValue = QStringLiteral("0");
-    return sub;
+    return defaults.over(sub);
 }
 
 bool isEqualButDefault(SubIndexData sub, const SubIndexData &base)
@@ -98,7 +98,8 @@ std::optional<QString> itemText(const QString &value, const Objects &objects)
 
 // --- Reading ---
 
-void readItems(YamlNode list, YamlMapping::Mapping *mapping, bool isFixed, YamlContext &context)
+void readItems(YamlNode list, YamlMapping::Mapping *mapping, bool isFixed,
+               const YamlDefaults &defaults, YamlContext &context)
 {
     const QString wanted = QStringLiteral("the mapping of a PDO is a list of objects");
     if (!context.isList(list, wanted))
@@ -113,7 +114,7 @@ void readItems(YamlNode list, YamlMapping::Mapping *mapping, bool isFixed, YamlC
     subs[0].defaultValue = QString::number(items.size());
     for (int place = 1; place <= items.size(); ++place) {
         SubIndexData &sub = subs[quint8(place)];
-        sub = baseOfSub(place, isFixed);
+        sub = baseOfSub(place, isFixed, defaults);
         const auto text =
             context.text(items.at(place - 1), QStringLiteral("an entry of a mapping"));
         sub.defaultValue = text.value_or(QString());
@@ -122,18 +123,20 @@ void readItems(YamlNode list, YamlMapping::Mapping *mapping, bool isFixed, YamlC
     }
 }
 
-void readSlots(YamlNode node, ObjectRecord *object, YamlContext &context)
+void readSlots(YamlNode node, ObjectRecord *object, const YamlDefaults &defaults,
+               YamlContext &context)
 {
     const auto places =
         context.number(node, 0, PdoEntryCount::kHighest, QStringLiteral("map-slots"));
     for (int place = 0; places && place <= int(*places); ++place)
-        object->subs[quint8(place)] = baseOfSub(place, false);
+        object->subs[quint8(place)] = baseOfSub(place, false, defaults);
 }
 
 // --- Writing ---
 
 /// How many entries are in use; none if the subindices are not those of a short form.
-std::optional<int> usedEntries(const ObjectRecord &object, bool isFixed)
+std::optional<int> usedEntries(const ObjectRecord &object, bool isFixed,
+                               const YamlDefaults &defaults)
 {
     if (object.subs.empty() || object.subs.rbegin()->first > PdoEntryCount::kHighest ||
         object.subs.size() != size_t(object.subs.rbegin()->first) + 1)
@@ -144,7 +147,7 @@ std::optional<int> usedEntries(const ObjectRecord &object, bool isFixed)
     if (used < 0 || used > highest || count != QString::number(used) || (isFixed && used < highest))
         return std::nullopt;
     for (const auto &[place, sub] : object.subs) {
-        const SubIndexData base = baseOfSub(place, isFixed);
+        const SubIndexData base = baseOfSub(place, isFixed, defaults);
         const bool isFree = place > used && sub.defaultValue != base.defaultValue;
         if (isFree || !isEqualButDefault(sub, base))
             return std::nullopt;
@@ -169,7 +172,7 @@ QString YamlMapping::valueOf(const Item &item, const Objects &objects)
 }
 
 Entries YamlMapping::read(const Entries &entries, const YamlStandardForm &form, int number,
-                          Mapping *mapping, YamlContext &context)
+                          Mapping *mapping, const YamlDefaults &defaults, YamlContext &context)
 {
     Entries others;
     YamlNode list;
@@ -186,21 +189,21 @@ Entries YamlMapping::read(const Entries &entries, const YamlStandardForm &form, 
         else if (const auto text = context.text(entry.value, QLatin1String(YamlKeys::kMapAbout)))
             object.data.description = *text;
     }
-    object.subs[0] = baseOfSub(0, !slotCount);
+    object.subs[0] = baseOfSub(0, !slotCount, defaults);
     if (slotCount)
-        readSlots(slotCount, &object, context);
+        readSlots(slotCount, &object, defaults, context);
     if (list)
-        readItems(list, mapping, !slotCount, context);
+        readItems(list, mapping, !slotCount, defaults, context);
     return others;
 }
 
 bool YamlMapping::write(const ObjectRecord &object, const YamlStandardForm &form, int number,
-                        const Objects &objects, YamlValue *map)
+                        const Objects &objects, const YamlDefaults &defaults, YamlValue *map)
 {
     if (!isObject(object, form, number))
         return false;
-    const auto fixed = usedEntries(object, true);
-    const auto used = fixed ? fixed : usedEntries(object, false);
+    const auto fixed = usedEntries(object, true, defaults);
+    const auto used = fixed ? fixed : usedEntries(object, false, defaults);
     if (!used)
         return false;
     YamlValue list = YamlValue::list();

@@ -4,6 +4,7 @@
 #include "formats/yamlwriter.h"
 #include "store/projectrecords.h"
 #include "store/yaml/yamlcontext.h"
+#include "store/yaml/yamldefaults.h"
 #include "store/yaml/yamlstandard.h"
 
 #include <vector>
@@ -25,14 +26,16 @@ struct Mapping {
 
 /// Takes the keys of a PDO that are about its mapping; the others are what it gives.
 QVector<YamlNode::Entry> read(const QVector<YamlNode::Entry> &entries, const YamlStandardForm &form,
-                              int number, Mapping *mapping, YamlContext &context);
+                              int number, Mapping *mapping, const YamlDefaults &defaults,
+                              YamlContext &context);
 
 /// The default value of an item.
 QString valueOf(const Item &item, const std::map<quint16, ObjectRecord> &objects);
 
 /// Appends to \a map what read() needs. False if the object is no mapping that has a short form.
 bool write(const ObjectRecord &object, const YamlStandardForm &form, int number,
-           const std::map<quint16, ObjectRecord> &objects, YamlValue *map);
+           const std::map<quint16, ObjectRecord> &objects, const YamlDefaults &defaults,
+           YamlValue *map);
 
 QStringList keys();
 

@@ -123,19 +123,20 @@ QString memberVariable(const QString &variable, int number)
 }
 
 /// What an array begins with, before its own words: its first member.
-SubIndexData baseOfTemplate(const IndexData &data)
+SubIndexData baseOfTemplate(const IndexData &data, const YamlDefaults &defaults)
 {
     SubIndexData base;
     base.name = memberName(data.name, 1);
     base.dataType = data.dataType;
-    return base;
+    return defaults.over(base);
 }
 
 /// \a first as another member of the array.
-SubIndexData memberOf(const IndexData &data, const SubIndexData &first, int highest, int number)
+SubIndexData memberOf(const IndexData &data, const SubIndexData &first, int highest, int number,
+                      const YamlDefaults &defaults)
 {
     if (number == 0)
-        return YamlObject::countMember(quint8(highest));
+        return YamlObject::countMember(quint8(highest), defaults);
     SubIndexData base = first;
     base.name = memberName(data.name, number);
     base.varName = memberVariable(first.varName, number);
@@ -143,9 +144,9 @@ SubIndexData memberOf(const IndexData &data, const SubIndexData &first, int high
 }
 
 /// What the array's map says of its members: all of the first one but what is the object's.
-SubIndexData templateOf(const ObjectRecord &object)
+SubIndexData templateOf(const ObjectRecord &object, const YamlDefaults &defaults)
 {
-    const SubIndexData base = baseOfTemplate(object.data);
+    const SubIndexData base = baseOfTemplate(object.data, defaults);
     SubIndexData result = object.subs.at(1);
     result.name = base.name;
     result.dataType = base.dataType;
@@ -164,7 +165,8 @@ bool isArray(const ObjectRecord &object)
     return highest <= kHighestOfArray && int(object.subs.size()) == highest + 1;
 }
 
-void readMembersOfArray(YamlNode members, int highest, ObjectRecord *object, YamlContext &context)
+void readMembersOfArray(YamlNode members, int highest, ObjectRecord *object,
+                        const YamlDefaults &defaults, YamlContext &context)
 {
     const QString what = QStringLiteral("member");
     if (!members || !context.isMap(members, QStringLiteral("the members of an array are a map")))
@@ -175,41 +177,44 @@ void readMembersOfArray(YamlNode members, int highest, ObjectRecord *object, Yam
             continue;
         SubIndexData &sub = object->subs[quint8(member.number)];
         const SubIndexData base = sub;
-        tellUnknown(YamlSubIndex::read(member.value.entries(), base, &sub, context),
+        tellUnknown(YamlSubIndex::read(member.value.entries(), base, &sub, defaults, context),
                     QStringLiteral("a member"), YamlSubIndex::keys(), context);
     }
 }
 
-void readArray(const Structure &map, ObjectRecord *object, YamlContext &context)
+void readArray(const Structure &map, ObjectRecord *object, const YamlDefaults &defaults,
+               YamlContext &context)
 {
     object->data.objectCode = ObjectCode::Array;
     const Entries others = readIndex(map.others, &object->data, context);
     SubIndexData first;
-    tellUnknown(YamlSubIndex::read(others, baseOfTemplate(object->data), &first, context),
+    tellUnknown(YamlSubIndex::read(others, baseOfTemplate(object->data, defaults), &first, defaults,
+                                   context),
                 QStringLiteral("an array"), objectKeys(), context);
     const auto highest =
         context.number(map.array, 1, kHighestOfArray, QStringLiteral("the length of an array"));
     if (!highest)
         return;
     for (int i = 0; i <= int(*highest); ++i)
-        object->subs[quint8(i)] = memberOf(object->data, first, int(*highest), i);
-    readMembersOfArray(map.members, int(*highest), object, context);
+        object->subs[quint8(i)] = memberOf(object->data, first, int(*highest), i, defaults);
+    readMembersOfArray(map.members, int(*highest), object, defaults, context);
 }
 
-YamlValue writeArray(const ObjectRecord &object)
+YamlValue writeArray(const ObjectRecord &object, const YamlDefaults &defaults)
 {
     const int highest = object.subs.rbegin()->first;
-    const SubIndexData first = templateOf(object);
+    const SubIndexData first = templateOf(object, defaults);
     IndexData base;
     base.objectCode = ObjectCode::Array;
     YamlValue map = YamlValue::map();
     writeHead(object.data, base, highest, &map);
-    YamlSubIndex::write(first, baseOfTemplate(object.data), &map);
+    YamlSubIndex::write(first, baseOfTemplate(object.data, defaults), defaults, &map);
     writeTail(object.data, base, &map);
     YamlValue members = YamlValue::map();
     for (const auto &[number, sub] : object.subs) {
         YamlValue member = YamlValue::map();
-        YamlSubIndex::write(sub, memberOf(object.data, first, highest, number), &member);
+        YamlSubIndex::write(sub, memberOf(object.data, first, highest, number, defaults), defaults,
+                            &member);
         if (!member.isEmpty())
             members.add(QString::number(number), member);
     }
@@ -227,11 +232,11 @@ bool hasCount(const ObjectRecord &object)
 }
 
 /// Subindex 0 counts the others.
-SubIndexData baseOfMember(const ObjectRecord &object, quint8 number)
+SubIndexData baseOfMember(const ObjectRecord &object, quint8 number, const YamlDefaults &defaults)
 {
     if (number > 0 || !hasCount(object))
-        return SubIndexData();
-    return YamlObject::countMember(object.subs.empty() ? 0 : object.subs.rbegin()->first);
+        return defaults.over(SubIndexData());
+    return YamlObject::countMember(object.subs.empty() ? 0 : object.subs.rbegin()->first, defaults);
 }
 
 bool isNone(YamlNode node)
@@ -240,15 +245,16 @@ bool isNone(YamlNode node)
 }
 
 void readMember(const YamlContext::Numbered &member, const SubIndexData &base, SubIndexData *sub,
-                YamlContext &context)
+                const YamlDefaults &defaults, YamlContext &context)
 {
     *sub = base;
     if (context.isMap(member.value, QStringLiteral("a member is a map")))
-        tellUnknown(YamlSubIndex::read(member.value.entries(), base, sub, context),
+        tellUnknown(YamlSubIndex::read(member.value.entries(), base, sub, defaults, context),
                     QStringLiteral("a member"), YamlSubIndex::keys(), context);
 }
 
-void readMembers(YamlNode members, ObjectRecord *object, YamlContext &context)
+void readMembers(YamlNode members, ObjectRecord *object, const YamlDefaults &defaults,
+                 YamlContext &context)
 {
     const QString what = QStringLiteral("member");
     if (!members || !context.isMap(members, QStringLiteral("the members of an object are a map")))
@@ -258,21 +264,23 @@ void readMembers(YamlNode members, ObjectRecord *object, YamlContext &context)
     YamlContext::Numbered first;
     for (const YamlContext::Numbered &member : numbered) {
         if (member.number > 0)
-            readMember(member, SubIndexData(), &object->subs[quint8(member.number)], context);
+            readMember(member, defaults.over(SubIndexData()), &object->subs[quint8(member.number)],
+                       defaults, context);
         else if (hasCount(*object) && isNone(member.value))
             hasFirst = false;
         else
             first = member;
     }
     // The base of the first one counts the others.
-    const SubIndexData base = baseOfMember(*object, 0);
+    const SubIndexData base = baseOfMember(*object, 0, defaults);
     if (first.value)
-        readMember(first, base, &object->subs[0], context);
+        readMember(first, base, &object->subs[0], defaults, context);
     else if (hasFirst)
         object->subs[0] = base;
 }
 
-void readRecord(const Structure &map, ObjectRecord *object, YamlContext &context)
+void readRecord(const Structure &map, ObjectRecord *object, const YamlDefaults &defaults,
+                YamlContext &context)
 {
     object->data.objectCode = ObjectCode::Record;
     QStringList known{QString::fromLatin1(YamlKeys::kMembers)};
@@ -287,24 +295,24 @@ void readRecord(const Structure &map, ObjectRecord *object, YamlContext &context
         known << YamlRecord::words(kIndexYaml) << QString::fromLatin1(YamlKeys::kArray);
     }
     tellUnknown(others, QStringLiteral("an object with members"), known, context);
-    readMembers(map.members, object, context);
+    readMembers(map.members, object, defaults, context);
 }
 
-YamlValue writeMembers(const ObjectRecord &object)
+YamlValue writeMembers(const ObjectRecord &object, const YamlDefaults &defaults)
 {
     YamlValue members = YamlValue::map();
     if (hasCount(object) && object.subs.count(0) == 0)
         members.add(QStringLiteral("0"), YamlValue::text(QString::fromLatin1(YamlKeys::kNone)));
     for (const auto &[number, sub] : object.subs) {
         YamlValue member = YamlValue::map();
-        YamlSubIndex::write(sub, baseOfMember(object, number), &member);
+        YamlSubIndex::write(sub, baseOfMember(object, number, defaults), defaults, &member);
         if (number > 0 || !hasCount(object) || !member.isEmpty())
             members.add(QString::number(number), member);
     }
     return members;
 }
 
-YamlValue writeRecord(const ObjectRecord &object)
+YamlValue writeRecord(const ObjectRecord &object, const YamlDefaults &defaults)
 {
     IndexData base;
     base.objectCode = ObjectCode::Record;
@@ -316,28 +324,30 @@ YamlValue writeRecord(const ObjectRecord &object)
         map.add(QString::fromLatin1(YamlKeys::kObject),
                 YamlValue::text(QString::fromLatin1(YamlKeys::kNone)));
     }
-    map.add(QString::fromLatin1(YamlKeys::kMembers), writeMembers(object));
+    map.add(QString::fromLatin1(YamlKeys::kMembers), writeMembers(object, defaults));
     return map;
 }
 
-ObjectRecord newVariable()
+ObjectRecord newVariable(const YamlDefaults &defaults)
 {
     ObjectRecord object;
-    object.subs[0].name = object.data.name;
-    object.subs[0].dataType = object.data.dataType;
+    SubIndexData sub;
+    sub.name = object.data.name;
+    sub.dataType = object.data.dataType;
+    object.subs[0] = defaults.over(sub);
     return object;
 }
 
 } // namespace
 
-SubIndexData YamlObject::countMember(quint8 highest)
+SubIndexData YamlObject::countMember(quint8 highest, const YamlDefaults &defaults)
 {
     SubIndexData sub;
     sub.name = QStringLiteral("Highest subindex supported");
     sub.accessType = AccessType::kConst;
     sub.implementation = Implementation::kManagedConst;
     sub.defaultValue = QString::number(highest);
-    return sub;
+    return defaults.over(sub);
 }
 
 bool YamlObject::isVariable(const ObjectRecord &object)
@@ -352,47 +362,51 @@ bool YamlObject::isVariable(const ObjectRecord &object)
 }
 
 void YamlObject::readVariable(const Entries &entries, const ObjectRecord &base,
-                              const QString &where, ObjectRecord *object, YamlContext &context)
+                              const QString &where, ObjectRecord *object,
+                              const YamlDefaults &defaults, YamlContext &context)
 {
     *object = base;
     const Entries others = readIndex(entries, &object->data, context);
     SubIndexData sub = base.subs.at(0);
     sub.name = object->data.name;
     sub.dataType = object->data.dataType;
-    tellUnknown(YamlSubIndex::read(others, sub, &object->subs[0], context), where, objectKeys(),
-                context);
+    tellUnknown(YamlSubIndex::read(others, sub, &object->subs[0], defaults, context), where,
+                objectKeys(), context);
 }
 
-void YamlObject::writeVariable(const ObjectRecord &object, const ObjectRecord &base, YamlValue *map)
+void YamlObject::writeVariable(const ObjectRecord &object, const ObjectRecord &base,
+                               const YamlDefaults &defaults, YamlValue *map)
 {
     writeHead(object.data, base.data, 0, map);
     SubIndexData sub = base.subs.at(0);
     sub.name = object.data.name;
     sub.dataType = object.data.dataType;
-    YamlSubIndex::write(object.subs.at(0), sub, map);
+    YamlSubIndex::write(object.subs.at(0), sub, defaults, map);
     writeTail(object.data, base.data, map);
 }
 
-void YamlObject::read(YamlNode node, ObjectRecord *object, YamlContext &context)
+void YamlObject::read(YamlNode node, ObjectRecord *object, const YamlDefaults &defaults,
+                      YamlContext &context)
 {
     if (!context.isMap(node, QStringLiteral("an object is a map")))
         return;
     const Structure map = structureOf(node);
     if (map.array)
-        readArray(map, object, context);
+        readArray(map, object, defaults, context);
     else if (map.members || map.object)
-        readRecord(map, object, context);
+        readRecord(map, object, defaults, context);
     else
-        readVariable(map.others, newVariable(), QStringLiteral("an object"), object, context);
+        readVariable(map.others, newVariable(defaults), QStringLiteral("an object"), object,
+                     defaults, context);
 }
 
-YamlValue YamlObject::write(const ObjectRecord &object)
+YamlValue YamlObject::write(const ObjectRecord &object, const YamlDefaults &defaults)
 {
     if (isArray(object))
-        return writeArray(object);
+        return writeArray(object, defaults);
     if (!isVariable(object))
-        return writeRecord(object);
+        return writeRecord(object, defaults);
     YamlValue map = YamlValue::map();
-    writeVariable(object, newVariable(), &map);
+    writeVariable(object, newVariable(defaults), defaults, &map);
     return map;
 }

@@ -8,16 +8,28 @@
 namespace
 {
 
-void readLong(YamlNode map, YamlObjectSink &sink, YamlContext &context)
+void readLong(YamlNode map, YamlObjectSink &sink, const YamlDefaults &defaults,
+              YamlContext &context)
 {
     if (!context.isMap(map, QStringLiteral("the objects of a line are a map")))
         return;
     const auto numbered = context.numbered(map, 0, 0xFFFF, QStringLiteral("object index"));
     for (const YamlContext::Numbered &entry : numbered) {
         ObjectRecord object;
-        YamlObject::read(entry.value, &object, context);
+        YamlObject::read(entry.value, &object, defaults, context);
         sink.add(quint16(entry.number), entry.key, std::move(object));
     }
+}
+
+/// They come first, wherever they stand.
+YamlDefaults readDefaults(const QVector<YamlNode::Entry> &entries, YamlContext &context)
+{
+    YamlDefaults defaults;
+    for (const YamlNode::Entry &entry : entries) {
+        if (entry.key.is(YamlKeys::kObjectDefaults))
+            defaults.read(entry.value, context);
+    }
+    return defaults;
 }
 
 } // namespace
@@ -53,11 +65,12 @@ QVector<YamlNode::Entry> YamlObjects::read(const QVector<YamlNode::Entry> &entri
 {
     QVector<YamlNode::Entry> others;
     YamlObjectSink sink(objects, &context);
-    YamlShortForms forms(&sink, &context);
+    const YamlDefaults defaults = readDefaults(entries, context);
+    YamlShortForms forms(&sink, &defaults, &context);
     for (const YamlNode::Entry &entry : entries) {
         if (entry.key.is(YamlKeys::kObjects))
-            readLong(entry.value, sink, context);
-        else if (!forms.read(entry))
+            readLong(entry.value, sink, defaults, context);
+        else if (!entry.key.is(YamlKeys::kObjectDefaults) && !forms.read(entry))
             others.append(entry);
     }
     forms.finish();
@@ -66,7 +79,11 @@ QVector<YamlNode::Entry> YamlObjects::read(const QVector<YamlNode::Entry> &entri
 
 void YamlObjects::write(const std::map<quint16, ObjectRecord> &objects, YamlWriter &writer)
 {
-    const QSet<quint16> isShort = YamlShortForms::write(objects, writer);
+    const YamlDefaults defaults = YamlDefaults::of(objects);
+    const YamlValue inCommon = defaults.write();
+    if (!inCommon.isEmpty())
+        writer.value(QString::fromLatin1(YamlKeys::kObjectDefaults), inCommon);
+    const QSet<quint16> isShort = YamlShortForms::write(objects, defaults, writer);
     bool isOpen = false;
     for (const auto &[index, object] : objects) {
         if (isShort.contains(index))
@@ -76,7 +93,7 @@ void YamlObjects::write(const std::map<quint16, ObjectRecord> &objects, YamlWrit
         isOpen = true;
         writer.value(QStringLiteral("0x") +
                          QString::number(index, 16).toUpper().rightJustified(4, QLatin1Char('0')),
-                     YamlObject::write(object));
+                     YamlObject::write(object, defaults));
     }
     if (isOpen)
         writer.end();
@@ -85,5 +102,6 @@ void YamlObjects::write(const std::map<quint16, ObjectRecord> &objects, YamlWrit
 QStringList YamlObjects::keys()
 {
     QStringList result = YamlShortForms::keys();
-    return result << QString::fromLatin1(YamlKeys::kObjects);
+    return result << QString::fromLatin1(YamlKeys::kObjects)
+                  << QString::fromLatin1(YamlKeys::kObjectDefaults);
 }

@@ -49,38 +49,39 @@ QStringList keysOf(const YamlStandardForm &form)
 // --- Reading ---
 
 /// A default value, or a map of words.
-void readValue(YamlNode node, const QString &what, SubIndexData *sub, YamlContext &context)
+void readValue(YamlNode node, const QString &what, SubIndexData *sub, const YamlDefaults &defaults,
+               YamlContext &context)
 {
     SubIndexData base = *sub;
     if (node.isMap()) {
-        const Entries others = YamlSubIndex::read(node.entries(), base, sub, context);
+        const Entries others = YamlSubIndex::read(node.entries(), base, sub, defaults, context);
         for (const YamlNode::Entry &entry : others)
             context.unknownKey(entry.key, what, YamlSubIndex::keys());
     } else if (const auto text = context.text(node, what)) {
         sub->defaultValue = *text;
-        *sub = YamlSubIndex::follow(*sub, *sub);
+        *sub = YamlSubIndex::follow(*sub, *sub, defaults);
     }
 }
 
-void setCount(ObjectRecord *object)
+void setCount(ObjectRecord *object, const YamlDefaults &defaults)
 {
     const quint8 highest = object->subs.empty() ? 0 : object->subs.rbegin()->first;
-    object->subs[0] = YamlObject::countMember(highest);
+    object->subs[0] = YamlObject::countMember(highest, defaults);
 }
 
 // --- Writing ---
 
 /// None if a column that is not free differs from the base.
 std::optional<YamlValue> valueOf(const SubIndexData &sub, const SubIndexData &base,
-                                 const char *const *freeWords)
+                                 const char *const *freeWords, const YamlDefaults &defaults)
 {
-    const SubIndexData followed = YamlSubIndex::follow(base, sub);
+    const SubIndexData followed = YamlSubIndex::follow(base, sub, defaults);
     if (YamlSubIndex::isEqualBut(kScalarWords, sub, followed))
         return YamlValue::written(sub.defaultValue);
     if (!YamlSubIndex::isEqualBut(freeWords, sub, followed))
         return std::nullopt;
     YamlValue map = YamlValue::map();
-    YamlSubIndex::write(sub, base, &map);
+    YamlSubIndex::write(sub, base, defaults, &map);
     return map;
 }
 
@@ -91,20 +92,22 @@ bool isObject(const ObjectRecord &object, IndexData base)
     return object.exists && YamlRecord::isEqual(kIndexYaml, object.data, base);
 }
 
-std::optional<YamlValue> variableOf(const Objects &objects, const YamlStandardRow &row)
+std::optional<YamlValue> variableOf(const Objects &objects, const YamlStandardRow &row,
+                                    const YamlDefaults &defaults)
 {
     const auto found = objects.find(row.index);
     if (found == objects.end())
         return std::nullopt;
-    const ObjectRecord base = YamlStandard::variableOf(row);
+    ObjectRecord base = YamlStandard::variableOf(row);
+    base.subs[0] = defaults.over(base.subs[0]);
     const ObjectRecord &object = found->second;
     if (!isObject(object, base.data) || !YamlObject::isVariable(object))
         return std::nullopt;
-    const auto value = valueOf(object.subs.at(0), base.subs.at(0), kFreeWords);
+    const auto value = valueOf(object.subs.at(0), base.subs.at(0), kFreeWords, defaults);
     if (!value || object.data.description.isEmpty())
         return value;
     YamlValue map = YamlValue::map();
-    YamlObject::writeVariable(object, base, &map);
+    YamlObject::writeVariable(object, base, defaults, &map);
     return map;
 }
 
@@ -128,20 +131,20 @@ bool hasAllThatMustBe(const ObjectRecord &object, const YamlStandardForm &form)
     return true;
 }
 
-bool hasCount(const ObjectRecord &object)
+bool hasCount(const ObjectRecord &object, const YamlDefaults &defaults)
 {
     const auto first = object.subs.find(0);
     return first != object.subs.end() &&
            YamlRecord::isEqual(kSubIndexYaml, first->second,
-                               YamlObject::countMember(object.subs.rbegin()->first));
+                               YamlObject::countMember(object.subs.rbegin()->first, defaults));
 }
 
 /// A record, or an array whose members have numbers for keys.
 std::optional<YamlValue> recordOf(const ObjectRecord &object, const YamlStandardForm &form,
-                                  int number)
+                                  int number, const YamlDefaults &defaults)
 {
     const bool isArray = form.shape == Shape::Members;
-    if (!isObject(object, YamlStandard::objectOf(form, number)) || !hasCount(object) ||
+    if (!isObject(object, YamlStandard::objectOf(form, number)) || !hasCount(object, defaults) ||
         !hasAllThatMustBe(object, form))
         return std::nullopt;
     YamlValue map = YamlValue::map();
@@ -151,8 +154,10 @@ std::optional<YamlValue> recordOf(const ObjectRecord &object, const YamlStandard
         const YamlStandardRow *row = rowOf(form, sub->first);
         if (!row)
             return std::nullopt;
-        const SubIndexData base = YamlStandard::subIndexOf(*row, isArray ? sub->first : number);
-        const auto value = valueOf(sub->second, base, isArray ? kFreeWordsOfMember : kFreeWords);
+        const SubIndexData base =
+            defaults.over(YamlStandard::subIndexOf(*row, isArray ? sub->first : number));
+        const auto value =
+            valueOf(sub->second, base, isArray ? kFreeWordsOfMember : kFreeWords, defaults);
         if (!value)
             return std::nullopt;
         map.add(isArray ? QString::number(sub->first) : QString::fromLatin1(row->key), *value);
@@ -164,7 +169,10 @@ std::optional<YamlValue> recordOf(const ObjectRecord &object, const YamlStandard
 class Writing
 {
 public:
-    Writing(const Objects &all, YamlWriter &target) : objects(all), writer(target) {}
+    Writing(const Objects &all, const YamlDefaults &ofLine, YamlWriter &target)
+        : objects(all), defaults(ofLine), writer(target)
+    {
+    }
 
     void write(const YamlStandardForm &form)
     {
@@ -187,7 +195,7 @@ public:
 private:
     void writeValue(const YamlStandardForm &form)
     {
-        if (const auto value = variableOf(objects, *form.rows)) {
+        if (const auto value = variableOf(objects, *form.rows, defaults)) {
             writer.value(QString::fromLatin1(form.word), *value);
             isWritten.insert(form.rows->index);
         }
@@ -197,7 +205,7 @@ private:
     {
         YamlValue map = YamlValue::map();
         for (const YamlStandardRow &row : form) {
-            if (const auto value = variableOf(objects, row)) {
+            if (const auto value = variableOf(objects, row, defaults)) {
                 map.add(QString::fromLatin1(row.key), *value);
                 isWritten.insert(row.index);
             }
@@ -211,7 +219,7 @@ private:
         const auto object = objects.find(form.objects.first);
         if (object == objects.end())
             return;
-        if (const auto map = recordOf(object->second, form, 1)) {
+        if (const auto map = recordOf(object->second, form, 1, defaults)) {
             writer.value(QString::fromLatin1(form.word), *map);
             isWritten.insert(object->first);
         }
@@ -223,7 +231,7 @@ private:
         const auto end = objects.upper_bound(form.objects.last);
         for (auto object = objects.lower_bound(form.objects.first); object != end; ++object) {
             const int number = form.objects.numberOf(object->first);
-            auto map = recordOf(object->second, form, number);
+            auto map = recordOf(object->second, form, number, defaults);
             if (!map || (form.shape == Shape::Pdos && !addMapping(form, number, &*map)))
                 continue;
             if (!isOpen)
@@ -243,13 +251,14 @@ private:
             form.objects.at(quint16(number)) + ObjectRanges::kFromPdoParameterToMapping;
         const auto object = objects.find(index);
         if (object == objects.end() ||
-            !YamlMapping::write(object->second, form, number, objects, map))
+            !YamlMapping::write(object->second, form, number, objects, defaults, map))
             return false;
         isWritten.insert(index);
         return true;
     }
 
     const Objects &objects;
+    const YamlDefaults &defaults;
     YamlWriter &writer;
 };
 
@@ -281,11 +290,13 @@ bool YamlShortForms::read(const YamlNode::Entry &entry)
 void YamlShortForms::readVariable(const YamlStandardRow &row, const YamlNode::Entry &entry)
 {
     ObjectRecord object = YamlStandard::variableOf(row);
+    object.subs[0] = defaults.over(object.subs[0]);
     if (entry.value.isMap()) {
         const ObjectRecord base = object;
-        YamlObject::readVariable(entry.value.entries(), base, entry.key.text(), &object, context);
+        YamlObject::readVariable(entry.value.entries(), base, entry.key.text(), &object, defaults,
+                                 context);
     } else {
-        readValue(entry.value, entry.key.text(), &object.subs[0], context);
+        readValue(entry.value, entry.key.text(), &object.subs[0], defaults, context);
     }
     sink->add(row.index, entry.key, std::move(object));
 }
@@ -305,7 +316,8 @@ Entries YamlShortForms::readMapping(const YamlStandardForm &form, int number,
                                     const YamlNode::Entry &entry)
 {
     YamlMapping::Mapping mapping;
-    Entries others = YamlMapping::read(entry.value.entries(), form, number, &mapping, context);
+    Entries others =
+        YamlMapping::read(entry.value.entries(), form, number, &mapping, defaults, context);
     const quint16 index =
         form.objects.at(quint16(number)) + ObjectRanges::kFromPdoParameterToMapping;
     for (const YamlMapping::Item &item : mapping.items)
@@ -323,21 +335,21 @@ void YamlShortForms::readRecord(const YamlStandardForm &form, int number,
     object.data = YamlStandard::objectOf(form, number);
     for (const YamlStandardRow &row : form) {
         if (!row.isOptional)
-            object.subs[row.sub] = YamlStandard::subIndexOf(row, number);
+            object.subs[row.sub] = defaults.over(YamlStandard::subIndexOf(row, number));
     }
     const Entries entries =
         form.shape == Shape::Pdos ? readMapping(form, number, entry) : entry.value.entries();
     for (const YamlNode::Entry &value : entries) {
         if (const YamlStandardRow *row = findRow(form, value.key)) {
-            object.subs[row->sub] = YamlStandard::subIndexOf(*row, number);
-            readValue(value.value, value.key.text(), &object.subs[row->sub], context);
+            object.subs[row->sub] = defaults.over(YamlStandard::subIndexOf(*row, number));
+            readValue(value.value, value.key.text(), &object.subs[row->sub], defaults, context);
         } else if (!value.key.is(YamlKeys::kAbout)) {
             context.unknownKey(value.key, QString::fromLatin1(form.word), keysOf(form));
         } else if (const auto text = context.text(value.value, value.key.text())) {
             object.data.description = *text;
         }
     }
-    setCount(&object);
+    setCount(&object, defaults);
     sink->add(form.objects.at(quint16(number)), entry.key, std::move(object));
 }
 
@@ -365,10 +377,10 @@ void YamlShortForms::readMembers(const YamlStandardForm &form, const YamlNode::E
     const auto members = context.numbered(numbers, 1, form.highestNumber(), word);
     for (const YamlContext::Numbered &member : members) {
         SubIndexData &sub = object.subs[quint8(member.number)];
-        sub = YamlStandard::subIndexOf(*form.rows, int(member.number));
-        readValue(member.value, word, &sub, context);
+        sub = defaults.over(YamlStandard::subIndexOf(*form.rows, int(member.number)));
+        readValue(member.value, word, &sub, defaults, context);
     }
-    setCount(&object);
+    setCount(&object, defaults);
     sink->add(form.objects.first, entry.key, std::move(object));
 }
 
@@ -378,9 +390,10 @@ void YamlShortForms::finish()
         sink->setDefault(index, item.place, YamlMapping::valueOf(item, sink->all()));
 }
 
-QSet<quint16> YamlShortForms::write(const Objects &objects, YamlWriter &writer)
+QSet<quint16> YamlShortForms::write(const Objects &objects, const YamlDefaults &defaults,
+                                    YamlWriter &writer)
 {
-    Writing writing(objects, writer);
+    Writing writing(objects, defaults, writer);
     for (const YamlStandardForm &form : YamlStandard::kForms)
         writing.write(form);
     return writing.isWritten;

@@ -17,7 +17,10 @@
 class YamlShortForms
 {
 public:
-    YamlShortForms(YamlObjectSink *target, YamlContext *who) : sink(target), context(*who) {}
+    YamlShortForms(YamlObjectSink *target, const YamlDefaults *ofLine, YamlContext *who)
+        : sink(target), defaults(*ofLine), context(*who)
+    {
+    }
 
     /// False if the key is no short form.
     bool read(const YamlNode::Entry &entry);
@@ -25,7 +28,8 @@ public:
     void finish();
 
     /// Writes what fits, and gives the objects that need not be written any more.
-    static QSet<quint16> write(const std::map<quint16, ObjectRecord> &objects, YamlWriter &writer);
+    static QSet<quint16> write(const std::map<quint16, ObjectRecord> &objects,
+                               const YamlDefaults &defaults, YamlWriter &writer);
 
     static QStringList keys();
 
@@ -39,6 +43,7 @@ private:
                                          const YamlNode::Entry &entry);
 
     YamlObjectSink *sink;
+    const YamlDefaults &defaults;
     YamlContext &context;
     std::vector<std::pair<quint16, YamlMapping::Item>> items; ///< with the index of the mapping
 };

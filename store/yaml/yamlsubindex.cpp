@@ -83,14 +83,20 @@ void readLimits(YamlNode value, SubIndexData *record, YamlContext &context)
         record->upLimit = *up;
 }
 
+/// Of the columns that follow() sets.
 bool follows(YamlNode key)
 {
-    return key.is(kSubIndexWords[kSize].word) || key.is(kSubIndexWords[kImplementation].word);
+    for (const int place : {kSize, kImplementation, kLowLimit, kUpLimit}) {
+        if (key.is(kSubIndexWords[place].word))
+            return true;
+    }
+    return key.is(YamlKeys::kLimits);
 }
 
 } // namespace
 
-SubIndexData YamlSubIndex::follow(SubIndexData base, const SubIndexData &record)
+SubIndexData YamlSubIndex::follow(SubIndexData base, const SubIndexData &record,
+                                  const YamlDefaults &defaults)
 {
     if (record.varName.isEmpty() != base.varName.isEmpty())
         base.implementation = record.varName.isEmpty() ? Implementation::kManagedVariable
@@ -99,38 +105,43 @@ SubIndexData YamlSubIndex::follow(SubIndexData base, const SubIndexData &record)
         base.size = quint32(qMax(1, record.defaultValue.toUtf8().size()));
     else if (record.dataType != base.dataType)
         base.size = 0;
+    if (record.dataType != base.dataType)
+        defaults.followType(&base, record.dataType);
     return base;
 }
 
 QVector<YamlNode::Entry> YamlSubIndex::read(const QVector<YamlNode::Entry> &entries,
                                             const SubIndexData &base, SubIndexData *record,
-                                            YamlContext &context)
+                                            const YamlDefaults &defaults, YamlContext &context)
 {
     QVector<YamlNode::Entry> others;
     *record = base;
     for (const YamlNode::Entry &entry : entries) {
-        if (entry.key.is(YamlKeys::kLimits))
-            readLimits(entry.value, record, context);
-        else if (!follows(entry.key) &&
-                 !YamlRecord::readColumn(kSubIndexYaml, entry.key, entry.value, record, context))
+        if (!follows(entry.key) &&
+            !YamlRecord::readColumn(kSubIndexYaml, entry.key, entry.value, record, context))
             others.append(entry);
     }
-    const SubIndexData followed = follow(base, *record);
+    const SubIndexData followed = follow(base, *record, defaults);
     record->implementation = followed.implementation;
     record->size = followed.size;
+    record->lowLimit = followed.lowLimit;
+    record->upLimit = followed.upLimit;
     for (const YamlNode::Entry &entry : entries) {
-        if (follows(entry.key))
+        if (entry.key.is(YamlKeys::kLimits))
+            readLimits(entry.value, record, context);
+        else if (follows(entry.key))
             YamlRecord::readColumn(kSubIndexYaml, entry.key, entry.value, record, context);
     }
     return others;
 }
 
-void YamlSubIndex::write(const SubIndexData &record, const SubIndexData &base, YamlValue *map)
+void YamlSubIndex::write(const SubIndexData &record, const SubIndexData &base,
+                         const YamlDefaults &defaults, YamlValue *map)
 {
-    const SubIndexData followed = follow(base, record);
+    const SubIndexData followed = follow(base, record, defaults);
     for (const int place : kOrder) {
         if (place == kLowLimit)
-            writeLimits(record, base, map);
+            writeLimits(record, followed, map);
         else if (place != kUpLimit)
             YamlRecord::writeColumn(kSubIndexYaml, place, record, followed, map);
     }

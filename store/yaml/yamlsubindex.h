@@ -1,21 +1,24 @@
 // A subindex as a map of the YAML form.
 #pragma once
 
+#include "store/yaml/yamldefaults.h"
 #include "store/yaml/yamlrecord.h"
 
 namespace YamlSubIndex
 {
 
 /// \a base with what follows from other columns of \a record: a variable of the application where
-/// one is named, and the size of a text.
-SubIndexData follow(SubIndexData base, const SubIndexData &record);
+/// one is named, the size of a text, and the range of a type.
+SubIndexData follow(SubIndexData base, const SubIndexData &record, const YamlDefaults &defaults);
 
 /// Puts what \a entries say over \a base; the entries with other keys are what it gives.
 QVector<YamlNode::Entry> read(const QVector<YamlNode::Entry> &entries, const SubIndexData &base,
-                              SubIndexData *record, YamlContext &context);
+                              SubIndexData *record, const YamlDefaults &defaults,
+                              YamlContext &context);
 
 /// Appends to \a map what read() needs to make the record of the same base.
-void write(const SubIndexData &record, const SubIndexData &base, YamlValue *map);
+void write(const SubIndexData &record, const SubIndexData &base, const YamlDefaults &defaults,
+           YamlValue *map);
 
 /// The keys that read() takes.
 QStringList keys();

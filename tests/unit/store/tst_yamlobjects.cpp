@@ -179,6 +179,10 @@ private slots:
             "Mapped object 1/7/const/0x00050008/1//0");
         row("mapping_that_may_change", "rpdo: {1: {map: [5], map-slots: 8}}\n", 0x1600, 8,
             "Mapped object 8/7/rw/0/0//0");
+        row("range_of_the_type",
+            "objects: {0x2010: {members: {1: {type: I8, limits: [0, 1]}, 2: {type: I8}}}}\n"
+            "object-defaults: {limits: type, implementation: managedvariable}\n",
+            0x2010, 0, "Highest subindex supported/5/const/2/0//0");
         row("subindices_only", "objects:\n  0x2040: {object: none, members: {2: {name: Lost}}}\n",
             0x2040, 2, "Lost/5/ro//0//0");
     }
@@ -192,12 +196,22 @@ private slots:
         QCOMPARE(difference(again.objects, reading.objects), QString());
     }
 
+    void staysInShort_data()
+    {
+        columns<QByteArray>("defaults");
+        QTest::newRow("new") << QByteArray();
+        QTest::newRow("of_text_projects")
+            << QByteArray("object-defaults: {limits: [\"\", \"\"], allowed-access: \"\"}\n");
+        QTest::newRow("of_imports")
+            << QByteArray("object-defaults: {limits: type, implementation: managedvariable}\n");
+    }
     void staysInShort()
     {
-        const Reading reading = read(kShortForms);
+        const auto [defaults] = fetchRow<QByteArray>();
+        const Reading reading = read(defaults + kShortForms);
         QCOMPARE(reading.errors, QStringList());
         QCOMPARE(QString(written(reading.objects)).split(QChar(10)),
-                 QString(kShortForms).split(QChar(10)));
+                 QString(defaults + kShortForms).split(QChar(10)));
     }
 
     void tells_data()
@@ -237,7 +251,10 @@ private slots:
     {
         QRandomGenerator random(testSeed());
         for (int round = 0; round < 60; ++round) {
-            Objects objects = read(kShortForms).objects;
+            const char *const limits[] = {"[0, 0]", "[5, 9]", "type"};
+            Objects objects = read(QByteArray("object-defaults: {limits: ") +
+                                   limits[random.bounded(3)] + "}\n" + kShortForms)
+                                  .objects;
             for (auto &[index, object] : objects) {
                 if (random.bounded(3) == 0)
                     shake(kIndexYaml, &object.data, random);
