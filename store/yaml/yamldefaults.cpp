@@ -112,6 +112,15 @@ SubIndexData YamlDefaults::over(SubIndexData base) const
     return base;
 }
 
+quint8 YamlDefaults::implementationOf(const SubIndexData &record) const
+{
+    if (!record.varName.isEmpty())
+        return Implementation::kApplicationVariable;
+    const bool isConstant = record.accessType == AccessType::kConst;
+    return implementation.value_or(isConstant ? Implementation::kManagedConst
+                                              : Implementation::kManagedVariable);
+}
+
 void YamlDefaults::readLimits(YamlNode value, YamlContext &context)
 {
     const QVector<YamlNode> both = value.items();

@@ -26,6 +26,8 @@ public:
     SubIndexData over(SubIndexData base) const;
     /// Those of \a type, if limits come from it.
     void followType(SubIndexData *base, quint16 type) const;
+    /// What a record like that has as its implementation.
+    quint8 implementationOf(const SubIndexData &record) const;
 
 private:
     enum class Limits { Zero, None, Type, Given };

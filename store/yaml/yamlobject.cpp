@@ -108,6 +108,15 @@ QString memberName(const QString &name, int number)
     return start + QLatin1Char(' ') + QString::number(number);
 }
 
+/// "Alarm 3" for the third member, if the first one is "Alarm 1"; else by the name of the array.
+QString memberName(const QString &name, const QString &firstName, int number)
+{
+    const QString end = QStringLiteral(" 1");
+    const QString start = firstName.left(firstName.size() - end.size());
+    return memberName(firstName.endsWith(end) && start.size() <= kLongestName ? start : name,
+                      number);
+}
+
 /// "motor[3]" for the second member, if the first one is "motor[2]".
 QString memberVariable(const QString &variable, int number)
 {
@@ -131,14 +140,13 @@ SubIndexData baseOfTemplate(const IndexData &data, const YamlDefaults &defaults)
     return defaults.over(base);
 }
 
-/// \a first as another member of the array.
-SubIndexData memberOf(const IndexData &data, const SubIndexData &first, int highest, int number,
-                      const YamlDefaults &defaults)
+/// \a first, what the array's map says, as a member from the second on; \a firstName is the name
+/// that the first one has in the end.
+SubIndexData memberOf(const IndexData &data, const SubIndexData &first, const QString &firstName,
+                      int number)
 {
-    if (number == 0)
-        return YamlObject::countMember(quint8(highest), defaults);
     SubIndexData base = first;
-    base.name = memberName(data.name, number);
+    base.name = memberName(data.name, firstName, number);
     base.varName = memberVariable(first.varName, number);
     return base;
 }
@@ -165,20 +173,33 @@ bool isArray(const ObjectRecord &object)
     return highest <= kHighestOfArray && int(object.subs.size()) == highest + 1;
 }
 
+void readMember(const YamlContext::Numbered &member, SubIndexData *sub,
+                const YamlDefaults &defaults, YamlContext &context)
+{
+    const SubIndexData base = *sub;
+    if (context.isMap(member.value, QStringLiteral("a member is a map")))
+        tellUnknown(YamlSubIndex::read(member.value.entries(), base, sub, defaults, context),
+                    QStringLiteral("a member"), YamlSubIndex::keys(), context);
+}
+
+/// Subindex 1 is there, as the array's map has it.
 void readMembersOfArray(YamlNode members, int highest, ObjectRecord *object,
                         const YamlDefaults &defaults, YamlContext &context)
 {
-    const QString what = QStringLiteral("member");
-    if (!members || !context.isMap(members, QStringLiteral("the members of an array are a map")))
-        return;
-    const auto numbered = context.numbered(members, 0, highest, what);
-    for (const YamlContext::Numbered &member : numbered) {
-        if (!context.isMap(member.value, QStringLiteral("a member is a map")))
-            continue;
-        SubIndexData &sub = object->subs[quint8(member.number)];
-        const SubIndexData base = sub;
-        tellUnknown(YamlSubIndex::read(member.value.entries(), base, &sub, defaults, context),
-                    QStringLiteral("a member"), YamlSubIndex::keys(), context);
+    QVector<YamlContext::Numbered> numbered;
+    if (members && context.isMap(members, QStringLiteral("the members of an array are a map")))
+        numbered = context.numbered(members, 0, highest, QStringLiteral("member"));
+    const SubIndexData first = object->subs.at(1);
+    for (const YamlContext::Numbered &member : qAsConst(numbered)) {
+        if (member.number == 1)
+            readMember(member, &object->subs[1], defaults, context);
+    }
+    const QString firstName = object->subs.at(1).name;
+    for (int number = 2; number <= highest; ++number)
+        object->subs[quint8(number)] = memberOf(object->data, first, firstName, number);
+    for (const YamlContext::Numbered &member : qAsConst(numbered)) {
+        if (member.number != 1)
+            readMember(member, &object->subs[quint8(member.number)], defaults, context);
     }
 }
 
@@ -195,9 +216,27 @@ void readArray(const Structure &map, ObjectRecord *object, const YamlDefaults &d
         context.number(map.array, 1, kHighestOfArray, QStringLiteral("the length of an array"));
     if (!highest)
         return;
-    for (int i = 0; i <= int(*highest); ++i)
-        object->subs[quint8(i)] = memberOf(object->data, first, int(*highest), i, defaults);
+    object->subs[0] = YamlObject::countMember(quint8(*highest), defaults);
+    object->subs[1] = first;
     readMembersOfArray(map.members, int(*highest), object, defaults, context);
+}
+
+YamlValue writeMembersOfArray(const ObjectRecord &object, const SubIndexData &first,
+                              const YamlDefaults &defaults)
+{
+    YamlValue members = YamlValue::map();
+    const QString &firstName = object.subs.at(1).name;
+    for (const auto &[number, sub] : object.subs) {
+        const SubIndexData base =
+            number == 0   ? YamlObject::countMember(object.subs.rbegin()->first, defaults)
+            : number == 1 ? first
+                          : memberOf(object.data, first, firstName, number);
+        YamlValue member = YamlValue::map();
+        YamlSubIndex::write(sub, base, defaults, &member);
+        if (!member.isEmpty())
+            members.add(QString::number(number), member);
+    }
+    return members;
 }
 
 YamlValue writeArray(const ObjectRecord &object, const YamlDefaults &defaults)
@@ -210,14 +249,7 @@ YamlValue writeArray(const ObjectRecord &object, const YamlDefaults &defaults)
     writeHead(object.data, base, highest, &map);
     YamlSubIndex::write(first, baseOfTemplate(object.data, defaults), defaults, &map);
     writeTail(object.data, base, &map);
-    YamlValue members = YamlValue::map();
-    for (const auto &[number, sub] : object.subs) {
-        YamlValue member = YamlValue::map();
-        YamlSubIndex::write(sub, memberOf(object.data, first, highest, number, defaults), defaults,
-                            &member);
-        if (!member.isEmpty())
-            members.add(QString::number(number), member);
-    }
+    const YamlValue members = writeMembersOfArray(object, first, defaults);
     if (!members.isEmpty())
         map.add(QString::fromLatin1(YamlKeys::kMembers), members);
     return map;
@@ -244,39 +276,31 @@ bool isNone(YamlNode node)
     return node.isScalar() && node.is(YamlKeys::kNone);
 }
 
-void readMember(const YamlContext::Numbered &member, const SubIndexData &base, SubIndexData *sub,
-                const YamlDefaults &defaults, YamlContext &context)
-{
-    *sub = base;
-    if (context.isMap(member.value, QStringLiteral("a member is a map")))
-        tellUnknown(YamlSubIndex::read(member.value.entries(), base, sub, defaults, context),
-                    QStringLiteral("a member"), YamlSubIndex::keys(), context);
-}
-
 void readMembers(YamlNode members, ObjectRecord *object, const YamlDefaults &defaults,
                  YamlContext &context)
 {
-    const QString what = QStringLiteral("member");
     if (!members || !context.isMap(members, QStringLiteral("the members of an object are a map")))
         return;
-    const auto numbered = context.numbered(members, 0, 0xFF, what);
+    const auto numbered = context.numbered(members, 0, 0xFF, QStringLiteral("member"));
     bool hasFirst = hasCount(*object);
     YamlContext::Numbered first;
     for (const YamlContext::Numbered &member : numbered) {
-        if (member.number > 0)
-            readMember(member, defaults.over(SubIndexData()), &object->subs[quint8(member.number)],
-                       defaults, context);
-        else if (hasCount(*object) && isNone(member.value))
+        SubIndexData *sub = member.number > 0 ? &object->subs[quint8(member.number)] : nullptr;
+        if (sub) {
+            *sub = defaults.over(SubIndexData());
+            readMember(member, sub, defaults, context);
+        } else if (hasCount(*object) && isNone(member.value)) {
             hasFirst = false;
-        else
+        } else {
             first = member;
+        }
     }
     // The base of the first one counts the others.
     const SubIndexData base = baseOfMember(*object, 0, defaults);
-    if (first.value)
-        readMember(first, base, &object->subs[0], defaults, context);
-    else if (hasFirst)
+    if (first.value || hasFirst)
         object->subs[0] = base;
+    if (first.value)
+        readMember(first, &object->subs[0], defaults, context);
 }
 
 void readRecord(const Structure &map, ObjectRecord *object, const YamlDefaults &defaults,

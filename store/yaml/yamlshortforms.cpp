@@ -71,6 +71,14 @@ void setCount(ObjectRecord *object, const YamlDefaults &defaults)
 
 // --- Writing ---
 
+/// A base with which the default value is written even if it is the usual one: it is what the form
+/// is about.
+SubIndexData withoutValue(SubIndexData base, const SubIndexData &sub)
+{
+    base.defaultValue = sub.defaultValue + QLatin1Char('?');
+    return base;
+}
+
 /// None if a column that is not free differs from the base.
 std::optional<YamlValue> valueOf(const SubIndexData &sub, const SubIndexData &base,
                                  const char *const *freeWords, const YamlDefaults &defaults)
@@ -81,7 +89,7 @@ std::optional<YamlValue> valueOf(const SubIndexData &sub, const SubIndexData &ba
     if (!YamlSubIndex::isEqualBut(freeWords, sub, followed))
         return std::nullopt;
     YamlValue map = YamlValue::map();
-    YamlSubIndex::write(sub, base, defaults, &map);
+    YamlSubIndex::write(sub, withoutValue(base, sub), defaults, &map);
     return map;
 }
 
@@ -106,6 +114,7 @@ std::optional<YamlValue> variableOf(const Objects &objects, const YamlStandardRo
     const auto value = valueOf(object.subs.at(0), base.subs.at(0), kFreeWords, defaults);
     if (!value || object.data.description.isEmpty())
         return value;
+    base.subs[0] = withoutValue(base.subs[0], object.subs.at(0));
     YamlValue map = YamlValue::map();
     YamlObject::writeVariable(object, base, defaults, &map);
     return map;

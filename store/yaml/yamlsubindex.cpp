@@ -24,6 +24,7 @@ constexpr int kSize = placeOf("size");
 constexpr int kImplementation = placeOf("implementation");
 constexpr int kLowLimit = placeOf("low-limit");
 constexpr int kUpLimit = placeOf("up-limit");
+constexpr int kLimitInEds = placeOf("limits-in-eds");
 
 /// What people look for stands first, then the rest in the order of the table.
 constexpr int kFirst[] = {
@@ -86,7 +87,7 @@ void readLimits(YamlNode value, SubIndexData *record, YamlContext &context)
 /// Of the columns that follow() sets.
 bool follows(YamlNode key)
 {
-    for (const int place : {kSize, kImplementation, kLowLimit, kUpLimit}) {
+    for (const int place : {kSize, kImplementation, kLowLimit, kUpLimit, kLimitInEds}) {
         if (key.is(kSubIndexWords[place].word))
             return true;
     }
@@ -98,15 +99,17 @@ bool follows(YamlNode key)
 SubIndexData YamlSubIndex::follow(SubIndexData base, const SubIndexData &record,
                                   const YamlDefaults &defaults)
 {
-    if (record.varName.isEmpty() != base.varName.isEmpty())
-        base.implementation = record.varName.isEmpty() ? Implementation::kManagedVariable
-                                                       : Implementation::kApplicationVariable;
+    if (const quint8 usual = defaults.implementationOf(record);
+        usual != defaults.implementationOf(base))
+        base.implementation = usual;
     if (COHelper::isStringLike(static_cast<CAN::CANopenDataType>(record.dataType)))
         base.size = quint32(qMax(1, record.defaultValue.toUtf8().size()));
     else if (record.dataType != base.dataType)
         base.size = 0;
     if (record.dataType != base.dataType)
         defaults.followType(&base, record.dataType);
+    if (record.lowLimit != base.lowLimit || record.upLimit != base.upLimit)
+        base.limitInEds = true;
     return base;
 }
 
@@ -130,6 +133,11 @@ QVector<YamlNode::Entry> YamlSubIndex::read(const QVector<YamlNode::Entry> &entr
         if (entry.key.is(YamlKeys::kLimits))
             readLimits(entry.value, record, context);
         else if (follows(entry.key))
+            YamlRecord::readColumn(kSubIndexYaml, entry.key, entry.value, record, context);
+    }
+    record->limitInEds = follow(base, *record, defaults).limitInEds;
+    for (const YamlNode::Entry &entry : entries) {
+        if (entry.key.is(kSubIndexWords[kLimitInEds].word))
             YamlRecord::readColumn(kSubIndexYaml, entry.key, entry.value, record, context);
     }
     return others;

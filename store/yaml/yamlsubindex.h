@@ -8,7 +8,8 @@ namespace YamlSubIndex
 {
 
 /// \a base with what follows from other columns of \a record: a variable of the application where
-/// one is named, the size of a text, and the range of a type.
+/// one is named, a constant where the access is, the size of a text, the range of a type, and that
+/// limits count which are given.
 SubIndexData follow(SubIndexData base, const SubIndexData &record, const YamlDefaults &defaults);
 
 /// Puts what \a entries say over \a base; the entries with other keys are what it gives.

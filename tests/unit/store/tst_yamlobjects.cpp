@@ -102,7 +102,7 @@ constexpr char kShortForms[] =
     "emcy: {cob-id: $NODEID+0x80, inhibit: {default: 100, description: In 100 us}}\n"
     "heartbeat: 1000\n"
     "heartbeat-consumers: {1: {name: Plant, default: 0x000105dc}, 3: 0}\n"
-    "identity: {vendor: 0x0319, product: 0x40, serial: {variable: serialNumber}}\n"
+    "identity: {vendor: 0x0319, product: 0x40, serial: {variable: sn, default: 0}}\n"
     "sdo-server:\n"
     "  1: {request: $NODEID+0x600, response: $NODEID+0x580}\n"
     "  2: {request: 0x80000000, response: 0x80000000, node: 3}\n"
@@ -145,6 +145,8 @@ private slots:
             "Speed/5/ro/7/2/pump.speed/0");
         row("text_has_its_size", "objects:\n  0x2010: {name: Text, type: VS, default: Hello}\n",
             0x2010, 0, "Text/9/ro/Hello/0//5");
+        row("constant", "objects: {0x2010: {name: Size, access: const, default: 7}}\n", 0x2010, 0,
+            "Size/5/const/7/1//0");
         row("count_of_record",
             "objects:\n  0x2012:\n    name: Ramps\n    members:\n      1: {name: Up}\n"
             "      3: {name: Down, type: U32}\n",
@@ -152,6 +154,9 @@ private slots:
         row("array_member",
             "objects:\n  0x2040: {name: Log, array: 8, type: U32, variable: \"log[2]\"}\n", 0x2040,
             8, "Log 8/7/ro//2/log[9]/0");
+        row("array_names_follow_the_first",
+            "objects: {0x2040: {name: Log, array: 8, members: {1: {name: Entry 1}}}}\n", 0x2040, 8,
+            "Entry 8/5/ro//0//0");
         row("array_count", "objects:\n  0x2040: {name: Log, array: 8}\n", 0x2040, 0,
             "Highest subindex supported/5/const/8/1//0");
         row("array_with_one_other",
