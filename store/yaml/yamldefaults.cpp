@@ -11,7 +11,6 @@ namespace
 
 constexpr char kAllowedAccess[] = "allowed-access";
 constexpr char kImplementation[] = "implementation";
-constexpr char kOfType[] = "type";
 
 const YamlColumn &columnOf(const char *word)
 {
@@ -124,7 +123,7 @@ quint8 YamlDefaults::implementationOf(const SubIndexData &record) const
 void YamlDefaults::readLimits(YamlNode value, YamlContext &context)
 {
     const QVector<YamlNode> both = value.items();
-    if (value.isScalar() && value.is(kOfType)) {
+    if (value.isScalar() && value.is(YamlKeys::kOfType)) {
         limits = Limits::Type;
     } else if (both.size() != 2) {
         context.wrongValue(value,
@@ -162,7 +161,7 @@ YamlValue YamlDefaults::write() const
     YamlValue map = YamlValue::map();
     const QString key = QLatin1String(YamlKeys::kLimits);
     if (limits == Limits::Type)
-        map.add(key, YamlValue::text(QLatin1String(kOfType)));
+        map.add(key, YamlValue::text(QLatin1String(YamlKeys::kOfType)));
     else if (limits != Limits::Zero) // of them, only none is ever chosen
         map.add(key, YamlValue::list()
                          << YamlValue::written(lowLimit) << YamlValue::written(upLimit));

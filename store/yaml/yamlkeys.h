@@ -34,6 +34,7 @@ inline constexpr char kUds[] = "uds";
 inline constexpr char kArray[] = "array";
 inline constexpr char kMembers[] = "members";
 inline constexpr char kLimits[] = "limits";
+inline constexpr char kOfType[] = "type"; ///< the range of the type, for limits in kObjectDefaults
 inline constexpr char kObject[] = "object"; ///< kNone: there are subindices only
 
 // Of a short form that is a record, besides those of its rows.

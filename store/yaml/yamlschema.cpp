@@ -2,6 +2,7 @@
 // stands here are the keys around them.
 #include "store/yaml/yamlschema.h"
 
+#include "store/yaml/yamldefaults.h"
 #include "store/yaml/yamlframes.h"
 #include "store/yaml/yamlkeys.h"
 #include "store/yaml/yamlrecord.h"
@@ -207,13 +208,31 @@ QJsonObject limits()
 
 Keys memberKeys()
 {
-    return Keys().add(kSubIndexYaml).add(YamlKeys::kLimits, limits());
+    return Keys()
+        .add(kSubIndexYaml)
+        .add(YamlKeys::kLimits, limits())
+        .withoutDefaults(
+            {"implementation", "size", "low-limit", "up-limit", "limits-in-eds", "allowed-access"});
+}
+
+/// What the subindices of a line have if they do not say it; see YamlDefaults.
+QJsonObject objectDefaults()
+{
+    Keys keys;
+    for (int i = 0; i < kSubIndexYaml.count; ++i) {
+        const YamlColumn &column = kSubIndexWords[i];
+        if (YamlDefaults::keys().contains(latin1(column.word)))
+            keys.add(column.word, ofColumn(column, YamlRecord::boundsOf(kSubIndexColumns[i]),
+                                           kSubIndexColumns[i].get(SubIndexData())));
+    }
+    return keys.add(YamlKeys::kLimits, either(limits(), only(YamlKeys::kOfType)))
+        .map("What subindices have that say nothing else");
 }
 
 /// The keys of the object and of its subindex.
 Keys variableKeys()
 {
-    return memberKeys().add(kIndexYaml).withoutDefaults({"code", "implementation", "size"});
+    return memberKeys().add(kIndexYaml).withoutDefaults({"code"});
 }
 
 QJsonObject object()
@@ -398,6 +417,7 @@ QJsonObject line()
     return keys.add(YamlKeys::kJ1939, j1939OfLine())
         .add(YamlKeys::kDescription,
              reference(kDescriptions, "What device descriptions say, of a line above 0"))
+        .add(YamlKeys::kObjectDefaults, objectDefaults())
         .add(YamlKeys::kObjects, mapOf(numberKey(0xFFFF), reference(kObject), "Objects by index"))
         .add(YamlKeys::kGroups, frames(kGroup, "Parameter groups by direction and number"))
         .add(YamlKeys::kFrames, frames(kFrame, "CAN frames by direction and identifier"))

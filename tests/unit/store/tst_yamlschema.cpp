@@ -99,6 +99,11 @@ private slots:
         row("object_member_unknown_key", Bad, ofObject("members: {1: {members: {}}}"));
         row("object_limits_one", Bad, ofObject("limits: [1]"));
         row("object_limits_text", Bad, ofObject("limits: 1"));
+        row("object_defaults", Good,
+            ofLine("object-defaults: {limits: type, allowed-access: '', implementation: 0}"));
+        row("object_defaults_limits", Good, ofLine("object-defaults: {limits: ['', 5]}"));
+        row("object_defaults_word", Bad, ofLine("object-defaults: {limits: types}"));
+        row("object_defaults_other", Bad, ofLine("object-defaults: {access: rw}"));
         row("standard", Good,
             ofLine("device-type: 0x191, identity: {vendor: 1, serial: {variable: s}}, heartbeat: "
                    "1000"));
