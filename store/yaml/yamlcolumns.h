@@ -161,7 +161,7 @@ inline constexpr YamlColumn kSpnWords[] = {
     {"datatype",       "type",           YamlForm::Type,    {},                   "Data type, such as U16, which gives the size in the frame"},
     {"implementation", "implementation", YamlForm::Word,    kImplementationWords, kWhereHelp},
     {"varname",        "variable",       YamlForm::Text,    {},                   "C expression: the variable of the application that holds the value"},
-    {"defaultvalue",   "default",        YamlForm::Written, {},                   "Value at the start; a frame that is sent begins with it"},
+    {"defaultvalue",   "default",        YamlForm::Written, {},                   "Value at the start of the application's variable; numbers that generated C declares start as not available"},
     {"name",           "name",           YamlForm::Text,    {},                   "Name of the signal; fillers have \"dummy\" in theirs"},
     {"desc",           "description",    YamlForm::Text,    {},                   "What the value means; may have several lines"},
     {"pos",            "pos",            YamlForm::Number,  {},                   "Place in the frame, if it is not that in the list"},
@@ -184,7 +184,7 @@ static_assert(belongTogether(kCanIdWords, kCanIdColumns), "a word for each colum
 
 inline constexpr YamlColumn kDataElementWords[] = {
     {"canid",          nullptr,          YamlForm::Hex},
-    {"number",         "number",         YamlForm::Number,  {},                   "Number of the element, once in a frame"},
+    {"number",         "number",         YamlForm::Number,  {},                   "Number of the element, which orders the frame; one more than that before it if not given"},
     {"datatype",       "type",           YamlForm::Type,    {},                   "Data type, such as U16, which gives the size in the frame"},
     {"implementation", "implementation", YamlForm::Word,    kImplementationWords, kWhereHelp},
     {"varname",        "variable",       YamlForm::Text,    {},                   "C expression: the variable of the application that holds the value"},
