@@ -285,6 +285,8 @@ QJsonObject standard(const YamlStandardForm &form)
     switch (form.shape) {
     case YamlStandardShape::Value:
         return standardValue(*form.begin(), kVariable);
+    case YamlStandardShape::Presence:
+        return either({{"enum", QJsonArray{true}}}, standardValue(*form.begin(), kVariable), help);
     case YamlStandardShape::Variables:
     case YamlStandardShape::Record:
         return standardKeys(form).map(help);

@@ -187,6 +187,7 @@ public:
     {
         switch (form.shape) {
         case Shape::Value:
+        case Shape::Presence:
             return writeValue(form);
         case Shape::Variables:
             return writeVariables(form);
@@ -205,9 +206,20 @@ private:
     void writeValue(const YamlStandardForm &form)
     {
         if (const auto value = variableOf(objects, *form.rows, defaults)) {
-            writer.value(QString::fromLatin1(form.word), *value);
+            const bool isPresence = form.shape == Shape::Presence && isUsual(*form.rows);
+            writer.value(QString::fromLatin1(form.word),
+                         isPresence ? YamlValue::flag(true) : *value);
             isWritten.insert(form.rows->index);
         }
+    }
+
+    /// With the default value that the object has anyway, and nothing said beside it?
+    bool isUsual(const YamlStandardRow &row) const
+    {
+        const ObjectRecord &object = objects.at(row.index);
+        const SubIndexData usual = defaults.over(YamlStandard::subIndexOf(row, 1));
+        return object.data.description.isEmpty() &&
+               YamlRecord::isEqual(kSubIndexYaml, object.subs.at(0), usual);
     }
 
     void writeVariables(const YamlStandardForm &form)
@@ -279,7 +291,9 @@ bool YamlShortForms::read(const YamlNode::Entry &entry)
         if (!entry.key.is(form.word))
             continue;
         const QString word = QString::fromLatin1(form.word);
-        if (form.shape == Shape::Value)
+        if (form.shape == Shape::Presence && entry.value.isPlain() && entry.value.is("true"))
+            addUsual(*form.rows, entry.key);
+        else if (form.shape == Shape::Value || form.shape == Shape::Presence)
             readVariable(*form.rows, entry);
         else if (!context.isMap(entry.value, mapWanted(word)))
             return true;
@@ -294,6 +308,13 @@ bool YamlShortForms::read(const YamlNode::Entry &entry)
         return true;
     }
     return false;
+}
+
+void YamlShortForms::addUsual(const YamlStandardRow &row, YamlNode key)
+{
+    ObjectRecord object = YamlStandard::variableOf(row);
+    object.subs[0] = defaults.over(object.subs[0]);
+    sink->add(row.index, key, std::move(object));
 }
 
 void YamlShortForms::readVariable(const YamlStandardRow &row, const YamlNode::Entry &entry)

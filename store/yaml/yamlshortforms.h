@@ -34,6 +34,7 @@ public:
     static QStringList keys();
 
 private:
+    void addUsual(const YamlStandardRow &row, YamlNode key);
     void readVariable(const YamlStandardRow &row, const YamlNode::Entry &entry);
     void readVariables(const YamlStandardForm &form, const YamlNode::Entry &entry);
     void readRecord(const YamlStandardForm &form, int number, const YamlNode::Entry &entry);

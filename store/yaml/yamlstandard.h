@@ -29,6 +29,7 @@ struct YamlStandardRow {
 /// What stands behind the word of a form.
 enum class YamlStandardShape {
     Value,     ///< heartbeat: 1000
+    Presence,  ///< error-register: true, since the value is the device's own; or a value
     Variables, ///< emcy: {cob-id: .., inhibit: ..}, each key an object of its own
     Record,    ///< identity: {vendor: .., product: ..}, each key a subindex
     Records,   ///< sdo-server: {1: {request: ..}}, a record for each number
@@ -133,7 +134,7 @@ inline constexpr YamlStandardRow kTpdoRows[] = {
 /// In the order of the file.
 inline constexpr YamlStandardForm kForms[] = {
     {"device-type", YamlStandardShape::Value, {0x1000, 0x1000}, nullptr, kDeviceType, "Device type"},
-    {"error-register", YamlStandardShape::Value, {0x1001, 0x1001}, nullptr, kErrorRegister, "Error register"},
+    {"error-register", YamlStandardShape::Presence, {0x1001, 0x1001}, nullptr, kErrorRegister, "Error register"},
     {"sync", YamlStandardShape::Variables, {0x1005, 0x1007}, nullptr, kSync, "SYNC"},
     {"manufacturer", YamlStandardShape::Variables, {0x1008, 0x100A}, nullptr, kManufacturer, "Name and versions of the device"},
     {"emcy", YamlStandardShape::Variables, {0x1014, 0x1015}, nullptr, kEmergency, "Emergencies that the device sends"},

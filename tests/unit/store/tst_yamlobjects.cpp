@@ -96,7 +96,7 @@ ObjectRecord randomObject(QRandomGenerator &random)
 /// Every short form, in canonical spelling.
 constexpr char kShortForms[] =
     "device-type: 0x00020191\n"
-    "error-register: 0\n"
+    "error-register: true\n"
     "sync: {cob-id: 0x80, cycle: 10000, window: 0}\n"
     "manufacturer: {device-name: BT-40 Pump, hardware: Rev. C, software: 3.4.1}\n"
     "emcy: {cob-id: $NODEID+0x80, inhibit: {default: 100, description: In 100 us}}\n"

@@ -139,6 +139,9 @@ private slots:
             ofLine("other-signals: [{spn: 1, group: 0xFEEE, direction: transmit}]"));
         row("services", Good,
             ofLine("uds: {ecu-reset: {active: true, sessions: [1, 3]}, 62: {levels: '1,2'}}"));
+        row("error_register", Good, ofLine("error-register: true"));
+        row("error_register_value", Good, ofLine("error-register: 0x81"));
+        row("error_register_word", Bad, ofLine("error-register: {defalt: 1}"));
         row("all_services", Good, ofLine("uds: all"));
         row("services_word", Bad, ofLine("uds: {reset: {}}"));
         row("signals", Good, ofLine("signals: {1: {name: Speed, type: U16, event-timer: 10}}"));
