@@ -5,6 +5,7 @@
 #include "app/dependencyfile.h"
 #include "app/sarifreport.h"
 #include "store/projectfile.h"
+#include "store/yaml/yamlschema.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -24,6 +25,14 @@ QString backupOf(const QString &project)
         return QString();
     const QString file = QFileInfo(project).canonicalFilePath(); // empty: there is none
     return (file.isEmpty() ? project : file) + QLatin1String(".bak");
+}
+
+/// As it is, without what is done to lines of the report.
+bool printSchema()
+{
+    const QByteArray text = YamlSchema::text();
+    const auto size = static_cast<size_t>(text.size());
+    return std::fwrite(text.constData(), 1, size, stdout) == size && std::fflush(stdout) == 0;
 }
 
 void tellNotWritten(const QString &path, const QString &reason)
@@ -65,6 +74,8 @@ void CLIMainApp::followOptions()
                                  QCoreApplication::applicationVersion());
         return finishWith(ReturnCode::NoError);
     }
+    if (options.has("-schema"))
+        return finishWith(printSchema() ? ReturnCode::NoError : ReturnCode::OutputNotWritable);
     options.reportSlips();
     QString project;
     if (!options.value("-project", project)) {
@@ -171,8 +182,21 @@ void CLIMainApp::runProject(const QString &project)
     generatorMainHandler->setKeepUnchanged(options.has("-keep-unchanged"));
     generatorMainHandler->setStartsPrograms(!options.has("-no-commands"));
     generatorMainHandler->generateOutput(false);
-    // A failed check does not keep an import from being exported and saved.
+    keepProject(project);
+}
+
+/// A failed check does not keep an import from being saved and exported. The save comes first, for
+/// an export may change the store in what its form has no use for.
+void CLIMainApp::keepProject(const QString &project)
+{
+    const bool checksOnly = options.has("-check");
     const bool saves = options.has("-save") || options.has("-s");
+    if (saves && !checksOnly)
+        saveProject(project);
+    else if (saves)
+        Problems::warning("check-saves-nothing", project,
+                          QStringLiteral("was not saved, since \"-check\" writes no project; leave "
+                                         "that option out to save"));
     QString exported;
     if (options.value("-export", exported) && !checksOnly)
         exportProject(exported);
@@ -180,12 +204,6 @@ void CLIMainApp::runProject(const QString &project)
         Problems::warning("check-exports-nothing", exported,
                           QStringLiteral("was not written, since \"-check\" writes no project; "
                                          "leave that option out to export"));
-    if (saves && !checksOnly)
-        saveProject(project);
-    else if (saves)
-        Problems::warning("check-saves-nothing", project,
-                          QStringLiteral("was not saved, since \"-check\" writes no project; leave "
-                                         "that option out to save"));
 }
 
 CLIMainApp::ReturnCode CLIMainApp::getReturnCode()
@@ -258,6 +276,12 @@ void CLIMainApp::saveProject(const QString &project)
         reason = generatorMainHandler->saveError();
     if (!reason.isEmpty())
         Problems::error("not-saved", project, QStringLiteral("could not be saved: %1").arg(reason));
+    else if (const int line = generatorMainHandler->firstCommentLine())
+        Problems::warning("comments-lost", project,
+                          QStringLiteral("the save has removed the comments, of which this line "
+                                         "had the first one; \"-export\" to another file leaves "
+                                         "this one as it is"),
+                          line);
 }
 
 void CLIMainApp::exportProject(const QString &file)

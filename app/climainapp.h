@@ -58,6 +58,7 @@ private:
     void runProject(const QString &project);
     void protectReadFiles();
     void finishWith(ReturnCode code);
+    void keepProject(const QString &project);
     void saveProject(const QString &project);
     void exportProject(const QString &file);
     void failExport(const QString &file, const QString &reason);

@@ -13,6 +13,7 @@
 #include "store/objectdatabase.h"
 #include "store/projectconverter.h"
 #include "store/projectfile.h"
+#include "store/projectlosses.h"
 #include "support/filereasons.h"
 #include "support/helper.h"
 #include "support/logging.h"
@@ -334,7 +335,29 @@ bool GeneratorMainHandler::exportProject(const QString &file)
 {
     if (database)
         dropDeclaredGroupsOf(file);
-    return database && database->exportProject(file, unchangedFiles != nullptr);
+    if (!database || !database->exportProject(file, unchangedFiles != nullptr))
+        return false;
+    if (ProjectFile::formOf(file) == ProjectFile::Form::Text)
+        tellLosses(file);
+    return true;
+}
+
+void GeneratorMainHandler::tellLosses(const QString &file) const
+{
+    ProjectRecord project;
+    if (!database->readRecords(&project))
+        return;
+    const QStringList losses = ProjectLosses::ofTextForm(project);
+    for (const QString &loss : losses)
+        Problems::warning("export-loses", file,
+                          QStringLiteral("was written without %1, which a text project cannot "
+                                         "hold; one in .yaml or .tsrp can")
+                              .arg(loss));
+}
+
+int GeneratorMainHandler::firstCommentLine() const
+{
+    return database ? database->firstCommentLine() : 0;
 }
 
 QString GeneratorMainHandler::saveError() const

@@ -81,6 +81,8 @@ public:
     bool saveProject();
     /// Writes the project as a save would, to another file and in the form of its name.
     bool exportProject(const QString &file);
+    /// Of the project's file, which a save loses; 0 if there is none.
+    int firstCommentLine() const;
     /// Why the last one of these failed.
     QString saveError() const;
 
@@ -116,6 +118,8 @@ private:
     /// In the project, or of what the run was given beside it, if that has set the setting.
     SettingsCheck::Place placeOf(const ProjectPlace &place, ProjectPlaces &places) const;
     bool openSqlBasedProject(const QString &filePath);
+    /// Tells what of the project the text form in \a file has no place for.
+    void tellLosses(const QString &file) const;
     void correctProject();
     void setProjectFolder(const QString &folder);
     /// Makes the output folder that the user has named; reports why that cannot be done.

@@ -30,6 +30,7 @@ const QVector<OptionRow> kOptions = {
     {"-report", "file", false, "Writes the findings for machines."},
     {"-s", nullptr, true, "Saves the project file. Could be helpful in combination with import option."},
     {"-save", nullptr, true, "Saves the project file. Could be helpful in combination with import option."},
+    {"-schema", nullptr, false, "Prints the JSON Schema of projects in YAML."},
     {"-set", "setting", false, "Sets a value of the project for this run."},
     {"-version", nullptr, false, "Prints name and version."},
 };

@@ -7,12 +7,14 @@ _tessarine_page=${BASH_SOURCE[0]%/*}/../../doc/tessarine/docs/settings.md
 # The keys that -set takes, a line each.
 _tessarine_keys()
 {
-    local line key prefix=""
+    local line key prefix="" isInTable=""
     while IFS= read -r line; do
         case $line in
+        '## '*) isInTable=1 ;;& # before it stands what all of them have in common
         '## GeneralSettings') prefix="" ;;
         '## '*Settings) prefix=${line#'## '} prefix=${prefix%Settings}: ;;
         '| `'*)
+            [[ -n $isInTable ]] || continue
             key=${line#'| `'} key=${key%%'`'*}
             # Numbered keys: those of line and target 0 stand for all.
             [[ -n $prefix ]] || key=${key//N/0}
@@ -61,7 +63,7 @@ _tessarine()
     -output) kinds='/' ;; # folders only, for no file has this ending
     *)
         mapfile -t COMPREPLY < <(compgen -W "-check -dbmod -depfile -export -help -import -keep-unchanged -no-commands
-            -output -problems -project -report -s -save -set -version" -- "$2")
+            -output -problems -project -report -s -save -schema -set -version" -- "$2")
         return
         ;;
     esac

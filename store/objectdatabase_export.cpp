@@ -103,7 +103,7 @@ bool ObjectDataBase::writeForm(ProjectFile::Form form, const QString &file)
         isWritten = converter.convertSqlToText();
         d->lastError = converter.outputError();
     } else if (form == ProjectFile::Form::Yaml) {
-        d->lastError = QStringLiteral("this form is read only");
+        isWritten = d->writeYaml(file);
     } else {
         // So that the file holds nothing any more of what was removed from the project.
         isWritten = d->exec(QStringLiteral("VACUUM")) &&

@@ -167,10 +167,11 @@ bool StorePrivate::writeTextRow(const Column<Record> (&known)[N], RowInserter &r
     quint32 kept = 0;
     for (int i = 0; i < int(N); ++i) {
         QVariant &cell = cells[keyColumns + i];
-        if (cell.isValid() || !QLatin1String(known[i].type).endsWith(QLatin1String("not null")))
+        if (!cell.isNull() || !QLatin1String(known[i].type).endsWith(QLatin1String("not null")))
             continue;
-        cell = 0;
-        kept |= RowInserter::bit(keyColumns + i);
+        if (!cell.isValid())
+            kept |= RowInserter::bit(keyColumns + i);
+        cell = cell.isValid() ? QVariant(QLatin1String("")) : QVariant(0); // an empty text is none
     }
     return rows.write(*this, cells, kept);
 }

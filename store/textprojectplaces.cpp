@@ -3,6 +3,7 @@
 
 #include "store/projectfile.h"
 #include "store/schema.h"
+#include "store/yaml/yamlprojectplaces.h"
 #include "support/helper.h"
 #include "support/numbers.h"
 
@@ -32,8 +33,15 @@ public:
 
 std::unique_ptr<ProjectPlaces> ProjectPlaces::ofFile(const QString &file)
 {
-    if (ProjectFile::formOf(file) == ProjectFile::Form::Text)
+    switch (ProjectFile::formOf(file)) {
+    case ProjectFile::Form::Text:
         return std::make_unique<TextProjectPlaces>(file);
+    case ProjectFile::Form::Yaml:
+        return std::make_unique<YamlProjectPlaces>(file);
+    case ProjectFile::Form::Database:
+    case ProjectFile::Form::Other:
+        break;
+    }
     return std::make_unique<NoPlaces>();
 }
 

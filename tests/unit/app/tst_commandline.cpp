@@ -1,4 +1,5 @@
 // The program as its users see it: arguments in, standard output, exit code and files out.
+#include "store/yaml/yamlschema.h"
 #include "tests/fixtures/sarifrules.h"
 #include "tests/fixtures/toolfixture.h"
 
@@ -90,6 +91,7 @@ private slots:
         QTest::newRow("help") << "-help" << kHelp << 0;
         QTest::newRow("help_goes_first") << "-project none.tsrp -help" << kHelp << 0;
         QTest::newRow("version") << "-project none.tsrp -version" << QByteArray("CANopen Tessarine 3.11.2\n") << 0;
+        QTest::newRow("schema") << "-schema -project none.tsrp" << YamlSchema::text() << 0;
         const auto slip = [](const QByteArray &text) { return "errors:\nwarning: " + text + '\n'; };
         const auto alone = [](const QByteArray &option, const QByteArray &value) {
             return '"' + option + "\" stands last, without its " + value +
@@ -409,6 +411,8 @@ private slots:
         columns<QString, QString, QByteArray, int>("target", "arguments", "reason", "exitCode");
         const QString import = "-project pümp.tsrt -import gauge.EDS ";
         QTest::newRow("database") << "new.tsrp" << import << QByteArray() << 0;
+        QTest::newRow("yaml") << "new.yaml" << import << QByteArray() << 0;
+        QTest::newRow("yaml_of_windows") << "new.YML" << import << QByteArray() << 0;
         QTest::newRow("text_in_place_of_another") << "untyped.tsrt" << import << QByteArray() << 0;
         QTest::newRow("with_the_save") << "new.tsrt" << import + "-save" << QByteArray() << 0;
         QTest::newRow("found_errors") << "new.tsrt" << "-project bad.tsrt -import gauge.EDS" << QByteArray() << 7;
@@ -472,8 +476,7 @@ private slots:
             QVERIFY(saveAs("pümp.tsrt", name) &&
                     QFile::copy(folder + '/' + name, folder + "/b" + name.mid(1)));
             QVERIFY(run("-import gauge.EDS -save -project " + name).endsWith(" 0\n"));
-            QVERIFY(run("-import gauge.EDS -save -export c.tsrt -export d.tsrp -project b" +
-                        name.mid(1))
+            QVERIFY(run("-import gauge.EDS -save -export c.tsrt -project b" + name.mid(1))
                         .endsWith(" 0\n"));
             QCOMPARE(read(name), read("b" + name.mid(1)));
             for (const QString exported : {"c.tsrp", "c.tsrt"}) {
@@ -485,6 +488,28 @@ private slots:
                 QVERIFY(ProjectFile::State::of(folder + '/' + exported) == state);
             }
         }
+    }
+
+    void tellsWhatIsLost()
+    {
+        QVERIFY(saveAs("pümp.tsrt", "plain.yaml"));
+        const QByteArray plain = read("plain.yaml");
+        QVERIFY(write("a.yaml", "\n# mine\n" + plain));
+        QByteArray told = run("-project a.yaml -export b.yaml -set J1939:bamsupport=1 -output out");
+        QVERIFY2(!told.contains("comments-lost") && !told.contains("export-loses"), told);
+        QVERIFY(read("a.yaml").startsWith("\n# mine"));
+        told = run("-project a.yaml -export c.tsrt -set J1939:bamsupport=1 -output out -save");
+        QVERIFY2(told.contains(
+                     "\na.yaml:2: warning: the save has removed the comments, of which this line "
+                     "had the first one; \"-export\" to another file leaves this one as it is "
+                     "[comments-lost]\n"),
+                 told);
+        QVERIFY(
+            told.contains("\nc.tsrt: warning: was written without 1 J1939 setting, which a text "
+                          "project cannot hold; one in .yaml or .tsrp can [export-loses]\n"));
+        QVERIFY(!read("a.yaml").contains('#') && !QFile::exists(folder + "/a.yaml.bak"));
+        told = run("-project a.yaml -output out -save");
+        QVERIFY2(!told.contains("comments-lost"), told);
     }
 
     void failedSaveIsReported()

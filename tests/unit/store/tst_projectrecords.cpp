@@ -1,5 +1,6 @@
 // The whole project as plain records: what is read is what was put, also from a saved file.
 #include "store/columns.h"
+#include "store/projectlosses.h"
 #include "tests/fixtures/projectcompare.h"
 #include "tests/fixtures/randomproject.h"
 #include "tests/fixtures/storefixture.h"
@@ -23,6 +24,61 @@ std::map<quint16, ObjectRecord> standardObjects()
     std::map<quint16, ObjectRecord> objects = recordsOf(store).lines[0].objects;
     objects.erase(objects.lower_bound(0x2000), objects.end());
     return objects;
+}
+
+constexpr Settings ProjectRecord::*kTextStores[] = {
+    &ProjectRecord::general, &ProjectRecord::description, &ProjectRecord::misc};
+
+/// What the text form has no place for.
+void removeLosses(ProjectRecord &project, const ProjectRecord &fresh)
+{
+    ProjectRecord rest;
+    for (const auto store : kTextStores)
+        rest.*store = project.*store;
+    for (auto &[number, line] : project.lines) {
+        line.node.name.clear();
+        rest.lines[number] = {line.node, line.objects, {}, {}, {}, {}, fresh.lines.at(0).services};
+        for (auto &[index, object] : rest.lines[number].objects) {
+            for (auto &[sub, data] : object.subs) {
+                data.cyclicRead = data.changedByUser = data.dcfComponent = false;
+                data.wizardSource = 0;
+                data.signalId = 0;
+                data.denotation.clear();
+            }
+        }
+    }
+    project = rest;
+}
+
+template <class Record, size_t N>
+void simplify(Record &record, const Column<Record> (&columns)[N])
+{
+    for (const Column<Record> &column : columns) {
+        if (column.get(record).type() == QVariant::String)
+            column.set(record, column.get(record).toString().simplified());
+    }
+}
+
+/// The text form keeps one of several blanks, and has its rules for empty texts and keys.
+void simplify(ProjectRecord &project)
+{
+    for (auto &[number, line] : project.lines) {
+        simplify(line.node, kNodeColumns);
+        line.node.prefix += "a";
+        line.node.outputPath += "a";
+        for (auto &[index, object] : line.objects) {
+            simplify(object.data, kIndexColumns);
+            for (auto &[sub, data] : object.subs)
+                simplify(data, kSubIndexColumns);
+        }
+    }
+    for (const auto store : kTextStores) {
+        Settings simple;
+        for (auto row = (project.*store).cbegin(); row != (project.*store).cend(); ++row)
+            simple.insert("k" + row.key().toUtf8().toHex(),
+                          QString(*row).remove('\'').simplified());
+        project.*store = simple;
+    }
 }
 
 } // namespace
@@ -56,6 +112,72 @@ private slots:
             QVERIFY(opened.openDataBase(file));
             QCOMPARE(firstDifference(repaired, recordsOf(opened)), QString());
         }
+    }
+
+    /// What it leaves out is what it is said to leave out.
+    void textForm()
+    {
+        const ProjectRecord fresh = recordsOf(*store);
+        RandomProject projects(testSeed(), standardObjects());
+        for (int i = 0; i < 20; ++i) {
+            ProjectRecord project = projects.make();
+            project.lines[0]; // which each text project has
+            simplify(project);
+            QVERIFY(store->putRecords(project));
+            const QString file = fixture.path("p.tsrt");
+            QVERIFY2(store->exportProject(file), qPrintable(store->getLastErrorString()));
+            ObjectDataBase opened;
+            QVERIFY(opened.openDataBase(file));
+            ProjectRecord read = recordsOf(opened);
+            for (const auto list : kTextStores) {
+                const QStringList keys = (read.*list).keys();
+                for (const QString &key : keys) { // a new line has some
+                    if (!(project.*list).contains(key))
+                        (read.*list).remove(key);
+                }
+            }
+            removeLosses(project, fresh);
+            QCOMPARE(ProjectLosses::ofTextForm(project), QStringList());
+            QCOMPARE(firstDifference(project, read), QString());
+        }
+    }
+
+    void lossesOfTheTextForm()
+    {
+        ProjectRecord fresh = recordsOf(*store);
+        fresh.lines[1] = fresh.lines[0];
+        ProjectRecord project = fresh;
+        LineRecord &line = project.lines[1];
+        line.groups = {{{}, {{}, {}}}};
+        line.otherSignals = {{}};
+        line.frames = {{}, {}};
+        line.otherElements = {{}};
+        line.services.erase(16);
+        line.services[17].sessions = "7";
+        line.services[99] = {};
+        project.connections = {{}};
+        project.locks[7] = {{0x1800}, {0x1A00, 0x1A01}};
+        project.lineSignals[1] = {};
+        project.signalGroups[1] = "g";
+        project.lineGroups = {{}, {}};
+        project.virtualNodes[1] = {};
+        project.j1939["a"] = project.energyBus["b"] = "1";
+        project.general["c"] = "it's";
+        line.node.name = "pump";
+        line.node.prefix.clear();
+        SubIndexData &sub = line.objects[0x2000].subs[0];
+        sub.denotation = "shown";
+        sub.signalId = sub.wizardSource = 1;
+        QCOMPARE(ProjectLosses::ofTextForm(fresh), QStringList());
+        QCOMPARE(
+            ProjectLosses::ofTextForm(project).join(", "),
+            QString("1 parameter group, 3 signals of parameter groups, 2 CAN identifiers, 1 signal "
+                    "of CAN identifiers, 3 diagnostic services other than those of a new line, 1 "
+                    "connection of PDOs, 3 locks of PDOs, 1 signal of a line, 1 group of such "
+                    "signals, 2 groups of lines, 1 virtual node, 1 J1939 setting, 1 EnergyBus "
+                    "setting, 1 name of a line, 1 empty prefix of a line, 1 general setting with "
+                    "an apostrophe, 1 display name of a subindex, 1 tie of a subindex to a signal, "
+                    "1 mark of an editor at a subindex"));
     }
 
     void oddRows()

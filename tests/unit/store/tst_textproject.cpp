@@ -63,7 +63,7 @@ private slots:
     void secondSaveChangesNothing()
     {
         QVERIFY(writeFile(file, "[Nodes]\n0\\prefix=_\n[Objects0]\n0x2000\\name=a\n[SubObjects0]\n"
-                                "0x2000\\0x0\\name=b\n0x2000\\0x0\\datatype=7\n"));
+                                "0x2000\\0x0\\name=b\n0x2000\\0x0\\accesstype=\n"));
         ObjectDataBase store;
         QVERIFY(store.openDataBase(file));
         QVERIFY(store.saveDataBase(QString()));
