@@ -46,6 +46,7 @@ completes()
 }
 completes "" -pro "-problems -project"
 completes "-project" examples/pump/pump "examples/pump/pump.tsrt"
+completes "-export" examples/pump/pump "examples/pump/pump.tsrt"
 completes "-import" examples/levelsensor/ "examples/levelsensor/levelsensor.eds"
 completes "-import" examples/pump/ ""
 completes "-project" examples/pu "examples/pump"
