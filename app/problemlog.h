@@ -7,7 +7,8 @@
 #include <QVector>
 
 /// One for a run, made before the project is opened; takes what is reported while it lives. At most
-/// 20 problems of a rule are printed; finish() prints how many more there were.
+/// 20 problems of a rule are printed, or 50 if they are errors; finish() prints how many more there
+/// were.
 class ProblemLog
 {
 public:
@@ -26,5 +27,6 @@ private:
 
     QVector<Problems::Problem> all;
     QHash<QString, int> countOfRule;
+    QHash<QString, int> printedOfRule;
     Problems::Handler formerHandler;
 };

@@ -43,10 +43,10 @@ constexpr Reason kReasons[] = {
     {"did not find expected ',' or '}'", "the map in braces needs a \",\" or \"}\" here"},
     {"did not find expected ',' or ']'", "the list in brackets needs a \",\" or \"]\" here"},
     {"did not find expected node content", "a value is missing here"},
-    {"did not find expected <document start>", "the file goes on after the end of its map"},
+    {"did not find expected <document start>", "the file goes on after the end of what it begins with"},
     {"mapping values are not allowed in this context",
-     "a \": \" where none can be: put a text that holds one in quotes, or indent the line as those of its "
-     "map"},
+     "a \": \" where none can be: does the line before lack one, or is this one not indented as those of its map; a "
+     "text that holds one stands in quotes"},
     {"block sequence entries are not allowed in this context", "a list cannot begin here"},
     {"could not find expected ':'", "a key without \": \" after it", true},
     {"found unexpected end of stream", "the quotes that open here are never closed", true},

@@ -8,15 +8,19 @@
 namespace
 {
 
+/// The short ones first.
 QStringList typeNames()
 {
-    QStringList result;
+    QStringList shorts;
+    QStringList longs;
     for (quint16 type = 0; type <= 0xFF; ++type) {
         const QString name = COHelper::index2DataTypeString(type);
-        if (!name.isEmpty())
-            result << COHelper::index2DataTypeShortString(type) << name;
+        if (name.isEmpty())
+            continue;
+        shorts << COHelper::index2DataTypeShortString(type);
+        longs << name;
     }
-    return result;
+    return shorts + longs;
 }
 
 QString named(const YamlColumn &column)

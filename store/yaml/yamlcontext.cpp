@@ -1,20 +1,55 @@
 // Errors in the YAML form.
 #include "store/yaml/yamlcontext.h"
 
+#include "store/yaml/yamlcolumns.h"
 #include "support/editdistance.h"
 
 #include <QHash>
+#include <QRegularExpression>
 
 #include <algorithm>
+#include <limits>
 
 namespace
 {
 
 constexpr int kLongestWord = 100; ///< that is compared to others, or told
+constexpr int kMostToTell = 8;    ///< of words that can stand for a number
 
-QString range(qint64 low, qint64 high)
+/// "a number from 0 to 255", in the base of what was \a written.
+QString range(qint64 low, qint64 high, const QString &written)
 {
-    return QStringLiteral("%1 to %2").arg(low).arg(high);
+    if (low == std::numeric_limits<qint64>::min())
+        return QStringLiteral("a whole number");
+    const bool isHex = low >= 0 && written.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+    const auto spelled = [isHex](qint64 bound) {
+        return isHex ? QStringLiteral("0x") + QString::number(bound, 16).toUpper()
+                     : QString::number(bound);
+    };
+    return QStringLiteral("a number from %1 to %2").arg(spelled(low), spelled(high));
+}
+
+/// The word of the column that a database and a text project name \a key; empty if there is none.
+template <class Record>
+QString wordOfColumn(const YamlTable<Record> &table, const QString &key)
+{
+    for (int i = 0; i < table.count; ++i) {
+        if (key == QLatin1String(table.words[i].column))
+            return QString::fromLatin1(table.words[i].word);
+    }
+    return QString();
+}
+
+/// Who knows the columns of the text form writes "accesstype" first.
+QString meantKey(const QString &key, const QStringList &known)
+{
+    for (const QString &word :
+         {wordOfColumn(kSubIndexYaml, key), wordOfColumn(kIndexYaml, key),
+          wordOfColumn(kNodeYaml, key), wordOfColumn(kPgnYaml, key), wordOfColumn(kSpnYaml, key)}) {
+        if (!word.isEmpty() && word != key && known.contains(word))
+            return QStringLiteral("; did you mean \"%1\"").arg(word);
+    }
+    return didYouMean(key, known);
 }
 
 } // namespace
@@ -34,14 +69,14 @@ void YamlContext::wrongValue(YamlNode node, const QString &text)
     problems->add("yaml-value", node.place(), text);
 }
 
-void YamlContext::wrongKind(YamlNode node, const QString &wanted)
+void YamlContext::wrongKind(YamlNode node, const QString &wanted, const char *hint)
 {
     if (node.kind() == YamlNode::Kind::None || problems->isFull())
         return;
     const char *found = node.isMap() ? "a map" : node.isList() ? "a list" : "a single value";
     const QString what = node.isMissing() ? QStringLiteral("nothing") : QLatin1String(found);
     problems->add("yaml-wrong-kind", node.place(),
-                  QStringLiteral("%1, but here is %2").arg(wanted, what));
+                  QStringLiteral("%1, but here is %2").arg(wanted, what) + QLatin1String(hint));
 }
 
 void YamlContext::unknownKey(YamlNode key, const QString &where, const QStringList &known)
@@ -51,7 +86,7 @@ void YamlContext::unknownKey(YamlNode key, const QString &where, const QStringLi
     const QString word = cut(key.text());
     problems->add("yaml-unknown-key", key.place(),
                   QStringLiteral("there is no key %1 in %2").arg(quoted(word), where) +
-                      didYouMean(word, known));
+                      meantKey(word, known));
 }
 
 void YamlContext::misplacedKey(YamlNode key, const QString &where, const QString &home)
@@ -71,9 +106,12 @@ void YamlContext::doubledNumber(YamlNode key, const QString &what, int first)
 
 bool YamlContext::isMap(YamlNode node, const QString &wanted)
 {
-    if (!node.isMap())
-        wrongKind(node, wanted);
-    return node.isMap();
+    if (node.isMap())
+        return true;
+    static const QRegularExpression key(QStringLiteral("\\A[A-Za-z][A-Za-z0-9_-]*:"));
+    const bool lacksBlank = node.isScalar() && node.isPlain() && key.match(node.text()).hasMatch();
+    wrongKind(node, wanted, lacksBlank ? "; a blank comes after each \":\"" : "");
+    return false;
 }
 
 bool YamlContext::isList(YamlNode node, const QString &wanted)
@@ -107,8 +145,9 @@ std::optional<qint64> YamlContext::number(YamlNode node, qint64 low, qint64 high
     const std::optional<qint64> value = YamlNumber::parse(*written);
     if (value && *value >= low && *value <= high)
         return value;
-    wrongValue(node, QStringLiteral("%1 is a number from %2, not %3")
-                         .arg(what, range(low, high), quoted(*written)));
+    wrongValue(
+        node,
+        QStringLiteral("%1 is %2, not %3").arg(what, range(low, high, *written), quoted(*written)));
     return std::nullopt;
 }
 
@@ -125,6 +164,11 @@ std::optional<qint64> YamlContext::word(YamlNode node, const YamlWords &words, q
     const std::optional<qint64> value = YamlNumber::parse(*written);
     if (value && *value >= low && *value <= high)
         return value;
+    if (value && words.count > kMostToTell) {
+        wrongValue(node, QStringLiteral("%1 is a word or %2, not %3")
+                             .arg(what, range(low, high, *written), quoted(*written)));
+        return std::nullopt;
+    }
     QStringList known;
     for (const YamlWord &row : words)
         known << QString::fromLatin1(row.word);
@@ -144,10 +188,12 @@ void YamlContext::noSuchWord(YamlNode node, const QString &what, const QString &
     const auto longer = std::find_if(words.cbegin(), words.cend(), isMeant);
     if (meant.isEmpty() && longer != words.cend())
         meant = QStringLiteral("; did you mean \"%1\"").arg(*longer);
-    wrongValue(node, QStringLiteral("there is no %1 %2").arg(what, quoted(text)) +
-                         (meant.isEmpty() && words.size() <= 8
-                              ? QStringLiteral("; it is one of ") + words.join(QStringLiteral(", "))
-                              : meant));
+    const QString some = words.size() <= kMostToTell ? QStringLiteral("; it is one of ")
+                                                     : QStringLiteral("; some are ");
+    wrongValue(node,
+               QStringLiteral("there is no %1 %2").arg(what, quoted(text)) +
+                   (meant.isEmpty() ? some + words.mid(0, kMostToTell).join(QStringLiteral(", "))
+                                    : meant));
 }
 
 QVector<YamlContext::Numbered> YamlContext::numbered(YamlNode map, qint64 low, qint64 high,

@@ -27,7 +27,7 @@ public:
     void wrongValue(YamlNode node, const QString &text);
     /// "yaml-wrong-kind": there is a map, a list or a value, where \a wanted should stand, such as
     /// "the objects of a line are a map".
-    void wrongKind(YamlNode node, const QString &wanted);
+    void wrongKind(YamlNode node, const QString &wanted, const char *hint = "");
     /// "yaml-unknown-key", with the key that is most like it; \a where is "an object", say.
     void unknownKey(YamlNode key, const QString &where, const QStringList &known);
 

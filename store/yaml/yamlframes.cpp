@@ -45,6 +45,7 @@ struct Family<PgnData> {
     static constexpr const char *kFrameKey = YamlKeys::kGroup;
     static constexpr const char *kNumberKey = "spn";
     static constexpr const char *kWhat = "a parameter group";
+    static constexpr const char *kNumbered = "parameter group";
     static constexpr const char *kSignal = "a signal";
     static constexpr int kDigits = 4;
 
@@ -71,6 +72,7 @@ struct Family<CanIdData> {
     static constexpr const char *kFrameKey = YamlKeys::kFrame;
     static constexpr const char *kNumberKey = "number";
     static constexpr const char *kWhat = "a CAN frame";
+    static constexpr const char *kNumbered = "CAN frame";
     static constexpr const char *kSignal = "an element";
     static constexpr int kDigits = 1;
 
@@ -221,7 +223,7 @@ private:
                 frames,
                 latin1("the %1 of a direction are a map by number").arg(latin1(Words::kFramesKey))))
             return;
-        const auto entries = context.numbered(frames, 0, kMostNumber, latin1(Words::kWhat));
+        const auto entries = context.numbered(frames, 0, kMostNumber, latin1(Words::kNumbered));
         for (const YamlContext::Numbered &entry : entries) {
             Frame frame;
             frame.direction = direction;
@@ -322,7 +324,7 @@ private:
     {
         if (entry.key.is(Words::kFrameKey)) {
             if (const auto number =
-                    context.number(entry.value, 0, kMostNumber, latin1(Words::kWhat)))
+                    context.number(entry.value, 0, kMostNumber, latin1(Words::kFrameKey)))
                 signal->*Words::kFrameOfSignal = quint32(*number);
             return true;
         }

@@ -91,6 +91,31 @@ void tellUnknown(const Entries &entries, const QString &where, const QStringList
         context.unknownKey(entry.key, where, known);
 }
 
+/// What is left of a member's map.
+void tellInMember(const Entries &entries, YamlContext &context)
+{
+    const QString where = QStringLiteral("a member");
+    for (const YamlNode::Entry &entry : entries) {
+        if (YamlRecord::find(kIndexYaml, entry.key) >= 0)
+            context.misplacedKey(entry.key, where, QStringLiteral("the object"));
+        else
+            context.unknownKey(entry.key, where, YamlSubIndex::keys());
+    }
+}
+
+/// What is left of the map of an object with members.
+void tellBesideMembers(const Entries &entries, const QStringList &known, YamlContext &context)
+{
+    static const QStringList ofMember = YamlSubIndex::keys();
+    const QString where = QStringLiteral("an object with members");
+    for (const YamlNode::Entry &entry : entries) {
+        if (ofMember.contains(entry.key.text()) && !known.contains(entry.key.text()))
+            context.misplacedKey(entry.key, where, QStringLiteral("its members"));
+        else
+            context.unknownKey(entry.key, where, known);
+    }
+}
+
 QStringList objectKeys()
 {
     return YamlRecord::words(kIndexYaml)
@@ -178,8 +203,8 @@ void readMember(const YamlContext::Numbered &member, SubIndexData *sub,
 {
     const SubIndexData base = *sub;
     if (context.isMap(member.value, QStringLiteral("a member is a map")))
-        tellUnknown(YamlSubIndex::read(member.value.entries(), base, sub, defaults, context),
-                    QStringLiteral("a member"), YamlSubIndex::keys(), context);
+        tellInMember(YamlSubIndex::read(member.value.entries(), base, sub, defaults, context),
+                     context);
 }
 
 /// Subindex 1 is there, as the array's map has it.
@@ -318,7 +343,7 @@ void readRecord(const Structure &map, ObjectRecord *object, const YamlDefaults &
         others = readIndex(others, &object->data, context);
         known << YamlRecord::words(kIndexYaml) << QString::fromLatin1(YamlKeys::kArray);
     }
-    tellUnknown(others, QStringLiteral("an object with members"), known, context);
+    tellBesideMembers(others, known, context);
     readMembers(map.members, object, defaults, context);
 }
 

@@ -8,8 +8,6 @@
 #include "store/yaml/yamlrecord.h"
 #include "store/yaml/yamlsettings.h"
 
-#include <limits>
-
 namespace
 {
 
@@ -40,7 +38,9 @@ private:
 
 void ProjectReader::read(YamlNode root)
 {
-    if (!context.isMap(root, QStringLiteral("a project is a map")) || !isOurs(root))
+    if (!context.isMap(root,
+                       QStringLiteral("a project is a map that begins with \"tessarine: 1\"")) ||
+        !isOurs(root))
         return;
     const QVector<YamlNode::Entry> entries = root.entries();
     for (const YamlNode::Entry &entry : entries)
@@ -61,8 +61,12 @@ bool ProjectReader::isOurs(YamlNode root)
                                              "missing"));
         return bool(root.value(YamlKeys::kLines));
     }
-    const std::optional<qint64> number =
-        context.number(version, 1, std::numeric_limits<qint32>::max(), YamlKeys::kVersion);
+    const QString text = version.text();
+    const std::optional<qint64> number = YamlNumber::parse(text);
+    if (!number)
+        context.problems->add(
+            "yaml-version", version.place(),
+            QStringLiteral("the version of the form is 1, not %1").arg(YamlContext::quoted(text)));
     if (!number || *number == YamlKeys::kVersionNumber)
         return true;
     context.problems->add("yaml-version", version.place(),

@@ -342,10 +342,11 @@ void YamlSettings::readProtocol(quint8 line, const YamlNode::Entry &entry, YamlC
     }
     if (number.isEmpty()) {
         const QString meant = didYouMean(YamlContext::cut(*text), words);
+        const QString all =
+            QLatin1Char('"') + words.join(QStringLiteral("\", \"")) + QLatin1Char('"');
         return context.wrongValue(
-            entry.value,
-            QStringLiteral("there is no protocol %1").arg(YamlContext::quoted(*text)) +
-                (meant.isEmpty() ? QStringLiteral("; it is one of ") + words.join(", ") : meant));
+            entry.value, QStringLiteral("there is no protocol %1").arg(YamlContext::quoted(*text)) +
+                             (meant.isEmpty() ? QStringLiteral("; it is one of ") + all : meant));
     }
     lineValues.push_back({kGeneral, typeKey(line), entry.key.text(), {number, entry.key.place()}});
 }

@@ -606,6 +606,17 @@ private slots:
         QCOMPARE(read("out.sarif").count("\"ruleId\": \"no-key\""), 1001);
     }
 
+    void errorsOfAYamlProjectArePrinted()
+    {
+        QByteArray keys;
+        for (int i = 0; i < 60; ++i)
+            keys += "key" + QByteArray::number(i) + ": 1\n";
+        QVERIFY(write("bad.yaml", "tessarine: 1\nlines: {0: {}}\n" + keys));
+        const QByteArray told = run("-project bad.yaml");
+        QCOMPARE(told.count(" [yaml-unknown-key]\n"), 50);
+        QVERIFY2(!told.contains(" more of this kind") && told.endsWith("exit code 3\n"), told);
+    }
+
     void reportsHoldProblemsToo_data()
     {
         columns<QString, QByteArray, QString>("arguments", "text", "told");

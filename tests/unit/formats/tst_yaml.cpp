@@ -121,8 +121,8 @@ private slots:
         row("tab", "a:\n\tb: 1\n", {"2:1: indent with spaces, not tabs"});
         row("open_quotes", "a: \"x\nb: 2\n", {"1:4: the quotes that open here are never closed"});
         row("second_colon", "a: b: c\n",
-            {"1:5: a \": \" where none can be: put a text that holds one in quotes, or indent the "
-             "line as those of its map"});
+            {"1:5: a \": \" where none can be: does the line before lack one, or is this one not "
+             "indented as those of its map; a text that holds one stands in quotes"});
         row("no_blank", "a: 1\nb:1\nc: 2\n", {"2:1: a key without \": \" after it"});
         row("open_braces", "a: {b: 1,\nc: 2\nd: 3\n",
             {"3:2: the map in braces needs a \",\" or \"}\" here; it begins on line 1"});

@@ -250,8 +250,8 @@ private slots:
              "2:2: there is no direction '0xFEEE'; it is one of transmit, receive",
              "4:2: direction 85 stands here a second time; line 3 has it first"});
         row("numbers", "frames: {receive: {0x10: {},\n 16: {},\n 0x100000000: {}}}",
-            {"2:2: a CAN frame 16 stands here a second time; line 1 has it first",
-             "3:2: a CAN frame is a number from 0 to 4294967295, not '0x100000000'"});
+            {"2:2: CAN frame 16 stands here a second time; line 1 has it first",
+             "3:2: CAN frame is a number from 0x0 to 0xFFFFFFFF, not '0x100000000'"});
         row("frames",
             "frames: {receive: {1: {signals: []},\n 2: {cicle: 1},\n 3: {elements: {}}, 4: }}",
             {"1:24: a CAN frame has 'elements', not 'signals'",

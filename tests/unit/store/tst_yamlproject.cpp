@@ -66,7 +66,7 @@ locks:
         QTest::newRow("no_version") << QByteArray("a: 1\nlines: {x: {}}\n")
             << "1:1: a project begins with|1:1: there is no key \"a\"|2:9: line is a number from 0 to 253";
         QTest::newRow("version") << QByteArray("tessarine: 2\na: 1\n") << "1:12: this file has form 2, this tool";
-        QTest::newRow("odd_version") << QByteArray("tessarine: one\nlines: {}\n") << "1:12: tessarine is a number";
+        QTest::newRow("odd_version") << QByteArray("tessarine: one\nlines: {}\n") << "1:12: the version of the form";
         QTest::newRow("no_line") << QByteArray("tessarine: 1\n") << "1:1: a project has a line at least";
         row("key", "conections: []\n", "3:1: there is no key \"conections\" in a project; did you mean \"con");
         row("kinds", "connections: {}\nsignals: []\nlocks: 1\nline-groups: {}\nvirtual-nodes:\nsignal-groups: x\n",

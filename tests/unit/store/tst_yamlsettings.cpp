@@ -257,7 +257,7 @@ private slots:
             "1:27: 'Comment' is set here, and as 'Comment_1' in line 2; remove one of them");
         row("case", "lines: {0: {protocol: canopen}}", "1:23: there is no protocol 'canopen'; did you mean 'CANopen'");
         row("no protocol", "lines: {0: {protocol: LIN}}",
-            "1:23: there is no protocol 'LIN'; it is one of CANopen, J1939, raw CAN, CANopen and J1939");
+            "1:23: there is no protocol 'LIN'; it is one of 'CANopen', 'J1939', 'raw CAN', 'CANopen and J1939'");
         row("key of the store", "lines: {0: {co_node_id: 1}}", "1:13: 'co_node_id' is written as 'node-id', in a line");
         row("not of a line", "lines: {0: {limit_check: 1}}",
             "1:13: there is no key 'limit_check' in a line; it belongs to 'settings'");
