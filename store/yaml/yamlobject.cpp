@@ -116,11 +116,13 @@ void tellBesideMembers(const Entries &entries, const QStringList &known, YamlCon
     }
 }
 
-QStringList objectKeys()
+const QStringList &objectKeys()
 {
-    return YamlRecord::words(kIndexYaml)
-           << YamlSubIndex::keys() << QString::fromLatin1(YamlKeys::kArray)
-           << QString::fromLatin1(YamlKeys::kMembers) << QString::fromLatin1(YamlKeys::kObject);
+    static const QStringList keys = YamlRecord::words(kIndexYaml)
+                                    << YamlSubIndex::keys() << QString::fromLatin1(YamlKeys::kArray)
+                                    << QString::fromLatin1(YamlKeys::kMembers)
+                                    << QString::fromLatin1(YamlKeys::kObject);
+    return keys;
 }
 
 // --- Arrays ---

@@ -155,9 +155,11 @@ void YamlSubIndex::write(const SubIndexData &record, const SubIndexData &base,
     }
 }
 
-QStringList YamlSubIndex::keys()
+const QStringList &YamlSubIndex::keys()
 {
-    return YamlRecord::words(kSubIndexYaml) << QString::fromLatin1(YamlKeys::kLimits);
+    static const QStringList keys = YamlRecord::words(kSubIndexYaml)
+                                    << QString::fromLatin1(YamlKeys::kLimits);
+    return keys;
 }
 
 bool YamlSubIndex::isEqualBut(const char *const *words, const SubIndexData &one,

@@ -22,7 +22,7 @@ void write(const SubIndexData &record, const SubIndexData &base, const YamlDefau
            YamlValue *map);
 
 /// The keys that read() takes.
-QStringList keys();
+const QStringList &keys();
 
 /// Do both hold the same but for the columns of these words, which end with a null?
 bool isEqualBut(const char *const *words, const SubIndexData &one, const SubIndexData &other);

@@ -83,9 +83,15 @@ ObjectRecord randomObject(QRandomGenerator &random)
     for (int i = random.bounded(4); object.exists && i > 0; --i)
         shake(kIndexYaml, &object.data, random);
     const int count = random.bounded(2) ? 1 : random.bounded(12);
+    const bool isArray = random.bounded(2) == 0;
+    if (isArray && object.exists)
+        object.data.objectCode = CANopen::ObjectCode::Array;
     for (int number = 0; number < count; ++number) {
-        SubIndexData &sub = object.subs[quint8(random.bounded(4) ? number : random.bounded(256))];
-        sub.name = object.data.name;
+        const bool isNext = isArray || random.bounded(4) > 0;
+        SubIndexData &sub = object.subs[quint8(isNext ? number : random.bounded(256))];
+        if (isArray && number > 1)
+            sub = object.subs[1];
+        sub.name = object.data.name + (isArray ? " " + QString::number(number) : QString());
         sub.dataType = object.data.dataType;
         for (int i = random.bounded(4); i > 0; --i)
             shake(kSubIndexYaml, &sub, random);
