@@ -4,7 +4,7 @@
 // The types are those of the lines, such as "1,2": 1 CANopen, 2 J1939, 4 raw CAN, 5 CANopen and
 // J1939. Each line has that many parts: objects (and those that every device has), groups or
 // identifiers; of both protocols half each. Writes project.tsrp to the folder; of one CANopen line
-// also project.tsrt, device.eds and blank.tsrp (no object at all).
+// also project.tsrt, project.yaml, device.eds and blank.tsrp (no object at all).
 #include "bench/canopenparts.h"
 #include "bench/frameparts.h"
 #include "store/linetype.h"
@@ -105,7 +105,8 @@ int main(int argc, char *argv[])
     const bool isCANopen = types == QStringList(QStringLiteral("1"));
     QStringList forms = {folder.filePath(QStringLiteral("project.tsrp"))};
     if (isCANopen)
-        forms << folder.filePath(QStringLiteral("project.tsrt"));
+        forms << folder.filePath(QStringLiteral("project.tsrt"))
+              << folder.filePath(QStringLiteral("project.yaml"));
     bool written = writeProject(types, parts, forms);
     if (isCANopen)
         written = written &&

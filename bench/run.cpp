@@ -37,10 +37,12 @@ struct Kind {
     std::vector<std::string> files;
     std::vector<std::string> arguments;
     const char *comparedTo; ///< title of the kind that the ratios are told to
+    const char *program = "tessarine";
 };
 
 constexpr const char *kFloor = "floor"; ///< reads the same rows and writes the same bytes
 constexpr const char *kFull = "check and generate";
+constexpr const char *kStore = "bench_openproject"; ///< neither check nor files
 
 const std::vector<Kind> kFullRun = {
     {kFull, {"project.tsrp"}, {"-project", "project.tsrp"}, kFloor}};
@@ -53,6 +55,19 @@ const std::vector<Kind> kAllRuns = {
      kFull},
     {"the text form", {"project.tsrt"}, {"-project", "project.tsrt"}, kFull},
     {"save the text form", {"project.tsrt"}, {"-project", "project.tsrt", "-save"}, kFull},
+    {"the YAML form", {"project.yaml"}, {"-project", "project.yaml"}, "the text form"},
+    {"save the YAML form",
+     {"project.yaml"},
+     {"-project", "project.yaml", "-save"},
+     "save the text form"},
+    {"open text", {"project.tsrt"}, {"project.tsrt"}, kFull, kStore},
+    {"open YAML", {"project.yaml"}, {"project.yaml"}, "open text", kStore},
+    {"open and write text", {"project.tsrt"}, {"project.tsrt", "new.tsrt"}, kFull, kStore},
+    {"open and write YAML",
+     {"project.yaml"},
+     {"project.yaml", "new.yaml"},
+     "open and write text",
+     kStore},
 };
 
 struct Project {
@@ -230,7 +245,7 @@ private:
     Cost runKind(const Kind &kind)
     {
         freshFolder(kind.files);
-        return measure(bin / "tessarine", kind.arguments, work);
+        return measure(bin / kind.program, kind.arguments, work);
     }
 
     Cost runFloor(const std::string &bytes)
