@@ -3,11 +3,14 @@
 
 #include "app/generatormainhandler.h"
 #include "app/outputhandlerbase.h"
+#include "formats/yamlreader.h"
 #include "fuzz/recordfile.h"
+#include "store/yaml/yamlproject.h"
 #include "support/cohelper.h"
 #include "support/helper.h"
 #include "tests/fixtures/storefixture.h"
 
+#include <QBuffer>
 #include <QLoggingCategory>
 #include <QTextCodec>
 
@@ -137,6 +140,36 @@ void runModifier(const QByteArray &modifier)
     run.finish();
 }
 
+bool readYaml(const QByteArray &text, ProjectRecord *project)
+{
+    YamlProblems problems("project.yaml");
+    YamlDocument document;
+    return YamlReader::read(text, &document, &problems) &&
+           YamlProject::read(document, project, &problems) && problems.isEmpty();
+}
+
+QByteArray yamlOf(const ProjectRecord &project)
+{
+    QBuffer buffer;
+    (void)buffer.open(QIODevice::WriteOnly); // memory
+    if (!YamlProject::write(project, &buffer))
+        qFatal("a project that was read cannot be written");
+    return buffer.data();
+}
+
+/// No store, which would take most of the time: what was read is written, and has to be read as the
+/// same.
+void runYaml(const QByteArray &input)
+{
+    ProjectRecord project;
+    if (!readYaml(input, &project))
+        return;
+    const QByteArray written = yamlOf(project);
+    ProjectRecord again;
+    if (!readYaml(written, &again) || yamlOf(again) != written)
+        qFatal("a project that was written is not read as the same");
+}
+
 // clang-format off
 constexpr Fuzz::Target kTargets[] = {
     {"csv",      [](const QByteArray &input) { runImport("table.csv", input); }},
@@ -145,6 +178,7 @@ constexpr Fuzz::Target kTargets[] = {
     {"modifier", runModifier},
     {"records",  runRecords},
     {"text",     runText},
+    {"yaml",     runYaml},
 };
 // clang-format on
 

@@ -11,7 +11,8 @@ namespace Fuzz
 struct Target {
     const char *name; ///< of the folders with its inputs, too
     /// Opens, imports or applies the input as the tool does, checks with corrections, writes all
-    /// files whatever the check has found, and saves. Leaves no file.
+    /// files whatever the check has found, and saves. Leaves no file. Projects in YAML go no
+    /// further than to their records, and back.
     void (*run)(const QByteArray &input);
 };
 

@@ -12,7 +12,7 @@ extern "C" size_t LLVMFuzzerMutate(uint8_t *data, size_t size, size_t maxSize);
 namespace
 {
 
-constexpr char kSeparators[] = "=,;: \t\r\n\\";
+constexpr char kSeparators[] = "=,;: {}[]\t\r\n\\";
 
 // Values at the edges of what fields hold, and texts that mean something in C, HTML or SQL.
 // clang-format off
@@ -26,6 +26,7 @@ constexpr const char *kOddWords[] = {
     "${index}", "${sub}", "%1", "%2", "%s", "*/", "//", "\"", "'", "?\?/", "<b>", "|x00ff", "|x0",
     "\xC3\xA4", "\xC3", "\xEF\xBF\xBF", "\xF0\x9F\x98\x80", "a,b", "a;b", "a[3]", "@ByteArray(",
     "const", "ro", "rww", "V4", "true", "#9223372036854775807", "#-1", "#256", "#121", "~", "|%00",
+    "&a", "*a", "&a 1", "<<: *a", "null", "[]", "{}", "|", "- 1", "none",
 };
 // clang-format on
 
