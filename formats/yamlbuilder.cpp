@@ -29,6 +29,7 @@ YamlBuilder::YamlBuilder(const QByteArray &text, YamlDocument *result, YamlProbl
     document->source = text;
     at = document->source.constData();
     covered = at;
+    isAscii = std::all_of(text.begin(), text.end(), [](char byte) { return uchar(byte) < 0x80; });
 }
 
 YamlPlace YamlBuilder::placeOf(const yaml_mark_t &mark)
@@ -58,6 +59,8 @@ const char *YamlBuilder::placeInText(const yaml_mark_t &mark)
 {
     const char *const begin = document->source.constData();
     const char *const end = begin + document->source.size();
+    if (isAscii)
+        return begin + std::min(mark.index, size_t(document->source.size()));
     const auto isInside = [](char byte) { return (uchar(byte) & 0xC0) == 0x80; };
     for (; atIndex < mark.index && at < end; ++atIndex) {
         do {

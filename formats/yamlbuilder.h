@@ -75,6 +75,7 @@ private:
     // Marks count characters; these go through the text with them.
     const char *at;
     size_t atIndex = 0;
+    bool isAscii;        ///< then that is no way to go
     const char *covered; ///< the end of the last event
     int coveredLine = 1;
 };
