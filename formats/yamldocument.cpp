@@ -3,6 +3,8 @@
 
 #include <QSet>
 
+#include <cstring>
+
 YamlNode::YamlNode(const YamlDocument *owner, quint32 number) : document(owner), cell(number)
 {
     // What an anchor names is never an alias itself.
@@ -43,7 +45,10 @@ QString YamlNode::text() const
 
 bool YamlNode::is(const char *word) const
 {
-    return isScalar() && document->bytes(document->cells[cell]) == word;
+    if (!isScalar())
+        return false;
+    const YamlDocument::Cell &own = document->cells[cell];
+    return own.size == std::strlen(word) && std::memcmp(document->begin(own), word, own.size) == 0;
 }
 
 bool YamlNode::isPlain() const

@@ -225,16 +225,17 @@ QVector<YamlContext::Numbered> YamlContext::numbered(const QVector<YamlNode::Ent
     return result;
 }
 
-bool YamlContext::hasRoomFor(int subindices, YamlNode node)
+bool YamlContext::hasRoomFor(int records, YamlNode node)
 {
-    const bool hadRoom = subindexCount <= kMostSubindices;
-    subindexCount += subindices;
-    if (subindexCount <= kMostSubindices)
+    const bool hadRoom = recordCount <= kMostRecords;
+    recordCount += records;
+    if (recordCount <= kMostRecords)
         return true;
     if (hadRoom)
         problems->add("yaml-bounds", node.place(),
-                      QStringLiteral("from here on the project has more than %1 subindices")
-                          .arg(kMostSubindices));
+                      QStringLiteral("from here on the project has more than %1 subindices, frames "
+                                     "and signals")
+                          .arg(kMostRecords));
     return false;
 }
 

@@ -61,9 +61,11 @@ public:
     QVector<Numbered> numbered(const QVector<YamlNode::Entry> &entries, qint64 low, qint64 high,
                                const QString &what, const YamlWords &words = {});
 
-    /// May a project have so many subindices more? An array of 254 members is just a few bytes of a
-    /// file, which must not fill the memory. Tells it once.
-    bool hasRoomFor(int subindices, YamlNode node);
+    /// May a project have so many subindices, frames or signals more? An array of 254 members is
+    /// just a few bytes of a file, which must not fill the memory. Tells it once.
+    bool hasRoomFor(int records, YamlNode node);
+    /// There is no such room, or errors are enough: nothing that is read from here on counts.
+    bool isOver() const { return problems->isFull() || recordCount > kMostRecords; }
 
     /// A word of the file for a message: none is long.
     static QString cut(const QString &word);
@@ -72,8 +74,8 @@ public:
     YamlProblems *const problems;
 
 private:
-    static constexpr qint64 kMostSubindices = 4 * 1024 * 1024;
-    qint64 subindexCount = 0;
+    static constexpr qint64 kMostRecords = 512 * 1024;
+    qint64 recordCount = 0;
 };
 
 namespace YamlNumber

@@ -203,7 +203,7 @@ public:
             return;
         const QVector<YamlNode> items = list.items();
         for (const YamlNode item : items) {
-            if (context.problems->isFull())
+            if (context.isOver())
                 break;
             readSignal(item, baseSignal<Frame>(Frame(), nullptr), &(line->*Words::kOthers));
         }
@@ -225,20 +225,24 @@ private:
             return;
         const auto entries = context.numbered(frames, 0, kMostNumber, latin1(Words::kNumbered));
         for (const YamlContext::Numbered &entry : entries) {
+            if (context.isOver())
+                break;
             Frame frame;
             frame.direction = direction;
             frame.*Words::kNumber = quint32(entry.number);
             const QVector<YamlNode> items = entry.value.items();
             if (items.isEmpty())
                 readFrame(entry.value, frame);
-            for (const YamlNode item : items)
-                readFrame(item, frame);
+            for (const YamlNode item : items) {
+                if (!context.isOver())
+                    readFrame(item, frame);
+            }
         }
     }
 
     void readFrame(YamlNode map, const Frame &base)
     {
-        if (!context.isMap(map, isAMap(Words::kWhat)))
+        if (!context.isMap(map, isAMap(Words::kWhat)) || !context.hasRoomFor(1, map))
             return;
         Record record;
         record.frame = base;
@@ -273,7 +277,7 @@ private:
             return;
         const QVector<YamlNode> items = list.items();
         for (const YamlNode item : items) {
-            if (context.problems->isFull())
+            if (context.isOver())
                 break; // an alias may stand for a thousand faults
             if (item.isMap() && item.value(YamlKeys::kSkip))
                 readFillers(item, record);
@@ -294,7 +298,7 @@ private:
                                                         latin1(YamlKeys::kSkip)))
                 bits = int(*number);
         }
-        while (bits > 0) {
+        while (bits > 0 && context.hasRoomFor(1, item)) {
             const Type type = fillerFor(bits);
             record->signalsOf.push_back(
                 makeFiller<Frame>(baseSignal<Frame>(*record), CAN::typeNumber(type)));
@@ -304,7 +308,7 @@ private:
 
     void readSignal(YamlNode map, const Signal &base, std::vector<Signal> *signalsOf)
     {
-        if (!context.isMap(map, isAMap(Words::kSignal)))
+        if (!context.isMap(map, isAMap(Words::kSignal)) || !context.hasRoomFor(1, map))
             return;
         Signal signal = base;
         const auto others = YamlRecord::read(Words::kSignalTable, map, &signal, context);

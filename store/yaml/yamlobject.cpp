@@ -334,7 +334,9 @@ void readRecord(const Structure &map, ObjectRecord *object, const YamlDefaults &
                 YamlContext &context)
 {
     object->data.objectCode = ObjectCode::Record;
-    QStringList known{QString::fromLatin1(YamlKeys::kMembers)};
+    static const QStringList known{QString::fromLatin1(YamlKeys::kMembers)};
+    static const QStringList knownOfObject =
+        known + YamlRecord::words(kIndexYaml) + QStringList(QString::fromLatin1(YamlKeys::kArray));
     Entries others = map.others;
     if (map.object) {
         object->exists = false;
@@ -343,9 +345,8 @@ void readRecord(const Structure &map, ObjectRecord *object, const YamlDefaults &
             context.wrongValue(map.object, QStringLiteral("object is none, if there is none"));
     } else {
         others = readIndex(others, &object->data, context);
-        known << YamlRecord::words(kIndexYaml) << QString::fromLatin1(YamlKeys::kArray);
     }
-    tellBesideMembers(others, known, context);
+    tellBesideMembers(others, map.object ? known : knownOfObject, context);
     readMembers(map.members, object, defaults, context);
 }
 

@@ -15,6 +15,8 @@ void readLong(YamlNode map, YamlObjectSink &sink, const YamlDefaults &defaults,
         return;
     const auto numbered = context.numbered(map, 0, 0xFFFF, QStringLiteral("object index"));
     for (const YamlContext::Numbered &entry : numbered) {
+        if (context.isOver())
+            break;
         ObjectRecord object;
         YamlObject::read(entry.value, &object, defaults, context);
         sink.add(quint16(entry.number), entry.key, std::move(object));

@@ -95,8 +95,11 @@ void ProjectReader::readLines(YamlNode map)
     if (!context.isMap(map, QStringLiteral("lines are a map by numbers")))
         return;
     const auto lines = context.numbered(map, 0, kHighestLine, QStringLiteral("line"));
-    for (const YamlContext::Numbered &line : lines)
+    for (const YamlContext::Numbered &line : lines) {
+        if (context.isOver())
+            break;
         readLine(quint8(line.number), line.value);
+    }
 }
 
 void ProjectReader::readLine(quint8 number, YamlNode map)

@@ -7,6 +7,7 @@
 
 #include <cstring>
 #include <limits>
+#include <vector>
 
 namespace YamlRecord
 {
@@ -34,6 +35,19 @@ YamlCells::Bounds boundsOf(const Column<Record> &column)
             bounds = {-high - 1, high};
     }
     return bounds;
+}
+
+/// The same for the column in place \a i. They are looked for once: a record has one table.
+template <class Record>
+YamlCells::Bounds boundsOf(const YamlTable<Record> &table, int i)
+{
+    static const std::vector<YamlCells::Bounds> all = [&table] {
+        std::vector<YamlCells::Bounds> bounds;
+        for (int column = 0; column < table.count; ++column)
+            bounds.push_back(boundsOf(table.columns[column]));
+        return bounds;
+    }();
+    return all[size_t(i)];
 }
 
 /// The place of the column with that word in its table; -1 if there is none.
@@ -78,9 +92,8 @@ bool readColumn(const YamlTable<Record> &table, YamlNode key, YamlNode value, Re
     const int i = find(table, key);
     if (i < 0)
         return false;
-    const Column<Record> &column = table.columns[i];
-    if (const auto cell = YamlCells::fromYaml(table.words[i], value, boundsOf(column), context))
-        column.set(*record, *cell);
+    if (const auto cell = YamlCells::fromYaml(table.words[i], value, boundsOf(table, i), context))
+        table.columns[i].set(*record, *cell);
     return true;
 }
 

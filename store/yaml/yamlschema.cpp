@@ -62,7 +62,7 @@ public:
         for (int i = 0; i < table.count; ++i) {
             const YamlColumn &column = table.words[i];
             if (column.word)
-                add(column.word, ofColumn(column, YamlRecord::boundsOf(table.columns[i]),
+                add(column.word, ofColumn(column, YamlRecord::boundsOf(table, i),
                                           table.columns[i].get(Record())));
         }
         return *this;

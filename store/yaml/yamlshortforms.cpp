@@ -387,8 +387,11 @@ void YamlShortForms::readRecords(const YamlStandardForm &form, const YamlNode::E
 {
     const auto records =
         context.numbered(entry.value, 1, form.highestNumber(), QString::fromLatin1(form.word));
-    for (const YamlContext::Numbered &record : records)
+    for (const YamlContext::Numbered &record : records) {
+        if (context.isOver())
+            break;
         readRecord(form, int(record.number), {record.key, record.value});
+    }
 }
 
 void YamlShortForms::readMembers(const YamlStandardForm &form, const YamlNode::Entry &entry)

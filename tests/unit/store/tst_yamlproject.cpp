@@ -96,6 +96,16 @@ locks:
                "6:19: there is no key \"mastr\" in a line; did you mean \"master\"|"
                "7:21: there is no key \"line\" in a signal|"
                "8:17: signal 7 stands here a second time; line 7 has it first";
+        QByteArray arrays; // few bytes each, which must not fill the memory
+        for (int index = 2; index < 0x10000; ++index)
+            arrays += "      " + QByteArray::number(index) + ": *a\n";
+        QTest::newRow("too_many_members")
+            << "tessarine: 1\nlines:\n  0:\n    objects:\n      1: &a {array: 254}\n" + arrays
+            << "2061:7: from here on the project has more than 524288 subindices, frames and signals";
+        QTest::newRow("too_many_signals")
+            << "tessarine: 1\nlines:\n  0:\n    groups:\n      transmit:\n        1:\n          signals:\n" +
+                   QByteArray("            - {skip: 14280}\n").repeated(9000)
+            << "2348:15: from here on the project has more than 524288";
         // clang-format on
     }
     void tellsWhatIsWrong()
