@@ -1,4 +1,4 @@
-// An example of SQL text as the tool itself makes it.
+// A hand-written example of examples/ as the tool itself reads it.
 #pragma once
 
 #include "tests/fixtures/storefixture.h"
@@ -10,12 +10,8 @@
 inline std::unique_ptr<ObjectDataBase> runExample(const QString &name, const QString &folder,
                                                   bool isV4)
 {
-    const QString project = folder + '/' + name + ".tsrp";
-    QProcess sqlite;
-    sqlite.setStandardInputFile(QString(TESSARINE_EXAMPLES "/%1/%1.sql").arg(name));
-    sqlite.start("sqlite3", {"-bail", project});
-    if (!sqlite.waitForFinished(kLongestWaitMs) || sqlite.exitCode() != 0)
-        return nullptr;
+    const QString project = folder + '/' + name + ".yaml";
+    QFile::copy(QString(TESSARINE_EXAMPLES "/%1/%1.yaml").arg(name), project);
     QStringList arguments = {"-project", project};
     if (isV4) {
         writeFile(folder + "/v4.txt", "GeneralSettings:use_core_headers:V4\n");

@@ -6,7 +6,6 @@
 #include "tests/fixtures/storefixture.h"
 #include "tests/unit/generators/dbcreader.h"
 
-#include <QProcess>
 
 class tst_DbcGenerator : public StoreTest
 {
@@ -106,11 +105,7 @@ private slots:
     /// What a reader of the file is told is what the project holds.
     void tellsTheExcavator()
     {
-        const QString project = fixture.path("excavator.tsrp");
-        QProcess sqlite;
-        sqlite.setStandardInputFile(TESSARINE_EXAMPLES "/excavator/excavator.sql");
-        sqlite.start("sqlite3", {"-bail", project});
-        QVERIFY(sqlite.waitForFinished(kLongestWaitMs) && store->openDataBase(project));
+        QVERIFY(store->openDataBase(TESSARINE_EXAMPLES "/excavator/excavator.yaml"));
         generate();
         const DbcReader file(readFile(fixture.path("lamp.dbc")));
         QVERIFY2(file.fault.isEmpty(), qPrintable(file.fault));
