@@ -105,7 +105,7 @@ inline constexpr YamlStandardRow kIdentity[] = {
     {"vendor", 0x1018, 1, "Vendor-ID", kU32, "ro", "Number of the maker", false, "0", kUnmapped, kConst},
     {"product", 0x1018, 2, "Product code", kU32, "ro", "Number of the product", true, "0", kUnmapped, kConst},
     {"revision", 0x1018, 3, "Revision number", kU32, "ro", "Major revision in the upper half, minor in the lower", true, "0", kUnmapped, kConst},
-    {"serial", 0x1018, 4, "Serial number", kU32, "ro", "Serial number, mostly with a variable", true, "0", kUnmapped, kConst},
+    {"serial", 0x1018, 4, "Serial number", kU32, "ro", "Serial number, mostly with a variable"},
 };
 inline constexpr YamlStandardRow kSdoServer[] = {
     {"request", 0x1200, 1, "COB-ID client to server", kU32, "ro", "Identifier of requests", false, "$NODEID+0x600"},
