@@ -48,8 +48,7 @@ private slots:
             QTest::newRow(qPrintable(name))
                 << readFile(QString(TESSARINE_EXAMPLES "/%1/%1.yaml").arg(name));
         const QStringList page =
-            QString::fromUtf8(readFile(TESSARINE_EXAMPLES "/../docs/project-yaml.md"))
-                .split("```");
+            QString::fromUtf8(readFile(TESSARINE_EXAMPLES "/../docs/project-yaml.md")).split("```");
         int count = 0;
         for (const QString &block : page) {
             if (block.startsWith("yaml\n") && block.contains("tessarine: 1"))

@@ -6,7 +6,6 @@
 #include "tests/fixtures/storefixture.h"
 #include "tests/unit/generators/dbcreader.h"
 
-
 class tst_DbcGenerator : public StoreTest
 {
     Q_OBJECT
