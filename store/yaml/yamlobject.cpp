@@ -16,7 +16,7 @@ using CANopen::ObjectCode;
 using Entries = QVector<YamlNode::Entry>;
 
 constexpr int kHighestOfArray = 254;
-constexpr int kLongestName = 241; ///< characters that a member takes of the array's name (CiA 306)
+constexpr int kLongestName = 64; ///< characters that a member takes of the array's name
 
 /// These stand before the words of a variable, all others behind them.
 constexpr const char *kHeadWords[] = {"name", "code", "type"};
@@ -129,10 +129,13 @@ const QStringList &objectKeys()
 
 QString memberName(const QString &name, int number)
 {
-    QString start = name.left(kLongestName);
-    if (start.size() < name.size() && start.at(start.size() - 1).isHighSurrogate())
-        start.chop(1);
-    return start + QLatin1Char(' ') + QString::number(number);
+    int length = qMin(name.size(), kLongestName);
+    if (length < name.size() && name.at(length - 1).isHighSurrogate())
+        --length;
+    const QString end = QLatin1Char(' ') + QString::number(number);
+    QString result;
+    result.reserve(length + end.size()); // there may be very many of them
+    return result.append(name.leftRef(length)).append(end);
 }
 
 /// "Alarm 3" for the third member, if the first one is "Alarm 1"; else by the name of the array.
