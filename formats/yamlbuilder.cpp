@@ -17,6 +17,7 @@ const char *asText(const uchar *text)
     return reinterpret_cast<const char *>(text);
 }
 
+constexpr int kBytesOfValue = 32;    // of a text, from which it counts as several values
 constexpr int kMostSuggested = 1000; // words that are compared with one that is not there
 constexpr int kLongestSuggested = 100;
 
@@ -158,7 +159,7 @@ bool YamlBuilder::count(quint32 more, YamlPlace place)
     }
     return fail("yaml-bounds", place,
                 QStringLiteral("more than %1 values up to here, aliases counted as what they stand "
-                               "for")
+                               "for, and long texts as several")
                     .arg(YamlDocument::kMostNodes));
 }
 
@@ -247,13 +248,15 @@ bool YamlBuilder::takeScalar(const yaml_event_t &event)
 {
     const YamlPlace place = placeOf(event.start_mark);
     const bool isPlain = event.data.scalar.style == YAML_PLAIN_SCALAR_STYLE;
-    if (!count(1, place))
+    // An alias of a long text costs nothing here, but each reader of it makes a copy.
+    const quint32 weight = 1 + quint32(event.data.scalar.length / kBytesOfValue);
+    if (!count(weight, place))
         return false;
     checkTag(event.data.scalar.tag, isPlain, place);
     const quint32 cell = addCell(isPlain ? Type::Plain : Type::Quoted, place);
     placeText(event, &document->cells[cell]);
     if (event.data.scalar.anchor)
-        anchors.insert(asText(event.data.scalar.anchor), {cell, 1, 0});
+        anchors.insert(asText(event.data.scalar.anchor), {cell, weight, 0});
     close(cell, 0);
     return !problems->isFull();
 }

@@ -71,7 +71,7 @@ public:
     static constexpr qint64 kMostBytes = 64 * 1024 * 1024;
     static constexpr int kMostBytesOfLine = 64 * 1024;
     static constexpr int kMostDepth = 64; ///< of lists and maps in each other, after aliases
-    static constexpr quint32 kMostNodes = 4 * 1024 * 1024; ///< after aliases
+    static constexpr quint32 kMostNodes = 4 * 1024 * 1024; ///< after aliases; long texts as several
 
     YamlNode root() const { return cells.empty() ? YamlNode() : YamlNode(this, 0); }
     /// 0 if there is no comment, which writing the file anew would lose.

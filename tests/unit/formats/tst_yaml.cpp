@@ -145,8 +145,12 @@ private slots:
         row("long_line", "a: " + QByteArray(5000000, 'x') + "\n",
             {"1:1: the line is longer than 64 KiB: fold it"});
         const QString many =
-            ": more than 4194304 values up to here, aliases counted as what they stand for";
+            ": more than 4194304 values up to here, aliases counted as what they stand for, and "
+            "long texts as several";
         row("bomb", bomb(12), {"7:36" + many});
+        row("bomb_of_text",
+            "a: &a " + QByteArray(60000, 'x') + "\nb:\n" + QByteArray("- *a\n").repeated(3000),
+            {"2237:3" + many});
         row("merge_bomb", mergeChain(70),
             {"64:24: with this alias, lists and maps are deeper in "
              "each other than 64"});
