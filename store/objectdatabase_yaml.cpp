@@ -1,12 +1,15 @@
 // The YAML form of a project: its file as plain records, and back.
 #include "formats/yamlreader.h"
 #include "store/objectdatabase_p.h"
+#include "store/yaml/yamlcontext.h"
 #include "store/yaml/yamlproject.h"
 
 #include <QFile>
 
 namespace
 {
+
+constexpr QLatin1String kTooLarge("the project is too large for the YAML form: ");
 
 /// A value has two bytes at least: a file that is no larger breaks no bound of the reader.
 constexpr qint64 kBytesWithinBounds = 2 * qint64(YamlDocument::kMostNodes);
@@ -24,8 +27,7 @@ QString whyBeyondBounds(const QString &file)
     const QByteArray text = written.read(YamlDocument::kMostBytes + 1);
     if (YamlReader::read(text, &document, &problems) && problems.isEmpty())
         return QString();
-    return QStringLiteral("the project is too large for the YAML form: ") +
-           problems.lines().value(0);
+    return kTooLarge + problems.lines().value(0);
 }
 
 } // namespace
@@ -45,6 +47,11 @@ bool StorePrivate::writeYaml(const QString &file)
     ProjectRecord project;
     if (!owner->readRecords(&project) || damaged) {
         lastError = QStringLiteral("the temporary copy of it failed (%1)").arg(failure);
+        return false;
+    }
+    if (countOfRecords(project) > YamlContext::kMostRecords) {
+        lastError = kTooLarge + QStringLiteral("it has more than %1 subindices, frames and signals")
+                                    .arg(YamlContext::kMostRecords);
         return false;
     }
     QFile target(file);

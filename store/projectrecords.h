@@ -75,3 +75,6 @@ struct ProjectRecord {
     std::vector<ConnectionData> connections;
     std::map<quint8, LockRecord> locks; ///< by line, also of lines that do not exist
 };
+
+/// How many subindices, frames and signals it has.
+qint64 countOfRecords(const ProjectRecord &project);

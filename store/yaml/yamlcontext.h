@@ -73,8 +73,10 @@ public:
 
     YamlProblems *const problems;
 
+    /// Subindices, frames and signals of a project; they take some 400 MiB.
+    static constexpr qint64 kMostRecords = 1024 * 1024;
+
 private:
-    static constexpr qint64 kMostRecords = 512 * 1024;
     qint64 recordCount = 0;
 };
 

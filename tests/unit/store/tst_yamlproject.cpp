@@ -101,11 +101,11 @@ locks:
             arrays += "      " + QByteArray::number(index) + ": *a\n";
         QTest::newRow("too_many_members")
             << "tessarine: 1\nlines:\n  0:\n    objects:\n      1: &a {array: 254}\n" + arrays
-            << "2061:7: from here on the project has more than 524288 subindices, frames and signals";
+            << "4117:7: from here on the project has more than 1048576 subindices, frames and signals";
         QTest::newRow("too_many_signals")
             << "tessarine: 1\nlines:\n  0:\n    groups:\n      transmit:\n        1:\n          signals:\n" +
                    QByteArray("            - {skip: 14280}\n").repeated(9000)
-            << "2348:15: from here on the project has more than 524288";
+            << "4689:15: from here on the project has more than 1048576";
         // clang-format on
     }
     void tellsWhatIsWrong()
