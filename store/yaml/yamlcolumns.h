@@ -39,7 +39,7 @@ inline constexpr YamlColumn kNodeWords[] = {
     {"dcfpath",             "dcf-path",              YamlForm::Text,   {}, "Kept for other tools: where the DCF of the line is"},
     {"tpdocnt",             "tpdo-count",            YamlForm::Number, {}, "Kept for other tools: number of transmit PDOs"},
     {"rpdocnt",             "rpdo-count",            YamlForm::Number, {}, "Kept for other tools: number of receive PDOs"},
-    {"ismaster",            "master",                YamlForm::Flag,   {}, "Kept for other tools: the line is NMT master. The setting nmt-master decides"},
+    {"ismaster",            "master",                YamlForm::Flag,   {}, "Kept for other tools: the line is NMT master. The setting `nmt-master` decides"},
     {"issyncproducer",      "sync-producer",         YamlForm::Flag,   {}, "Kept for other tools: the line sends SYNC"},
     {"issyncconsumer",      "sync-consumer",         YamlForm::Flag,   {}, "Kept for other tools: the line receives SYNC"},
     {"ishbconsumer",        "heartbeat-consumer",    YamlForm::Flag,   {}, "Kept for other tools: the line watches heartbeats"},
@@ -48,8 +48,8 @@ inline constexpr YamlColumn kNodeWords[] = {
     {"ismpdosupported",     "mpdo",                  YamlForm::Flag,   {}, "Kept for other tools: the line has multiplexed PDOs"},
     {"iscanopengateway",    "canopen-gateway",       YamlForm::Flag,   {}, "Kept for other tools: the line is a gateway to another one"},
     {"allpdosstatic",       "static-pdos",           YamlForm::Flag,   {}, "Kept for other tools: no PDO can be changed from the bus"},
-    {"excludegeneration",   "exclude-generation",    YamlForm::Flag,   {}, "Kept for other tools: they write no sources for the line"},
-    {"generatedcf",         "generate-dcf",          YamlForm::Flag,   {}, "Kept for other tools: they write a DCF of the line"},
+    {"excludegeneration",   "exclude-generation",    YamlForm::Flag,   {}, "Kept for other tools: no sources are written for the line"},
+    {"generatedcf",         "generate-dcf",          YamlForm::Flag,   {}, "Kept for other tools: a DCF is written for the line"},
     {"prefix",              "prefix",                YamlForm::Text,   {}, "Kept for other tools: what variable names begin with"},
     {"outputpath",          "output-path",           YamlForm::Text,   {}, "Kept for other tools: where the files of the line go"},
     {"iconpath",            "icon-path",             YamlForm::Text,   {}, "Kept for other tools: picture of the device"},
@@ -63,28 +63,28 @@ static_assert(belongTogether(kNodeWords, kNodeColumns), "a word for each column"
 
 inline constexpr YamlColumn kIndexWords[] = {
     {"name",         "name",         YamlForm::Text,   {},         "Name in device descriptions, of which names in generated C are made"},
-    {"datatype",     "type",         YamlForm::Type,   {},         "Data type, such as U16 or VISIBLE_STRING; of an array that of its elements"},
+    {"datatype",     "type",         YamlForm::Type,   {},         "Data type, such as `U16` or `VISIBLE_STRING`; of an array that of its elements"},
     {"objecttype",   "code",         YamlForm::Word,   kCodeWords, "Object code: what kind of object it is"},
     {"description",  "description",  YamlForm::Text,   {},         "What the object is for; may have several lines"},
     {"category",     "category",     YamlForm::Number, {},         "Kept for other tools: whether a device must have the object"},
     {"device_class", "device-class", YamlForm::Text,   {},         "Kept for other tools: class of devices that have the object"},
     {"fwsupported",  "fw-supported", YamlForm::Flag,   {},         "Kept for other tools: the firmware has the object"},
-    {"metadata",     "metadata",     YamlForm::Map,    {},         "Free attributes of the object, such as eds_define"},
+    {"metadata",     "metadata",     YamlForm::Map,    {},         "Free attributes of the object, such as `eds_define`"},
 };
 static_assert(belongTogether(kIndexWords, kIndexColumns), "a word for each column");
 
 inline constexpr YamlColumn kSubIndexWords[] = {
     {"name",               "name",                 YamlForm::Text,     {},                   "Name in device descriptions, of which names in generated C are made"},
-    {"datatype",           "type",                 YamlForm::Type,     {},                   "Data type, such as U16 or VISIBLE_STRING"},
-    {"accesstype",         "access",               YamlForm::WordText, kAccessWords,         "Access from the bus; rwr is rw that is transmitted in PDOs, rww is rw that is received in them"},
-    {"defaultvalue",       "default",              YamlForm::Written,  {},                   "Value after a reset: a number, one after 0x, $NODEID+0x180, or a text"},
+    {"datatype",           "type",                 YamlForm::Type,     {},                   "Data type, such as `U16` or `VISIBLE_STRING`"},
+    {"accesstype",         "access",               YamlForm::WordText, kAccessWords,         "Access from the bus; `rwr` is `rw` that is transmitted in PDOs, `rww` is `rw` that is received in them"},
+    {"defaultvalue",       "default",              YamlForm::Written,  {},                   "Value after a reset: a number, also hexadecimal, one such as `$NODEID+0x180`, or a text"},
     {"currentvalue",       "current",              YamlForm::Written,  {},                   "Value of the device's configuration, which only DCF files hold"},
-    {"pdomapping",         "pdo",                  YamlForm::Word,     kPdoWords,            "PDOs that may map it: no, optional (any), rpdo, tpdo, or default (any, and mapped by default)"},
+    {"pdomapping",         "pdo",                  YamlForm::Word,     kPdoWords,            "PDOs that may map it: none, any (`optional`), any and mapped by default (`default`), receive or transmit PDOs"},
     {"lowlimit",           "low-limit",            YamlForm::Written,  {},                   "Least value; empty for none. Of signed types decimal"}, // both are written as YamlKeys::kLimits
     {"uplimit",            "up-limit",             YamlForm::Written,  {},                   "Greatest value; empty for none. Of signed types decimal"},
     {"size",               "size",                 YamlForm::Number,   {},                   "Bytes of a string or domain"},
     {"defaultineds",       "default-in-eds",       YamlForm::Flag,     {},                   "It has a default value"},
-    {"limitineds",         "limits-in-eds",        YamlForm::Flag,     {},                   "Limits stand in descriptions, and writing beyond them is refused if the setting limit_check is on"},
+    {"limitineds",         "limits-in-eds",        YamlForm::Flag,     {},                   "Limits stand in descriptions, and writing beyond them is refused if the setting `limit_check` is on"},
     {"refuseread",         "refuse-read",          YamlForm::Flag,     {},                   "Tools leave it out when they read all objects"},
     {"refusewrite",        "refuse-write",         YamlForm::Flag,     {},                   "Tools leave it out when they write all objects"},
     {"allowedaccesstypes", "allowed-access",       YamlForm::Text,     {},                   "Kept for other tools: access words to choose from, parted by commas"},
@@ -92,7 +92,7 @@ inline constexpr YamlColumn kSubIndexWords[] = {
     {"varname",            "variable",             YamlForm::Text,     {},                   "C expression: the variable of the application that holds the value"},
     {"description",        "description",          YamlForm::Text,     {},                   "What the value means; may have several lines"},
     {"category",           "category",             YamlForm::Number,   {},                   "Kept for other tools: whether a device must have it"},
-    {"writedefaulttoeds",  "write-default-to-eds", YamlForm::Word,     kDefaultToEdsWords,   "Whether descriptions hold the default value; with-default: if default-in-eds is true"},
+    {"writedefaulttoeds",  "write-default-to-eds", YamlForm::Word,     kDefaultToEdsWords,   "Whether descriptions hold the default value; `with-default`: if `default-in-eds` is true"},
     {"cyclicread",         "cyclic-read",          YamlForm::Flag,     {},                   "Kept for other tools"},
     {"dcfcomponent",       "dcf-component",        YamlForm::Flag,     {},                   "Kept for other tools: it has a value in the DCF"},
     {"changedbyuser",      "changed-by-user",      YamlForm::Flag,     {},                   "Kept for other tools: somebody changed it"},
@@ -109,7 +109,7 @@ static_assert(belongTogether(kSubIndexWords, kSubIndexColumns), "a word for each
 inline constexpr YamlColumn kConnectionWords[] = { // one text for each end
     {"prodnode", nullptr}, {"prodindex", nullptr}, {"prodsub", nullptr},
     {"connode", nullptr}, {"conindex", nullptr}, {"consub", nullptr},
-    {"priority", "priority", YamlForm::Number, {}, "Priority of the connection, 0 to 255"},
+    {"priority", "priority", YamlForm::Number, {}, "Priority of the connection"},
 };
 static_assert(belongTogether(kConnectionWords, kConnectionColumns), "a word for each column");
 
@@ -123,16 +123,16 @@ static_assert(belongTogether(kUdsServiceWords, kUdsServiceColumns), "a word for 
 inline constexpr YamlColumn kLineSignalWords[] = {
     {"nodeid",          nullptr,            YamlForm::Number}, // its line
     {"name",            "name",             YamlForm::Text,     {},           "Name of the signal"},
-    {"datatype",        "type",             YamlForm::Type,     {},           "Data type, such as U16"},
-    {"accesstype",      "access",           YamlForm::WordText, kAccessWords, "Access to the value; txmpdo: sent in a multiplexed PDO"},
+    {"datatype",        "type",             YamlForm::Type,     {},           "Data type, such as `U16`"},
+    {"accesstype",      "access",           YamlForm::WordText, kAccessWords, "Access to the value; `txmpdo`: sent in a multiplexed PDO"},
     {"defaultvalue",    "default",          YamlForm::Written,  {},           "Value after a reset"},
-    {"signalgroup",     "group",            YamlForm::Number,   {},           "Number of its group in signal-groups; 0 for none"},
+    {"signalgroup",     "group",            YamlForm::Number,   {},           "Number of its group in `signal-groups`; 0 for none"},
     {"ref",             "ref",              YamlForm::Number,   {},           "Number of the signal that it takes its value from; 0 for none"},
-    {"transmittype",    "transmit-type",    YamlForm::Number,   {},           "How it is sent, 0 to 255"},
-    {"transmittrigger", "transmit-trigger", YamlForm::Number,   {},           "What makes it be sent, 0 to 255"},
-    {"eventtimer",      "event-timer",      YamlForm::Number,   {},           "ms between two messages, 0 to 65535"},
-    {"syncvalue",       "sync",             YamlForm::Number,   {},           "SYNC messages between two of its own, 0 to 255"},
-    {"syncstartvalue",  "sync-start",       YamlForm::Number,   {},           "Count of the SYNC message that it begins with, 0 to 255"},
+    {"transmittype",    "transmit-type",    YamlForm::Number,   {},           "How it is sent"},
+    {"transmittrigger", "transmit-trigger", YamlForm::Number,   {},           "What makes it be sent"},
+    {"eventtimer",      "event-timer",      YamlForm::Number,   {},           "Milliseconds between two messages"},
+    {"syncvalue",       "sync",             YamlForm::Number,   {},           "SYNC messages between two of its own"},
+    {"syncstartvalue",  "sync-start",       YamlForm::Number,   {},           "Count of the SYNC message that it begins with"},
     {"routing",         "routing",          YamlForm::Number,   {},           "Kept for other tools: its way through a gateway"},
 };
 static_assert(belongTogether(kLineSignalWords, kLineSignalColumns), "a word for each column");
@@ -141,8 +141,8 @@ inline constexpr YamlColumn kPgnWords[] = {
     {"number",               nullptr,             YamlForm::Hex},
     {"edp_dp_key",           "data-page-key",     YamlForm::Number, {},              "Data page bits, in older projects whose numbers of groups lack them"},
     {"priority",             "priority",          YamlForm::Number, {},              "Priority on the bus: 0 is the highest, 7 the lowest"},
-    {"cycletime_ms",         "cycle",             YamlForm::Number, {},              "ms between two messages, 0 to 65535; 0: not cyclic"},
-    {"inhibittime_ms",       "inhibit",           YamlForm::Number, {},              "Least ms between two messages, 0 to 65535"},
+    {"cycletime_ms",         "cycle",             YamlForm::Number, {},              "Milliseconds between two messages; 0: not cyclic"},
+    {"inhibittime_ms",       "inhibit",           YamlForm::Number, {},              "Least milliseconds between two messages"},
     {"mappingcount",         "count",             YamlForm::Number, {},              "Number of signals, if it is not that of the list"},
     {"direction",            nullptr,             YamlForm::Word,   kDirectionWords},
     {"name",                 "name",              YamlForm::Text,   {},              "Name of the group"},
@@ -158,7 +158,7 @@ static_assert(belongTogether(kPgnWords, kPgnColumns), "a word for each column");
 inline constexpr YamlColumn kSpnWords[] = {
     {"pgnnumber",      nullptr,          YamlForm::Hex},
     {"spnnumber",      "spn",            YamlForm::Number,  {},                   "Suspect parameter number"},
-    {"datatype",       "type",           YamlForm::Type,    {},                   "Data type, such as U16, which gives the size in the frame"},
+    {"datatype",       "type",           YamlForm::Type,    {},                   "Data type, such as `U16`, which gives the size in the frame"},
     {"implementation", "implementation", YamlForm::Word,    kImplementationWords, kWhereHelp},
     {"varname",        "variable",       YamlForm::Text,    {},                   "C expression: the variable of the application that holds the value"},
     {"defaultvalue",   "default",        YamlForm::Written, {},                   "Value at the start of the application's variable; numbers that generated C declares start as not available"},
@@ -173,8 +173,8 @@ static_assert(belongTogether(kSpnWords, kSpnColumns), "a word for each column");
 
 inline constexpr YamlColumn kCanIdWords[] = {
     {"id",             nullptr,       YamlForm::Hex},
-    {"cycletime_ms",   "cycle",       YamlForm::Number, {},              "ms between two messages, 0 to 65535; 0: not cyclic"},
-    {"inhibittime_ms", "inhibit",     YamlForm::Number, {},              "Least ms between two messages, 0 to 65535"},
+    {"cycletime_ms",   "cycle",       YamlForm::Number, {},              "Milliseconds between two messages; 0: not cyclic"},
+    {"inhibittime_ms", "inhibit",     YamlForm::Number, {},              "Least milliseconds between two messages"},
     {"mappingcount",   "count",       YamlForm::Number, {},              "Number of elements, if it is not that of the list"},
     {"direction",      nullptr,       YamlForm::Word,   kDirectionWords},
     {"name",           "name",        YamlForm::Text,   {},              "Name of the frame"},
@@ -185,7 +185,7 @@ static_assert(belongTogether(kCanIdWords, kCanIdColumns), "a word for each colum
 inline constexpr YamlColumn kDataElementWords[] = {
     {"canid",          nullptr,          YamlForm::Hex},
     {"number",         "number",         YamlForm::Number,  {},                   "Number of the element, which orders the frame; one more than that before it if not given"},
-    {"datatype",       "type",           YamlForm::Type,    {},                   "Data type, such as U16, which gives the size in the frame"},
+    {"datatype",       "type",           YamlForm::Type,    {},                   "Data type, such as `U16`, which gives the size in the frame"},
     {"implementation", "implementation", YamlForm::Word,    kImplementationWords, kWhereHelp},
     {"varname",        "variable",       YamlForm::Text,    {},                   "C expression: the variable of the application that holds the value"},
     {"defaultvalue",   "default",        YamlForm::Written, {},                   "Value at the start; a frame that is sent begins with it"},

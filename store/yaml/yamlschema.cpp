@@ -72,9 +72,10 @@ public:
     Keys &withoutDefaults(const QStringList &keys)
     {
         for (const QString &key : keys) {
-            QJsonObject schema = properties[key].toObject();
+            QJsonObject schema = properties.value(key).toObject();
             schema.remove("default");
-            properties[key] = schema;
+            if (properties.contains(key))
+                properties.insert(key, schema);
         }
         return *this;
     }
@@ -202,8 +203,9 @@ QJsonObject settingsOf(SettingStore store, const QString &help)
 
 QJsonObject limits()
 {
-    return described({{"type", "array"}, {"items", text()}, {"minItems", 2}, {"maxItems", 2}},
-                     "Least and greatest value; \"\" where there is none");
+    return described(
+        {{"type", "array"}, {"items", text()}, {"minItems", 2}, {"maxItems", 2}},
+        "Least and greatest value; `\"\"` where there is none. Of signed types decimal");
 }
 
 Keys memberKeys()
@@ -225,7 +227,10 @@ QJsonObject objectDefaults()
             keys.add(column.word, ofColumn(column, YamlRecord::boundsOf(kSubIndexColumns[i]),
                                            kSubIndexColumns[i].get(SubIndexData())));
     }
-    return keys.add(YamlKeys::kLimits, either(limits(), only(YamlKeys::kOfType)))
+    return keys
+        .add(YamlKeys::kLimits,
+             either(limits(), only(YamlKeys::kOfType),
+                    "Least and greatest value, or `type` for the range of the data type"))
         .map("What subindices have that say nothing else");
 }
 
@@ -242,15 +247,19 @@ QJsonObject object()
              number({1, 254}, "Number of elements; the keys beside it say what each one is"))
         .add(YamlKeys::kMembers,
              mapOf(numberKey(0xFF), either(only(YamlKeys::kNone), reference(kMember)),
-                   "Subindices by number; beside \"array\" what single ones differ in"))
-        .add(YamlKeys::kObject, only(YamlKeys::kNone))
+                   "Subindices by number; beside `array` what single ones differ in"))
+        .add(YamlKeys::kObject,
+             described(only(YamlKeys::kNone), "There are subindices of this index, but no object"))
         .map();
 }
 
 /// The default value of a variable or subindex, or a map with more about it.
 QJsonObject standardValue(const YamlStandardRow &row, const char *definition)
 {
-    return either(text(), reference(definition), latin1(row.help));
+    QJsonObject schema = either(text(), reference(definition), latin1(row.help));
+    if (!row.isOptional)
+        schema.insert("default", latin1(row.value));
+    return schema;
 }
 
 Keys standardKeys(const YamlStandardForm &form)
@@ -267,8 +276,8 @@ Keys standardKeys(const YamlStandardForm &form)
 QJsonObject pdo(const YamlStandardForm &form)
 {
     QJsonObject items =
-        listOf(text(), "What the PDO holds, in its order: 0x2010, 0x2012:1, or with "
-                       "the bits 0x20120110");
+        listOf(text(), "What the PDO holds, in its order: `0x2010`, `0x2012:1`, or with "
+                       "the bits `0x20120110`");
     items.insert("maxItems", PdoEntryCount::kHighest);
     return standardKeys(form)
         .add(YamlKeys::kMap, items)
@@ -327,10 +336,12 @@ QJsonObject signalsOf(const char *definition)
 template <class Signal>
 QJsonObject signalOf(const YamlTable<Signal> &table, const char *frameKey)
 {
+    const QString help =
+        QStringLiteral("%1 of its ") + latin1(frameKey) + ", which the line does not have";
     return Keys()
         .add(table)
-        .add(frameKey, number(kAnyNumber, "Number of its frame, if that does not stand around it"))
-        .add(YamlKeys::kDirection, word(kDirectionWords, kAnyNumber, "The direction of that"))
+        .add(frameKey, number(kAnyNumber, help.arg("Number")))
+        .add(YamlKeys::kDirection, word(kDirectionWords, kAnyNumber, help.arg("Direction")))
         .withoutDefaults({"implementation", "number", "pos"})
         .map();
 }
@@ -365,7 +376,7 @@ QJsonObject lock()
     return Keys()
         .add(YamlKeys::kPdos, listOf(index, "Indices of PDO parameters that stay as they are"))
         .add(YamlKeys::kMappings, listOf(index, "Indices of PDO mappings that stay as they are"))
-        .map("What tools leave as it is");
+        .map();
 }
 
 QJsonObject connection()
@@ -374,7 +385,7 @@ QJsonObject connection()
         return described({{"type", "string"}, {"pattern", connectionEnd()}}, help);
     };
     return Keys()
-        .add(YamlKeys::kFrom, end("Whose value goes, <line>/<index>:<subindex>: 0/0x2010:1"))
+        .add(YamlKeys::kFrom, end("Whose value goes, by line, index and subindex: `0/0x2010:1`"))
         .add(YamlKeys::kTo, end("Where it goes, the same way"))
         .require(YamlKeys::kFrom)
         .require(YamlKeys::kTo)
@@ -418,7 +429,7 @@ QJsonObject line()
         keys.add(form.word, standard(form));
     return keys.add(YamlKeys::kJ1939, j1939OfLine())
         .add(YamlKeys::kDescription,
-             reference(kDescriptions, "What device descriptions say, of a line above 0"))
+             reference(kDescriptions, "What device descriptions say of a line above 0"))
         .add(YamlKeys::kObjectDefaults, objectDefaults())
         .add(YamlKeys::kObjects, mapOf(numberKey(0xFFFF), reference(kObject), "Objects by index"))
         .add(YamlKeys::kGroups, frames(kGroup, "Parameter groups by direction and number"))
@@ -430,7 +441,7 @@ QJsonObject line()
         .add(YamlKeys::kUds, services())
         .add(YamlKeys::kSignals, mapOf(anyNumberKey(), Keys().add(kLineSignalYaml).map(),
                                        "Signals that the line gives to others, by number"))
-        .add(YamlKeys::kLocks, reference(kLock))
+        .add(YamlKeys::kLocks, reference(kLock, "What tools leave as it is"))
         .map("A CAN line of the device");
 }
 
@@ -438,11 +449,11 @@ QJsonObject project()
 {
     return Keys()
         .add(YamlKeys::kVersion, number({YamlKeys::kVersionNumber, YamlKeys::kVersionNumber},
-                                        "The version of this form, 1"))
+                                        "The version of this form"))
         .require(YamlKeys::kVersion)
         .require(YamlKeys::kLines)
         .add(YamlKeys::kDescription,
-             reference(kDescriptions, "What device descriptions say, of line 0"))
+             reference(kDescriptions, "What device descriptions say of line 0"))
         .add(YamlKeys::kSettings, settingsOf(SettingStore::General, "Settings of all lines"))
         .add(YamlKeys::kJ1939, settingsOf(SettingStore::J1939, "Settings of all J1939 lines"))
         .add(YamlKeys::kEnergyBus, texts("Settings of EnergyBus"))

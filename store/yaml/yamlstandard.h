@@ -92,7 +92,7 @@ inline constexpr YamlStandardRow kManufacturer[] = {
     {"software", 0x100A, 0, "Manufacturer software version", kText, "const", "Version of the software", true, "", kUnmapped, kConst},
 };
 inline constexpr YamlStandardRow kEmergency[] = {
-    {"cob-id", 0x1014, 0, "COB-ID emergency message", kU32, "rw", "Identifier of emergencies, such as $NODEID+0x80"},
+    {"cob-id", 0x1014, 0, "COB-ID emergency message", kU32, "rw", "Identifier of emergencies, such as `$NODEID+0x80`"},
     {"inhibit", 0x1015, 0, "Inhibit time emergency", kU16, "rw", "Least time between two, in steps of 100 microseconds"},
 };
 inline constexpr YamlStandardRow kHeartbeat[] = {
@@ -118,13 +118,13 @@ inline constexpr YamlStandardRow kSdoClient[] = {
     {"node", 0x1280, 3, "Node-ID of the SDO server", kU8, "rw", "Node of the server", false},
 };
 inline constexpr YamlStandardRow kRpdo[] = {
-    {"cob-id", 0x1400, 1, "COB-ID used by PDO", kU32, "rw", "Identifier, such as $NODEID+0x200; bit 31: not in use", false, "0x80000000"},
+    {"cob-id", 0x1400, 1, "COB-ID used by PDO", kU32, "rw", "Identifier, such as `$NODEID+0x200`; bit 31: not in use", false, "0x80000000"},
     {"transmission", 0x1400, 2, "Transmission type", kU8, "rw", "0 to 240: with SYNC; 254 and 255: at once", false, "255"},
     {"inhibit", 0x1400, 3, "Inhibit time", kU16, "rw", "Steps of 100 microseconds"},
     {"event-timer", 0x1400, 5, "Event timer", kU16, "rw", "Milliseconds after which the PDO counts as lost"},
 };
 inline constexpr YamlStandardRow kTpdoRows[] = {
-    {"cob-id", 0x1800, 1, "COB-ID used by PDO", kU32, "rw", "Identifier, such as $NODEID+0x180; bit 31: not in use", false, "0x80000000"},
+    {"cob-id", 0x1800, 1, "COB-ID used by PDO", kU32, "rw", "Identifier, such as `$NODEID+0x180`; bit 31: not in use", false, "0x80000000"},
     {"transmission", 0x1800, 2, "Transmission type", kU8, "rw", "0 to 240: with SYNC; 254 and 255: by events", false, "255"},
     {"inhibit", 0x1800, 3, "Inhibit time", kU16, "rw", "Least time between two, in steps of 100 microseconds"},
     {"event-timer", 0x1800, 5, "Event timer", kU16, "rw", "Milliseconds after which it is sent anyway"},

@@ -21,7 +21,8 @@ done
 dpkg-deb -x "$package" "$work/root"
 for file in share/man/man1/tessarine.1.gz share/bash-completion/completions/tessarine \
     share/tessarine/tessarine.schema.json share/cmake/Tessarine/TessarineConfig.cmake share/doc/tessarine/README.md share/doc/tessarine/docs/settings.md \
-    share/doc/tessarine/docs/projects.md share/doc/tessarine/examples/empty/empty.tsrt; do
+    share/doc/tessarine/docs/projects.md share/doc/tessarine/docs/project-yaml-keys.md \
+    share/doc/tessarine/examples/empty/empty.tsrt; do
     [ -f "$work/root/usr/$file" ] || { echo "the package lacks $file"; exit 1; }
 done
 "$work/root/usr/bin/tessarine" -schema | cmp - "$work/root/usr/share/tessarine/tessarine.schema.json"

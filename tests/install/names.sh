@@ -1,6 +1,6 @@
 #!/bin/bash
 # What the tool knows must be told by what is installed with it, and by the README: its options, the settings of
-# the user, and the C files it writes.
+# the user, and the C files it writes. The pages are linked soundly.
 # And the completion offers what fits.
 cd "$(dirname "$0")/../.." || exit 1
 bad=0
@@ -31,6 +31,17 @@ files=$(grep -rhoE '\bgen_[a-z0-9_]+\.[ch]\b' generators --include='*.cpp' | sor
 for file in $files; do
     grep -qE "[ (]$file([ )]|$)" packaging/TessarineGenerate.cmake || complain "no $file in tessarine_generate()"
     grep -qF "\`$file\`" README.md || complain "no $file in README.md"
+done
+
+# Links lead to pages and headings that are there.
+for page in README.md docs/*.md; do
+    for link in $(grep -oE '\]\([^) ]+\)' "$page" | sed 's/^](//; s/)$//' | grep -v '^https:' | sort -u); do
+        target=$(dirname "$page")/${link%%#*}
+        [ "${link%%#*}" ] || target=$page
+        [ -e "$target" ] || complain "$page has a link to $link, which is not there"
+        [[ $link != *#* ]] || sed -n 's/^#\+ //p' "$target" | tr 'A-Z ' 'a-z-' | tr -cd 'a-z0-9_\n-' |
+            grep -qx -- "${link#*#}" || complain "$page has a link to $link, which is no heading"
+    done
 done
 
 . packaging/completion.bash

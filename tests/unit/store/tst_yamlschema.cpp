@@ -136,6 +136,8 @@ private slots:
         row("groups_several", Good, ofLine("groups: {0x77: {65262: [{name: A}, {name: B}]}}"));
         row("groups_direction", Bad, ofLine("groups: {sent: {}}"));
         row("groups_elements", Bad, ofLine("groups: {transmit: {1: {elements: []}}}"));
+        row("signal_of_element_key", Bad,
+            ofLine("groups: {transmit: {1: {signals: [{number: 1}]}}}"));
         row("frames", Good,
             ofLine("frames: {receive: {0x123: {elements: [{number: 1, bits: 7}]}}}"));
         row("frame_priority", Bad, ofLine("frames: {receive: {0x123: {priority: 1}}}"));
