@@ -239,6 +239,14 @@ bool YamlContext::hasRoomFor(int records, YamlNode node)
     return false;
 }
 
+bool YamlNumber::isValue(const QString &text)
+{
+    static const QRegularExpression node(QStringLiteral("\\A\\$NODEID *\\+ *(.+)\\z"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = node.match(text);
+    return parse(match.hasMatch() ? match.captured(1) : text).has_value();
+}
+
 std::optional<qint64> YamlNumber::parse(const QString &text)
 {
     const bool isNegative = text.startsWith(QLatin1Char('-'));

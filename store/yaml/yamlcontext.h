@@ -85,5 +85,7 @@ namespace YamlNumber
 
 /// A whole number with or without sign, decimal or hexadecimal after "0x"; no blanks.
 std::optional<qint64> parse(const QString &text);
+/// A number, or one to which the node-ID is added: "$NODEID+0x180".
+bool isValue(const QString &text);
 
 } // namespace YamlNumber

@@ -67,6 +67,12 @@ std::optional<YamlMapping::Item> itemOf(const QString &text, int place)
     return YamlMapping::Item{quint8(place), quint16(index), quint8(sub)};
 }
 
+/// Is it the whole value of a mapping?
+bool isEntry(const QString &text)
+{
+    return !itemOf(text, 0) && YamlNumber::parse(text);
+}
+
 /// Bits of what an item names; none if that is not there.
 std::optional<quint8> bitsOf(const YamlMapping::Item &item, const Objects &objects)
 {
@@ -93,7 +99,7 @@ std::optional<QString> itemText(const QString &value, const Objects &objects)
             return hex4(item.index) +
                    (item.sub > 0 ? QStringLiteral(":%1").arg(item.sub) : QString());
     }
-    return itemOf(value, 0) ? std::nullopt : std::optional<QString>(value);
+    return isEntry(value) ? std::optional<QString>(value) : std::nullopt;
 }
 
 // --- Reading ---
@@ -115,11 +121,15 @@ void readItems(YamlNode list, YamlMapping::Mapping *mapping, bool isFixed,
     for (int place = 1; place <= items.size(); ++place) {
         SubIndexData &sub = subs[quint8(place)];
         sub = baseOfSub(place, isFixed, defaults);
-        const auto text =
-            context.text(items.at(place - 1), QStringLiteral("an entry of a mapping"));
+        const YamlNode node = items.at(place - 1);
+        const auto text = context.text(node, QStringLiteral("an entry of a mapping"));
         sub.defaultValue = text.value_or(QString());
         if (const auto item = itemOf(sub.defaultValue, place))
             mapping->items.push_back(*item);
+        else if (text && !isEntry(*text))
+            context.wrongValue(node, QStringLiteral("an entry of a mapping is an object, such as "
+                                                    "0x2010 or 0x2012:1, not %1")
+                                         .arg(YamlContext::quoted(*text)));
     }
 }
 

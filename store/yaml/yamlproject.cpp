@@ -13,6 +13,14 @@ namespace
 
 constexpr qint64 kHighestLine = 253; // no file holds the scratch lines
 
+const QStringList &keysOfLine()
+{
+    static const QStringList keys = YamlRecord::words(kNodeYaml) + YamlSettings::keysOfLine() +
+                                    YamlObjects::keys() + YamlFrames::keys() +
+                                    YamlNetwork::keysOfLine();
+    return keys;
+}
+
 class ProjectReader
 {
 public:
@@ -85,9 +93,12 @@ void ProjectReader::readEntry(const YamlNode::Entry &entry)
         return readLines(entry.value);
     if (network.readOfProject(entry) || settings.readOfProject(entry, context))
         return;
+    const QString where = QStringLiteral("a project");
+    if (keysOfLine().contains(entry.key.text()))
+        return context.misplacedKey(entry.key, where, QStringLiteral("a line"));
     const QStringList known = QStringList{YamlKeys::kVersion, YamlKeys::kLines} +
                               YamlSettings::keysOfProject() + YamlNetwork::keysOfProject();
-    context.unknownKey(entry.key, QStringLiteral("a project"), known);
+    context.unknownKey(entry.key, where, known);
 }
 
 void ProjectReader::readLines(YamlNode map)
@@ -120,16 +131,13 @@ void ProjectReader::readLine(quint8 number, YamlNode map)
 
 void ProjectReader::refuseInLine(YamlNode key)
 {
-    static const QStringList known = YamlRecord::words(kNodeYaml) + YamlSettings::keysOfLine() +
-                                     YamlObjects::keys() + YamlFrames::keys() +
-                                     YamlNetwork::keysOfLine();
     const bool isOfObject =
         YamlRecord::find(kIndexYaml, key) >= 0 || YamlRecord::find(kSubIndexYaml, key) >= 0;
     const QString where = QStringLiteral("a line");
     if (isOfObject)
         context.misplacedKey(key, where, QStringLiteral("an object"));
     else
-        context.unknownKey(key, where, known);
+        context.unknownKey(key, where, keysOfLine());
 }
 
 void writeNode(const NodeData &node, YamlWriter &writer)

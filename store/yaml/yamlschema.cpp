@@ -256,7 +256,9 @@ QJsonObject object()
 /// The default value of a variable or subindex, or a map with more about it.
 QJsonObject standardValue(const YamlStandardRow &row, const char *definition)
 {
-    QJsonObject schema = either(text(), reference(definition), latin1(row.help));
+    const bool isText = row.type == YamlStandard::kText;
+    QJsonObject schema =
+        either(isText ? text() : valueOrNode(), reference(definition), latin1(row.help));
     if (!row.isOptional)
         schema.insert("default", latin1(row.value));
     return schema;
@@ -276,8 +278,8 @@ Keys standardKeys(const YamlStandardForm &form)
 QJsonObject pdo(const YamlStandardForm &form)
 {
     QJsonObject items =
-        listOf(text(), "What the PDO holds, in its order: `0x2010`, `0x2012:1`, or with "
-                       "the bits `0x20120110`");
+        listOf(mappingEntry(), "What the PDO holds, in its order: `0x2010`, `0x2012:1`, or with "
+                               "the bits `0x20120110`");
     items.insert("maxItems", PdoEntryCount::kHighest);
     return standardKeys(form)
         .add(YamlKeys::kMap, items)

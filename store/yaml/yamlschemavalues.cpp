@@ -212,6 +212,18 @@ QString YamlSchemaValues::anyNumberKey()
     return whole({kAnyNumber});
 }
 
+QJsonObject YamlSchemaValues::valueOrNode()
+{
+    return typed({"integer", "string"},
+                 {QStringLiteral("(?:\\$%1 *[+] *)?%2").arg(anyCase("NODEID"), kAnyNumber)});
+}
+
+QJsonObject YamlSchemaValues::mappingEntry()
+{
+    return typed({"integer", "string"},
+                 {kAnyNumber, QStringLiteral("(?:0x[0-9A-Fa-f]{1,4}|[0-9]{1,5}):[0-9]{1,3}")});
+}
+
 QString YamlSchemaValues::connectionEnd()
 {
     return whole({QStringLiteral("%1/%1(?::%1)?").arg(QLatin1String(kAnyNumber))});

@@ -35,6 +35,10 @@ QJsonObject word(const YamlWords &words, YamlCells::Bounds bounds, const QString
 QString numberKey(quint32 high);
 /// The same for any number, with a sign or without.
 QString anyNumberKey();
+/// A number, or "$NODEID+0x180".
+QJsonObject valueOrNode();
+/// What a PDO maps: "0x2012:1", or a number.
+QJsonObject mappingEntry();
 /// The end of a connection, such as "0/0x2010:1".
 QString connectionEnd();
 /// As numberKey(), and the words.

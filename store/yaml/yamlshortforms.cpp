@@ -48,6 +48,12 @@ QStringList keysOf(const YamlStandardForm &form)
 
 // --- Reading ---
 
+/// Anything else has to be said as the default value of a map.
+bool isPlainValue(const QString &text, const SubIndexData &sub)
+{
+    return sub.dataType == YamlStandard::kText || YamlNumber::isValue(text);
+}
+
 /// A default value, or a map of words.
 void readValue(YamlNode node, const QString &what, SubIndexData *sub, const YamlDefaults &defaults,
                YamlContext &context)
@@ -58,6 +64,10 @@ void readValue(YamlNode node, const QString &what, SubIndexData *sub, const Yaml
         for (const YamlNode::Entry &entry : others)
             context.unknownKey(entry.key, what, YamlSubIndex::keys());
     } else if (const auto text = context.text(node, what)) {
+        if (!isPlainValue(*text, base))
+            context.wrongValue(
+                node, QStringLiteral("%1 is a number, or \"$NODEID+\" and a number, not %2")
+                          .arg(what, YamlContext::quoted(*text)));
         sub->defaultValue = *text;
         *sub = YamlSubIndex::follow(*sub, *sub, defaults);
     }
@@ -84,7 +94,8 @@ std::optional<YamlValue> valueOf(const SubIndexData &sub, const SubIndexData &ba
                                  const char *const *freeWords, const YamlDefaults &defaults)
 {
     const SubIndexData followed = YamlSubIndex::follow(base, sub, defaults);
-    if (YamlSubIndex::isEqualBut(kScalarWords, sub, followed))
+    if (YamlSubIndex::isEqualBut(kScalarWords, sub, followed) &&
+        isPlainValue(sub.defaultValue, base))
         return YamlValue::written(sub.defaultValue);
     if (!YamlSubIndex::isEqualBut(freeWords, sub, followed))
         return std::nullopt;
