@@ -393,6 +393,18 @@ ObjectRecord newVariable(const YamlDefaults &defaults)
     return object;
 }
 
+/// The only subindex has the name and the type that the map says, and the limits of that type.
+SubIndexData baseOfVariable(const IndexData &data, const ObjectRecord &base,
+                            const YamlDefaults &defaults)
+{
+    SubIndexData sub = base.subs.at(0);
+    sub.name = data.name;
+    if (sub.dataType != data.dataType)
+        defaults.followType(&sub, data.dataType);
+    sub.dataType = data.dataType;
+    return sub;
+}
+
 } // namespace
 
 SubIndexData YamlObject::countMember(quint8 highest, const YamlDefaults &defaults)
@@ -422,9 +434,7 @@ void YamlObject::readVariable(const Entries &entries, const ObjectRecord &base,
 {
     *object = base;
     const Entries others = readIndex(entries, &object->data, context);
-    SubIndexData sub = base.subs.at(0);
-    sub.name = object->data.name;
-    sub.dataType = object->data.dataType;
+    const SubIndexData sub = baseOfVariable(object->data, base, defaults);
     tellUnknown(YamlSubIndex::read(others, sub, &object->subs[0], defaults, context), where,
                 objectKeys(), context);
 }
@@ -433,9 +443,7 @@ void YamlObject::writeVariable(const ObjectRecord &object, const ObjectRecord &b
                                const YamlDefaults &defaults, YamlValue *map)
 {
     writeHead(object.data, base.data, 0, map);
-    SubIndexData sub = base.subs.at(0);
-    sub.name = object.data.name;
-    sub.dataType = object.data.dataType;
+    const SubIndexData sub = baseOfVariable(object.data, base, defaults);
     YamlSubIndex::write(object.subs.at(0), sub, defaults, map);
     writeTail(object.data, base.data, map);
 }

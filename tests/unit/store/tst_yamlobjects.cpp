@@ -207,6 +207,14 @@ private slots:
         QCOMPARE(difference(again.objects, reading.objects), QString());
     }
 
+    void variableHasTheRangeOfItsType()
+    {
+        const Reading reading = read("object-defaults: {limits: type}\n"
+                                     "objects: {0x2010: {type: I16}}\n");
+        const SubIndexData sub = reading.objects.at(0x2010).subs.at(0);
+        QCOMPARE(sub.lowLimit + '/' + sub.upLimit, QString("-32768/32767"));
+    }
+
     void staysInShort_data()
     {
         columns<QByteArray>("defaults");
