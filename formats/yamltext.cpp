@@ -7,6 +7,7 @@ namespace
 {
 
 constexpr uint kNoText = 0xFFFFFFFF;
+constexpr int kHeadBytes = 64; ///< other kinds of files have a 0 here
 
 /// Takes the next character of UTF-8; kNoText if there is none.
 uint nextCharacter(const char *&at, const char *end)
@@ -63,7 +64,21 @@ void checkLine(const char *at, const char *end, int line, YamlProblems *problems
 
 bool isConflictMarker(const char *at, const char *end)
 {
+    if (end - at == 7)
+        return !std::memcmp(at, "=======", 7);
     return end - at >= 8 && (!std::memcmp(at, "<<<<<<< ", 8) || !std::memcmp(at, ">>>>>>> ", 8));
+}
+
+/// Of files that are no UTF-8 from their first bytes on: one reason for all their lines.
+QString whyNoUtf8(const QByteArray &text)
+{
+    const bool isMarked = text.startsWith("\xFF\xFE") || text.startsWith("\xFE\xFF");
+    const bool hasWideAscii = text.size() > 1 && (text.at(0) == '\0' || text.at(1) == '\0');
+    if (isMarked || hasWideAscii)
+        return QStringLiteral("this is UTF-16: save the file as UTF-8");
+    return text.left(kHeadBytes).contains('\0')
+               ? QStringLiteral("this is no text but another kind of file")
+               : QString();
 }
 
 } // namespace
@@ -75,6 +90,10 @@ bool YamlReader::checkText(const QByteArray &text, YamlProblems *problems)
     if (text.size() > YamlDocument::kMostBytes) {
         problems->add("yaml-bounds", {1, 1},
                       QStringLiteral("the file is larger than 64 MiB, which no project needs"));
+        return false;
+    }
+    if (const QString reason = whyNoUtf8(text); !reason.isEmpty()) {
+        problems->add("yaml-text", {1, 1}, reason);
         return false;
     }
     const int before = problems->count();

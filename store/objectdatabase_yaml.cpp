@@ -97,6 +97,9 @@ bool ObjectDataBase::fromYaml(const QString &file)
 /// Tells all that is wrong in the project file.
 bool StorePrivate::readYaml(ProjectRecord *project)
 {
+    const ProjectFile::Refusal refusal = ProjectFile::whyNoYaml(projectFile);
+    if (refusal.rule)
+        return refuse(refusal.rule, refusal.text);
     YamlProblems problems(projectFile);
     YamlDocument document;
     const bool isRead = YamlReader::readFile(projectFile, &document, &problems) &&

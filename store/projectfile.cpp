@@ -1,8 +1,11 @@
 // The files of projects on disk.
 #include "store/projectfile.h"
 
+#include "support/filereasons.h"
+
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QtEndian>
 
 #include <fcntl.h>
@@ -13,6 +16,7 @@ namespace
 
 // SQLite's file format, section 1.3.
 constexpr int kHeadBytes = 100;
+constexpr int kTextHeadBytes = 4096; ///< with the first group of a text project
 const QByteArray kMagic("SQLite format 3\0", 16);
 
 /// The size that the head of a database names, in bytes; 0 if an older SQLite wrote last, which
@@ -91,8 +95,9 @@ ProjectFile::Refusal ProjectFile::whyNoDatabase(const QString &name)
     if (head.isEmpty())
         return {"no-project", QStringLiteral("is empty, and so no project")};
     if (!head.startsWith(kMagic.left(head.size())))
-        return {"no-project", QStringLiteral("is no project: it is no SQLite database, and the "
-                                             "name of a text project ends in tsrt")};
+        return {"no-project",
+                QStringLiteral("is no project: it is no SQLite database, and the "
+                               "name of a text project ends in tsrt, of one in YAML in .yaml")};
     if (head.size() < kHeadBytes || bytesByHead(head) > file.size())
         return {"damaged-project",
                 QStringLiteral("is cut short: only the first %1 bytes of it are there; take the "
@@ -101,6 +106,22 @@ ProjectFile::Refusal ProjectFile::whyNoDatabase(const QString &name)
     const QString changes = pendingChanges(name);
     if (!changes.isEmpty())
         return {"pending-changes", QStringLiteral("is not read: ") + changes};
+    return {};
+}
+
+ProjectFile::Refusal ProjectFile::whyNoYaml(const QString &name)
+{
+    static const QRegularExpression group(QStringLiteral(
+        "\\A(?:[ \\t]*(?:[;#][^\\r\\n]*)?[\\r\\n])*+\\[[A-Za-z0-9]+\\][ \\t]*[\\r\\n]"));
+    QFile file(name);
+    if (!FileReasons::whyNotReadable(name).isEmpty() || !file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray head = file.read(kTextHeadBytes);
+    if (head.startsWith(kMagic))
+        return {"no-project", QStringLiteral("is a database: give it a name that ends in .tsrp")};
+    if (group.match(QString::fromUtf8(head)).hasMatch())
+        return {"no-project",
+                QStringLiteral("is a text project: give it a name that ends in .tsrt")};
     return {};
 }
 

@@ -29,6 +29,10 @@ Form formOf(const QString &file);
 /// database that is there as a whole?
 Refusal whyNoDatabase(const QString &file);
 
+/// Is a file that is named as YAML a project in another form? Nothing is said of one that cannot be
+/// read.
+Refusal whyNoYaml(const QString &file);
+
 /// SQLite keeps changes that are not in a database yet in a file beside it: of an editor that has
 /// it open, or was killed. The next program to open the database with SQLite applies them, to a
 /// file that has been put in its place as well. A change that an editor has only begun is none yet,

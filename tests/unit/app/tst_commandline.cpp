@@ -58,6 +58,8 @@ private slots:
         QVERIFY(write("taken.tsrt", kProject));
         QVERIFY(write("untyped.tsrt", kUntyped));
         QVERIFY(write("bad.tsrt", kFaulty));
+        QVERIFY(write("text.yaml", QByteArray("; a comment\n\n") + kFaulty));
+        QVERIFY(write("data.yaml", QByteArray("SQLite format 3\0", 16)));
         QVERIFY(write("foreign.tsrp", "no database at all"));
         QVERIFY(write("gauge.EDS", kDescription));
         QVERIFY(write("gauge.txt", kDescription));
@@ -115,7 +117,13 @@ private slots:
             << unopened("/dev/zero", "it is a device or a pipe") << 3;
         QTest::newRow("foreign_file") << "-project foreign.tsrp"
             << notOpened + "errors:\nforeign.tsrp: error: is no project: it is no SQLite database, and the "
-            "name of a text project ends in tsrt [no-project]\n" << 3;
+            "name of a text project ends in tsrt, of one in YAML in .yaml [no-project]\n" << 3;
+        QTest::newRow("text_project_as_yaml") << "-project text.yaml"
+            << notOpened + "errors:\ntext.yaml: error: is a text project: give it a name that ends in .tsrt "
+            "[no-project]\n" << 3;
+        QTest::newRow("database_as_yaml") << "-project data.yaml"
+            << notOpened + "errors:\ndata.yaml: error: is a database: give it a name that ends in .tsrp "
+            "[no-project]\n" << 3;
         QTest::newRow("missing_import") << "-project pümp.tsrt -import none.eds"
             << notImported("none.eds", "there is no such file") << 5;
         QTest::newRow("unknown_suffix") << "-project pümp.tsrt -import gauge.txt"

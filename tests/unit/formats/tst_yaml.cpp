@@ -131,6 +131,17 @@ private slots:
         row("conflict", "a: 1\n<<<<<<< HEAD\n",
             {"2:1: a merge left a conflict here that nobody has solved"});
         row("no_utf8", "a: \xC3\xA4\xFF\n", {"1:5: this is no UTF-8"});
+        row("utf16",
+            QByteArray("\xFF\xFE"
+                       "a\0:\0 \0b\0\n\0",
+                       12),
+            {"1:1: this is UTF-16: save the file as UTF-8"});
+        row("utf16_without_mark", QByteArray("\0a\0:\0 \0b\0\n", 10),
+            {"1:1: this is UTF-16: save the file as UTF-8"});
+        row("database", QByteArray("SQLite format 3\0\1\2\n\3", 19),
+            {"1:1: this is no text but another kind of file"});
+        row("conflict_half_solved", "a: 1\n=======\n",
+            {"2:1: a merge left a conflict here that nobody has solved"});
         row("overlong_utf8", "a: \xE0\x80\xAF\n", {"1:4: this is no UTF-8"});
         row("control", "\na: \x01",
             {"2:4: the character U+0001 cannot stand in YAML: write it as \"\\u0001\" in quotes"});
