@@ -105,8 +105,12 @@ void ModelWarnings::run() const
         checkStart(line.number);
         if (carriesJ1939(line.type))
             checkSignals<PgnData>(line.number);
+        else
+            checkNoFrames<PgnData>(line.number, QStringLiteral("J1939"));
         if (line.type == LineType::RawCan)
             checkSignals<CanIdData>(line.number);
+        else
+            checkNoFrames<CanIdData>(line.number, QStringLiteral("raw CAN"));
         if (generatedLines.contains(line.number) && hasDictionary(facts))
             checkVirtualObjects(line.number);
     }
@@ -133,6 +137,22 @@ void ModelWarnings::checkSignals(quint8 line) const
         const QList<quint32> frames = Words::kNumbers(store, line, direction);
         for (const quint32 frame : frames)
             checkMembers<Frame>(line, frame, direction);
+    }
+}
+
+template <class Frame>
+void ModelWarnings::checkNoFrames(quint8 line, const QString &protocol) const
+{
+    using Words = FrameWords<Frame>;
+    for (const quint8 direction : {Direction::kReceived, Direction::kTransmitted}) {
+        const QList<quint32> frames = Words::kNumbers(store, line, direction);
+        if (!frames.isEmpty())
+            return tell(
+                "frame-of-other-protocol", placeOf(line, frames.first()),
+                QStringLiteral("the %1 stands in no file, since only lines of %2 have such: "
+                               "give the line that protocol, or remove what it has of this "
+                               "kind")
+                    .arg(frameText(Words::kName, frames.first(), direction, line), protocol));
     }
 }
 

@@ -26,6 +26,9 @@ public:
 private:
     template <class Frame>
     void checkSignals(quint8 line) const;
+    /// Of a line with another protocol.
+    template <class Frame>
+    void checkNoFrames(quint8 line, const QString &protocol) const;
     template <class Frame>
     void checkMembers(quint8 line, quint32 frame, quint8 direction) const;
     void checkVirtualObjects(quint8 line) const;

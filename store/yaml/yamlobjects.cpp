@@ -4,9 +4,28 @@
 #include "store/yaml/yamlkeys.h"
 #include "store/yaml/yamlobject.h"
 #include "store/yaml/yamlshortforms.h"
+#include "support/problems.h"
+
+#include <algorithm>
 
 namespace
 {
+
+/// Is not told as an error: it may be meant.
+void warnOfDecimal(const YamlContext::Numbered &entry, const YamlContext &context)
+{
+    const QString text = entry.key.text();
+    const auto isDigit = [](QChar ch) { return ch >= QLatin1Char('0') && ch <= QLatin1Char('9'); };
+    if (text.size() != 4 || !std::all_of(text.cbegin(), text.cend(), isDigit))
+        return;
+    Problems::warning(
+        "yaml-decimal-index", context.problems->fileName(),
+        QStringLiteral("the index %1 is decimal, and means object 0x%2: write it so, or "
+                       "0x%1 if that was meant")
+            .arg(text,
+                 QString::number(entry.number, 16).toUpper().rightJustified(4, QLatin1Char('0'))),
+        entry.key.place().line);
+}
 
 void readLong(YamlNode map, YamlObjectSink &sink, const YamlDefaults &defaults,
               YamlContext &context)
@@ -17,6 +36,7 @@ void readLong(YamlNode map, YamlObjectSink &sink, const YamlDefaults &defaults,
     for (const YamlContext::Numbered &entry : numbered) {
         if (context.isOver())
             break;
+        warnOfDecimal(entry, context);
         ObjectRecord object;
         YamlObject::read(entry.value, &object, defaults, context);
         sink.add(quint16(entry.number), entry.key, std::move(object));

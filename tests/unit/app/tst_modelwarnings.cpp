@@ -28,7 +28,12 @@ private slots:
         row("no_bits_raw", raw + "item 2 OS 0", "0:291:2: warning: the signal 2 in the CAN identifier 291 that line "
             "0 receives has "
             "no bits, since its type OCTET_STRING" + noBits);
-        row("no_bits_of_canopen", "line 0 1; tx 61444 100; spn 2 VS 0");
+        row("group_of_canopen", "line 0 1; tx 61444 100; spn 2 VS 0", "0:61444:-1: warning: the group 61444 that line "
+            "0 sends stands in no file, since only lines of J1939 have such: give the line that protocol, or remove "
+            "what it has of this kind [frame-of-other-protocol]");
+        row("identifier_of_j1939", "line 0 2; rxid 291 0", "0:291:-1: warning: the CAN identifier 291 that line 0 "
+            "receives stands in no file, since only lines of raw CAN have such: give the line that protocol, or remove "
+            "what it has of this kind [frame-of-other-protocol]");
         row("stray", j1939 + "spn 2 U8 0", "0:61443:2: warning: the signal 2 stands in no file, since there is no "
             "group 61443 that "
             "line 0 sends: add the group, or remove the signal [signal-without-group]", "update SPNs0 set "

@@ -122,6 +122,17 @@ locks:
             QVERIFY2(errors.at(i).startsWith(starts.at(i)), qPrintable(errors.at(i)));
     }
 
+    void warnsOfDecimalIndices()
+    {
+        ProblemRecorder problems;
+        YamlText text("tessarine: 1\nlines: {0: {objects: {0x2010: {},\n2010: {}, 16: {}}}}\n");
+        ProjectRecord project;
+        QVERIFY(YamlProject::read(text.document, &project, &text.problems));
+        QCOMPARE(problems.lines.size(), 1);
+        QVERIFY(problems.lines.first().contains(":3: warning: the index 2010 is decimal, and means "
+                                                "object 0x07DA: write it so, or 0x2010"));
+    }
+
     void fileIsReplacedOnlyAsItWasRead()
     {
         const QByteArray text = "tessarine: 1 # of the form\nlines: {0: {prefix: a}}\n";
