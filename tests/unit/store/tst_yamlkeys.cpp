@@ -254,7 +254,7 @@ private:
         if (value.contains("patternProperties"))
             return "map of texts";
         if (!value.contains("maximum"))
-            return "text";
+            return value["type"].isArray() ? "value" : "text";
         const QString low = value["minimum"].toVariant().toString();
         const double high = value["maximum"].toDouble();
         if (low == QString::number(high))
