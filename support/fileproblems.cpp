@@ -19,23 +19,26 @@ void FileProblems::begin(const QString &fileName)
     counts.clear();
 }
 
-void FileProblems::add(const char *rule, int line, const std::function<QString()> &words)
+void FileProblems::add(const char *rule, int line, int column,
+                       const std::function<QString()> &words)
 {
     if (++counts[rule] <= kMostOfRule)
-        entries.append({rule, line, words()});
+        entries.append({rule, line, column, words()});
 }
 
 void FileProblems::tell()
 {
-    std::stable_sort(entries.begin(), entries.end(),
-                     [](const Entry &a, const Entry &b) { return a.line < b.line; });
+    std::stable_sort(entries.begin(), entries.end(), [](const Entry &a, const Entry &b) {
+        return a.line != b.line ? a.line < b.line : a.column < b.column;
+    });
     // A reader may come to an entry more than once.
     const auto isSame = [](const Entry &a, const Entry &b) {
-        return a.line == b.line && a.words == b.words;
+        return a.line == b.line && a.column == b.column && a.words == b.words;
     };
     entries.erase(std::unique(entries.begin(), entries.end(), isSame), entries.end());
     for (const Entry &entry : qAsConst(entries))
-        Problems::warning(entry.rule, file, entry.words, entry.line);
+        Problems::report({Problems::Level::Warning, file, entry.line, entry.words,
+                          QString::fromLatin1(entry.rule), entry.column});
     for (auto count = counts.constBegin(); count != counts.constEnd(); ++count) {
         const int more = *count - kMostOfRule;
         if (more > 0)

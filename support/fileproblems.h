@@ -17,7 +17,13 @@ public:
     void begin(const QString &fileName);
 
     /// \a words, a sentence without full stop, is asked for only if it is told.
-    void add(const char *rule, int line, const std::function<QString()> &words);
+    void add(const char *rule, int line, const std::function<QString()> &words)
+    {
+        add(rule, line, 0, words);
+    }
+
+    /// The same with a column, from 1; 0 for none.
+    void add(const char *rule, int line, int column, const std::function<QString()> &words);
 
     /// Of what is beyond the first thousand, and was only counted.
     void addUntold(const char *rule, int count) { counts[rule] += count; }
@@ -29,6 +35,7 @@ private:
     struct Entry {
         const char *rule;
         int line;
+        int column;
         QString words;
     };
 
