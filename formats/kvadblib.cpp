@@ -1,6 +1,7 @@
 // A database of CAN messages and its DBC form.
 #include "formats/kvadblib.h"
 
+#include "formats/dbckeys.h"
 #include "support/plaintext.h"
 
 #include <QFile>
@@ -70,21 +71,8 @@ struct KvaDb : AttributeOwner {
 namespace
 {
 
-constexpr int kLongestName = 32;
 constexpr quint32 kExtendedMask = 0x1FFFFFFF;
 constexpr quint32 kStandardMask = 0x7FF;
-constexpr const char *kMessageNameAttribute = "SystemMessageLongSymbol";
-constexpr const char *kSignalNameAttribute = "SystemSignalLongSymbol";
-
-// clang-format off
-constexpr const char *kNewSymbols[] = {
-    "NS_DESC_", "CM_", "BA_DEF_", "BA_", "VAL_", "CAT_DEF_", "CAT_", "FILTER", "BA_DEF_DEF_",
-    "EV_DATA_", "ENVVAR_DATA_", "SGTYPE_", "SGTYPE_VAL_", "BA_DEF_SGTYPE_", "BA_SGTYPE_",
-    "SIG_TYPE_REF_", "VAL_TABLE_", "SIG_GROUP_", "SIG_VALTYPE_", "SIGTYPE_VALTYPE_", "BO_TX_BU_",
-    "BA_DEF_REL_", "BA_REL_", "BA_DEF_DEF_REL_", "BU_SG_REL_", "BU_EV_REL_", "BU_BO_REL_",
-    "SG_MUL_VAL_",
-};
-// clang-format on
 
 /// \a text for the inside of quotes.
 QString escaped(QString text)
@@ -100,9 +88,11 @@ bool isKeyword(const QString &name)
 {
     static const QSet<QString> keywords = [] {
         QSet<QString> words;
-        for (const char *word : {"VERSION", "NS_", "BS_", "BU_", "BO_", "SG_", "EV_"})
+        for (const char *word :
+             {DbcKeys::kVersion, DbcKeys::kNewSymbols, DbcKeys::kBitTiming, DbcKeys::kNodes,
+              DbcKeys::kMessage, DbcKeys::kSignal, DbcKeys::kVariable})
             words.insert(QLatin1String(word));
-        for (const char *word : kNewSymbols)
+        for (const char *word : DbcKeys::kSymbols)
             words.insert(QLatin1String(word));
         return words;
     }();
@@ -134,7 +124,7 @@ private:
     QString numbered(const QString &stem)
     {
         // Counted by what a number leaves of any stem, so that no number is tried twice.
-        int &count = counts[stem.left(kLongestName - kLongestNumber)];
+        int &count = counts[stem.left(DbcKeys::kLongestName - kLongestNumber)];
         QString name;
         do {
             const QString number = QString::number(++count);
@@ -170,7 +160,7 @@ public:
 
 private:
     UniqueNames fullNames{std::numeric_limits<int>::max()};
-    UniqueNames names{kLongestName};
+    UniqueNames names{DbcKeys::kLongestName};
 };
 
 /// Windows-1252, with "?" for what it has not.
@@ -267,7 +257,7 @@ private:
     void writeHead()
     {
         put("VERSION \"\"\n\n\nNS_ :\n");
-        for (const char *symbol : kNewSymbols)
+        for (const char *symbol : DbcKeys::kSymbols)
             put("\t", symbol, "\n");
         put("\nBS_:\n\nBU_:\n\n");
     }
@@ -377,18 +367,18 @@ private:
             put(";\n");
         }
         if (longMessages)
-            put("BA_DEF_ BO_ \"", kMessageNameAttribute, "\" STRING;\n");
+            put("BA_DEF_ BO_ \"", DbcKeys::kLongMessageName, "\" STRING;\n");
         if (longSignals)
-            put("BA_DEF_ SG_ \"", kSignalNameAttribute, "\" STRING;\n");
+            put("BA_DEF_ SG_ \"", DbcKeys::kLongSignalName, "\" STRING;\n");
         for (const auto &definition : database.definitions) {
             put("BA_DEF_DEF_ ", Quoted{definition->name}, " ");
             putDefaultWord(*definition);
             put(";\n");
         }
         if (longMessages)
-            put("BA_DEF_DEF_ \"", kMessageNameAttribute, "\" \"\";\n");
+            put("BA_DEF_DEF_ \"", DbcKeys::kLongMessageName, "\" \"\";\n");
         if (longSignals)
-            put("BA_DEF_DEF_ \"", kSignalNameAttribute, "\" \"\";\n");
+            put("BA_DEF_DEF_ \"", DbcKeys::kLongSignalName, "\" \"\";\n");
     }
 
     void writeAttributes(const AttributeOwner &owner, const Place &place)
@@ -415,11 +405,11 @@ private:
         for (const auto &message : database.messages) {
             const Place place{message.get()};
             writeAttributes(*message, place);
-            writeFullName(kMessageNameAttribute, place, nameOf(message.get()));
+            writeFullName(DbcKeys::kLongMessageName, place, nameOf(message.get()));
             for (const auto &signal : message->signalList) {
                 const Place signalPlace{message.get(), signal.get()};
                 writeAttributes(*signal, signalPlace);
-                writeFullName(kSignalNameAttribute, signalPlace, nameOf(signal.get()));
+                writeFullName(DbcKeys::kLongSignalName, signalPlace, nameOf(signal.get()));
             }
         }
     }
