@@ -6,6 +6,8 @@
 #include "tests/fixtures/storefixture.h"
 #include "tests/unit/generators/dbcreader.h"
 
+using namespace StrictDbc;
+
 class tst_DbcGenerator : public StoreTest
 {
     Q_OBJECT

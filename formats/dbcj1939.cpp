@@ -1,0 +1,54 @@
+// J1939 in DBC files.
+#include "formats/dbcj1939.h"
+
+#include "formats/dbckeys.h"
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr quint8 kFirstPdu2Format = 240; // SAE J1939-21, 5.2.5
+
+bool isJ1939Network(const DbcFile &file)
+{
+    const QString protocol = file.attribute(DbcKeys::kProtocolType).trimmed();
+    return protocol.compare(QLatin1String("J1939"), Qt::CaseInsensitive) == 0;
+}
+
+/// The word for the frame format, or its usual number where the attribute has no words.
+bool isJ1939Format(const QString &format)
+{
+    return format.compare(QLatin1String("J1939PG"), Qt::CaseInsensitive) == 0 ||
+           format == QLatin1String("3");
+}
+
+} // namespace
+
+DbcJ1939::Identifier DbcJ1939::identifierOf(quint32 identifier)
+{
+    const auto byte = [identifier](int shift) { return static_cast<quint8>(identifier >> shift); };
+    Identifier result;
+    result.priority = byte(26) & 7;
+    result.source = byte(0);
+    result.isPdu1 = byte(16) < kFirstPdu2Format;
+    if (result.isPdu1)
+        result.destination = byte(8);
+    result.group = (identifier >> 8) & (result.isPdu1 ? 0x3FF00 : 0x3FFFF);
+    return result;
+}
+
+bool DbcJ1939::isJ1939(const DbcFile &file)
+{
+    return isJ1939Network(file) ||
+           std::any_of(file.messages.cbegin(), file.messages.cend(),
+                       [&](const DbcMessage &message) { return isJ1939(file, message); });
+}
+
+bool DbcJ1939::isJ1939(const DbcFile &file, const DbcMessage &message)
+{
+    if (!message.isExtended || message.isPseudo)
+        return false;
+    const QString format = file.attribute(message, DbcKeys::kFrameFormat);
+    return format.isNull() ? isJ1939Network(file) : isJ1939Format(format);
+}

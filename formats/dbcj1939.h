@@ -1,0 +1,28 @@
+// What the identifiers and attributes of a DBC file mean in J1939.
+#pragma once
+
+#include "formats/dbcfile.h"
+
+namespace DbcJ1939
+{
+
+/// The parts of an identifier of 29 bits (SAE J1939-21, 5.2).
+struct Identifier {
+    quint8 priority = 0;
+    quint32 group = 0; ///< PGN; of PDU1, which is sent to one address, its low byte is 0
+    quint8 source = 0;
+    quint8 destination = 0xFF; ///< the global address but for PDU1
+    bool isPdu1 = false;
+};
+
+/// Files have addresses as placeholders: messages of two files are the same if their group is.
+Identifier identifierOf(quint32 identifier);
+
+/// Does the file say so of the network, or of any of its messages? Many files of J1939 do not.
+bool isJ1939(const DbcFile &file);
+
+/// Is that a message of J1939: by its own attribute, else, where it has none, by that of the
+/// network?
+bool isJ1939(const DbcFile &file, const DbcMessage &message);
+
+} // namespace DbcJ1939
