@@ -3,6 +3,8 @@
 
 #include "app/generatormainhandler.h"
 #include "app/outputhandlerbase.h"
+#include "formats/dbcj1939.h"
+#include "formats/dbcreader.h"
 #include "formats/yamlreader.h"
 #include "fuzz/recordfile.h"
 #include "store/yaml/yamlproject.h"
@@ -170,10 +172,20 @@ void runYaml(const QByteArray &input)
         qFatal("a project that was written is not read as the same");
 }
 
+/// No run of the tool reads such files: they are read alone, and all that is odd is put in words.
+void runDbc(const QByteArray &file)
+{
+    DbcReader reader;
+    (void)reader.parse(file, QStringLiteral("network.dbc")); // any bytes will do
+    (void)DbcJ1939::isJ1939(reader.file());
+    reader.tellProblems();
+}
+
 // clang-format off
 constexpr Fuzz::Target kTargets[] = {
     {"csv",      [](const QByteArray &input) { runImport("table.csv", input); }},
     {"database", runDatabase},
+    {"dbc",      runDbc},
     {"eds",      [](const QByteArray &input) { runImport("device.eds", input); }},
     {"modifier", runModifier},
     {"records",  runRecords},
