@@ -254,7 +254,8 @@ void DbcLinker::checkSwitches(DbcMessage *message)
 /// Tells once of a node that BU_ does not name.
 void DbcLinker::checkNode(const QString &name, const DbcPlace &place)
 {
-    if (nodeNumbers.contains(name) || undeclared.contains(name))
+    constexpr int kMostTold = 1000; // more would not be told anyway
+    if (nodeNumbers.contains(name) || undeclared.size() >= kMostTold || undeclared.contains(name))
         return;
     undeclared.insert(name);
     note("dbc-node", place, [&] {

@@ -235,7 +235,11 @@ bool DbcParser::miss(const char *what)
 
 QString DbcParser::shared(const QStringRef &name)
 {
-    return *names.insert(name.toString());
+    const QString text = name.toString();
+    if (names.size() < kMostNodes)
+        return *names.insert(text);
+    const auto known = names.constFind(text);
+    return known == names.constEnd() ? text : *known;
 }
 
 void DbcParser::note(const char *rule, const DbcPlace &place, const std::function<QString()> &words)

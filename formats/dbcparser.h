@@ -26,6 +26,9 @@ public:
     bool hasStatements() const { return understood > 0; }
 
 private:
+    /// Far more than networks have: a file of nothing else must not fill the memory.
+    static constexpr int kMostNodes = 65536;
+
     using Reader = bool (DbcParser::*)();
     struct Statement {
         const char *keyword;

@@ -29,6 +29,8 @@ bool DbcParser::readNodes()
         node.name = shared(name);
         if (name.isEmpty() || nodeNames.contains(node.name))
             continue;
+        if (nodeNames.size() >= kMostNodes)
+            return miss("a message, since no network has more nodes,");
         nodeNames.insert(node.name);
         file.nodes.append(node);
     }

@@ -13,7 +13,8 @@
 class DbcReader
 {
 public:
-    /// What databases of networks have, is a tenth of it; records take some ten times their text.
+    /// Some five times what the largest networks need. Records take some ten times the memory of
+    /// their text.
     static constexpr qint64 kMostBytes = 64 * 1024 * 1024;
 
     /// False if the file cannot be read, is larger than kMostBytes, or holds no statement of a DBC
