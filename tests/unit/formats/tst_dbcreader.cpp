@@ -186,6 +186,17 @@ private slots:
         QVERIFY(reader.parse("VERSION \"\"", QString()) && reader.whyNotRead().isEmpty());
     }
 
+    void nodesAreBounded()
+    {
+        QByteArray text = "BU_:";
+        for (int node = 0; node < 70000; ++node)
+            text += " n" + QByteArray::number(node);
+        DbcReader reader;
+        QVERIFY(reader.parse(text + "\nBO_ 1 A: 8 n69999\n", QString()));
+        QCOMPARE(reader.file().nodes.size(), 65536);
+        QCOMPARE(reader.file().messages.value(0).sender, "n69999");
+    }
+
     void identifiersOfJ1939_data()
     {
         columns<quint32, QString>("identifier", "parts");
