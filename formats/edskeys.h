@@ -68,4 +68,12 @@ constexpr const char *kDummies[] = {"Dummy0001", "Dummy0002", "Dummy0003", "Dumm
                                     "Dummy0005", "Dummy0006", "Dummy0007"};
 constexpr const char *kSupportedObjects = "SupportedObjects";
 
+// --- Entries about the place of a device in its network, DCF ---
+
+constexpr const char *kNodeId = "NodeID";
+constexpr const char *kNodeName = "NodeName";
+constexpr const char *kBaudrate = "Baudrate";
+constexpr const char *kNetNumber = "NetNumber";
+constexpr const char *kNetworkName = "NetworkName";
+
 } // namespace EdsKeys
