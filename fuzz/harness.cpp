@@ -5,6 +5,7 @@
 #include "app/outputhandlerbase.h"
 #include "formats/dbcj1939.h"
 #include "formats/dbcreader.h"
+#include "formats/xddparser.h"
 #include "formats/yamlreader.h"
 #include "fuzz/recordfile.h"
 #include "store/yaml/yamlproject.h"
@@ -181,6 +182,13 @@ void runDbc(const QByteArray &file)
     reader.tellProblems();
 }
 
+void runXdd(const QByteArray &file)
+{
+    XddParser parser;
+    (void)parser.parse(file, QStringLiteral("device.xdd")); // any bytes will do
+    parser.tellProblems();
+}
+
 // clang-format off
 constexpr Fuzz::Target kTargets[] = {
     {"csv",      [](const QByteArray &input) { runImport("table.csv", input); }},
@@ -190,6 +198,7 @@ constexpr Fuzz::Target kTargets[] = {
     {"modifier", runModifier},
     {"records",  runRecords},
     {"text",     runText},
+    {"xdd",      runXdd},
     {"yaml",     runYaml},
 };
 // clang-format on
