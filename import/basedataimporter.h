@@ -1,6 +1,7 @@
 // What all importers share: the thread, the target line, and helpers for names and types.
 #pragma once
 
+#include "store/linetype.h"
 #include "support/jobthread.h"
 #include "support/objectranges.h"
 
@@ -35,6 +36,13 @@ public:
     bool setIndexRange(quint32 low, quint32 high);
     /// False if there is no such file or it cannot be read; there is no import file then.
     bool setImportFileName(const QString &file);
+
+    /// Protocol of a line that is made for what the file holds; asked between setImportFileName()
+    /// and startImport().
+    virtual LineType lineTypeOfFile() { return LineType::CANopen; }
+    /// The node whose messages the line transmits, of files that describe several nodes; the
+    /// others pass it over.
+    virtual void setOwnNode(const QString &name) { Q_UNUSED(name) }
 
     /// Runs doImport() on the worker thread. False if it was started before.
     bool startImport();
