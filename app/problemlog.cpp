@@ -29,26 +29,28 @@ ProblemLog::~ProblemLog()
 
 void ProblemLog::finish()
 {
-    QStringList rules = countOfRule.keys();
+    QStringList rules = counts.keys();
     std::sort(rules.begin(), rules.end());
     for (const QString &rule : rules) {
-        const int more = countOfRule.value(rule) - printedOfRule.value(rule);
-        if (more > 0)
-            std::fprintf(stderr, "warning: %d more of this kind [%s]\n", more,
+        const Count count = counts.value(rule);
+        if (count.all > count.printed)
+            std::fprintf(stderr, "%s: %d more of this kind [%s]\n",
+                         count.isNote ? "note" : "warning", count.all - count.printed,
                          qUtf8Printable(printableLine(rule)));
     }
-    countOfRule.clear();
-    printedOfRule.clear();
+    counts.clear();
 }
 
 void ProblemLog::take(const Problems::Problem &problem)
 {
     all.append(problem);
     const bool isError = problem.level == Problems::Level::Error;
-    int &count = countOfRule[problem.rule];
-    if (count < (isError ? kMostErrorsOfRule : kMostOfRule)) {
+    Count &count = counts[problem.rule];
+    if (count.all < (isError ? kMostErrorsOfRule : kMostOfRule)) {
         std::fprintf(stderr, "%s\n", qUtf8Printable(problem.asLine()));
-        printedOfRule[problem.rule] += problem.times;
+        count.printed += problem.times;
     }
-    count += problem.times;
+    if (count.all == 0)
+        count.isNote = problem.level == Problems::Level::Note;
+    count.all += problem.times;
 }

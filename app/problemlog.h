@@ -23,10 +23,16 @@ public:
     const QVector<Problems::Problem> &problems() const { return all; }
 
 private:
+    /// Of one rule.
+    struct Count {
+        int all = 0;
+        int printed = 0;
+        bool isNote = false; ///< the first of them was
+    };
+
     void take(const Problems::Problem &problem);
 
     QVector<Problems::Problem> all;
-    QHash<QString, int> countOfRule;
-    QHash<QString, int> printedOfRule;
+    QHash<QString, Count> counts;
     Problems::Handler formerHandler;
 };

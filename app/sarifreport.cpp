@@ -26,6 +26,12 @@ Sarif::Level sarifLevel(Problems::Level level)
     return Sarif::Level::Note;
 }
 
+/// An error that did not end the run is no more than a warning.
+Sarif::Level resultLevel(const Problems::Problem &problem)
+{
+    return problem.level == Problems::Level::Note ? Sarif::Level::Note : Sarif::Level::Warning;
+}
+
 /// The messages of the check, in their order.
 QVector<Sarif::Rule> checkRules()
 {
@@ -48,7 +54,7 @@ int ruleOf(const Problems::Problem &problem, QVector<Sarif::Rule> *rules)
     QString words = problem.rule;
     words.replace(QLatin1Char('-'), QLatin1Char(' '));
     words = words.left(1).toUpper() + words.mid(1);
-    rules->append({problem.rule, words, Sarif::Level::Warning});
+    rules->append({problem.rule, words, resultLevel(problem)});
     return rules->size() - 1;
 }
 
@@ -96,8 +102,8 @@ public:
         if (isFailure)
             run.notifications.append({ruleOf(problem, &run.failures), problem.text, location});
         else
-            run.results.append({ruleOf(problem, &run.rules), Sarif::Level::Warning, problem.text,
-                                location, QJsonObject()});
+            run.results.append(
+                {ruleOf(problem, &run.rules), resultLevel(problem), problem.text, location, {}});
     }
 
     Sarif::Run done()

@@ -1,8 +1,6 @@
 // Collecting of warnings about a file.
 #include "support/fileproblems.h"
 
-#include "support/problems.h"
-
 #include <algorithm>
 
 namespace
@@ -22,8 +20,22 @@ void FileProblems::begin(const QString &fileName)
 void FileProblems::add(const char *rule, int line, int column,
                        const std::function<QString()> &words)
 {
-    if (++counts[rule] <= kMostOfRule)
-        entries.append({rule, line, column, words()});
+    add({rule, Problems::Level::Warning, line, column, QString()}, words);
+}
+
+void FileProblems::addNote(const char *rule, int line, const std::function<QString()> &words)
+{
+    add({rule, Problems::Level::Note, line, 0, QString()}, words);
+}
+
+void FileProblems::add(const Entry &place, const std::function<QString()> &words)
+{
+    Count &count = counts[place.rule];
+    count.level = place.level;
+    if (++count.times > kMostOfRule)
+        return;
+    entries.append(place);
+    entries.last().words = words();
 }
 
 void FileProblems::tell()
@@ -37,12 +49,12 @@ void FileProblems::tell()
     };
     entries.erase(std::unique(entries.begin(), entries.end(), isSame), entries.end());
     for (const Entry &entry : qAsConst(entries))
-        Problems::report({Problems::Level::Warning, file, entry.line, entry.words,
+        Problems::report({entry.level, file, entry.line, entry.words,
                           QString::fromLatin1(entry.rule), entry.column});
     for (auto count = counts.constBegin(); count != counts.constEnd(); ++count) {
-        const int more = *count - kMostOfRule;
+        const int more = count->times - kMostOfRule;
         if (more > 0)
-            Problems::report({Problems::Level::Warning, file, 0,
+            Problems::report({count->level, file, 0,
                               QStringLiteral("there are %1 more lines like those before").arg(more),
                               QString::fromLatin1(count.key()), 0, more});
     }

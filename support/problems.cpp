@@ -55,4 +55,9 @@ void warning(const char *rule, const QString &file, const QString &text, int lin
     report({Level::Warning, file, line, text, QLatin1String(rule)});
 }
 
+void note(const char *rule, const QString &file, const QString &text, int line)
+{
+    report({Level::Note, file, line, text, QLatin1String(rule)});
+}
+
 } // namespace Problems

@@ -37,5 +37,6 @@ Handler setHandler(Handler handler);
 void report(const Problem &problem);
 void error(const char *rule, const QString &file, const QString &text, int line = 0);
 void warning(const char *rule, const QString &file, const QString &text, int line = 0);
+void note(const char *rule, const QString &file, const QString &text, int line = 0);
 
 } // namespace Problems

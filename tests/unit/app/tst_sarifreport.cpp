@@ -49,7 +49,8 @@ private slots:
                            {{Msg::SpnVariableMissing, {"1", "2"}, 1, -1, -1, 2, 1}, 0}};
         report.exitCode = 7;
         report.problems = {{Problems::Level::Error, "", 0, "a {b}", "own-rule", 0},
-                           {Problems::Level::Error, report.projectFile, 3, "c", "own-rule", 9}};
+                           {Problems::Level::Error, report.projectFile, 3, "c", "own-rule", 9},
+                           {Problems::Level::Note, report.projectFile, 4, "d", "own-note", 0}};
         const QByteArray log = sarifText(report);
         QCOMPARE(SarifRules(log).broken, "");
         const QJsonValue run = QJsonDocument::fromJson(log)["runs"][0];
@@ -64,7 +65,8 @@ private slots:
         }
         QCOMPARE(results, (QStringList{"warning/DynamicMappingGranularity/line 1/0/0/0",
                                        "error/SpnVariableMissing/1/PGN 2 SPN 1/2/1/0",
-                                       "warning/own-rule//0/0/0", "warning/own-rule//0/0/9"}));
+                                       "warning/own-rule//0/0/0", "warning/own-rule//0/0/9",
+                                       "note/own-note//0/0/0"}));
 
         report.findings.removeLast(); // now nothing is counted
         QCOMPARE(SarifRules(sarifText(report)).broken, "errors agree with the exit code");
