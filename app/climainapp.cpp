@@ -83,6 +83,7 @@ void CLIMainApp::followOptions()
         printHelp();
         return finishWith(ReturnCode::NoProject);
     }
+    imports = readImports(options);
     protectInputs(project);
     if (mayExport())
         runProject(project);
@@ -117,7 +118,8 @@ bool CLIMainApp::mayExport()
 /// named may be lost by a slip in a script.
 void CLIMainApp::protectInputs(const QString &project)
 {
-    guardOfBackup.protect(options.value("-import"), QStringLiteral("the file to import"));
+    for (const ImportRequest &import : qAsConst(imports))
+        guardOfBackup.protect(import.file, QStringLiteral("the file to import"));
     guardOfBackup.protect(options.value("-dbmod"), QStringLiteral("the modifier file"));
     guardOfReport = guardOfBackup;
     guardOfReport.protect(project, QStringLiteral("the project"));
@@ -167,8 +169,7 @@ void CLIMainApp::runProject(const QString &project)
         generatorMainHandler->setOutputFolder(folder);
     if (!generatorMainHandler->openProject(project))
         return finishWith(ReturnCode::OpenProjectFailed);
-    QString importFile;
-    if (options.value("-import", importFile) && !generatorMainHandler->setImportFile(importFile)) {
+    if (!generatorMainHandler->importFiles(imports)) {
         outputHandler->printLine(QStringLiteral("Import failed."));
         return finishWith(ReturnCode::ImportError);
     }

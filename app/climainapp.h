@@ -78,6 +78,7 @@ private:
     RunFiles runFiles;
     QVector<LocatedFinding> locatedFindings;
     RunOptions options;
+    QVector<ImportRequest> imports;
     CLIOutputHandler *outputHandler;
     GeneratorMainHandler *generatorMainHandler;
     QMap<ReturnCode, QString> errorStrings;

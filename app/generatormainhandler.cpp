@@ -1,14 +1,13 @@
 // The driver of a run.
 #include "app/generatormainhandler.h"
 
+#include "app/imports.h"
 #include "app/modelwarnings.h"
 #include "app/outputhandlerbase.h"
 #include "app/runsettings.h"
 #include "generators/descriptions/edsgenerator.h"
 #include "generators/descriptions/edsvariants.h"
 #include "generators/j1939/j1939adaptergenerator.h"
-#include "import/csvimporter.h"
-#include "import/edsimporter.h"
 #include "store/databasemodifier.h"
 #include "store/objectdatabase.h"
 #include "store/projectconverter.h"
@@ -48,33 +47,6 @@ const QList<quint32> kGroupsOfStack = {
     ParameterGroup::kMultiPg,
 };
 
-/// The importer of a kind of file; the suffix is in lower case.
-struct ImporterRow {
-    const char *suffix;
-    std::unique_ptr<BaseDataImporter> (*create)();
-};
-
-template <typename Importer>
-std::unique_ptr<BaseDataImporter> make()
-{
-    return std::make_unique<Importer>();
-}
-
-constexpr ImporterRow kImporters[] = {
-    {"csv", make<CsvImporter>},
-    {"dcf", make<EDSImporter>},
-    {"eds", make<EDSImporter>},
-};
-
-std::unique_ptr<BaseDataImporter> createImporter(const QString &suffix)
-{
-    for (const ImporterRow &row : kImporters) {
-        if (suffix == QLatin1String(row.suffix))
-            return row.create();
-    }
-    return nullptr;
-}
-
 /// What an EDS file describes. The classical companion of a variant is the variant: both have one
 /// file by design.
 QString variantName(quint8 line, const QString &define, bool isClassical)
@@ -104,27 +76,6 @@ public:
 private:
     QHash<QByteArray, QString> variants; ///< by path
 };
-
-QString importedSuffixes()
-{
-    QStringList suffixes;
-    for (const ImporterRow &row : kImporters)
-        suffixes << QLatin1Char('.') + QLatin1String(row.suffix);
-    return suffixes.join(QLatin1String(", "));
-}
-
-/// Empty if it can be.
-QString whyNotImported(const QString &file)
-{
-    const QString reason = FileReasons::whyNotReadable(file);
-    if (!reason.isEmpty())
-        return reason;
-    if (!createImporter(QFileInfo(file).suffix().toLower()))
-        return QStringLiteral("its name has none of the endings %1").arg(importedSuffixes());
-    return QFileInfo(file).size() > Helper::kMaxFileBytes
-               ? QStringLiteral("it is larger than %1 MiB").arg(Helper::kMaxFileBytes >> 20)
-               : QString();
-}
 
 /// Files of the run are named relative to the current folder, which some steps change.
 class CurrentFolder
@@ -276,25 +227,14 @@ void GeneratorMainHandler::correctProject()
 
 bool GeneratorMainHandler::setImportFile(const QString &file)
 {
-    const QString reason = whyNotImported(file);
-    if (!reason.isEmpty()) {
-        Problems::error("not-imported", file,
-                        QStringLiteral("could not be imported: %1").arg(reason));
-        return false;
-    }
-    if (!database->existNode(0))
-        Problems::warning("import-without-line", file,
-                          QStringLiteral("has no effect, since it is imported into line 0, which "
-                                         "the project does not have: add that line to it"));
-    const auto importer = createImporter(QFileInfo(file).suffix().toLower());
-    importer->setActiveLine(0);
-    importer->setDatabase(database);
-    importer->setIndexRange(ObjectRanges::kAssigned.first, ObjectRanges::kAssigned.last);
-    importer->setImportFileName(file);
-    RunFiles::noteRead(file);
-    importer->startImport();
-    importer->wait();
-    return true;
+    ImportRequest request;
+    request.file = file;
+    return importFiles({request});
+}
+
+bool GeneratorMainHandler::importFiles(const QVector<ImportRequest> &requests)
+{
+    return Imports(*database).run(requests);
 }
 
 bool GeneratorMainHandler::applyDbModifier(const QString &file)

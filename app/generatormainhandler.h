@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/generatorsteps.h"
+#include "app/importrequest.h"
 #include "app/postgenprocessor.h"
 #include "app/postgenprogresshandler.h"
 #include "check/modelchecker.h"
@@ -14,6 +15,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QVector>
 
 #include <memory>
 
@@ -44,8 +46,11 @@ public:
     void openProject(QPointer<ObjectDataBase> store, const QString &directory, const QString &name);
 
     /// True if \a file can be read and its suffix is known, else the reason is reported. What is in
-    /// it makes no difference.
+    /// it makes no difference, unless it is a project. It goes into line 0.
     bool setImportFile(const QString &file);
+
+    /// See Imports::run().
+    bool importFiles(const QVector<ImportRequest> &requests);
 
     /// False, and reported, if \a file cannot be read.
     bool applyDbModifier(const QString &file);

@@ -22,6 +22,7 @@ const QVector<OptionRow> kOptions = {
     {"-export", "file", false, "Writes the project to another file, in the form of its name."},
     {"-help", nullptr, false, "Prints a list of options."},
     {"-import", "file", true, "Sets an importfile. This argument is optional."},
+    {"-import-node", "name", false, "Names the node that the device is, for the DBC files imported after it."},
     {"-keep-unchanged", nullptr, false, "Leaves files as they are that would differ in their date only."},
     {"-no-commands", nullptr, false, "Starts no program after the generation."},
     {"-output", "folder", false, "Sets the folder for the files."},
@@ -36,10 +37,14 @@ const QVector<OptionRow> kOptions = {
 };
 // clang-format on
 
-/// The only one that counts as often as it is given.
+/// Does it count as often as it is given?
 bool isRepeatable(const OptionRow &option)
 {
-    return qstrcmp(option.name, "-set") == 0;
+    for (const char *name : {"-import", "-import-node", "-set"}) {
+        if (qstrcmp(option.name, name) == 0)
+            return true;
+    }
+    return false;
 }
 
 const OptionRow *findOption(const QString &word)
@@ -110,6 +115,18 @@ QStringList RunOptions::values(const char *option) const
     const QVector<int> positions = row ? positionsOf(*row) : QVector<int>();
     for (const int position : positions)
         found << arguments.mid(position + 1, 1); // none after the last word
+    return found;
+}
+
+QVector<QPair<QString, QString>> RunOptions::valuesInOrder(const QStringList &names) const
+{
+    QVector<QPair<QString, QString>> found;
+    for (int position = 1; position + 1 < arguments.size(); ++position) {
+        if (!names.contains(arguments.at(position)))
+            continue;
+        found.append({arguments.at(position), arguments.at(position + 1)});
+        ++position;
+    }
     return found;
 }
 

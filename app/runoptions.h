@@ -1,6 +1,7 @@
 // The options of the command line: one table of them, and what the user made of them.
 #pragma once
 
+#include <QPair>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -36,6 +37,9 @@ public:
 
     /// The words after each \a option, in their order.
     QStringList values(const char *option) const;
+
+    /// The words after each of several options, with their option, in the order of the arguments.
+    QVector<QPair<QString, QString>> valuesInOrder(const QStringList &names) const;
 
     /// Tells of words that have no effect, or perhaps another one than was meant.
     void reportSlips() const;

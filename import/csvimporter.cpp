@@ -179,7 +179,14 @@ void CsvImporter::lookForForeignLine(CsvReader reader, const CsvColumns &columns
             continue;
         const qint64 line = columns.read(reader.fields()).line;
         const bool isOther = found >= 0 && line != found;
-        if (line < 0 || line > 0xFF || isOther || isUsableLine(line))
+        if (isOther && isLineNamed)
+            problems.add("csv-lines", reader.line(), [this] {
+                return QStringLiteral(
+                           "the table has rows of several lines, which go to these lines "
+                           "and not to line %1")
+                    .arg(activeLine);
+            });
+        if (line < 0 || line > 0xFF || isOther || (!isLineNamed && isUsableLine(line)))
             return;
         found = line;
     }

@@ -22,6 +22,10 @@ class CsvImporter : public BaseDataImporter
 public:
     CsvImporter() = default;
 
+    /// The user has named the active line: it gets the table even if that names another line,
+    /// which the project has.
+    void setLineNamed(bool isNamed) { isLineNamed = isNamed; }
+
     /// What lines beginning with "d" name; nothing is deleted.
     Q_INVOKABLE void getDeleteList(QList<BaseDataImporter::SubAddress> &list) const;
     /// What lines beginning with "c" name, a source and after it its target; nothing is copied.
@@ -56,6 +60,7 @@ private:
     void applyStorage(const ObjectKey &key, CsvRow &row);
 
     FileProblems problems;
+    bool isLineNamed = false;
     bool hasTakenRow = false;
     QList<SubAddress> deleteList;
     QList<SubAddress> copyList;

@@ -48,7 +48,7 @@ _tessarine_is_folder()
 
 _tessarine()
 {
-    local kinds="" given previous="${COMP_WORDS[COMP_CWORD - 1]}"
+    local kinds="" line="" given word=$2 previous="${COMP_WORDS[COMP_CWORD - 1]}"
     COMPREPLY=()
     compopt +o filenames 2>/dev/null
     given=${COMP_LINE:0:COMP_POINT}
@@ -56,14 +56,20 @@ _tessarine()
         _tessarine_setting
         return
     fi
+    # The number of a line and its file are one word here, but for bash they end at the colon.
+    if [[ $given =~ [[:space:]]-import[[:space:]]+([0-9]+:)([^[:space:]]*)$ ]]; then
+        previous=-import word=${BASH_REMATCH[2]}
+        [[ $COMP_WORDBREAKS == *:* ]] || line=${BASH_REMATCH[1]}
+    fi
     case $previous in
     -project | -export) kinds='tsrp|tsrt|yaml|yml' ;;
-    -import) kinds='eds|dcf|csv' ;;
+    -import) kinds='eds|dcf|csv|icsv' ;;
+    -import-node) return ;;
     -dbmod | -depfile | -report) kinds='*' ;;
     -output) kinds='/' ;; # folders only, for no file has this ending
     *)
-        mapfile -t COMPREPLY < <(compgen -W "-check -dbmod -depfile -export -help -import -keep-unchanged -no-commands
-            -output -problems -project -report -s -save -schema -set -version" -- "$2")
+        mapfile -t COMPREPLY < <(compgen -W "-check -dbmod -depfile -export -help -import -import-node
+            -keep-unchanged -no-commands -output -problems -project -report -s -save -schema -set -version" -- "$2")
         return
         ;;
     esac
@@ -72,9 +78,9 @@ _tessarine()
     while IFS= read -r path; do
         # Kinds of files are told in any case of letters.
         if [[ $kinds == '*' || ${path,,} =~ \.($kinds)$ ]] || _tessarine_is_folder "$path"; then
-            COMPREPLY+=("$path")
+            COMPREPLY+=("$line$path")
         fi
-    done < <(compgen -f -- "$2")
+    done < <(compgen -f -- "$word")
 }
 
 complete -F _tessarine tessarine

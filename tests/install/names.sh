@@ -60,6 +60,7 @@ completes "-project" examples/pump/pump "examples/pump/pump.tsrt examples/pump/p
 completes "-export" examples/pump/pump "examples/pump/pump.tsrt examples/pump/pump.yaml"
 completes "-import" examples/levelsensor/ "examples/levelsensor/levelsensor.eds"
 completes "-import" examples/pump/ ""
+completes "-import" 1:examples/levelsensor/ "examples/levelsensor/levelsensor.eds"
 completes "-project" examples/pu "examples/pump"
 completes "-set" co_node "co_node_id= co_node_id_fct="
 completes "-set" line "line0type="
