@@ -45,8 +45,10 @@ void splitTarget(ImportRequest *request)
     else if (request->file.isEmpty())
         request->fault = QStringLiteral("no file is named after the colon");
     else if (!QFileInfo::exists(request->file) && QFileInfo::exists(request->given))
-        request->fault =
-            QStringLiteral("there is no such file; for the file %1, write %2")
+        request->fault = QStringLiteral("there is no such file");
+    if (!request->fault.isEmpty() && QFileInfo::exists(request->given))
+        request->fault +=
+            QStringLiteral("; the file %1 is written as %2")
                 .arg(quotedWord(request->given), quotedWord(QLatin1String("./") + request->given));
 }
 
@@ -72,11 +74,11 @@ bool takesOwnNode(const ImportRequest &request)
 
 void tellUnusedNode(const QString &node)
 {
-    Problems::warning(
-        "import-node-unused", {},
-        QStringLiteral("the node %1 of %2 has no effect, since no DBC file is "
-                       "imported after it; put it before that \"%3\"")
-            .arg(quotedWord(node), quotedWord(QLatin1String(kOwnNode)), QLatin1String(kImport)));
+    Problems::warning("import-node-unused", {},
+                      QStringLiteral("the node %1 of %2 has no effect, since no DBC file is "
+                                     "imported after it; put it before the %3 of that file")
+                          .arg(quotedWord(node), quotedWord(QLatin1String(kOwnNode)),
+                               quotedWord(QLatin1String(kImport))));
 }
 
 } // namespace

@@ -170,6 +170,7 @@ private slots:
         QTest::newRow("import") << "-project pümp.tsrt -import gauge.EDS" << kFullRun << 0;
         QTest::newRow("folder_in_place_of_an_output") << "-project taken.tsrt" << notWritten << 0;
         QTest::newRow("untyped_line") << "-project untyped.tsrt" << untyped << 0;
+        QTest::newRow("import_into_untyped_line") << "-project untyped.tsrt -import gauge.EDS" << untyped << 0;
         QTest::newRow("modifier_before_check") << "-project untyped.tsrt -dbmod mod.txt" << kFullRun << 0;
         // clang-format on
     }
