@@ -223,7 +223,7 @@ QStringList csvText(const QString &content)
 
 QStringList dbcText(const QByteArray &content)
 {
-    const DbcReader reader(content);
+    const StrictDbc::DbcReader reader(content);
     const auto keysOf = [](QMap<QString, QString> attributes) {
         attributes.remove("SystemMessageLongSymbol"); // of names that are too long
         attributes.remove("SystemSignalLongSymbol");
@@ -232,7 +232,7 @@ QStringList dbcText(const QByteArray &content)
     QStringList rows = {reader.fault};
     for (auto it = reader.messages.begin(); it != reader.messages.end(); ++it) {
         rows << QString::number(it.key()) + keysOf(it->attributes);
-        for (const DbcSignal &signal : it->signalList)
+        for (const StrictDbc::DbcSignal &signal : it->signalList)
             rows << joined(signal.start, signal.bits) + keysOf(signal.attributes);
     }
     return rows;
