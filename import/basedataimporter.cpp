@@ -148,11 +148,13 @@ QString BaseDataImporter::makeVarName(quint16 index, quint8 sub)
     const quint32 owner = quint32(index) << 8 | sub;
     const QString first = QString::number(index);
     const QString second = QString::number(sub);
-    QString name = QLatin1String("v_") + first + second;
+    const QString start =
+        activeLine == 0 ? QStringLiteral("v_") : QStringLiteral("v%1_").arg(activeLine);
+    QString name = start + first + second;
     // 4096 with 11 and 40961 with 1 would share a name.
     const auto found = varNameOwners.constFind(name);
     if (found != varNameOwners.constEnd() && *found != owner)
-        name = QLatin1String("v_") + first + QLatin1Char('_') + second;
+        name = start + first + QLatin1Char('_') + second;
     varNameOwners.insert(name, owner);
     return name;
 }

@@ -87,7 +87,8 @@ protected:
 
     bool isInRange(quint32 index) const { return index >= lowIndex && index <= highIndex; }
     /// Name of the variable of a string or domain without one of its own: "v_" with index and
-    /// subindex in decimal, separated by "_" where another place has that name.
+    /// subindex in decimal, separated by "_" where another place has that name. On line 1 the start
+    /// is "v1_" and so on, since C knows the variables of all lines.
     QString makeVarName(quint16 index, quint8 sub);
     /// Keeps \a text for getLastError() and reports it.
     void fail(const QString &text);

@@ -200,8 +200,10 @@ private slots:
     void secondLine()
     {
         QVERIFY(store->addNode(1, {}));
-        QVERIFY(import("[DeviceInfo]\nVendorName=M\n[2000]\nParameterName=x\n", 1));
+        QVERIFY(import(
+            "[DeviceInfo]\nVendorName=M\n[2000]\nParameterName=x\nDataType=9\nAccessType=rw\n", 1));
         QCOMPARE(subOf(*store, 1, 0x2000, 0).name, "x");
+        QCOMPARE(subOf(*store, 1, 0x2000, 0).varName, "v1_81920");
         QVERIFY(!store->existIndex(0, 0x2000));
         QCOMPARE(setting("VendorName"), "M"); // the importer chose the line
         store->setDescriptionSettingsLine(0);
