@@ -203,7 +203,7 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
      "The file gen_j1939_adapter.c in %1 is not writable",
      "Generation of gen_j1939_adapter.c in %1 started"},
     {"gen_extern_decl.h",
-     [](Facts f) { return f.hasJ1939 || f.hasRaw; }, StepLines::Once, false, makeDeclarations,
+     [](Facts f) { return f.hasDeclarations(); }, StepLines::Once, false, makeDeclarations,
      "The file gen_extern_decl.h in %1 is not writable",
      "Generation of gen_extern_decl.h in %1 started"},
     {"gen_sdg.c",

@@ -39,6 +39,11 @@ struct ProjectFacts {
     bool isPureJ1939() const { return hasJ1939 && !hasCANopen && !hasRaw; }
     /// Several protocols, which share the stack's tables.
     bool isMixed() const { return (hasJ1939 && hasCANopen) || hasRaw; }
+    /// Does the tool declare variables of the application?
+    bool hasDeclarations() const
+    {
+        return hasJ1939 || hasRaw || (hasCANopen && features.hasGeneratedVariables());
+    }
 };
 
 /// The lines and their types, and the features.

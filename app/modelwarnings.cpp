@@ -1,6 +1,7 @@
 // What of a project's model no generated file can hold as it is meant.
 #include "app/modelwarnings.h"
 
+#include "generators/j1939/extdeclgenerator.h"
 #include "generators/outputname.h"
 #include "generators/projectlines.h"
 #include "support/cohelper.h"
@@ -89,6 +90,29 @@ ProjectPlace placeOf(quint8 line, quint32 frame)
     return place;
 }
 
+ProjectPlace placeOf(const ExtDecl::Misfit &misfit)
+{
+    ProjectPlace place;
+    place.line = misfit.line;
+    place.index = misfit.index;
+    place.subindex = misfit.subindex;
+    place.column = QStringLiteral("varname");
+    return place;
+}
+
+/// "the variable "level" of the object 0x2000:1 on line 0, and 2 more, are"
+QString variableText(const QVector<ExtDecl::Misfit> &misfits)
+{
+    const ExtDecl::Misfit &first = misfits.first();
+    const QString others = misfits.size() == 1
+                               ? QStringLiteral(" is")
+                               : QStringLiteral(", and %1 more, are").arg(misfits.size() - 1);
+    return QStringLiteral("the variable %1 of the object 0x%2:%3 on line %4")
+               .arg(quotedWord(first.name), Numbers::toHex(first.index, 4),
+                    QString::number(first.subindex), QString::number(first.line)) +
+           others;
+}
+
 } // namespace
 
 ModelWarnings::ModelWarnings(const ObjectDataBase &database, const ProjectFacts &project,
@@ -115,6 +139,8 @@ void ModelWarnings::run() const
             checkVirtualObjects(line.number);
     }
     checkHeaders();
+    if (facts.features.hasGeneratedVariables() && facts.hasCANopen)
+        checkVariables();
 }
 
 template <class Frame>
@@ -264,6 +290,30 @@ void ModelWarnings::checkHeaders() const
              QStringLiteral("the header %1 of \"%2\" is not in the folder of the project: mend its "
                             "name, or write <%3> if the compiler finds it in another folder")
                  .arg(quotedWord(name), key, name.left(60)));
+    }
+}
+
+/// Those of objects whose C does not compile with the declarations alone: the first of each kind.
+void ModelWarnings::checkVariables() const
+{
+    QVector<ExtDecl::Misfit> unknown;
+    QVector<ExtDecl::Misfit> mixed;
+    const ExtDecl::Variables variables = ExtDecl::readObjectVariables(store);
+    for (const ExtDecl::Misfit &misfit : variables.misfits)
+        (misfit.type.isEmpty() ? unknown : mixed) << misfit;
+    if (!unknown.isEmpty()) {
+        tell("variable-not-declared", placeOf(unknown.first()),
+             variableText(unknown) +
+                 QStringLiteral(" not declared in gen_extern_decl.h, which has plain names and "
+                                "elements of arrays of a known type: declare what it is in a "
+                                "header of \"applicationheader\""));
+    }
+    if (!mixed.isEmpty()) {
+        tell("variable-types", placeOf(mixed.first()),
+             variableText(mixed) +
+                 QStringLiteral(" of several types, here %1 and elsewhere %2, which a C compiler "
+                                "does not take: give each of the objects a variable of its own")
+                     .arg(mixed.first().type, mixed.first().otherType));
     }
 }
 

@@ -36,6 +36,7 @@ private:
     QString whyWithoutValue(quint8 line, quint16 index, quint16 dataType) const;
     void checkStart(quint8 line) const;
     void checkHeaders() const;
+    void checkVariables() const;
     void tell(const char *rule, const ProjectPlace &place, const QString &text) const;
 
     const ObjectDataBase &store;

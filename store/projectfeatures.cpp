@@ -38,6 +38,7 @@ constexpr NumberRow kNumbers[] = {
     {&ProjectFeatures::groupFilterByPrefix, kGeneral, "drv_group_filter", Base::ByPrefix},
     {&ProjectFeatures::staticValues,     kGeneral, "init_static_variables"},
     {&ProjectFeatures::stringDefaults,   kGeneral, "generate_string_defaults"},
+    {&ProjectFeatures::generatedVariables, kGeneral, "generate_variables"},
     {&ProjectFeatures::newInitStructure, kGeneral, "new_init_structure"},
     {&ProjectFeatures::sdoServers,       kJ1939,   "cia510serversupport", Base::ByPrefix},
     {&ProjectFeatures::sdoClients,       kJ1939,   "cia510clientsupport", Base::ByPrefix},

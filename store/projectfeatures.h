@@ -25,6 +25,7 @@ struct ProjectFeatures {
     qint64 groupFilterByPrefix = 0;
     qint64 staticValues = 0; ///< variables start with a value, not with 0
     qint64 stringDefaults = 0;
+    qint64 generatedVariables = 0; ///< of the application, on CANopen lines
     qint64 newInitStructure = 0;
     qint64 sdoServers = 0; ///< of a J1939 device, by CAM11 and CAM21 (CiA 510), as those below
     qint64 sdoClients = 0;
@@ -69,6 +70,8 @@ struct ProjectFeatures {
     bool namesGroupFilter() const { return groupFilterByPrefix == 1; }
     bool hasStaticValues() const { return staticValues == 1; }
     bool hasStringDefaults() const { return stringDefaults > 0; }
+    /// Lines of other protocols have such variables without being asked.
+    bool hasGeneratedVariables() const { return generatedVariables == 1; }
     /// The structures of start-up code of today; older stacks start without what all protocols
     /// share.
     bool hasNewInitStructure() const { return newInitStructure == 1; }

@@ -52,6 +52,8 @@ constexpr Setting kSources[] = {
      "What stands after the name of each managed variable of the object dictionary, such as an attribute of the compiler that places it in memory"},
     {"generate_string_defaults", F::Switch, S::Project, kAny, "", "gen_user.h, gen_objdict.c",
      "Writes userOverwriteStringDefaultvalues(), which sets the default values of strings"},
+    {"generate_variables", F::Flag, S::Project, kAny, "", "gen_extern_decl.h, gen_var_decl.c, gen_objdict.c, gen_srdo.c",
+     "Declares and defines the variables that objects of CANopen lines name, with their sizes and default values, also in a project that has no line of another protocol"},
     {"compact_array_description", F::Flag, S::Project, kAny, "", "gen_objdict.c",
      "Equal subindices at the end of an object share one description. For objects from 0x1200 on, in a project of CANopen lines only"},
     {"generate_generation_counter", F::Flag, S::Project, kAny, "", "GEN_GENERATION_COUNT",

@@ -16,6 +16,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <optional>
 
 namespace
 {
@@ -190,14 +191,28 @@ Name parseName(const QString &expression)
     return found;
 }
 
+/// The object whose table names a variable.
+struct ObjectPlace {
+    quint8 line;
+    quint16 index;
+    quint8 subindex;
+};
+
 /// Where a table names a variable.
 struct Use {
     QString expression;
     const CType *type = nullptr;
     quint32 bytes = 0; ///< of a string
     QString defaultValue;
-    bool isObject = false; ///< its table takes pointers of this type only
+    std::optional<ObjectPlace> object = std::nullopt; ///< takes pointers of this type only
 };
+
+/// What a pointer to it points to.
+QString typeText(const CType &type, bool isElement)
+{
+    return QLatin1String(type.name) + QLatin1String(isSized(type) ? "[]" : "") +
+           QLatin1String(isElement ? " in an array" : "");
+}
 
 /// Gathers uses to variables.
 class Collector
@@ -209,13 +224,14 @@ public:
             return;
         const Name target = parseName(use.expression);
         if (target.name.isEmpty() || !use.type) {
-            addOther(use.expression.simplified());
+            addOther(use);
             return;
         }
         Variable &variable = variableOf(target.name);
+        compare(variable, target, use);
         const quint32 bytes =
             isSized(*use.type) ? std::max(use.bytes, 1U) : quint32(use.type->bytes);
-        if (bytes > variable.bytes || (use.isObject && bytes == variable.bytes)) {
+        if (bytes > variable.bytes || (use.object && bytes == variable.bytes)) {
             variable.type = use.type;
             variable.bytes = bytes;
         }
@@ -240,15 +256,37 @@ private:
         return variables.declared.last();
     }
 
-    void addOther(const QString &expression)
+    void addOther(const Use &use)
     {
+        const QString expression = use.expression.simplified();
         if (!knownOthers.contains(expression))
             variables.others << expression;
         knownOthers.insert(expression);
+        addMisfit(use, expression, {}, {});
+    }
+
+    /// Does the object take the variable as those before it do?
+    void compare(const Variable &variable, const Name &target, const Use &use)
+    {
+        const bool isElement = variable.elements > 0;
+        if (variable.type && (variable.type != use.type || isElement != target.isElement))
+            addMisfit(use, target.name, typeText(*use.type, target.isElement),
+                      typeText(*variable.type, isElement));
+    }
+
+    void addMisfit(const Use &use, const QString &name, const QString &type,
+                   const QString &otherType)
+    {
+        if (!use.object || knownMisfits.contains(name))
+            return;
+        knownMisfits.insert(name);
+        variables.misfits << ExtDecl::Misfit{
+            name, use.object->line, use.object->index, use.object->subindex, type, otherType};
     }
 
     Variables variables;
     QSet<QString> knownOthers;
+    QSet<QString> knownMisfits;
 };
 
 /// Of a string.
@@ -302,8 +340,16 @@ void addObjects(Collector &collector, const ObjectDataBase &store, quint8 line)
             data.dataType != CAN::typeNumber(Type::Domain))
             collector.add({Helper::substituteVariables(data.varName, index, sub),
                            typeOf(data.dataType, &TypeRow::ofObject), data.size, data.defaultValue,
-                           true});
+                           ObjectPlace{line, index, sub}});
     });
+}
+
+void addObjects(Collector &collector, const ObjectDataBase &store, const QList<quint8> &lines)
+{
+    if (!hasDictionary(store, lines))
+        return;
+    for (const quint8 line : lines)
+        addObjects(collector, store, line);
 }
 
 /// \a value cut to the width of the type.
@@ -447,10 +493,14 @@ ExtDecl::Variables ExtDecl::readVariables(ObjectDataBase &store)
     const QList<quint8> lines = readProjectLines(store).numbers;
     for (const quint8 line : lines)
         addFrames(collector, store, line);
-    if (hasDictionary(store, lines)) {
-        for (const quint8 line : lines)
-            addObjects(collector, store, line);
-    }
+    addObjects(collector, store, lines);
+    return collector.all();
+}
+
+ExtDecl::Variables ExtDecl::readObjectVariables(const ObjectDataBase &store)
+{
+    Collector collector;
+    addObjects(collector, store, readProjectLines(store).numbers);
     return collector.all();
 }
 

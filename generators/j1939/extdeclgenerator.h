@@ -56,9 +56,21 @@ struct Variable {
     QMap<quint32, QString> defaultValues; ///< of the elements in use, as the project gives them
 };
 
+/// An object whose variable is not declared as its table takes it.
+struct Misfit {
+    QString name; ///< as the object gives it, on one line
+    quint8 line = 0;
+    quint16 index = 0;
+    quint8 subindex = 0;
+    /// What stands beside another; both empty for what is not declared at all.
+    QString type;
+    QString otherType;
+};
+
 struct Variables {
     QVector<Variable> declared;
     QStringList others;         ///< expressions, and what has no type
+    QVector<Misfit> misfits;    ///< of objects, each variable and expression once
     QHash<QString, int> places; ///< in declared, by name
 };
 
@@ -66,6 +78,9 @@ struct Variables {
 /// several types of one variable the widest counts, since all tables must find room in it; of equal
 /// ones that of an object, whose table takes pointers of no other type.
 Variables readVariables(ObjectDataBase &store);
+
+/// Those of objects alone; no statement runs.
+Variables readObjectVariables(const ObjectDataBase &store);
 
 /// How C code refers to a signal's variable.
 struct Access {

@@ -181,6 +181,8 @@ void ObjDict::writeIncludes(Context &context, bool withStandardLibrary)
         out.raw("#include <co_canopen.h>\n");
         writeUdsIncludes(context);
         out.raw("#include <gen_indication.h>\n");
+        if (context.features.hasGeneratedVariables())
+            out.raw("#include <gen_extern_decl.h>\n");
     }
     if (needsUserHeader(context.settings, context.features))
         out.raw("#include <gen_user.h>\n");

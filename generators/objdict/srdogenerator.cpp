@@ -138,7 +138,8 @@ void Srdo::writePreamble(ObjDict::Context &context)
 #include <gen_define.h>
 #include <co_canopen.h>
 )");
-    if (hasOtherProtocols(context.store))
+    if (hasOtherProtocols(context.store) ||
+        (context.features.hasGeneratedVariables() && hasLineThat(context.store, carriesCANopen)))
         out.raw("#include <gen_extern_decl.h>\n");
     out.raw("\n");
     ObjDict::writeApplicationHeaders(context);

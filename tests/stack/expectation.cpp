@@ -139,6 +139,8 @@ QStringList Expectation::stackFeatures() const
         flags << "-DSTACK_ROUTES";
     if (isSet("udsserver_supported") || isSet("udsclient_supported"))
         flags << "-DSTACK_UDS";
+    if (number("generate_variables") == 1)
+        flags << "-DSTACK_DEFINES_VARIABLES=1";
     // Signed values of 24 bits have arrays, but no place in the structure that the stack reads.
     if (hasType(16))
         flags << "-Wno-unused-variable"
@@ -233,9 +235,10 @@ QString Expectation::valueText(const Place &place, const SubIndexData &sub,
         return QStringLiteral(" value=") +
                printable(textBytes(sub.defaultValue).leftJustified(bytes, 0, true)) + size;
     }
-    if (storage == QLatin1String("_PTR") && (isText || hasArray(sub.dataType)))
-        return QStringLiteral(" value=->") +
-               Helper::substituteVariables(sub.varName, place.index, place.sub) + size;
+    if (storage == QLatin1String("_PTR") && (isText || hasArray(sub.dataType))) {
+        const QString name = Helper::substituteVariables(sub.varName, place.index, place.sub);
+        return QStringLiteral(" value=->") + name + definedValue(sub, name) + size;
+    }
     if (storage == QLatin1String("_PTR") || storage == QLatin1String("_VAR") ||
         storage == QLatin1String("_CONST")) {
         if (!hasArray(sub.dataType))
@@ -252,6 +255,19 @@ QString Expectation::valueText(const Place &place, const SubIndexData &sub,
                                  : QString();
     const int first = reference == "index" ? 0 : reference.toInt(nullptr, 16);
     return QStringLiteral(" ref=%1").arg(place.index - first);
+}
+
+/// With what a variable starts that generated code defines.
+QString Expectation::definedValue(const SubIndexData &sub, const QString &name) const
+{
+    if (number("generate_variables") != 1)
+        return QString();
+    if (!hasArray(sub.dataType))
+        return '=' +
+               printable(
+                   textBytes(sub.defaultValue).leftJustified(static_cast<int>(sub.size), 0, true));
+    const bool isZero = name.contains('(') || hasNodeId(sub.defaultValue);
+    return '=' + (isZero ? QStringLiteral("0") : numberText(sub.dataType, sub.defaultValue));
 }
 
 /// Each domain has a place of its own.

@@ -68,6 +68,7 @@ private:
     int bufferCount(const char *setting, quint8 line) const;
     QString subRow(const Place &place) const;
     QString valueText(const Place &place, const SubIndexData &sub, const QString &storage) const;
+    QString definedValue(const SubIndexData &sub, const QString &name) const;
     int domainNumber(const Place &place) const;
     QString boundsText(const SubIndexData &sub) const;
     quint8 homeOf(const Place &place) const;

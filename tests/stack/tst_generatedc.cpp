@@ -59,7 +59,8 @@ public:
                                "#define CELL24_OF(n) (&cells24[n])\n"
                                "UNSIGNED8 nodeIdOfLine(void);\n";
         QStringList bases;
-        for (auto it = variables.begin(); it != variables.end(); ++it)
+        const bool isDefined = store.getGeneralSettingsValue("generate_variables") == "1";
+        for (auto it = variables.begin(); it != variables.end() && !isDefined; ++it)
             bases << variableDeclaration(it.key(), it.value());
         bases.removeDuplicates();
         for (const QString &base : qAsConst(bases))
@@ -83,6 +84,8 @@ private:
     QString source(const QString &declarations) const
     {
         QString text = "#include <stdio.h>\n#include \"stack.h\"\n";
+        if (store.getGeneralSettingsValue("generate_variables") == "1")
+            text += "#include <gen_extern_decl.h>\n";
         text +=
             QString(declarations)
                 .replace(QRegularExpression("^extern ", QRegularExpression::MultilineOption), "");
@@ -166,8 +169,8 @@ private:
         Application(*store, expected).write(folder->path());
         for (const quint8 line : store->getNodes())
             store->cacheAllSubs(line, 0);
-        const QStringList files = {"gen_objdict.c", "gen_vobjdict.c", "gen_srdo.c", "gen_define.h",
-                                   "gen_indication.h"};
+        const QStringList files = {"gen_objdict.c", "gen_vobjdict.c",   "gen_srdo.c",
+                                   "gen_define.h",  "gen_indication.h", "gen_extern_decl.h"};
         QCOMPARE(runGenerators(*store, folder->path(), kDeviceName, files), QString());
         device->run({"main", "recorder", "recorder_canopen", "start_canopen", "walk"},
                     expected.stackFeatures());

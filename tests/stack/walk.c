@@ -13,6 +13,11 @@ static const char *const attributeNames[] = {
 };
 static const char *const objectTypeNames[] = { "VAR", "ARRAY", "STRUCT", "DOM" };
 
+/* Do generated sources define the variables of the application, with values that are known? */
+#ifndef STACK_DEFINES_VARIABLES
+#  define STACK_DEFINES_VARIABLES 0
+#endif
+
 /* --- Addresses of values --- */
 
 #ifdef CO_EXTENDED_DATA_TYPES
@@ -167,15 +172,18 @@ static void printValue(const CO_OD_DATA_VARIABLES_T *v, const CO_OBJECT_DESC_T *
     }
     else if (!address) {
         printf(" value=none");
-    } else if (storage == STACK_STORAGE_PTR) {
-        printf(" value=");
-        printKnownVariable(address);
     } else {
         printf(" value=");
-        if (hasArray(type))
-            printNumber(address, type);
-        else
-            printText(address, size);
+        if (storage == STACK_STORAGE_PTR) {
+            printKnownVariable(address);
+            printf("%s", STACK_DEFINES_VARIABLES ? "=" : "");
+        }
+        if (storage != STACK_STORAGE_PTR || STACK_DEFINES_VARIABLES) {
+            if (hasArray(type))
+                printNumber(address, type);
+            else
+                printText(address, size);
+        }
     }
     if (size >= 0)
         printf(" size=%ld", size);

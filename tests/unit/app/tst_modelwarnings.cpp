@@ -77,6 +77,19 @@ private slots:
             "\"applicationheader\" is not in the folder of the project: mend its name, or write <hree.h> if the "
             "compiler finds "
             "it in another folder [missing-header]");
+
+        const QString named = "line 0 1; 2000 rec; 2000:1 U8 rw 2 5 var=a[1]; 2000:2 U8 rw 2 5 var=a[2]; ",
+                      odd = "2000:3 U8 rw 2 5 var=s.x; 2001:0 U8 rw 2 5 var=(&y); 2002:0 DOMAIN rw 2 - var=d.x",
+                      mixed = "2003:0 I8 rw 2 5 var=a; 2004:0 VS rw 2 x size=1 var=a[0]", on = "generate_variables=1; ";
+        row("variables", on + named + "2001:0 VS rw 2 x size=1 var=t; 2002:0 VS rw 2 x size=2 var=t");
+        row("variables_by_hand", named + odd + "; " + mixed);
+        row("variables_of_j1939", on + "line 0 2; 1000 var; 2000 var; 2000:0 U8 rw 2 5 var=s.x");
+        row("undeclared", on + named + odd, "0:2000:3: warning: the variable \"s.x\" of the object 0x2000:3 on line 0, "
+            "and 1 more, are not declared in gen_extern_decl.h, which has plain names and elements of arrays of a "
+            "known type: declare what it is in a header of \"applicationheader\" [variable-not-declared]");
+        row("types", on + named + mixed, "0:2003:0: warning: the variable \"a\" of the object 0x2003:0 on line 0 is of "
+            "several types, here INTEGER8 and elsewhere UNSIGNED8 in an array, which a C compiler does not take: give "
+            "each of the objects a variable of its own [variable-types]");
         // clang-format on
     }
     void tells()
