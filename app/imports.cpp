@@ -49,6 +49,8 @@ constexpr ImporterRow kImporters[] = {
     {"dcf", make<EDSImporter>, BareName::Leaves},
     {"eds", make<EDSImporter>, BareName::Leaves},
     {"icsv", makeTable},
+    {"xdc", make<EDSImporter>},
+    {"xdd", make<EDSImporter>},
 };
 
 const ImporterRow *findImporter(const QString &file)

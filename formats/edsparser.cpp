@@ -229,6 +229,7 @@ CANopenSubindex readValueSection(const Entries &entries, CANopen::ObjectCode cod
     record.refuseRead = (flags & 2) != 0;
     record.pdoMapping = entries.number(PDOMappable) != 0;
     record.description = entries.edsSection().comment;
+    record.line = entries.edsSection().line;
     checkNumber(entries, DefaultValue, defaultValue, record.dataType);
     checkNumber(entries, ParameterValue, record.currentValue, record.dataType);
     checkNumber(entries, LowLimit, record.lowLimit, record.dataType);
@@ -300,6 +301,10 @@ public:
     {
         CANopen::CANopenIndex record;
         record.index = sections.index;
+        record.line =
+            reader
+                .sections()[sections.section < 0 ? sections.subs.first().section : sections.section]
+                .line;
         record.memberNames = readList(reader, directory.listOf(sections.index, Kind::Names));
         record.memberValues = readList(reader, directory.listOf(sections.index, Kind::Values));
         record.memberDenotations =
@@ -310,12 +315,11 @@ public:
         if (sections.section < 0) {
             record.name = QStringLiteral("unnamed object");
             record.objectCode = CANopen::ObjectCode::Record;
-            reader.note(
-                "eds-no-object", reader.sections()[sections.subs.first().section].line, [&] {
-                    return QStringLiteral("there is no section [%1] of the object: a record "
-                                          "without a name is made for its subindices")
-                        .arg(hexIndex(sections.index));
-                });
+            reader.note("eds-no-object", record.line, [&] {
+                return QStringLiteral("there is no section [%1] of the object: a record "
+                                      "without a name is made for its subindices")
+                    .arg(hexIndex(sections.index));
+            });
             return record;
         }
         readObject(sections, record);

@@ -27,6 +27,7 @@ struct CANopenSubindex {
     bool refuseWrite = false;  ///< ObjFlags: not to be written by a download
     bool pdoMapping = false;
     QString description; ///< the section's comment, line feeds between its lines
+    int line = 0;        ///< of the file, from 1; 0 for none
 };
 Q_DECLARE_METATYPE(CANopenSubindex)
 
@@ -44,6 +45,7 @@ struct CANopenIndex {
     QString defaultValue;     ///< of the members of a compact object
     bool flag = false;        ///< the section gives a default value
     QString description;      ///< the section's comment, line feeds between its lines
+    int line = 0;             ///< of the file, from 1; 0 for none
 
     CANopenSubindex member; ///< what is common to the members of a compact object
     /// Lists of a compact object by subindex; members without an entry are not in them.

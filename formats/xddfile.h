@@ -49,10 +49,16 @@ struct XddObject : XddEntry {
     QVector<XddEntry> subs; ///< in the order of the file, each number once
 };
 
+/// A text about the device or the file.
+struct XddInformation {
+    QString value;
+    int line = 0;
+};
+
 struct XddFile {
     QVector<XddObject> objects;              ///< in the order of the file, each index once
     QHash<QString, XddParameter> parameters; ///< by ID, templates too
     QHash<QString, XddType> types;           ///< by ID
     /// Device, file and commissioning, by the keys of EDS and DCF files (edskeys.h).
-    QMap<QString, QString> information;
+    QMap<QString, XddInformation> information;
 };

@@ -61,6 +61,7 @@ public:
     {
         CANopen::CANopenIndex record;
         record.index = object.index;
+        record.line = object.line;
         record.objectCode = objectCode(object);
         record.member = makeValue(object, record.objectCode, QStringLiteral("unnamed object"),
                                   hasOwnValue(object, record.objectCode));
@@ -103,6 +104,7 @@ private:
         CANopenSubindex record;
         record.index = entry.index;
         record.subindex = entry.subindex;
+        record.line = entry.line;
         record.name = entry.name.isEmpty() ? values.name : entry.name;
         record.description = parameter.description;
         record.dataType = dataType(entry, parameter, code, isValue);
@@ -306,6 +308,7 @@ bool XddParser::load(const QString &fileName)
 {
     file = XddFile();
     problems.begin(fileName);
+    reasonLine = 0;
     reason = FileReasons::whyNotReadable(fileName);
     QFile source(fileName);
     if (reason.isEmpty() && !source.open(QIODevice::ReadOnly))
@@ -320,6 +323,7 @@ bool XddParser::parse(const QByteArray &bytes, const QString &origin)
 {
     file = XddFile();
     problems.begin(origin);
+    reasonLine = 0;
     if (bytes.size() > XddReader::kMostBytes) {
         reason = QStringLiteral("it is larger than %1 MiB").arg(XddReader::kMostBytes >> 20);
         return false;
@@ -327,6 +331,7 @@ bool XddParser::parse(const QByteArray &bytes, const QString &origin)
     XddReader reader(bytes, &file, &problems);
     (void)reader.read();
     reason = reader.whyNot();
+    reasonLine = reader.lineOfReason();
     if (!reason.isEmpty())
         return false;
     RecordMaker maker(file, &problems);

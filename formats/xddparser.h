@@ -28,8 +28,11 @@ public:
     /// Words that follow a colon; empty if there was something to read.
     const QString &whyNotRead() const { return reason; }
 
+    /// Where the reason stands in the file; 0 if it is none of a line.
+    int lineOfReason() const { return reasonLine; }
+
     /// What stands in the file besides objects, by the keys of edskeys.h.
-    const QMap<QString, QString> &information() const { return file.information; }
+    const QMap<QString, XddInformation> &information() const { return file.information; }
 
     /// Keeps something odd for tellProblems(); see FileProblems.
     void note(const char *rule, int line, const std::function<QString()> &words) const;
@@ -44,5 +47,6 @@ signals:
 private:
     XddFile file;
     QString reason;
+    int reasonLine = 0;
     mutable FileProblems problems; ///< what is noted changes nothing of the records
 };

@@ -214,7 +214,8 @@ bool XddReader::read()
             text += xml.text();
             break;
         case QXmlStreamReader::DTD:
-            reason = QStringLiteral("it declares a document type, which no such file needs");
+            refuse(QStringLiteral("it declares a document type, which no such file needs"),
+                   static_cast<int>(xml.lineNumber()));
             break;
         default:
             break;
@@ -227,9 +228,16 @@ bool XddReader::read()
                 .arg(withoutFullStop(xml.errorString()));
         });
     if (reason.isEmpty() && file.objects.isEmpty())
-        reason = isOfOtherNetwork ? QStringLiteral("it describes a device of another network")
-                                  : QStringLiteral("it has no object of CANopen");
+        refuse(otherNetworkLine > 0 ? QStringLiteral("it describes a device of another network")
+                                    : QStringLiteral("it has no object of CANopen"),
+               otherNetworkLine);
     return reason.isEmpty();
+}
+
+void XddReader::refuse(const QString &words, int line)
+{
+    reason = words;
+    reasonLine = line;
 }
 
 const XddReader::Row *XddReader::rowOf(const QStringRef &qualifiedName)
@@ -250,7 +258,8 @@ void XddReader::startElement()
     const bool isOther = containers > 1 && !open.isEmpty();
     const Kind kind = row && !isOther ? row->kind : Kind::Other;
     if (open.size() >= kMostDepth) {
-        reason = QStringLiteral("its elements are more than %1 deep in each other").arg(kMostDepth);
+        refuse(QStringLiteral("its elements are more than %1 deep in each other").arg(kMostDepth),
+               static_cast<int>(xml.lineNumber()));
         return;
     }
     text.clear();
@@ -334,7 +343,7 @@ bool XddReader::isWithin(Kind kind, int levels) const
 void XddReader::startBody()
 {
     if (attribute("type").contains(QLatin1String("Powerlink"), Qt::CaseInsensitive))
-        isOfOtherNetwork = true;
+        otherNetworkLine = static_cast<int>(xml.lineNumber());
     for (const Word &word : kBodyAttributes)
         inform(word.ours, attribute(word.theirs));
 }
@@ -614,11 +623,9 @@ bool XddReader::readHex(const char *word, uint most, uint *number)
 /// The first of several that is there.
 void XddReader::inform(const char *key, const QString &value)
 {
-    QString &place = file.information[QLatin1String(key)];
-    if (place.isEmpty())
-        place = value;
-    if (place.isEmpty())
-        file.information.remove(QLatin1String(key));
+    const QString name = QLatin1String(key);
+    if (!value.isEmpty() && !file.information.contains(name))
+        file.information.insert(name, {value, static_cast<int>(xml.lineNumber())});
 }
 
 void XddReader::note(const char *rule, const std::function<QString()> &words)

@@ -28,6 +28,9 @@ public:
     /// Words that follow a colon.
     const QString &whyNot() const { return reason; }
 
+    /// Of what whyNot() tells; 0 if it is none of a line.
+    int lineOfReason() const { return reasonLine; }
+
 private:
     enum class Kind : quint8;
     struct Row;
@@ -47,6 +50,7 @@ private:
     };
 
     XddReader(const QString &content, XddFile *result, FileProblems *collector);
+    void refuse(const QString &words, int line);
     void startElement();
     void endElement();
     bool isWithin(Kind kind, int levels) const;
@@ -78,6 +82,7 @@ private:
     XddFile &file;
     FileProblems &problems;
     QString reason;
+    int reasonLine = 0;
     QVector<Kind> open; ///< elements from the root on
     QHash<quint16, int> objectNumbers;
     QHash<quint32, int> subNumbers; ///< by index and subindex, of its object's list
@@ -93,5 +98,5 @@ private:
     QString text; ///< of the element that is open
     QString language;
     int containers = 0;
-    bool isOfOtherNetwork = false;
+    int otherNetworkLine = 0; ///< 0: none so far
 };

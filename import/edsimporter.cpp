@@ -1,9 +1,11 @@
 // From the records of a device description to the records of a project.
 #include "import/edsimporter.h"
 
+#include "store/projectfeatures.h"
 #include "support/accesstype.h"
 #include "support/cohelper.h"
 #include "support/implementation.h"
+#include "support/objectindex.h"
 #include "support/problems.h"
 
 namespace
@@ -46,41 +48,94 @@ void EDSImporter::doImport()
     // What is written goes into the cache as well, so that the line is not read again after the
     // import.
     database->cacheAllSubs(activeLine, 0);
-    EdsParser parser;
-    connect(&parser, &EdsParser::newIndex, this, &EDSImporter::newIndex);
-    connect(&parser, &EdsParser::newSubIndex, this, &EDSImporter::newSubIndex);
-    (void)parser.LoadEds(
-        importFileName); // without objects the device information is taken all the same
-    if (!parser.wasRead()) {
+    source = DescriptionSource::ofFile(importFileName);
+    changes.begin(importFileName);
+    repair = std::make_unique<DescriptionRepair>(*source, &changes);
+    const bool isRead =
+        source->read({[this](const CANopen::CANopenIndex &record) { beginObject(record); },
+                      [this](const CANopenSubindex &record) { addSub(record); }});
+    if (!isRead) {
         failToOpen();
         return;
     }
+    endObject();
+    addMandatoryObjects();
     flush();
     emit progress(80);
     database->setDescriptionSettingsLine(activeLine);
-    const PromisedPdos promised = importFileDeviceInfo(parser.sections());
-    createMissingPdos(PdoDirection::Receive, promised.receive, parser.sections());
-    createMissingPdos(PdoDirection::Transmit, promised.transmit, parser.sections());
-    parser.sections().tellProblems();
+    const PromisedPdos promised = importFileDeviceInfo();
+    createMissingPdos(PdoDirection::Receive, promised.receive);
+    createMissingPdos(PdoDirection::Transmit, promised.transmit);
+    source->tellProblems();
+    changes.tell();
     if (!hasTakenObject)
-        Problems::error("nothing-imported", importFileName,
-                        QStringLiteral("has no section of an object from 0x1000 to 0xBFFF, and the "
-                                       "objects of the project stay as they are"));
+        tellThatNothingWasTaken();
 }
 
-void EDSImporter::newIndex(const CANopen::CANopenIndex &record)
+void EDSImporter::tellThatNothingWasTaken()
 {
+    const DescriptionSource::Reason reason = source->whyNothing();
+    Problems::error("nothing-imported", importFileName,
+                    reason.words +
+                        QLatin1String(", and the objects of the project stay as they are"),
+                    reason.line);
+}
+
+void EDSImporter::beginObject(const CANopen::CANopenIndex &record)
+{
+    endObject();
     if (!isInRange(record.index))
         return;
     hasTakenObject = true;
-    currentObject = ObjectDataBase::INDEX_DATA_T();
-    currentObject.name = record.name;
-    currentObject.objectCode = record.objectCode;
-    currentObject.dataType = record.dataType;
-    currentObject.description = record.description;
-    (void)database->addIndex(activeLine, record.index, currentObject); // the store logs a failure
+    current = DescribedObject{record, {}};
     if (record.compactSubObj > 0)
         addCompactMembers(record);
+}
+
+void EDSImporter::addSub(const CANopenSubindex &record)
+{
+    if (current)
+        current->subs.append(record);
+}
+
+void EDSImporter::endObject()
+{
+    if (!current)
+        return;
+    repair->repair(&*current);
+    writeObject(*current);
+    current.reset();
+}
+
+void EDSImporter::writeObject(DescribedObject &object)
+{
+    const CANopenSubindex *first = object.sub(1);
+    if (first && object.object.objectCode == CANopen::ObjectCode::Array)
+        object.object.dataType = first->dataType;
+    ObjectDataBase::INDEX_DATA_T data;
+    data.name = object.object.name;
+    data.objectCode = object.object.objectCode;
+    data.dataType = object.object.dataType;
+    data.description = object.object.description;
+    (void)database->addIndex(activeLine, object.object.index, data); // the store logs a failure
+    for (const CANopenSubindex &sub : qAsConst(object.subs))
+        collect(sub, object.object);
+}
+
+/// What a project without them would need by hand.
+void EDSImporter::addMandatoryObjects()
+{
+    for (const quint16 index :
+         {ObjectIndex::kDeviceType, ObjectIndex::kErrorRegister, ObjectIndex::kIdentity}) {
+        // With CAN FD the device type is an array, of which nothing is known.
+        const bool isUnknown =
+            index == ObjectIndex::kDeviceType && readProjectFeatures(*database).hasCanFdAsOne();
+        if (!hasTakenObject || isUnknown || !isInRange(index) ||
+            database->existIndex(activeLine, index))
+            continue;
+        DescribedObject object = repair->mandatoryObject(index);
+        writeObject(object);
+    }
 }
 
 void EDSImporter::addCompactMembers(const CANopen::CANopenIndex &record)
@@ -92,7 +147,8 @@ void EDSImporter::addCompactMembers(const CANopen::CANopenIndex &record)
     count.writeDefault = true;
     count.currentValue = record.memberValues.value(0);
     count.denotation = record.memberDenotations.value(0);
-    newSubIndex(count);
+    count.line = record.line;
+    addSub(count);
 
     for (int number = 1; number <= record.compactSubObj; ++number) {
         const auto sub = static_cast<quint8>(number);
@@ -105,7 +161,7 @@ void EDSImporter::addCompactMembers(const CANopen::CANopenIndex &record)
         // The section's own comment and display name are those of the object.
         member.denotation = record.memberDenotations.value(sub);
         member.description.clear();
-        newSubIndex(member);
+        addSub(member);
     }
 }
 
@@ -129,29 +185,21 @@ QString EDSImporter::memberName(const QString &objectName, int number)
     return start + end;
 }
 
-void EDSImporter::newSubIndex(const CANopenSubindex &record)
+void EDSImporter::collect(const CANopenSubindex &record, const CANopen::CANopenIndex &object)
 {
-    if (!isInRange(record.index))
-        return;
-    const bool isFirstElement =
-        record.subindex == 1 && currentObject.objectCode == CANopen::ObjectCode::Array;
-    if (isFirstElement && currentObject.dataType != record.dataType) {
-        currentObject.dataType = record.dataType;
-        (void)database->addIndex(activeLine, record.index,
-                                 currentObject); // the store logs a failure
-    }
     ObjectDataBase::SubEntry entry;
     entry.line = activeLine;
     entry.index = record.index;
     entry.subindex = record.subindex;
-    entry.data = makeSubIndex(record);
+    entry.data = makeSubIndex(record, object);
     collected.append(entry);
     collectedCharacters += charactersOf(record);
     if (collected.size() >= kGroupSize || collectedCharacters >= kGroupCharacters)
         flush();
 }
 
-EDSImporter::SubData EDSImporter::makeSubIndex(const CANopenSubindex &record)
+EDSImporter::SubData EDSImporter::makeSubIndex(const CANopenSubindex &record,
+                                               const CANopen::CANopenIndex &object)
 {
     SubData data;
     data.dataType = record.dataType;
@@ -167,7 +215,7 @@ EDSImporter::SubData EDSImporter::makeSubIndex(const CANopenSubindex &record)
     data.refuseWrite = record.refuseWrite;
     data.description = record.description;
     if (record.subindex == 0 && data.description.isEmpty())
-        data.description = currentObject.description;
+        data.description = object.description;
     if (record.pdoMapping)
         data.pdoMapping = refinedMapping(record.accessType);
     applyLimits(record, data);

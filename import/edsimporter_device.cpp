@@ -46,24 +46,22 @@ constexpr InfoKey kDeviceInfo[] = {
 
 /// The entries of a section that stand in \a keys, under the spelling of the table.
 template <size_t Count>
-void readInfo(const EdsReader &file, const char *sectionName, const InfoKey (&keys)[Count],
+void readInfo(const DescriptionSource &file, const char *sectionName, const InfoKey (&keys)[Count],
               QMap<QString, QString> &result)
 {
-    const EdsSection *section = file.section(QLatin1String(sectionName));
-    if (!section)
-        return;
-    for (const EdsEntry &entry : section->entries) {
+    const auto entries = file.section(sectionName).value_or(QVector<DescriptionSource::Entry>());
+    for (const DescriptionSource::Entry &entry : entries) {
         for (const InfoKey &key : keys) {
             if (entry.key.compare(QLatin1String(key.name), Qt::CaseInsensitive) != 0)
                 continue;
-            const QString value = entry.value.toString();
             result.insert(QLatin1String(key.name),
-                          key.isNumber ? EdsValues::withoutComment(value) : value);
+                          key.isNumber ? EdsValues::withoutComment(entry.value) : entry.value);
             quint32 number = 0;
-            if (key.isNumber && !value.isEmpty() && !EdsValues::readNumber(value, number))
-                file.note("eds-value", entry.line, [&] {
+            if (key.isNumber && !entry.value.isEmpty() &&
+                !EdsValues::readNumber(entry.value, number))
+                file.warn(file.rules().value, entry.line, [&] {
                     return QStringLiteral("%1 %2 is no number, and is taken as it is")
-                        .arg(entry.key.toString(), quotedWord(value));
+                        .arg(entry.key, quotedWord(entry.value));
                 });
         }
     }
@@ -100,15 +98,16 @@ QList<quint16> freePlaces(const QList<quint16> &taken, const QList<quint16> &pre
 
 } // namespace
 
-EDSImporter::PromisedPdos EDSImporter::importFileDeviceInfo(const EdsReader &file)
+EDSImporter::PromisedPdos EDSImporter::importFileDeviceInfo()
 {
     QMap<QString, QString> values;
-    readInfo(file, EdsKeys::kFileInfo, kFileInfo, values);
-    readInfo(file, EdsKeys::kDummyUsage, kDummyUsage, values);
-    readInfo(file, EdsKeys::kDeviceInfo, kDeviceInfo, values);
+    readInfo(*source, EdsKeys::kFileInfo, kFileInfo, values);
+    readInfo(*source, EdsKeys::kDummyUsage, kDummyUsage, values);
+    readInfo(*source, EdsKeys::kDeviceInfo, kDeviceInfo, values);
     for (auto value = values.constBegin(); value != values.constEnd(); ++value)
         (void)database->setDescriptionSettingsValue(value.key(), value.value()); // logged there
-    importComments(file);
+    importGranularity();
+    importComments();
 
     PromisedPdos promised;
     (void)EdsValues::readNumber(values.value(QLatin1String(EdsKeys::kNrOfRxPdo)),
@@ -118,23 +117,43 @@ EDSImporter::PromisedPdos EDSImporter::importFileDeviceInfo(const EdsReader &fil
     return promised;
 }
 
-void EDSImporter::importComments(const EdsReader &file)
+/// One of the project's own counts, unless it says that there is no mapping.
+void EDSImporter::importGranularity()
 {
-    const EdsSection *section = file.section(QLatin1String(EdsKeys::kComments));
+    constexpr quint32 kMostBits = 64;
+    const QString key = QLatin1String(EdsKeys::kGranularity);
+    const DescriptionSource::Entry stated =
+        source->entry(EdsKeys::kDeviceInfo, EdsKeys::kGranularity);
+    quint32 bits = 0;
+    const bool isTaken = EdsValues::readNumber(stated.value, bits) && bits > 0 &&
+                         bits <= kMostBits &&
+                         Numbers::toUIntByPrefix(database->getDescriptionSettingsValue(key)) == 0;
+    if (!hasTakenObject || !isTaken)
+        return;
+    (void)database->setDescriptionSettingsValue(key, QString::number(bits)); // logged there
+    changes.addNote("import-granularity", stated.line, [bits] {
+        return QStringLiteral("the granularity of %1 is taken, since the project has none")
+            .arg(bits);
+    });
+}
+
+void EDSImporter::importComments()
+{
+    const auto section = source->section(EdsKeys::kComments);
     if (!section)
         return;
     quint32 count = 0;
     bool hasCount = false;
     QMap<quint32, QString> lines;
-    for (const EdsEntry &entry : section->entries) {
+    for (const DescriptionSource::Entry &entry : *section) {
         quint32 number = 0;
         if (entry.key.compare(QLatin1String(EdsKeys::kLines), Qt::CaseInsensitive) == 0)
-            hasCount = EdsValues::readNumber(entry.value.toString(), count);
+            hasCount = EdsValues::readNumber(entry.value, count);
         else if (entry.key.startsWith(QLatin1String(EdsKeys::kLine), Qt::CaseInsensitive) &&
-                 EdsValues::readNumber(entry.key.mid(4).toString(), number))
-            lines.insert(number, entry.value.toString());
+                 EdsValues::readNumber(entry.key.mid(4), number))
+            lines.insert(number, entry.value);
         else
-            file.note("eds-line", entry.line, [&] {
+            source->warn(source->rules().line, entry.line, [&] {
                 return quotedWord(entry.key + QLatin1Char('=') + entry.value) +
                        QLatin1String(" is no line of the comment, and is passed over: use Line1, "
                                      "Line2 and so on");
@@ -149,7 +168,7 @@ void EDSImporter::importComments(const EdsReader &file)
                                                 comment.join(QLatin1Char('\n'))); // logged there
 }
 
-void EDSImporter::createMissingPdos(PdoDirection direction, quint32 promised, const EdsReader &file)
+void EDSImporter::createMissingPdos(PdoDirection direction, quint32 promised)
 {
     const PdoObjects &objects = direction == PdoDirection::Receive ? kReceivePdos : kTransmitPdos;
     const auto placesFrom = [this](ObjectRange range) {
@@ -163,7 +182,7 @@ void EDSImporter::createMissingPdos(PdoDirection direction, quint32 promised, co
         const QList<quint16> taken = placesFrom(range);
         int missing = static_cast<int>(qMin(promised, kMaxPdos)) - taken.size();
         if (missing > 0)
-            notePromise(direction, range, missing, file);
+            notePromise(direction, range, missing);
         for (const quint16 place : freePlaces(taken, preferred)) {
             if (missing <= 0)
                 return;
@@ -181,24 +200,18 @@ void EDSImporter::createMissingPdos(PdoDirection direction, quint32 promised, co
                &EDSImporter::createDefaultMapping);
 }
 
-void EDSImporter::notePromise(PdoDirection direction, ObjectRange range, int missing,
-                              const EdsReader &file)
+void EDSImporter::notePromise(PdoDirection direction, ObjectRange range, int missing)
 {
-    const QLatin1String key(direction == PdoDirection::Receive ? EdsKeys::kNrOfRxPdo
-                                                               : EdsKeys::kNrOfTxPdo);
-    const EdsSection *section = file.section(QLatin1String(EdsKeys::kDeviceInfo));
-    for (const EdsEntry &entry : section ? section->entries : QVector<EdsEntry>()) {
-        if (entry.key.compare(key, Qt::CaseInsensitive) != 0)
-            continue;
-        file.note("eds-pdo", entry.line, [&] {
-            return QStringLiteral("%1 promises objects from 0x%2 on that the file lacks, and %3 "
-                                  "are made with default values: give them a use, or mend the "
-                                  "number")
-                .arg(QString(key), Numbers::toHex(range.first, 4).toUpper(),
-                     QString::number(missing));
-        });
-        return;
-    }
+    const char *const key =
+        direction == PdoDirection::Receive ? EdsKeys::kNrOfRxPdo : EdsKeys::kNrOfTxPdo;
+    const DescriptionSource::Entry entry = source->entry(EdsKeys::kDeviceInfo, key);
+    source->warn(source->rules().promise, entry.line, [&] {
+        return QStringLiteral("%1 promises objects from 0x%2 on that the file lacks, and %3 "
+                              "are made with default values: give them a use, or mend the "
+                              "number")
+            .arg(QLatin1String(key), Numbers::toHex(range.first, 4).toUpper(),
+                 QString::number(missing));
+    });
 }
 
 void EDSImporter::createDefaultRpdo(quint8 line, quint16 index)

@@ -84,9 +84,9 @@ private:
                                 sub.denotation);
         });
         (void)parser.parse(text, QString()); // some are read up to a fault
-        const QMap<QString, QString> information = parser.information();
+        const QMap<QString, XddInformation> information = parser.information();
         for (auto it = information.cbegin(); it != information.cend(); ++it)
-            lines << it.key() + '=' + it.value();
+            lines << it.key() + '=' + it->value;
         parser.tellProblems();
         return lines.join('\n') + '\n';
     }
