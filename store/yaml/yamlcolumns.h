@@ -28,8 +28,9 @@ inline constexpr YamlWord kServiceWords[] = {
     {55, "request-transfer-exit"}, {61, "write-memory-by-address"}, {62, "tester-present"},
 };
 
-// The help of a key that several tables have.
-inline constexpr char kWhereHelp[] =
+// The help of a key that several tables have. A pointer: with -fsanitize=undefined the address of an
+// array is no constant to GCC 12.
+inline constexpr const char *kWhereHelp =
     "Where the value is: in a variable or constant that generated C declares, in the application's variable, or nowhere";
 
 inline constexpr YamlColumn kNodeWords[] = {
