@@ -123,7 +123,7 @@ constexpr TypeRow kTypes[] = {
     {Type::StringAsterisk, &kChars, &kChars},
     {Type::OctetString,    &kBytes, &kOctets},
     {Type::UnicodeString,  &kBytes, &kBytes},
-    {Type::Domain,         &kBytes, nullptr},
+    {Type::Domain,         &kBytes, &kBytes},
 };
 // clang-format on
 
@@ -332,15 +332,34 @@ bool hasDictionary(const ObjectDataBase &store, const QList<quint8> &lines)
                        [&](quint8 line) { return carriesCANopen(readLineType(store, line)); });
 }
 
+bool isDomain(const SubIndexData &data)
+{
+    return data.dataType == CAN::typeNumber(Type::Domain);
+}
+
+/// The application hands domains to the stack at run time: no table but that of a PDO names one.
+bool isNamedByTables(const SubIndexData &data, const ProjectFeatures &features)
+{
+    return data.implementation == Implementation::kApplicationVariable &&
+           (!isDomain(data) || (features.hasGeneratedVariables() &&
+                                !data.pdoMapping.isEqualToType(PDOMappingType::No)));
+}
+
+/// What a PDO takes of a domain is told by the PDO alone, so that there is room for a whole frame.
+quint32 bytesOf(const SubIndexData &data, const ProjectFeatures &features)
+{
+    const quint32 frame = features.hasCanFd() ? 64 : 8;
+    return isDomain(data) ? std::max(data.size, frame) : data.size;
+}
+
 void addObjects(Collector &collector, const ObjectDataBase &store, quint8 line)
 {
+    const ProjectFeatures features = readCodeFeatures(store);
     store.visitLine(line, [&](quint16 index, quint8 sub, const SubIndexData &data) {
-        // The application hands domains to the stack at run time, no table names them.
-        if (data.implementation == Implementation::kApplicationVariable &&
-            data.dataType != CAN::typeNumber(Type::Domain))
+        if (isNamedByTables(data, features))
             collector.add({Helper::substituteVariables(data.varName, index, sub),
-                           typeOf(data.dataType, &TypeRow::ofObject), data.size, data.defaultValue,
-                           ObjectPlace{line, index, sub}});
+                           typeOf(data.dataType, &TypeRow::ofObject), bytesOf(data, features),
+                           data.defaultValue, ObjectPlace{line, index, sub}});
     });
 }
 

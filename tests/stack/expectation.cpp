@@ -154,7 +154,9 @@ QMap<QString, quint16> Expectation::appVariables() const
     for (const quint8 line : lines) {
         for (const auto &place : store.getSubsByProperty(line, "implementation", "2")) {
             const SubIndexData sub = subOf({line, place.index, place.subindex});
-            if (sub.dataType != 15)
+            const bool isMapped = number("generate_variables") == 1 &&
+                                  !sub.pdoMapping.isEqualToType(PDOMappingType::No);
+            if (sub.dataType != 15 || isMapped)
                 variables.insert(
                     Helper::substituteVariables(sub.varName, place.index, place.subindex),
                     sub.dataType);
