@@ -3,6 +3,7 @@
 
 #include "formats/edsvalues.h"
 #include "store/objectdatabase.h"
+#include "store/projectfeatures.h"
 #include "support/cohelper.h"
 #include "support/implementation.h"
 #include "support/numbers.h"
@@ -225,7 +226,9 @@ bool RunSettings::applyObject(const QString &text, const QString &value)
             QStringLiteral("the type of the object has no value %1").arg(quotedWord(value)));
     if (COHelper::isStringLike(type)) {
         const auto bytes = quint32(data.defaultValue.toUtf8().size());
-        if (bytes > data.size && data.implementation == Implementation::kApplicationVariable)
+        // One that the tool defines grows with its value.
+        if (bytes > data.size && data.implementation == Implementation::kApplicationVariable &&
+            !readProjectFeatures(database).hasGeneratedVariables())
             return refuse("setting-too-long",
                           QStringLiteral("the variable of the application has a size of %1 bytes, "
                                          "and the value has %2")
