@@ -5,7 +5,7 @@
 #pragma once
 
 #include "store/projectfile.h"
-#include "store/records.h"
+#include "store/projectrecords.h"
 #include "support/direction.h"
 #include "support/objectranges.h"
 #include "support/settingscatalogue.h"
@@ -25,7 +25,6 @@
 
 class QSqlQuery;
 class StorePrivate;
-struct ProjectRecord;
 struct SavedObject;
 
 /// All data of one project, in a private temporary copy of the user's file; only the save
@@ -99,6 +98,10 @@ public:
     bool readRecords(ProjectRecord *project) const;
     /// Replaces all that the new project holds by these records: raw rows, no repair.
     bool putRecords(const ProjectRecord &project);
+    /// Writes many groups with their signals at once. Each takes the place of those that the line
+    /// has of its number and direction, and of all their signals; the others stay.
+    bool putGroups(quint8 line, const std::vector<GroupRecord> &groups);
+    bool putCanFrames(quint8 line, const std::vector<CanFrameRecord> &frames); ///< likewise
 
     /// Saves a copy whose EDS paths are relative to it.
     bool exportDatabase(const QString &file);

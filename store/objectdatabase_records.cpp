@@ -3,6 +3,8 @@
 // opening nor any getter sees them.
 #include "store/objectdatabase_frames_p.h"
 
+#include <QSet>
+
 #include <algorithm>
 #include <tuple>
 
@@ -309,6 +311,45 @@ bool putFrames(StorePrivate &store, quint8 line,
     return done;
 }
 
+template <class Frame, class Signal>
+bool replaceFrames(StorePrivate &store, quint8 line,
+                   const std::vector<FrameRecord<Frame, Signal>> &frames)
+{
+    using Family = FrameFamily<Frame>;
+    if (store.lockWriteAccess)
+        return false;
+    std::vector<FrameRecord<Frame, Signal>> all;
+    std::vector<Signal> others;
+    store.owner->cacheStrings();
+    bool done = readFrames(store, line, &all, &others);
+    QSet<FrameKey> replaced;
+    for (const auto &record : frames)
+        replaced.insert({record.frame.*Family::kNumber, record.frame.direction});
+    all.erase(std::remove_if(all.begin(), all.end(),
+                             [&](const auto &record) {
+                                 return replaced.contains(
+                                     {record.frame.*Family::kNumber, record.frame.direction});
+                             }),
+              all.end());
+    others.erase(std::remove_if(others.begin(), others.end(),
+                                [&](const Signal &signal) {
+                                    return replaced.contains({signal.*Family::kSignalFrame,
+                                                              quint8(signal.direction)});
+                                }),
+                 others.end());
+    all.insert(all.end(), frames.begin(), frames.end());
+    store.owner->beginBatch();
+    // All rows anew: the tables have no keys by which to find those of a frame.
+    for (const char *family : {Family::kFrameTable, Family::kSignalTable})
+        done = done &&
+               store.exec(QStringLiteral("delete from %1").arg(Schema::table(family, line)));
+    done = done && putFrames(store, line, all, others);
+    store.owner->commitBatch();
+    (store.*Family::kCache).remove(line);
+    emit store.owner->updateNotify(ChangeSetData());
+    return done;
+}
+
 bool putLine(StorePrivate &store, quint8 line, const LineRecord &record)
 {
     bool done = true;
@@ -414,4 +455,14 @@ bool ObjectDataBase::putRecords(const ProjectRecord &project)
     clearCachedSubNames();
     clearAllCachedSpnData();
     return done && !d->damaged;
+}
+
+bool ObjectDataBase::putGroups(quint8 line, const std::vector<GroupRecord> &groups)
+{
+    return replaceFrames(*d, line, groups);
+}
+
+bool ObjectDataBase::putCanFrames(quint8 line, const std::vector<CanFrameRecord> &frames)
+{
+    return replaceFrames(*d, line, frames);
 }

@@ -1,6 +1,7 @@
 // Frames of a line with their signals, and its diagnostic services, in the YAML form.
 #include "store/yaml/yamlframes.h"
 
+#include "store/fillers.h"
 #include "store/yaml/yamlkeys.h"
 #include "store/yaml/yamlrecord.h"
 #include "support/cohelper.h"
@@ -22,7 +23,6 @@ using Type = CAN::CANopenDataType;
 
 constexpr qint64 kMostNumber = std::numeric_limits<quint32>::max();
 constexpr qint64 kMostOfByte = std::numeric_limits<quint8>::max();
-constexpr quint32 kNumberOfFillers = 1 << 19; ///< signals of groups have numbers of 19 bits
 
 // --- What parameter groups and CAN identifiers differ in ---
 
@@ -52,7 +52,7 @@ struct Family<PgnData> {
     static quint32 numberAfter(const SpnData *) { return 0; }
     static quint32 numberOfFiller(const SpnData &base)
     {
-        return kNumberOfFillers + quint16(base.pos);
+        return Fillers::kFirstNumber + quint16(base.pos);
     }
 };
 
@@ -123,37 +123,12 @@ quint32 usualImplementation(const SignalData &signal)
 
 // --- Bits without a signal ---
 
-/// Types of fillers, from wide to narrow. Generated sources have variables of these types.
-constexpr Type kFillers[] = {
-    Type::Unsigned64, Type::Unsigned48, Type::Unsigned40, Type::Unsigned32, Type::Unsigned29,
-    Type::Unsigned24, Type::Unsigned21, Type::Unsigned19, Type::Unsigned18, Type::Unsigned16,
-    Type::Unsigned15, Type::Unsigned14, Type::Unsigned13, Type::Unsigned12, Type::Unsigned11,
-    Type::Unsigned10, Type::Unsigned9,  Type::Unsigned8,  Type::Unsigned7,  Type::Unsigned6,
-    Type::Unsigned5,  Type::Unsigned4,  Type::Unsigned3,  Type::Unsigned2,  Type::Boolean,
-};
-
-/// The type of that many bits, or the widest of whole bytes that are less.
-Type fillerFor(int bits)
-{
-    Type fits = Type::Boolean;
-    for (const Type type : kFillers) {
-        const int size = COHelper::getDataLengthBits(type);
-        if (size == bits)
-            return type;
-        if (size < bits && size % 8 == 0 && fits == Type::Boolean)
-            fits = type;
-    }
-    return fits;
-}
-
 template <class Frame>
 SignalOf<Frame> makeFiller(const SignalOf<Frame> &base, quint32 type)
 {
     SignalOf<Frame> filler = base;
-    filler.name = QStringLiteral("dummy"); // what writers of the signals know them by
+    Fillers::make(&filler, type);
     filler.number = Family<Frame>::numberOfFiller(base);
-    filler.dataType = type;
-    filler.implementation = Implementation::kManagedVariable;
     return filler;
 }
 
@@ -161,8 +136,7 @@ SignalOf<Frame> makeFiller(const SignalOf<Frame> &base, quint32 type)
 template <class Frame>
 bool isFiller(const SignalOf<Frame> &signal, const SignalOf<Frame> &base)
 {
-    return std::find(std::begin(kFillers), std::end(kFillers), Type(signal.dataType)) !=
-               std::end(kFillers) &&
+    return Fillers::canHaveType(signal.dataType) &&
            YamlRecord::isEqual(Family<Frame>::kSignalTable, signal,
                                makeFiller<Frame>(base, signal.dataType));
 }
@@ -299,7 +273,7 @@ private:
                 bits = int(*number);
         }
         while (bits > 0 && context.hasRoomFor(1, item)) {
-            const Type type = fillerFor(bits);
+            const Type type = Fillers::typeFor(quint32(bits));
             record->signalsOf.push_back(
                 makeFiller<Frame>(baseSignal<Frame>(*record), CAN::typeNumber(type)));
             bits -= COHelper::getDataLengthBits(type);
