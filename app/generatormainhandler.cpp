@@ -31,21 +31,10 @@
 #include <QHash>
 
 #include <filesystem>
+#include <iterator>
 
 namespace
 {
-
-/// Groups that the J1939 stack handles itself, in reporting order.
-const QList<quint32> kGroupsOfStack = {
-    ParameterGroup::kRequest,
-    ParameterGroup::kAddressClaimed,
-    ParameterGroup::kTransportConnection,
-    ParameterGroup::kTransportData,
-    ParameterGroup::kAcknowledgment,
-    ParameterGroup::kSafetyHeader,
-    ParameterGroup::kCommandedAddress,
-    ParameterGroup::kMultiPg,
-};
 
 /// What an EDS file describes. The classical companion of a variant is the variant: both have one
 /// file by design.
@@ -453,7 +442,9 @@ qint32 GeneratorMainHandler::checkLine(ModelChecker &checker, const ProjectFacts
     // Deliberate: on a line of both protocols this count includes that of the check before, held by
     // tst_generatormainhandler.
     if (carriesJ1939(line.type))
-        errors += checker.startJ1939Check(quint8(lineCount), line.number, database, kGroupsOfStack);
+        errors += checker.startJ1939Check(
+            quint8(lineCount), line.number, database,
+            {std::begin(ParameterGroup::kOfStack), std::end(ParameterGroup::kOfStack)});
     return errors;
 }
 

@@ -3,6 +3,7 @@
 
 #include "app/generatorsteps.h"
 #include "import/csvimporter.h"
+#include "import/dbcimporter.h"
 #include "import/edsimporter.h"
 #include "store/objectdatabase.h"
 #include "support/filereasons.h"
@@ -46,6 +47,7 @@ std::unique_ptr<BaseDataImporter> makeTable(const ImportRequest &request)
 
 constexpr ImporterRow kImporters[] = {
     {"csv", makeTable, BareName::Leaves},
+    {"dbc", make<DbcImporter>},
     {"dcf", make<EDSImporter>, BareName::Leaves},
     {"eds", make<EDSImporter>, BareName::Leaves},
     {"icsv", makeTable},

@@ -8,6 +8,7 @@
 #include "formats/xddparser.h"
 #include "formats/yamlreader.h"
 #include "fuzz/recordfile.h"
+#include "import/dbcidentity.h"
 #include "store/yaml/yamlproject.h"
 #include "support/cohelper.h"
 #include "support/helper.h"
@@ -173,15 +174,27 @@ void runYaml(const QByteArray &input)
         qFatal("a project that was written is not read as the same");
 }
 
-/// No run of the tool reads such files: they are read alone, and all that is odd is put in words.
-void runDbc(const QByteArray &file)
+/// To the records of a line of each protocol, without the project; all that is odd is put in words.
+void runDbc(const QByteArray &input)
 {
+    const QString name = QStringLiteral("network.dbc");
     DbcReader reader;
-    (void)reader.parse(file, QStringLiteral("network.dbc")); // any bytes will do
-    (void)DbcJ1939::isJ1939(reader.file());
+    (void)reader.parse(input, name); // any bytes will do
+    const DbcFile &file = reader.file();
+    (void)DbcJ1939::isJ1939(file);
     reader.tellProblems();
+    const QString node = file.nodes.isEmpty() ? QString() : file.nodes.first().name;
+    for (const auto protocol : {DbcFrames::Protocol::J1939, DbcFrames::Protocol::RawCan}) {
+        DbcTally tally;
+        DbcFrames frames(file, protocol, node, &tally);
+        (void)frames.groups();
+        (void)frames.canFrames();
+        (void)DbcIdentity::of(file, node, frames.choices(), &tally);
+        tally.tell(name);
+    }
 }
 
+/// No run of the tool reads such files: they are read alone, and all that is odd is put in words.
 void runXdd(const QByteArray &file)
 {
     XddParser parser;

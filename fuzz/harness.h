@@ -12,7 +12,8 @@ struct Target {
     const char *name; ///< of the folders with its inputs, too
     /// Opens, imports or applies the input as the tool does, checks with corrections, writes all
     /// files whatever the check has found, and saves. Leaves no file. Projects in YAML go no
-    /// further than to their records, and back; DBC and XML files go to their records only.
+    /// further than to their records, and back; DBC files to the records of a line, XML files to
+    /// their own.
     void (*run)(const QByteArray &input);
 };
 

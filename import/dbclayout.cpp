@@ -134,8 +134,8 @@ private:
         if (signal.bits <= inByte)
             return littleEndianParts(signal, signal.startBit + 1 - signal.bits);
         if (isGroup && inByte == kByteBits && signal.bits % kByteBits == 0)
-            return {elementOf(signal, signal.startBit + 1 - kByteBits, signal.bits,
-                              Type::OctetString)};
+            return {
+                elementOf(signal, signal.startBit + 1 - kByteBits, signal.bits, Type::OctetString)};
         return bytesOf(signal);
     }
 
@@ -172,8 +172,7 @@ private:
         for (quint32 left = signal.bits; left > 0;) {
             const quint32 bits = std::min(highest % kByteBits + 1, left);
             left -= bits;
-            DbcElement part =
-                elementOf(signal, highest + 1 - bits, bits, numberType(bits, false));
+            DbcElement part = elementOf(signal, highest + 1 - bits, bits, numberType(bits, false));
             part.part = Part::Byte;
             part.number = parts.size();
             part.shift = left;

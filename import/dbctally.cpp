@@ -26,21 +26,21 @@ struct Words {
 // clang-format off
 constexpr Words kWords[] = { // order of the enum
     {Kind::LooseSignals, Level::Note, "dbc-message", "message",
-     "passed over that only holds signals without a message"},
+     "of signals that are in no frame passed over"},
     {Kind::NoSize, Level::Warning, "dbc-message", "message",
-     "passed over that has no bytes"},
+     "without bytes passed over"},
     {Kind::LongGroup, Level::Warning, "dbc-message", "message",
-     "passed over that is longer than the 1785 bytes of the transport protocol"},
+     "of more than the 1785 bytes of the transport protocol passed over"},
     {Kind::LongFrame, Level::Warning, "dbc-message", "message",
-     "passed over that is longer than the 64 bytes of a CAN frame"},
+     "of more than the 64 bytes of a CAN frame passed over"},
     {Kind::StandardIdentifier, Level::Warning, "dbc-identifier", "message",
      "with an identifier of 11 bits passed over, since messages of J1939 have 29"},
     {Kind::ShortExtendedIdentifier, Level::Warning, "dbc-identifier", "message",
-     "passed over whose identifier of 29 bits is below 0x800, where a line of raw CAN has those of 11 bits"},
+     "with an identifier of 29 bits below 0x800 passed over, since a line of raw CAN has those of 11 bits there"},
     {Kind::GroupOfStack, Level::Note, "dbc-group", "message",
-     "passed over whose parameter group the stack handles itself"},
+     "with a parameter group that the stack handles itself passed over"},
     {Kind::SameGroup, Level::Warning, "dbc-group", "message",
-     "passed over whose parameter group and direction another one before has; a line has each group once a direction"},
+     "with parameter group and direction of one before passed over, since a line has a group once in each direction"},
     {Kind::NoRoom, Level::Warning, "dbc-message", "message",
      "passed over, since those before have as many elements as an import takes"},
     {Kind::NeedsCanFd, Level::Warning, "dbc-can-fd", "message",
@@ -48,13 +48,13 @@ constexpr Words kWords[] = { // order of the enum
     {Kind::LongCycle, Level::Warning, "dbc-cycle", "message",
      "with a cycle time that is no number from 0 to 65535 ms; the nearest is taken"},
     {Kind::NoBits, Level::Warning, "dbc-signal", "signal",
-     "left out that has no bits"},
+     "without bits left out"},
     {Kind::BeyondFrame, Level::Warning, "dbc-signal", "signal",
-     "left out that is not within its message"},
+     "beyond the end of its message left out"},
     {Kind::Multiplexed, Level::Warning, "dbc-multiplexed", "multiplexed signal",
-     "left out, since a frame of a project always holds the same; the bits are a gap, and the description of the frame names what is left out"},
+     "left out, since a frame of a project always holds the same; the bits are a gap, and the description of the frame tells which"},
     {Kind::Overlapping, Level::Warning, "dbc-overlap", "signal",
-     "left out that overlaps one before; the description of the frame names what is left out"},
+     "with bits of one before left out; the description of the frame tells which"},
     {Kind::BigEndian, Level::Warning, "dbc-big-endian", "big-endian signal",
      "taken as single bytes or an octet string, the most significant byte first: a project has numbers in little-endian only"},
     {Kind::SignedAsUnsigned, Level::Warning, "dbc-sign", "signed signal",
@@ -66,15 +66,15 @@ constexpr Words kWords[] = { // order of the enum
     {Kind::Scaled, Level::Note, "dbc-scaling", "signal",
      "with factor, offset, limits or unit taken as raw number; the description tells them"},
     {Kind::StartValue, Level::Warning, "dbc-start-value", "signal",
-     "with a start value that its bits cannot hold; it starts with 0"},
+     "with a start value that is no number of its bits; the start is 0"},
     {Kind::NameOfGap, Level::Note, "dbc-name", "signal",
-     "with \"dummy\" in the name, by which projects know gaps; it is written \"Dummy\""},
+     "with \"dummy\" in the name, by which projects know gaps; the project has \"Dummy\""},
     {Kind::NoSpn, Level::Note, "dbc-spn", "signal",
      "without SPN numbered from 520192 up, with numbers that are free"},
     {Kind::UnfitSpn, Level::Warning, "dbc-spn", "signal",
      "numbered anew, since the SPN is above 524287 or another signal of the message has it"},
     {Kind::NameValue, Level::Warning, "dbc-name-value", "attribute",
-     "passed over whose value the NAME or address of a node cannot hold"},
+     "with a value that the NAME or address of a node cannot hold passed over"},
 };
 // clang-format on
 
@@ -97,9 +97,9 @@ void DbcTally::add(Kind kind, const DbcPlace &place, const DbcMessage &message,
     if (entry.count++ > 0)
         return;
     entry.first = place;
-    entry.name = signal ? QStringLiteral("%1 of %2").arg(quotedWord(signal->name),
-                                                         quotedWord(message.name))
-                        : quotedWord(message.name);
+    entry.name =
+        signal ? QStringLiteral("%1 of %2").arg(quotedWord(signal->name), quotedWord(message.name))
+               : quotedWord(message.name);
 }
 
 void DbcTally::add(Kind kind, const DbcNode &node, const QString &attribute)

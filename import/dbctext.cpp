@@ -14,7 +14,8 @@ namespace
 {
 
 constexpr int kMostListed = 64;
-constexpr quint8 kNullAddress = 0xFE; // SAE J1939-81, 4.2
+constexpr quint32 kMostNumberBits = 64; ///< more are a text, or bytes without an order
+constexpr quint8 kNullAddress = 0xFE;   // SAE J1939-81, 4.2
 
 QString numberText(double number)
 {
@@ -46,23 +47,21 @@ QString scalingText(const DbcSignal &signal)
     if (signal.factor != 1)
         formula += QStringLiteral(" * ") + numberText(signal.factor);
     if (signal.offset != 0)
-        formula += QStringLiteral(" %1 %2").arg(signal.offset < 0 ? QLatin1Char('-')
-                                                                  : QLatin1Char('+'),
-                                                numberText(std::fabs(signal.offset)));
+        formula +=
+            QLatin1String(signal.offset < 0 ? " - " : " + ") + numberText(std::fabs(signal.offset));
     const QString unit = signal.unit.isEmpty() ? QString() : QLatin1Char(' ') + signal.unit;
     if (!formula.isEmpty())
         parts << QStringLiteral("value = raw") + formula + unit;
     else if (!unit.isEmpty())
         parts << QStringLiteral("in") + unit;
     if (hasLimits(signal)) {
-        QString limits = QStringLiteral("from %1 to %2").arg(numberText(signal.minimum),
-                                                             numberText(signal.maximum));
+        QString limits = QStringLiteral("from %1 to %2")
+                             .arg(numberText(signal.minimum), numberText(signal.maximum));
         if (!formula.isEmpty() && signal.factor != 0)
-            limits += QStringLiteral(" (raw %1 to %2)")
-                          .arg(numberText(std::round((signal.minimum - signal.offset) /
-                                                     signal.factor)),
-                               numberText(std::round((signal.maximum - signal.offset) /
-                                                     signal.factor)));
+            limits +=
+                QStringLiteral(" (raw %1 to %2)")
+                    .arg(numberText(std::round((signal.minimum - signal.offset) / signal.factor)),
+                         numberText(std::round((signal.maximum - signal.offset) / signal.factor)));
         parts << limits;
     }
     return parts.join(QLatin1String(", "));
@@ -97,7 +96,7 @@ QString formText(const DbcElement &element)
                         QString::number(signal.bits));
         break;
     case DbcElement::Part::Whole:
-        if (element.type != CAN::CANopenDataType::OctetString)
+        if (element.type != CAN::CANopenDataType::OctetString || signal.bits > kMostNumberBits)
             break;
         text = QStringLiteral("%1 bits, the %2 significant byte first")
                    .arg(QString::number(signal.bits),
@@ -116,10 +115,26 @@ QString formText(const DbcElement &element)
     return text;
 }
 
-/// As a sentence of its own on a line of its own.
+/// With which value of which signal one is in the frame.
+QString conditionText(const DbcMultiplexing &multiplexing)
+{
+    if (multiplexing.switchName.isEmpty() || multiplexing.ranges.isEmpty())
+        return QString();
+    QStringList values;
+    for (const DbcRange &range : multiplexing.ranges.mid(0, kMostListed))
+        values << (range.first == range.last
+                       ? QString::number(range.first)
+                       : QStringLiteral("%1 to %2").arg(range.first).arg(range.last));
+    return QStringLiteral(" (if %1 is %2)")
+        .arg(multiplexing.switchName, values.join(QLatin1String(" or ")));
+}
+
+/// As a sentence on a line of its own, unless the comment before it says the same, as in a file
+/// that was made of an import.
 void addSentence(QStringList *lines, const QString &text)
 {
-    if (!text.isEmpty())
+    const bool isKnown = !lines->isEmpty() && lines->first().contains(text, Qt::CaseInsensitive);
+    if (!text.isEmpty() && !isKnown)
         *lines << text.at(0).toUpper() + text.mid(1) + QLatin1Char('.');
 }
 
@@ -160,9 +175,9 @@ QString DbcText::ofElement(const DbcElement &element)
 {
     const DbcSignal &signal = *element.signal;
     QStringList lines;
-    const bool isFirst = element.part == DbcElement::Part::Whole ||
-                         (element.part == DbcElement::Part::Byte ? element.number == 0
-                                                                 : element.shift == 0);
+    const bool isFirst =
+        element.part == DbcElement::Part::Whole ||
+        (element.part == DbcElement::Part::Byte ? element.number == 0 : element.shift == 0);
     if (isFirst && !signal.comment.isEmpty())
         lines << signal.comment;
     addSentence(&lines, formText(element));
@@ -184,7 +199,7 @@ QString DbcText::ofMessage(const DbcMessage &message, bool isGroup,
         lines << QStringLiteral("Identifier of 29 bits.");
     QStringList names;
     for (const DbcSignal *signal : leftOut.mid(0, kMostListed))
-        names << signal->name;
+        names << signal->name + conditionText(signal->multiplexing);
     if (leftOut.size() > kMostListed)
         names << QStringLiteral("and %1 more").arg(leftOut.size() - kMostListed);
     if (!names.isEmpty())

@@ -11,10 +11,9 @@ constexpr int kLongestPart = 60; ///< compilers may take fewer characters than a
 
 /// Names with "_" inside that C, C++ or their libraries have for something else.
 constexpr const char *kForeignNames[] = {
-    "aligned_alloc", "and_eq",    "at_quick_exit",    "co_await",      "co_return",    "co_yield",
-    "const_cast",    "dynamic_cast", "not_eq",        "or_eq",        "quick_exit",
-    "random_r",      "rand_r",    "reinterpret_cast", "static_assert", "static_cast",
-    "thread_local",  "xor_eq",
+    "aligned_alloc", "and_eq",           "at_quick_exit", "co_await",    "co_return",    "co_yield",
+    "const_cast",    "dynamic_cast",     "not_eq",        "or_eq",       "quick_exit",   "random_r",
+    "rand_r",        "reinterpret_cast", "static_assert", "static_cast", "thread_local", "xor_eq",
 };
 
 /// Beginnings of names that generated sources have for their own.

@@ -325,24 +325,26 @@ bool replaceFrames(StorePrivate &store, quint8 line,
     QSet<FrameKey> replaced;
     for (const auto &record : frames)
         replaced.insert({record.frame.*Family::kNumber, record.frame.direction});
-    all.erase(std::remove_if(all.begin(), all.end(),
-                             [&](const auto &record) {
-                                 return replaced.contains(
-                                     {record.frame.*Family::kNumber, record.frame.direction});
-                             }),
-              all.end());
-    others.erase(std::remove_if(others.begin(), others.end(),
-                                [&](const Signal &signal) {
-                                    return replaced.contains({signal.*Family::kSignalFrame,
-                                                              quint8(signal.direction)});
-                                }),
-                 others.end());
+    all.erase(
+        std::remove_if(
+            all.begin(), all.end(),
+            [&](const auto &record) {
+                return replaced.contains({record.frame.*Family::kNumber, record.frame.direction});
+            }),
+        all.end());
+    others.erase(
+        std::remove_if(
+            others.begin(), others.end(),
+            [&](const Signal &signal) {
+                return replaced.contains({signal.*Family::kSignalFrame, quint8(signal.direction)});
+            }),
+        others.end());
     all.insert(all.end(), frames.begin(), frames.end());
     store.owner->beginBatch();
     // All rows anew: the tables have no keys by which to find those of a frame.
     for (const char *family : {Family::kFrameTable, Family::kSignalTable})
-        done = done &&
-               store.exec(QStringLiteral("delete from %1").arg(Schema::table(family, line)));
+        done =
+            done && store.exec(QStringLiteral("delete from %1").arg(Schema::table(family, line)));
     done = done && putFrames(store, line, all, others);
     store.owner->commitBatch();
     (store.*Family::kCache).remove(line);

@@ -16,4 +16,19 @@ constexpr quint32 kTransportConnection = 0xEC00; ///< TP.CM (SAE J1939-21, 5.10)
 constexpr quint32 kAddressClaimed = 0xEE00;      ///< carries the NAME (SAE J1939-81, 4.2.2)
 constexpr quint32 kCommandedAddress = 0xFED8;    ///< SAE J1939-81, 4.2.3
 
+/// Those that the stack handles itself, in the order in which a check reports them.
+constexpr quint32 kOfStack[] = {
+    kRequest,        kAddressClaimed, kTransportConnection, kTransportData,
+    kAcknowledgment, kSafetyHeader,   kCommandedAddress,    kMultiPg,
+};
+
+constexpr bool isOfStack(quint32 group)
+{
+    for (const quint32 one : kOfStack) {
+        if (one == group)
+            return true;
+    }
+    return false;
+}
+
 } // namespace ParameterGroup

@@ -1,6 +1,7 @@
 // The DBC file of a J1939 line.
 #include "generators/descriptions/dbcgenerator.h"
 
+#include "formats/dbckeys.h"
 #include "formats/kvadblib.h"
 #include "generators/addressclaim.h"
 #include "generators/j1939settings.h"
@@ -64,21 +65,24 @@ public:
     Attributes(KvaDbHnd handle, bool withImplementation) : database(handle)
     {
         using Owner = KvaDbAttributeOwner;
-        const auto protocol = define("ProtocolType", Owner::Database, KvaDbAttributeType::String);
+        const auto protocol =
+            define(DbcKeys::kProtocolType, Owner::Database, KvaDbAttributeType::String);
         KvaDbAttributeHnd attribute = nullptr;
         if (succeeded(kvaDbAddAttribute(database, protocol, &attribute), "kvaDbAddAttribute"))
             (void)kvaDbSetAttributeValueString(attribute, QStringLiteral("J1939"), 5);
-        cycleTime = defineNumber("GenMsgCycleTime", Owner::Message, 0, 3600000);
+        cycleTime = defineNumber(DbcKeys::kCycleTime, Owner::Message, 0, 3600000);
         sendType = defineWords("GenMsgSendType", Owner::Message, kSendTypes, kNoSendType);
-        sigType = defineWords("SigType", Owner::Signal, kSigTypes, int(J1939::SigType::Default));
-        frameFormat = defineWords("VFrameFormat", Owner::Message, kFrameFormats, kJ1939FrameFormat);
-        spn = defineNumber("SPN", Owner::Signal, 0, 524287);
+        sigType = defineWords(DbcKeys::kSignalType, Owner::Signal, kSigTypes,
+                              int(J1939::SigType::Default));
+        frameFormat =
+            defineWords(DbcKeys::kFrameFormat, Owner::Message, kFrameFormats, kJ1939FrameFormat);
+        spn = defineNumber(DbcKeys::kSpn, Owner::Signal, 0, 524287);
         if (withImplementation) {
             implementation =
-                defineWords("korvel_implementation_type", Owner::Signal, kImplementations, 0);
-            variable = define("korvel_variable_name", Owner::Signal, KvaDbAttributeType::String);
+                defineWords(DbcKeys::kImplementation, Owner::Signal, kImplementations, 0);
+            variable = define(DbcKeys::kVariableName, Owner::Signal, KvaDbAttributeType::String);
         }
-        bitSize = defineNumber("korvel_bitsize", Owner::Signal, 64, 5120);
+        bitSize = defineNumber(DbcKeys::kTextBits, Owner::Signal, 64, 5120);
     }
 
     KvaDbAttributeDefHnd cycleTime = nullptr;

@@ -127,7 +127,8 @@ private slots:
         QTest::newRow("missing_import") << "-project pümp.tsrt -import none.eds"
             << notImported("none.eds", "there is no such file") << 5;
         QTest::newRow("unknown_suffix") << "-project pümp.tsrt -import gauge.txt"
-            << notImported("gauge.txt", "its name has none of the endings .csv, .dcf, .eds, .icsv, .xdc, .xdd") << 5;
+            << notImported("gauge.txt", "its name has none of the endings .csv, .dbc, .dcf, .eds, .icsv, .xdc, "
+            ".xdd") << 5;
         QTest::newRow("folder_as_import") << "-project pümp.tsrt -import folder.eds"
             << notImported("folder.eds", "it is a folder") << 5;
         QTest::newRow("dangling_import") << "-project pümp.tsrt -import dangling.eds"

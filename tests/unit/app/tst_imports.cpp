@@ -19,6 +19,7 @@ private slots:
         const QByteArray columns = "index;sub;line;edsname\n";
         QVERIFY(write("of0.icsv", columns + "0x1000;0;0;table\n0x1000;1;0;x\n"));
         QVERIFY(write("mixed.csv", columns + "0x1000;0;0;table\n0x1000;0;1;table\n"));
+        QVERIFY(write("net.dbc", "BU_: ECU\nBO_ 256 Level: 1 ECU\n"));
         QVERIFY(write("untyped.tsrt", kUntyped));
         QVERIFY(write("j1939.tsrt", QByteArray(kProject).replace("line0type=1", "line0type=2")));
         QVERIFY(write("both.tsrt", QByteArray(kProject).replace("line0type=1", "line0type=5")));
@@ -59,6 +60,9 @@ private slots:
         QTest::newRow("node_without_dbc") << "pümp.tsrt -import gauge.eds -import-node A" << "0:1:gauge" << QByteArray(
             "warning: the node \"A\" of \"-import-node\" has no effect, since no DBC file is imported after it; put it "
             "before the \"-import\" of that file [import-node-unused]\n");
+        QTest::newRow("network") << "pümp.tsrt -import-node ECU -import 1:net.dbc" << "0:1:type 1:4:" << QByteArray();
+        QTest::newRow("network_without_node") << "pümp.tsrt -import-node EC -import 1:net.dbc" << ""
+            << failed("net.dbc", "it has no node \"EC\"; the file has \"ECU\"");
         // clang-format on
     }
     void goIntoLines()

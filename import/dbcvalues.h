@@ -1,0 +1,26 @@
+// Values that attributes of a DBC file give to frames and signals.
+#pragma once
+
+#include "formats/dbcfile.h"
+#include "import/dbclayout.h"
+
+#include <QString>
+
+namespace DbcValues
+{
+
+/// The milliseconds of the message's cycle, 0 for none. \a isFit becomes false if a project cannot
+/// hold them; the nearest that it can is the result.
+quint16 cycleTimeMs(const DbcFile &file, const DbcMessage &message, bool *isFit);
+
+/// What the bits of the element are at the start, as the default value of a project. \a isFit
+/// becomes false if the signal cannot hold what the file tells; the result is that of 0 then.
+QString startValue(const DbcFile &file, const DbcElement &element, bool *isFit);
+
+/// Does the signal stand for a text that "*" ends, as the writer of this tool leaves it: a byte
+/// that says how long the text can be?
+bool isDelimitedText(const DbcFile &file, const DbcSignal &signal);
+/// Of such a text.
+quint16 bitsOfText(const DbcFile &file, const DbcSignal &signal);
+
+} // namespace DbcValues
