@@ -23,7 +23,8 @@ QVector<Object> makeObjects(int count);
 
 void addObjects(ObjectDataBase &store, quint8 line, const QVector<Object> &objects);
 
-/// False if the file cannot be written.
+// False if the file cannot be written.
 bool writeEds(const QVector<Object> &objects, const QString &path);
+bool writeXdd(const QVector<Object> &objects, const QString &path);
 
 } // namespace Bench

@@ -4,7 +4,8 @@
 // The types are those of the lines, such as "1,2": 1 CANopen, 2 J1939, 4 raw CAN, 5 CANopen and
 // J1939. Each line has that many parts: objects (and those that every device has), groups or
 // identifiers; of both protocols half each. Writes project.tsrp to the folder; of one CANopen line
-// also project.tsrt, project.yaml, device.eds and blank.tsrp (no object at all).
+// also project.tsrt, project.yaml, device.eds and device.xdd, of one J1939 line device.dbc, and of
+// each of these blank.tsrp (no object or group at all).
 #include "bench/canopenparts.h"
 #include "bench/frameparts.h"
 #include "store/linetype.h"
@@ -103,16 +104,23 @@ int main(int argc, char *argv[])
     const QStringList types = arguments.at(2).split(QLatin1Char(','));
     const QDir folder(arguments.at(3));
     const bool isCANopen = types == QStringList(QStringLiteral("1"));
+    const bool isJ1939 = types == QStringList(QStringLiteral("2"));
     QStringList forms = {folder.filePath(QStringLiteral("project.tsrp"))};
     if (isCANopen)
         forms << folder.filePath(QStringLiteral("project.tsrt"))
               << folder.filePath(QStringLiteral("project.yaml"));
     bool written = writeProject(types, parts, forms);
+    if (isCANopen || isJ1939)
+        written =
+            written && writeBlankProject(types, folder.filePath(QStringLiteral("blank.tsrp")));
     if (isCANopen)
         written = written &&
-                  writeBlankProject(types, folder.filePath(QStringLiteral("blank.tsrp"))) &&
                   Bench::writeEds(Bench::makeObjects(parts),
-                                  folder.filePath(QStringLiteral("device.eds")));
+                                  folder.filePath(QStringLiteral("device.eds"))) &&
+                  Bench::writeXdd(Bench::makeObjects(parts),
+                                  folder.filePath(QStringLiteral("device.xdd")));
+    if (isJ1939)
+        written = written && Bench::writeDbc(parts, folder.filePath(QStringLiteral("device.dbc")));
     if (!written)
         std::fprintf(stderr, "bench_makeproject: cannot write to %s\n", argv[3]);
     return written ? 0 : 1;

@@ -53,6 +53,10 @@ const std::vector<Kind> kAllRuns = {
      {"blank.tsrp", "device.eds"},
      {"-project", "blank.tsrp", "-import", "device.eds", "-save"},
      kFull},
+    {"import XDD and save",
+     {"blank.tsrp", "device.xdd"},
+     {"-project", "blank.tsrp", "-import", "device.xdd", "-save"},
+     kFull},
     {"the text form", {"project.tsrt"}, {"-project", "project.tsrt"}, kFull},
     {"save the text form", {"project.tsrt"}, {"-project", "project.tsrt", "-save"}, kFull},
     {"the YAML form", {"project.yaml"}, {"-project", "project.yaml"}, "the text form"},
@@ -68,6 +72,14 @@ const std::vector<Kind> kAllRuns = {
      {"project.yaml", "new.yaml"},
      "open and write text",
      kStore},
+};
+
+const std::vector<Kind> kGroupRuns = {
+    kFullRun.front(),
+    {"import DBC and save",
+     {"blank.tsrp", "device.dbc"},
+     {"-project", "blank.tsrp", "-import-node", "Unit", "-import", "device.dbc", "-save"},
+     kFull},
 };
 
 struct Project {
@@ -89,8 +101,9 @@ const Project kProjects[] = {
     {"CANopen",          1000, "1,1",             kFullRun},
     {"CANopen",          1000, "1,1,1,1",         kFullRun},
     {"CANopen",          1000, "1,1,1,1,1,1,1,1", kFullRun},
-    {"J1939",             250, "2",               kFullRun},
-    {"J1939",            1000, "2",               kFullRun},
+    {"J1939",             250, "2",               kGroupRuns},
+    {"J1939",            1000, "2",               kGroupRuns},
+    {"J1939",            5000, "2",               kGroupRuns},
     {"raw CAN",          1000, "4",               kFullRun},
     {"all four types",   1000, "1,2,4,5,1,2,4,5", kFullRun},
 };
