@@ -438,6 +438,7 @@ private:
         record.name = record.member.name;
         record.defaultValue = record.member.defaultValue.toString();
         record.flag = record.member.writeDefault;
+        record.statesValue = entries.holdsData();
         if (record.objectCode == CANopen::ObjectCode::Array)
             record.dataType = elementType(sections, record.dataType);
         if (isStructure(record.objectCode)) {

@@ -44,6 +44,7 @@ struct CANopenIndex {
     quint8 compactSubObj = 0; ///< number of members of a compact object, 0 to 254
     QString defaultValue;     ///< of the members of a compact object
     bool flag = false;        ///< the section gives a default value
+    bool statesValue = false; ///< the section has something that only a value has
     QString description;      ///< the section's comment, line feeds between its lines
     int line = 0;             ///< of the file, from 1; 0 for none
 

@@ -69,6 +69,8 @@ public:
         record.name = record.member.name;
         record.defaultValue = record.member.defaultValue.toString();
         record.flag = record.member.writeDefault;
+        record.statesValue = !object.dataType.isEmpty() || !object.access.isEmpty() ||
+                             !object.defaultValue.isEmpty() || !object.parameterId.isEmpty();
         record.description = record.member.description;
         for (const XddEntry &sub : object.subs) {
             const bool isFirst = sub.subindex == 1;

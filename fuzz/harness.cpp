@@ -5,7 +5,6 @@
 #include "app/outputhandlerbase.h"
 #include "formats/dbcj1939.h"
 #include "formats/dbcreader.h"
-#include "formats/xddparser.h"
 #include "formats/yamlreader.h"
 #include "fuzz/recordfile.h"
 #include "import/dbcidentity.h"
@@ -194,14 +193,6 @@ void runDbc(const QByteArray &input)
     }
 }
 
-/// No run of the tool reads such files: they are read alone, and all that is odd is put in words.
-void runXdd(const QByteArray &file)
-{
-    XddParser parser;
-    (void)parser.parse(file, QStringLiteral("device.xdd")); // any bytes will do
-    parser.tellProblems();
-}
-
 // clang-format off
 constexpr Fuzz::Target kTargets[] = {
     {"csv",      [](const QByteArray &input) { runImport("table.csv", input); }},
@@ -211,7 +202,7 @@ constexpr Fuzz::Target kTargets[] = {
     {"modifier", runModifier},
     {"records",  runRecords},
     {"text",     runText},
-    {"xdd",      runXdd},
+    {"xdd",      [](const QByteArray &input) { runImport("device.xdd", input); }},
     {"yaml",     runYaml},
 };
 // clang-format on

@@ -117,10 +117,13 @@ void DescriptionRepair::makeStructure(DescribedObject *described) const
 {
     CANopen::CANopenIndex &object = described->object;
     const CANopenSubindex *count = described->sub(0);
-    const bool hasOwnValue = count && count->line == object.line && object.line > 0;
-    if (object.objectCode != CANopen::ObjectCode::Var || hasOwnValue || highestSub(*described) == 0)
+    const bool isOwn = count && count->line == object.line;
+    if (object.objectCode != CANopen::ObjectCode::Var || (isOwn && object.statesValue) ||
+        highestSub(*described) == 0)
         return;
     object.objectCode = CANopen::ObjectCode::Record;
+    if (isOwn)
+        described->subs.removeAt(static_cast<int>(count - described->subs.constData()));
     notes.addNote("import-structure", object.line, [&] {
         return QStringLiteral("%1 is a variable and has subindices: it becomes a record")
             .arg(placeOf(object.index));

@@ -167,9 +167,10 @@ QString endOfType(Type type, bool isUpper)
                                                   : QStringLiteral("1.7976931348623157e+308");
         return isUpper ? most : QLatin1Char('-') + most;
     }
+    const bool isTime = type == Type::TimeOfDay || type == Type::TimeDifference; // of 48 bits
     QString low;
     QString high;
-    COHelper::getDefaultLimits(type, low, high);
+    COHelper::getDefaultLimits(isTime ? Type::Unsigned48 : type, low, high);
     return isUpper ? high : low;
 }
 
@@ -194,6 +195,7 @@ void ValueRepair::repair(CANopenSubindex *record) const
     cutLimit(*record, &record->upLimit, true);
     dropCrossedLimits(record);
     dropWideLimits(record);
+    addOtherLimit(record);
     record->hasLimits = !record->lowLimit.isEmpty() || !record->upLimit.isEmpty();
     if (isReal(*record))
         showRealNumbers(record);
@@ -225,9 +227,8 @@ void ValueRepair::showRealNumbers(CANopenSubindex *record) const
     // at all; and numbers below those of 32 bits are taken for wrong ones.
     const QString low = record->lowLimit;
     const QString high = record->upLimit;
-    const bool isMixed = (!low.isEmpty() && !isWholeText(low)) ||
-                         (!high.isEmpty() && !isWholeText(high)) ||
-                         (record->hasLimits && (low.isEmpty() || high.isEmpty()));
+    const bool isMixed =
+        (!low.isEmpty() && !isWholeText(low)) || (!high.isEmpty() && !isWholeText(high));
     const bool isWide = typeOf(*record) == Type::Real64;
     QString defaultValue = record->defaultValue.toString();
     const auto show = [&](QString *text, bool always) {
@@ -289,18 +290,41 @@ void ValueRepair::dropCrossedLimits(CANopenSubindex *record) const
 void ValueRepair::dropWideLimits(CANopenSubindex *record) const
 {
     constexpr quint64 kMost = std::numeric_limits<qint64>::max();
+    if (typeOf(*record) != Type::Unsigned64)
+        return;
     const auto high = wholeOf(record->upLimit);
     const auto low = wholeOf(record->lowLimit);
     const bool isFromZero = record->lowLimit.isEmpty() || (low && low->magnitude == 0);
-    if (typeOf(*record) != Type::Unsigned64 || !high || high->magnitude <= kMost || !isFromZero)
+    const bool isOpen =
+        record->upLimit.isEmpty() ? !record->lowLimit.isEmpty() : high && high->magnitude > kMost;
+    if (!isOpen || !isFromZero)
         return;
     notes.addNote("import-limits", record->line, [&] {
-        return QStringLiteral(
-                   "%1: the upper limit %2 is beyond what can be checked, and is dropped")
-            .arg(placeOf(*record), quotedWord(record->upLimit));
+        return QStringLiteral("%1: the limits %2 to %3 are beyond what can be checked, and are "
+                              "dropped")
+            .arg(placeOf(*record), quotedWord(record->lowLimit), quotedWord(record->upLimit));
     });
     record->lowLimit.clear();
     record->upLimit.clear();
+}
+
+/// A project has both limits. Where the tool knows no range of a type it would take none for 0.
+void ValueRepair::addOtherLimit(CANopenSubindex *record) const
+{
+    QString low;
+    QString high;
+    COHelper::getDefaultLimits(typeOf(*record), low, high);
+    if (!high.isEmpty() || record->lowLimit.isEmpty() == record->upLimit.isEmpty())
+        return;
+    const bool isUpper = record->upLimit.isEmpty();
+    QString &limit = isUpper ? record->upLimit : record->lowLimit;
+    limit = endOfType(typeOf(*record), isUpper);
+    if (!limit.isEmpty())
+        notes.addNote("import-limits", record->line, [&] {
+            return QStringLiteral("%1: the %2 limit becomes %3, since only the other one is given")
+                .arg(placeOf(*record), isUpper ? QLatin1String("upper") : QLatin1String("lower"),
+                     limit);
+        });
 }
 
 void ValueRepair::tellOfDefault(const CANopenSubindex &record) const

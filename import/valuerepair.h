@@ -25,6 +25,7 @@ private:
     void cutLimit(const CANopenSubindex &record, QString *limit, bool isUpper) const;
     void dropCrossedLimits(CANopenSubindex *record) const;
     void dropWideLimits(CANopenSubindex *record) const;
+    void addOtherLimit(CANopenSubindex *record) const;
     void tellOfDefault(const CANopenSubindex &record) const;
 
     FileProblems &notes;

@@ -1,5 +1,6 @@
 // XML device descriptions.
 #include "generators/descriptions/xddgenerator.h"
+#include "import/edsimporter.h"
 #include "tests/fixtures/storefixture.h"
 
 #include <QXmlStreamReader>
@@ -10,6 +11,44 @@ class tst_XDDGenerator : public StoreTest
 
 private slots:
     void init() { store = makeStore(); }
+
+    /// What the import takes of it, "index.sub name/type/access/default/mapping".
+    void isReadBack()
+    {
+        const auto told = [](ObjectDataBase &database) {
+            QStringList rows;
+            for (const quint16 index : database.getIndices(0, 0x2000, 0x5FFF)) {
+                const Object object = objectOf(database, 0, index);
+                rows << joined(object.name, int(object.objectCode), object.dataType);
+                for (const quint8 number : database.getSubIndices(0, index, 0)) {
+                    const Sub sub = subOf(database, 0, index, number);
+                    rows << QString("%1.%2 ").arg(index, 0, 16).arg(number) +
+                                joined(sub.name, sub.dataType, sub.accessType, sub.defaultValue,
+                                       sub.pdoMapping.toUInt());
+                }
+            }
+            return rows;
+        };
+        store->addIndex(0, 0x2000, makeObject("Speed <1>", CANopen::ObjectCode::Var, 6));
+        Sub speed = makeSub("Speed <1>", 6, "0x10");
+        speed.accessType = "rww";
+        speed.pdoMapping = PDOMapping(PDOMappingType::Rpdo);
+        store->addSubIndex(0, 0x2000, 0, speed);
+        store->addIndex(0, 0x2001, makeObject("Texts", CANopen::ObjectCode::Array, 9));
+        store->addSubIndex(0, 0x2001, 0, makeSub("Count", 5, "1"));
+        store->addSubIndex(0, 0x2001, 1, makeSub("Text", 9, "a \"b\""));
+        XDDGenerator generator;
+        const QString file = fixture.path("back.xdd");
+        QVERIFY(writeFile(file, generateWith(generator, "d", "d_00000000.xdd")));
+        const auto other = makeStore();
+        EDSImporter importer;
+        importer.setDatabase(other.get());
+        QVERIFY(importer.setImportFileName(file));
+        importer.startImport();
+        importer.wait();
+        QCOMPARE(told(*other), told(*store));
+        QCOMPARE(told(*other).size(), 5);
+    }
 
     void textsKeepTheStructure()
     {
