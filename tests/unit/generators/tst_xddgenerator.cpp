@@ -29,17 +29,21 @@ private slots:
             }
             return rows;
         };
-        store->addIndex(0, 0x2000, makeObject("Speed <1>", CANopen::ObjectCode::Var, 6));
+        Object object = makeObject("Speed <1>", CANopen::ObjectCode::Var);
+        object.dataType = 6;
+        store->addIndex(0, 0x2000, object);
         Sub speed = makeSub("Speed <1>", 6, "0x10");
         speed.accessType = "rww";
         speed.pdoMapping = PDOMapping(PDOMappingType::Rpdo);
         store->addSubIndex(0, 0x2000, 0, speed);
-        store->addIndex(0, 0x2001, makeObject("Texts", CANopen::ObjectCode::Array, 9));
+        object = makeObject("Texts", CANopen::ObjectCode::Array);
+        object.dataType = 9;
+        store->addIndex(0, 0x2001, object);
         store->addSubIndex(0, 0x2001, 0, makeSub("Count", 5, "1"));
         store->addSubIndex(0, 0x2001, 1, makeSub("Text", 9, "a \"b\""));
         XDDGenerator generator;
         const QString file = fixture.path("back.xdd");
-        QVERIFY(writeFile(file, generateWith(generator, "d", "d_00000000.xdd")));
+        QVERIFY(writeFile(file, generateWith(generator, "d", "d_00000000.xdd").toUtf8()));
         const auto other = makeStore();
         EDSImporter importer;
         importer.setDatabase(other.get());
