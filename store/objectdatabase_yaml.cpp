@@ -9,7 +9,7 @@
 namespace
 {
 
-constexpr QLatin1String kTooLarge("the project is too large for the YAML form: ");
+constexpr const char *kTooLarge = "the project is too large for the YAML form: ";
 
 /// A value has two bytes at least: a file that is no larger breaks no bound of the reader.
 constexpr qint64 kBytesWithinBounds = 2 * qint64(YamlDocument::kMostNodes);
@@ -27,7 +27,7 @@ QString whyBeyondBounds(const QString &file)
     const QByteArray text = written.read(YamlDocument::kMostBytes + 1);
     if (YamlReader::read(text, &document, &problems) && problems.isEmpty())
         return QString();
-    return kTooLarge + problems.lines().value(0);
+    return QLatin1String(kTooLarge) + problems.lines().value(0);
 }
 
 } // namespace
@@ -50,8 +50,9 @@ bool StorePrivate::writeYaml(const QString &file)
         return false;
     }
     if (countOfRecords(project) > YamlContext::kMostRecords) {
-        lastError = kTooLarge + QStringLiteral("it has more than %1 subindices, frames and signals")
-                                    .arg(YamlContext::kMostRecords);
+        lastError = QLatin1String(kTooLarge) +
+                    QStringLiteral("it has more than %1 subindices, frames and signals")
+                        .arg(YamlContext::kMostRecords);
         return false;
     }
     QFile target(file);
