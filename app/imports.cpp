@@ -5,6 +5,7 @@
 #include "import/csvimporter.h"
 #include "import/dbcimporter.h"
 #include "import/edsimporter.h"
+#include "import/tsrpimporter.h"
 #include "store/objectdatabase.h"
 #include "support/filereasons.h"
 #include "support/helper.h"
@@ -14,10 +15,13 @@
 
 #include <QFileInfo>
 
+#include <limits>
 #include <memory>
 
 namespace
 {
+
+constexpr quint32 kHighestNumber = std::numeric_limits<quint32>::max(); // of objects and groups
 
 /// What the bare name of a file does to line 0 where it is not as the file needs it.
 enum class BareName {
@@ -30,6 +34,7 @@ struct ImporterRow {
     const char *suffix;
     std::unique_ptr<BaseDataImporter> (*create)(const ImportRequest &);
     BareName bareName = BareName::Adapts;
+    bool bringsLine = false; ///< as a whole: all indices, and a line that is added
 };
 
 template <typename Importer>
@@ -45,15 +50,28 @@ std::unique_ptr<BaseDataImporter> makeTable(const ImportRequest &request)
     return importer;
 }
 
+std::unique_ptr<BaseDataImporter> makeProject(const ImportRequest &request)
+{
+    auto importer = std::make_unique<TSRPImporter>();
+    importer->setLineOfFile(request.lineOfFile.value_or(0));
+    return importer;
+}
+
+// clang-format off
 constexpr ImporterRow kImporters[] = {
     {"csv", makeTable, BareName::Leaves},
     {"dbc", make<DbcImporter>},
     {"dcf", make<EDSImporter>, BareName::Leaves},
     {"eds", make<EDSImporter>, BareName::Leaves},
     {"icsv", makeTable},
+    {"tsrp", makeProject, BareName::Adapts, true},
+    {"tsrt", makeProject, BareName::Adapts, true},
     {"xdc", make<EDSImporter>},
     {"xdd", make<EDSImporter>},
+    {"yaml", makeProject, BareName::Adapts, true},
+    {"yml", makeProject, BareName::Adapts, true},
 };
+// clang-format on
 
 const ImporterRow *findImporter(const QString &file)
 {
@@ -83,7 +101,8 @@ QString whyNotImported(const ImportRequest &request)
         return reason;
     if (!findImporter(request.file))
         return QStringLiteral("its name has none of the endings %1").arg(importedSuffixes());
-    return QFileInfo(request.file).size() > Helper::kMaxFileBytes
+    const bool isBounded = !findImporter(request.file)->bringsLine; // as a project that is opened
+    return isBounded && QFileInfo(request.file).size() > Helper::kMaxFileBytes
                ? QStringLiteral("it is larger than %1 MiB").arg(Helper::kMaxFileBytes >> 20)
                : QString();
 }
@@ -156,40 +175,66 @@ bool Imports::isTriable(const ImportRequest &request) const
 
 bool Imports::runOne(const ImportRequest &request)
 {
-    const std::unique_ptr<BaseDataImporter> importer = findImporter(request.file)->create(request);
+    const ImporterRow &row = *findImporter(request.file);
+    const std::unique_ptr<BaseDataImporter> importer = row.create(request);
     importer->setActiveLine(request.targetLine());
     importer->setDatabase(&database);
-    importer->setIndexRange(ObjectRanges::kAssigned.first, ObjectRanges::kAssigned.last);
+    importer->setIndexRange(row.bringsLine ? 0 : ObjectRanges::kAssigned.first,
+                            row.bringsLine ? kHighestNumber : ObjectRanges::kAssigned.last);
     importer->setOwnNode(request.ownNode);
     importer->setImportFileName(request.file);
     RunFiles::noteRead(request.file);
     const LineType type = importer->lineTypeOfFile();
     if (!importer->getLastError().isEmpty() || !provideLine(request, type))
         return false;
+    if (row.bringsLine)
+        tellOfItself(request);
     importer->startImport();
     importer->wait();
     database.setDescriptionSettingsLine(0); // as when the project was opened
-    return true;
+    return importer->getLastError().isEmpty();
 }
 
 bool Imports::provideLine(const ImportRequest &request, LineType typeOfFile)
 {
     const quint8 line = request.targetLine();
+    const bool bringsLine = findImporter(request.file)->bringsLine;
     if (database.existNode(line)) {
         if (!isFitting(request, typeOfFile))
             return false;
         const bool hasType = !database.getGeneralSettingsValue(typeKey(line)).isEmpty();
-        if (!hasType && !leavesLine(request))
-            database.setGeneralSettingsValue(typeKey(line), QString::number(int(typeOfFile)));
+        if (!hasType && !bringsLine && !leavesLine(request))
+            setType(line, typeOfFile);
     } else if (leavesLine(request)) {
         Problems::warning("import-without-line", request.file,
                           QStringLiteral("has no effect, since it is imported into line 0, which "
                                          "the project does not have: add that line to it, as "
                                          "\"-import 0:<file>\" does"));
-    } else {
-        addLine(request, typeOfFile);
+    } else if (!bringsLine) {
+        addLine(line);
+        setType(line, typeOfFile);
     }
     return true;
+}
+
+/// One between others finds blanks where a line above them gets the values of the highest one.
+void Imports::addLine(quint8 line)
+{
+    const QList<quint8> others = database.getNodes();
+    database.addNode(line, ObjectDataBase::NODE_DATA_T());
+    if (others.isEmpty())
+        return;
+    const QStringList keys = ObjectDataBase::getGeneralLineDependentSettings();
+    for (const QString &key : keys) {
+        if (database.getGeneralSettingsValueLine(key, line) == QLatin1String(" "))
+            database.setGeneralSettingsValueLine(
+                key, database.getGeneralSettingsValueLine(key, others.first()), line);
+    }
+}
+
+void Imports::setType(quint8 line, LineType type)
+{
+    database.setGeneralSettingsValue(typeKey(line), QString::number(int(type)));
 }
 
 bool Imports::isFitting(const ImportRequest &request, LineType typeOfFile) const
@@ -203,8 +248,10 @@ bool Imports::isFitting(const ImportRequest &request, LineType typeOfFile) const
                                .arg(nameOf(typeOfFile), QString::number(line), nameOf(type));
     if (!leavesLine(request)) {
         const int free = database.getNodes().last() + 1;
-        const QString advice = QStringLiteral("; \"-import %1:%2\" adds a line for it")
-                                   .arg(QString::number(free), printableLine(request.file));
+        const QString source =
+            request.lineOfFile ? QStringLiteral("#%1").arg(*request.lineOfFile) : QString();
+        const QString advice = QStringLiteral("; \"-import %1:%2%3\" adds a line for it")
+                                   .arg(QString::number(free), printableLine(request.file), source);
         tellNotImported(request, free > kHighestImportLine ? reason : reason + advice);
         return false;
     }
@@ -214,9 +261,18 @@ bool Imports::isFitting(const ImportRequest &request, LineType typeOfFile) const
     return true;
 }
 
-void Imports::addLine(const ImportRequest &request, LineType typeOfFile)
+/// It is no slip where a device has a second line like another one.
+void Imports::tellOfItself(const ImportRequest &request) const
 {
-    const quint8 line = request.targetLine();
-    database.addNode(line, ObjectDataBase::NODE_DATA_T());
-    database.setGeneralSettingsValue(typeKey(line), QString::number(int(typeOfFile)));
+    const QString path = QFileInfo(request.file).canonicalFilePath();
+    if (path != QFileInfo(database.getProjectFileName()).canonicalFilePath())
+        return;
+    const QString lines = QStringLiteral("is the project that is open: its line %1, as the file "
+                                         "holds it, is copied into line %2")
+                              .arg(QString::number(request.lineOfFile.value_or(0)),
+                                   QString::number(request.targetLine()));
+    if (request.lineOfFile.value_or(0) == request.targetLine())
+        Problems::warning("import-of-itself", request.file, lines + QStringLiteral(" again"));
+    else
+        Problems::note("import-of-itself", request.file, lines);
 }

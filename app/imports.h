@@ -28,7 +28,9 @@ private:
     /// False, and reported, if it speaks another protocol.
     bool provideLine(const ImportRequest &request, LineType typeOfFile);
     bool isFitting(const ImportRequest &request, LineType typeOfFile) const;
-    void addLine(const ImportRequest &request, LineType typeOfFile);
+    void addLine(quint8 line);
+    void setType(quint8 line, LineType type);
+    void tellOfItself(const ImportRequest &request) const;
 
     ObjectDataBase &database;
 };

@@ -1,5 +1,5 @@
-# tessarine_generate(TARGET <target> PROJECT <file> [IMPORT <file>] [MODIFIER <file>] [SET <key>=<value>...]
-#     [OUTPUT_DIR <dir>] [REPORT <file>] [CHECK_ONLY] [NO_COMMANDS])
+# tessarine_generate(TARGET <target> PROJECT <file> [IMPORT [<line>:]<file>...] [IMPORT_NODE <name>]
+#     [MODIFIER <file>] [SET <key>=<value>...] [OUTPUT_DIR <dir>] [REPORT <file>] [CHECK_ONLY] [NO_COMMANDS])
 #
 # Adds the C sources that follow from a project to a target. The tool runs during the build, and writes into
 # the build tree, whenever a file that it reads changed or one that the target needs is gone; sources that
@@ -15,7 +15,7 @@ cmake_policy(SET CMP0116 NEW) # names in DEPFILE are those of the folder of the 
 
 function(tessarine_generate)
     cmake_parse_arguments(PARSE_ARGV 0 ARG "CHECK_ONLY;NO_COMMANDS"
-        "TARGET;PROJECT;IMPORT;MODIFIER;OUTPUT_DIR;REPORT" "SET")
+        "TARGET;PROJECT;IMPORT_NODE;MODIFIER;OUTPUT_DIR;REPORT" "IMPORT;SET")
     _tessarine_check_arguments()
 
     set(output "${ARG_OUTPUT_DIR}")
@@ -23,14 +23,22 @@ function(tessarine_generate)
         set(output "tessarine/${ARG_TARGET}")
     endif()
     cmake_path(ABSOLUTE_PATH output BASE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}" NORMALIZE)
-    foreach(input IN ITEMS PROJECT IMPORT MODIFIER)
+    foreach(input IN ITEMS PROJECT MODIFIER)
         if(ARG_${input})
             cmake_path(ABSOLUTE_PATH ARG_${input} NORMALIZE)
-            cmake_path(GET ARG_${input} PARENT_PATH folder)
-            if("${folder}" STREQUAL "${output}")
-                message(FATAL_ERROR "tessarine_generate: OUTPUT_DIR must not be the folder of ${ARG_${input}}")
-            endif()
             list(APPEND inputs "${ARG_${input}}")
+        endif()
+    endforeach()
+    set(imports "")
+    foreach(import IN LISTS ARG_IMPORT)
+        _tessarine_split_import("${import}")
+        list(APPEND imports "${line}${file}${line_of_file}")
+        list(APPEND inputs "${file}")
+    endforeach()
+    foreach(input IN LISTS inputs)
+        cmake_path(GET input PARENT_PATH folder)
+        if("${folder}" STREQUAL "${output}")
+            message(FATAL_ERROR "tessarine_generate: OUTPUT_DIR must not be the folder of ${input}")
         endif()
     endforeach()
 
@@ -64,7 +72,8 @@ function(tessarine_generate)
     file(GENERATE OUTPUT "${state}/settings.cmake" CONTENT "set(tool [==[$<TARGET_FILE:Tessarine::tessarine>]==])
 set(root [==[${CMAKE_SOURCE_DIR}]==])
 set(project [==[${ARG_PROJECT}]==])
-set(import [==[${ARG_IMPORT}]==])
+set(imports [==[${imports}]==])
+set(import_node [==[${ARG_IMPORT_NODE}]==])
 set(modifier [==[${ARG_MODIFIER}]==])
 set(values [==[${ARG_SET}]==])
 set(report [==[${ARG_REPORT}]==])
@@ -117,6 +126,19 @@ set(expected [==[${sources};${headers}]==])
 endfunction()
 
 cmake_policy(POP)
+
+# Takes "<line>:<file>#<line of the file>" apart; the file becomes absolute.
+macro(_tessarine_split_import import)
+    string(REGEX MATCH "^[0-9]+:" line "${import}")
+    string(LENGTH "${line}" length)
+    string(SUBSTRING "${import}" ${length} -1 file)
+    set(line_of_file "")
+    cmake_path(ABSOLUTE_PATH file NORMALIZE)
+    if(NOT EXISTS "${file}" AND file MATCHES "^(.*)(#[0-9]+)$")
+        set(file "${CMAKE_MATCH_1}")
+        set(line_of_file "${CMAKE_MATCH_2}")
+    endif()
+endmacro()
 
 # The arguments of tessarine_generate(), in its variables ARG_...
 macro(_tessarine_check_arguments)

@@ -63,7 +63,7 @@ _tessarine()
     fi
     case $previous in
     -project | -export) kinds='tsrp|tsrt|yaml|yml' ;;
-    -import) kinds='eds|dcf|xdd|xdc|csv|icsv|dbc' ;;
+    -import) kinds='csv|dbc|dcf|eds|icsv|tsrp|tsrt|xdc|xdd|yaml|yml' ;;
     -import-node) return ;;
     -dbmod | -depfile | -report) kinds='*' ;;
     -output) kinds='/' ;; # folders only, for no file has this ending

@@ -496,6 +496,11 @@ public:
     /// \a direction as for getPGNs().
     bool copyPGNsFromDatabase(ObjectDataBase &other, quint8 line, quint8 otherLine, quint32 low,
                               quint32 high, quint8 direction);
+    /// What these two leave out of a line, but its connections with other lines: CAN identifiers
+    /// with their data elements, settings with an element for each line, the node's record, locks
+    /// of PDOs, virtual nodes, and connections within the line. What both lines have is replaced;
+    /// this one then has the UDS services of the other one only.
+    bool copyRestOfLineFromDatabase(ObjectDataBase &other, quint8 line, quint8 otherLine);
     /// Ascending; of an object only one line has, just the object. Compares contentCompare() of
     /// objects and subindices. "Here" is this store.
     QList<LineDifference> compareLine(quint8 line, ObjectDataBase &other, quint8 otherLine,
@@ -612,6 +617,12 @@ private:
     bool copyObjects(ObjectDataBase &other, quint8 line, quint8 otherLine, quint32 low,
                      quint32 high, const QHash<qint32, qint32> &signalIds);
     bool copyLineSettings(ObjectDataBase &other, quint8 line, quint8 otherLine);
+    bool copyFurtherSettings(ObjectDataBase &other, quint8 line, quint8 otherLine);
+    bool copyNode(ObjectDataBase &other, quint8 line, quint8 otherLine);
+    bool copyLinks(ObjectDataBase &other, quint8 line, quint8 otherLine);
+    struct GroupTable;
+    bool copyFrames(ObjectDataBase &other, const GroupTable (&tables)[2], quint8 line,
+                    quint8 otherLine, const QString &condition, const QVector<QVariant> &values);
     bool copyLineRows(ObjectDataBase &other, const char *family, quint8 line, quint8 otherLine,
                       const QString &condition, const QVector<QVariant> &values);
 

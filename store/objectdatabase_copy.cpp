@@ -2,27 +2,29 @@
 #include "store/objectdatabase_p.h"
 #include "support/logging.h"
 
+#include <algorithm>
+
+/// The frames of a line, or their signals.
+struct ObjectDataBase::GroupTable {
+    const char *family;
+    const char *number; ///< the column that holds the number of the frame
+};
+
 namespace
 {
 
 using Kind = LineDifferenceData::Kind;
 
-/// Number and direction of a parameter group.
+/// Number and direction of a parameter group or a CAN identifier.
 using GroupKey = QPair<quint32, quint8>;
 
-struct GroupTable {
-    const char *family;
-    const char *number; ///< the column that holds the group's number
-};
-
-constexpr GroupTable kGroupTables[] = {{"PGNs", "number"}, {"SPNs", "pgnnumber"}};
-
-QSet<GroupKey> readGroups(StorePrivate &store, const QString &table, const QString &condition,
-                          const Cells &values)
+QSet<GroupKey> readGroups(StorePrivate &store, const QString &table, const char *number,
+                          const QString &condition, const Cells &values)
 {
     QSet<GroupKey> groups;
     Statement rows(store,
-                   QStringLiteral("select number,direction from %1 where %2").arg(table, condition),
+                   QStringLiteral("select %1,direction from %2 where %3")
+                       .arg(QLatin1String(number), table, condition),
                    values);
     while (rows.next())
         groups.insert({rows.value(0).toUInt(), static_cast<quint8>(rows.value(1).toUInt())});
@@ -46,6 +48,31 @@ void removeGroups(StorePrivate &store, const QString &table, const char *number,
     }
     for (const qlonglong row : qAsConst(doomed))
         store.exec(QStringLiteral("delete from %1 where rowid = ?").arg(table), {row});
+}
+
+/// Nodes of the same numbers give way.
+bool copyVirtualNodes(StorePrivate &from, quint8 otherLine, StorePrivate &to, quint8 line)
+{
+    QVector<Cells> nodes;
+    {
+        Statement rows(from,
+                       QStringLiteral("select dbnodeid,name from VirtualNodes where line = ? "
+                                      "order by virtualnodeid"),
+                       {otherLine});
+        while (rows.next())
+            nodes.append({line, rows.value(0), rows.value(1)});
+    }
+    bool done = true;
+    for (const Cells &node : qAsConst(nodes))
+        done = to.exec(QStringLiteral("delete from VirtualNodes where line = ? and dbnodeid = ?"),
+                       node.mid(0, 2)) &&
+               done;
+    for (const Cells &node : qAsConst(nodes))
+        done = to.exec(QStringLiteral("insert into VirtualNodes (line,dbnodeid,name) "
+                                      "values(?,?,?)"),
+                       node) &&
+               done;
+    return done;
 }
 
 /// Walks two maps side by side, from the key \a low up to and including \a high, and reports each
@@ -172,14 +199,20 @@ bool ObjectDataBase::copyObjects(ObjectDataBase &other, quint8 line, quint8 othe
     cacheAllSubs(line, 0); // what is written goes in there as well
     // A copy, since the line may be another one of this very store.
     const LineCache source = other.d->cachedSubs.value(otherLine);
+    QSet<quint16> copied;
     bool done = true;
     for (auto object = source.objects.lowerBound(static_cast<quint16>(low));
          object != source.objects.constEnd() && object.key() <= high; ++object) {
-        const quint16 index = object.key();
+        copied.insert(object.key());
         // Though the object may not exist: its subindices may, in a project from a text file.
-        done = delIndex(line, index, true) && done;
-        done = addIndex(line, index, *object) && done;
-        const ObjectMembers &members = source.subs.of(index);
+        done = delIndex(line, object.key(), true) && done;
+        done = addIndex(line, object.key(), *object) && done;
+    }
+    for (const auto &[index, members] : source.subs) {
+        if (index < low || index > high)
+            continue;
+        if (!copied.contains(index)) // has subindices only
+            done = delIndex(line, index, true) && done;
         for (auto sub = members.constBegin(); sub != members.constEnd(); ++sub) {
             SubIndexData data = *sub;
             data.managedByOlm = false;
@@ -194,27 +227,95 @@ bool ObjectDataBase::copyObjects(ObjectDataBase &other, quint8 line, quint8 othe
 bool ObjectDataBase::copyPGNsFromDatabase(ObjectDataBase &other, quint8 line, quint8 otherLine,
                                           quint32 low, quint32 high, quint8 direction)
 {
-    const auto condition = [direction](const char *number) {
-        return QStringLiteral("%1 between ? and ?%2")
-            .arg(QLatin1String(number),
-                 direction != 0 ? QStringLiteral(" and direction = ?") : QString());
-    };
+    static constexpr GroupTable kGroups[] = {{"PGNs", "number"}, {"SPNs", "pgnnumber"}};
+    const QString condition = QStringLiteral("%1 between ? and ?") +
+                              (direction != 0 ? QStringLiteral(" and direction = ?") : QString());
     Cells values{low, high};
     if (direction != 0)
         values << direction;
     return runCopy(other, line, otherLine, [&](quint8 source) {
-        bool done = true;
         d->groups.remove(line);
-        const QSet<GroupKey> groups =
-            readGroups(*other.d, Schema::table("PGNs", source), condition("number"), values);
-        for (const GroupTable &table : kGroupTables) {
-            removeGroups(*d, Schema::table(table.family, line), table.number, groups);
-            done =
-                copyLineRows(other, table.family, line, source, condition(table.number), values) &&
-                done;
-        }
-        return done;
+        return copyFrames(other, kGroups, line, source, condition, values);
     });
+}
+
+/// The "%1" of \a condition stands for the number of the frame.
+bool ObjectDataBase::copyFrames(ObjectDataBase &other, const GroupTable (&tables)[2], quint8 line,
+                                quint8 otherLine, const QString &condition, const Cells &values)
+{
+    const auto conditionOf = [&condition](const GroupTable &table) {
+        return condition.arg(QLatin1String(table.number));
+    };
+    const GroupTable &frames = tables[0];
+    const QSet<GroupKey> copied = readGroups(*other.d, Schema::table(frames.family, otherLine),
+                                             frames.number, conditionOf(frames), values);
+    bool done = true;
+    for (const GroupTable &table : tables) {
+        removeGroups(*d, Schema::table(table.family, line), table.number, copied);
+        done =
+            copyLineRows(other, table.family, line, otherLine, conditionOf(table), values) && done;
+    }
+    return done;
+}
+
+bool ObjectDataBase::copyRestOfLineFromDatabase(ObjectDataBase &other, quint8 line,
+                                                quint8 otherLine)
+{
+    static constexpr GroupTable kIdentifiers[] = {{"CANIDs", "id"}, {"DataElements", "canid"}};
+    return runCopy(other, line, otherLine, [&](quint8 source) {
+        d->identifiers.remove(line);
+        const bool hasFrames =
+            copyFrames(other, kIdentifiers, line, source, QStringLiteral("%1 >= ?"), {0});
+        const bool hasSettings = copyFurtherSettings(other, line, source);
+        const bool hasNode = copyNode(other, line, source);
+        // A new line has some services, which the other one need not have.
+        const bool hasServices =
+            d->exec(QStringLiteral("delete from %1").arg(Schema::table("UDSSettings", line))) &&
+            copyLineRows(other, "UDSSettings", line, source, QStringLiteral("sid >= ?"), {0});
+        d->services.remove(line);
+        return copyLinks(other, line, source) && hasFrames && hasSettings && hasNode && hasServices;
+    });
+}
+
+bool ObjectDataBase::copyNode(ObjectDataBase &other, quint8 line, quint8 otherLine)
+{
+    NODE_DATA_T node;
+    if (!other.getNodeData(otherLine, node))
+        return false;
+    QStringList assignments;
+    Cells cells;
+    for (const Column<NodeData> &field : kNodeColumns) {
+        assignments << QLatin1String(field.name) + QStringLiteral("=?");
+        cells << field.get(node);
+    }
+    return d->exec(QStringLiteral("update Nodes set %1 where nodeId = ?")
+                       .arg(assignments.join(QLatin1Char(','))),
+                   cells << line);
+}
+
+bool ObjectDataBase::copyLinks(ObjectDataBase &other, quint8 line, quint8 otherLine)
+{
+    const QList<quint16> pdos = other.getLockedPDOs(otherLine);
+    for (const quint16 pdo : pdos)
+        setLockedPdo(line, pdo, true);
+    const QList<quint16> mappings = other.getLockedMappings(otherLine);
+    for (const quint16 mapping : mappings)
+        setLockedMapping(line, mapping, true);
+
+    bool done = copyVirtualNodes(*other.d, otherLine, *d, line);
+    QList<Connection> links = other.getPDOConnections(true);
+    const auto leadsAway = [otherLine](const Connection &link) {
+        return link.prodNode != otherLine || link.conNode != otherLine;
+    };
+    links.erase(std::remove_if(links.begin(), links.end(), leadsAway), links.end());
+    for (const Connection &link : qAsConst(links))
+        (void)removeConnnection(line, link.prodIndex, link.prodSub, line, link.conIndex,
+                                link.conSub); // there may be none
+    for (const Connection &link : qAsConst(links))
+        done = addConnection(line, link.prodIndex, link.prodSub, line, link.conIndex, link.conSub,
+                             link.priority) &&
+               done;
+    return done;
 }
 
 /// Copies the rows that meet \a condition; texts get their numbers in this store.

@@ -5,6 +5,9 @@
 #include "store/settingdefaults.h"
 #include "support/linelist.h"
 #include "support/logging.h"
+#include "support/settingscatalogue.h"
+
+#include <algorithm>
 
 namespace
 {
@@ -70,6 +73,23 @@ QString withElement(const QString &list, const QString &value, quint8 line)
         elements << QStringLiteral(" ");
     elements[line] = value;
     return elements.join(QLatin1Char(','));
+}
+
+/// Is the J1939 setting one of those that a line gets from another one at once?
+bool isLineKey(const char *key)
+{
+    return std::any_of(std::begin(kJ1939LineKeys), std::end(kJ1939LineKeys),
+                       [key](const char *known) { return qstrcmp(key, known) == 0; });
+}
+
+/// What the setting says for a line; empty if it says nothing.
+QString elementOf(const QString &text, Setting::Span span, quint8 line)
+{
+    if (span == Setting::Span::OneOrEach)
+        return LineList::shared(text, line).trimmed();
+    const auto beyond =
+        span == Setting::Span::LastRepeats ? LineList::Beyond::Last : LineList::Beyond::Nothing;
+    return LineList::element(text, line, beyond).trimmed();
 }
 
 /// A value of all lines becomes a list in which the J1939 lines but \a line keep it.
@@ -334,6 +354,40 @@ bool ObjectDataBase::copyLineSettings(ObjectDataBase &other, quint8 line, quint8
     const QString type = other.getGeneralSettingsValue(typeKey.arg(otherLine));
     if (!type.isEmpty() && getGeneralSettingsValue(typeKey.arg(line)).isEmpty())
         done = setGeneralSettingsValue(typeKey.arg(line), type) && done;
+    return done;
+}
+
+/// Those with an element for each line that copyLineSettings() does not know.
+bool ObjectDataBase::copyFurtherSettings(ObjectDataBase &other, quint8 line, quint8 otherLine)
+{
+    bool done = true;
+    const auto copy = [&](SettingsStore store, const Setting &setting) {
+        const QString key = QLatin1String(setting.key);
+        const QString there = other.d->settings(store).value(key);
+        const QString here = d->settings(store).value(key);
+        const QString value = elementOf(there, setting.span, otherLine);
+        if (value.isEmpty() || value == elementOf(here, setting.span, line))
+            return;
+        QString list = here;
+        const QList<quint8> lines = getNodes();
+        for (const quint8 keeping : lines) {
+            if (keeping != line)
+                list = withElement(list, elementOf(here, setting.span, keeping), keeping);
+        }
+        done = d->writeSetting(store, key, withElement(list, value, line)) && done;
+    };
+    const QStringList known = getGeneralLineDependentSettings();
+    for (const SettingTopic &topic : SettingsCatalogue::topics()) {
+        for (const Setting &setting : topic) {
+            if (setting.span == Setting::Span::Project ||
+                known.contains(QLatin1String(setting.key)))
+                continue;
+            if (topic.store == SettingStore::General)
+                copy(SettingsStore::General, setting);
+            else if (topic.store == SettingStore::J1939 && !isLineKey(setting.key))
+                copy(SettingsStore::J1939, setting);
+        }
+    }
     return done;
 }
 

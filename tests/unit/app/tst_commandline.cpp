@@ -127,8 +127,8 @@ private slots:
         QTest::newRow("missing_import") << "-project pümp.tsrt -import none.eds"
             << notImported("none.eds", "there is no such file") << 5;
         QTest::newRow("unknown_suffix") << "-project pümp.tsrt -import gauge.txt"
-            << notImported("gauge.txt", "its name has none of the endings .csv, .dbc, .dcf, .eds, .icsv, .xdc, "
-            ".xdd") << 5;
+            << notImported("gauge.txt", "its name has none of the endings .csv, .dbc, .dcf, .eds, .icsv, .tsrp, .tsrt, "
+            ".xdc, .xdd, .yaml, .yml") << 5;
         QTest::newRow("folder_as_import") << "-project pümp.tsrt -import folder.eds"
             << notImported("folder.eds", "it is a folder") << 5;
         QTest::newRow("dangling_import") << "-project pümp.tsrt -import dangling.eds"
@@ -292,9 +292,11 @@ private slots:
             QVERIFY(write(name, {}));
         const QByteArray settings =
             QSettings("Korvel", "CANopen Tessarine").fileName().replace(" ", "\\ ").toUtf8();
-        const QByteArray inputs = "pümp.tsrt \\\n  gauge.EDS \\\n  mod.txt \\\n  " + settings +
-                                  " \\\n  stack/a_featureinfo_b.xml";
-        const QString all = "-import gauge.EDS -dbmod mod.txt -project pümp.tsrt";
+        const QByteArray inputs =
+            "pümp.tsrt \\\n  gauge.EDS \\\n  untyped.tsrt \\\n  mod.txt \\\n  " + settings +
+            " \\\n  stack/a_featureinfo_b.xml";
+        const QString all =
+            "-import gauge.EDS -import 0:untyped.tsrt#0 -dbmod mod.txt -project pümp.tsrt";
         QCOMPARE(rule("-check " + all), filled("deps: \\\n  " + inputs + '\n'));
         QCOMPARE(rule("-check -report r " + all), filled("r: \\\n  " + inputs + '\n'));
         const QByteArray outputs =

@@ -23,6 +23,16 @@ private slots:
         QVERIFY(write("untyped.tsrt", kUntyped));
         QVERIFY(write("j1939.tsrt", QByteArray(kProject).replace("line0type=1", "line0type=2")));
         QVERIFY(write("both.tsrt", QByteArray(kProject).replace("line0type=1", "line0type=5")));
+        const QByteArray object = "objects: {0x1000: {name: one, type: U32}}}";
+        const QByteArray settings = "tessarine: 1\nsettings: {event_can: 1, limit_check: 0}\n";
+        QVERIFY(write("lines.yaml",
+                      settings + "j1939: {requestsupport: 1}\nlines:\n  0: {protocol: CANopen, " +
+                          object + "\n  2: {protocol: CANopen and J1939, " +
+                          QByteArray(object).replace("one", "two") + '\n'));
+        QVERIFY(write("p#2.yaml", settings + "lines: {1: {protocol: CANopen, " + object + "}\n"));
+        ObjectDataBase store;
+        QVERIFY(store.openDataBase(folder + "/pümp.tsrt") &&
+                store.saveDataBase(folder + "/p.tsrp") && write("other.tsrp", "none"));
         QVERIFY(write("only1.yaml", "tessarine: 1\nlines: {1: {protocol: CANopen}}\n"));
     }
 
@@ -57,6 +67,26 @@ private slots:
             "error: \"1:\" could not be imported: no file is named after the colon [not-imported]\n" +
             failed("own.eds", "there is no such file; the file \"1:own.eds\" is written as \"./1:own.eds\"") +
             failed("none.eds", "there is no such file");
+        QTest::newRow("projects") << "only1.yaml -import p.tsrp -import 1:pümp.tsrt -import 2:lines.yaml#2"
+            << "0:1:type 1:1:type 2:5:two" << QByteArray();
+        QTest::newRow("mark_in_a_name") << "only1.yaml -import p#2.yaml#1" << "0:1:one 1:1:" << QByteArray();
+        QTest::newRow("type_stays") << "both.tsrt -import lines.yaml" << "0:5:one" << QByteArray();
+        QTest::newRow("project_of_other_type") << "pümp.tsrt -import lines.yaml#2" << "" << failed("lines.yaml",
+            "it is for a CANopen and J1939 line, and line 0 of the project is a CANopen line; \"-import "
+            "1:lines.yaml#2\" adds a line for it");
+        QTest::newRow("line_that_is_not_there") << "pümp.tsrt -import lines.yaml#1" << "" << failed("lines.yaml",
+            "it has no line 1, but the lines 0 and 2; name one, as in \"lines.yaml#0\"");
+        QTest::newRow("no_line_of_a_project") << "pümp.tsrt -import lines.yaml#x" << "" << failed("lines.yaml",
+            "\"x\" is no line of a project, which are 0 to 253");
+        QTest::newRow("no_project") << "pümp.tsrt -import other.tsrp" << ""
+            << QByteArray("other.tsrp: error: is no project: ");
+        QTest::newRow("itself") << "pümp.tsrt -import ./pümp.tsrt -import 1:pümp.tsrt" << "0:1:type 1:1:type"
+            << QByteArray("./pümp.tsrt: warning: is the project that is open: its line 0, as the file holds it, is "
+            "copied into line 0 again [import-of-itself]\npümp.tsrt: note: is the project that is open: its line 0, "
+            "as the file holds it, is copied into line 1 [import-of-itself]\n");
+        QTest::newRow("settings_of_all_lines") << "pümp.tsrt -import lines.yaml" << "0:1:one"
+            << QByteArray("lines.yaml: note: has other values of settings that its lines share, which stay as they are "
+            "in the project: \"event_can\" and \"J1939:requestsupport\" [import-leaves]\n");
         QTest::newRow("node_without_dbc") << "pümp.tsrt -import gauge.eds -import-node A" << "0:1:gauge" << QByteArray(
             "warning: the node \"A\" of \"-import-node\" has no effect, since no DBC file is imported after it; put it "
             "before the \"-import\" of that file [import-node-unused]\n");
@@ -73,8 +103,8 @@ private slots:
         QCOMPARE(isDone, !lines.isEmpty());
         QVERIFY2(isDone || output.endsWith(" 5\n"), output);
         QVERIFY2(output.contains(told), output);
-        QCOMPARE(output.contains("[not-imported]"), !isDone);
-        QCOMPARE(output.contains("[import-"), told.contains("[import-"));
+        QCOMPARE(output.contains("Import failed.\nError - Import error.\n"), !isDone);
+        QCOMPARE(output.contains("[import-without-line]"), told.contains("[import-without-line]"));
         QCOMPARE(QFile::exists(folder + "/out.yaml"), isDone);
         QCOMPARE(isDone ? linesOf("out.yaml") : QString(), lines);
     }
