@@ -11,12 +11,14 @@ constexpr int kSignals = 8;
 constexpr quint32 kExtended = 0x80000000; // marks an identifier of 29 bits
 constexpr quint32 kPriority = 6;
 constexpr quint32 kGroupsOfPage = 0x1000; // 0xF000 to 0xFFFF, which name no destination
-constexpr quint32 kFirstSignal = 0x7F000; // SAE J1939-71: numbers for manufacturers
+constexpr quint32 kFirstSignal = 100000;
 
 quint32 identifierOf(int part)
 {
     const quint32 number = quint32(part);
-    const quint32 group = (number / kGroupsOfPage) << 16 | 0xF000 | number % kGroupsOfPage;
+    // The other page has groups that the stack handles itself, at its end.
+    const quint32 page = number < kGroupsOfPage ? 1 : 0;
+    const quint32 group = page << 16 | 0xF000 | number % kGroupsOfPage;
     return kExtended | kPriority << 26 | group << 8 | 0x80;
 }
 
