@@ -298,7 +298,7 @@ void ModelWarnings::checkVariables() const
 {
     QVector<ExtDecl::Misfit> unknown;
     QVector<ExtDecl::Misfit> mixed;
-    const ExtDecl::Variables variables = ExtDecl::readObjectVariables(store);
+    const ExtDecl::Variables variables = ExtDecl::readVariables(store);
     for (const ExtDecl::Misfit &misfit : variables.misfits)
         (misfit.type.isEmpty() ? unknown : mixed) << misfit;
     if (!unknown.isEmpty()) {

@@ -229,11 +229,9 @@ public:
         }
         Variable &variable = variableOf(target.name);
         compare(variable, target, use);
-        const quint32 bytes =
-            isSized(*use.type) ? std::max(use.bytes, 1U) : quint32(use.type->bytes);
-        if (bytes > variable.bytes || (use.object && bytes == variable.bytes)) {
+        if (decidesType(variable, use)) {
             variable.type = use.type;
-            variable.bytes = bytes;
+            variable.bytes = bytesOf(use);
         }
         if (target.isElement)
             variable.elements = std::max(variable.elements, target.index + 1);
@@ -265,13 +263,30 @@ private:
         addMisfit(use, expression, {}, {});
     }
 
-    /// Does the object take the variable as those before it do?
+    /// Does the object take the variable as those before it do? Signals take it as it is declared.
     void compare(const Variable &variable, const Name &target, const Use &use)
     {
         const bool isElement = variable.elements > 0;
-        if (variable.type && (variable.type != use.type || isElement != target.isElement))
+        const bool isFirstObject = use.object && !ofObjects.contains(target.name);
+        if (use.object)
+            ofObjects.insert(target.name);
+        if (!variable.type ||
+            (isFirstObject && decidesType(variable, use) && (target.isElement || !isElement)))
+            return;
+        if (variable.type != use.type || isElement != target.isElement)
             addMisfit(use, target.name, typeText(*use.type, target.isElement),
                       typeText(*variable.type, isElement));
+    }
+
+    static quint32 bytesOf(const Use &use)
+    {
+        return isSized(*use.type) ? std::max(use.bytes, 1U) : quint32(use.type->bytes);
+    }
+
+    static bool decidesType(const Variable &variable, const Use &use)
+    {
+        const quint32 bytes = bytesOf(use);
+        return bytes > variable.bytes || (use.object && bytes == variable.bytes);
     }
 
     void addMisfit(const Use &use, const QString &name, const QString &type,
@@ -285,6 +300,7 @@ private:
     }
 
     Variables variables;
+    QSet<QString> ofObjects;
     QSet<QString> knownOthers;
     QSet<QString> knownMisfits;
 };
@@ -306,12 +322,16 @@ void addSignals(Collector &collector, const QVector<Signal> &list)
     }
 }
 
-void addFrames(Collector &collector, ObjectDataBase &store, quint8 line)
+bool carriesFrames(LineType type)
+{
+    return carriesJ1939(type) || type == LineType::RawCan;
+}
+
+void addFrames(Collector &collector, const ObjectDataBase &store, quint8 line)
 {
     const LineType type = readLineType(store, line);
-    if (!carriesJ1939(type) && type != LineType::RawCan)
+    if (!carriesFrames(type))
         return;
-    store.cacheAllSpnDataForLine(line);
     for (const quint8 direction : {Direction::kReceived, Direction::kTransmitted}) {
         const QList<quint32> frames = carriesJ1939(type) ? store.getPGNs(line, direction, false)
                                                          : store.getCANIDs(line, direction);
@@ -508,18 +528,21 @@ void writeSource(TextWriter &out, const Variables &variables)
 
 ExtDecl::Variables ExtDecl::readVariables(ObjectDataBase &store)
 {
+    const QList<quint8> lines = readProjectLines(store).numbers;
+    for (const quint8 line : lines) {
+        if (carriesFrames(readLineType(store, line)))
+            store.cacheAllSpnDataForLine(line);
+    }
+    return readVariables(qAsConst(store));
+}
+
+ExtDecl::Variables ExtDecl::readVariables(const ObjectDataBase &store)
+{
     Collector collector;
     const QList<quint8> lines = readProjectLines(store).numbers;
     for (const quint8 line : lines)
         addFrames(collector, store, line);
     addObjects(collector, store, lines);
-    return collector.all();
-}
-
-ExtDecl::Variables ExtDecl::readObjectVariables(const ObjectDataBase &store)
-{
-    Collector collector;
-    addObjects(collector, store, readProjectLines(store).numbers);
     return collector.all();
 }
 

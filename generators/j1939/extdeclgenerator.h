@@ -79,8 +79,8 @@ struct Variables {
 /// ones that of an object, whose table takes pointers of no other type.
 Variables readVariables(ObjectDataBase &store);
 
-/// Those of objects alone; no statement runs.
-Variables readObjectVariables(const ObjectDataBase &store);
+/// The same with the signals that are cached; those of lines that are not are read one by one.
+Variables readVariables(const ObjectDataBase &store);
 
 /// How C code refers to a signal's variable.
 struct Access {

@@ -90,6 +90,11 @@ private slots:
         row("types", on + named + mixed, "0:2003:0: warning: the variable \"a\" of the object 0x2003:0 on line 0 is of "
             "several types, here INTEGER8 and elsewhere UNSIGNED8 in an array, which a C compiler does not take: give "
             "each of the objects a variable of its own [variable-types]");
+        const QString gateway = on + "line 0 1; line 1 2; tx 61444 100; spn 1 U24 2 var=w; spn 2 U8 2 var=n; line 0; ";
+        row("type_of_signal", gateway + "2000:0 U24 rw 2 5 var=w; 2001:0 U16 rw 2 5 var=n", "0:2000:0: warning: the "
+            "variable \"w\" of the object 0x2000:0 on line 0 is of several types, here UNSIGNED24 and elsewhere "
+            "UNSIGNED32, which a C compiler does not take: give each of the objects a variable of its own "
+            "[variable-types]");
         // clang-format on
     }
     void tells()
