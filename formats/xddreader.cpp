@@ -623,9 +623,9 @@ bool XddReader::readHex(const char *word, uint most, uint *number)
 /// The first of several that is there.
 void XddReader::inform(const char *key, const QString &value)
 {
-    const QString name = QLatin1String(key);
-    if (!value.isEmpty() && !file.information.contains(name))
-        file.information.insert(name, {value, static_cast<int>(xml.lineNumber())});
+    const QString word = QLatin1String(key);
+    if (!value.isEmpty() && !file.information.contains(word))
+        file.information.insert(word, {value, static_cast<int>(xml.lineNumber())});
 }
 
 void XddReader::note(const char *rule, const std::function<QString()> &words)
