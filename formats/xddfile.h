@@ -29,6 +29,7 @@ struct XddParameter : XddValues {
     XddType type;
     QString description;
     QString templateId;
+    QString limitsId; ///< of the template of its limits
     int line = 0;
 };
 
@@ -58,7 +59,8 @@ struct XddInformation {
 struct XddFile {
     QVector<XddObject> objects;              ///< in the order of the file, each index once
     QHash<QString, XddParameter> parameters; ///< by ID, templates too
-    QHash<QString, XddType> types;           ///< by ID
+    QHash<QString, XddParameter> limits; ///< templates of limits by ID, of which only these count
+    QHash<QString, XddType> types;       ///< by ID
     /// Device, file and commissioning, by the keys of EDS and DCF files (edskeys.h).
     QMap<QString, XddInformation> information;
 };

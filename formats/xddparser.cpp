@@ -53,7 +53,9 @@ QString valueText(const QString &text, quint16 dataType)
 class RecordMaker
 {
 public:
-    RecordMaker(const XddFile &source, FileProblems *collector) : file(source), problems(*collector)
+    /// Parameters count until objects have taken texts of \a characters from them.
+    RecordMaker(const XddFile &source, FileProblems *collector, qint64 characters)
+        : file(source), problems(*collector), charactersLeft(characters)
     {
     }
 
@@ -136,6 +138,12 @@ private:
         if (entry.parameterId.isEmpty())
             return XddParameter();
         const auto found = file.parameters.constFind(entry.parameterId);
+        if (found == file.parameters.constEnd() && file.types.contains(entry.parameterId)) {
+            // Some files refer to the type, or to the member of a structure.
+            XddParameter typed;
+            typed.type.reference = entry.parameterId;
+            return typed;
+        }
         if (found == file.parameters.constEnd()) {
             problems.add("xdd-reference", entry.line, [&] {
                 return QStringLiteral("there is no parameter %1, to which %2 refers")
@@ -146,13 +154,32 @@ private:
         XddParameter result = *found;
         const XddParameter pattern = file.parameters.value(result.templateId);
         mergeValues(&result, pattern);
+        fill(&result.limitsId, pattern.limitsId);
+        mergeValues(&result, file.limits.value(result.limitsId));
         fill(&result.description, pattern.description);
         if (result.type.type == 0 && !result.type.isBitString && result.type.reference.isEmpty())
             result.type = pattern.type;
         // The schema's default, where the object says nothing either.
         if (entry.access.isEmpty())
             fill(&result.access, AccessType::kReadOnly);
-        return result;
+        return isAffordable(result, entry) ? result : XddParameter();
+    }
+
+    /// A small file may refer to a large parameter from each of its objects.
+    bool isAffordable(const XddParameter &parameter, const XddEntry &entry)
+    {
+        const bool wasAffordable = charactersLeft >= 0;
+        for (const QString &text :
+             {parameter.name, parameter.description, parameter.lowLimit, parameter.highLimit,
+              parameter.defaultValue, parameter.actualValue, parameter.denotation})
+            charactersLeft -= text.size();
+        if (charactersLeft < 0 && wasAffordable)
+            problems.add("xdd-reference", entry.line, [&] {
+                return QStringLiteral("the texts of the parameters to which objects refer take too "
+                                      "much memory; from %1 on parameters are passed over")
+                    .arg(wordsFor(entry));
+            });
+        return charactersLeft >= 0;
     }
 
     CANopen::ObjectCode objectCode(const XddObject &object)
@@ -302,6 +329,7 @@ private:
 
     const XddFile &file;
     FileProblems &problems;
+    qint64 charactersLeft;
 };
 
 } // namespace
@@ -336,7 +364,8 @@ bool XddParser::parse(const QByteArray &bytes, const QString &origin)
     reasonLine = reader.lineOfReason();
     if (!reason.isEmpty())
         return false;
-    RecordMaker maker(file, &problems);
+    constexpr int kFreeCharacters = 8 * 1024 * 1024;
+    RecordMaker maker(file, &problems, bytes.size() + kFreeCharacters);
     for (const XddObject &object : qAsConst(file.objects)) {
         const CANopen::CANopenIndex record = maker.makeIndex(object);
         emit newIndex(record);

@@ -135,6 +135,7 @@ enum class XddReader::Kind : quint8 {
     DefaultValue,
     ActualValue,
     AllowedValues,
+    AllowedTemplate,
     AllowedValue,
     Range,
     Minimum,
@@ -163,11 +164,13 @@ const XddReader::Row XddReader::kRows[] = {
     {"CANopenFDDataObject", Kind::Object}, {"CANopenFDDataElement", Kind::SubObject},
     {"parameter", Kind::Parameter}, {"parameterTemplate", Kind::Parameter},
     {"derived", Kind::TypeDefinition}, {"enum", Kind::TypeDefinition},
+    {"varDeclaration", Kind::TypeDefinition},
     {"array", Kind::CompoundType}, {"struct", Kind::CompoundType},
     {"dataTypeIDRef", Kind::TypeReference},
     {"label", Kind::Label}, {"description", Kind::Description}, {"denotation", Kind::Denotation},
     {"defaultValue", Kind::DefaultValue}, {"actualValue", Kind::ActualValue},
-    {"allowedValues", Kind::AllowedValues}, {"value", Kind::AllowedValue}, {"range", Kind::Range},
+    {"allowedValues", Kind::AllowedValues}, {"allowedValuesTemplate", Kind::AllowedTemplate},
+    {"value", Kind::AllowedValue}, {"range", Kind::Range},
     {"minValue", Kind::Minimum}, {"maxValue", Kind::Maximum},
     {"CANopenGeneralFeatures", Kind::GeneralFeatures}, {"CANopenMasterFeatures", Kind::MasterFeatures},
     {"deviceCommissioning", Kind::Commissioning},
@@ -283,6 +286,13 @@ void XddReader::startElement()
     case Kind::Parameter:
         startParameter();
         break;
+    case Kind::AllowedValues:
+        if (isWithin(Kind::Parameter, 1))
+            parameter.limitsId = attribute("templateIDRef");
+        break;
+    case Kind::AllowedTemplate:
+        startParameter();
+        break;
     case Kind::TypeDefinition:
     case Kind::CompoundType:
         startType(kind);
@@ -328,6 +338,8 @@ void XddReader::endElement()
         isInObject = false;
     else if (kind == Kind::Parameter)
         endParameter();
+    else if (kind == Kind::AllowedTemplate)
+        endAllowedTemplate();
     else if (kind == Kind::TypeDefinition)
         endType();
     else
@@ -446,6 +458,13 @@ void XddReader::endParameter()
     file.parameters.insert(parameterId, parameter);
 }
 
+void XddReader::endAllowedTemplate()
+{
+    parameter.lowLimit = limits.lowest;
+    parameter.highLimit = limits.highest;
+    file.limits.insert(parameterId, parameter);
+}
+
 void XddReader::startType(Kind kind)
 {
     type = XddType();
@@ -487,11 +506,17 @@ void XddReader::takeValue(Kind kind)
         parameter.defaultValue = value;
     else if (kind == Kind::ActualValue && isWithin(Kind::Parameter, 1))
         parameter.actualValue = value;
-    else if (kind == Kind::AllowedValue && isWithin(Kind::AllowedValues, 1) &&
-             isWithin(Kind::Parameter, 2))
+    else if (kind == Kind::AllowedValue && isAllowed(1))
         limits.add(value, true, true);
-    else if (isWithin(Kind::Range, 1) && isWithin(Kind::Parameter, 3))
+    else if (isWithin(Kind::Range, 1) && isAllowed(2))
         limits.add(value, kind == Kind::Minimum, kind == Kind::Maximum);
+}
+
+/// Is the element so many levels above one with the values of a parameter, or of a template?
+bool XddReader::isAllowed(int levels) const
+{
+    return isWithin(Kind::AllowedTemplate, levels) ||
+           (isWithin(Kind::AllowedValues, levels) && isWithin(Kind::Parameter, levels + 1));
 }
 
 void XddReader::Limits::add(const QString &value, bool isLow, bool isHigh)

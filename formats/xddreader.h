@@ -54,6 +54,7 @@ private:
     void startElement();
     void endElement();
     bool isWithin(Kind kind, int levels) const;
+    bool isAllowed(int levels) const;
 
     void startBody();
     void startObject();
@@ -68,6 +69,7 @@ private:
     void takeDummy();
     void endText(Kind kind);
     void endParameter();
+    void endAllowedTemplate();
     void endType();
 
     QString attribute(const char *word) const;

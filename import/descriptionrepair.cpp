@@ -27,6 +27,12 @@ QString placeOf(quint16 index)
     return QLatin1String("0x") + Numbers::toHex(index, 4).toUpper();
 }
 
+/// "1 entry", "2 entries".
+QString counted(int number, const char *one, const char *many)
+{
+    return QString::number(number) + QLatin1Char(' ') + QLatin1String(number == 1 ? one : many);
+}
+
 /// 0 if there is none but subindex 0.
 quint8 highestSub(const DescribedObject &described)
 {
@@ -210,9 +216,10 @@ void DescriptionRepair::repairMappingAccess(DescribedObject *described) const
     }
     if (changed > 0)
         notes.addNote("import-mapping-access", described->sub(0)->line, [&] {
-            return QStringLiteral(
-                       "%1: subindex 0 is %2, so that %3 entries become that, which are %4")
-                .arg(placeOf(described->object.index), access, QString::number(changed), other);
+            return QStringLiteral("%1: subindex 0 is %2, and the access of %3 follows it, which "
+                                  "was %4")
+                .arg(placeOf(described->object.index), access, counted(changed, "entry", "entries"),
+                     other);
         });
 }
 
@@ -236,11 +243,10 @@ void DescriptionRepair::dropUnusedEntries(DescribedObject *described) const
     subs.erase(end, subs.end());
     if (dropped > 0)
         notes.addNote("import-mapping-entries", count.line, [&] {
-            return QStringLiteral("%1: the mapping is static and has %2 entries, so that %3 empty "
-                                  "ones after them are left out")
-                .arg(placeOf(described->object.index))
-                .arg(used)
-                .arg(dropped);
+            return QStringLiteral("%1: the mapping is static and counts %2; what stands after "
+                                  "that is empty and left out: %3")
+                .arg(placeOf(described->object.index), counted(int(used), "entry", "entries"),
+                     counted(int(dropped), "subindex", "subindices"));
         });
 }
 

@@ -174,6 +174,13 @@ QString endOfType(Type type, bool isUpper)
     return isUpper ? high : low;
 }
 
+/// Types whose negative numbers the check does not take, though they have them.
+bool isNegativeRefused(Type type)
+{
+    return type == Type::Integer24 || type == Type::Integer40 || type == Type::Integer48 ||
+           type == Type::Integer56;
+}
+
 bool isWholeText(const QString &text)
 {
     return !hasHexPrefix(text) && wholeOf(text).has_value();
@@ -285,24 +292,54 @@ void ValueRepair::dropCrossedLimits(CANopenSubindex *record) const
     record->upLimit.clear();
 }
 
-/// The check compares limits as signed numbers of 64 bits. Those that say no more than the type
-/// are not needed.
+/// The check takes no negative number of some signed types, and none beyond 64 bits with a sign.
+/// Limits that say no more than the type are not needed then.
 void ValueRepair::dropWideLimits(CANopenSubindex *record) const
 {
+    if (isNegativeRefused(typeOf(*record)))
+        dropOpenLow(record);
+    if (typeOf(*record) == Type::Unsigned64)
+        closeUpperEnd(record);
+}
+
+void ValueRepair::dropOpenLow(CANopenSubindex *record) const
+{
+    const auto end = wholeOf(endOfType(typeOf(*record), false));
+    const auto low = wholeOf(record->lowLimit);
+    const bool isOpen =
+        record->lowLimit.isEmpty() ? !record->upLimit.isEmpty() : low && end && !(*end < *low);
+    if (isOpen)
+        dropLimits(record, "are not both ones that can be checked");
+}
+
+void ValueRepair::closeUpperEnd(CANopenSubindex *record) const
+{
     constexpr quint64 kMost = std::numeric_limits<qint64>::max();
-    if (typeOf(*record) != Type::Unsigned64)
-        return;
     const auto high = wholeOf(record->upLimit);
     const auto low = wholeOf(record->lowLimit);
     const bool isFromZero = record->lowLimit.isEmpty() || (low && low->magnitude == 0);
     const bool isOpen =
         record->upLimit.isEmpty() ? !record->lowLimit.isEmpty() : high && high->magnitude > kMost;
-    if (!isOpen || !isFromZero)
+    if (isOpen && isFromZero)
+        dropLimits(record, "are beyond what can be checked");
+    if (!isOpen || isFromZero || !low || low->isHuge || low->magnitude > kMost)
         return;
+    record->upLimit = QString::number(kMost);
     notes.addNote("import-limits", record->line, [&] {
-        return QStringLiteral("%1: the limits %2 to %3 are beyond what can be checked, and are "
-                              "dropped")
-            .arg(placeOf(*record), quotedWord(record->lowLimit), quotedWord(record->upLimit));
+        return QStringLiteral("%1: the upper limit becomes %2, the highest one that can be checked")
+            .arg(placeOf(*record), record->upLimit);
+    });
+}
+
+void ValueRepair::dropLimits(CANopenSubindex *record, const char *why) const
+{
+    const auto words = [](const QString &limit) {
+        return limit.isEmpty() ? QStringLiteral("none") : quotedWord(limit);
+    };
+    notes.addNote("import-limits", record->line, [&] {
+        return QStringLiteral("%1: the limits (lower %2, upper %3) %4, and are dropped")
+            .arg(placeOf(*record), words(record->lowLimit), words(record->upLimit),
+                 QLatin1String(why));
     });
     record->lowLimit.clear();
     record->upLimit.clear();

@@ -25,6 +25,9 @@ private:
     void cutLimit(const CANopenSubindex &record, QString *limit, bool isUpper) const;
     void dropCrossedLimits(CANopenSubindex *record) const;
     void dropWideLimits(CANopenSubindex *record) const;
+    void dropOpenLow(CANopenSubindex *record) const;
+    void closeUpperEnd(CANopenSubindex *record) const;
+    void dropLimits(CANopenSubindex *record, const char *why) const;
     void addOtherLimit(CANopenSubindex *record) const;
     void tellOfDefault(const CANopenSubindex &record) const;
 

@@ -64,6 +64,19 @@ private slots:
         QVERIFY(read(text).startsWith("0:7 "));
     }
 
+    /// They would take as much memory as a much larger file.
+    void largeParameterOfManyObjects()
+    {
+        QByteArray text = "<a><parameter uniqueID='p'><label lang='en'>" + QByteArray(10000, 'n') +
+                          "</label></parameter>";
+        for (int index = 0; index < 0x2000; ++index)
+            text += "<CANopenObject index='" + QByteArray::number(index, 16) +
+                    "' objectType='7' uniqueIDRef='p'/>";
+        const ProblemRecorder problems;
+        QVERIFY(read(text + "</a>").size() < 32 * 1024 * 1024);
+        QCOMPARE(problems.lines.filter("memory").size(), 1);
+    }
+
 private:
     /// "index:code name type" for an object, "index.sub name type access default current low..high
     /// mapping refused write, read" for a subindex, and what else is known at the end.
