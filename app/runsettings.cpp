@@ -231,7 +231,9 @@ bool RunSettings::applyObject(const QString &text, const QString &value)
             !readProjectFeatures(database).hasGeneratedVariables())
             return refuse("setting-too-long",
                           QStringLiteral("the variable of the application has a size of %1 bytes, "
-                                         "and the value has %2")
+                                         "and the value has %2; with generate_variables=1 set "
+                                         "before it, the tool defines the variable, and makes "
+                                         "room")
                               .arg(QString::number(data.size), QString::number(bytes)));
         data.size = qMax(data.size, bytes);
     }

@@ -382,7 +382,8 @@ private slots:
             << form("the type of the object has no value \"0x100000000\"");
         QTest::newRow("too_high_for_a_real") << "0x1018:2=1e39" << form("the type of the object has no value \"1e39\"");
         QTest::newRow("too_long_for_the_variable") << "0x1018:3=four" << QByteArray("the variable of the application "
-            "has a size of 3 bytes, and the value has 4 [setting-too-long]\n");
+            "has a size of 3 bytes, and the value has 4; with generate_variables=1 set before it, the tool defines the "
+            "variable, and makes room [setting-too-long]\n");
         QTest::newRow("no_sum_with_the_node_id") << "0x1018:1=$NODEID-1"
             << form("the type of the object has no value \"$NODEID-1\"");
         QTest::newRow("too_high_with_the_node_id") << "0x1018:1=$NODEID+0x100000000"
