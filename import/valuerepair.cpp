@@ -309,7 +309,7 @@ void ValueRepair::dropOpenLow(CANopenSubindex *record) const
     const bool isOpen =
         record->lowLimit.isEmpty() ? !record->upLimit.isEmpty() : low && end && !(*end < *low);
     if (isOpen)
-        dropLimits(record, "are not both ones that can be checked");
+        dropLimits(record, "cannot both be checked");
 }
 
 void ValueRepair::closeUpperEnd(CANopenSubindex *record) const
