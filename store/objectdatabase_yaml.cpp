@@ -1,5 +1,6 @@
 // The YAML form of a project: its file as plain records, and back.
 #include "formats/yamlreader.h"
+#include "store/linetype.h"
 #include "store/objectdatabase_p.h"
 #include "store/yaml/yamlcontext.h"
 #include "store/yaml/yamlproject.h"
@@ -28,6 +29,20 @@ QString whyBeyondBounds(const QString &file)
     if (YamlReader::read(text, &document, &problems) && problems.isEmpty())
         return QString();
     return QLatin1String(kTooLarge) + problems.lines().value(0);
+}
+
+/// A line is one of CANopen where the file does not say it: most are, and one without objects, into
+/// which a description shall be imported, has nothing else to tell it. Of lines with groups the
+/// store decides.
+void setMissingTypes(ObjectDataBase &store)
+{
+    const QList<quint8> lines = store.getNodes();
+    for (const quint8 line : lines) {
+        const QString key = QStringLiteral("line%1type").arg(line);
+        if (store.getGeneralSettingsValue(key).isEmpty() &&
+            store.getPGNs(line, Direction::kBoth, false).isEmpty())
+            store.setGeneralSettingsValue(key, QString::number(int(LineType::CANopen)));
+    }
 }
 
 } // namespace
@@ -82,6 +97,7 @@ bool ObjectDataBase::fromYaml(const QString &file)
     const bool held = putRecords(project);
     const bool rightTool = held && checkTool();
     if (rightTool) {
+        setMissingTypes(*this);
         repairLines();
         completeProject();
     }

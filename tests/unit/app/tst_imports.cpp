@@ -33,6 +33,7 @@ private slots:
         ObjectDataBase store;
         QVERIFY(store.openDataBase(folder + "/pümp.tsrt") &&
                 store.saveDataBase(folder + "/p.tsrp") && write("other.tsrp", "none"));
+        QVERIFY(write("plain.yaml", "tessarine: 1\nlines: {0: {node-id: 5}}\n"));
         QVERIFY(write("only1.yaml", "tessarine: 1\nlines: {1: {protocol: CANopen}}\n"));
     }
 
@@ -47,6 +48,7 @@ private slots:
             << "0:1:valve 1:1:gauge 3:1:own" << QByteArray();
         QTest::newRow("highest_line") << "pümp.tsrt -import 253:gauge.eds" << "0:1:type 253:1:gauge" << QByteArray();
         QTest::newRow("line_without_type") << "untyped.tsrt -import 00:gauge.eds" << "0:1:gauge" << QByteArray();
+        QTest::newRow("line_without_protocol") << "plain.yaml -import 0:gauge.eds" << "0:1:gauge" << QByteArray();
         QTest::newRow("line_of_both") << "both.tsrt -import 0:gauge.eds" << "0:5:gauge" << QByteArray();
         QTest::newRow("no_line_0") << "only1.yaml -import gauge.eds" << "1:1:" << QByteArray("gauge.eds: warning: has "
             "no effect, since it is imported into line 0, which the project does not have: add that line to it, as "
