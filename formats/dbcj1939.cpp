@@ -10,10 +10,15 @@ namespace
 
 constexpr quint8 kFirstPdu2Format = 240; // SAE J1939-21, 5.2.5
 
+/// Empty if the file names none.
+QString protocolOf(const DbcFile &file)
+{
+    return file.attribute(DbcKeys::kProtocolType).trimmed();
+}
+
 bool isJ1939Network(const DbcFile &file)
 {
-    const QString protocol = file.attribute(DbcKeys::kProtocolType).trimmed();
-    return protocol.compare(QLatin1String("J1939"), Qt::CaseInsensitive) == 0;
+    return protocolOf(file).compare(QLatin1String("J1939"), Qt::CaseInsensitive) == 0;
 }
 
 /// The word for the frame format, or its usual number where the attribute has no words.
@@ -21,6 +26,19 @@ bool isJ1939Format(const QString &format)
 {
     return format.compare(QLatin1String("J1939PG"), Qt::CaseInsensitive) == 0 ||
            format == QLatin1String("3");
+}
+
+/// Has it an attribute that makers of other networks have no use for?
+bool hasJ1939Attributes(const DbcFile &file)
+{
+    return std::any_of(file.definitions.cbegin(), file.definitions.cend(),
+                       [](const DbcAttributeDefinition &definition) {
+                           const QString &name = definition.name;
+                           return (definition.owner == DbcOwner::Signal &&
+                                   name == QLatin1String(DbcKeys::kSpn)) ||
+                                  (definition.owner == DbcOwner::Node &&
+                                   name.startsWith(QLatin1String(DbcKeys::kNamePart)));
+                       });
 }
 
 } // namespace
@@ -43,6 +61,24 @@ bool DbcJ1939::isJ1939(const DbcFile &file)
     return isJ1939Network(file) ||
            std::any_of(file.messages.cbegin(), file.messages.cend(),
                        [&](const DbcMessage &message) { return isJ1939(file, message); });
+}
+
+bool DbcJ1939::isLikelyJ1939(const DbcFile &file)
+{
+    return protocolOf(file).isEmpty() && isAllExtended(file) && hasJ1939Attributes(file);
+}
+
+bool DbcJ1939::isAllExtended(const DbcFile &file)
+{
+    bool isAny = false;
+    for (const DbcMessage &message : file.messages) {
+        if (message.isPseudo)
+            continue;
+        if (!message.isExtended)
+            return false;
+        isAny = true;
+    }
+    return isAny;
 }
 
 bool DbcJ1939::isJ1939(const DbcFile &file, const DbcMessage &message)

@@ -21,6 +21,13 @@ Identifier identifierOf(quint32 identifier);
 /// Does the file say so of the network, or of any of its messages? Many files of J1939 do not.
 bool isJ1939(const DbcFile &file);
 
+/// Is it likely, where the file says nothing of it? All its identifiers have 29 bits then, and it
+/// has attributes that only networks of J1939 have: numbers of signals, or parts of NAMEs.
+bool isLikelyJ1939(const DbcFile &file);
+
+/// Has the file messages, and all of them identifiers of 29 bits?
+bool isAllExtended(const DbcFile &file);
+
 /// Is that a message of J1939: by its own attribute, else, where it has none, by that of the
 /// network?
 bool isJ1939(const DbcFile &file, const DbcMessage &message);

@@ -44,6 +44,7 @@ constexpr const char *kProtocolType = "ProtocolType"; ///< of the network
 constexpr const char *kFrameFormat = "VFrameFormat";  ///< of messages
 
 constexpr const char *kStationAddress = "NmStationAddress"; ///< of nodes
+constexpr const char *kNamePart = "NmJ1939";                ///< begins those of a node's NAME
 constexpr const char *kCycleTime = "GenMsgCycleTime";       ///< of messages; ms
 constexpr const char *kStartValue = "GenSigStartValue";     ///< of signals; the raw number
 constexpr const char *kSpn = "SPN";                         ///< of signals; 0 if it has none

@@ -95,7 +95,7 @@ bool DbcFrames::isChoice(const DbcMessage &message)
         return false; // told by the reader
     if (message.isPseudo)
         tally.add(Kind::LooseSignals, message);
-    else if (message.size == 0)
+    else if (message.size == 0 && !message.signalList.isEmpty())
         tally.add(Kind::NoSize, message);
     else
         return true;

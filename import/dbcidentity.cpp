@@ -71,10 +71,9 @@ QVector<DbcIdentity::Setting> DbcIdentity::of(const DbcFile &file, const QString
     for (const Row &row : kRows)
         settings << Setting{row.setting, own ? valueOf(file, *own, row, tally) : QString()};
     QString &address = settings.last().value;
-    if (address.isNull() || address.toUInt() == kNullAddress) {
-        const QString sent = addressOf(choices);
-        if (!sent.isNull())
-            address = sent;
-    }
+    if (address.toUInt() == kNullAddress) // which templates have for those without one
+        address = QString();
+    if (address.isNull())
+        address = addressOf(choices);
     return settings;
 }

@@ -17,7 +17,7 @@ struct Setting {
 
 /// All of them, in the order in which a check asks for them. \a ownNode is the name of a node in
 /// the file; empty for none, whose settings have no value. Where the file does not tell the node's
-/// address, it is that from which it sends its messages.
+/// address, or only the null address, it is that from which it sends its messages.
 QVector<Setting> of(const DbcFile &file, const QString &ownNode,
                     const QVector<DbcFrames::Choice> &choices, DbcTally *tally);
 

@@ -48,12 +48,14 @@ LineType DbcImporter::lineTypeOfFile()
     provideFile();
     const DbcFile &file = reader.file();
     const bool hasLine = database && database->existNode(activeLine);
-    const LineType line = hasLine ? readLineType(*database, activeLine) : LineType::RawCan;
+    const LineType line = hasLine ? readLineType(*database, activeLine) : LineType();
+    choosesType = !isKnown(line);
     const bool canBeJ1939 =
         std::any_of(file.messages.begin(), file.messages.end(),
                     [](const DbcMessage &message) { return message.isExtended; });
-    return DbcJ1939::isJ1939(file) || (carriesJ1939(line) && canBeJ1939) ? LineType::J1939
-                                                                         : LineType::RawCan;
+    const bool isJ1939 = DbcJ1939::isJ1939(file) || (carriesJ1939(line) && canBeJ1939) ||
+                         (choosesType && DbcJ1939::isLikelyJ1939(file));
+    return isJ1939 ? LineType::J1939 : LineType::RawCan;
 }
 
 void DbcImporter::provideFile()
@@ -107,6 +109,7 @@ void DbcImporter::importMessages(LineType type)
         return;
     }
     if (!isJ1939) {
+        tellOfProtocol();
         (void)database->putCanFrames(activeLine, frames.canFrames()); // the store logs a failure
         tally.tell(importFileName);
         return;
@@ -118,6 +121,15 @@ void DbcImporter::importMessages(LineType type)
     tally.tell(importFileName);
     setIdentity(identity);
     provideTransport(groups);
+}
+
+void DbcImporter::tellOfProtocol() const
+{
+    if (choosesType && DbcJ1939::isAllExtended(reader.file()))
+        Problems::report({Problems::Level::Note, importFileName, 0,
+                          QStringLiteral("does not say that it is of J1939, and is taken as raw "
+                                         "CAN: if it is, import it into a J1939 line"),
+                          QStringLiteral("dbc-protocol")});
 }
 
 void DbcImporter::avoidWhatStays(DbcFrames *frames, bool isJ1939) const

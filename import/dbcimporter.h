@@ -20,8 +20,9 @@ class DbcImporter : public BaseDataImporter
 public:
     DbcImporter() = default;
 
-    /// J1939 if the file says so, or if the line is one of J1939 and has use for the file; else raw
-    /// CAN. There is an error afterwards if the file cannot be imported.
+    /// J1939 if the file says so, or if the line is one of J1939 and has use for the file, or if
+    /// neither says anything and the file looks like it; else raw CAN. There is an error afterwards
+    /// if the file cannot be imported.
     LineType lineTypeOfFile() override;
     /// By the name in the file, or its long name.
     void setOwnNode(const QString &name) override { ownNode = name; }
@@ -32,6 +33,8 @@ public slots:
 private:
     /// Reads it, unless that was done before.
     void provideFile();
+    /// Tells of a line of raw CAN that might as well be one of J1939.
+    void tellOfProtocol() const;
     void refuse(const QString &reason);
     void importMessages(LineType type);
     /// Tells \a frames what the project holds that the import leaves there.
@@ -49,5 +52,6 @@ private:
 
     DbcReader reader;
     bool wasTried = false;
+    bool choosesType = false; ///< of the line, which has none so far
     QString ownNode;
 };

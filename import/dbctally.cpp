@@ -28,7 +28,7 @@ constexpr Words kWords[] = { // order of the enum
     {Kind::LooseSignals, Level::Note, "dbc-message", "message",
      "of signals that are in no frame passed over"},
     {Kind::NoSize, Level::Warning, "dbc-message", "message",
-     "without bytes passed over"},
+     "with signals and no bytes passed over"},
     {Kind::LongGroup, Level::Warning, "dbc-message", "message",
      "of more than the 1785 bytes of the transport protocol passed over"},
     {Kind::LongFrame, Level::Warning, "dbc-message", "message",
