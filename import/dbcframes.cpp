@@ -58,16 +58,21 @@ DbcFrames::DbcFrames(const DbcFile &content, Protocol protocol, const QString &o
         if (isChoice(message))
             isJ1939 ? chooseGroup(message) : chooseIdentifier(message);
     }
-    // Of two messages with one group the first one counts.
-    QSet<quint64> known;
+    // Of two messages with one group the first one counts, but for one without bytes.
+    const auto keyOf = [](const Choice &choice) {
+        return quint64(choice.direction) << 32 | choice.number;
+    };
+    QHash<quint64, const DbcMessage *> counting;
+    for (const Choice &choice : qAsConst(chosen)) {
+        const DbcMessage *&first = counting[keyOf(choice)];
+        if (!first || (first->size == 0 && choice.message->size > 0))
+            first = choice.message;
+    }
     const auto isDoubled = [&](const Choice &choice) {
-        const quint64 key = quint64(choice.direction) << 32 | choice.number;
-        if (!known.contains(key)) {
-            known.insert(key);
-            return false;
-        }
-        tally.add(Kind::SameGroup, *choice.message);
-        return true;
+        const bool isOther = counting.value(keyOf(choice)) != choice.message;
+        if (isOther)
+            tally.add(Kind::SameGroup, *choice.message);
+        return isOther;
     };
     chosen.erase(std::remove_if(chosen.begin(), chosen.end(), isDoubled), chosen.end());
     for (const Choice &choice : qAsConst(chosen))

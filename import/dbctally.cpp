@@ -40,7 +40,7 @@ constexpr Words kWords[] = { // order of the enum
     {Kind::GroupOfStack, Level::Note, "dbc-group", "message",
      "with a parameter group that the stack handles itself passed over"},
     {Kind::SameGroup, Level::Warning, "dbc-group", "message",
-     "with parameter group and direction of one before passed over, since a line has a group once in each direction"},
+     "with parameter group and direction of another one passed over, since a line has a group once in each direction"},
     {Kind::NoRoom, Level::Warning, "dbc-message", "message",
      "passed over, since those before have as many elements as an import takes"},
     {Kind::NeedsCanFd, Level::Warning, "dbc-can-fd", "message",
