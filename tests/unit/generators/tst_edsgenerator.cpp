@@ -146,6 +146,7 @@ private slots:
 
     void objectsComeBack()
     {
+        addMandatory();
         addAllTypes();
         addProfile();
         const QString first = generate("demo.eds");
@@ -162,13 +163,14 @@ private slots:
         Sub sub = makeSub(text, 9, text);
         sub.accessType = sub.lowLimit = sub.upLimit = sub.description = text;
         sub.limitInEds = true;
+        addMandatory();
         addObject(0x2000, Code::Record, {Sub(), sub}, text);
         setDescription("VendorName", text);
         setDescription("Comment", text);
         (void)generate("demo.eds");
         store = makeStore();
         import(fixture.path("demo.eds"));
-        QCOMPARE(store->getIndices(0, 0, 0xFFFF), (QList<quint16>{0x2000}));
+        QCOMPARE(store->getIndices(0, 0, 0xFFFF), (QList<quint16>{0x1000, 0x1001, 0x1018, 0x2000}));
         QCOMPARE(objectOf(*store, 0, 0x2000).description, QString(text).replace('\r', '\n'));
         QCOMPARE(subOf(*store, 0, 0x2000, 1).name, "a [2001] ObjectType=9 ;;c");
         QCOMPARE(subOf(*store, 0, 0x2000, 1).defaultValue, "a [2001] ObjectType=9 ;;c");
@@ -194,6 +196,14 @@ private:
             QVERIFY(store->addSubIndex(0, index, static_cast<quint8>(i), subs[i]));
     }
 
+    /// Objects that an import adds where a file lacks them.
+    void addMandatory()
+    {
+        for (const quint16 index : {0x1000, 0x1001})
+            addObject(index, Code::Var, {makeSub("object", index == 0x1000 ? 7 : 5, "0")});
+        addObject(0x1018, Code::Record, {makeSub("n", 5, "1"), makeSub("Vendor", 7, "95")});
+    }
+
     /// Variables and members of each data type that data sheets know, with all marks.
     void addAllTypes()
     {
@@ -206,7 +216,7 @@ private:
             sub.accessType = type % 2 ? "rwr" : "rw";
             sub.pdoMapping = type % 2 ? PDOMappingType::Tpdo : PDOMappingType::Default;
             sub.limitInEds = true;
-            sub.upLimit = "100";
+            sub.upLimit = type == 1 ? "1" : "100";
             sub.refuseRead = type % 2;
             sub.refuseWrite = type % 3;
             sub.description = "first\n\n second";
@@ -221,7 +231,7 @@ private:
     {
         addObject(0x1801, Code::Record, {makeSub("n", 5, "1"), makeSub("C", 7, "$NODEID+0x180")});
         addObject(0x1A01, Code::Record, {makeSub("n", 5, "254"), makeSub("e", 7, "")});
-        addObject(0xBFFF, Code::Record, {});
+        addObject(0xBFFF, Code::Record, {makeSub("n", 5, "254")});
         QVERIFY(store->addSubIndex(0, 0xBFFF, 0xFE, makeSub("100 % \"x\"; =y", 2, "-128")));
         for (const char *key : {"VendorName", "FileVersion", "Comment"})
             setDescription(key, QString("%1; a, \"b\" = [c] & <d>").arg(key));
