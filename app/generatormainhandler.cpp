@@ -540,6 +540,15 @@ void GeneratorMainHandler::runGenerator(AbstractGenerator &generator, quint8 lin
         outputHandler->printLine(remark);
 }
 
+struct GeneratorMainHandler::EdsFile {
+    const EdsVariants &variants;
+    quint8 line;
+    QString define;
+    bool isFd;
+    bool isClassical;
+    bool isMultiLine;
+};
+
 void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
 {
     EdsNames names;
@@ -547,27 +556,48 @@ void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
         if (!carriesCANopen(line.type))
             continue;
         const EdsVariants variants(*database, line.number);
+        const bool hasDcf = DCFGenerator::isWanted(*database, line.number);
+        const auto describe = [&](const QString &define, bool isFd, bool isClassical) {
+            const EdsFile file = {variants, line.number, define,
+                                  isFd,     isClassical, facts.isMultiLine()};
+            EDSGenerator device(variants, define, isFd, isClassical);
+            generateEds(device, file);
+            names.note(device.targetFile(), variantName(line.number, define, isClassical));
+            if (hasDcf)
+                generateDcf(file);
+        };
+        const bool hasFd = facts.features.hasCanFd();
         const QStringList &defines = variants.defines();
         for (const QString &define : defines) {
-            EDSGenerator device(variants, define, facts.features.hasCanFd(), false);
-            device.generateML = facts.isMultiLine();
-            runGenerator(device, line.number,
-                         filled("The EDS file %2.eds in %1 is not writable", projectName),
-                         filled("Generation of %2 EDS file in %1 started", define));
-            names.note(device.targetFile(), variantName(line.number, define, false));
-            if (!facts.features.hasCanFd())
-                continue;
-            EDSGenerator classical(variants, define, false, true);
-            classical.generateML = facts.isMultiLine();
-            runGenerator(classical, line.number,
-                         filled("The EDS file %2_classical.eds in %1 is not writable", projectName),
-                         filled("Generation of %2 classical EDS file in %1 started", define));
-            names.note(classical.targetFile(), variantName(line.number, define, true));
+            describe(define, hasFd, false);
+            if (hasFd)
+                describe(define, false, true);
         }
         if (defines.size() > 1)
             outputHandler->printLine(
                 QStringLiteral("Warning: multiple different EDS files to be generated.\n"));
     }
+}
+
+void GeneratorMainHandler::generateEds(EDSGenerator &generator, const EdsFile &file)
+{
+    generator.generateML = file.isMultiLine;
+    runGenerator(generator, file.line,
+                 filled(file.isClassical ? "The EDS file %2_classical.eds in %1 is not writable"
+                                         : "The EDS file %2.eds in %1 is not writable",
+                        projectName),
+                 filled(file.isClassical ? "Generation of %2 classical EDS file in %1 started"
+                                         : "Generation of %2 EDS file in %1 started",
+                        file.define));
+}
+
+void GeneratorMainHandler::generateDcf(const EdsFile &file)
+{
+    DCFGenerator generator(file.variants, file.define, file.isFd, file.isClassical);
+    generator.generateML = file.isMultiLine;
+    runGenerator(generator, file.line,
+                 filled("The DCF file of %2 in %1 is not writable", projectName),
+                 filled("Generation of %2 DCF file in %1 started", file.define));
 }
 
 /// What a project no longer writes must not be compiled with its stack.

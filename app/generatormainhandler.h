@@ -19,6 +19,7 @@
 
 #include <memory>
 
+class EDSGenerator;
 class ObjectDataBase;
 class OutputHandlerBase;
 
@@ -147,6 +148,9 @@ private:
     void runGenerator(AbstractGenerator &generator, quint8 line, const QString &notWritable,
                       const QString &started);
     void generateEdsFiles(const ProjectFacts &facts);
+    struct EdsFile;
+    void generateEds(EDSGenerator &generator, const EdsFile &file);
+    void generateDcf(const EdsFile &file);
     void removeStaleFiles(const ProjectFacts &facts);
     void removeStaleFile(const char *name);
     void runPostGenProcess();

@@ -11,6 +11,7 @@ constexpr const char *kFileInfo = "FileInfo";
 constexpr const char *kDeviceInfo = "DeviceInfo";
 constexpr const char *kDummyUsage = "DummyUsage";
 constexpr const char *kComments = "Comments";
+constexpr const char *kDeviceComissioning = "DeviceComissioning"; ///< DCF, with one "m"
 
 // --- Entries of objects and subindices ---
 
@@ -42,6 +43,7 @@ constexpr const char *kCreatedBy = "CreatedBy";
 constexpr const char *kModificationTime = "ModificationTime";
 constexpr const char *kModificationDate = "ModificationDate";
 constexpr const char *kModifiedBy = "ModifiedBy";
+constexpr const char *kLastEds = "LastEDS"; ///< DCF: the data sheet that it was made of
 constexpr const char *kLines = "Lines";
 constexpr const char *kLine = "Line"; ///< followed by a number from 1 on
 

@@ -49,3 +49,13 @@ QString GenerationDate::clock(const QDateTime &moment)
 {
     return QLocale::c().toString(moment, QStringLiteral("HH:mm"));
 }
+
+QString GenerationDate::fullDay(const QDateTime &moment)
+{
+    return QLocale::c().toString(moment, QStringLiteral("MM-dd-yyyy"));
+}
+
+QString GenerationDate::halfDayClock(const QDateTime &moment)
+{
+    return QLocale::c().toString(moment, QStringLiteral("hh:mmAP"));
+}

@@ -21,7 +21,13 @@ QString text(const QDateTime &moment);
 /// "11-21-26": month, day, year.
 QString day(const QDateTime &moment);
 
+/// "11-21-2026"
+QString fullDay(const QDateTime &moment);
+
 /// "09:05"
 QString clock(const QDateTime &moment);
+
+/// "09:05PM", on the clock of twelve hours.
+QString halfDayClock(const QDateTime &moment);
 
 } // namespace GenerationDate

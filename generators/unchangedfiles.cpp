@@ -25,8 +25,8 @@ constexpr const char *kDateLines[] = {
     "^  <title>.* - (%1)</title>$",                           // HTML
     "^   <td>Generation time: (%1)</td>$",
     "^PGN/SPN Documenation for .* (%1)$",                     // text
-    "^(?:Creation|Modification)Date=(\\d\\d-\\d\\d-\\d\\d)$", // EDS
-    "^(?:Creation|Modification)Time=(\\d\\d:\\d\\dPM)$",
+    "^(?:Creation|Modification)Date=(\\d\\d-\\d\\d-(?:\\d\\d)?\\d\\d)$", // EDS
+    "^(?:Creation|Modification)Time=(\\d\\d:\\d\\d[AP]M)$",
     "^<!--XDD file for .* \\((%1) GMT\\)$",                   // XDD
     "^ *<ProfileBody .* fileCreationDate=\"(\\d\\d-\\d\\d-\\d\\d)\"",
 };

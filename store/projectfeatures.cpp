@@ -66,5 +66,6 @@ ProjectFeatures readProjectFeatures(const ObjectDataBase &store, ReadAs readAs)
     }
     features.coreHeaders = textOf(kGeneral, "use_core_headers");
     features.multiLine = store.getMiscSettingsValue(QStringLiteral("generateML"));
+    features.descriptionForm = store.getMiscSettingsValue(QStringLiteral("description_form"));
     return features;
 }

@@ -35,7 +35,8 @@ struct ProjectFeatures {
     qint64 dynamicGroups = 0; ///< mappings of groups may be changed at run time
     qint64 adapter = 0;       ///< between the J1939 device and its application
     QString coreHeaders;
-    QString multiLine; ///< never read as C
+    QString multiLine; ///< never read as C, as the one below
+    QString descriptionForm;
 
     bool hasCanFd() const { return canFd > 0; }
     /// Deliberate: the check and the count of message objects of J1939 know no number but 1; held
@@ -91,6 +92,8 @@ struct ProjectFeatures {
     bool namesCoreHeaders() const { return coreHeaders == QLatin1String("1"); }
     /// The multi-line form also for one line.
     bool forcesMultiLine() const { return multiLine == QLatin1String("true"); }
+    /// Device descriptions to the letter of their standards, which strict readers take.
+    bool hasPortableDescriptions() const { return descriptionForm == QLatin1String("portable"); }
 };
 
 /// Makes of a setting's text what is read of it.

@@ -6,6 +6,9 @@ struct SettingDefault {
     const char *value;
 };
 
+/// The order code of a project that was given none.
+inline constexpr const char *kMadeUpOrderCode = "0815-BUY-ME";
+
 // clang-format off
 /// Of the description of each line.
 inline constexpr SettingDefault kDescriptionDefaults[] = {
@@ -17,7 +20,7 @@ inline constexpr SettingDefault kDescriptionDefaults[] = {
     {"LSS_Supported", "0"}, {"SelfStarting", "0"},
     {"VendorName", ""}, {"ProductName", ""}, {"CreatedBy", ""}, {"ModifiedBy", ""},
     {"FileVersion", "1"}, {"FileRevision", "1"},
-    {"OrderCode", "0815-BUY-ME"},
+    {"OrderCode", kMadeUpOrderCode},
     {"Granularity", "0"},
     {"Comment", ""}, {"AdditionalSections", ""},
 };

@@ -4,10 +4,13 @@
 #include "generators/descriptions/edsvariants.h"
 #include "generators/textwriter.h"
 #include "store/writedefault.h"
+#include "support/fileproblems.h"
 #include "support/helper.h"
 #include "support/numbers.h"
 #include "support/objectindex.h"
-#include "support/plaintext.h"
+#include "support/printable.h"
+
+#include <algorithm>
 
 namespace
 {
@@ -15,73 +18,74 @@ namespace
 using EdsSections::Context;
 using SubData = ObjectDataBase::SUBINDEX_DATA_T;
 
-/// Characters of a comment that stand in one line.
-constexpr int kCommentWidth = 250;
-
-/// Types from here on have no number of CiA 301 and are described as bytes.
-constexpr quint16 kFirstOwnType = CAN::typeNumber(CAN::CANopenDataType::Unsigned2);
-
 /// Objects that only a CAN FD device describes.
 bool isCanFdObject(quint16 index)
 {
     return index == 0x1030 || index == ObjectIndex::kActiveErrors;
 }
 
-/// How much of \a text goes into a full line: a character beyond 16 bits is not torn apart.
-int fullLineOf(const QStringRef &text)
-{
-    return text[kCommentWidth - 1].isHighSurrogate() ? kCommentWidth - 1 : kCommentWidth;
-}
-
-void writeCommentLine(TextWriter &out, const QStringRef &text)
-{
-    out.raw(QLatin1String(";;") + text + QLatin1Char('\n'));
-}
-
-void writeLongComment(TextWriter &out, QStringRef rest)
-{
-    while (rest.size() > kCommentWidth) {
-        const int length = fullLineOf(rest);
-        writeCommentLine(out, rest.left(length));
-        rest = rest.mid(length);
-    }
-    // Deliberate: a last piece that fills its line is dropped, held by tst_edsgenerator.
-    if (rest.size() != kCommentWidth)
-        writeCommentLine(out, rest);
-}
-
 /// A description; nothing if it is empty.
-void writeDescription(TextWriter &out, const QString &description)
+void writeDescription(TextWriter &out, const EdsForm &form, const QString &description)
 {
     if (description.isEmpty())
         return;
-    const QStringList lines = textLines(description);
-    for (const QString &line : lines) {
-        if (line.size() <= kCommentWidth)
-            writeCommentLine(out, QStringRef(&line));
-        else
-            writeLongComment(out, QStringRef(&line));
+    const QStringList lines = form.descriptionLines(description);
+    for (const QString &line : lines)
+        out.parts(";;", line, "\n");
+}
+
+void writeName(const Context &context, const QString &name, quint16 index, quint8 subIndex,
+               const char *missing)
+{
+    const QString filled = Helper::substituteVariables(name, index, subIndex);
+    context.out.parts(EdsKeys::kParameterName, "=", context.form.name(filled, missing), "\n");
+}
+
+void writeIfThere(TextWriter &out, const char *key, const std::optional<QString> &value)
+{
+    if (value)
+        out.parts(key, "=", *value, "\n");
+}
+
+void writeValues(TextWriter &out, const SubData &data, const EdsSubTexts &texts)
+{
+    out.parts(EdsKeys::kDataType, "=", texts.dataType, "\n");
+    out.parts(EdsKeys::kAccessType, "=", texts.accessType, "\n");
+    if (texts.pdoMapping)
+        out.parts(EdsKeys::kPdoMapping, "=", *texts.pdoMapping, "\n");
+    writeIfThere(out, EdsKeys::kDefaultValue, texts.defaultValue);
+    writeIfThere(out, EdsKeys::kLowLimit, texts.lowLimit);
+    writeIfThere(out, EdsKeys::kHighLimit, texts.highLimit);
+    writeIfThere(out, EdsKeys::kParameterValue, texts.parameterValue);
+    if (data.refuseRead || data.refuseWrite) {
+        const int flags = (data.refuseWrite ? 1 : 0) | (data.refuseRead ? 2 : 0);
+        out.parts(EdsKeys::kObjFlags, "=", flags, "\n");
     }
 }
 
-void writeName(TextWriter &out, const QString &name, quint16 index, quint8 subIndex)
+/// The value of a configuration that its file cannot hold, or in no form that all understand.
+void noteLost(const Context &context, quint16 index, quint8 subIndex, const SubData &data)
 {
-    const QString filled = Helper::substituteVariables(name, index, subIndex);
-    out.parts(EdsKeys::kParameterName, "=", oneLine(filled), "\n");
+    context.problems->add("dcf-value", 0, [&] {
+        return QStringLiteral("the current value %1 of 0x%2:%3 is left out, since no value of its "
+                              "data type in a configuration file says it")
+            .arg(quotedWord(data.currentValue), Numbers::toHex(index, 4).toUpper(),
+                 QString::number(subIndex));
+    });
 }
 
-quint16 describedType(const SubData &data)
+void writeSubInfo(const Context &context, quint16 index, quint8 subIndex, const SubData &data,
+                  EdsRole role)
 {
-    const auto own = data.metadata.constFind(QStringLiteral("eds_datatype"));
-    if (own != data.metadata.constEnd())
-        return static_cast<quint16>(Numbers::toUIntByPrefix(*own));
-    return data.dataType < kFirstOwnType ? data.dataType : 5;
-}
-
-/// A project marks strings that it holds as hexadecimal bytes by "|x", which no data sheet knows.
-QString describedDefault(const QString &value)
-{
-    return oneLine(value.startsWith(QLatin1String("|x")) ? value.mid(2) : value);
+    const bool isConfiguration = context.isConfiguration();
+    const EdsSubTexts texts = context.form.texts(data, role, isConfiguration);
+    writeValues(context.out, data, texts);
+    if (isConfiguration && !data.denotation.isEmpty())
+        context.out.parts(EdsKeys::kDenotation, "=",
+                          context.form.entry(EdsKeys::kDenotation, data.denotation), "\n");
+    if (isConfiguration && !data.currentValue.isEmpty() && !texts.parameterValue)
+        noteLost(context, index, subIndex, data);
+    writeDescription(context.out, context.form, data.description);
 }
 
 void writeObjectType(const Context &context, CANopen::ObjectCode code)
@@ -93,13 +97,14 @@ void writeSubIndex(const Context &context, quint16 index, quint8 subIndex, quint
 {
     SubData data;
     (void)context.store.getSubIndexData(context.line, index, subIndex, data); // or the defaults
-    context.out.parts("\n[", EdsSections::hex4(index), "sub", Numbers::toHex(subIndex, 1), "]\n");
-    writeName(context.out, data.name, index, subIndex);
+    context.out.parts("\n[", context.form.hex(index, 4), "sub", context.form.hex(subIndex, 1),
+                      "]\n");
+    writeName(context, data.name, index, subIndex, "unnamed subindex");
     writeObjectType(context, CANopen::ObjectCode::Var);
     // An object of which a variant leaves out the end still gives its own highest subindex.
     if (index > ObjectRanges::kCommunication.last && subIndex == 0)
         data.defaultValue = QString::number(highest);
-    EdsSections::generateSubInfo(context.out, data);
+    writeSubInfo(context, index, subIndex, data, subIndex == 0 ? EdsRole::Count : EdsRole::Value);
 }
 
 void writeMembers(const Context &context, quint16 index, const QString &description)
@@ -107,17 +112,22 @@ void writeMembers(const Context &context, quint16 index, const QString &descript
     const QList<quint8> subIndices =
         reduceSubList(context.store, context.line, index,
                       context.store.getSubIndices(context.line, index, 0), context.define);
-    context.out.parts(EdsKeys::kSubNumber, "=", subIndices.size(), "\n");
-    writeDescription(context.out, description);
+    const quint8 highest = context.form.highestCount;
+    const auto isCounted = [highest](quint8 subIndex) { return subIndex <= highest; };
+    const auto counted = std::count_if(subIndices.begin(), subIndices.end(), isCounted);
+    const auto last = std::find_if(subIndices.rbegin(), subIndices.rend(), isCounted);
+    context.out.parts(EdsKeys::kSubNumber, "=", counted, "\n");
+    writeDescription(context.out, context.form, description);
     for (const quint8 subIndex : subIndices)
-        writeSubIndex(context, index, subIndex, subIndices.last());
+        writeSubIndex(context, index, subIndex, last == subIndices.rend() ? quint8(0) : *last);
 }
 
-void writeValueOf(const Context &context, quint16 index, quint8 subIndex)
+void writeValueOf(const Context &context, quint16 index, quint8 subIndex,
+                  EdsRole role = EdsRole::Value)
 {
     SubData data;
     (void)context.store.getSubIndexData(context.line, index, subIndex, data); // or the defaults
-    EdsSections::generateSubInfo(context.out, data);
+    writeSubInfo(context, index, subIndex, data, role);
 }
 
 /// The first element of the device types of a CAN FD device, as the one of a classical device.
@@ -129,16 +139,19 @@ void describeClassical1000(const Context &context)
 
 void writeContent(const Context &context, quint16 index, const ObjectDataBase::INDEX_DATA_T &object)
 {
-    writeObjectType(context, object.objectCode);
-    switch (object.objectCode) {
+    const bool hasMembers = context.store.getSubIndices(context.line, index, 1).size() > 0;
+    const CANopen::ObjectCode code = context.form.objectCode(object.objectCode, hasMembers);
+    writeObjectType(context, code);
+    switch (code) {
     case CANopen::ObjectCode::Array:
     case CANopen::ObjectCode::Record:
         writeMembers(context, index, object.description);
         break;
     case CANopen::ObjectCode::Var:
     case CANopen::ObjectCode::Domain:
-        writeValueOf(context, index, 0);
-        writeDescription(context.out, object.description);
+        writeValueOf(context, index, 0,
+                     code == CANopen::ObjectCode::Domain ? EdsRole::Domain : EdsRole::Value);
+        writeDescription(context.out, context.form, object.description);
         break;
     default: // definitions of types hold no values
         break;
@@ -164,8 +177,8 @@ void EdsSections::generateIndexSection(const Context &context, quint16 index)
 {
     ObjectDataBase::INDEX_DATA_T object;
     (void)context.store.getIndexData(context.line, index, object); // or the defaults
-    context.out.parts("[", hex4(index), "]\n");
-    writeName(context.out, object.name, index, 0);
+    context.out.parts("[", context.form.hex(index, 4), "]\n");
+    writeName(context, object.name, index, 0, "unnamed object");
     if (!context.canFd && index == ObjectIndex::kDeviceType &&
         object.objectCode == CANopen::ObjectCode::Array)
         describeClassical1000(context);
@@ -176,20 +189,9 @@ void EdsSections::generateIndexSection(const Context &context, quint16 index)
 
 void EdsSections::generateSubInfo(TextWriter &out, const SubData &data)
 {
-    out.parts(EdsKeys::kDataType, "=", describedType(data), "\n");
-    out.parts(EdsKeys::kAccessType, "=", oneLine(data.accessType), "\n");
-    out.parts(EdsKeys::kPdoMapping, "=", data.pdoMapping.toBinary(), "\n");
-    if (isDefaultDescribed(data))
-        out.parts(EdsKeys::kDefaultValue, "=", describedDefault(data.defaultValue), "\n");
-    if (data.limitInEds) {
-        out.parts(EdsKeys::kLowLimit, "=", oneLine(data.lowLimit), "\n");
-        out.parts(EdsKeys::kHighLimit, "=", oneLine(data.upLimit), "\n");
-    }
-    if (data.refuseRead || data.refuseWrite) {
-        const int flags = (data.refuseWrite ? 1 : 0) | (data.refuseRead ? 2 : 0);
-        out.parts(EdsKeys::kObjFlags, "=", flags, "\n");
-    }
-    writeDescription(out, data.description);
+    const EdsForm &form = classicEds();
+    writeValues(out, data, form.texts(data, EdsRole::Value, false));
+    writeDescription(out, form, data.description);
 }
 
 bool EdsSections::isDefaultDescribed(const SubData &data)

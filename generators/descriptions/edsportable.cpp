@@ -1,0 +1,301 @@
+// Values and sections of data sheets that strict readers take.
+#include "generators/descriptions/edsportable.h"
+
+#include "formats/edskeys.h"
+#include "formats/edsnumber.h"
+#include "formats/edsobjects.h"
+#include "formats/edstext.h"
+#include "generators/descriptions/edssections.h"
+#include "support/cohelper.h"
+#include "support/numbers.h"
+#include "support/plaintext.h"
+
+#include <QSet>
+
+#include <cfloat>
+#include <cmath>
+#include <cstring>
+
+namespace
+{
+
+using Type = CAN::CANopenDataType;
+
+/// How the values of a type stand in a file.
+enum class Kind {
+    Whole,
+    Real,
+    Text,
+    Bytes,
+    Untold, ///< each reader wants another form
+};
+
+/// A type of a project as a file describes it.
+struct TypeForm {
+    quint16 number; ///< of CiA 301
+    Kind kind;
+    int bits = 0; ///< of the type of the project
+    bool isSigned = false;
+    bool isNarrower = false; ///< than the type of the file, whose limits say so
+};
+
+quint16 unsignedFor(int bits)
+{
+    const Type type = bits <= 8    ? Type::Unsigned8
+                      : bits <= 16 ? Type::Unsigned16
+                      : bits <= 24 ? Type::Unsigned24
+                                   : Type::Unsigned32;
+    return CAN::typeNumber(type);
+}
+
+/// Nothing for a number that is no type.
+std::optional<TypeForm> formOf(quint16 number)
+{
+    const auto type = static_cast<Type>(number);
+    const int bits = COHelper::getDataLengthBits(type);
+    switch (type) {
+    case Type::Real32:
+    case Type::Real64:
+        return TypeForm{number, Kind::Real, bits};
+    case Type::VisibleString:
+    case Type::StringNull:
+    case Type::StringAsterisk:
+    case Type::Utf8String:
+        return TypeForm{CAN::typeNumber(Type::VisibleString), Kind::Text};
+    case Type::UnicodeString:
+        return TypeForm{number, Kind::Text};
+    case Type::OctetString:
+    case Type::Domain:
+        return TypeForm{number, Kind::Bytes};
+    case Type::TimeOfDay: // the stack takes it as a number
+        return TypeForm{CAN::typeNumber(Type::Unsigned48), Kind::Whole, bits};
+    case Type::TimeDifference:
+        return TypeForm{number, Kind::Untold, bits};
+    default:
+        break;
+    }
+    if (bits == 0)
+        return std::nullopt;
+    if (type < Type::Unsigned2)
+        return TypeForm{number, Kind::Whole, bits, COHelper::isSignedInteger(type)};
+    return TypeForm{unsignedFor(bits), Kind::Whole, bits, false, true};
+}
+
+/// The bits of a number; nothing if \a text is none.
+std::optional<quint64> realPattern(const QString &text, int bits)
+{
+    QString digits = text.trimmed();
+    bool ok = false;
+    double number = double(Numbers::toULongLongByPrefix(digits, &ok));
+    if (!ok) {
+        if (digits.endsWith(QLatin1Char('f'), Qt::CaseInsensitive)) // a constant of C
+            digits.chop(1);
+        number = digits.toDouble(&ok);
+    }
+    if (!ok || !std::isfinite(number) || (bits == 32 && std::fabs(number) > double(FLT_MAX)))
+        return std::nullopt;
+    if (bits == 32) {
+        const auto narrow = float(number);
+        quint32 pattern = 0;
+        std::memcpy(&pattern, &narrow, sizeof pattern);
+        return pattern;
+    }
+    quint64 pattern = 0;
+    std::memcpy(&pattern, &number, sizeof pattern);
+    return pattern;
+}
+
+/// Some readers want a decimal number and others its bits, and only 0 is the same in both. The
+/// value of a configuration must not be lost: those who read it so far want the bits.
+std::optional<QString> realText(const QString &text, int bits, bool isConfigured)
+{
+    const auto pattern = realPattern(text, bits);
+    if (!pattern || (!isConfigured && *pattern != 0))
+        return std::nullopt;
+    return *pattern == 0 ? QStringLiteral("0")
+                         : QLatin1String("0x") + Numbers::toHex(*pattern, bits / 4).toUpper();
+}
+
+/// What a string holds; after "|x" the project gives its bytes in hexadecimal.
+QByteArray bytesOf(const QString &value)
+{
+    if (!value.startsWith(QLatin1String("|x")))
+        return value.toUtf8();
+    QByteArray digits = value.mid(2).toLatin1();
+    if (digits.size() % 2 == 1)
+        digits.insert(digits.size() - 1, '0');
+    return QByteArray::fromHex(digits);
+}
+
+std::optional<QString> textFor(const char *key, const QString &value, const TypeForm &type)
+{
+    if (value.isEmpty())
+        return std::nullopt;
+    QString text;
+    switch (type.kind) {
+    case Kind::Whole: {
+        const auto number = EdsNumber::read(value, type.bits, type.isSigned);
+        return number ? std::optional<QString>(number->text()) : std::nullopt;
+    }
+    case Kind::Real:
+        return realText(value, type.bits, qstrcmp(key, EdsKeys::kParameterValue) == 0);
+    case Kind::Text:
+        text = QString::fromUtf8(bytesOf(value));
+        break;
+    case Kind::Bytes:
+        text = QString::fromLatin1(bytesOf(value).toHex().toUpper());
+        break;
+    case Kind::Untold:
+        return std::nullopt;
+    }
+    return EdsText::isHeld(key, text) ? std::optional<QString>(text) : std::nullopt;
+}
+
+bool fits(const QString &value, const TypeForm &type)
+{
+    if (value.isEmpty())
+        return true;
+    if (type.kind == Kind::Real)
+        return realPattern(value, type.bits).has_value();
+    if (type.kind == Kind::Whole || type.kind == Kind::Untold)
+        return EdsNumber::read(value, type.bits, type.isSigned).has_value();
+    return true;
+}
+
+bool fitsAll(const SubIndexData &data, const TypeForm &type)
+{
+    return fits(data.defaultValue, type) && fits(data.currentValue, type) &&
+           (!data.limitInEds || (fits(data.lowLimit, type) && fits(data.upLimit, type)));
+}
+
+TypeForm typeOf(const SubIndexData &data, EdsRole role)
+{
+    const TypeForm byte = {CAN::typeNumber(Type::Unsigned8), Kind::Whole, 8};
+    if (role == EdsRole::Count)
+        return byte;
+    if (role == EdsRole::Domain)
+        return {CAN::typeNumber(Type::Domain), Kind::Bytes};
+    const QString wanted = data.metadata.value(QLatin1String(EdsPortable::kTypeKey));
+    const quint32 number = Numbers::toUIntByPrefix(wanted);
+    const auto stated = number <= 0xFFFF ? formOf(quint16(number)) : std::nullopt;
+    if (stated && fitsAll(data, *stated))
+        return *stated;
+    return formOf(data.dataType).value_or(byte);
+}
+
+/// A number that a limit can be.
+std::optional<EdsNumber> limitOf(const QString &text, const TypeForm &type)
+{
+    const auto number = EdsNumber::read(text, type.bits, type.isSigned);
+    return number && !number->addsNodeId() ? number : std::nullopt;
+}
+
+bool isWithin(const std::optional<QString> &value, const WholeRange &range, const TypeForm &type)
+{
+    const auto number = value ? EdsNumber::read(*value, type.bits, type.isSigned) : std::nullopt;
+    return !number || number->isWithin(range);
+}
+
+/// Limits that exclude a value of the file would make a reader reject it.
+void addLimits(const SubIndexData &data, const TypeForm &type, EdsSubTexts &texts)
+{
+    if (type.kind != Kind::Whole)
+        return;
+    const WholeRange all = EdsNumber::rangeOf(type.bits, type.isSigned);
+    const auto low = data.limitInEds ? limitOf(data.lowLimit, type) : std::nullopt;
+    const auto high = data.limitInEds ? limitOf(data.upLimit, type) : std::nullopt;
+    const WholeRange range = {low ? low->number() : all.low, high ? high->number() : all.high};
+    const bool isSound = !(range.high < range.low) && isWithin(texts.defaultValue, range, type) &&
+                         isWithin(texts.parameterValue, range, type);
+    if (isSound && low)
+        texts.lowLimit = low->text();
+    else if (type.isNarrower)
+        texts.lowLimit = QStringLiteral("0");
+    if (isSound && high)
+        texts.highLimit = high->text();
+    else if (type.isNarrower)
+        texts.highLimit = QString::number(all.high.magnitude);
+}
+
+/// Takes the lines of the user's own sections one by one.
+class OwnSections
+{
+public:
+    explicit OwnSections(const EdsForm::IsWritten &known) : isWritten(known) {}
+
+    void add(const QString &line)
+    {
+        if (line.startsWith(QLatin1Char('[')))
+            return addHead(line);
+        if (!isOpen || line.isEmpty())
+            return;
+        if (line.startsWith(QLatin1Char(';')))
+            result += line.left(EdsText::kLineLength) + QLatin1Char('\n');
+        else
+            addEntry(line);
+    }
+
+    QString result;
+
+private:
+    void addHead(const QString &line)
+    {
+        const QString name = EdsText::entry("", line.mid(1).section(QLatin1Char(']'), 0, 0))
+                                 .left(EdsText::kLineLength - 2);
+        const QString known = name.toLower().remove(QLatin1Char(' ')); // as our reader has it
+        isOpen = !name.isEmpty() && line.contains(QLatin1Char(']')) && !sections.contains(known) &&
+                 !isWritten(known);
+        if (!isOpen)
+            return;
+        sections.insert(known);
+        keys.clear();
+        if (!result.isEmpty())
+            result += QLatin1Char('\n');
+        result += QLatin1Char('[') + name + QLatin1String("]\n");
+    }
+
+    void addEntry(const QString &line)
+    {
+        const QString key = EdsText::entry("", line.section(QLatin1Char('='), 0, 0));
+        const bool isKey = !key.isEmpty() && line.contains(QLatin1Char('=')) &&
+                           !key.startsWith(QLatin1Char('#')) && !key.contains(QLatin1Char(':'));
+        if (!isKey || keys.contains(key.toLower()))
+            return;
+        keys.insert(key.toLower());
+        result += key + QLatin1Char('=') +
+                  EdsText::entry(key.toLatin1().constData(), line.section(QLatin1Char('='), 1)) +
+                  QLatin1Char('\n');
+    }
+
+    const EdsForm::IsWritten &isWritten;
+    QSet<QString> sections;
+    QSet<QString> keys; ///< of the open section
+    bool isOpen = false;
+};
+
+} // namespace
+
+EdsSubTexts EdsPortable::texts(const SubIndexData &data, EdsRole role, bool isConfiguration)
+{
+    const TypeForm type = typeOf(data, role);
+    EdsSubTexts result;
+    result.dataType = type.number;
+    result.accessType = COHelper::normalizeAccessType(data.accessType);
+    if (role != EdsRole::Domain)
+        result.pdoMapping = data.pdoMapping.toBinary();
+    if (EdsSections::isDefaultDescribed(data))
+        result.defaultValue = textFor(EdsKeys::kDefaultValue, data.defaultValue, type);
+    if (isConfiguration)
+        result.parameterValue = textFor(EdsKeys::kParameterValue, data.currentValue, type);
+    addLimits(data, type, result);
+    return result;
+}
+
+QString EdsPortable::ownSections(const QString &text, const EdsForm::IsWritten &isWritten)
+{
+    OwnSections sections(isWritten);
+    const QStringList lines = textLines(text);
+    for (const QString &line : lines)
+        sections.add(EdsText::ascii(line).trimmed());
+    return sections.result;
+}
