@@ -30,6 +30,8 @@ constexpr int kMostUnknown = 100;
 /// Counters that other tools of the family keep in projects.
 constexpr const char *kKeptByOthers[] = {"routing_counts", "sdm_loop_counter", "srdo_loop_counter"};
 
+constexpr const char *kDescriptionForms[] = {"portable", "classic"};
+
 /// What the check and the report of the run tell of.
 constexpr const char *kToldElsewhere[] = {"receivebuffersize", "transmitbuffersize", "cmdtpackets",
                                           "sdo_blocktransfer_block_size", "line%1type"};
@@ -104,6 +106,8 @@ Fault switchFault(const Setting &row, const QString &value)
         return fault("counts as off: write 1 for on, or 0 for off");
     if (row.form == Form::True && value != QLatin1String("true") && !meansOff(value))
         return fault("counts as off: write true, in lower case, for on");
+    if (row.form == Form::Portable && !isListed(kDescriptionForms, value))
+        return fault("counts as classic: write portable or classic");
     if (row.form == Form::Truth && !isOneOf(value, {"0", "false"}) && meansOff(value))
         return fault("counts as on: write 0 for off");
     return {};
@@ -152,6 +156,7 @@ Fault faultOf(const Setting &row, const QString &value)
     case Form::Switch:
     case Form::True:
     case Form::Truth:
+    case Form::Portable:
         return switchFault(row, value);
     case Form::Decimal:
     case Form::ByPrefix:

@@ -1,6 +1,8 @@
 // From the records of a device description to the records of a project.
 #include "import/edsimporter.h"
 
+#include "formats/edskeys.h"
+#include "import/commissioning.h"
 #include "store/projectfeatures.h"
 #include "support/accesstype.h"
 #include "support/cohelper.h"
@@ -48,6 +50,7 @@ void EDSImporter::doImport()
     // What is written goes into the cache as well, so that the line is not read again after the
     // import.
     database->cacheAllSubs(activeLine, 0);
+    followsLetter = readProjectFeatures(*database).hasPortableDescriptions();
     source = DescriptionSource::ofFile(importFileName);
     changes.begin(importFileName);
     repair = std::make_unique<DescriptionRepair>(*source, &changes);
@@ -63,6 +66,10 @@ void EDSImporter::doImport()
     flush();
     emit progress(80);
     database->setDescriptionSettingsLine(activeLine);
+    if (followsLetter)
+        Commissioning::take(*database, activeLine, [this](const char *key) {
+            return source->entry(EdsKeys::kDeviceComissioning, key).value;
+        });
     const PromisedPdos promised = importFileDeviceInfo();
     createMissingPdos(PdoDirection::Receive, promised.receive);
     createMissingPdos(PdoDirection::Transmit, promised.transmit);
@@ -239,7 +246,14 @@ void EDSImporter::applyStorage(const CANopenSubindex &record, SubData &data)
     const auto type = static_cast<CAN::CANopenDataType>(record.dataType);
     if (!COHelper::isStringLike(type))
         return;
-    data.size = static_cast<quint32>(qMax(1, data.defaultValue.toUtf8().size()));
+    if (followsLetter &&
+        (type == CAN::CANopenDataType::OctetString || type == CAN::CANopenDataType::Domain)) {
+        data.defaultValue = Commissioning::octets(data.defaultValue);
+        data.currentValue = Commissioning::octets(data.currentValue);
+    }
+    data.size =
+        static_cast<quint32>(qMax(1, followsLetter ? Commissioning::sizeOf(data.defaultValue)
+                                                   : data.defaultValue.toUtf8().size()));
     const bool isConstant =
         record.accessType == AccessType::kConst || record.accessType == AccessType::kReadOnly;
     if (isConstant && type != CAN::CANopenDataType::Domain) {

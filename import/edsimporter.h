@@ -72,6 +72,7 @@ private:
     qint64 madeNames = 0;                      ///< characters of long names of members
     bool areNamesCut = false;
     bool hasTakenObject = false;
+    bool followsLetter = false; ///< the project's descriptions are portable; see Commissioning
     std::unique_ptr<DescriptionSource> source;
     std::unique_ptr<DescriptionRepair> repair;
     FileProblems changes;                   ///< notes of what was repaired

@@ -42,3 +42,12 @@ QString LineList::shared(const QString &setting, quint8 line, Beyond beyond)
 {
     return isList(setting) ? element(setting, line, beyond) : setting;
 }
+
+QString LineList::withElement(const QString &list, quint8 line, const QString &value)
+{
+    QStringList elements = list.split(QLatin1Char(','));
+    while (elements.size() <= line)
+        elements << QString();
+    elements[line] = value;
+    return elements.join(QLatin1Char(','));
+}

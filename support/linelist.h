@@ -29,4 +29,7 @@ QString element(const QString &list, quint8 line, Beyond beyond = Beyond::Nothin
 /// The same for settings whose text without comma is the value of every line.
 QString shared(const QString &setting, quint8 line, Beyond beyond = Beyond::Nothing);
 
+/// \a list with \a value for \a line; elements that it lacks before it are empty.
+QString withElement(const QString &list, quint8 line, const QString &value);
+
 } // namespace LineList

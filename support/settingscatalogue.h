@@ -26,6 +26,7 @@ struct Setting {
         Text,       ///< one line of text
         TextLines,  ///< lines of text
         Files,      ///< names of files, parted by blanks
+        Portable,   ///< the word "portable" is on; "classic" stands for off
     };
 
     /// Is there one value, or a list with an element for each line of the device? Element n is that

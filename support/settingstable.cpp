@@ -538,6 +538,8 @@ constexpr Setting kCapabilities[] = {
 };
 
 constexpr Setting kImported[] = {
+    {"Baudrate", F::Decimal, S::Project, {1, 65535}, "kbit/s", "<project>.dcf",
+     "Bit rate of the line in a portable DCF, which an imported one brings; if it is not set, the highest that the device supports"},
     {"NrOfRXPDO", F::Text, S::Project, kAny, "", "", "Number of receive PDOs in an imported EDS", {}, false},
     {"NrOfTXPDO", F::Text, S::Project, kAny, "", "", "Number of transmit PDOs in an imported EDS", {}, false},
     {"Dummy004", F::Text, S::Project, kAny, "", "",
@@ -549,6 +551,8 @@ constexpr Setting kImported[] = {
 constexpr Setting kRuns[] = {
     {"generateML", F::True, S::Project, kAny, "", "CO_MULTI_LINE",
      "File names and C sources of a project with one line are those of a project with several"},
+    {"description_form", F::Portable, S::Project, kAny, "", "<project>.eds, .dcf",
+     "Descriptions to the letter of their standards, which strict tools take; `classic`, as without the setting: those of older projects, byte by byte"},
     {"disableDocu", F::True, S::Project, kAny, "", "<project>.icsv",
      "Leaves out the descriptions of objects"},
     {"postGenEnabled", F::Truth, S::Project, kAny, "", "",

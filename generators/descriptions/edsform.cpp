@@ -87,6 +87,7 @@ EdsForm makeClassic()
     EdsForm form;
     form.firstUnlisted = 0xD000;
     form.listsAbsentObjects = true;
+    form.repeatsDescriptions = true;
     form.highestCount = 255;
     form.entry = [](const char *, const QString &text) { return oneLine(text); };
     form.number = [](const QString &text, quint32) { return oneLine(text); };
@@ -148,6 +149,15 @@ CANopen::ObjectCode portableCode(CANopen::ObjectCode code, bool hasMembers)
     }
 }
 
+/// Without empty lines at the end.
+QStringList portableDescription(const QString &text)
+{
+    QStringList lines = EdsText::lines(text, kCommentWidth);
+    while (!lines.isEmpty() && lines.last().trimmed().isEmpty())
+        lines.removeLast();
+    return lines;
+}
+
 EdsForm makePortable()
 {
     EdsForm form;
@@ -163,7 +173,7 @@ EdsForm makePortable()
     form.day = GenerationDate::fullDay;
     form.clock = GenerationDate::halfDayClock;
     form.commentLines = EdsText::commentLines;
-    form.descriptionLines = [](const QString &text) { return EdsText::lines(text, kCommentWidth); };
+    form.descriptionLines = portableDescription;
     form.ownSections = EdsPortable::ownSections;
     form.hex = [](quint64 number, int digits) { return Numbers::toHex(number, digits).toUpper(); };
     form.name = portableName;

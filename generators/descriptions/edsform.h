@@ -34,6 +34,7 @@ struct EdsForm : DescriptionForm {
     bool countsDescribedPdos = false; ///< in this file; else those of the line
     bool listsAbsentObjects = false;  ///< the mandatory ones
     bool namesOwnFile = false;        ///< else the plain file of the project
+    bool repeatsDescriptions = false; ///< of an object and its subindex 0 that have the same
     quint8 highestCount = 0;          ///< the largest value of subindex 0
 
     /// The value of an entry.

@@ -196,7 +196,14 @@ bool isWithin(const std::optional<QString> &value, const WholeRange &range, cons
     return !number || number->isWithin(range);
 }
 
-/// Limits that exclude a value of the file would make a reader reject it.
+QString textOf(const WholeNumber &number)
+{
+    const QString digits = QString::number(number.magnitude);
+    return number.isNegative ? QLatin1Char('-') + digits : digits;
+}
+
+/// Limits that exclude a value of the file would make a reader reject it. Where only one can be
+/// told, the other one is that of the type.
 void addLimits(const SubIndexData &data, const TypeForm &type, EdsSubTexts &texts)
 {
     if (type.kind != Kind::Whole)
@@ -207,14 +214,13 @@ void addLimits(const SubIndexData &data, const TypeForm &type, EdsSubTexts &text
     const WholeRange range = {low ? low->number() : all.low, high ? high->number() : all.high};
     const bool isSound = !(range.high < range.low) && isWithin(texts.defaultValue, range, type) &&
                          isWithin(texts.parameterValue, range, type);
-    if (isSound && low)
-        texts.lowLimit = low->text();
-    else if (type.isNarrower)
-        texts.lowLimit = QStringLiteral("0");
-    if (isSound && high)
-        texts.highLimit = high->text();
-    else if (type.isNarrower)
-        texts.highLimit = QString::number(all.high.magnitude);
+    if (!type.isNarrower && !(isSound && (low || high)))
+        return;
+    // Limits of types with a sign are read as decimal numbers.
+    texts.lowLimit =
+        isSound && low && !type.isSigned ? low->text() : textOf(isSound ? range.low : all.low);
+    texts.highLimit =
+        isSound && high && !type.isSigned ? high->text() : textOf(isSound ? range.high : all.high);
 }
 
 /// Takes the lines of the user's own sections one by one.

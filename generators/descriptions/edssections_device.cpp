@@ -251,7 +251,7 @@ void EdsSections::writeCommissioning(const Context &context)
     (void)context.store.getNodeData(context.line, node); // or no name
     context.out.parts("[", EdsKeys::kDeviceComissioning, "]\n");
     context.out.parts(EdsKeys::kNodeId, "=", nodeIdOf(context), "\n");
-    writeEntry(context, EdsKeys::kNodeName, node.name);
+    writeEntry(context, EdsKeys::kNodeName, node.name.simplified()); // as the store takes it back
     context.out.parts(EdsKeys::kBaudrate, "=", baudrateOf(context), "\n\n");
 }
 

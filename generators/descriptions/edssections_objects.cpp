@@ -34,6 +34,13 @@ void writeDescription(TextWriter &out, const EdsForm &form, const QString &descr
         out.parts(";;", line, "\n");
 }
 
+/// An import takes the description of an object for that of its subindex 0 as well, so that one
+/// comment is enough for both.
+bool isRepeated(const EdsForm &form, const QString &one, const QString &other)
+{
+    return !form.repeatsDescriptions && form.descriptionLines(one) == form.descriptionLines(other);
+}
+
 void writeName(const Context &context, const QString &name, quint16 index, quint8 subIndex,
                const char *missing)
 {
@@ -80,9 +87,9 @@ void writeSubInfo(const Context &context, quint16 index, quint8 subIndex, const 
     const bool isConfiguration = context.isConfiguration();
     const EdsSubTexts texts = context.form.texts(data, role, isConfiguration);
     writeValues(context.out, data, texts);
-    if (isConfiguration && !data.denotation.isEmpty())
-        context.out.parts(EdsKeys::kDenotation, "=",
-                          context.form.entry(EdsKeys::kDenotation, data.denotation), "\n");
+    const QString denotation = context.form.entry(EdsKeys::kDenotation, data.denotation);
+    if (isConfiguration && !denotation.isEmpty())
+        context.out.parts(EdsKeys::kDenotation, "=", denotation, "\n");
     if (isConfiguration && !data.currentValue.isEmpty() && !texts.parameterValue)
         noteLost(context, index, subIndex, data);
     writeDescription(context.out, context.form, data.description);
@@ -93,10 +100,14 @@ void writeObjectType(const Context &context, CANopen::ObjectCode code)
     context.out.parts(EdsKeys::kObjectType, "=", static_cast<int>(code), "\n");
 }
 
-void writeSubIndex(const Context &context, quint16 index, quint8 subIndex, quint8 highest)
+/// \a object is the description of the object.
+void writeSubIndex(const Context &context, quint16 index, quint8 subIndex, quint8 highest,
+                   const QString &object)
 {
     SubData data;
     (void)context.store.getSubIndexData(context.line, index, subIndex, data); // or the defaults
+    if (subIndex == 0 && isRepeated(context.form, data.description, object))
+        data.description.clear();
     context.out.parts("\n[", context.form.hex(index, 4), "sub", context.form.hex(subIndex, 1),
                       "]\n");
     writeName(context, data.name, index, subIndex, "unnamed subindex");
@@ -119,22 +130,26 @@ void writeMembers(const Context &context, quint16 index, const QString &descript
     context.out.parts(EdsKeys::kSubNumber, "=", counted, "\n");
     writeDescription(context.out, context.form, description);
     for (const quint8 subIndex : subIndices)
-        writeSubIndex(context, index, subIndex, last == subIndices.rend() ? quint8(0) : *last);
+        writeSubIndex(context, index, subIndex, last == subIndices.rend() ? quint8(0) : *last,
+                      description);
 }
 
-void writeValueOf(const Context &context, quint16 index, quint8 subIndex,
-                  EdsRole role = EdsRole::Value)
+/// \a object is the description of the object.
+void writeValueOf(const Context &context, quint16 index, quint8 subIndex, EdsRole role,
+                  const QString &object)
 {
     SubData data;
     (void)context.store.getSubIndexData(context.line, index, subIndex, data); // or the defaults
     writeSubInfo(context, index, subIndex, data, role);
+    if (!isRepeated(context.form, data.description, object))
+        writeDescription(context.out, context.form, object);
 }
 
 /// The first element of the device types of a CAN FD device, as the one of a classical device.
 void describeClassical1000(const Context &context)
 {
     writeObjectType(context, CANopen::ObjectCode::Var);
-    writeValueOf(context, ObjectIndex::kDeviceType, 1);
+    writeValueOf(context, ObjectIndex::kDeviceType, 1, EdsRole::Value, {});
 }
 
 void writeContent(const Context &context, quint16 index, const ObjectDataBase::INDEX_DATA_T &object)
@@ -150,8 +165,8 @@ void writeContent(const Context &context, quint16 index, const ObjectDataBase::I
     case CANopen::ObjectCode::Var:
     case CANopen::ObjectCode::Domain:
         writeValueOf(context, index, 0,
-                     code == CANopen::ObjectCode::Domain ? EdsRole::Domain : EdsRole::Value);
-        writeDescription(context.out, context.form, object.description);
+                     code == CANopen::ObjectCode::Domain ? EdsRole::Domain : EdsRole::Value,
+                     object.description);
         break;
     default: // definitions of types hold no values
         break;

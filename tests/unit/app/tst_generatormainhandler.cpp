@@ -84,6 +84,27 @@ private slots:
         QCOMPARE(told, expected);
     }
 
+    void writesAConfigurationBesideTheDescription()
+    {
+        const auto files = [this](const char *form, const char *isAskedFor, const char *current) {
+            init();
+            setLineType(0, "1");
+            Sub sub = subOf(*store, 0, 0x1018, 1);
+            sub.currentValue = current;
+            store->addSubIndex(0, 0x1018, 1, sub);
+            store->setNodeSqlValue("generatedcf", isAskedFor, "0");
+            store->setMiscSettingsValue("description_form", form);
+            QFile::remove(fixture.path("demo.dcf"));
+            RecordingHandler report;
+            (void)run(report); // the files tell
+            return QDir(fixture.path()).entryList({"demo.eds", "demo.dcf"}).join(' ');
+        };
+        QCOMPARE(files("classic", "1", "7"), "demo.eds");
+        QCOMPARE(files("portable", "0", ""), "demo.eds");
+        QCOMPARE(files("portable", "1", ""), "demo.dcf demo.eds");
+        QCOMPARE(files("portable", "0", "7"), "demo.dcf demo.eds");
+    }
+
     void tellsWhatTheUserWroteIntoTheHeader()
     {
         setLineType(0, "1");

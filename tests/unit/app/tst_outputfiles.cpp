@@ -15,16 +15,16 @@ private slots:
     void init()
     {
         makeFolder();
-        QVERIFY(write("fd.tsrt",
-                      kProject +
-                          "canfd_supported=1\n[Objects0]\n0x1000\\objecttype=8\n[SubObjects0]\n"
-                          "0x1000\\0x0\\datatype=5\n0x1000\\0x0\\name=n\n"
-                          "0x1000\\0x0\\accesstype=const\n0x1000\\0x0\\defaultvalue=1\n"
-                          "0x1000\\0x0\\implementation=1\n0x1000\\0x0\\defaultineds=1\n"
-                          "0x1000\\0x0\\writedefaulttoeds=1\n0x1000\\0x1\\name=t\n"
-                          "0x1000\\0x1\\datatype=7\n0x1000\\0x1\\accesstype=const\n"
-                          "0x1000\\0x1\\defaultvalue=1\n0x1000\\0x1\\implementation=1\n"
-                          "0x1000\\0x1\\defaultineds=1\n"));
+        QVERIFY(write("fd.tsrt", kProject +
+                                     "canfd_supported=1\n[MiscSettings]\ndescription_form="
+                                     "portable\n[Objects0]\n0x1000\\objecttype=8\n[SubObjects0]\n"
+                                     "0x1000\\0x0\\datatype=5\n0x1000\\0x0\\name=n\n"
+                                     "0x1000\\0x0\\accesstype=const\n0x1000\\0x0\\defaultvalue=1\n"
+                                     "0x1000\\0x0\\implementation=1\n0x1000\\0x0\\defaultineds=1\n"
+                                     "0x1000\\0x0\\writedefaulttoeds=1\n0x1000\\0x1\\name=t\n"
+                                     "0x1000\\0x1\\datatype=7\n0x1000\\0x1\\accesstype=const\n"
+                                     "0x1000\\0x1\\defaultvalue=1\n0x1000\\0x1\\implementation=1\n"
+                                     "0x1000\\0x1\\defaultineds=1\n"));
         ObjectDataBase store;
         QVERIFY(store.openDataBase(folder + "/pümp.tsrt"));
         buildProject(store, "line 0 5; identity 1,1");

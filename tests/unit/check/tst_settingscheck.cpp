@@ -55,12 +55,15 @@ private slots:
             "a macro"));
 
         row("switches", "limit_check=0x1; endian=No; dynod=2; sdo_split=off; misc:generateML=false; "
+            "misc:description_form=classic; "
             "misc:postGenWait=yes");
         row("flag", "limit_check=2", value("2", "limit_check", "may count as off: write 1 for on, or 0 for off"));
         row("flag_word", "limit_check=yes", value("yes", "limit_check", "counts as off: write 1 for on, or 0 for off"));
         row("switch", "dynod=true", value("true", "dynod", "counts as off: write 1 for on, or 0 for off"));
         row("true", "misc:generateML=True", value("True", "generateML", "counts as off: write true, in lower case, "
             "for on"));
+        row("form", "misc:description_form=Portable", value("Portable", "description_form", "counts as classic: "
+            "write portable or classic"));
         row("truth", "misc:postGenWait=no", value("no", "postGenWait", "counts as on: write 0 for off"));
 
         const QString range = "is not in the range from 0 to 255, and generated files have it cut to its type, as "

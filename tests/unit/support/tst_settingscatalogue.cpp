@@ -135,6 +135,8 @@ QString formText(Form form)
         return "lines of text";
     case Form::Files:
         return "file names";
+    case Form::Portable:
+        return "`portable` is on";
     }
     return QString();
 }
