@@ -113,7 +113,6 @@ private slots:
                 const QString text = generate(line.first, false, {}, true);
                 compareFaults(text, true);
                 fill({});
-                setDescription("Granularity", linesOf(text, "Granularity=(.*)"));
                 setDescription("Dummy0004", linesOf(text, "Dummy0004=(.*)"));
                 import();
                 compare(generate(0, false, {}, true), text);
@@ -172,25 +171,26 @@ private:
         static const QVector<quint16> types = {11,  12,  13,  18,  19,  20,  25,
                                                100, 106, 117, 120, 124, 200, 0};
         int count = 0;
-        project.misc["description_form"] = "portable";
         for (auto &[number, line] : project.lines) {
             for (auto object = line.objects.begin(); object != line.objects.end();) {
                 const bool isTaken = object->first >= 0x2000 && object->first < 0xC000;
                 for (auto &[sub, data] : object->second.subs) {
                     if (++count % 4 == 0)
                         data.dataType = types[count / 4 % types.size()];
-                    if (data.dataType == 8 || data.dataType == 17 || data.metadata.size()) {
-                        data.dataType = 5;
-                        data.metadata = {};
-                    } // TEMP
                     if (count % 3 == 0)
                         data.currentValue = data.defaultValue;
                     if (count % 9 == 0)
-                        data.metadata["eds_datatype"] =
-                            QString::number(count % 30 == 8 || count % 30 == 17 ? 5 : count % 30);
+                        data.metadata["eds_datatype"] = QString::number(count % 30);
                 }
+                if (object->second.subs.size() > 1)
+                    object->second.subs[0] = makeSub("n", 5, "1");
                 object = isTaken ? std::next(object) : line.objects.erase(object);
             }
+            for (const quint16 mandatory : {0x1000, 0x1001}) // else an import would add them
+                line.objects[mandatory].subs[0] = makeSub("x", 7, "1");
+            ObjectRecord &identity = line.objects[0x1018];
+            identity.data.objectCode = CANopen::ObjectCode::Record;
+            identity.subs = {{0, makeSub("n", 5, "1")}, {1, makeSub("vendor", 7, "0x1A")}};
         }
         return project;
     }
