@@ -92,7 +92,7 @@ std::optional<EdsNumber> EdsNumber::read(const QString &text, int bits, bool isS
     if (isHex && isSigned && !hasSign && range.high.magnitude < magnitude &&
         magnitude <= rangeOf(bits, false).high.magnitude)
         result.value = {true, rangeOf(bits, false).high.magnitude - magnitude + 1};
-    if (!result.isWithin(range))
+    if (!result.isWithin(range) || (result.isSum && result.value.isNegative))
         return std::nullopt;
 
     isHex = isHex && !result.value.isNegative;

@@ -4,6 +4,7 @@
 #include "formats/edskeys.h"
 #include "formats/edsvalues.h"
 #include "store/objectdatabase.h"
+#include "store/settingdefaults.h"
 #include "support/linelist.h"
 
 #include <algorithm>
@@ -39,7 +40,7 @@ void Commissioning::take(ObjectDataBase &store, quint8 line,
                                 QString::number(line)); // logged there
     const quint32 baudrate = numberOf(entryOf(EdsKeys::kBaudrate), kHighestBaudrate);
     if (baudrate > 0)
-        (void)store.setDescriptionSettingsValue(QLatin1String(EdsKeys::kBaudrate),
+        (void)store.setDescriptionSettingsValue(QLatin1String(kNodeBaudrate),
                                                 QString::number(baudrate)); // logged there
 }
 

@@ -538,7 +538,7 @@ constexpr Setting kCapabilities[] = {
 };
 
 constexpr Setting kImported[] = {
-    {"Baudrate", F::Decimal, S::Project, {1, 65535}, "kbit/s", "<project>.dcf",
+    {"NodeBaudrate", F::Decimal, S::Project, {1, 65535}, "kbit/s", "<project>.dcf",
      "Bit rate of the line in a portable DCF, which an imported one brings; if it is not set, the highest that the device supports"},
     {"NrOfRXPDO", F::Text, S::Project, kAny, "", "", "Number of receive PDOs in an imported EDS", {}, false},
     {"NrOfTXPDO", F::Text, S::Project, kAny, "", "", "Number of transmit PDOs in an imported EDS", {}, false},

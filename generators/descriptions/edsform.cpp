@@ -114,6 +114,8 @@ QString portableNumber(const QString &text, quint32 highest)
 {
     const auto number = EdsNumber::read(text, 32, false);
     const bool isSound = number && !number->addsNodeId() && number->number().magnitude <= highest;
+    if (isSound && highest <= 0xFF) // as an import gives them back
+        return QString::number(number->number().magnitude);
     return isSound ? number->text() : QStringLiteral("0");
 }
 
@@ -149,12 +151,16 @@ CANopen::ObjectCode portableCode(CANopen::ObjectCode code, bool hasMembers)
     }
 }
 
-/// Without empty lines at the end.
+/// Without empty lines at the end; but one tells a text that says all twice from the description
+/// of a variable, which classic files have twice and imports take once.
 QStringList portableDescription(const QString &text)
 {
     QStringList lines = EdsText::lines(text, kCommentWidth);
     while (!lines.isEmpty() && lines.last().trimmed().isEmpty())
         lines.removeLast();
+    const int half = lines.size() / 2;
+    if (half > 0 && lines.mid(0, half) == lines.mid(half))
+        lines << QString();
     return lines;
 }
 

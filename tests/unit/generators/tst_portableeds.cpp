@@ -40,6 +40,7 @@ private slots:
         row("node_id", 7, "0x180 + $nodeid", "7 $NODEID+0x180");
         row("node_id_alone", 5, "$NODEID", "5 $NODEID+0");
         row("node_id_beyond", 5, "$NODEID+0x81", "5");
+        row("node_id_less", 4, "$NODEID+0xFFFFFFDA", "4");
         row("real", 8, "1.5", "8 [0x3FC00000]");
         row("real_of_c", 17, "-2.0F", "17 [0xC000000000000000]");
         row("real_zero", 8, "0.0", "8 0");
@@ -182,7 +183,9 @@ private:
                     if (count % 9 == 0)
                         data.metadata["eds_datatype"] = QString::number(count % 30);
                 }
-                if (object->second.subs.size() > 1)
+                const auto code = object->second.data.objectCode;
+                if (code == CANopen::ObjectCode::Array || code == CANopen::ObjectCode::Record ||
+                    object->second.subs.upper_bound(0) != object->second.subs.end())
                     object->second.subs[0] = makeSub("n", 5, "1");
                 object = isTaken ? std::next(object) : line.objects.erase(object);
             }
