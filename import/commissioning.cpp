@@ -4,7 +4,6 @@
 #include "formats/edskeys.h"
 #include "formats/edsvalues.h"
 #include "store/objectdatabase.h"
-#include "store/settingdefaults.h"
 #include "support/linelist.h"
 
 #include <algorithm>
@@ -40,7 +39,7 @@ void Commissioning::take(ObjectDataBase &store, quint8 line,
                                 QString::number(line)); // logged there
     const quint32 baudrate = numberOf(entryOf(EdsKeys::kBaudrate), kHighestBaudrate);
     if (baudrate > 0)
-        (void)store.setDescriptionSettingsValue(QLatin1String(kNodeBaudrate),
+        (void)store.setDescriptionSettingsValue(QStringLiteral("NodeBaudrate"),
                                                 QString::number(baudrate)); // logged there
 }
 

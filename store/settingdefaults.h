@@ -6,9 +6,6 @@ struct SettingDefault {
     const char *value;
 };
 
-/// Description setting of a line: its bit rate in kBit/s, as a configuration states it.
-inline constexpr const char *kNodeBaudrate = "NodeBaudrate";
-
 /// The order code of a project that was given none.
 inline constexpr const char *kMadeUpOrderCode = "0815-BUY-ME";
 

@@ -4,7 +4,6 @@
 #include "generators/descriptions/edssections.h"
 #include "generators/generationdate.h"
 #include "generators/textwriter.h"
-#include "store/settingdefaults.h"
 #include "support/linelist.h"
 #include "support/numbers.h"
 #include "support/objectindex.h"
@@ -133,7 +132,7 @@ QString nodeIdOf(const Context &context)
 QString baudrateOf(const Context &context)
 {
     bool isNumber = false;
-    const quint32 stated = Numbers::toUIntDecimal(setting(context, kNodeBaudrate), &isNumber);
+    const quint32 stated = Numbers::toUIntDecimal(setting(context, "NodeBaudrate"), &isNumber);
     if (isNumber && stated > 0 && stated <= 0xFFFF)
         return QString::number(stated);
     QString highest = QStringLiteral("125"); // what devices start with where nothing is known
