@@ -160,6 +160,11 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
      [](Facts f) { return f.isMixed(); }, StepLines::J1939, true, make<DBCGenerator>,
      "The file in %2.html in %1 is not writable",
      "Generation of DBC_file in %1 started"},
+    {"<project>.dbc of raw CAN",
+     [](Facts f) { return f.hasRaw && f.features.hasPortableDescriptions(); }, StepLines::RawCan, true,
+     make<DBCGenerator>,
+     "The file %2.dbc in %1 is not writable",
+     "Generation of DBC_file in %1 started"},
     {"gen_srdo.c",
      [](Facts f) { return f.hasSrdo; }, StepLines::Once, false, make<SrdoGenerator>,
      "The file gen_srdo.c in %1 is not writable",
@@ -223,6 +228,11 @@ constexpr GeneratorStep kSteps[] = {                // row order is run order
      [](Facts f) { return f.hasCANopen; }, StepLines::CANopen, true, makeIcsv,
      "The file %2.icsv in %1 is not writable",
      "Generation of ICSV file in %1 started"},
+    {"<project>_<line>_canopen.dbc",
+     [](Facts f) { return f.hasCANopen && f.features.hasPortableDescriptions(); }, StepLines::CANopen,
+     true, make<CanopenDbcGenerator>,
+     "The DBC file of the CANopen device in %1 is not writable",
+     "Generation of DBC file of the CANopen device in %1 started"},
 };
 
 constexpr GeneratorStep kStepsBehindEds[] = {
@@ -241,6 +251,8 @@ bool isMeantFor(StepLines lines, LineType type)
         return carriesCANopen(type);
     case StepLines::J1939:
         return carriesJ1939(type);
+    case StepLines::RawCan:
+        return type == LineType::RawCan;
     case StepLines::All:
         return true;
     case StepLines::Once:

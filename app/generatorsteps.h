@@ -60,6 +60,7 @@ enum class StepLines {
     Once,    ///< one file for the project, active line 0
     CANopen, ///< a file for each line that carries CANopen
     J1939,   ///< a file for each line that carries J1939
+    RawCan,  ///< a file for each line of raw CAN
     All,     ///< a file for each line
 };
 

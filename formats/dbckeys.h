@@ -43,12 +43,14 @@ constexpr const char *kLongVariableName = "SystemEnvVarLongSymbol";
 constexpr const char *kProtocolType = "ProtocolType"; ///< of the network
 constexpr const char *kFrameFormat = "VFrameFormat";  ///< of messages
 
+constexpr const char *kBusType = "BusType";                 ///< of the network
 constexpr const char *kStationAddress = "NmStationAddress"; ///< of nodes
 constexpr const char *kNamePart = "NmJ1939";                ///< begins those of a node's NAME
 constexpr const char *kCycleTime = "GenMsgCycleTime";       ///< of messages; ms
 constexpr const char *kStartValue = "GenSigStartValue";     ///< of signals; the raw number
 constexpr const char *kSpn = "SPN";                         ///< of signals; 0 if it has none
 constexpr const char *kSignalType = "SigType";              ///< of signals of J1939
+constexpr const char *kVariableLength = "TpJ1939VarDlc";    ///< of messages of J1939
 
 // What this tool adds to signals.
 constexpr const char *kImplementation = "korvel_implementation_type";

@@ -6,12 +6,14 @@
 #include <QString>
 
 struct KvaDb;
+struct KvaDbNode;
 struct KvaDbMessage;
 struct KvaDbSignal;
 struct KvaDbAttributeDef;
 struct KvaDbAttribute;
 
 using KvaDbHnd = KvaDb *;
+using KvaDbNodeHnd = KvaDbNode *;
 using KvaDbMessageHnd = KvaDbMessage *;
 using KvaDbSignalHnd = KvaDbSignal *;
 using KvaDbAttributeDefHnd = KvaDbAttributeDef *;
@@ -24,8 +26,9 @@ enum KvaDbStatus {
     kvaDbErr_WriteFile = -6,
 };
 
-enum class KvaDbAttributeOwner { Database = 1, Message = 2, Signal = 4 };
-enum class KvaDbAttributeType { Integer = 1, Enumeration = 4, String = 5 };
+enum class KvaDbAttributeOwner { Database = 1, Message = 2, Signal = 4, Node = 8 };
+enum class KvaDbAttributeType { Integer = 1, Float = 3, Enumeration = 4, String = 5 };
+enum class KvaDbSignalType { Unsigned, Signed, Float, Double };
 
 /// Of an identifier: it has 29 bits.
 constexpr quint32 KVADB_MESSAGE_EXT = 0x80000000;
@@ -44,6 +47,9 @@ KvaDbStatus kvaDbSetAttributeDefinitionType(KvaDbAttributeDefHnd definition,
                                             KvaDbAttributeType type);
 KvaDbStatus kvaDbSetAttributeDefinitionInt(KvaDbAttributeDefHnd definition, int defaultValue,
                                            int minimum, int maximum);
+/// The default is 0. Here and below numbers that an int cannot hold are texts, in decimal digits.
+KvaDbStatus kvaDbSetAttributeDefinitionFloat(KvaDbAttributeDefHnd definition,
+                                             const QString &minimum, const QString &maximum);
 KvaDbStatus kvaDbSetAttributeDefinitionString(KvaDbAttributeDefHnd definition,
                                               const QString &defaultValue);
 KvaDbStatus kvaDbAddAttributeDefinitionEnum(KvaDbAttributeDefHnd definition, const QString &name,
@@ -52,6 +58,8 @@ KvaDbStatus kvaDbSetAttributeDefinitionEnumDefault(KvaDbAttributeDefHnd definiti
 
 KvaDbStatus kvaDbAddAttribute(KvaDbHnd database, KvaDbAttributeDefHnd definition,
                               KvaDbAttributeHnd *attribute);
+KvaDbStatus kvaDbAddNodeAttribute(KvaDbNodeHnd node, KvaDbAttributeDefHnd definition,
+                                  KvaDbAttributeHnd *attribute);
 KvaDbStatus kvaDbAddMsgAttribute(KvaDbMessageHnd message, KvaDbAttributeDefHnd definition,
                                  KvaDbAttributeHnd *attribute);
 KvaDbStatus kvaDbAddSignalAttribute(KvaDbSignalHnd signal, KvaDbAttributeDefHnd definition,
@@ -60,6 +68,15 @@ KvaDbStatus kvaDbSetAttributeValueInt(KvaDbAttributeHnd attribute, int value);
 KvaDbStatus kvaDbSetAttributeValueEnumeration(KvaDbAttributeHnd attribute, int value);
 KvaDbStatus kvaDbSetAttributeValueString(KvaDbAttributeHnd attribute, const QString &text,
                                          int length);
+KvaDbStatus kvaDbSetAttributeValueFloat(KvaDbAttributeHnd attribute, const QString &number);
+
+KvaDbStatus kvaDbSetComment(KvaDbHnd database, const QString &comment);
+/// Is a backslash within quotes written twice, as at first? Some readers take both.
+KvaDbStatus kvaDbSetDoubledBackslashes(KvaDbHnd database, bool areDoubled);
+
+KvaDbStatus kvaDbAddNode(KvaDbHnd database, KvaDbNodeHnd *node);
+/// As the names of messages.
+KvaDbStatus kvaDbSetNodeName(KvaDbNodeHnd node, const QString &name);
 
 KvaDbStatus kvaDbAddMsg(KvaDbHnd database, KvaDbMessageHnd *message);
 /// Names may repeat, begin with a digit, be keywords or be long: the file gets unique names of up
@@ -68,9 +85,18 @@ KvaDbStatus kvaDbSetMsgName(KvaDbMessageHnd message, const QString &name);
 KvaDbStatus kvaDbSetMsgComment(KvaDbMessageHnd message, const QString &comment);
 KvaDbStatus kvaDbSetMsgId(KvaDbMessageHnd message, quint32 identifier, quint32 flags);
 KvaDbStatus kvaDbSetMsgDlc(KvaDbMessageHnd message, int bytes);
+KvaDbStatus kvaDbSetMsgSender(KvaDbMessageHnd message, KvaDbNodeHnd node);
 
 KvaDbStatus kvaDbAddSignal(KvaDbMessageHnd message, KvaDbSignalHnd *signal);
 KvaDbStatus kvaDbSetSignalName(KvaDbSignalHnd signal, const QString &name);
 KvaDbStatus kvaDbSetSignalComment(KvaDbSignalHnd signal, const QString &comment);
-/// Unsigned, least significant byte first.
+/// Least significant byte first.
 KvaDbStatus kvaDbSetSignalValueSize(KvaDbSignalHnd signal, int startBit, int bits);
+/// Unsigned at first.
+KvaDbStatus kvaDbSetSignalType(KvaDbSignalHnd signal, KvaDbSignalType type);
+/// At first what an unsigned number of its bits can hold; "0" twice for no limits.
+KvaDbStatus kvaDbSetSignalValueLimits(KvaDbSignalHnd signal, const QString &minimum,
+                                      const QString &maximum);
+/// Adds a number that has a meaning.
+KvaDbStatus kvaDbAddSignalValue(KvaDbSignalHnd signal, int number, const QString &text);
+KvaDbStatus kvaDbSetSignalReceiver(KvaDbSignalHnd signal, KvaDbNodeHnd node);

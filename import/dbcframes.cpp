@@ -229,8 +229,8 @@ void DbcFrames::fillSignal(SignalData *signal, const DbcMessage &message, const 
     signal->description = DbcText::ofElement(element);
     signal->dataType = CAN::typeNumber(element.type);
     signal->bitSize = static_cast<quint16>(element.bits);
-    const bool isDelimited =
-        isJ1939 && element.part == Part::Whole && DbcValues::isDelimitedText(file, *element.signal);
+    const bool isDelimited = isJ1939 && element.part == Part::Whole &&
+                             DbcValues::isDelimitedText(file, message, *element.signal);
     if (isDelimited) {
         signal->dataType = CAN::typeNumber(Type::StringAsterisk);
         signal->bitSize = DbcValues::bitsOfText(file, *element.signal);

@@ -82,6 +82,12 @@ QString octets(const DbcSignal &signal, quint64 value)
     return text;
 }
 
+/// Else it is that of the signal.
+bool isSizeOfTextTold(const DbcFile &file)
+{
+    return file.definition(DbcOwner::Signal, QLatin1String(DbcKeys::kTextBits));
+}
+
 } // namespace
 
 quint16 DbcValues::cycleTimeMs(const DbcFile &file, const DbcMessage &message, bool *isFit)
@@ -117,15 +123,20 @@ QString DbcValues::startValue(const DbcFile &file, const DbcElement &element, bo
                : QString::number(part);
 }
 
-bool DbcValues::isDelimitedText(const DbcFile &file, const DbcSignal &signal)
+bool DbcValues::isDelimitedText(const DbcFile &file, const DbcMessage &message,
+                                const DbcSignal &signal)
 {
-    return signal.bits == 8 &&
-           file.definition(DbcOwner::Signal, QLatin1String(DbcKeys::kTextBits)) &&
-           file.attribute(signal, DbcKeys::kSignalType) == QLatin1String("StringDelimiter");
+    if (file.attribute(signal, DbcKeys::kSignalType) != QLatin1String("StringDelimiter"))
+        return false;
+    return isSizeOfTextTold(file)
+               ? signal.bits == 8
+               : file.attribute(message, DbcKeys::kVariableLength) == QLatin1String("Yes");
 }
 
 quint16 DbcValues::bitsOfText(const DbcFile &file, const DbcSignal &signal)
 {
-    return static_cast<quint16>(
-        qMin(Numbers::toUIntDecimal(file.attribute(signal, DbcKeys::kTextBits)), 0xFFFFU));
+    const quint32 bits = isSizeOfTextTold(file)
+                             ? Numbers::toUIntDecimal(file.attribute(signal, DbcKeys::kTextBits))
+                             : signal.bits;
+    return static_cast<quint16>(qMin(bits, 0xFFFFU));
 }

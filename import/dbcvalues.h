@@ -18,8 +18,8 @@ quint16 cycleTimeMs(const DbcFile &file, const DbcMessage &message, bool *isFit)
 QString startValue(const DbcFile &file, const DbcElement &element, bool *isFit);
 
 /// Does the signal stand for a text that "*" ends, as the writer of this tool leaves it: a byte
-/// that says how long the text can be?
-bool isDelimitedText(const DbcFile &file, const DbcSignal &signal);
+/// that says how long the text can be, or the longest text in a message of variable length?
+bool isDelimitedText(const DbcFile &file, const DbcMessage &message, const DbcSignal &signal);
 /// Of such a text.
 quint16 bitsOfText(const DbcFile &file, const DbcSignal &signal);
 

@@ -1,16 +1,18 @@
-// The DBC file of a J1939 line.
+// DBC files of a line.
 #include "generators/descriptions/dbcgenerator.h"
 
 #include "formats/dbckeys.h"
 #include "formats/kvadblib.h"
 #include "generators/addressclaim.h"
+#include "generators/descriptions/canopenframes.h"
 #include "generators/j1939settings.h"
 #include "generators/outputname.h"
-#include "support/cohelper.h"
+#include "store/linetype.h"
+#include "store/projectfeatures.h"
 #include "support/filereasons.h"
 #include "support/helper.h"
-#include "support/implementation.h"
 #include "support/logging.h"
+#include "support/problems.h"
 #include "support/replacefile.h"
 #include "support/runfiles.h"
 
@@ -20,225 +22,54 @@
 namespace
 {
 
-using Type = CAN::CANopenDataType;
-
-// Deliberate: the number of the NAME's function, so that the reserved bit replaces it in the
-// project; held by tst_dbcgenerator.
-constexpr quint32 kReservedSpn = 2841;
 constexpr quint8 kNullAddress = 0xFE;
-constexpr int kClassicDlc = 8;
-constexpr int kJ1939FrameFormat = 3; // "J1939PG"
-constexpr int kCyclic = 0;
-constexpr int kNoSendType = 8;
-constexpr int kDelimitedStringBits = 8;
-
-/// Names of J1939::SigType, by value.
-constexpr const char *kSigTypes[] = {
-    "Default",         "Range",        "RangeSigned",         "ASCII",
-    "Discrete",        "Control",      "ReferencePGN",        "DTC",
-    "StringDelimiter", "StringLength", "StringLengthControl",
-};
-constexpr const char *kSendTypes[] = {
-    "cyclic",   "reserved", "cyclicIfActive", "reserved",      "reserved",
-    "reserved", "reserved", "reserved",       "noMsgSendType",
-};
-constexpr const char *kFrameFormats[] = {"StandardCAN", "ExtendedCAN", "reserved", "J1939PG"};
-constexpr const char *kImplementations[] = {"Managed", "Variable"};
-
-/// Logs a call that failed; the file is then written without what the call would have added.
-bool succeeded(KvaDbStatus status, const char *call)
-{
-    if (status != kvaDbOK)
-        qCWarning(lcGenerator) << "Error" << call << int(status);
-    return status == kvaDbOK;
-}
+/// Identifiers of a device whose node-ID is not known are those of this one.
+constexpr quint8 kExampleNodeId = 1;
 
 struct DatabaseCloser {
     void operator()(KvaDbHnd database) const { (void)kvaDbClose(database); }
 };
 using Database = std::unique_ptr<KvaDb, DatabaseCloser>;
 
-/// The attributes that messages and signals of the file may have.
-class Attributes
-{
-public:
-    Attributes(KvaDbHnd handle, bool withImplementation) : database(handle)
-    {
-        using Owner = KvaDbAttributeOwner;
-        const auto protocol =
-            define(DbcKeys::kProtocolType, Owner::Database, KvaDbAttributeType::String);
-        KvaDbAttributeHnd attribute = nullptr;
-        if (succeeded(kvaDbAddAttribute(database, protocol, &attribute), "kvaDbAddAttribute"))
-            (void)kvaDbSetAttributeValueString(attribute, QStringLiteral("J1939"), 5);
-        cycleTime = defineNumber(DbcKeys::kCycleTime, Owner::Message, 0, 3600000);
-        sendType = defineWords("GenMsgSendType", Owner::Message, kSendTypes, kNoSendType);
-        sigType = defineWords(DbcKeys::kSignalType, Owner::Signal, kSigTypes,
-                              int(J1939::SigType::Default));
-        frameFormat =
-            defineWords(DbcKeys::kFrameFormat, Owner::Message, kFrameFormats, kJ1939FrameFormat);
-        spn = defineNumber(DbcKeys::kSpn, Owner::Signal, 0, 524287);
-        if (withImplementation) {
-            implementation =
-                defineWords(DbcKeys::kImplementation, Owner::Signal, kImplementations, 0);
-            variable = define(DbcKeys::kVariableName, Owner::Signal, KvaDbAttributeType::String);
-        }
-        bitSize = defineNumber(DbcKeys::kTextBits, Owner::Signal, 64, 5120);
-    }
-
-    KvaDbAttributeDefHnd cycleTime = nullptr;
-    KvaDbAttributeDefHnd sendType = nullptr;
-    KvaDbAttributeDefHnd sigType = nullptr;
-    KvaDbAttributeDefHnd frameFormat = nullptr;
-    KvaDbAttributeDefHnd spn = nullptr;
-    KvaDbAttributeDefHnd implementation = nullptr; ///< null: not in this file
-    KvaDbAttributeDefHnd variable = nullptr;
-    KvaDbAttributeDefHnd bitSize = nullptr;
-
-private:
-    KvaDbAttributeDefHnd define(const char *name, KvaDbAttributeOwner owner,
-                                KvaDbAttributeType type)
-    {
-        KvaDbAttributeDefHnd definition = nullptr;
-        (void)succeeded(kvaDbAddAttributeDefinition(database, &definition),
-                        "kvaDbAddAttributeDefinition");
-        (void)kvaDbSetAttributeDefinitionName(definition, QLatin1String(name));
-        (void)kvaDbSetAttributeDefinitionOwner(definition, owner);
-        (void)kvaDbSetAttributeDefinitionType(definition, type);
-        return definition;
-    }
-
-    /// From 0 on.
-    KvaDbAttributeDefHnd defineNumber(const char *name, KvaDbAttributeOwner owner, int defaultValue,
-                                      int maximum)
-    {
-        const auto definition = define(name, owner, KvaDbAttributeType::Integer);
-        (void)kvaDbSetAttributeDefinitionInt(definition, defaultValue, 0, maximum);
-        return definition;
-    }
-
-    template <size_t N>
-    KvaDbAttributeDefHnd defineWords(const char *name, KvaDbAttributeOwner owner,
-                                     const char *const (&words)[N], int defaultValue)
-    {
-        const auto definition = define(name, owner, KvaDbAttributeType::Enumeration);
-        int value = 0;
-        for (const char *word : words)
-            (void)kvaDbAddAttributeDefinitionEnum(definition, QLatin1String(word), value++);
-        (void)kvaDbSetAttributeDefinitionEnumDefault(definition, defaultValue);
-        return definition;
-    }
-
-    KvaDbHnd database;
+/// A part of the NAME as an attribute of the node.
+struct NameRow {
+    const char *setting;
+    const char *attribute;
+    int highest;
 };
 
-void setNumber(KvaDbMessageHnd message, KvaDbAttributeDefHnd definition, int value)
-{
-    KvaDbAttributeHnd attribute = nullptr;
-    if (succeeded(kvaDbAddMsgAttribute(message, definition, &attribute), "kvaDbAddMsgAttribute"))
-        (void)succeeded(kvaDbSetAttributeValueInt(attribute, value), "kvaDbSetAttributeValueInt");
-}
-
-void setWord(KvaDbMessageHnd message, KvaDbAttributeDefHnd definition, int value)
-{
-    KvaDbAttributeHnd attribute = nullptr;
-    if (succeeded(kvaDbAddMsgAttribute(message, definition, &attribute), "kvaDbAddMsgAttribute"))
-        (void)kvaDbSetAttributeValueEnumeration(attribute, value);
-}
-
-KvaDbAttributeHnd addAttribute(KvaDbSignalHnd signal, KvaDbAttributeDefHnd definition)
-{
-    KvaDbAttributeHnd attribute = nullptr;
-    (void)kvaDbAddSignalAttribute(signal, definition, &attribute);
-    return attribute;
-}
-
-/// Bits of the signal in the project; strings have a size of their own.
-int bitsOf(const ObjectDataBase::SPN &spn)
-{
-    const auto type = static_cast<Type>(spn.dataType);
-    if (type == Type::StringAsterisk || type == Type::OctetString)
-        return spn.bitSize;
-    return COHelper::getDataLengthBits(type);
-}
-
-/// Adds a signal at \a position; the result is the number of bits that it takes there.
-int addSignal(KvaDbMessageHnd message, const Attributes &attributes, const ObjectDataBase::SPN &spn,
-              int position)
-{
-    int bits = bitsOf(spn);
-    const bool isDelimited = static_cast<Type>(spn.dataType) == Type::StringAsterisk;
-    if (spn.name.contains(QLatin1String("dummy")))
-        return bits; // a gap
-    // Deliberate: no signal without bits, such as a text that ends with NUL; readers refuse the
-    // whole file for it. Held by tst_dbcgenerator.
-    if (bits == 0 && !isDelimited)
-        return 0;
-    KvaDbSignalHnd signal = nullptr;
-    (void)succeeded(kvaDbAddSignal(message, &signal), "kvaDbAddSignal");
-    (void)succeeded(kvaDbSetSignalName(signal, Dbc::symbolName(spn.name)), "kvaDbSetSignalName");
-    if (isDelimited) {
-        (void)kvaDbSetAttributeValueInt(addAttribute(signal, attributes.bitSize), bits);
-        bits = kDelimitedStringBits;
-    }
-    (void)succeeded(kvaDbSetSignalValueSize(signal, position, bits), "kvaDbSetSignalValueSize");
-    if (!spn.description.isEmpty())
-        (void)kvaDbSetSignalComment(signal, spn.description);
-    (void)kvaDbSetAttributeValueInt(addAttribute(signal, attributes.spn), int(spn.number));
-    if (isDelimited)
-        (void)kvaDbSetAttributeValueEnumeration(addAttribute(signal, attributes.sigType),
-                                                int(J1939::SigType::StringDelimiter));
-    if (!attributes.implementation)
-        return bits;
-    const bool isVariable = spn.implementation != Implementation::kManagedVariable;
-    (void)kvaDbSetAttributeValueEnumeration(addAttribute(signal, attributes.implementation),
-                                            isVariable);
-    if (isVariable)
-        (void)kvaDbSetAttributeValueString(addAttribute(signal, attributes.variable), spn.varName,
-                                           spn.varName.size());
-    return bits;
-}
-
-quint32 messageId(const ObjectDataBase::PGN &group, quint32 pgn, quint8 direction, quint8 address)
-{
-    const quint32 prefix = (group.priority * 0x40000U + pgn) * 0x100U;
-    // A received group: sent by anybody to this line.
-    return direction == Direction::kReceived ? prefix + kNullAddress + address * 0x100U
-                                             : prefix + address;
-}
-
-struct Line {
-    const ObjectDataBase &store;
-    quint8 number;
-    quint8 address;
+// clang-format off
+constexpr NameRow kName[] = {
+    {"addresscapable",   "NmJ1939AAC",              1},
+    {"industrygroup",    "NmJ1939IndustryGroup",    7},
+    {"vehiclesystem",    "NmJ1939System",           127},
+    {"vehicleinstance",  "NmJ1939SystemInstance",   15},
+    {"function",         "NmJ1939Function",         255},
+    {"functioninstance", "NmJ1939FunctionInstance", 31},
+    {"ecuinstance",      "NmJ1939ECUInstance",      7},
+    {"manufacturercode", "NmJ1939ManufacturerCode", 2047},
+    {"identitynumber",   "NmJ1939IdentityNumber",   2097151},
 };
+// clang-format on
 
-void addMessage(KvaDbHnd database, const Attributes &attributes, const Line &line, quint32 pgn,
-                quint8 direction)
+QVector<Dbc::NodeNumber> numbersOfNode(const ObjectDataBase &store, quint8 line)
 {
-    ObjectDataBase::PGN group;
-    (void)line.store.getPGNData(line.number, pgn, direction, group); // then the defaults stand
-    KvaDbMessageHnd message = nullptr;
-    (void)succeeded(kvaDbAddMsg(database, &message), "kvaDbAddMsg");
-    (void)succeeded(kvaDbSetMsgName(message, Dbc::symbolName(group.name)), "kvaDbSetMsgName");
-    (void)kvaDbSetMsgId(message, messageId(group, pgn, direction, line.address), KVADB_MESSAGE_EXT);
-    if (!group.description.isEmpty())
-        (void)kvaDbSetMsgComment(message, group.description);
-    (void)succeeded(kvaDbSetMsgDlc(message, kClassicDlc), "kvaDbSetMsgDlc");
-    setWord(message, attributes.frameFormat, kJ1939FrameFormat);
-    if (group.cycleTimeMs != 0)
-        setNumber(message, attributes.cycleTime, group.cycleTimeMs);
-    setWord(message, attributes.sendType, group.cycleTimeMs == 0 ? kNoSendType : kCyclic);
-    int position = 0;
-    const QVector<ObjectDataBase::SPN> spns = line.store.getSPNRecords(line.number, pgn, direction);
-    for (const ObjectDataBase::SPN &spn : spns)
-        position += addSignal(message, attributes, spn, position);
+    const J1939Settings settings(store);
+    QVector<Dbc::NodeNumber> numbers;
+    numbers.append({DbcKeys::kStationAddress, kNullAddress, 255, Dbc::lineAddress(store, line)});
+    for (const NameRow &row : kName) {
+        bool isNumber = false;
+        const qint64 value = Numbers::toUIntByPrefix(settings.ofLine(row.setting, line), &isNumber);
+        numbers.append({row.attribute, 0, row.highest, isNumber ? value : -1});
+    }
+    return numbers;
 }
 
 } // namespace
 
 void Dbc::declareIdentify(ObjectDataBase &store, quint8 line)
 {
-    AddressClaim::declare(store, line, kReservedSpn);
+    AddressClaim::declare(store, line, classicDbc().reservedSpn);
 }
 
 QString Dbc::symbolName(const QString &name)
@@ -263,30 +94,38 @@ quint8 Dbc::lineAddress(const ObjectDataBase &store, quint8 line)
         Numbers::toUIntByPrefix(settings.ofLine("startaddress", line, LineList::Beyond::First)));
 }
 
-DBCGenerator::DBCGenerator() : FileGenerator(QStringLiteral("DBC File")) {}
+// --- All files ---
 
-QString DBCGenerator::testedFile() const
+void DbcFileGenerator::resetJob()
 {
-    return OutputName::path(outputDirectory, projectName, QStringLiteral(".dbc"));
-}
-
-QString DBCGenerator::targetFile() const
-{
-    return OutputName::path(outputDirectory, projectName, lineTail() + QLatin1String(".dbc"));
-}
-
-void DBCGenerator::resetJob()
-{
+    const ProjectFeatures features = readProjectFeatures(*database);
     hasImplementationInfo = wantsImplementationInfo();
-    Dbc::declareIdentify(*database, activeLine);
+    isPortable = features.hasPortableDescriptions();
+    isCanFd = features.hasCanFd();
 }
 
-void DBCGenerator::writeFiles()
+const DbcForm &DbcFileGenerator::form() const
+{
+    return isPortable ? portableDbc() : classicDbc();
+}
+
+QString DbcFileGenerator::deviceName() const
+{
+    QString name;
+    (void)database->getNodeName(activeLine, name);
+    if (!name.isEmpty())
+        return name;
+    database->setDescriptionSettingsLine(activeLine);
+    name = database->getDescriptionSettingsValue(QStringLiteral("ProductName"));
+    return name.isEmpty() ? projectName : name;
+}
+
+void DbcFileGenerator::writeFiles()
 {
     qCDebug(lcGenerator) << "DBC prprae output";
     const QString target = targetFile();
     KvaDbHnd handle = nullptr;
-    if (!succeeded(kvaDbOpen(&handle), "open dbc Database")) {
+    if (!Dbc::succeeded(kvaDbOpen(&handle), "open dbc Database")) {
         fail(QStringLiteral("Could not create output file."));
         return;
     }
@@ -313,21 +152,116 @@ void DBCGenerator::writeFiles()
          target, reason);
 }
 
-bool DBCGenerator::writeDatabase(KvaDbHnd handle, const QString &file)
+bool DbcFileGenerator::writeDatabase(KvaDbHnd handle, const QString &file)
 {
-    if (!succeeded(kvaDbCreate(handle, file, nullptr), "create dbc file") ||
-        !succeeded(kvaDbWriteFile(handle, file), "create dbc file")) {
+    if (!Dbc::succeeded(kvaDbCreate(handle, file, nullptr), "create dbc file") ||
+        !Dbc::succeeded(kvaDbWriteFile(handle, file), "create dbc file")) {
         fail(QStringLiteral("Could not create output file."));
         return false;
     }
     emit progress(25);
-    const Attributes attributes(handle, hasImplementationInfo);
-    database->cacheAllSpnDataForLine(activeLine);
-    const Line line{*database, activeLine, Dbc::lineAddress(*database, activeLine)};
-    for (const quint8 direction : {Direction::kReceived, Direction::kTransmitted}) {
-        const QList<quint32> groups = database->getPGNs(activeLine, direction, false);
-        for (const quint32 pgn : groups)
-            addMessage(handle, attributes, line, pgn, direction);
+    Dbc::Bus told = bus();
+    told.withImplementation = hasImplementationInfo;
+    told.isCanFd = isCanFd;
+    Dbc::Network network(handle, form(), told);
+    const Dbc::Frames collected =
+        frames({*database, form(), activeLine, Dbc::lineAddress(*database, activeLine), isCanFd,
+                hasImplementationInfo});
+    network.add(collected.frames);
+    if (isPortable)
+        tellOfLosses(network, collected);
+    return Dbc::succeeded(kvaDbWriteFile(handle, file), "create dbc file");
+}
+
+void DbcFileGenerator::tellOfLosses(const Dbc::Network &network, const Dbc::Frames &frames) const
+{
+    const struct {
+        int count;
+        const char *rule;
+        const char *words;
+    } losses[] = {
+        {network.changedTexts(), "dbc-letters",
+         "texts with letters that no DBC file can hold, which are written without their marks or "
+         "as \"?\""},
+        {network.clashingFrames(), "dbc-left-out",
+         "frames left out whose identifier another frame has, with other signals"},
+        {frames.unfitIdentifiers, "dbc-left-out",
+         "frames left out whose identifier has more than 29 bits"},
+        {frames.unfitSignals, "dbc-left-out", "signals left out that are not within their frame"},
+    };
+    for (const auto &loss : losses) {
+        if (loss.count > 0)
+            Problems::warning(loss.rule, targetFile(),
+                              QStringLiteral("%1: %2").arg(QLatin1String(loss.words),
+                                                           QString::number(loss.count)));
     }
-    return succeeded(kvaDbWriteFile(handle, file), "create dbc file");
+}
+
+// --- J1939 and raw CAN ---
+
+DBCGenerator::DBCGenerator() : DbcFileGenerator(QStringLiteral("DBC File")) {}
+
+QString DBCGenerator::testedFile() const
+{
+    return OutputName::path(outputDirectory, projectName, QStringLiteral(".dbc"));
+}
+
+QString DBCGenerator::targetFile() const
+{
+    return OutputName::path(outputDirectory, projectName, lineTail() + QLatin1String(".dbc"));
+}
+
+void DBCGenerator::resetJob()
+{
+    DbcFileGenerator::resetJob();
+    isJ1939 = readLineType(*database, activeLine) != LineType::RawCan;
+    if (isJ1939)
+        AddressClaim::declare(*database, activeLine, form().reservedSpn);
+}
+
+Dbc::Bus DBCGenerator::bus() const
+{
+    Dbc::Bus bus;
+    bus.device = deviceName();
+    bus.isJ1939 = isJ1939;
+    if (isJ1939)
+        bus.numbers = numbersOfNode(*database, activeLine);
+    return bus;
+}
+
+Dbc::Frames DBCGenerator::frames(const Dbc::Source &source) const
+{
+    if (!isJ1939)
+        return Dbc::identifiersOf(source);
+    database->cacheAllSpnDataForLine(activeLine);
+    return Dbc::groupsOf(source);
+}
+
+// --- CANopen ---
+
+CanopenDbcGenerator::CanopenDbcGenerator() : DbcFileGenerator(QStringLiteral("CANopen DBC File")) {}
+
+QString CanopenDbcGenerator::targetFile() const
+{
+    return OutputName::path(outputDirectory, projectName,
+                            QStringLiteral("_%1_canopen.dbc").arg(activeLine));
+}
+
+Dbc::Bus CanopenDbcGenerator::bus() const
+{
+    Dbc::Bus bus;
+    bus.device = deviceName();
+    const auto nodeId = Dbc::nodeIdOf(*database, activeLine);
+    bus.comment =
+        nodeId ? QStringLiteral("Node-ID %1").arg(*nodeId)
+               : QStringLiteral("The device gets its node-ID when it starts; the identifiers are "
+                                "those of node-ID %1")
+                     .arg(kExampleNodeId);
+    return bus;
+}
+
+Dbc::Frames CanopenDbcGenerator::frames(const Dbc::Source &source) const
+{
+    return Dbc::canopenFramesOf(source,
+                                Dbc::nodeIdOf(source.store, source.line).value_or(kExampleNodeId));
 }

@@ -1,12 +1,102 @@
 // DBC files of J1939 lines, and the strict form that other tools read.
+#include "formats/dbcreader.h"
 #include "formats/kvadblib.h"
 #include "generators/descriptions/dbcgenerator.h"
+#include "store/linetype.h"
 #include "support/cohelper.h"
+#include "tests/fixtures/casefile.h"
+#include "tests/fixtures/problemrecorder.h"
 #include "tests/fixtures/projecttext.h"
+#include "tests/fixtures/randomproject.h"
 #include "tests/fixtures/storefixture.h"
 #include "tests/unit/generators/dbcreader.h"
 
-using namespace StrictDbc;
+namespace
+{
+
+using StrictDbc::Form;
+
+/// All that is told of a file, a row for each node, message and signal, by the strict reader.
+QString told(const StrictDbc::DbcReader &file)
+{
+    const auto values = [](QMap<QString, QString> attributes) {
+        QString words;
+        for (auto it = attributes.begin(); it != attributes.end(); ++it)
+            words += ' ' + it.key() + '=' + it.value();
+        return words + '\n';
+    };
+    QString text = "bus" + values(file.attributes);
+    for (auto node = file.nodes.begin(); node != file.nodes.end(); ++node)
+        text += "node " + node.key() + values(*node);
+    for (auto message = file.messages.begin(); message != file.messages.end(); ++message) {
+        text += QString::number(message.key(), 16) + ' ' + message->name + ' ' +
+                QString::number(message->size) + ' ' + message->sender +
+                values(message->attributes);
+        for (const StrictDbc::DbcSignal &one : qAsConst(message->signalList)) {
+            text += QString("  %1 %2|%3%4%5 ")
+                        .arg(one.name)
+                        .arg(one.start)
+                        .arg(one.bits)
+                        .arg(one.isSigned ? "-" : "+")
+                        .arg(one.valueType) +
+                    one.low + ".." + one.high + ' ' + one.receiver;
+            for (auto value = one.values.begin(); value != one.values.end(); ++value)
+                text += QString(" %1:%2").arg(value.key()).arg(*value);
+            text += values(one.attributes);
+        }
+    }
+    return text;
+}
+
+/// What both readers tell of a file, in one form.
+QStringList common(const StrictDbc::DbcReader &file)
+{
+    QStringList rows;
+    for (auto it = file.messages.begin(); it != file.messages.end(); ++it) {
+        rows << joined(it.key(), it->attributes.value("SystemMessageLongSymbol", it->name),
+                       it->size, it->sender, it->attributes.value("CM_"),
+                       it->attributes.value("GenMsgCycleTime", "0"));
+        for (const StrictDbc::DbcSignal &one : qAsConst(it->signalList))
+            rows << joined(one.attributes.value("SystemSignalLongSymbol", one.name), one.start,
+                           one.bits, one.isSigned, one.low.toDouble(), one.high.toDouble(),
+                           one.receiver, one.valueType, one.attributes.value("CM_"),
+                           one.attributes.value("GenSigStartValue", "0"), one.values.size());
+    }
+    return rows;
+}
+
+QStringList common(const DbcFile &file)
+{
+    const auto nobody = [](const QString &node) { return node.isEmpty() ? "Vector__XXX" : node; };
+    QMap<quint32, QStringList> rows;
+    for (const DbcMessage &message : file.messages) {
+        QStringList &list = rows[message.reference];
+        list << joined(message.reference, message.longName, message.size, nobody(message.sender),
+                       message.comment, file.attribute(message, "GenMsgCycleTime"));
+        for (const DbcSignal &one : message.signalList)
+            list << joined(one.longName, one.startBit, one.bits, one.isSigned, one.minimum,
+                           one.maximum, nobody(one.receivers.value(0)), int(one.valueType),
+                           one.comment, file.attribute(one, "GenSigStartValue"), one.values.size());
+    }
+    QStringList all;
+    for (const QStringList &list : qAsConst(rows))
+        all += list;
+    return all;
+}
+
+/// The objects of the standards in a real project.
+std::map<quint16, ObjectRecord> standardObjects()
+{
+    ObjectDataBase store;
+    store.openDataBase(TESSARINE_EXAMPLES "/pump/pump.yaml");
+    ProjectRecord project;
+    (void)store.readRecords(&project); // a test of the objects fails without
+    std::map<quint16, ObjectRecord> objects = project.lines[0].objects;
+    objects.erase(objects.lower_bound(0x2000), objects.end());
+    return objects;
+}
+
+} // namespace
 
 class tst_DbcGenerator : public StoreTest
 {
@@ -78,11 +168,11 @@ private slots:
                      " SG_ level1 : 24|264@1+ (1,0) [0|18446744073709551615] \"\" Vector__XXX\n"
                      "\nBO_ "),
                  qPrintable(text));
-        const DbcReader file(readFile(fixture.path("lamp.dbc")));
+        const StrictDbc::DbcReader file(readFile(fixture.path("lamp.dbc")));
         QVERIFY2(file.fault.isEmpty(), qPrintable(file.fault));
         QCOMPARE(file.messages[sent].name, "_9*");
         QCOMPARE(file.messages[sent].attributes["GenMsgSendType"], "8");
-        const DbcMessage &lamp = file.messages[received];
+        const StrictDbc::DbcMessage &lamp = file.messages[received];
         const QMap<QString, QString> ofLamp = {{"CM_", "say \"on\" \\ off"},
                                                {"GenMsgCycleTime", "100"},
                                                {"GenMsgSendType", "0"},
@@ -103,12 +193,45 @@ private slots:
             QVERIFY2(told.contains("\nBA_ \"" + line + '\n'), qPrintable(line + '\n' + told));
     }
 
+    void portable_data() { addCases(TEST_CASES "/dbcgenerator.txt"); }
+    void portable()
+    {
+        const auto [project, expected] = fetchRow<QString, QString>();
+        buildProject(*store, "misc:description_form=portable");
+        buildProject(*store, project);
+        const ProblemRecorder recorder;
+        const StrictDbc::DbcReader file(portableFile(0, caseGroup() == "canopen"), Form::Portable);
+        QVERIFY2(file.fault.isEmpty(), qPrintable(file.fault));
+        QString text = told(file) + recorder.lines.join('\n');
+        text.replace(fixture.path(), "");
+        const QByteArray fault = mismatch(text.trimmed() + '\n', expected.trimmed() + '\n');
+        QVERIFY2(fault.isEmpty(), fault);
+    }
+
+    /// Strict readers take the files of any project, and ours tells the same of them.
+    void portableOfRandomProjects()
+    {
+        constexpr int kProjects = 60;
+        RandomProject projects(testSeed(), standardObjects());
+        for (int i = 0; i < kProjects; ++i) {
+            store = makeStore();
+            QVERIFY(store->putRecords(projects.make()));
+            buildProject(*store, "misc:description_form=portable");
+            const QList<quint8> lines = store->getNodes();
+            for (const quint8 line : lines) {
+                for (const bool isCanopen : {false, true})
+                    checkPortable(portableFile(line, isCanopen), i);
+            }
+        }
+    }
+
     /// What a reader of the file is told is what the project holds.
     void tellsTheExcavator()
     {
         QVERIFY(store->openDataBase(TESSARINE_EXAMPLES "/excavator/excavator.yaml"));
+        store->setMiscSettingsValue("description_form", "classic");
         generate();
-        const DbcReader file(readFile(fixture.path("lamp.dbc")));
+        const StrictDbc::DbcReader file(readFile(fixture.path("lamp.dbc")));
         QVERIFY2(file.fault.isEmpty(), qPrintable(file.fault));
         QCOMPARE(file.attributes.value("ProtocolType"), "J1939");
         for (const quint8 direction : {0x77, 0x55}) {
@@ -168,19 +291,19 @@ private slots:
 
 private:
     /// Of a device with the address 39.
-    void checkGroup(const DbcReader &file, quint32 pgn, quint8 direction)
+    void checkGroup(const StrictDbc::DbcReader &file, quint32 pgn, quint8 direction)
     {
         ObjectDataBase::PGN group;
         QVERIFY(store->getPGNData(0, pgn, direction, group));
         const quint32 sender = direction == 0x77 ? 0x27FE : 0x27;
-        const DbcMessage message =
+        const StrictDbc::DbcMessage message =
             file.messages.value(0x80000000 + (group.priority << 26) + (pgn << 8) + sender);
         QCOMPARE(message.name, Dbc::symbolName(group.name));
         QCOMPARE(message.attributes.value("CM_"), group.description);
         QCOMPARE(message.attributes.value("GenMsgCycleTime").toInt(), int(group.cycleTimeMs));
         const QRegularExpression count("\\d$"); // tells signals of one name apart
         QStringList told;
-        for (const DbcSignal &one : message.signalList)
+        for (const StrictDbc::DbcSignal &one : message.signalList)
             told << joined(
                 one.attributes.value("SPN"), one.start, one.bits,
                 QString(one.attributes.value("SystemSignalLongSymbol", one.name)).remove(count));
@@ -196,6 +319,31 @@ private:
             start += bits;
         }
         QCOMPARE(told, expected);
+    }
+
+    QByteArray portableFile(quint8 line, bool isCanopen)
+    {
+        const auto generator = isCanopen
+                                   ? std::unique_ptr<AbstractGenerator>(new CanopenDbcGenerator)
+                                   : std::make_unique<DBCGenerator>();
+        const QString file = isCanopen ? QString("lamp_%1_canopen.dbc").arg(line) : "lamp.dbc";
+        QFile::remove(fixture.path(file));
+        // A file that is not there has no head.
+        (void)runJob(*generator, *store, fixture.path(), "lamp", line);
+        return readFile(fixture.path(file));
+    }
+
+    static void checkPortable(const QByteArray &bytes, int project)
+    {
+        const StrictDbc::DbcReader strict(bytes, Form::Portable);
+        QVERIFY2(strict.fault.isEmpty(),
+                 qPrintable(QString("project %1: %2").arg(project).arg(strict.fault.left(500))));
+        const ProblemRecorder recorder;
+        DbcReader reader;
+        QVERIFY(reader.parse(bytes, "lamp.dbc"));
+        reader.tellProblems();
+        QCOMPARE(recorder.lines, QStringList());
+        QCOMPARE(common(reader.file()), common(strict));
     }
 
     QString generate()

@@ -126,8 +126,17 @@ private slots:
     }
 
     /// Signals of all places and widths come out of the line as they came in.
+    void roundTrip_data()
+    {
+        columns<QString>("form");
+        QTest::newRow("classic") << "classic";
+        QTest::newRow("portable") << "portable";
+    }
     void roundTrip()
     {
+        const auto [form] = fetchRow<QString>();
+        const bool isPortable = form == "portable";
+        store->setMiscSettingsValue("description_form", form);
         std::mt19937 random(testSeed());
         const auto below = [&random](quint32 limit) { return quint32(random() % limit); };
         QString text = "BU_: Own Other\n";
@@ -151,7 +160,10 @@ private slots:
                                 .arg(start)
                                 .arg(bits)
                                 .arg(below(2) ? '+' : '-');
-                    expected << joined(id, QString("S%1").arg(start), start, bits);
+                    // To all, where the portable form says so.
+                    const bool isToAll = isPortable && isSent && pgn < 0xF000;
+                    expected << joined(isToAll ? id | 0xFF00 : id, QString("S%1").arg(start), start,
+                                       bits);
                 }
                 start += bits;
             }

@@ -1,0 +1,92 @@
+// The DBC form of a database of messages.
+#pragma once
+
+#include "formats/kvadbrecords.h"
+
+#include <QHash>
+#include <QString>
+
+#include <string>
+
+/// Writes the sections of a file from a finished database, in the order of the strictest reader.
+class DbcWriter
+{
+public:
+    explicit DbcWriter(const KvaDb &source);
+
+    const std::string &bytes();
+
+private:
+    /// A text that stands in quotes.
+    struct Quoted {
+        const QString &text;
+    };
+    /// What a node, message or signal is called in the file.
+    struct FileName {
+        QString name;
+        QString fullName; ///< unique as well: readers take it in place of a shortened name
+
+        bool isShortened() const { return name != fullName; }
+    };
+    class UniqueNames;
+    class FileNames;
+
+    /// What the value or comment in a line belongs to; none of them: the database.
+    struct Place {
+        const KvaDbMessage *message = nullptr;
+        const KvaDbSignal *signal = nullptr;
+        const KvaDbNode *node = nullptr;
+    };
+    /// The attribute that holds long names of a kind.
+    struct LongNames {
+        const char *attribute;
+        KvaDbAttributeOwner owner;
+        bool areNeeded = false;
+    };
+
+    void chooseNames();
+    const FileName &nameOf(const void *owner) const { return *names.constFind(owner); }
+    bool isShortened(const void *owner) const { return nameOf(owner).isShortened(); }
+
+    /// Texts and numbers, one after the other.
+    template <class... Parts>
+    void put(const Parts &...parts)
+    {
+        (append(parts), ...);
+    }
+    void append(const char *ascii) { out += ascii; }
+    void append(int number) { out += std::to_string(number); }
+    void append(quint32 number) { out += std::to_string(number); }
+    void append(const QString &text);
+    void append(Quoted quoted);
+    void append(const Place &place);
+    /// The name of a node, or the word for nobody.
+    void append(const KvaDbNode *node);
+
+    void writeHead();
+    void writeMessage(const KvaDbMessage &message);
+    void writeComments();
+    void writeComment(const Place &place, const QString &comment);
+    void writeDefinitions();
+    void putTypeWords(const KvaDbAttributeDef &definition);
+    void putDefaultWord(const KvaDbAttributeDef &definition);
+    void writeAttributes();
+    void writeAttributesOf(const KvaDbAttributeList &owner, const Place &place);
+    void writeFullName(const char *attribute, const Place &place, const FileName &name);
+    void writeValueTables();
+    void writeValueTypes();
+
+    template <class Write>
+    void forEachSignal(const Write &write) const
+    {
+        for (const auto &message : database.messages) {
+            for (const auto &signal : message->signalList)
+                write(Place{message.get(), signal.get()});
+        }
+    }
+
+    const KvaDb &database;
+    QHash<const void *, FileName> names; ///< of nodes, messages and signals
+    LongNames longNames[3];
+    std::string out;
+};

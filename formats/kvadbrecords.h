@@ -1,0 +1,75 @@
+// What the handles of the database of messages stand for.
+#pragma once
+
+#include "formats/kvadblib.h"
+
+#include <QString>
+#include <QVector>
+
+#include <memory>
+#include <vector>
+
+struct KvaDbAttributeDef {
+    struct EnumValue {
+        QString name;
+        int value;
+    };
+    QString name;
+    KvaDbAttributeOwner owner = KvaDbAttributeOwner::Database;
+    KvaDbAttributeType type = KvaDbAttributeType::Integer;
+    int defaultValue = 0;
+    int minimum = 0;
+    int maximum = 0;
+    QString defaultText;
+    QString range; ///< of real numbers, as it stands in the file
+    QVector<EnumValue> values;
+};
+
+struct KvaDbAttribute {
+    KvaDbAttributeDef *definition = nullptr;
+    int number = 0;
+    QString text; ///< also that of a real number
+};
+
+/// What can have attributes.
+struct KvaDbAttributeList {
+    std::vector<std::unique_ptr<KvaDbAttribute>> attributes;
+};
+
+struct KvaDbNode : KvaDbAttributeList {
+    QString name;
+};
+
+struct KvaDbSignal : KvaDbAttributeList {
+    struct Value {
+        int number;
+        QString text;
+    };
+    QString name;
+    QString comment;
+    int startBit = 0;
+    int bits = 0;
+    KvaDbSignalType type = KvaDbSignalType::Unsigned;
+    QString minimum; ///< as it stands in the file; empty: what the bits can hold
+    QString maximum;
+    QVector<Value> values;
+    const KvaDbNode *receiver = nullptr; ///< null: nobody is named
+};
+
+struct KvaDbMessage : KvaDbAttributeList {
+    QString name;
+    QString comment;
+    quint32 identifier = 0; ///< bit 31: extended
+    int dlc = 0;
+    const KvaDbNode *sender = nullptr; ///< null: nobody is named
+    std::vector<std::unique_ptr<KvaDbSignal>> signalList;
+};
+
+struct KvaDb : KvaDbAttributeList {
+    bool isCreated = false;
+    bool doublesBackslashes = true;
+    QString comment;
+    std::vector<std::unique_ptr<KvaDbAttributeDef>> definitions;
+    std::vector<std::unique_ptr<KvaDbNode>> nodes;
+    std::vector<std::unique_ptr<KvaDbMessage>> messages;
+};
