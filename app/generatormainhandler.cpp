@@ -5,6 +5,7 @@
 #include "app/modelwarnings.h"
 #include "app/outputhandlerbase.h"
 #include "app/runsettings.h"
+#include "generators/descriptions/classicalxddgenerator.h"
 #include "generators/descriptions/edsgenerator.h"
 #include "generators/descriptions/edsvariants.h"
 #include "generators/j1939/j1939adaptergenerator.h"
@@ -557,6 +558,7 @@ void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
             continue;
         const EdsVariants variants(*database, line.number);
         const bool hasDcf = DCFGenerator::isWanted(*database, line.number);
+        const bool hasXdd = ClassicalXddGenerator::isWanted(*database, line.number);
         const auto describe = [&](const QString &define, bool isFd, bool isClassical) {
             const EdsFile file = {variants, line.number, define,
                                   isFd,     isClassical, facts.isMultiLine()};
@@ -565,6 +567,8 @@ void GeneratorMainHandler::generateEdsFiles(const ProjectFacts &facts)
             names.note(device.targetFile(), variantName(line.number, define, isClassical));
             if (hasDcf)
                 generateDcf(file);
+            if (hasXdd && !isFd)
+                generateXdd(file);
         };
         const bool hasFd = facts.features.hasCanFd();
         const QStringList &defines = variants.defines();
@@ -598,6 +602,15 @@ void GeneratorMainHandler::generateDcf(const EdsFile &file)
     runGenerator(generator, file.line,
                  filled("The DCF file of %2 in %1 is not writable", projectName),
                  filled("Generation of %2 DCF file in %1 started", file.define));
+}
+
+void GeneratorMainHandler::generateXdd(const EdsFile &file)
+{
+    ClassicalXddGenerator generator(file.variants, file.define, file.isClassical);
+    generator.generateML = file.isMultiLine;
+    runGenerator(generator, file.line,
+                 filled("The XDD file of %2 in %1 is not writable", projectName),
+                 filled("Generation of %2 classical XDD file in %1 started", file.define));
 }
 
 /// What a project no longer writes must not be compiled with its stack.

@@ -151,6 +151,7 @@ private:
     struct EdsFile;
     void generateEds(EDSGenerator &generator, const EdsFile &file);
     void generateDcf(const EdsFile &file);
+    void generateXdd(const EdsFile &file);
     void removeStaleFiles(const ProjectFacts &facts);
     void removeStaleFile(const char *name);
     void runPostGenProcess();

@@ -3,11 +3,14 @@
 #pragma once
 
 #include "support/candatatype.h"
+#include "support/pdomapping.h"
 
 #include <QMap>
 #include <QMetaType>
 #include <QString>
 #include <QVariant>
+
+#include <optional>
 
 /// A subindex; a plain variable hands over its own data as subindex 0.
 struct CANopenSubindex {
@@ -26,6 +29,8 @@ struct CANopenSubindex {
     bool refuseRead = false;   ///< ObjFlags: not to be read by a scan
     bool refuseWrite = false;  ///< ObjFlags: not to be written by a download
     bool pdoMapping = false;
+    /// XDD, which says more than that it is mappable; elsewhere the access decides on that.
+    std::optional<PDOMapping> exactMapping = std::nullopt;
     QString description; ///< the section's comment, line feeds between its lines
     int line = 0;        ///< of the file, from 1; 0 for none
 };

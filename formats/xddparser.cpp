@@ -113,7 +113,8 @@ private:
         record.description = parameter.description;
         record.dataType = dataType(entry, parameter, code, isValue);
         record.accessType = access(values.access, entry, isValue, code);
-        setMapping(&record, entry.mapping);
+        setMapping(&record, entry.mapping,
+                   !parameter.access.isEmpty() && entry.access == AccessType::kReadWrite);
         setValues(&record, values, isValue ? entry.line : 0);
         setFlags(&record, entry);
         if (record.name.isEmpty()) {
@@ -250,13 +251,16 @@ private:
         return result;
     }
 
-    /// The direction of the mapping goes into the access, as other descriptions have it.
-    static void setMapping(CANopenSubindex *record, const QString &word)
+    /// The direction of the mapping goes into the access, as other descriptions have it. Where a
+    /// parameter and its object both state one, \a isExact, there the words for the direction were
+    /// at hand.
+    static void setMapping(CANopenSubindex *record, const QString &word, bool isExact)
     {
         PDOMapping mapping;
         mapping.fromCSVString(word);
         record->pdoMapping = mapping != PDOMapping(PDOMappingType::No);
-        if (record->accessType != AccessType::kReadWrite)
+        record->exactMapping = mapping;
+        if (isExact || record->accessType != AccessType::kReadWrite)
             return;
         if (mapping == PDOMapping(PDOMappingType::Tpdo))
             record->accessType = AccessType::kReadWriteRead;

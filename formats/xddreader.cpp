@@ -143,6 +143,7 @@ enum class XddReader::Kind : quint8 {
     GeneralFeatures,
     MasterFeatures,
     Commissioning,
+    BaudRates,
     BaudRate,
     Dummy,
 };
@@ -174,7 +175,7 @@ const XddReader::Row XddReader::kRows[] = {
     {"minValue", Kind::Minimum}, {"maxValue", Kind::Maximum},
     {"CANopenGeneralFeatures", Kind::GeneralFeatures}, {"CANopenMasterFeatures", Kind::MasterFeatures},
     {"deviceCommissioning", Kind::Commissioning},
-    {"supportedBaudRate", Kind::BaudRate}, {"dummy", Kind::Dummy},
+    {"baudRate", Kind::BaudRates}, {"supportedBaudRate", Kind::BaudRate}, {"dummy", Kind::Dummy},
     {"BOOL", Kind::SimpleType, Type::Boolean},
     {"SINT", Kind::SimpleType, Type::Integer8}, {"CHAR", Kind::SimpleType, Type::Integer8},
     {"INT", Kind::SimpleType, Type::Integer16}, {"DINT", Kind::SimpleType, Type::Integer32},
@@ -342,6 +343,8 @@ void XddReader::endElement()
         endAllowedTemplate();
     else if (kind == Kind::TypeDefinition)
         endType();
+    else if (kind == Kind::BaudRates)
+        endBaudRates();
     else
         endText(kind);
 }
@@ -552,10 +555,20 @@ void XddReader::takeFeatures(Kind kind)
 /// "250 Kbps" sets the key of that rate.
 void XddReader::takeBaudRate()
 {
+    hasBaudRates = true;
     const QString rate = attribute("value").section(QLatin1Char(' '), 0, 0);
     for (const char *key : EdsKeys::kBaudRates) {
         if (QLatin1String(key).mid(int(qstrlen("BaudRate_"))) == rate)
             inform(key, QStringLiteral("1"));
+    }
+}
+
+/// Where rates are listed, no other one is supported.
+void XddReader::endBaudRates()
+{
+    for (const char *key : EdsKeys::kBaudRates) {
+        if (hasBaudRates)
+            inform(key, QStringLiteral("0"));
     }
 }
 

@@ -66,6 +66,7 @@ private:
     void takeValue(Kind kind);
     void takeFeatures(Kind kind);
     void takeBaudRate();
+    void endBaudRates();
     void takeDummy();
     void endText(Kind kind);
     void endParameter();
@@ -100,5 +101,6 @@ private:
     QString text; ///< of the element that is open
     QString language;
     int containers = 0;
-    int otherNetworkLine = 0; ///< 0: none so far
+    bool hasBaudRates = false; ///< the file lists any
+    int otherNetworkLine = 0;  ///< 0: none so far
 };

@@ -59,3 +59,13 @@ QString GenerationDate::halfDayClock(const QDateTime &moment)
 {
     return QLocale::c().toString(moment, QStringLiteral("hh:mmAP"));
 }
+
+QString GenerationDate::isoDay(const QDateTime &moment)
+{
+    return QLocale::c().toString(moment, QStringLiteral("yyyy-MM-dd"));
+}
+
+QString GenerationDate::isoClock(const QDateTime &moment)
+{
+    return QLocale::c().toString(moment, QStringLiteral("HH:mm:ss"));
+}

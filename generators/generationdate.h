@@ -30,4 +30,10 @@ QString clock(const QDateTime &moment);
 /// "09:05PM", on the clock of twelve hours.
 QString halfDayClock(const QDateTime &moment);
 
+/// "2026-11-21", as XML has it.
+QString isoDay(const QDateTime &moment);
+
+/// "09:05:00"
+QString isoClock(const QDateTime &moment);
+
 } // namespace GenerationDate

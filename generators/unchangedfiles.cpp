@@ -24,11 +24,12 @@ constexpr const char *kDateLines[] = {
     "^ \\* (%1)$",                                            // C
     "^  <title>.* - (%1)</title>$",                           // HTML
     "^   <td>Generation time: (%1)</td>$",
+    "^    <td class=\"time\">(%1)</td>$",
     "^PGN/SPN Documenation for .* (%1)$",                     // text
     "^(?:Creation|Modification)Date=(\\d\\d-\\d\\d-(?:\\d\\d)?\\d\\d)$", // EDS
     "^(?:Creation|Modification)Time=(\\d\\d:\\d\\d[AP]M)$",
     "^<!--XDD file for .* \\((%1) GMT\\)$",                   // XDD
-    "^ *<ProfileBody .* fileCreationDate=\"(\\d\\d-\\d\\d-\\d\\d)\"",
+    "^ *<ProfileBody .* fileCreationDate=\"([-\\d]+(?:\" file\\w+(?:Date|Time)=\"[-:\\d]+)*)\"",
 };
 constexpr const char *kDate = "[A-Z][a-z]{2} [A-Z][a-z]{2} \\d{1,2} \\d\\d:\\d\\d:\\d\\d \\d{4}";
 // clang-format on

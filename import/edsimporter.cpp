@@ -224,7 +224,7 @@ EDSImporter::SubData EDSImporter::makeSubIndex(const CANopenSubindex &record,
     if (record.subindex == 0 && data.description.isEmpty())
         data.description = object.description;
     if (record.pdoMapping)
-        data.pdoMapping = refinedMapping(record.accessType);
+        data.pdoMapping = record.exactMapping.value_or(refinedMapping(record.accessType));
     applyLimits(record, data);
     applyStorage(record, data);
     return data;

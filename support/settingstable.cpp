@@ -551,7 +551,7 @@ constexpr Setting kImported[] = {
 constexpr Setting kRuns[] = {
     {"generateML", F::True, S::Project, kAny, "", "CO_MULTI_LINE",
      "File names and C sources of a project with one line are those of a project with several"},
-    {"description_form", F::Portable, S::Project, kAny, "", "<project>.eds, .dcf, .dbc",
+    {"description_form", F::Portable, S::Project, kAny, "", "<project>.eds, .dcf, .dbc, .xdd, .html",
      "Descriptions to the letter of their standards, which strict tools take; `classic`, as without the setting: those of older projects, byte by byte"},
     {"disableDocu", F::True, S::Project, kAny, "", "<project>.icsv",
      "Leaves out the descriptions of objects"},

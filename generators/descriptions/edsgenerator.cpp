@@ -53,15 +53,20 @@ void EDSGenerator::write(TextWriter &out)
     writeSections(out, form);
 }
 
-void EDSGenerator::writeSections(TextWriter &out, const EdsForm &form)
+EdsSections::Context EDSGenerator::contextFor(TextWriter &out, const EdsForm &form,
+                                              FileProblems *problems) const
 {
     const QString sheet = QFileInfo(dataSheet()).fileName();
     const QString name = form.namesOwnFile ? QFileInfo(targetFile()).fileName()
                                            : projectName + QLatin1String(".eds");
+    return {*database, out, activeLine, define, canFd, name, variants, form, problems, sheet};
+}
+
+void EDSGenerator::writeSections(TextWriter &out, const EdsForm &form)
+{
     FileProblems problems;
     problems.begin(targetFile());
-    const EdsSections::Context context{*database, out,      activeLine, define,    canFd,
-                                       name,      variants, form,       &problems, sheet};
+    const EdsSections::Context context = contextFor(out, form, &problems);
     const QList<quint16> objects = EdsSections::describedObjects(context);
     EdsSections::writeFileInfo(context);
     EdsSections::writeDeviceInfo(context, objects);

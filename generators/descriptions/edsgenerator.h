@@ -5,6 +5,11 @@
 #include "generators/textfilegenerator.h"
 
 struct EdsForm;
+class FileProblems;
+namespace EdsSections
+{
+struct Context;
+} // namespace EdsSections
 
 /// Writes "<project>.eds". The names of other files name the line of a project with several lines,
 /// and the variant, or that the file is the classical companion of a CAN FD device.
@@ -29,6 +34,10 @@ protected:
 
     /// The name of the job's file, or of the one beside it, with this \a ending.
     QString fileWith(const char *ending) const;
+
+    /// What the sections of the file get.
+    EdsSections::Context contextFor(TextWriter &out, const EdsForm &form,
+                                    FileProblems *problems = nullptr) const;
 
     /// The data sheet that the file is the configuration of; empty if it is no configuration.
     virtual QString dataSheet() const { return {}; }

@@ -6,10 +6,13 @@
 #include "formats/edsobjects.h"
 #include "formats/edstext.h"
 #include "generators/descriptions/edssections.h"
+#include "generators/descriptions/xddwriter.h"
 #include "support/cohelper.h"
 #include "support/numbers.h"
 #include "support/plaintext.h"
 
+#include <QLocale>
+#include <QRegularExpression>
 #include <QSet>
 
 #include <cfloat>
@@ -30,6 +33,20 @@ enum class Kind {
     Untold, ///< each reader wants another form
 };
 
+/// How a kind of file says what is no whole number.
+struct Notation {
+    bool hasDecimalReals;
+    bool hasTimes; ///< as numbers, under types of their own
+    bool (*isHeld)(const char *key, const QString &text);
+};
+
+constexpr Notation kEdsNotation = {false, false, EdsText::isHeld};
+
+// XML holds all characters but a few.
+constexpr Notation kXddNotation = {true, true, [](const char *, const QString &text) {
+                                       return !text.isEmpty() && XddText::shown(text) == text;
+                                   }};
+
 /// A type of a project as a file describes it.
 struct TypeForm {
     quint16 number; ///< of CiA 301
@@ -49,7 +66,7 @@ quint16 unsignedFor(int bits)
 }
 
 /// Nothing for a number that is no type.
-std::optional<TypeForm> formOf(quint16 number)
+std::optional<TypeForm> formOf(quint16 number, const Notation &notation)
 {
     const auto type = static_cast<Type>(number);
     const int bits = COHelper::getDataLengthBits(type);
@@ -68,9 +85,11 @@ std::optional<TypeForm> formOf(quint16 number)
     case Type::Domain:
         return TypeForm{number, Kind::Bytes};
     case Type::TimeOfDay: // the stack takes it as a number
+        if (notation.hasTimes)
+            return TypeForm{number, Kind::Whole, bits};
         return TypeForm{CAN::typeNumber(Type::Unsigned48), Kind::Whole, bits};
     case Type::TimeDifference:
-        return TypeForm{number, Kind::Untold, bits};
+        return TypeForm{number, notation.hasTimes ? Kind::Whole : Kind::Untold, bits};
     default:
         break;
     }
@@ -81,8 +100,8 @@ std::optional<TypeForm> formOf(quint16 number)
     return TypeForm{unsignedFor(bits), Kind::Whole, bits, false, true};
 }
 
-/// The bits of a number; nothing if \a text is none.
-std::optional<quint64> realPattern(const QString &text, int bits)
+/// Nothing if \a text is no number of a type of so many bits.
+std::optional<double> realNumber(const QString &text, int bits)
 {
     QString digits = text.trimmed();
     bool ok = false;
@@ -94,15 +113,37 @@ std::optional<quint64> realPattern(const QString &text, int bits)
     }
     if (!ok || !std::isfinite(number) || (bits == 32 && std::fabs(number) > double(FLT_MAX)))
         return std::nullopt;
+    return number;
+}
+
+/// The bits of a number; nothing if \a text is none.
+std::optional<quint64> realPattern(const QString &text, int bits)
+{
+    const auto number = realNumber(text, bits);
+    if (!number)
+        return std::nullopt;
     if (bits == 32) {
-        const auto narrow = float(number);
+        const auto narrow = float(*number);
         quint32 pattern = 0;
         std::memcpy(&pattern, &narrow, sizeof pattern);
         return pattern;
     }
     quint64 pattern = 0;
-    std::memcpy(&pattern, &number, sizeof pattern);
+    std::memcpy(&pattern, &*number, sizeof pattern);
     return pattern;
+}
+
+/// Decimal digits, as the project has them where it does.
+std::optional<QString> decimalReal(const QString &text, int bits)
+{
+    static const QRegularExpression decimal(
+        QStringLiteral("^-?[0-9]+(\\.[0-9]+)?([eE][-+]?[0-9]+)?$"));
+    const auto number = realNumber(text, bits);
+    if (!number)
+        return std::nullopt;
+    return decimal.match(text).hasMatch()
+               ? text
+               : QString::number(*number, 'g', QLocale::FloatingPointShortest);
 }
 
 /// Some readers want a decimal number and others its bits, and only 0 is the same in both. The
@@ -127,7 +168,8 @@ QByteArray bytesOf(const QString &value)
     return QByteArray::fromHex(digits);
 }
 
-std::optional<QString> textFor(const char *key, const QString &value, const TypeForm &type)
+std::optional<QString> textFor(const char *key, const QString &value, const TypeForm &type,
+                               const Notation &notation)
 {
     if (value.isEmpty())
         return std::nullopt;
@@ -138,6 +180,8 @@ std::optional<QString> textFor(const char *key, const QString &value, const Type
         return number ? std::optional<QString>(number->text()) : std::nullopt;
     }
     case Kind::Real:
+        if (notation.hasDecimalReals)
+            return decimalReal(value, type.bits);
         return realText(value, type.bits, qstrcmp(key, EdsKeys::kParameterValue) == 0);
     case Kind::Text:
         text = QString::fromUtf8(bytesOf(value));
@@ -148,7 +192,7 @@ std::optional<QString> textFor(const char *key, const QString &value, const Type
     case Kind::Untold:
         return std::nullopt;
     }
-    return EdsText::isHeld(key, text) ? std::optional<QString>(text) : std::nullopt;
+    return notation.isHeld(key, text) ? std::optional<QString>(text) : std::nullopt;
 }
 
 bool fits(const QString &value, const TypeForm &type)
@@ -168,7 +212,7 @@ bool fitsAll(const SubIndexData &data, const TypeForm &type)
            (!data.limitInEds || (fits(data.lowLimit, type) && fits(data.upLimit, type)));
 }
 
-TypeForm typeOf(const SubIndexData &data, EdsRole role)
+TypeForm typeOf(const SubIndexData &data, EdsRole role, const Notation &notation)
 {
     const TypeForm byte = {CAN::typeNumber(Type::Unsigned8), Kind::Whole, 8};
     if (role == EdsRole::Count)
@@ -177,10 +221,10 @@ TypeForm typeOf(const SubIndexData &data, EdsRole role)
         return {CAN::typeNumber(Type::Domain), Kind::Bytes};
     const QString wanted = data.metadata.value(QLatin1String(EdsPortable::kTypeKey));
     const quint32 number = Numbers::toUIntByPrefix(wanted);
-    const auto stated = number <= 0xFFFF ? formOf(quint16(number)) : std::nullopt;
+    const auto stated = number <= 0xFFFF ? formOf(quint16(number), notation) : std::nullopt;
     if (stated && fitsAll(data, *stated))
         return *stated;
-    return formOf(data.dataType).value_or(byte);
+    return formOf(data.dataType, notation).value_or(byte);
 }
 
 /// A number that a limit can be.
@@ -221,6 +265,20 @@ void addLimits(const SubIndexData &data, const TypeForm &type, EdsSubTexts &text
         isSound && low && !type.isSigned ? low->text() : textOf(isSound ? range.low : all.low);
     texts.highLimit =
         isSound && high && !type.isSigned ? high->text() : textOf(isSound ? range.high : all.high);
+}
+
+/// Both, or none if they exclude the default value.
+void addRealLimits(const SubIndexData &data, const TypeForm &type, EdsSubTexts &texts)
+{
+    const auto low = realNumber(data.lowLimit, type.bits);
+    const auto high = realNumber(data.upLimit, type.bits);
+    if (!data.limitInEds || !low || !high || *high < *low)
+        return;
+    const auto value = texts.defaultValue ? realNumber(*texts.defaultValue, type.bits) : low;
+    if (!value || *value < *low || *high < *value)
+        return;
+    texts.lowLimit = decimalReal(data.lowLimit, type.bits);
+    texts.highLimit = decimalReal(data.upLimit, type.bits);
 }
 
 /// Takes the lines of the user's own sections one by one.
@@ -279,22 +337,36 @@ private:
     bool isOpen = false;
 };
 
-} // namespace
-
-EdsSubTexts EdsPortable::texts(const SubIndexData &data, EdsRole role, bool isConfiguration)
+EdsSubTexts textsIn(const Notation &notation, const SubIndexData &data, EdsRole role,
+                    bool isConfiguration)
 {
-    const TypeForm type = typeOf(data, role);
+    const TypeForm type = typeOf(data, role, notation);
     EdsSubTexts result;
     result.dataType = type.number;
     result.accessType = COHelper::normalizeAccessType(data.accessType);
     if (role != EdsRole::Domain)
         result.pdoMapping = data.pdoMapping.toBinary();
     if (EdsSections::isDefaultDescribed(data))
-        result.defaultValue = textFor(EdsKeys::kDefaultValue, data.defaultValue, type);
+        result.defaultValue = textFor(EdsKeys::kDefaultValue, data.defaultValue, type, notation);
     if (isConfiguration)
-        result.parameterValue = textFor(EdsKeys::kParameterValue, data.currentValue, type);
+        result.parameterValue =
+            textFor(EdsKeys::kParameterValue, data.currentValue, type, notation);
+    if (type.kind == Kind::Real && notation.hasDecimalReals)
+        addRealLimits(data, type, result);
     addLimits(data, type, result);
     return result;
+}
+
+} // namespace
+
+EdsSubTexts EdsPortable::texts(const SubIndexData &data, EdsRole role, bool isConfiguration)
+{
+    return textsIn(kEdsNotation, data, role, isConfiguration);
+}
+
+EdsSubTexts EdsPortable::xddTexts(const SubIndexData &data, EdsRole role)
+{
+    return textsIn(kXddNotation, data, role, false);
 }
 
 QString EdsPortable::ownSections(const QString &text, const EdsForm::IsWritten &isWritten)

@@ -13,6 +13,10 @@ constexpr const char *kTypeKey = "eds_datatype";
 /// data sheet cannot say so that all understand it alike, is absent.
 EdsSubTexts texts(const SubIndexData &data, EdsRole role, bool isConfiguration);
 
+/// The same for an XML description, which holds more: all texts, numbers of REAL types in decimal,
+/// and times.
+EdsSubTexts xddTexts(const SubIndexData &data, EdsRole role);
+
 /// The sections, entries and comments of \a text, each once; not those that \a isWritten knows, and
 /// nothing that stands outside of a section.
 QString ownSections(const QString &text, const EdsForm::IsWritten &isWritten);

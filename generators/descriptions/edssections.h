@@ -42,6 +42,14 @@ void writeAdditionalSections(const Context &context, const QList<quint16> &objec
 /// The place of the device in its network, of a configuration.
 void writeCommissioning(const Context &context);
 
+constexpr quint32 kMostGranular = 64; ///< bits of a PDO
+
+/// \a described are the objects of the file.
+QString countOfObjects(const Context &context, ObjectRange range, const QList<quint16> &described);
+bool usesGroupMessaging(const Context &context);
+/// In kBit/s: the one that the line is said to run at, else the highest that the device supports.
+QString baudrateOf(const Context &context);
+
 // --- Objects (edssections_objects.cpp) ---
 
 /// The objects that the file describes, ascending.

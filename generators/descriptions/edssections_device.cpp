@@ -17,8 +17,6 @@ namespace
 
 using EdsSections::Context;
 
-constexpr quint32 kMostGranular = 64; ///< bits of a PDO
-
 QString setting(const Context &context, const char *key)
 {
     return context.store.getDescriptionSettingsValue(QLatin1String(key));
@@ -51,28 +49,6 @@ void writeIdentity(const Context &context, const char *key, quint8 subIndex)
 {
     writeNumber(context, key,
                 context.store.getSubIndexValue(context.line, ObjectIndex::kIdentity, subIndex));
-}
-
-/// \a described are the objects of the file.
-QString countOfObjects(const Context &context, ObjectRange range, const QList<quint16> &described)
-{
-    if (!context.form.countsDescribedPdos)
-        return QString::number(context.store.getIndices(context.line, range).size());
-    return QString::number(std::count_if(described.begin(), described.end(),
-                                         [=](quint16 index) { return range.contains(index); }));
-}
-
-bool usesGroupMessaging(const Context &context)
-{
-    // The TPDO parameters, which lie between the mappings, count their few subindices there.
-    const QList<quint16> mappings = context.store.getIndices(
-        context.line, ObjectRanges::kRpdoMappings.first, ObjectRanges::kTpdoMappings.last);
-    for (const quint16 mapping : mappings) {
-        const QString entries = context.store.getSubIndexValue(context.line, mapping, 0);
-        if (Numbers::toUIntByPrefix(entries) >= PdoEntryCount::kSourceMpdo)
-            return true;
-    }
-    return false;
 }
 
 void writeComments(const Context &context)
@@ -128,8 +104,37 @@ QString nodeIdOf(const Context &context)
     return QString::number(number >= 1 && number <= kHighestNodeId ? number : kNone);
 }
 
-/// In kBit/s: the one that the line is said to run at, else the highest that the device supports.
-QString baudrateOf(const Context &context)
+bool isMandatory(quint16 index)
+{
+    return index == ObjectIndex::kDeviceType || index == ObjectIndex::kErrorRegister ||
+           index == ObjectIndex::kIdentity;
+}
+
+} // namespace
+
+QString EdsSections::countOfObjects(const Context &context, ObjectRange range,
+                                    const QList<quint16> &described)
+{
+    if (!context.form.countsDescribedPdos)
+        return QString::number(context.store.getIndices(context.line, range).size());
+    return QString::number(std::count_if(described.begin(), described.end(),
+                                         [=](quint16 index) { return range.contains(index); }));
+}
+
+bool EdsSections::usesGroupMessaging(const Context &context)
+{
+    // The TPDO parameters, which lie between the mappings, count their few subindices there.
+    const QList<quint16> mappings = context.store.getIndices(
+        context.line, ObjectRanges::kRpdoMappings.first, ObjectRanges::kTpdoMappings.last);
+    for (const quint16 mapping : mappings) {
+        const QString entries = context.store.getSubIndexValue(context.line, mapping, 0);
+        if (Numbers::toUIntByPrefix(entries) >= PdoEntryCount::kSourceMpdo)
+            return true;
+    }
+    return false;
+}
+
+QString EdsSections::baudrateOf(const Context &context)
 {
     bool isNumber = false;
     const quint32 stated = Numbers::toUIntDecimal(setting(context, "NodeBaudrate"), &isNumber);
@@ -142,14 +147,6 @@ QString baudrateOf(const Context &context)
     }
     return highest;
 }
-
-bool isMandatory(quint16 index)
-{
-    return index == ObjectIndex::kDeviceType || index == ObjectIndex::kErrorRegister ||
-           index == ObjectIndex::kIdentity;
-}
-
-} // namespace
 
 void EdsSections::writeFileInfo(const Context &context)
 {

@@ -1,11 +1,11 @@
 // The objects of an electronic data sheet.
 #include "formats/edskeys.h"
+#include "generators/descriptions/describedobject.h"
 #include "generators/descriptions/edssections.h"
 #include "generators/descriptions/edsvariants.h"
 #include "generators/textwriter.h"
 #include "store/writedefault.h"
 #include "support/fileproblems.h"
-#include "support/helper.h"
 #include "support/numbers.h"
 #include "support/objectindex.h"
 #include "support/printable.h"
@@ -16,6 +16,8 @@ namespace
 {
 
 using EdsSections::Context;
+using EdsSections::Member;
+using EdsSections::Object;
 using SubData = ObjectDataBase::SUBINDEX_DATA_T;
 
 /// Objects that only a CAN FD device describes.
@@ -34,18 +36,9 @@ void writeDescription(TextWriter &out, const EdsForm &form, const QString &descr
         out.parts(";;", line, "\n");
 }
 
-/// An import takes the description of an object for that of its subindex 0 as well, so that one
-/// comment is enough for both.
-bool isRepeated(const EdsForm &form, const QString &one, const QString &other)
+void writeName(const Context &context, const QString &name, const char *missing)
 {
-    return !form.repeatsDescriptions && form.descriptionLines(one) == form.descriptionLines(other);
-}
-
-void writeName(const Context &context, const QString &name, quint16 index, quint8 subIndex,
-               const char *missing)
-{
-    const QString filled = Helper::substituteVariables(name, index, subIndex);
-    context.out.parts(EdsKeys::kParameterName, "=", context.form.name(filled, missing), "\n");
+    context.out.parts(EdsKeys::kParameterName, "=", context.form.name(name, missing), "\n");
 }
 
 void writeIfThere(TextWriter &out, const char *key, const std::optional<QString> &value)
@@ -81,17 +74,17 @@ void noteLost(const Context &context, quint16 index, quint8 subIndex, const SubD
     });
 }
 
-void writeSubInfo(const Context &context, quint16 index, quint8 subIndex, const SubData &data,
-                  EdsRole role)
+void writeSubInfo(const Context &context, quint16 index, const Member &member)
 {
+    const SubData &data = member.data;
     const bool isConfiguration = context.isConfiguration();
-    const EdsSubTexts texts = context.form.texts(data, role, isConfiguration);
+    const EdsSubTexts texts = context.form.texts(data, member.role, isConfiguration);
     writeValues(context.out, data, texts);
     const QString denotation = context.form.entry(EdsKeys::kDenotation, data.denotation);
     if (isConfiguration && !denotation.isEmpty())
         context.out.parts(EdsKeys::kDenotation, "=", denotation, "\n");
     if (isConfiguration && !data.currentValue.isEmpty() && !texts.parameterValue)
-        noteLost(context, index, subIndex, data);
+        noteLost(context, index, member.subIndex, data);
     writeDescription(context.out, context.form, data.description);
 }
 
@@ -100,77 +93,33 @@ void writeObjectType(const Context &context, CANopen::ObjectCode code)
     context.out.parts(EdsKeys::kObjectType, "=", static_cast<int>(code), "\n");
 }
 
-/// \a object is the description of the object.
-void writeSubIndex(const Context &context, quint16 index, quint8 subIndex, quint8 highest,
-                   const QString &object)
+void writeMember(const Context &context, quint16 index, const Member &member)
 {
-    SubData data;
-    (void)context.store.getSubIndexData(context.line, index, subIndex, data); // or the defaults
-    if (subIndex == 0 && isRepeated(context.form, data.description, object))
-        data.description.clear();
-    context.out.parts("\n[", context.form.hex(index, 4), "sub", context.form.hex(subIndex, 1),
-                      "]\n");
-    writeName(context, data.name, index, subIndex, "unnamed subindex");
+    context.out.parts("\n[", context.form.hex(index, 4), "sub",
+                      context.form.hex(member.subIndex, 1), "]\n");
+    writeName(context, member.data.name, "unnamed subindex");
     writeObjectType(context, CANopen::ObjectCode::Var);
-    // An object of which a variant leaves out the end still gives its own highest subindex.
-    if (index > ObjectRanges::kCommunication.last && subIndex == 0)
-        data.defaultValue = QString::number(highest);
-    writeSubInfo(context, index, subIndex, data, subIndex == 0 ? EdsRole::Count : EdsRole::Value);
+    writeSubInfo(context, index, member);
 }
 
-void writeMembers(const Context &context, quint16 index, const QString &description)
+void writeContent(const Context &context, const Object &object)
 {
-    const QList<quint8> subIndices =
-        reduceSubList(context.store, context.line, index,
-                      context.store.getSubIndices(context.line, index, 0), context.define);
-    const quint8 highest = context.form.highestCount;
-    const auto isCounted = [highest](quint8 subIndex) { return subIndex <= highest; };
-    const auto counted = std::count_if(subIndices.begin(), subIndices.end(), isCounted);
-    const auto last = std::find_if(subIndices.rbegin(), subIndices.rend(), isCounted);
-    context.out.parts(EdsKeys::kSubNumber, "=", counted, "\n");
-    writeDescription(context.out, context.form, description);
-    for (const quint8 subIndex : subIndices)
-        writeSubIndex(context, index, subIndex, last == subIndices.rend() ? quint8(0) : *last,
-                      description);
-}
-
-/// \a object is the description of the object.
-void writeValueOf(const Context &context, quint16 index, quint8 subIndex, EdsRole role,
-                  const QString &object)
-{
-    SubData data;
-    (void)context.store.getSubIndexData(context.line, index, subIndex, data); // or the defaults
-    writeSubInfo(context, index, subIndex, data, role);
-    if (!isRepeated(context.form, data.description, object))
-        writeDescription(context.out, context.form, object);
-}
-
-/// The first element of the device types of a CAN FD device, as the one of a classical device.
-void describeClassical1000(const Context &context)
-{
-    writeObjectType(context, CANopen::ObjectCode::Var);
-    writeValueOf(context, ObjectIndex::kDeviceType, 1, EdsRole::Value, {});
-}
-
-void writeContent(const Context &context, quint16 index, const ObjectDataBase::INDEX_DATA_T &object)
-{
-    const bool hasMembers = context.store.getSubIndices(context.line, index, 1).size() > 0;
-    const CANopen::ObjectCode code = context.form.objectCode(object.objectCode, hasMembers);
-    writeObjectType(context, code);
-    switch (code) {
-    case CANopen::ObjectCode::Array:
-    case CANopen::ObjectCode::Record:
-        writeMembers(context, index, object.description);
-        break;
-    case CANopen::ObjectCode::Var:
-    case CANopen::ObjectCode::Domain:
-        writeValueOf(context, index, 0,
-                     code == CANopen::ObjectCode::Domain ? EdsRole::Domain : EdsRole::Value,
-                     object.description);
-        break;
-    default: // definitions of types hold no values
-        break;
+    if (object.isStructure()) {
+        const quint8 highest = context.form.highestCount;
+        const auto counted =
+            std::count_if(object.members.begin(), object.members.end(),
+                          [highest](const Member &one) { return one.subIndex <= highest; });
+        context.out.parts(EdsKeys::kSubNumber, "=", counted, "\n");
+        writeDescription(context.out, context.form, object.description);
     }
+    for (const Member &member : object.members) {
+        if (object.isStructure())
+            writeMember(context, object.index, member);
+        else
+            writeSubInfo(context, object.index, member);
+    }
+    if (object.hasOwnValue())
+        writeDescription(context.out, context.form, object.description);
 }
 
 } // namespace
@@ -190,15 +139,11 @@ QList<quint16> EdsSections::describedObjects(const Context &context)
 
 void EdsSections::generateIndexSection(const Context &context, quint16 index)
 {
-    ObjectDataBase::INDEX_DATA_T object;
-    (void)context.store.getIndexData(context.line, index, object); // or the defaults
+    const Object object = readObject(context, index);
     context.out.parts("[", context.form.hex(index, 4), "]\n");
-    writeName(context, object.name, index, 0, "unnamed object");
-    if (!context.canFd && index == ObjectIndex::kDeviceType &&
-        object.objectCode == CANopen::ObjectCode::Array)
-        describeClassical1000(context);
-    else
-        writeContent(context, index, object);
+    writeName(context, object.name, "unnamed object");
+    writeObjectType(context, object.code);
+    writeContent(context, object);
     context.out.raw("\n");
 }
 

@@ -4,6 +4,7 @@
 #include "generators/ctext.h"
 #include "generators/descriptions/htmlpage.h"
 #include "generators/textwriter.h"
+#include "store/projectfeatures.h"
 #include "support/cohelper.h"
 #include "support/helper.h"
 #include "support/implementation.h"
@@ -14,19 +15,19 @@ namespace
 
 /// A line of the table of what the page was made from.
 struct SettingRow {
-    const char *cell;
+    FormWord cell;       ///< up to the value
     const char *setting; ///< key in the description settings
 };
 
 // clang-format off
 constexpr SettingRow kFileInfo[] = {            // row order is file order
-    {"   <td>Vendor name:",   "VendorName"},
-    {"   <td>Product name: ", "ProductName"},
-    {"   <td>File version:",  "FileVersion"},
-    {"   <td>File Revision: ", "FileRevision"},
-    {"   <td>Order Code:",    "OrderCode"},
-    {"   <td>Created by: ",   "CreatedBy"},
-    {"   <td>Modified by: ",  "ModifiedBy"},
+    {{"   <td>Vendor name:", "    <th scope=\"row\">Vendor name</th>\n    <td>"}, "VendorName"},
+    {{"   <td>Product name: ", "    <th scope=\"row\">Product name</th>\n    <td>"}, "ProductName"},
+    {{"   <td>File version:", "    <th scope=\"row\">File version</th>\n    <td>"}, "FileVersion"},
+    {{"   <td>File Revision: ", "    <th scope=\"row\">File revision</th>\n    <td>"}, "FileRevision"},
+    {{"   <td>Order Code:", "    <th scope=\"row\">Order code</th>\n    <td>"}, "OrderCode"},
+    {{"   <td>Created by: ", "    <th scope=\"row\">Created by</th>\n    <td>"}, "CreatedBy"},
+    {{"   <td>Modified by: ", "    <th scope=\"row\">Modified by</th>\n    <td>"}, "ModifiedBy"},
 };
 // clang-format on
 
@@ -36,11 +37,12 @@ struct SubFacts {
     quint8 subIndex;
     bool implementationInfo;
     const ObjectDataBase::SUBINDEX_DATA_T &data;
+    const HtmlForm &form;
 };
 
 QString filled(const SubFacts &facts, const QString &text)
 {
-    return HtmlText::escaped(Helper::substituteVariables(text, facts.index, facts.subIndex));
+    return facts.form.text(Helper::substituteVariables(text, facts.index, facts.subIndex));
 }
 
 bool always(const SubFacts &)
@@ -59,43 +61,43 @@ bool showsLimits(const SubFacts &facts)
 }
 
 struct SubRow {
-    const char *labelCell;
+    FormWord labelCell;
     bool (*when)(const SubFacts &);
     QString (*value)(const SubFacts &); ///< as HTML
 };
 
 // clang-format off
 constexpr SubRow kSubRows[] = {                 // row order is file order
-    {"    <td>Name </td>\n", always,
+    {{"    <td>Name </td>\n", "    <th scope=\"row\">Name</th>\n"}, always,
      [](const SubFacts &f) { return filled(f, f.data.name); }},
-    {"    <td>Data Type</td>\n", always,
+    {{"    <td>Data Type</td>\n", "    <th scope=\"row\">Data type</th>\n"}, always,
      [](const SubFacts &f) { return COHelper::index2DataTypeString(f.data.dataType); }},
-    {"    <td>Access </td>\n", always,
+    {{"    <td>Access </td>\n", "    <th scope=\"row\">Access</th>\n"}, always,
      [](const SubFacts &f) { return filled(f, f.data.accessType); }},
-    {"    <td>Defaultvalue </td>\n", showsDefault,
+    {{"    <td>Defaultvalue </td>\n", "    <th scope=\"row\">Default value</th>\n"}, showsDefault,
      [](const SubFacts &f) { return filled(f, f.data.defaultValue); }},
-    {"    <td>Low Limit </td>\n", showsLimits,
+    {{"    <td>Low Limit </td>\n", "    <th scope=\"row\">Low limit</th>\n"}, showsLimits,
      [](const SubFacts &f) { return filled(f, f.data.lowLimit); }},
-    {"    <td>High Limit </td>\n", showsLimits,
+    {{"    <td>High Limit </td>\n", "    <th scope=\"row\">High limit</th>\n"}, showsLimits,
      [](const SubFacts &f) { return filled(f, f.data.upLimit); }},
-    {"    <td>Description</td>\n",
+    {kDescriptionLabel,
      [](const SubFacts &f) { return !f.data.description.isEmpty(); },
      [](const SubFacts &f) {
-         return HtmlText::stringConvert(
+         return f.form.description(
              Helper::substituteVariables(f.data.description, f.index, f.subIndex));
      }},
-    {"    <td>PDO Mapping</td>\n", always,
+    {{"    <td>PDO Mapping</td>\n", "    <th scope=\"row\">PDO mapping</th>\n"}, always,
      [](const SubFacts &f) { return COHelper::pdoMapping2String(f.data.pdoMapping); }},
-    {"    <td>Implementation Type</td>\n",
+    {{"    <td>Implementation Type</td>\n", "    <th scope=\"row\">Implementation type</th>\n"},
      [](const SubFacts &f) { return f.implementationInfo; },
      [](const SubFacts &f) { return COHelper::implementation2String(f.data.implementation); }},
-    {"    <td>Variable Name</td>\n",
+    {{"    <td>Variable Name</td>\n", "    <th scope=\"row\">Variable name</th>\n"},
      [](const SubFacts &f) {
          return f.implementationInfo &&
                 f.data.implementation == Implementation::kApplicationVariable;
      },
      [](const SubFacts &f) { return filled(f, f.data.varName); }},
-    {"    <td>Size in bytes </td>\n",
+    {{"    <td>Size in bytes </td>\n", "    <th scope=\"row\">Size in bytes</th>\n"},
      [](const SubFacts &f) { return f.implementationInfo && f.data.size != 0; },
      [](const SubFacts &f) { return QString::number(f.data.size); }},
 };
@@ -106,30 +108,31 @@ QString hexIndex(quint16 index)
     return QStringLiteral("0x") + Numbers::toHex(index, 4);
 }
 
-QString objectName(quint16 index, const QString &name)
+QString objectName(const HtmlDoc::Context &context, quint16 index, const QString &name)
 {
-    return HtmlText::escaped(Helper::substituteVariables(name, index, 0));
+    return context.text(Helper::substituteVariables(name, index, 0));
 }
 
-/// A row of one cell, in a colour of its own.
-void writeSingleCell(TextWriter &out, bool isAlternate, const char *cell, const QString &value)
+/// A row of the table of what the page was made from, in a colour of its own.
+void writeFact(const HtmlDoc::Context &context, bool isAlternate, const FormWord &cell,
+               const QString &value)
 {
-    out.parts(HtmlPage::rowTag(isAlternate), cell, value, "</td>\n   </tr>\n");
+    context.page.write({HtmlPage::rowTag(isAlternate), HtmlPage::rowTag(false)});
+    context.out.parts(context.page.form.of(cell), value, "</td>\n   </tr>\n");
 }
 
-constexpr const char *kEndOfTableAndGap = R"(
-  </table>
-  </div>
-<br />
-<br />
-)";
+constexpr FormWord kEndOfTableAndGap = {"  </table>\n"
+                                        "  </div>\n"
+                                        "<br />\n"
+                                        "<br />\n",
+                                        "  </table>\n"
+                                        "  </section>\n"};
 
 void describeSubIndex(const HtmlDoc::Context &context, const SubFacts &facts)
 {
-    context.out.raw("  <table border=\"1\">\n");
-    context.page.row("    <td style=\"font-weight:bold\">Sub </td>\n",
-                     QStringLiteral("0x") + Numbers::toHex(facts.subIndex, 2),
-                     "    <td style=\"font-weight:bold\">");
+    context.page.startTable("  <table border=\"1\">\n", QStringLiteral("Subindex "),
+                            "    <td style=\"font-weight:bold\">Sub </td>\n",
+                            QStringLiteral("0x") + Numbers::toHex(facts.subIndex, 2));
     for (const SubRow &row : kSubRows) {
         if (row.when(facts))
             context.page.row(row.labelCell, row.value(facts));
@@ -141,45 +144,68 @@ void describeSubIndex(const HtmlDoc::Context &context, const SubFacts &facts)
 
 void HtmlDoc::writeGenerationTable(const Context &context, const QString &projectName)
 {
-    TextWriter &out = context.out;
-    out.block(R"(
+    context.out.block(context.page.form.of({R"(
   <div class="left">
   <table>
    <tr class="head">
     <td colspan="2" id="gen">Generation information $project$</td>
    </tr>
 )",
-              {{"project", HtmlText::escaped(projectName)}});
-    writeSingleCell(out, true, "   <td>Generation time: ", CText::generationTime());
+                                            R"(
+  <section>
+  <h2 id="gen">Generation information</h2>
+  <table>
+   <caption>Project $project$</caption>
+)"}),
+                      {{"project", context.text(projectName)}});
+    writeFact(context, true,
+              {"   <td>Generation time: ",
+               "    <th scope=\"row\">Generation time</th>\n    <td class=\"time\">"},
+              CText::generationTime());
     bool isAlternate = false;
     for (const SettingRow &row : kFileInfo) {
         const QString value = context.store.getDescriptionSettingsValue(QLatin1String(row.setting));
-        writeSingleCell(out, isAlternate, row.cell, HtmlText::escaped(value));
+        writeFact(context, isAlternate, row.cell, context.text(value));
         isAlternate = !isAlternate;
     }
-    out.block(kEndOfTableAndGap);
+    context.page.write(kEndOfTableAndGap);
 }
 
 void HtmlDoc::writeCommentTable(const Context &context)
 {
-    TextWriter &out = context.out;
-    out.block(R"(
-  <div class="left">
-  <table>
-   <tr class="head">
-    <td colspan="2" id="com">Comment</td>
-   </tr>
-)");
+    HtmlPage &page = context.page;
+    page.write({"  <div class=\"left\">\n"
+                "  <table>\n"
+                "   <tr class=\"head\">\n"
+                "    <td colspan=\"2\" id=\"com\">Comment</td>\n"
+                "   </tr>\n",
+                "  <section>\n"
+                "  <h2 id=\"com\">Comment</h2>\n"
+                "  <p>\n"});
     const QStringList lines = context.store.getDescriptionSettingsValue(QStringLiteral("Comment"))
                                   .trimmed()
                                   .split(QLatin1Char('\n'));
-    for (const QString &line : lines)
-        writeSingleCell(out, false, "   <td>", HtmlText::escaped(line));
-    out.block(kEndOfTableAndGap);
+    for (const QString &line : lines) {
+        page.write({"   <tr>\n"
+                    "   <td>",
+                    "   "});
+        context.out.raw(context.text(line));
+        page.write({"</td>\n"
+                    "   </tr>\n",
+                    "<br>\n"});
+    }
+    page.write({"  </table>\n"
+                "  </div>\n"
+                "<br />\n"
+                "<br />\n",
+                "  </p>\n"
+                "  </section>\n"});
 }
 
 void HtmlDoc::writeTitleTable(const Context &context, const QString &projectName)
 {
+    if (context.page.form.hasHeading)
+        return;
     context.out.block(R"(
   <div class="left">
   <table>
@@ -189,7 +215,7 @@ void HtmlDoc::writeTitleTable(const Context &context, const QString &projectName
   </table>
   </div>
 )",
-                      {{"project", HtmlText::escaped(projectName)}});
+                      {{"project", context.text(projectName)}});
 }
 
 void HtmlDoc::createTOC(const Context &context, quint16 index, TocGaps &gaps)
@@ -199,11 +225,12 @@ void HtmlDoc::createTOC(const Context &context, quint16 index, TocGaps &gaps)
     bool &isGapDue = index >= ObjectRanges::kProfile.first ? gaps.firstProfileObject
                                                            : gaps.firstManufacturerObject;
     if (index >= ObjectRanges::kManufacturer.first && isGapDue) {
-        context.out.raw("<br>\n");
+        context.page.write({"<br>\n", "   </ul>\n"
+                                      "   <ul>\n"});
         isGapDue = false;
     }
-    context.out.parts("<a href=\"#", quint32(index), "\">", hexIndex(index), " ",
-                      objectName(index, data.name), "</a><br>\n");
+    context.page.tocEntry(QString::number(index), hexIndex(index) + QLatin1Char(' ') +
+                                                      objectName(context, index, data.name));
 }
 
 void HtmlDoc::describeIndex(const Context &context, quint16 index)
@@ -212,7 +239,8 @@ void HtmlDoc::describeIndex(const Context &context, quint16 index)
     if (!context.store.getIndexData(context.line, index, data))
         return;
     TextWriter &out = context.out;
-    out.block(R"(
+    HtmlPage &page = context.page;
+    out.block(page.form.of({R"(
  <p>
   <table border="1">
    <tr>
@@ -223,20 +251,30 @@ void HtmlDoc::describeIndex(const Context &context, quint16 index)
     <td>$code$</td>
    </tr>
 )",
+                            R"(
+  <h3 id="$index$">$hexIndex$ $name$</h3>
+  <table>
+   <caption>Object</caption>
+   <tr>
+    <th scope="row">Object code</th>
+    <td>$code$</td>
+   </tr>
+)"}),
               {{"index", index},
                {"hexIndex", hexIndex(index)},
-               {"name", objectName(index, data.name)},
+               {"name", objectName(context, index, data.name)},
                {"code", COHelper::objectCode2String(data.objectCode)}});
     if (!data.description.isEmpty())
-        context.page.row("    <td>Description</td>\n", HtmlText::stringConvert(data.description));
+        page.row(kDescriptionLabel, page.form.description(data.description));
     out.raw("  </table>\n");
     const auto describe = [&](quint8 subIndex, const ObjectDataBase::SUBINDEX_DATA_T &sub) {
-        out.raw(" <br/>\n");
-        describeSubIndex(context, {index, subIndex, context.implementationInfo, sub});
+        page.write({" <br/>\n", ""});
+        describeSubIndex(context, {index, subIndex, context.implementationInfo, sub, page.form});
     };
     context.store.visitSubIndices(context.line, index, 0, describe);
-    out.raw(" </p>\n"
-            "  <hr />\n");
+    page.write({" </p>\n"
+                "  <hr />\n",
+                ""});
 }
 
 HTMLGenerator::HTMLGenerator()
@@ -251,26 +289,29 @@ void HTMLGenerator::resetJob()
 
 void HTMLGenerator::write(TextWriter &out)
 {
-    HtmlPage page(out);
+    const bool isPortable = readProjectFeatures(*database).hasPortableDescriptions();
+    HtmlPage page(out, isPortable ? portableHtml() : classicHtml());
     database->setDescriptionSettingsLine(activeLine);
     const HtmlDoc::Context context{*database, out, page, activeLine, implementationInfo};
 
-    page.begin("  <title>Object Dictionary Documenation of ", projectName, toolVersion);
+    page.begin({"Object Dictionary Documenation of ", "Object dictionary of "}, projectName,
+               toolVersion);
     HtmlDoc::writeGenerationTable(context, projectName);
     HtmlDoc::writeCommentTable(context);
     HtmlDoc::writeTitleTable(context, projectName);
 
     const QList<quint16> indices = database->getIndices(activeLine, ObjectRanges::kAll);
-    out.block(R"(
- <div class="toc">
-<a href="#gen">Generation Information</a><br />
-<a href="#com">Comment</a><br />
-)");
+    page.startToc();
+    page.tocEntry(QStringLiteral("gen"),
+                  QLatin1String(page.form.of({"Generation Information", "Generation information"})),
+                  "<br />\n");
+    page.tocEntry(QStringLiteral("com"), QStringLiteral("Comment"), "<br />\n");
     HtmlDoc::TocGaps gaps;
     forEach(indices, [&](quint16 index) { HtmlDoc::createTOC(context, index, gaps); });
-    out.raw("  </div>\n"
-            "  <div class=\"center\">\n");
+    page.endToc();
+    page.write({"  <div class=\"center\">\n", "  <section>\n"
+                                              "  <h2>Objects</h2>\n"});
     forEach(indices, [&](quint16 index) { HtmlDoc::describeIndex(context, index); });
-    out.raw("  </div>\n");
+    page.write({"  </div>\n", "  </section>\n"});
     page.end();
 }

@@ -1,6 +1,8 @@
 // What the HTML pages of all protocols share: head, style sheet, alternating rows, texts made fit.
 #pragma once
 
+#include "generators/descriptions/htmlform.h"
+
 #include <QString>
 
 class ObjectDataBase;
@@ -22,25 +24,45 @@ QString comment(const QString &text);
 
 } // namespace HtmlText
 
+/// The label of a description, in all kinds of tables.
+constexpr FormWord kDescriptionLabel = {"    <td>Description</td>\n",
+                                        "    <th scope=\"row\">Description</th>\n"};
+
 /// The frame of one page. Made once a page, since its rows alternate through all of its tables.
 class HtmlPage
 {
 public:
-    explicit HtmlPage(TextWriter &writer) : out(writer) {}
+    HtmlPage(TextWriter &writer, const HtmlForm &htmlForm) : form(htmlForm), out(writer) {}
 
-    /// All up to the body's tag. \a title is the line up to the project's name.
-    void begin(const char *title, const QString &projectName, const QString &toolVersion);
+    /// All up to the body's content. \a title is the line up to the project's name.
+    void begin(const FormWord &title, const QString &projectName, const QString &toolVersion);
     void end();
+
+    /// The text that the form has for a place.
+    void write(const FormWord &word);
+
+    /// The contents, by entries that link to an ID. \a end is what follows an entry in the classic
+    /// form.
+    void startToc();
+    void tocEntry(const QString &id, const QString &html, const char *end = "<br>\n");
+    void endToc();
+
+    /// The beginning of a table, which \a caption tells the subject of; its rows follow. \a tag is
+    /// that of the classic form, where the first row tells the subject.
+    void startTable(const char *tag, const QString &caption, const char *labelCell,
+                    const QString &subject);
 
     /// A row of two cells in the next colour. \a value is HTML; \a valueCell is the opening tag of
     /// its cell.
-    void row(const char *labelCell, const QString &value, const char *valueCell = "    <td>");
+    void row(const FormWord &labelCell, const QString &value, const char *valueCell = "    <td>");
 
     /// A row without cells, which takes its turn of the colours all the same.
     void emptyRow();
 
     /// Opening tag of a row, for rows that are not in turn.
     static const char *rowTag(bool isAlternate);
+
+    const HtmlForm &form;
 
 private:
     void openRow();
@@ -56,4 +78,6 @@ struct PageContext {
     HtmlPage &page;
     quint8 line;
     bool implementationInfo; ///< tell how values are stored
+
+    QString text(const QString &raw) const { return page.form.text(raw); }
 };

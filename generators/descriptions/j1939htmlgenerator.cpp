@@ -3,25 +3,39 @@
 
 #include "generators/descriptions/htmlpage.h"
 #include "generators/textwriter.h"
+#include "store/projectfeatures.h"
 #include "support/cohelper.h"
 #include "support/implementation.h"
 #include "support/numbers.h"
+
+#include <QSet>
 
 namespace
 {
 
 /// What the contents and the heading of a group show.
-QString groupTitle(quint32 pgn, const QString &name)
+QString groupTitle(const J1939HtmlDoc::Context &context, quint32 pgn, const QString &name)
 {
-    return QStringLiteral("0x") + Numbers::toHex(pgn, 4) + QLatin1Char(' ') +
-           HtmlText::escaped(name);
+    return QStringLiteral("0x") + Numbers::toHex(pgn, 4) + QLatin1Char(' ') + context.text(name);
+}
+
+/// Deliberate: in the classic form a group that is sent and received has one ID twice; held by
+/// tst_j1939documents.
+QString idOf(const J1939HtmlDoc::Context &context, quint8 direction, quint32 pgn)
+{
+    const char *const sent = context.page.form.of({"", "tx"});
+    const char *const received = context.page.form.of({"", "rx"});
+    return QLatin1String(direction == Direction::kTransmitted ? sent : received) +
+           QString::number(pgn);
 }
 
 } // namespace
 
-void J1939HtmlDoc::writeTitleTable(TextWriter &out, const QString &projectName)
+void J1939HtmlDoc::writeTitleTable(const Context &context, const QString &projectName)
 {
-    out.block(R"(
+    if (context.page.form.hasHeading)
+        return;
+    context.out.block(R"(
   <div class="center">
   <table width="600">
    <tr class="head">
@@ -30,7 +44,7 @@ void J1939HtmlDoc::writeTitleTable(TextWriter &out, const QString &projectName)
   </table>
   </div>
 )",
-              {{"project", HtmlText::escaped(projectName)}});
+                      {{"project", context.text(projectName)}});
 }
 
 void J1939HtmlDoc::createTOC(const Context &context, quint8 direction, quint32 pgn)
@@ -38,7 +52,7 @@ void J1939HtmlDoc::createTOC(const Context &context, quint8 direction, quint32 p
     ObjectDataBase::PGN group;
     if (!context.store.getPGNData(context.line, pgn, direction, group))
         return;
-    context.out.parts("<a href=\"#", pgn, "\">", groupTitle(pgn, group.name), "</a><br>\n");
+    context.page.tocEntry(idOf(context, direction, pgn), groupTitle(context, pgn, group.name));
 }
 
 void J1939HtmlDoc::describePGN(const Context &context, quint8 direction, quint32 pgn)
@@ -46,47 +60,61 @@ void J1939HtmlDoc::describePGN(const Context &context, quint8 direction, quint32
     ObjectDataBase::PGN group;
     if (!context.store.getPGNData(context.line, pgn, direction, group))
         return;
-    TextWriter &out = context.out;
-    // Deliberate: the link that ends here begins nowhere, browsers pass over it; held by
-    // tst_j1939documents.
-    out.block(R"(
+    HtmlPage &page = context.page;
+    // Deliberate: the link that ends here in the classic form begins nowhere, browsers pass over
+    // it; held by tst_j1939documents.
+    context.out.block(
+        page.form.of({R"(
  <p>
   <table border="1" width="600">
    <tr>
-    <th colspan="2" id="$pgn$"> PGN: $title$</a></th>
+    <th colspan="2" id="$id$"> PGN: $title$</a></th>
    </tr>
    <tr>
    </tr>
 )",
-              {{"pgn", pgn}, {"title", groupTitle(pgn, group.name)}});
+                      R"(
+  <h3 id="$id$">$title$</h3>
+  <table>
+   <caption>Parameter group</caption>
+   <tr>
+    <th scope="row">Direction</th>
+)"}),
+        {{"id", idOf(context, direction, pgn)}, {"title", groupTitle(context, pgn, group.name)}});
+    if (direction == Direction::kTransmitted)
+        page.write({"", "    <td>transmitted</td>\n   </tr>\n"});
+    else
+        page.write({"", "    <td>received</td>\n   </tr>\n"});
     if (!group.description.isEmpty())
-        context.page.row("    <td>Description</td>\n", HtmlText::stringConvert(group.description));
-    out.raw("  </table>\n");
+        page.row(kDescriptionLabel, page.form.description(group.description));
+    context.out.raw("  </table>\n");
     const QVector<ObjectDataBase::SPN> spns =
         context.store.getSPNRecords(context.line, pgn, direction);
     for (const ObjectDataBase::SPN &spn : spns) {
-        out.raw(" <br/>\n");
+        page.write({" <br/>\n", ""});
         describeSPN(context, spn);
     }
-    out.raw(" </p>\n"
-            "  <hr noshade width=\"600\" align=\"left\"/>\n");
+    page.write({" </p>\n"
+                "  <hr noshade width=\"600\" align=\"left\"/>\n",
+                ""});
 }
 
 void J1939HtmlDoc::describeSPN(const Context &context, const ObjectDataBase::SPN &spn)
 {
     HtmlPage &page = context.page;
-    context.out.raw("  <table border=\"1\" width=\"600\">\n");
-    page.row("    <td style=\"font-weight:bold\">SPN </td>\n", QString::number(spn.number),
-             "    <td style=\"font-weight:bold\">");
-    page.row("    <td>Name </td>\n", HtmlText::escaped(spn.name));
-    page.row("    <td width=\"250\">Data Type</td>\n",
+    page.startTable("  <table border=\"1\" width=\"600\">\n", QStringLiteral("SPN "),
+                    "    <td style=\"font-weight:bold\">SPN </td>\n", QString::number(spn.number));
+    page.row({"    <td>Name </td>\n", "    <th scope=\"row\">Name</th>\n"}, context.text(spn.name));
+    page.row({"    <td width=\"250\">Data Type</td>\n", "    <th scope=\"row\">Data type</th>\n"},
              COHelper::index2DataTypeString(static_cast<quint16>(spn.dataType)));
     page.emptyRow();
     if (context.implementationInfo) {
-        page.row("    <td>Implementation Type</td>\n",
+        page.row({"    <td>Implementation Type</td>\n",
+                  "    <th scope=\"row\">Implementation type</th>\n"},
                  COHelper::implementation2String(static_cast<quint8>(spn.implementation)));
         if (spn.implementation == Implementation::kApplicationVariable)
-            page.row("    <td>Variable Name</td>\n", HtmlText::escaped(spn.varName));
+            page.row({"    <td>Variable Name</td>\n", "    <th scope=\"row\">Variable name</th>\n"},
+                     context.text(spn.varName));
     }
     context.out.raw("  </table>\n");
 }
@@ -101,29 +129,49 @@ void J1939HTMLGenerator::resetJob()
     implementationInfo = wantsImplementationInfo();
 }
 
+QList<quint32> J1939HTMLGenerator::groupsOf(quint8 direction, const HtmlForm &form) const
+{
+    const QList<quint32> groups = database->getPGNs(activeLine, direction, false);
+    if (form.namesTwice)
+        return groups;
+    QList<quint32> once;
+    QSet<quint32> known;
+    for (const quint32 pgn : groups) {
+        if (!known.contains(pgn))
+            once << pgn;
+        known << pgn;
+    }
+    return once;
+}
+
 template <class Section>
-void J1939HTMLGenerator::forEachGroup(const Section &section) const
+void J1939HTMLGenerator::forEachGroup(const HtmlForm &form, const Section &section) const
 {
     for (const quint8 direction : {Direction::kTransmitted, Direction::kReceived})
-        forEach(database->getPGNs(activeLine, direction, false),
-                [&](quint32 pgn) { section(direction, pgn); });
+        forEach(groupsOf(direction, form), [&](quint32 pgn) { section(direction, pgn); });
 }
 
 void J1939HTMLGenerator::write(TextWriter &out)
 {
-    HtmlPage page(out);
+    const bool isPortable = readProjectFeatures(*database).hasPortableDescriptions();
+    const HtmlForm &form = isPortable ? portableHtml() : classicHtml();
+    HtmlPage page(out, form);
     database->cacheAllSpnDataForLine(activeLine);
     const J1939HtmlDoc::Context context{*database, out, page, activeLine, implementationInfo};
 
-    page.begin("  <title>PGN/SPN Documenation of ", projectName, toolVersion);
-    J1939HtmlDoc::writeTitleTable(out, projectName);
-    out.raw(" <div class=\"toc\">\n");
-    forEachGroup(
-        [&](quint8 direction, quint32 pgn) { J1939HtmlDoc::createTOC(context, direction, pgn); });
-    out.raw("  </div>\n"
-            "  <div class=\"center\">\n");
-    forEachGroup(
-        [&](quint8 direction, quint32 pgn) { J1939HtmlDoc::describePGN(context, direction, pgn); });
-    out.raw("  </div>\n");
+    page.begin({"PGN/SPN Documenation of ", "Parameter groups and signals of "}, projectName,
+               toolVersion);
+    J1939HtmlDoc::writeTitleTable(context, projectName);
+    page.startToc();
+    forEachGroup(form, [&](quint8 direction, quint32 pgn) {
+        J1939HtmlDoc::createTOC(context, direction, pgn);
+    });
+    page.endToc();
+    page.write({"  <div class=\"center\">\n", "  <section>\n"
+                                              "  <h2>Parameter groups</h2>\n"});
+    forEachGroup(form, [&](quint8 direction, quint32 pgn) {
+        J1939HtmlDoc::describePGN(context, direction, pgn);
+    });
+    page.write({"  </div>\n", "  </section>\n"});
     page.end();
 }

@@ -19,9 +19,11 @@ protected:
 private:
     void write(TextWriter &out) override;
 
+    QList<quint32> groupsOf(quint8 direction, const HtmlForm &form) const;
+
     /// Calls \a section for each group, the transmitted ones first, until the job is aborted.
     template <class Section>
-    void forEachGroup(const Section &section) const;
+    void forEachGroup(const HtmlForm &form, const Section &section) const;
 
     bool implementationInfo = false; ///< the user wants to see how values are stored
 };
@@ -32,7 +34,7 @@ namespace J1939HtmlDoc
 
 using Context = PageContext;
 
-void writeTitleTable(TextWriter &out, const QString &projectName);
+void writeTitleTable(const Context &context, const QString &projectName);
 void createTOC(const Context &context, quint8 direction, quint32 pgn);
 /// A group with its signals.
 void describePGN(const Context &context, quint8 direction, quint32 pgn);

@@ -4,6 +4,7 @@
 #include "tests/fixtures/casefile.h"
 #include "tests/fixtures/projecttext.h"
 #include "tests/fixtures/storefixture.h"
+#include "tests/fixtures/stricthtml.h"
 
 class tst_J1939Documents : public StoreTest
 {
@@ -46,6 +47,16 @@ private slots:
             "    <td>Implementation Type</td>\n    <td>Variable</td>\n   </tr>\n"
             "   <tr class=\"alt\">\n    <td>Variable Name</td>\n    <td>v&lt;a>.x</td>\n"));
         QVERIFY(page.contains("<td>Managed Variable</td>\n   </tr>\n  </table>\n"));
+    }
+
+    void portablePage()
+    {
+        buildProject(*store, "line 0 2; tx 1; spn 9 U8 2 var=v<a>.x; rx 1; spn 4 120 0");
+        QVERIFY(store->setMiscSettingsValue("description_form", "portable"));
+        J1939HTMLGenerator generator;
+        const QString page = generateWith(generator, "d<em>", "d<em>.html");
+        QCOMPARE(htmlFaults(page).join('\n'), QString());
+        QVERIFY(page.contains("<a href=\"#rx1\">") && page.contains("<caption>SPN 4</caption>"));
     }
 
     void multiLineFilesTellTheLine()

@@ -1,0 +1,95 @@
+// Objects of descriptions.
+#include "generators/descriptions/describedobject.h"
+
+#include "generators/descriptions/edsvariants.h"
+#include "support/helper.h"
+#include "support/objectindex.h"
+
+#include <algorithm>
+
+namespace
+{
+
+using EdsSections::Context;
+using EdsSections::Member;
+using EdsSections::Object;
+
+Member readMember(const Context &context, quint16 index, quint8 subIndex, EdsRole role)
+{
+    Member member = {subIndex, role, {}};
+    (void)context.store.getSubIndexData(context.line, index, subIndex, member.data); // or defaults
+    member.data.name = Helper::substituteVariables(member.data.name, index, subIndex);
+    return member;
+}
+
+/// An object of which a variant leaves out the end still gives its own highest subindex.
+void setCount(const Context &context, Object &object)
+{
+    if (object.members.isEmpty() || object.members.first().subIndex != 0 ||
+        object.index <= ObjectRanges::kCommunication.last)
+        return;
+    quint8 highest = 0;
+    for (const Member &member : qAsConst(object.members)) {
+        if (member.subIndex <= context.form.highestCount)
+            highest = member.subIndex;
+    }
+    object.members.first().data.defaultValue = QString::number(highest);
+}
+
+void readMembers(const Context &context, Object &object)
+{
+    const QList<quint8> subIndices =
+        reduceSubList(context.store, context.line, object.index,
+                      context.store.getSubIndices(context.line, object.index, 0), context.define);
+    for (const quint8 subIndex : subIndices)
+        object.members << readMember(context, object.index, subIndex,
+                                     subIndex == 0 ? EdsRole::Count : EdsRole::Value);
+    setCount(context, object);
+}
+
+/// An import takes the description of an object for that of its subindex 0 as well, so that one is
+/// enough for both.
+void removeRepetition(const EdsForm &form, Object &object)
+{
+    if (form.repeatsDescriptions || object.members.isEmpty())
+        return;
+    Member &first = object.members.first();
+    if (first.subIndex != 0 ||
+        form.descriptionLines(first.data.description) != form.descriptionLines(object.description))
+        return;
+    (object.isStructure() ? first.data.description : object.description).clear();
+}
+
+/// The first element of the device types of a CAN FD device, as the one of a classical device.
+void makeClassicalDeviceType(const Context &context, Object &object)
+{
+    object.code = CANopen::ObjectCode::Var;
+    object.description.clear();
+    object.members = {readMember(context, object.index, 1, EdsRole::Value)};
+    object.members.first().subIndex = 0;
+}
+
+} // namespace
+
+Object EdsSections::readObject(const Context &context, quint16 index)
+{
+    ObjectDataBase::INDEX_DATA_T data;
+    (void)context.store.getIndexData(context.line, index, data); // or the defaults
+    Object object;
+    object.index = index;
+    object.name = Helper::substituteVariables(data.name, index, 0);
+    object.description = data.description;
+    const bool hasMembers = context.store.getSubIndices(context.line, index, 1).size() > 0;
+    object.code = context.form.objectCode(data.objectCode, hasMembers);
+    if (!context.canFd && index == ObjectIndex::kDeviceType &&
+        data.objectCode == CANopen::ObjectCode::Array)
+        makeClassicalDeviceType(context, object);
+    else if (object.isStructure())
+        readMembers(context, object);
+    else if (object.code == CANopen::ObjectCode::Domain)
+        object.members << readMember(context, index, 0, EdsRole::Domain);
+    else if (object.code == CANopen::ObjectCode::Var)
+        object.members << readMember(context, index, 0, EdsRole::Value);
+    removeRepetition(context.form, object);
+    return object;
+}
