@@ -35,8 +35,10 @@ void Commissioning::take(ObjectDataBase &store, quint8 line,
         (void)store.setGeneralSettingsValue(
             idKey, LineList::withElement(store.getGeneralSettingsValue(idKey), line,
                                          QString::number(nodeId))); // logged there
-    (void)store.setNodeSqlValue(QStringLiteral("name"), entryOf(EdsKeys::kNodeName),
-                                QString::number(line)); // logged there
+    const QString name = entryOf(EdsKeys::kNodeName);
+    if (!name.isEmpty())
+        (void)store.setNodeSqlValue(QStringLiteral("name"), name,
+                                    QString::number(line)); // logged there
     const quint32 baudrate = numberOf(entryOf(EdsKeys::kBaudrate), kHighestBaudrate);
     if (baudrate > 0)
         (void)store.setDescriptionSettingsValue(QStringLiteral("NodeBaudrate"),
