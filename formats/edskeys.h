@@ -11,7 +11,8 @@ constexpr const char *kFileInfo = "FileInfo";
 constexpr const char *kDeviceInfo = "DeviceInfo";
 constexpr const char *kDummyUsage = "DummyUsage";
 constexpr const char *kComments = "Comments";
-constexpr const char *kDeviceComissioning = "DeviceComissioning"; ///< DCF, with one "m"
+constexpr const char *kDeviceComissioning = "DeviceComissioning";   ///< DCF, with one "m"
+constexpr const char *kDeviceCommissioning = "DeviceCommissioning"; ///< as some tools spell it
 
 // --- Entries of objects and subindices ---
 

@@ -86,7 +86,8 @@ QStringList sectionNames()
 {
     return words({EdsKeys::kFileInfo, EdsKeys::kDeviceInfo, EdsKeys::kDummyUsage,
                   EdsKeys::kComments, "StandardDataTypes", "DynamicChannels", "SupportedModules",
-                  "DeviceComissioning", "DeviceCommissioning", "ConnectedModules", "Tools"}) +
+                  EdsKeys::kDeviceComissioning, EdsKeys::kDeviceCommissioning, "ConnectedModules",
+                  "Tools"}) +
            words(kObjectLists);
 }
 

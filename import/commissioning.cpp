@@ -12,6 +12,7 @@ namespace
 {
 
 constexpr quint32 kHighestNodeId = 127;
+constexpr quint32 kNoNodeId = 255;           // of a device that gets one when it starts
 constexpr quint32 kHighestBaudrate = 0xFFFF; // kBit/s
 
 const QLatin1String kBytes("|x");
@@ -24,17 +25,24 @@ quint32 numberOf(const QString &text, quint32 highest)
     return number <= highest ? number : 0;
 }
 
+void takeNodeId(ObjectDataBase &store, quint8 line, quint32 nodeId)
+{
+    const QString key = QStringLiteral("co_node_id");
+    const QString list = store.getGeneralSettingsValue(key);
+    // A project may say the same by no number at all, beside the name of a function.
+    const bool isNews = nodeId == kNoNodeId ? !LineList::element(list, line).isEmpty()
+                                            : nodeId > 0 && nodeId <= kHighestNodeId;
+    if (isNews)
+        (void)store.setGeneralSettingsValue(
+            key, LineList::withElement(list, line, QString::number(nodeId))); // logged there
+}
+
 } // namespace
 
 void Commissioning::take(ObjectDataBase &store, quint8 line,
                          const std::function<QString(const char *key)> &entryOf)
 {
-    const QString idKey = QStringLiteral("co_node_id");
-    const quint32 nodeId = numberOf(entryOf(EdsKeys::kNodeId), kHighestNodeId);
-    if (nodeId > 0)
-        (void)store.setGeneralSettingsValue(
-            idKey, LineList::withElement(store.getGeneralSettingsValue(idKey), line,
-                                         QString::number(nodeId))); // logged there
+    takeNodeId(store, line, numberOf(entryOf(EdsKeys::kNodeId), kNoNodeId));
     const QString name = entryOf(EdsKeys::kNodeName);
     if (!name.isEmpty())
         (void)store.setNodeSqlValue(QStringLiteral("name"), name,
@@ -47,13 +55,15 @@ void Commissioning::take(ObjectDataBase &store, quint8 line,
 
 QString Commissioning::octets(const QString &value)
 {
+    QString digits = value; // some tools put blanks between the bytes
+    digits.remove(QLatin1Char(' '));
     const auto isDigit = [](QChar character) {
         const ushort code = character.toLower().unicode();
         return (code >= '0' && code <= '9') || (code >= 'a' && code <= 'f');
     };
-    const bool areBytes = !value.isEmpty() && value.size() % 2 == 0 &&
-                          std::all_of(value.begin(), value.end(), isDigit);
-    return areBytes ? kBytes + value : value;
+    const bool areBytes = !digits.isEmpty() && digits.size() % 2 == 0 &&
+                          std::all_of(digits.begin(), digits.end(), isDigit);
+    return areBytes ? kBytes + digits : value;
 }
 
 int Commissioning::sizeOf(const QString &value)

@@ -68,7 +68,9 @@ void EDSImporter::doImport()
     database->setDescriptionSettingsLine(activeLine);
     if (followsLetter)
         Commissioning::take(*database, activeLine, [this](const char *key) {
-            return source->entry(EdsKeys::kDeviceComissioning, key).value;
+            const QString value = source->entry(EdsKeys::kDeviceComissioning, key).value;
+            return value.isEmpty() ? source->entry(EdsKeys::kDeviceCommissioning, key).value
+                                   : value;
         });
     const PromisedPdos promised = importFileDeviceInfo();
     createMissingPdos(PdoDirection::Receive, promised.receive);

@@ -100,7 +100,7 @@ EdsForm makeClassic()
     };
     form.commentLines = textLines;
     form.descriptionLines = classicDescription;
-    form.ownSections = [](const QString &text, const EdsForm::IsWritten &) { return text; };
+    form.ownSections = [](const QString &text, EdsForm::IsReserved *) { return text; };
     form.hex = Numbers::toHex;
     form.name = [](const QString &text, const char *) { return oneLine(text); };
     form.objectCode = [](CANopen::ObjectCode code, bool) { return code; };

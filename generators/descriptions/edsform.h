@@ -7,7 +7,6 @@
 #include <QDateTime>
 #include <QStringList>
 
-#include <functional>
 #include <optional>
 
 /// What a subindex is to its object.
@@ -49,10 +48,10 @@ struct EdsForm : DescriptionForm {
     /// The lines of the file's comment, and those of an object's description.
     QStringList (*commentLines)(const QString &text) = nullptr;
     QStringList (*descriptionLines)(const QString &text) = nullptr;
-    /// The user's own sections; \a isWritten tells whether a section, in lower case, has been
-    /// written before.
-    using IsWritten = std::function<bool(const QString &name)>;
-    QString (*ownSections)(const QString &text, const IsWritten &isWritten) = nullptr;
+    /// The user's own sections; \a isReserved tells whether a name, in lower case, is that of
+    /// another section.
+    using IsReserved = bool(const QString &name);
+    QString (*ownSections)(const QString &text, IsReserved *isReserved) = nullptr;
 
     /// An index, or a subindex, in the name of a section.
     QString (*hex)(quint64 number, int digits) = nullptr;

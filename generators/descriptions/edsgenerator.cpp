@@ -77,7 +77,7 @@ void EDSGenerator::writeSections(TextWriter &out, const EdsForm &form)
     emit progress(25);
     forEach(objects, [&](quint16 index) { EdsSections::generateIndexSection(context, index); });
     emit progress(98);
-    EdsSections::writeAdditionalSections(context, objects);
+    EdsSections::writeAdditionalSections(context);
     problems.tell();
 }
 

@@ -285,7 +285,7 @@ void addRealLimits(const SubIndexData &data, const TypeForm &type, EdsSubTexts &
 class OwnSections
 {
 public:
-    explicit OwnSections(const EdsForm::IsWritten &known) : isWritten(known) {}
+    explicit OwnSections(EdsForm::IsReserved *reserved) : isReserved(reserved) {}
 
     void add(const QString &line)
     {
@@ -308,7 +308,7 @@ private:
                                  .left(EdsText::kLineLength - 2);
         const QString known = name.toLower().remove(QLatin1Char(' ')); // as our reader has it
         isOpen = !name.isEmpty() && line.contains(QLatin1Char(']')) && !sections.contains(known) &&
-                 !isWritten(known);
+                 !isReserved(known);
         if (!isOpen)
             return;
         sections.insert(known);
@@ -331,7 +331,7 @@ private:
                   QLatin1Char('\n');
     }
 
-    const EdsForm::IsWritten &isWritten;
+    EdsForm::IsReserved *const isReserved;
     QSet<QString> sections;
     QSet<QString> keys; ///< of the open section
     bool isOpen = false;
@@ -369,9 +369,9 @@ EdsSubTexts EdsPortable::xddTexts(const SubIndexData &data, EdsRole role)
     return textsIn(kXddNotation, data, role, false);
 }
 
-QString EdsPortable::ownSections(const QString &text, const EdsForm::IsWritten &isWritten)
+QString EdsPortable::ownSections(const QString &text, EdsForm::IsReserved *isReserved)
 {
-    OwnSections sections(isWritten);
+    OwnSections sections(isReserved);
     const QStringList lines = textLines(text);
     for (const QString &line : lines)
         sections.add(EdsText::ascii(line).trimmed());

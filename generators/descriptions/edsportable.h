@@ -17,8 +17,8 @@ EdsSubTexts texts(const SubIndexData &data, EdsRole role, bool isConfiguration);
 /// and times.
 EdsSubTexts xddTexts(const SubIndexData &data, EdsRole role);
 
-/// The sections, entries and comments of \a text, each once; not those that \a isWritten knows, and
-/// nothing that stands outside of a section.
-QString ownSections(const QString &text, const EdsForm::IsWritten &isWritten);
+/// The sections, entries and comments of \a text, each once; not those that \a isReserved knows,
+/// and nothing that stands outside of a section.
+QString ownSections(const QString &text, EdsForm::IsReserved *isReserved);
 
 } // namespace EdsPortable

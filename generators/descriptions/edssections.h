@@ -38,7 +38,7 @@ void writeFileInfo(const Context &context); ///< with the file's comments
 void writeDeviceInfo(const Context &context, const QList<quint16> &objects);
 void writeDummyUsage(const Context &context);
 void generateObjectLists(const Context &context, const QList<quint16> &objects);
-void writeAdditionalSections(const Context &context, const QList<quint16> &objects);
+void writeAdditionalSections(const Context &context);
 /// The place of the device in its network, of a configuration.
 void writeCommissioning(const Context &context);
 

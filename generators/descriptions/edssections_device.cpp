@@ -1,6 +1,5 @@
 // What an electronic data sheet says about its file and its device.
 #include "formats/edskeys.h"
-#include "formats/edsobjects.h"
 #include "generators/descriptions/edssections.h"
 #include "generators/generationdate.h"
 #include "generators/textwriter.h"
@@ -9,6 +8,7 @@
 #include "support/objectindex.h"
 
 #include <QCoreApplication>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -82,16 +82,27 @@ void writeObjectList(const Context &context, const char *head, const QList<quint
     context.out.raw("\n");
 }
 
-/// Is it a section that stands in each file, beside those of objects? \a name is in lower case.
-bool isOwnSection(const QString &name)
+/// Would readers take the section for one of an object, or of a list of its members? Some need no
+/// more than hexadecimal digits, and reject the file if the section does not describe an object.
+bool isTakenForObject(const QString &name)
 {
+    static const QRegularExpression pattern(QRegularExpression::anchoredPattern(
+        QStringLiteral("(0x)?([0-9a-f]+|[0-9a-f]{4}(sub|name|value|denotation|objectlinks).*)")));
+    return pattern.match(name).hasMatch();
+}
+
+/// Does a section of the file have the name, or one with a meaning of its own? \a name is in lower
+/// case.
+bool isReserved(const QString &name)
+{
+    constexpr const char *kDefaults = "DEFAULT"; // some readers add its entries to all sections
     for (const char *own : {EdsKeys::kFileInfo, EdsKeys::kDeviceInfo, EdsKeys::kDummyUsage,
                             EdsKeys::kComments, EdsKeys::kDeviceComissioning, "MandatoryObjects",
-                            "OptionalObjects", "ManufacturerObjects"}) {
+                            "OptionalObjects", "ManufacturerObjects", kDefaults}) {
         if (name == QString::fromLatin1(own).toLower())
             return true;
     }
-    return false;
+    return isTakenForObject(name);
 }
 
 /// 255 is that of a device that has none yet, or gets it when it starts.
@@ -229,15 +240,10 @@ void EdsSections::generateObjectLists(const Context &context, const QList<quint1
     writeObjectList(context, "[OptionalObjects]\n", optional);
 }
 
-void EdsSections::writeAdditionalSections(const Context &context, const QList<quint16> &objects)
+void EdsSections::writeAdditionalSections(const Context &context)
 {
     const QString sections = setting(context, "AdditionalSections");
-    const auto isWritten = [&objects](const QString &name) {
-        const EdsAddress address = EdsAddress::of(name);
-        return address.kind == EdsAddress::Kind::Other ? isOwnSection(name)
-                                                       : objects.contains(address.index);
-    };
-    const QString kept = context.form.ownSections(sections, isWritten);
+    const QString kept = context.form.ownSections(sections, isReserved);
     if (!kept.isEmpty())
         context.out.parts(kept, "\n");
 }

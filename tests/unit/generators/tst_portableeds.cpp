@@ -91,7 +91,10 @@ private slots:
                        QString::fromUtf8(" M\xc3\xbchle #1\n[x]\xe2\x80\x94\xe6\xb8\xa9"));
         setDescription("Comment", "a\n\n;b");
         setDescription("FileRevision", "");
-        setDescription("AdditionalSections", "x=1\n[FileInfo]\nx=1\n[Own]\nk =v\nK=w\n[own]\n;c");
+        QString sections = "x=1\n[Own]\nk =v\nK=w\n[own]\n;c";
+        for (const char *reserved : {"FileInfo", "DEFAULT", "FADE", "ADC", "2ABCsub1", "2abcName"})
+            sections += QString("\n[%1]\nx=1").arg(reserved);
+        setDescription("AdditionalSections", sections);
         const QString text = generate(0, false);
         for (const char *line :
              {"OrderCode=", "VendorName=Muhle#1 [x]-?", "Lines=2", "Line2=;b", "FileRevision=0",
@@ -140,6 +143,12 @@ private slots:
             QCOMPARE(subOf(*store, 0, 0x2000, 0).defaultValue, isPortable ? "|x4162" : "4162");
             QCOMPARE(subOf(*store, 0, 0x2000, 0).size, isPortable ? 2u : 4u);
         }
+        QByteArray other = readFile(fixture.path("back.dcf")); // as some tools write it
+        other.replace("eComissioning]", "eCommissioning]").replace("NodeID=5", "NodeID=255");
+        QVERIFY(writeFile(fixture.path("back.dcf"), other.replace("=4162", "=43 44")));
+        import();
+        QCOMPARE(store->getGeneralSettingsValue("co_node_id"), "255");
+        QCOMPARE(subOf(*store, 0, 0x2000, 0).defaultValue, "|x4344");
     }
 
 private:
