@@ -92,46 +92,17 @@ private:
     bool started = false;
 };
 
-/// A value as text. One with commas that stands without quotes is a list in the file.
-QString textOf(const QVariant &value)
-{
-    return value.type() == QVariant::StringList ? value.toStringList().join(QLatin1Char(','))
-                                                : value.toString();
-}
-
-/// Calls \a apply with each row, whose keys are "number/column", or have two numbers; and \a skip
-/// with what has more or fewer. Cells of a row that stand apart in the file come as two rows.
+/// Calls \a apply with each row whose key has so many \a numbers, and \a skip with the others.
 template <class Apply, class Skip>
 void forEachRow(const QVector<IniText::Entry> &entries, int numbers, Apply apply, Skip skip)
 {
-    QString place; // "0x1018/0x1"
-    TextRow row;
-    const auto finishRow = [&]() {
-        row.numbers = place.split(QLatin1Char('/'));
-        if (!row.cells.isEmpty() && row.numbers.size() == numbers)
-            apply(row);
-        else if (!row.cells.isEmpty())
-            skip(row);
-        row.cells.clear();
-        row.lists.clear();
-    };
-    for (const IniText::Entry &entry : entries) {
-        const QString key = entry.key();
-        const int slash = key.lastIndexOf(QLatin1Char('/'));
-        const QStringRef prefix = key.leftRef(qMax(slash, 0));
-        if (prefix != place) {
-            finishRow();
-            place = prefix.toString();
-        }
-        if (row.cells.isEmpty())
-            row.first = &entry;
-        const QVariant value = entry.value();
-        const bool isBytes = value.type() == QVariant::ByteArray;
-        if (value.type() == QVariant::StringList)
-            row.lists.append(row.cells.size());
-        row.cells.append({key.mid(slash + 1), isBytes ? value : QVariant(textOf(value))});
+    TextRows rows(entries);
+    while (rows.next()) {
+        if (rows.row().numbers.size() == numbers)
+            apply(rows.row());
+        else
+            skip(rows.row());
     }
-    finishRow();
 }
 
 } // namespace

@@ -1,20 +1,8 @@
 // What the sources of DatabaseTextConverter share.
 #pragma once
 
-#include "formats/initext.h"
-#include "store/objectdatabase.h"
+#include "store/textrows.h"
 #include "support/numbers.h"
-
-#include <QStringList>
-#include <QVector>
-
-/// A row as the text form has it.
-struct TextRow {
-    QStringList numbers; ///< of its key
-    QVector<ObjectDataBase::ColumnValue> cells;
-    const IniText::Entry *first = nullptr; ///< the entry of the first cell; the others follow it
-    QVector<int> lists;                    ///< cells with commas and without quotation marks
-};
 
 namespace TextForm
 {

@@ -2,30 +2,6 @@
 // cached line as it keeps its rows, so a reader never meets an older state.
 #include "store/objectdatabase_p.h"
 
-namespace
-{
-
-constexpr QString SubIndexData::*kRepeatedTexts[] = {
-    &SubIndexData::accessType, &SubIndexData::allowedAccessTypes, &SubIndexData::lowLimit,
-    &SubIndexData::upLimit,    &SubIndexData::defaultValue,       &SubIndexData::currentValue,
-};
-using TextsOfRow = std::array<QString, std::size(kRepeatedTexts)>;
-
-/// Most subindices have some texts of the one before; they then share its memory, which keeps a
-/// large project small and close together.
-void shareTexts(SubIndexData &record, TextsOfRow &previous)
-{
-    for (size_t i = 0; i < previous.size(); ++i) {
-        QString &text = record.*kRepeatedTexts[i];
-        if (text == previous[i])
-            text = previous[i];
-        else
-            previous[i] = text;
-    }
-}
-
-} // namespace
-
 const LineCache *StorePrivate::completeCache(quint8 line) const
 {
     const auto cache = cachedSubs.constFind(line);
@@ -54,41 +30,23 @@ void StorePrivate::refreshCachedName(quint8 line, quint16 index, quint8 sub,
         *cached = data.denotation.isEmpty() ? data.name : data.denotation;
 }
 
-bool StorePrivate::readSubs(quint8 line, quint16 index, bool mostlyDefault, SubTable &subs)
+bool StorePrivate::readSubs(quint8 line, quint16 index, SubTable &subs)
 {
-    QVector<const Column<SubIndexData> *> fields;
-    QStringList names;
-    Cells values;
-    for (const Column<SubIndexData> &field : kSubIndexColumns) {
-        if (field.mostlyDefault != mostlyDefault)
-            continue;
-        fields << &field;
-        names << QLatin1String(field.name);
-        if (mostlyDefault)
-            values << field.get(SubIndexData());
-    }
-    QString sql = QStringLiteral("select objectindex,subindex,%1 from %2 %3 where %4")
-                      .arg(names.join(QLatin1Char(',')), Schema::table("SubObjects", line),
-                           // All rows come faster in the order in which they lie.
-                           index ? QString() : QStringLiteral("not indexed"),
-                           QLatin1String(Schema::kSubIndexInRange));
-    if (mostlyDefault)
-        sql += QStringLiteral(" and (%1 is not ?)").arg(names.join(QLatin1String(" is not ? or ")));
-    if (index) {
-        sql += QStringLiteral(" and objectindex = ?");
-        values << index;
-    }
-    Statement statement(*this, sql, values);
-    TextsOfRow previous{};
-    while (statement.next()) {
-        SubIndexData &record = subs.record(static_cast<quint16>(statement.value(0).toUInt()),
-                                           static_cast<quint8>(statement.value(1).toUInt()));
+    const QString sql = QStringLiteral("select objectindex,subindex,%1 from %2 %3 where %4%5")
+                            .arg(columnList(kSubIndexColumns), Schema::table("SubObjects", line),
+                                 // All rows come faster in the order in which they lie.
+                                 index ? QString() : QStringLiteral("not indexed"),
+                                 QLatin1String(Schema::kSubIndexInRange),
+                                 index ? QStringLiteral(" and objectindex = ?") : QString());
+    RowReader rows(*this, sql, index ? Cells{index} : Cells());
+    while (rows.next()) {
+        SubIndexData &record = subs.record(static_cast<quint16>(rows.value(0).toUInt()),
+                                           static_cast<quint8>(rows.value(1).toUInt()));
         int i = 2;
-        for (const Column<SubIndexData> *field : qAsConst(fields))
-            readColumn(*field, record, statement.value(i++));
-        shareTexts(record, previous);
+        for (const Column<SubIndexData> &field : kSubIndexColumns)
+            readColumn(field, record, rows.value(i++));
     }
-    return statement.ok();
+    return rows.ok();
 }
 
 void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
@@ -102,10 +60,9 @@ void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
     cache.complete = index == 0;
     if (!d->stringsComplete)
         cacheStrings();
-    (void)d->readSubs(line, index, false, cache.subs); // what cannot be read is not there
-    (void)d->readSubs(line, index, true, cache.subs);
+    (void)d->readSubs(line, index, cache.subs); // what cannot be read is not there
     if (cache.complete) {
-        Statement statement(
+        RowReader statement(
             *d, QStringLiteral("select objectindex,%1 from %2 where %3 order by objectindex")
                     .arg(columnList(kIndexColumns), Schema::table("Objects", line),
                          QLatin1String(Schema::kIndexInRange)));
@@ -144,7 +101,7 @@ void ObjectDataBase::cacheAllSubNames(quint8 line, quint16 index)
         }
         return;
     }
-    Statement statement(*d,
+    RowReader statement(*d,
                         QStringLiteral("select denotation,name,objectindex,subindex from %1%2")
                             .arg(Schema::table("SubObjects", line),
                                  index ? QStringLiteral(" where objectindex = ?") : QString()),

@@ -384,7 +384,7 @@ private:
                            const QString &condition, const Cells &values) const
     {
         QVector<Record> records;
-        Statement statement(d,
+        RowReader statement(d,
                             QStringLiteral("select %1 from %2 %3")
                                 .arg(columnList(columns), Schema::table(table, line), condition),
                             values);

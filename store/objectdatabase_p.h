@@ -6,6 +6,7 @@
 #include "store/objectdatabase.h"
 #include "store/projectfile.h"
 #include "store/rowinserter.h"
+#include "store/rowreader.h"
 #include "store/schema.h"
 #include "store/subtable.h"
 #include "store/temporaryfiles.h"
@@ -79,6 +80,15 @@ struct TextFault {
     QVariant read; ///< what a number column has in its place
 };
 
+/// A cell of the text form and what its row gets. Most rows have the same cells as the one before.
+struct KnownTextCell {
+    ObjectDataBase::ColumnValue given;
+    bool isTextRow = false;
+    bool isKnown = false; ///< all rows with this cell get the same
+    int column = -1;      ///< of the record; -1: there is none of that name
+    QVariant written;     ///< invalid if the cell is left out
+};
+
 class StorePrivate
 {
 public:
@@ -126,6 +136,7 @@ public:
     /// Makes a thread that does not hold the block wait for it.
     void awaitUnblocked();
     void noteFailure(const QSqlQuery &query);
+    void noteFailure(const QString &sql, const QString &reason, int code);
     QStringList columnNames(const QString &table); ///< empty if there is no such table
     /// All cells of a query as text, a list a row.
     QVector<QStringList> allRows(const QString &sql);
@@ -150,16 +161,17 @@ public:
     /// The text that a cell of a StringId column names, the cell itself of any other.
     template <class Record>
     void readColumn(const Column<Record> &field, Record &record, const QVariant &cell);
+    template <class Record>
+    void readColumn(const Column<Record> &field, Record &record, const RowCell &cell);
     /// The value to bind for a column of \a record.
     template <class Record>
     QVariant cellOf(const Column<Record> &field, const Record &record);
     /// The cached record, or null if the line or the subindex is not cached.
     const SubIndexData *cachedSub(quint8 line, quint16 index, quint8 sub) const;
     SubIndexData *cachedSub(quint8 line, quint16 index, quint8 sub);
-    /// Reads the subindices of a line, or of one object if \a index is not 0, into \a subs: all
-    /// rows without the columns that are mostly default, or those columns of the rows that differ.
-    /// False if they cannot be read.
-    bool readSubs(quint8 line, quint16 index, bool mostlyDefault, SubTable &subs);
+    /// Reads the subindices of a line, or of one object if \a index is not 0, into \a subs. False
+    /// if they cannot be read.
+    bool readSubs(quint8 line, quint16 index, SubTable &subs);
     void refreshCachedName(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
 
     // --- rows ---
@@ -192,6 +204,10 @@ public:
                       const QVector<ObjectDataBase::ColumnValue> &values, bool isTextRow);
     template <class Record>
     QVariant textCell(const Column<Record> &field, const QVariant &given, bool isTextRow);
+    /// Reads what is given of a cell, the one of that \a number in its row.
+    template <class Record, size_t N>
+    void readTextCell(const Column<Record> (&columns)[N], int number, bool isTextRow,
+                      KnownTextCell *cell);
     /// Fills textFaults for cells of a line, which are not written as a row.
     void findNodeFaults(const QVector<ObjectDataBase::ColumnValue> &values);
 
@@ -233,7 +249,9 @@ public:
     QPair<QString, QString> lastEscape; ///< of escapedText()
     QPair<QString, QString> tempMetadata;
     std::optional<SavedObject> savedObject;
-    QVector<TextFault> textFaults; ///< of the last row that writeTextRow() wrote
+    QVector<TextFault> textFaults;         ///< of the last row that writeTextRow() wrote
+    QVector<KnownTextCell> lastTextObject; ///< the cells of that row
+    QVector<KnownTextCell> lastTextSubIndex;
     quint8 descriptionLine = 0;
     /// A statement failed because the file is no sound database or the disk is full: what the store
     /// holds is not the project any more, and must not replace the user's file.
@@ -250,10 +268,10 @@ public:
     QList<quintptr> blockingThreads;
     int batchDepth = 0;
 
-    QHash<QString, QSqlQuery> prepared;    ///< by their text; lent to a Statement while it lives
-    std::optional<QSqlQuery> stringInsert; ///< kept apart: texts are added more often than all else
-    QHash<int, RowInserter> inserters;     ///< by kind and line
-    QHash<QString, int> keyWrites;         ///< by table; see addKeyIndex()
+    QHash<QString, QSqlQuery> prepared; ///< by their text; lent to a Statement while it lives
+    SqliteConnection sqlite;            ///< of db, for RowReaders
+    QHash<int, RowInserter> inserters;  ///< by kind and line
+    QHash<QString, int> keyWrites;      ///< by table; see addKeyIndex()
     QHash<QString, int> stringIds;
     QHash<int, QString> strings;
     bool stringsComplete = false; ///< both maps hold all rows of the table
@@ -279,10 +297,11 @@ public:
     Statement(const Statement &) = delete;
     Statement &operator=(const Statement &) = delete;
 
-    bool ok() const { return succeeded; }
-    bool next() { return succeeded && query.next(); }
+    bool ok() const { return succeeded; } ///< so far: a row further down may fail
+    bool next();
     QVariant value(int column) const { return query.value(column); }
     int columnCount() const { return query.record().count(); }
+    int insertedRow() const { return query.lastInsertId().toInt(); }
     int affectedRows() const { return query.numRowsAffected(); }
 
 private:
@@ -300,6 +319,15 @@ void StorePrivate::readColumn(const Column<Record> &field, Record &record, const
         field.set(record, owner->getString(cell.toInt()));
     else
         field.set(record, cell);
+}
+
+template <class Record>
+void StorePrivate::readColumn(const Column<Record> &field, Record &record, const RowCell &cell)
+{
+    if (field.coding == Coding::StringId)
+        field.set(record, owner->getString(cell.toInt()));
+    else
+        field.read(record, cell);
 }
 
 template <class Record>

@@ -47,7 +47,7 @@ template <class Record, size_t N, class Take>
 bool readRows(StorePrivate &store, const QString &table, const char *key,
               const Column<Record> (&columns)[N], const Take &take, const char *condition = "1")
 {
-    Statement rows(
+    RowReader rows(
         store, QStringLiteral("select %1,%2 from %3 where %4 order by %1")
                    .arg(QLatin1String(key), columnList(columns), table, QLatin1String(condition)));
     while (rows.next()) {
@@ -69,7 +69,7 @@ bool readObjects(StorePrivate &store, quint8 line, std::map<quint16, ObjectRecor
         },
         Schema::kIndexInRange);
     SubTable subs;
-    if (!store.readSubs(line, 0, false, subs) || !store.readSubs(line, 0, true, subs))
+    if (!store.readSubs(line, 0, subs))
         return false;
     for (const auto &[index, members] : subs) {
         ObjectRecord &object =

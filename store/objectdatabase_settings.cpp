@@ -120,7 +120,7 @@ QHash<QString, QString> &StorePrivate::settings(SettingsStore store)
     QHash<QString, QString> &cache = settingsCache[number];
     if (!settingsRead[number]) {
         cache.clear();
-        Statement statement(
+        RowReader statement(
             *this,
             QStringLiteral("select item,value from %1").arg(QLatin1String(rowOf(store).table)));
         while (statement.next())

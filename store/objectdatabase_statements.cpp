@@ -32,8 +32,10 @@ bool StorePrivate::openConnection(const QString &file)
     databaseFile = file;
     db.setDatabaseName(file);
     // An empty name would open a private database in memory that nothing could be saved from.
-    if (!file.isEmpty() && db.open())
+    if (!file.isEmpty() && db.open()) {
+        sqlite.open(db);
         return true;
+    }
     failure = db.lastError().text();
     qCWarning(lcStore) << "cannot open" << file << failure;
     return false;
@@ -42,9 +44,9 @@ bool StorePrivate::openConnection(const QString &file)
 void StorePrivate::closeConnection()
 {
     prepared.clear();
+    sqlite.close();
     inserters.clear();
     keyWrites.clear();
-    stringInsert.reset();
     if (!isBorrowed)
         db.close();
     isBorrowed = false;
@@ -119,11 +121,15 @@ void StorePrivate::awaitUnblocked()
 void StorePrivate::noteFailure(const QSqlQuery &query)
 {
     const QSqlError error = query.lastError();
-    failure = error.databaseText();
-    qCWarning(lcStore) << "statement failed:" << query.lastQuery() << error.text();
-    const int code = error.nativeErrorCode().toInt() & 0xFF;
+    noteFailure(query.lastQuery(), error.databaseText(), error.nativeErrorCode().toInt());
+}
+
+void StorePrivate::noteFailure(const QString &sql, const QString &reason, int code)
+{
+    failure = reason;
+    qCWarning(lcStore) << "statement failed:" << sql << reason;
     for (const int unsound : kUnsound)
-        damaged = damaged || code == unsound;
+        damaged = damaged || (code & 0xFF) == unsound;
 }
 
 void StorePrivate::addKeyIndex(const QString &table, const QString &keyColumns)
@@ -182,6 +188,16 @@ Statement::Statement(StorePrivate &privateStore, const QString &sql, const Cells
     for (int i = 0; i < values.size(); ++i)
         query.bindValue(i, values.at(i));
     succeeded = prepared && store.runPrepared(query);
+}
+
+bool Statement::next()
+{
+    if (!succeeded || query.next())
+        return succeeded;
+    succeeded = !query.lastError().isValid();
+    if (!succeeded)
+        store.noteFailure(query);
+    return false;
 }
 
 Statement::~Statement()

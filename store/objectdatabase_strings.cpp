@@ -28,19 +28,19 @@ void ObjectDataBase::prepareQuotationMark(QString &text) const
     text.replace(QLatin1Char('\''), QLatin1String("''"));
 }
 
-int StorePrivate::insertString(const QString &text)
+int StorePrivate::insertString(const QString &given)
 {
-    if (!stringInsert) {
-        stringInsert.emplace(db);
-        if (!stringInsert->prepare(QStringLiteral("insert into Strings values(NULL,:text)")))
-            noteFailure(*stringInsert);
+    const QString sql = QStringLiteral("insert into Strings values(NULL,?)");
+    const QVariant text = given.isNull() ? QVariant(QLatin1String("")) // a null would be NULL
+                                         : QVariant(given);
+    awaitUnblocked();
+    const SqliteStatement direct = sqlite.isOpen() ? sqlite.take(sql) : nullptr;
+    if (direct && SqliteConnection::bind(direct, 1, text) && SqliteConnection::run(direct)) {
+        sqlite.giveBack(sql, direct);
+        return int(sqlite.lastRowId());
     }
-    stringInsert->bindValue(QStringLiteral(":text"),
-                            text.isNull() ? QStringLiteral("") : text); // a null would be NULL
-    const bool done = runPrepared(*stringInsert);
-    const int id = done ? stringInsert->lastInsertId().toInt() : -1;
-    stringInsert->finish();
-    return id;
+    const Statement statement(*this, sql, {text});
+    return statement.ok() ? statement.insertedRow() : -1;
 }
 
 int ObjectDataBase::getStringId(const QString &text)
@@ -78,6 +78,8 @@ void StorePrivate::forgetStrings()
 {
     stringIds.clear();
     strings.clear();
+    lastTextObject.clear(); // they hold numbers of texts
+    lastTextSubIndex.clear();
     stringsComplete = false;
 }
 
@@ -87,7 +89,7 @@ void ObjectDataBase::cacheStrings()
     if (d->stringsComplete)
         return;
     d->forgetStrings();
-    Statement statement(*d, QStringLiteral("select id,string from Strings order by id"));
+    RowReader statement(*d, QStringLiteral("select id,string from Strings order by id"));
     while (statement.next()) {
         const int id = statement.value(0).toInt();
         const QString text = statement.value(1).toString();
@@ -100,7 +102,7 @@ void ObjectDataBase::cacheStrings()
 
 bool StorePrivate::dropUsedStrings(const QString &columns, const QString &table, QSet<int> *ids)
 {
-    Statement rows(*this, QStringLiteral("select %1 from %2").arg(columns, table));
+    RowReader rows(*this, QStringLiteral("select %1 from %2").arg(columns, table));
     const int count = columns.count(QLatin1Char(',')) + 1;
     while (rows.next()) {
         for (int i = 0; i < count; ++i)
@@ -113,7 +115,7 @@ void ObjectDataBase::cleanUpStrings()
 {
     QSet<int> unused;
     {
-        Statement rows(*d, QStringLiteral("select id from Strings"));
+        RowReader rows(*d, QStringLiteral("select id from Strings"));
         while (rows.next())
             unused.insert(rows.value(0).toInt());
     }

@@ -123,6 +123,14 @@ void noteUnfit(const Column<Record> &field, const QVariant &given, const QVarian
         faults->append({number, TextFault::Kind::NoObjectType, read});
 }
 
+/// Do both values hold the same text, and not only an equal one?
+bool isSharedText(const QVariant &one, const QVariant &other)
+{
+    return one.type() == QVariant::String && other.type() == QVariant::String &&
+           static_cast<const QString *>(one.constData())->constData() ==
+               static_cast<const QString *>(other.constData())->constData();
+}
+
 } // namespace
 
 /// The value of a given cell to bind; invalid if the cell is to be left out.
@@ -144,30 +152,54 @@ QVariant StorePrivate::textCell(const Column<Record> &field, const QVariant &giv
 }
 
 template <class Record, size_t N>
-bool StorePrivate::writeTextRow(const Column<Record> (&known)[N], RowInserter &rows, Cells cells,
+void StorePrivate::readTextCell(const Column<Record> (&columns)[N], int number, bool isTextRow,
+                                KnownTextCell *cell)
+{
+    const int faults = textFaults.size();
+    const Column<Record> *field = findColumn(columns, cell->given.column);
+    cell->isTextRow = isTextRow;
+    cell->column = field && cell->given.value.isValid() ? int(field - columns) : -1;
+    cell->isKnown = false;
+    if (cell->column < 0) {
+        textFaults.append({number, TextFault::Kind::NoColumn, QVariant()});
+        return;
+    }
+    cell->written = textCell(*field, cell->given.value, isTextRow);
+    noteUnfit(*field, cell->given.value, cell->written, number, &textFaults);
+    // A text with an apostrophe gets a row at each call of getStringId().
+    const bool hasApostrophe = cell->given.value.toString().contains(QLatin1Char('\''));
+    cell->isKnown = faults == textFaults.size() && field->coding != Coding::Blob &&
+                    !(field->coding == Coding::StringId && hasApostrophe);
+}
+
+template <class Record, size_t N>
+bool StorePrivate::writeTextRow(const Column<Record> (&columns)[N], RowInserter &rows, Cells cells,
                                 const QVector<ObjectDataBase::ColumnValue> &values, bool isTextRow)
 {
+    auto &last = std::is_same_v<Record, IndexData> ? lastTextObject : lastTextSubIndex;
     const int keyColumns = cells.size();
     cells.resize(keyColumns + int(N));
+    last.resize(values.size());
     textFaults.clear();
     for (int i = 0; i < values.size(); ++i) {
-        const ObjectDataBase::ColumnValue &value = values.at(i);
-        const Column<Record> *field = findColumn(known, value.column);
-        if (!field || !value.value.isValid()) {
-            textFaults.append({i, TextFault::Kind::NoColumn, QVariant()});
-            continue;
+        KnownTextCell &cell = last[i];
+        if (!cell.isKnown || cell.isTextRow != isTextRow ||
+            cell.given.column != values.at(i).column ||
+            !isSharedText(cell.given.value, values.at(i).value)) {
+            cell.given = values.at(i);
+            readTextCell(columns, i, isTextRow, &cell);
         }
-        QVariant cell = textCell(*field, value.value, isTextRow);
-        noteUnfit(*field, value.value, cell, i, &textFaults);
-        QVariant &place = cells[keyColumns + int(field - known)];
+        if (cell.column < 0)
+            continue;
+        QVariant &place = cells[keyColumns + cell.column];
         if (place.isValid())
             textFaults.append({i, TextFault::Kind::Doubled, QVariant()});
-        place = std::move(cell);
+        place = cell.written;
     }
     quint32 kept = 0;
     for (int i = 0; i < int(N); ++i) {
         QVariant &cell = cells[keyColumns + i];
-        if (!cell.isNull() || !QLatin1String(known[i].type).endsWith(QLatin1String("not null")))
+        if (!cell.isNull() || !QLatin1String(columns[i].type).endsWith(QLatin1String("not null")))
             continue;
         if (!cell.isValid())
             kept |= RowInserter::bit(keyColumns + i);

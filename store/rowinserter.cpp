@@ -61,10 +61,8 @@ RowInserter::RowInserter(const QString &tableName, const QStringList &columnName
       conflict(onConflict)
 {
     Q_ASSERT(columns.size() <= 32 && usual.size() == columns.size());
-    for (const QVariant &value : qAsConst(usual)) {
-        placeHolders << QStringLiteral(":c%1").arg(literals.size());
+    for (const QVariant &value : qAsConst(usual))
         literals << literalOf(value);
-    }
 }
 
 bool RowInserter::write(StorePrivate &store, const QVector<QVariant> &cells, quint32 kept)
@@ -81,31 +79,44 @@ bool RowInserter::write(StorePrivate &store, const QVector<QVariant> &cells, qui
     }
     if (statements.size() >= kMaxShapes && !statements.contains(shape))
         shape.literal = 0;
-    QSqlQuery query = statement(store, shape);
     const quint32 bound = shape.given & ~shape.literal;
-    for (int i = 0; i < cells.size(); ++i) {
+    const Prepared &prepared = preparedFor(store, shape);
+    bool done = prepared.statement != nullptr;
+    int place = 0; // the place holders stand in the order of the cells
+    for (int i = 0; done && i < cells.size(); ++i) {
         if (bound & bit(i))
-            query.bindValue(placeHolders.at(i), cells.at(i));
+            done = SqliteConnection::bind(prepared.statement, ++place, cells.at(i));
     }
-    const bool done = store.runPrepared(query);
-    query.finish();
-    return done;
+    if (done) {
+        store.awaitUnblocked();
+        done = SqliteConnection::run(prepared.statement);
+    }
+    return done || runByDriver(store, prepared.text, cells, bound);
 }
 
-QSqlQuery RowInserter::statement(StorePrivate &store, const Shape &shape)
+bool RowInserter::runByDriver(StorePrivate &store, const QString &text,
+                              const QVector<QVariant> &cells, quint32 bound)
 {
-    const auto known = statements.find(shape);
-    if (known != statements.end())
-        return *known;
-    if (statements.size() >= 2 * kMaxShapes)
-        statements.clear();
-    QSqlQuery query(store.db);
-    query.setForwardOnly(true);
-    if (query.prepare(statementText(shape)))
-        statements.insert(shape, query);
-    else
-        store.noteFailure(query); // not kept: the table may come with its line
-    return query;
+    Cells values;
+    for (int i = 0; i < cells.size(); ++i) {
+        if (bound & bit(i))
+            values << cells.at(i);
+    }
+    return store.exec(text, values);
+}
+
+RowInserter::Prepared &RowInserter::preparedFor(StorePrivate &store, const Shape &shape)
+{
+    auto known = statements.find(shape);
+    if (known == statements.end()) {
+        if (statements.size() >= 2 * kMaxShapes)
+            statements.clear();
+        known = statements.insert(shape, {statementText(shape), nullptr});
+    }
+    // Tried again if it failed, for the table may come with its line.
+    if (!known->statement && store.sqlite.isOpen())
+        known->statement = store.sqlite.take(known->text);
+    return *known;
 }
 
 QString RowInserter::statementText(const Shape &shape) const
@@ -117,7 +128,7 @@ QString RowInserter::statementText(const Shape &shape) const
         if (!(shape.given & bit(i)))
             continue;
         names << columns.at(i);
-        values << (shape.literal & bit(i) ? literals.at(i) : placeHolders.at(i));
+        values << (shape.literal & bit(i) ? literals.at(i) : QStringLiteral("?"));
         if (i >= keyColumns && !(shape.kept & bit(i)))
             updates << QStringLiteral("%1=excluded.%1").arg(columns.at(i));
     }

@@ -1,8 +1,9 @@
 // Inserts the rows of one table.
 #pragma once
 
+#include "store/sqliteconnection.h"
+
 #include <QHash>
-#include <QSqlQuery>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -49,7 +50,15 @@ private:
         }
     };
 
-    QSqlQuery statement(StorePrivate &store, const Shape &shape);
+    struct Prepared {
+        QString text;
+        SqliteStatement statement; ///< null if the driver has to run it
+    };
+
+    /// Also says why a statement fails.
+    static bool runByDriver(StorePrivate &store, const QString &text,
+                            const QVector<QVariant> &cells, quint32 bound);
+    Prepared &preparedFor(StorePrivate &store, const Shape &shape);
     QString statementText(const Shape &shape) const;
 
     QString table;
@@ -57,7 +66,6 @@ private:
     int keyColumns;
     QVector<QVariant> usual;
     QStringList literals;
-    QStringList placeHolders; ///< by name, which Qt finds faster than by position
     Conflict conflict;
-    QHash<Shape, QSqlQuery> statements;
+    QHash<Shape, Prepared> statements;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "store/records.h"
+#include "store/rowreader.h"
 
 #include <QVariant>
 
@@ -20,7 +21,7 @@ struct Column {
     Coding coding;
     QVariant (*get)(const Record &);
     void (*set)(Record &, const QVariant &);
-    bool mostlyDefault = false; ///< few rows differ from a record made anew; see readSubs()
+    void (*read)(Record &, const RowCell &); ///< does the same
 };
 
 /// A string map as the bytes that a project keeps; an empty map gives no bytes.
@@ -46,8 +47,9 @@ QVariant toCell(const T &value)
 }
 
 /// NULL reads as zero or as an empty text, which is also what it becomes in the text form.
-template <class T>
-T fromCell(const QVariant &cell)
+/// \a Cell is a QVariant or a RowCell.
+template <class T, class Cell>
+T fromCell(const Cell &cell)
 {
     if constexpr (std::is_same_v<T, QString>)
         return cell.toString();
@@ -75,18 +77,14 @@ template <auto Member, class Record = typename RowMapping::MemberTraits<Member>:
 constexpr auto column(const char *name, const char *type, Coding coding = Coding::Plain)
 {
     using Traits = RowMapping::MemberTraits<Member>;
-    return Column<Record>{name, type, coding,
+    return Column<Record>{name,
+                          type,
+                          coding,
                           [](const Record &record) { return RowMapping::toCell(record.*Member); },
                           [](Record &record, const QVariant &cell) {
                               record.*Member = RowMapping::fromCell<typename Traits::Type>(cell);
+                          },
+                          [](Record &record, const RowCell &cell) {
+                              record.*Member = RowMapping::fromCell<typename Traits::Type>(cell);
                           }};
-}
-
-/// A column of which few rows differ from a record made anew.
-template <auto Member>
-constexpr auto mostlyDefault(const char *name, const char *type, Coding coding = Coding::Plain)
-{
-    auto result = column<Member>(name, type, coding);
-    result.mostlyDefault = true;
-    return result;
 }

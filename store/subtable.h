@@ -60,6 +60,8 @@ public:
     /// The subindex, made with default values if there is none.
     SubIndexData &operator[](quint8 sub)
     {
+        if (entries.capacity() == 0)
+            entries.reserve(kUsualCount);
         const size_t place = placeOf(sub);
         if (!isAt(place, sub))
             entries.insert(entries.begin() + std::ptrdiff_t(place), Entry{sub, SubIndexData()});
@@ -75,6 +77,9 @@ public:
 
     bool isEmpty() const { return entries.empty(); }
 
+    /// Gives back what was kept for further subindices.
+    void shrink() { entries.shrink_to_fit(); }
+
     template <class Visitor>
     void changeEach(const Visitor &change)
     {
@@ -83,6 +88,8 @@ public:
     }
 
 private:
+    static constexpr size_t kUsualCount = 8; ///< more than most objects have
+
     size_t placeOf(quint8 sub) const
     {
         // Most objects have their subindices from 0 on without a gap.
@@ -124,7 +131,10 @@ public:
     /// The subindex, made with default values if there is none.
     SubIndexData &record(quint16 index, quint8 sub)
     {
-        // Rows are read in ascending order, and each then belongs at the end.
+        // Rows are read in ascending order: each then belongs at the end, and the object before it
+        // is complete.
+        if (!objects.empty() && objects.rbegin()->first < index)
+            objects.rbegin()->second.shrink();
         return objects.try_emplace(objects.end(), index)->second[sub];
     }
 

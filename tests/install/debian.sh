@@ -11,7 +11,7 @@ cpack -G DEB -B "$work" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 package=$(ls "$work"/tessarine_*.deb)
 
 needs=$(dpkg-deb -f "$package" Depends)
-for needed in libc6 libqt5core5a libqt5sql5 libqt5sql5-sqlite libqt5xml5 libstdc++6; do
+for needed in libc6 libqt5core5a libqt5sql5 libqt5sql5-sqlite libqt5xml5 libsqlite3-0 libstdc++6; do
     case ", $needs," in
     *", $needed,"* | *", $needed ("*) ;;
     *) echo "the package does not depend on $needed but on $needs"; exit 1 ;;
