@@ -161,6 +161,8 @@ a.contents { color: #10141a; background-color: #93c1f5; }
 body { padding: 0; }
 header, main { max-width: none; }
 nav { font-size: 0.8rem; page-break-after: always; }
+nav ul { columns: 2; }
+nav li { break-inside: avoid; }
 a { color: #000000; }
 a.contents { display: none; }
 h1, h2, h3, caption { page-break-after: avoid; break-after: avoid; }
@@ -224,6 +226,7 @@ QString portableDescription(const QString &text)
 HtmlForm makeClassic()
 {
     HtmlForm form;
+    form.hasEmptyComment = true;
     form.namesTwice = true;
     form.styles = kClassicStyles;
     form.text = HtmlText::escaped;

@@ -10,8 +10,9 @@ struct HtmlForm : DescriptionForm {
     /// Tables tell in a caption what they are of, and have no rows without cells.
     bool hasCaptions = false;
     bool hasHeading = false;
-    bool namesTwice = false; ///< what stands twice in a list is described twice
-    const char *styles = ""; ///< lines
+    bool hasEmptyComment = false; ///< a section even if the project has no comment
+    bool namesTwice = false;      ///< what stands twice in a list is described twice
+    const char *styles = "";      ///< lines
 
     /// A text for a cell or a heading, a description, and a text for the inside of a comment.
     QString (*text)(const QString &text) = nullptr;

@@ -113,6 +113,11 @@ QString objectName(const HtmlDoc::Context &context, quint16 index, const QString
     return context.text(Helper::substituteVariables(name, index, 0));
 }
 
+QString commentOf(const HtmlDoc::Context &context)
+{
+    return context.store.getDescriptionSettingsValue(QStringLiteral("Comment")).trimmed();
+}
+
 /// A row of the table of what the page was made from, in a colour of its own.
 void writeFact(const HtmlDoc::Context &context, bool isAlternate, const FormWord &cell,
                const QString &value)
@@ -171,8 +176,15 @@ void HtmlDoc::writeGenerationTable(const Context &context, const QString &projec
     context.page.write(kEndOfTableAndGap);
 }
 
+bool HtmlDoc::hasComment(const Context &context)
+{
+    return context.page.form.hasEmptyComment || !commentOf(context).isEmpty();
+}
+
 void HtmlDoc::writeCommentTable(const Context &context)
 {
+    if (!hasComment(context))
+        return;
     HtmlPage &page = context.page;
     page.write({"  <div class=\"left\">\n"
                 "  <table>\n"
@@ -182,9 +194,7 @@ void HtmlDoc::writeCommentTable(const Context &context)
                 "  <section>\n"
                 "  <h2 id=\"com\">Comment</h2>\n"
                 "  <p>\n"});
-    const QStringList lines = context.store.getDescriptionSettingsValue(QStringLiteral("Comment"))
-                                  .trimmed()
-                                  .split(QLatin1Char('\n'));
+    const QStringList lines = commentOf(context).split(QLatin1Char('\n'));
     for (const QString &line : lines) {
         page.write({"   <tr>\n"
                     "   <td>",
@@ -302,12 +312,15 @@ void HTMLGenerator::write(TextWriter &out)
 
     const QList<quint16> indices = database->getIndices(activeLine, ObjectRanges::kAll);
     page.startToc();
+    page.write(kTocListStart);
     page.tocEntry(QStringLiteral("gen"),
                   QLatin1String(page.form.of({"Generation Information", "Generation information"})),
                   "<br />\n");
-    page.tocEntry(QStringLiteral("com"), QStringLiteral("Comment"), "<br />\n");
+    if (HtmlDoc::hasComment(context))
+        page.tocEntry(QStringLiteral("com"), QStringLiteral("Comment"), "<br />\n");
     HtmlDoc::TocGaps gaps;
     forEach(indices, [&](quint16 index) { HtmlDoc::createTOC(context, index, gaps); });
+    page.write(kTocListEnd);
     page.endToc();
     page.write({"  <div class=\"center\">\n", "  <section>\n"
                                               "  <h2>Objects</h2>\n"});

@@ -36,6 +36,8 @@ struct TocGaps {
 };
 
 void writeGenerationTable(const Context &context, const QString &projectName);
+/// Is there one to show, or a place for it?
+bool hasComment(const Context &context);
 void writeCommentTable(const Context &context);
 void writeTitleTable(const Context &context, const QString &projectName);
 void createTOC(const Context &context, quint16 index, TocGaps &gaps);

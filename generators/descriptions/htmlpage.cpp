@@ -122,8 +122,7 @@ void HtmlPage::openRow()
 void HtmlPage::startToc()
 {
     write({" <div class=\"toc\">\n", "  <nav id=\"contents\" aria-label=\"Contents\">\n"
-                                     "   <h2>Contents</h2>\n"
-                                     "   <ul>\n"});
+                                     "   <h2>Contents</h2>\n"});
 }
 
 void HtmlPage::tocEntry(const QString &id, const QString &html, const char *end)
@@ -135,8 +134,7 @@ void HtmlPage::tocEntry(const QString &id, const QString &html, const char *end)
 
 void HtmlPage::endToc()
 {
-    write({"  </div>\n", "   </ul>\n"
-                         "  </nav>\n"});
+    write({"  </div>\n", "  </nav>\n"});
 }
 
 void HtmlPage::startTable(const char *tag, const QString &caption, const char *labelCell,

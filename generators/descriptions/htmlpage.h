@@ -28,6 +28,9 @@ QString comment(const QString &text);
 constexpr FormWord kDescriptionLabel = {"    <td>Description</td>\n",
                                         "    <th scope=\"row\">Description</th>\n"};
 
+constexpr FormWord kTocListStart = {"", "   <ul>\n"};
+constexpr FormWord kTocListEnd = {"", "   </ul>\n"};
+
 /// The frame of one page. Made once a page, since its rows alternate through all of its tables.
 class HtmlPage
 {
@@ -41,7 +44,8 @@ public:
     /// The text that the form has for a place.
     void write(const FormWord &word);
 
-    /// The contents, by entries that link to an ID. \a end is what follows an entry in the classic
+    /// The contents, by entries that link to an ID, in lists that kTocListStart and
+    /// kTocListEnd enclose. \a end is what follows an entry in the classic
     /// form.
     void startToc();
     void tocEntry(const QString &id, const QString &html, const char *end = "<br>\n");

@@ -19,6 +19,23 @@ QString groupTitle(const J1939HtmlDoc::Context &context, quint32 pgn, const QStr
     return QStringLiteral("0x") + Numbers::toHex(pgn, 4) + QLatin1Char(' ') + context.text(name);
 }
 
+/// How the groups of a direction begin.
+struct Part {
+    FormWord entry; ///< in the contents
+    FormWord heading;
+};
+
+constexpr Part kSent = {{"", "    <li><a href=\"#sent\">Transmitted parameter groups</a></li>\n"},
+                        {"", "  <section>\n  <h2 id=\"sent\">Transmitted parameter groups</h2>\n"}};
+constexpr Part kReceived = {
+    {"", "    <li><a href=\"#received\">Received parameter groups</a></li>\n"},
+    {"", "  <section>\n  <h2 id=\"received\">Received parameter groups</h2>\n"}};
+
+const Part &partOf(quint8 direction)
+{
+    return direction == Direction::kTransmitted ? kSent : kReceived;
+}
+
 /// Deliberate: in the classic form a group that is sent and received has one ID twice; held by
 /// tst_j1939documents.
 QString idOf(const J1939HtmlDoc::Context &context, quint8 direction, quint32 pgn)
@@ -144,11 +161,18 @@ QList<quint32> J1939HTMLGenerator::groupsOf(quint8 direction, const HtmlForm &fo
     return once;
 }
 
-template <class Section>
-void J1939HTMLGenerator::forEachGroup(const HtmlForm &form, const Section &section) const
+template <class Start, class Section, class End>
+void J1939HTMLGenerator::forEachGroup(const HtmlForm &form, const Start &start,
+                                      const Section &section, const End &end) const
 {
-    for (const quint8 direction : {Direction::kTransmitted, Direction::kReceived})
-        forEach(groupsOf(direction, form), [&](quint32 pgn) { section(direction, pgn); });
+    for (const quint8 direction : {Direction::kTransmitted, Direction::kReceived}) {
+        const QList<quint32> groups = groupsOf(direction, form);
+        if (groups.isEmpty())
+            continue;
+        start(direction);
+        forEach(groups, [&](quint32 pgn) { section(direction, pgn); });
+        end();
+    }
 }
 
 void J1939HTMLGenerator::write(TextWriter &out)
@@ -163,15 +187,22 @@ void J1939HTMLGenerator::write(TextWriter &out)
                toolVersion);
     J1939HtmlDoc::writeTitleTable(context, projectName);
     page.startToc();
-    forEachGroup(form, [&](quint8 direction, quint32 pgn) {
-        J1939HtmlDoc::createTOC(context, direction, pgn);
-    });
+    forEachGroup(
+        form,
+        [&](quint8 direction) {
+            page.write(kTocListStart);
+            page.write(partOf(direction).entry);
+        },
+        [&](quint8 direction, quint32 pgn) { J1939HtmlDoc::createTOC(context, direction, pgn); },
+        [&] { page.write(kTocListEnd); });
     page.endToc();
-    page.write({"  <div class=\"center\">\n", "  <section>\n"
-                                              "  <h2>Parameter groups</h2>\n"});
-    forEachGroup(form, [&](quint8 direction, quint32 pgn) {
-        J1939HtmlDoc::describePGN(context, direction, pgn);
-    });
-    page.write({"  </div>\n", "  </section>\n"});
+    page.write({"  <div class=\"center\">\n", ""});
+    forEachGroup(
+        form, [&](quint8 direction) { page.write(partOf(direction).heading); },
+        [&](quint8 direction, quint32 pgn) { J1939HtmlDoc::describePGN(context, direction, pgn); },
+        [&] {
+            page.write({"", "  </section>\n"});
+        });
+    page.write({"  </div>\n", ""});
     page.end();
 }

@@ -21,9 +21,11 @@ private:
 
     QList<quint32> groupsOf(quint8 direction, const HtmlForm &form) const;
 
-    /// Calls \a section for each group, the transmitted ones first, until the job is aborted.
-    template <class Section>
-    void forEachGroup(const HtmlForm &form, const Section &section) const;
+    /// Calls \a section for each group, the transmitted ones first, until the job is aborted; and
+    /// \a start before the first one of a direction, \a end after its last one.
+    template <class Start, class Section, class End>
+    void forEachGroup(const HtmlForm &form, const Start &start, const Section &section,
+                      const End &end) const;
 
     bool implementationInfo = false; ///< the user wants to see how values are stored
 };
