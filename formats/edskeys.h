@@ -62,6 +62,7 @@ constexpr const char *kBaudRates[] = { // kBit/s
 constexpr const char *kSimpleBootupSlave = "SimpleBootupSlave";
 constexpr const char *kSimpleBootupMaster = "SimpleBootupMaster";
 constexpr const char *kLssSupported = "LSS_Supported";
+constexpr const char *kSelfStarting = "SelfStarting"; ///< of projects; only XDD files tell it
 constexpr const char *kGranularity = "Granularity";
 constexpr const char *kDynamicChannelsSupported = "DynamicChannelsSupported";
 constexpr const char *kGroupMessaging = "GroupMessaging";

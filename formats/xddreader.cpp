@@ -53,6 +53,7 @@ constexpr Word kGeneralFeatures[] = {
     {"bootUpSlave", EdsKeys::kSimpleBootupSlave},
     {"groupMessaging", EdsKeys::kGroupMessaging},
     {"layerSettingServiceSlave", EdsKeys::kLssSupported},
+    {"selfStartingDevice", EdsKeys::kSelfStarting},
     {"dynamicChannels", EdsKeys::kDynamicChannelsSupported},
 };
 

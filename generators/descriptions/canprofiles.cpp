@@ -102,17 +102,23 @@ bool isDescribedStructure(const Object &object)
            !object.members.isEmpty();
 }
 
+/// Tools show objects by their names.
+QString nameOr(const char *missing, const QString &text)
+{
+    const QString name = XddText::shown(text);
+    return name.trimmed().isEmpty() ? QString::fromLatin1(missing) : name;
+}
+
 QString nameOf(const Object &object)
 {
-    return object.name.isEmpty() ? QStringLiteral("unnamed object") : XddText::shown(object.name);
+    return nameOr("unnamed object", object.name);
 }
 
 QString nameOf(const Object &object, const Member &member)
 {
     if (!object.isStructure())
         return nameOf(object);
-    return member.data.name.isEmpty() ? QStringLiteral("unnamed subindex")
-                                      : XddText::shown(member.data.name);
+    return nameOr("unnamed subindex", member.data.name);
 }
 
 Object objectOf(const EdsSections::Context &context, quint16 index)
@@ -185,25 +191,23 @@ void CanProfiles::writeType(const Object &object)
     out.end();
 }
 
-void CanProfiles::startParameter(const QString &id, const QString &name,
-                                 const QStringList &descriptions, const char *access)
+void CanProfiles::startParameter(const QString &id, const QString &name, const QString &description,
+                                 const char *access)
 {
     out.startGlobal("parameter");
     out.attribute("uniqueID", id);
     if (access)
         out.attribute("access", access);
     out.writeWords("label", name);
-    for (const QString &description : descriptions) {
-        if (!XddText::shown(description).trimmed().isEmpty())
-            out.writeWords("description", description);
-    }
+    if (!XddText::shown(description).trimmed().isEmpty())
+        out.writeWords("description", description);
 }
 
 void CanProfiles::writeParameters(quint16 index)
 {
     const Object object = objectOf(context, index);
     if (isDescribedStructure(object)) {
-        startParameter(idOf("UID_PARAM_", object), nameOf(object), {object.description}, nullptr);
+        startParameter(idOf("UID_PARAM_", object), nameOf(object), object.description, nullptr);
         out.startGlobal("dataTypeIDRef");
         out.attribute("uniqueIDRef", idOf("UID_TYPE_", object));
         out.end(2);
@@ -215,10 +219,11 @@ void CanProfiles::writeParameters(quint16 index)
 void CanProfiles::writeValueParameter(const Object &object, const Member &member)
 {
     const EdsSubTexts texts = EdsPortable::xddTexts(member.data, member.role);
-    QStringList descriptions = {member.data.description};
-    if (!object.isStructure())
-        descriptions << object.description;
-    startParameter(parameterOf(object, member), nameOf(object, member), descriptions,
+    // Readers take one text of each language.
+    QString description = member.data.description;
+    if (!object.isStructure() && !object.description.isEmpty())
+        description += QLatin1Char('\n') + object.description;
+    startParameter(parameterOf(object, member), nameOf(object, member), description,
                    accessOf(texts.accessType).ofParameter);
     out.start(elementOf(texts.dataType));
     out.end();
@@ -343,8 +348,8 @@ void CanProfiles::writeNetworkManagement(const QList<quint16> &objects)
     const auto truth = [](bool value) { return value ? "true" : "false"; };
     const QString granularity =
         context.form.number(out.setting(EdsKeys::kGranularity), EdsSections::kMostGranular);
-    const bool hasLss =
-        context.form.flag(out.setting(EdsKeys::kLssSupported)) == QLatin1String("1");
+    const QLatin1String yes("1");
+    const bool hasLss = context.form.flag(out.setting(EdsKeys::kLssSupported)) == yes;
     out.start("NetworkManagement");
     out.start("CANopenGeneralFeatures");
     out.attribute("granularity", granularity);
@@ -354,6 +359,8 @@ void CanProfiles::writeNetworkManagement(const QList<quint16> &objects)
                   EdsSections::countOfObjects(context, ObjectRanges::kRpdoParameters, objects));
     out.attribute("nrOfTxPDO",
                   EdsSections::countOfObjects(context, ObjectRanges::kTpdoParameters, objects));
+    out.attribute("selfStartingDevice",
+                  truth(context.form.flag(out.setting(EdsKeys::kSelfStarting)) == yes));
     out.attribute("bootUpSlave", "true");
     out.attribute("layerSettingServiceSlave", truth(hasLss));
     out.end();

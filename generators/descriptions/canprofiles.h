@@ -34,7 +34,7 @@ public:
 private:
     void writeTypes(const QList<quint16> &objects);
     void writeType(const EdsSections::Object &object);
-    void startParameter(const QString &id, const QString &name, const QStringList &descriptions,
+    void startParameter(const QString &id, const QString &name, const QString &description,
                         const char *access);
     void writeValueParameter(const EdsSections::Object &object, const EdsSections::Member &member);
     void writeValueAttributes(const EdsSections::Object &object, const EdsSections::Member &member);

@@ -21,7 +21,7 @@ bool ClassicalXddGenerator::isWanted(const ObjectDataBase &store, quint8 line)
 void ClassicalXddGenerator::write(TextWriter &out)
 {
     database->setDescriptionSettingsLine(activeLine);
-    const EdsSections::Context context = contextFor(out, portableEds());
+    const EdsSections::Context context = contextFor(out, portableXdd());
     QList<quint16> objects = EdsSections::describedObjects(context);
     while (!objects.isEmpty() && objects.last() > ObjectRanges::kAssigned.last)
         objects.removeLast();

@@ -6,6 +6,7 @@
 #include "formats/edstext.h"
 #include "generators/descriptions/edsportable.h"
 #include "generators/descriptions/edssections.h"
+#include "generators/descriptions/xddwriter.h"
 #include "generators/generationdate.h"
 #include "store/settingdefaults.h"
 #include "support/numbers.h"
@@ -199,5 +200,17 @@ const EdsForm &classicEds()
 const EdsForm &portableEds()
 {
     static const EdsForm form = makePortable();
+    return form;
+}
+
+const EdsForm &portableXdd()
+{
+    static const EdsForm form = [] {
+        EdsForm xdd = makePortable();
+        xdd.descriptionLines = [](const QString &text) {
+            return QStringList{XddText::shown(text).trimmed()};
+        };
+        return xdd;
+    }();
     return form;
 }

@@ -62,3 +62,5 @@ struct EdsForm : DescriptionForm {
 
 const EdsForm &classicEds();
 const EdsForm &portableEds();
+/// The portable form for files whose descriptions have all letters.
+const EdsForm &portableXdd();

@@ -49,6 +49,31 @@ private slots:
         QTEST(told, "told");
     }
 
+    void descriptions_data()
+    {
+        columns<int, QString, QString, QString>("code", "object", "member", "told");
+        // clang-format off
+        QTest::newRow("both_in_one") << 7 << "a" << " b " << "b \na";
+        QTest::newRow("once") << 7 << "a" << "a" << "a";
+        QTest::newRow("other_letters") << 9 << QString("\u6e29") << QString("\u538b") << QString("\u6e29|\u538b");
+        // clang-format on
+    }
+    void descriptions()
+    {
+        const auto [code, object, member] = fetchRow<int, QString, QString>();
+        ProjectRecord project;
+        auto &record = project.lines[0].objects[0x2000];
+        record.data = makeObject("x", CANopen::ObjectCode(code));
+        record.data.description = object;
+        record.subs[0] = makeSub("x", 5, "0");
+        record.subs[0].description = member;
+        fill(project);
+        QStringList told = QString::fromUtf8(generate(0)).split("<description lang=\"en\">").mid(1);
+        for (QString &one : told)
+            one = one.section('<', 0, 0);
+        QTEST(told.join('|'), "told");
+    }
+
     /// The same file after an import, which is one of the rules of the schema.
     void random()
     {
@@ -107,8 +132,6 @@ private:
                      (object->second.subs.empty() || object->second.subs.rbegin()->first == 0));
                 if (!isValue)
                     object->second.subs[0].writeDefaultToEds = 2; // else the import makes it
-                else
-                    object->second.data.description.clear(); // or that of its value is both
                 object = isTaken ? std::next(object) : line.objects.erase(object);
             }
             for (const quint16 index : {0x1000, 0x1001}) {
@@ -127,7 +150,6 @@ private:
     {
         project.misc["description_form"] = "portable";
         project.lines[0];
-        project.description["Dummy0004"] = "0"; // an import leaves it alone
         store = makeStore();
         QVERIFY(store->putRecords(project));
         store->setDescriptionSettingsLine(0);
