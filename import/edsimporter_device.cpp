@@ -28,8 +28,8 @@ constexpr InfoKey kFileInfo[] = {
     {EdsKeys::kModifiedBy, false},
 };
 
-// Deliberate: "Dummy004" for the fourth, so that Dummy0004 of a file is not taken;
-// held by tst_edsimporter.
+// Deliberate: "Dummy004" for the fourth, so that Dummy0004 of a file is not taken into a project
+// with classic descriptions; held by tst_edsimporter.
 constexpr InfoKey kDummyUsage[] = {
     {EdsKeys::kDummies[0], true}, {EdsKeys::kDummies[1], true}, {EdsKeys::kDummies[2], true},
     {"Dummy004", true},           {EdsKeys::kDummies[4], true}, {EdsKeys::kDummies[5], true},
@@ -43,6 +43,10 @@ constexpr InfoKey kDeviceInfo[] = {
     {EdsKeys::kBaudRates[5], true}, {EdsKeys::kBaudRates[6], true}, {EdsKeys::kBaudRates[7], true},
     {EdsKeys::kNrOfRxPdo, true},    {EdsKeys::kNrOfTxPdo, true},
 };
+
+/// What else a project with portable descriptions takes, so that its own files lose nothing.
+constexpr InfoKey kPortableDummyUsage[] = {{EdsKeys::kDummies[3], true}};
+constexpr InfoKey kPortableDeviceInfo[] = {{EdsKeys::kSelfStarting, true}};
 
 /// The entries of a section that stand in \a keys, under the spelling of the table.
 template <size_t Count>
@@ -104,6 +108,10 @@ EDSImporter::PromisedPdos EDSImporter::importFileDeviceInfo()
     readInfo(*source, EdsKeys::kFileInfo, kFileInfo, values);
     readInfo(*source, EdsKeys::kDummyUsage, kDummyUsage, values);
     readInfo(*source, EdsKeys::kDeviceInfo, kDeviceInfo, values);
+    if (followsLetter) {
+        readInfo(*source, EdsKeys::kDummyUsage, kPortableDummyUsage, values);
+        readInfo(*source, EdsKeys::kDeviceInfo, kPortableDeviceInfo, values);
+    }
     for (auto value = values.constBegin(); value != values.constEnd(); ++value)
         (void)database->setDescriptionSettingsValue(value.key(), value.value()); // logged there
     importGranularity();
@@ -117,7 +125,8 @@ EDSImporter::PromisedPdos EDSImporter::importFileDeviceInfo()
     return promised;
 }
 
-/// One of the project's own counts, unless it says that there is no mapping.
+/// One of the project's own counts, unless it says that there is no mapping, or its descriptions
+/// are portable.
 void EDSImporter::importGranularity()
 {
     constexpr quint32 kMostBits = 64;
@@ -125,12 +134,14 @@ void EDSImporter::importGranularity()
     const DescriptionSource::Entry stated =
         source->entry(EdsKeys::kDeviceInfo, EdsKeys::kGranularity);
     quint32 bits = 0;
-    const bool isTaken = EdsValues::readNumber(stated.value, bits) && bits > 0 &&
-                         bits <= kMostBits &&
-                         Numbers::toUIntByPrefix(database->getDescriptionSettingsValue(key)) == 0;
-    if (!hasTakenObject || !isTaken)
+    if (!hasTakenObject || !EdsValues::readNumber(stated.value, bits) || bits > kMostBits)
         return;
-    (void)database->setDescriptionSettingsValue(key, QString::number(bits)); // logged there
+    const bool isNeeded =
+        bits > 0 && Numbers::toUIntByPrefix(database->getDescriptionSettingsValue(key)) == 0;
+    if (isNeeded || followsLetter)
+        (void)database->setDescriptionSettingsValue(key, QString::number(bits)); // logged there
+    if (!isNeeded)
+        return;
     changes.addNote("import-granularity", stated.line, [bits] {
         return QStringLiteral("the granularity of %1 is taken, since the project has none")
             .arg(bits);

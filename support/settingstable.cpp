@@ -543,7 +543,7 @@ constexpr Setting kImported[] = {
     {"NrOfRXPDO", F::Text, S::Project, kAny, "", "", "Number of receive PDOs in an imported EDS", {}, false},
     {"NrOfTXPDO", F::Text, S::Project, kAny, "", "", "Number of transmit PDOs in an imported EDS", {}, false},
     {"Dummy004", F::Text, S::Project, kAny, "", "",
-     "Entry of an imported EDS with this misspelt name. Dummy0004 itself is not imported", {}, false},
+     "Entry of an imported EDS with this misspelt name. Only a project with portable descriptions takes Dummy0004 itself", {}, false},
 };
 
 // --- Misc settings ---

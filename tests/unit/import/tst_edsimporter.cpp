@@ -216,6 +216,8 @@ private slots:
         QCOMPARE(granularityAfter("8", "1"), "8");
         for (const char *stated : {"0", "65", "", "x"})
             QCOMPARE(granularityAfter("", stated), "");
+        store->setMiscSettingsValue("description_form", "portable");
+        QCOMPARE(granularityAfter("8", "0"), "0");
     }
 
     void fileWithoutObjects()
