@@ -4,11 +4,26 @@
 #include "formats/dbckeys.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace
 {
 
 constexpr quint8 kFirstPdu2Format = 240; // SAE J1939-21, 5.2.5
+
+// clang-format off
+constexpr DbcJ1939::VariableText kVariableTexts[] = {
+    {CAN::CANopenDataType::StringAsterisk, J1939::SigType::StringDelimiter, "a \"*\""},
+    {CAN::CANopenDataType::StringNull,     J1939::SigType::Ascii,           "a zero byte"},
+};
+// clang-format on
+
+template <class Predicate>
+const DbcJ1939::VariableText *findText(Predicate isMeant)
+{
+    const auto *row = std::find_if(std::begin(kVariableTexts), std::end(kVariableTexts), isMeant);
+    return row == std::end(kVariableTexts) ? nullptr : row;
+}
 
 /// Empty if the file names none.
 QString protocolOf(const DbcFile &file)
@@ -87,4 +102,23 @@ bool DbcJ1939::isJ1939(const DbcFile &file, const DbcMessage &message)
         return false;
     const QString format = file.attribute(message, DbcKeys::kFrameFormat);
     return format.isNull() ? isJ1939Network(file) : isJ1939Format(format);
+}
+
+QString DbcJ1939::VariableText::remark(quint32 bits) const
+{
+    return QStringLiteral("Variable length: up to %1 bits, and ends with %2. What follows comes "
+                          "earlier if it is shorter.")
+        .arg(QString::number(bits), QLatin1String(end));
+}
+
+const DbcJ1939::VariableText *DbcJ1939::variableText(CAN::CANopenDataType type)
+{
+    return findText([type](const VariableText &text) { return text.type == type; });
+}
+
+const DbcJ1939::VariableText *DbcJ1939::variableText(const DbcSignal &signal)
+{
+    return findText([&signal](const VariableText &text) {
+        return signal.comment.endsWith(text.remark(signal.bits));
+    });
 }

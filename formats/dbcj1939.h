@@ -2,6 +2,7 @@
 #pragma once
 
 #include "formats/dbcfile.h"
+#include "support/candatatype.h"
 
 namespace DbcJ1939
 {
@@ -31,5 +32,21 @@ bool isAllExtended(const DbcFile &file);
 /// Is that a message of J1939: by its own attribute, else, where it has none, by that of the
 /// network?
 bool isJ1939(const DbcFile &file, const DbcMessage &message);
+
+/// A text whose end is in the text.
+struct VariableText {
+    CAN::CANopenDataType type;
+    J1939::SigType sigType;
+    const char *end;
+
+    /// What the comment of a signal of at most so many \a bits ends with.
+    QString remark(quint32 bits) const;
+};
+
+/// Null if the type is none of them.
+const VariableText *variableText(CAN::CANopenDataType type);
+
+/// The one that the comment of \a signal tells of; null if it tells of none.
+const VariableText *variableText(const DbcSignal &signal);
 
 } // namespace DbcJ1939

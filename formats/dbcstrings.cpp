@@ -2,8 +2,10 @@
 #include "formats/dbcstrings.h"
 
 #include "formats/dbckeys.h"
+#include "formats/edstext.h"
 
 #include <QChar>
+#include <QRegularExpression>
 
 namespace
 {
@@ -20,7 +22,7 @@ bool isLetter(ushort code)
     return (code >= 0x20 && code < 0x7F) || (code >= 0xA0 && code <= 0xFF) || isBeyondLatin1(code);
 }
 
-/// The letters of \a character without its marks; "?" if it has none.
+/// The letters of \a character without its marks, else what stands for it in ASCII.
 QString replacement(QChar character)
 {
     QString letters;
@@ -29,13 +31,21 @@ QString replacement(QChar character)
         if (isLetter(part.unicode()))
             letters += part;
     }
-    return letters.isEmpty() ? QStringLiteral("?") : letters;
+    return letters.isEmpty() ? EdsText::ascii(character) : letters;
 }
 
 QString withOneLineEnd(QString text)
 {
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     return text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
+}
+
+/// Readers that go by lines take what looks like the end of a text for it, unless it is on the
+/// last.
+QString withoutFalseEnds(QString text)
+{
+    static const QRegularExpression end(QStringLiteral("\" *;"));
+    return text.contains(end) ? text.replace(QLatin1Char('\n'), QLatin1Char(' ')) : text;
 }
 
 /// Readers differ on what a backslash means there.
@@ -72,17 +82,18 @@ QString DbcStrings::name(const QString &text)
 QString DbcStrings::portable(const QString &text, bool *isWhole)
 {
     QString written;
-    for (const QChar character : withOneLineEnd(text)) {
+    const QString composed = withOneLineEnd(text).normalized(QString::NormalizationForm_C);
+    for (const QChar character : composed) {
         const ushort code = character.unicode();
         const bool isBlank = character.category() == QChar::Other_Control || character.isSpace();
         if (isLetter(code) || code == '\n') {
             written += character;
         } else if (isBlank) {
             written += QLatin1Char(' ');
-        } else if (!character.isHighSurrogate()) { // its other half gives the "?"
+        } else {
             written += replacement(character);
             *isWhole = false;
         }
     }
-    return withPartedBackslashes(written);
+    return withPartedBackslashes(withoutFalseEnds(written));
 }

@@ -3,7 +3,6 @@
 
 #include "formats/dbcj1939.h"
 #include "formats/dbckeys.h"
-#include "import/dbctext.h"
 #include "import/dbcvalues.h"
 #include "store/fillers.h"
 #include "support/direction.h"
@@ -199,7 +198,7 @@ void DbcFrames::fillFrame(Record *record, const DbcMessage &message, quint8 dire
 {
     FrameData &frame = record->frame;
     frame.name = message.longName;
-    frame.description = DbcText::ofMessage(message, isJ1939, leftOut);
+    frame.description = DbcText::ofMessage(message, isJ1939, device, leftOut);
     bool isFit = true;
     frame.cycleTimeMs = DbcValues::cycleTimeMs(file, message, &isFit);
     if (!isFit)
@@ -229,10 +228,12 @@ void DbcFrames::fillSignal(SignalData *signal, const DbcMessage &message, const 
     signal->description = DbcText::ofElement(element);
     signal->dataType = CAN::typeNumber(element.type);
     signal->bitSize = static_cast<quint16>(element.bits);
-    const bool isDelimited = isJ1939 && element.part == Part::Whole &&
-                             DbcValues::isDelimitedText(file, message, *element.signal);
-    if (isDelimited) {
-        signal->dataType = CAN::typeNumber(Type::StringAsterisk);
+    const Type textType = isJ1939 && element.part == Part::Whole
+                              ? DbcValues::typeOfText(file, message, *element.signal)
+                              : Type::Unknown;
+    if (textType != Type::Unknown) {
+        signal->dataType = CAN::typeNumber(textType);
+        signal->description = DbcText::ofText(element);
         signal->bitSize = DbcValues::bitsOfText(file, *element.signal);
         signal->defaultValue = QLatin1String("");
     } else {

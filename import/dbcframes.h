@@ -5,6 +5,7 @@
 #include "import/dbclayout.h"
 #include "import/dbcspns.h"
 #include "import/dbctally.h"
+#include "import/dbctext.h"
 #include "import/dbcvariables.h"
 #include "store/projectrecords.h"
 
@@ -39,6 +40,9 @@ public:
     /// A variable of the project.
     void avoid(const QString &variable) { variables.avoid(variable); }
 
+    /// What descriptions need not say; nothing at first.
+    void setDevice(const DbcText::Device &known) { device = known; }
+
     /// In the order of the file; of the choices those that there is room for.
     std::vector<GroupRecord> groups();
     std::vector<CanFrameRecord> canFrames();
@@ -69,6 +73,7 @@ private:
     const DbcFile &file;
     bool isJ1939;
     QString own; ///< by the name in the file
+    DbcText::Device device;
     DbcTally &tally;
     QVector<Choice> chosen;
     DbcVariables variables;

@@ -77,3 +77,9 @@ QVector<DbcIdentity::Setting> DbcIdentity::of(const DbcFile &file, const QString
         address = addressOf(choices);
     return settings;
 }
+
+int DbcIdentity::addressIn(const QVector<Setting> &settings)
+{
+    const QString &address = settings.last().value;
+    return address.isNull() ? -1 : address.toInt();
+}

@@ -21,4 +21,7 @@ struct Setting {
 QVector<Setting> of(const DbcFile &file, const QString &ownNode,
                     const QVector<DbcFrames::Choice> &choices, DbcTally *tally);
 
+/// The address among \a settings; -1 if the file tells none.
+int addressIn(const QVector<Setting> &settings);
+
 } // namespace DbcIdentity

@@ -3,6 +3,7 @@
 
 #include "formats/dbcj1939.h"
 #include "store/objectdatabase.h"
+#include "store/projectfeatures.h"
 #include "support/cohelper.h"
 #include "support/linelist.h"
 #include "support/numbers.h"
@@ -108,19 +109,38 @@ void DbcImporter::importMessages(LineType type)
                                        "it is"));
         return;
     }
+    DbcText::Device device;
+    device.isTold = readProjectFeatures(*database).hasPortableDescriptions();
+    device.node = DbcFrames::findNode(reader.file(), ownNode);
+    if (device.isTold)
+        setName(device.node);
     if (!isJ1939) {
+        frames.setDevice(device);
         tellOfProtocol();
         (void)database->putCanFrames(activeLine, frames.canFrames()); // the store logs a failure
         tally.tell(importFileName);
         return;
     }
+    const auto identity = DbcIdentity::of(reader.file(), device.node, frames.choices(), &tally);
+    device.address = DbcIdentity::addressIn(identity);
+    frames.setDevice(device);
     const std::vector<GroupRecord> groups = frames.groups();
-    const auto identity = DbcIdentity::of(
-        reader.file(), DbcFrames::findNode(reader.file(), ownNode), frames.choices(), &tally);
     (void)database->putGroups(activeLine, groups); // as above
     tally.tell(importFileName);
     setIdentity(identity);
     provideTransport(groups);
+}
+
+void DbcImporter::setName(const QString &node)
+{
+    QString name;
+    (void)database->getNodeName(activeLine, name);
+    const QVector<DbcNode> &nodes = reader.file().nodes;
+    const auto own = std::find_if(nodes.begin(), nodes.end(),
+                                  [&node](const DbcNode &one) { return one.name == node; });
+    if (name.isEmpty() && own != nodes.end())
+        (void)database->setNodeSqlValue(QStringLiteral("name"), own->longName,
+                                        QString::number(activeLine)); // logged there
 }
 
 void DbcImporter::tellOfProtocol() const

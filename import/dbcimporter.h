@@ -37,6 +37,8 @@ private:
     void tellOfProtocol() const;
     void refuse(const QString &reason);
     void importMessages(LineType type);
+    /// A line without a name gets that of the node.
+    void setName(const QString &node);
     /// Tells \a frames what the project holds that the import leaves there.
     void avoidWhatStays(DbcFrames *frames, bool isJ1939) const;
     using FrameKeys = QSet<QPair<quint32, quint8>>; ///< number and direction

@@ -1,6 +1,7 @@
 // From the bits of signals to elements that follow one another.
 #include "import/dbclayout.h"
 
+#include "formats/dbcj1939.h"
 #include "store/fillers.h"
 #include "support/cohelper.h"
 
@@ -186,6 +187,8 @@ private:
     void count(const DbcSignal &signal, const DbcElement &first)
     {
         const bool isOctets = first.type == Type::OctetString;
+        if (isOctets && DbcJ1939::variableText(signal))
+            return; // is no octet string
         if (signal.isBigEndian && (isOctets || first.part == Part::Byte))
             tally.add(Kind::BigEndian, message, signal);
         else if (first.part == Part::Bits)

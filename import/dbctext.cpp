@@ -144,23 +144,25 @@ QString addressText(quint8 address)
 }
 
 /// What the frame of a project has no place for; empty for placeholders.
-QString routeText(const DbcMessage &message, bool isGroup)
+QString routeText(const DbcMessage &message, bool isGroup, const DbcText::Device &own)
 {
     QString text;
-    if (!message.sender.isEmpty())
+    const bool isOwn = own.isTold && message.sender == own.node;
+    if (!message.sender.isEmpty() && !isOwn)
         text = QStringLiteral("sent by ") + message.sender;
     if (!isGroup)
         return text;
     const DbcJ1939::Identifier id = DbcJ1939::identifierOf(message.identifier);
-    const auto add = [&text](const char *word, quint8 address) {
-        if (address < kNullAddress)
+    const auto add = [&](const char *word, quint8 address, bool isOfDevice) {
+        const bool isKnown = own.isTold && isOfDevice && address == own.address;
+        if (address < kNullAddress && !isKnown)
             text += QStringLiteral("%1%2 address %3")
                         .arg(text.isEmpty() ? QStringLiteral("sent ") : QStringLiteral(" "),
                              QLatin1String(word), addressText(address));
     };
-    add("from", id.source);
+    add("from", id.source, isOwn);
     if (id.isPdu1)
-        add("to", id.destination);
+        add("to", id.destination, !isOwn);
     return text;
 }
 
@@ -188,14 +190,24 @@ QString DbcText::ofElement(const DbcElement &element)
     return lines.join(QLatin1Char('\n'));
 }
 
-QString DbcText::ofMessage(const DbcMessage &message, bool isGroup,
+QString DbcText::ofText(const DbcElement &element)
+{
+    const DbcSignal &signal = *element.signal;
+    const auto *text = DbcJ1939::variableText(signal);
+    if (!text)
+        return ofElement(element);
+    const QString words = signal.comment.chopped(text->remark(signal.bits).size());
+    return words.left(words.size() - 1); // without what parts it from the remark
+}
+
+QString DbcText::ofMessage(const DbcMessage &message, bool isGroup, const Device &own,
                            const QVector<const DbcSignal *> &leftOut)
 {
     QStringList lines;
     if (!message.comment.isEmpty())
         lines << message.comment;
-    addSentence(&lines, routeText(message, isGroup));
-    if (!isGroup && message.isExtended)
+    addSentence(&lines, routeText(message, isGroup, own));
+    if (!isGroup && message.isExtended && !own.isTold)
         lines << QStringLiteral("Identifier of 29 bits.");
     QStringList names;
     for (const DbcSignal *signal : leftOut.mid(0, kMostListed))

@@ -1,6 +1,7 @@
 // Values that attributes of a DBC file give to frames and signals.
 #include "import/dbcvalues.h"
 
+#include "formats/dbcj1939.h"
 #include "formats/dbckeys.h"
 #include "support/cohelper.h"
 #include "support/numbers.h"
@@ -88,6 +89,16 @@ bool isSizeOfTextTold(const DbcFile &file)
     return file.definition(DbcOwner::Signal, QLatin1String(DbcKeys::kTextBits));
 }
 
+/// Does its end lie in itself?
+bool isDelimitedText(const DbcFile &file, const DbcMessage &message, const DbcSignal &signal)
+{
+    if (file.attribute(signal, DbcKeys::kSignalType) != QLatin1String("StringDelimiter"))
+        return false;
+    return isSizeOfTextTold(file)
+               ? signal.bits == 8
+               : file.attribute(message, DbcKeys::kVariableLength) == QLatin1String("Yes");
+}
+
 } // namespace
 
 quint16 DbcValues::cycleTimeMs(const DbcFile &file, const DbcMessage &message, bool *isFit)
@@ -123,14 +134,11 @@ QString DbcValues::startValue(const DbcFile &file, const DbcElement &element, bo
                : QString::number(part);
 }
 
-bool DbcValues::isDelimitedText(const DbcFile &file, const DbcMessage &message,
-                                const DbcSignal &signal)
+Type DbcValues::typeOfText(const DbcFile &file, const DbcMessage &message, const DbcSignal &signal)
 {
-    if (file.attribute(signal, DbcKeys::kSignalType) != QLatin1String("StringDelimiter"))
-        return false;
-    return isSizeOfTextTold(file)
-               ? signal.bits == 8
-               : file.attribute(message, DbcKeys::kVariableLength) == QLatin1String("Yes");
+    if (const auto *text = DbcJ1939::variableText(signal))
+        return text->type;
+    return isDelimitedText(file, message, signal) ? Type::StringAsterisk : Type::Unknown;
 }
 
 quint16 DbcValues::bitsOfText(const DbcFile &file, const DbcSignal &signal)

@@ -17,9 +17,11 @@ quint16 cycleTimeMs(const DbcFile &file, const DbcMessage &message, bool *isFit)
 /// becomes false if the signal cannot hold what the file tells; the result is that of 0 then.
 QString startValue(const DbcFile &file, const DbcElement &element, bool *isFit);
 
-/// Does the signal stand for a text that "*" ends, as the writer of this tool leaves it: a byte
-/// that says how long the text can be, or the longest text in a message of variable length?
-bool isDelimitedText(const DbcFile &file, const DbcMessage &message, const DbcSignal &signal);
+/// What kind of text the signal stands for, as the writer of this tool leaves it: a byte that says
+/// how long a text can be that "*" ends, or the longest text in a message of variable length.
+/// Type::Unknown if it is no text of variable length.
+CAN::CANopenDataType typeOfText(const DbcFile &file, const DbcMessage &message,
+                                const DbcSignal &signal);
 /// Of such a text.
 quint16 bitsOfText(const DbcFile &file, const DbcSignal &signal);
 

@@ -93,10 +93,15 @@ constexpr Field kMultiplexedFields[] = {
 };
 // clang-format on
 
+quint32 identifierOf(quint32 cobId)
+{
+    return cobId & (cobId & kExtendedFrame ? kHighestExtended : kHighestStandard);
+}
+
 /// Only NMT has the identifier 0.
 bool isOnBus(quint32 cobId)
 {
-    return (cobId & kHighestExtended) != 0;
+    return identifierOf(cobId) != 0;
 }
 
 quint16 milliseconds(quint32 value)
@@ -172,7 +177,7 @@ Frame *Collector::add(const char *name, quint32 cobId)
     const bool isExtended = cobId & kExtendedFrame;
     Frame frame;
     frame.name = QLatin1String(name);
-    frame.identifier = cobId & (isExtended ? kHighestExtended : kHighestStandard);
+    frame.identifier = identifierOf(cobId);
     frame.isExtended = isExtended;
     frame.format = isExtended ? FrameFormat::Extended : FrameFormat::Standard;
     result.frames << frame;

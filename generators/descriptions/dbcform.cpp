@@ -1,6 +1,7 @@
 // The two forms of DBC files.
 #include "generators/descriptions/dbcform.h"
 
+#include "formats/dbcj1939.h"
 #include "formats/dbcstrings.h"
 #include "generators/descriptions/dbcgenerator.h"
 #include "support/cohelper.h"
@@ -100,34 +101,16 @@ int bytesOf(int bits)
     return (bits + 7) / 8;
 }
 
-/// A text whose end is in the text.
-struct VariableText {
-    Type type;
-    J1939::SigType sigType;
-    const char *end;
-};
-
-constexpr VariableText kVariableTexts[] = {
-    {Type::StringAsterisk, J1939::SigType::StringDelimiter, "a \"*\""},
-    {Type::StringNull, J1939::SigType::Ascii, "a zero byte"},
-};
-
 Signal portableSignal(const SignalData &data, int bits, int room)
 {
     const auto type = static_cast<Type>(data.dataType);
     if (bits > room && COHelper::getDataLengthBits(type) != 0)
         return {}; // part of a number has no meaning
     Signal signal = Dbc::numberOf(type, qMin(bits, room), data.defaultValue);
-    for (const VariableText &text : kVariableTexts) {
-        if (text.type != type || signal.bits == 0)
-            continue;
-        signal.sigType = text.sigType;
-        const QString remark =
-            QStringLiteral("Variable length: up to %1 bits, and ends with %2. What follows comes "
-                           "earlier if it is shorter.")
-                .arg(QString::number(signal.bits), QLatin1String(text.end));
-        if (!data.description.endsWith(remark)) // the project may come of such a file
-            signal.comment = remark;
+    const DbcJ1939::VariableText *text = DbcJ1939::variableText(type);
+    if (text && signal.bits != 0) {
+        signal.sigType = text->sigType;
+        signal.comment = text->remark(quint32(signal.bits));
     }
     return signal;
 }
@@ -232,12 +215,15 @@ bool readWhole(const Signal &signal, const QString &text, Whole &whole)
     return !(whole < lowestOf(signal));
 }
 
-/// False if \a text is no number that a file can hold.
-bool readReal(const QString &text, double &number)
+/// False if \a text is no number that the signal can hold.
+bool readReal(const Signal &signal, const QString &text, double &number)
 {
     bool isNumber = false;
     number = text.trimmed().toDouble(&isNumber);
-    return isNumber && std::isfinite(number);
+    const double highest = signal.type == KvaDbSignalType::Float
+                               ? double(std::numeric_limits<float>::max())
+                               : std::numeric_limits<double>::max();
+    return isNumber && std::fabs(number) <= highest;
 }
 
 QString realText(double number)
@@ -274,7 +260,7 @@ Dbc::Signal Dbc::numberOf(Type type, int bits, const QString &startValue)
     signal.high = isNumber ? highestOf(signal).text() : QStringLiteral("0"); // both: no limits
     double real = 0;
     Whole whole;
-    if (isReal(signal) && readReal(startValue, real) && real != 0)
+    if (isReal(signal) && readReal(signal, startValue, real) && real != 0)
         signal.startValue = realText(real);
     else if (isNumber && COHelper::getDataLengthBits(type) != 0 &&
              readWhole(signal, startValue, whole) && whole.magnitude != 0)
@@ -287,7 +273,7 @@ void Dbc::setLimits(Signal &signal, const QString &low, const QString &high)
     if (isReal(signal)) {
         double lowest = 0;
         double highest = 0;
-        if (readReal(low, lowest) && readReal(high, highest) && lowest < highest) {
+        if (readReal(signal, low, lowest) && readReal(signal, high, highest) && lowest < highest) {
             signal.low = realText(lowest);
             signal.high = realText(highest);
         }
@@ -295,7 +281,10 @@ void Dbc::setLimits(Signal &signal, const QString &low, const QString &high)
     }
     Whole lowest;
     Whole highest;
-    if (!isWhole(signal) || !readWhole(signal, low, lowest) || !readWhole(signal, high, highest) ||
+    const auto read = [&signal](const QString &text, const QString &ofBits, Whole &limit) {
+        return readWhole(signal, text.isEmpty() ? ofBits : text, limit);
+    };
+    if (!isWhole(signal) || !read(low, signal.low, lowest) || !read(high, signal.high, highest) ||
         !(lowest < highest))
         return;
     signal.low = lowest.text();

@@ -41,7 +41,8 @@ namespace Dbc
 /// with as the project says it.
 Signal numberOf(CAN::CANopenDataType type, int bits, const QString &startValue);
 
-/// Gives a signal limits that are within what its bits can hold; others are not taken.
+/// Gives a signal limits that are within what its bits can hold; others are not taken. An empty one
+/// stays that of the bits.
 void setLimits(Signal &signal, const QString &low, const QString &high);
 
 } // namespace Dbc

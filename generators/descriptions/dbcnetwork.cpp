@@ -152,8 +152,8 @@ void Dbc::Network::defineMore(const Bus &bus)
 {
     defineText(DbcKeys::kBusType, bus.isCanFd ? QStringLiteral("CAN FD") : QStringLiteral("CAN"));
     startValue = define(DbcKeys::kStartValue, Owner::Signal, Type::Float);
-    (void)kvaDbSetAttributeDefinitionFloat(startValue, QStringLiteral("-1.7E+308"),
-                                           QStringLiteral("1.7E+308"));
+    (void)kvaDbSetAttributeDefinitionFloat(startValue, QStringLiteral("-1.7976931348623157E+308"),
+                                           QStringLiteral("1.7976931348623157E+308"));
     if (bus.isJ1939)
         variableLength = defineWords(DbcKeys::kVariableLength, Owner::Message, kNoOrYes, 0);
 }

@@ -126,17 +126,8 @@ private slots:
     }
 
     /// Signals of all places and widths come out of the line as they came in.
-    void roundTrip_data()
-    {
-        columns<QString>("form");
-        QTest::newRow("classic") << "classic";
-        QTest::newRow("portable") << "portable";
-    }
     void roundTrip()
     {
-        const auto [form] = fetchRow<QString>();
-        const bool isPortable = form == "portable";
-        store->setMiscSettingsValue("description_form", form);
         std::mt19937 random(testSeed());
         const auto below = [&random](quint32 limit) { return quint32(random() % limit); };
         QString text = "BU_: Own Other\n";
@@ -160,10 +151,7 @@ private slots:
                                 .arg(start)
                                 .arg(bits)
                                 .arg(below(2) ? '+' : '-');
-                    // To all, where the portable form says so.
-                    const bool isToAll = isPortable && isSent && pgn < 0xF000;
-                    expected << joined(isToAll ? id | 0xFF00 : id, QString("S%1").arg(start), start,
-                                       bits);
+                    expected << joined(id, QString("S%1").arg(start), start, bits);
                 }
                 start += bits;
             }
@@ -184,6 +172,33 @@ private slots:
         found.sort();
         expected.sort();
         QCOMPARE(found, expected);
+    }
+
+    void readsPortableFiles_data()
+    {
+        columns<QString, QString>("line", "project");
+        QTest::newRow("groups") << "line 0 2; misc:description_form=portable"
+                                << R"(
+            identity 1,7; j1939:startaddress=0x80; rx 0xEF00 0 0 6 name=Ask desc=all%20of%20it; spn 1 U8 0 name=a
+            tx 0xFF12 100 0 3 name=Tell; spn 2 120 0 bits=72 name=zero desc=own%0a; spn 3 I16 0 name=b
+            spn 4 121 0 bits=40 name=star; tx 0xFF13 0 0 3 name=None desc=nothing)";
+        QTest::newRow("frames") << "line 0 4; misc:description_form=portable"
+                                << R"(
+            txid 0x800 100 0 name=wide; item 1 U16 0 name=a value=7; rxid 0x12 0 0 name=short
+            item 1 I8 0 name=b)";
+    }
+    /// What we write, we take back: of a line that is made of the file, the file is the same.
+    void readsPortableFiles()
+    {
+        const auto [line, project] = fetchRow<QString, QString>();
+        buildProject(*store, line + "; text:ProductName=Own\n" + project);
+        const QByteArray written = portableFile();
+        store = makeStore();
+        buildProject(*store, line);
+        const ProblemRecorder problems;
+        QVERIFY(import(written).isEmpty());
+        QVERIFY2(problems.lines.filter("octet").isEmpty(), qPrintable(problems.lines.join('\n')));
+        QCOMPARE(portableFile(), written);
     }
 
     /// Whatever signals a message has, its frame is as long, and nothing in it has one name twice.
@@ -239,6 +254,12 @@ private:
     {
         importer->setDatabase(store.get());
         return writeFile(file, text.toUtf8()) && importer->setImportFileName(file);
+    }
+
+    QByteArray portableFile()
+    {
+        DBCGenerator generator;
+        return generateWith(generator, "out", "out.dbc").toUtf8();
     }
 
     /// The error.
