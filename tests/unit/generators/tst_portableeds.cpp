@@ -31,7 +31,6 @@ private slots:
         row("decimal_is_no_octal", 5, "012", "5 12");
         row("hex_is_kept", 7, "0X0000abCD", "7 0x0000abCD");
         row("hex_fits_the_type", 5, "0x00000001", "5 0x01");
-        row("beyond_the_type", 5, "256", "5");
         row("no_number", 7, "(1 << 4)", "7");
         row("two_hex_prefixes", 7, "0x0x1", "7");
         row("complement", 2, "0xFF", "2 -1");
@@ -39,13 +38,11 @@ private slots:
         row("greatest", 27, "0xFFFFFFFFFFFFFFFF", "27 0xFFFFFFFFFFFFFFFF");
         row("node_id", 7, "0x180 + $nodeid", "7 $NODEID+0x180");
         row("node_id_alone", 5, "$NODEID", "5 $NODEID+0");
-        row("node_id_beyond", 5, "$NODEID+0x81", "5");
         row("node_id_less", 4, "$NODEID+0xFFFFFFDA", "4");
         row("real", 8, "1.5", "8 [0x3FC00000]");
         row("real_of_c", 17, "-2.0F", "17 [0xC000000000000000]");
         row("real_zero", 8, "0.0", "8 0");
         row("utf8_string", 124, "pump", "9 pump");
-        row("text_beyond_ascii", 124, "p\xc3\xbcmp", "9");
         row("text_that_readers_cut", 9, "a ;b", "9");
         row("bytes_of_a_text", 9, "|x4142", "9 AB");
         row("octets_of_a_text", 10, "Ab", "10 4162");
@@ -55,7 +52,6 @@ private slots:
         row("time_difference", 13, "5", "13");
         row("bits", 100, "3", "5 3 0..3");
         row("bits_of_three_bytes", 118, "9", "22 9 0..262143");
-        row("unknown_type", 200, "7", "5 7");
         // clang-format on
     }
     void values()
