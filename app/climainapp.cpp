@@ -2,6 +2,7 @@
 #include "app/climainapp.h"
 
 #include "app/clioutputhandler.h"
+#include "app/comparisontext.h"
 #include "app/dependencyfile.h"
 #include "app/sarifreport.h"
 #include "store/projectfile.h"
@@ -121,6 +122,7 @@ void CLIMainApp::protectInputs(const QString &project)
     for (const ImportRequest &import : qAsConst(imports))
         guardOfBackup.protect(import.file, QStringLiteral("the file to import"));
     guardOfBackup.protect(options.value("-dbmod"), QStringLiteral("the modifier file"));
+    guardOfBackup.protect(options.value("-compare"), QStringLiteral("the project to compare with"));
     guardOfReport = guardOfBackup;
     guardOfReport.protect(project, QStringLiteral("the project"));
     guardOfReport.protect(backupOf(project), QStringLiteral("the former state of the project"));
@@ -167,7 +169,7 @@ void CLIMainApp::runProject(const QString &project)
     QString folder;
     if (options.value("-output", folder))
         generatorMainHandler->setOutputFolder(folder);
-    if (!generatorMainHandler->openProject(project))
+    if (!openProjects(project))
         return finishWith(ReturnCode::OpenProjectFailed);
     if (!generatorMainHandler->importFiles(imports)) {
         outputHandler->printLine(QStringLiteral("Import failed."));
@@ -182,8 +184,26 @@ void CLIMainApp::runProject(const QString &project)
     }
     generatorMainHandler->setKeepUnchanged(options.has("-keep-unchanged"));
     generatorMainHandler->setStartsPrograms(!options.has("-no-commands"));
+    generatorMainHandler->compareProject();
     generatorMainHandler->generateOutput(false);
+    printComparison();
     keepProject(project);
+}
+
+/// Both are open before anything else is done, so that a slip in a name costs nothing.
+bool CLIMainApp::openProjects(const QString &project)
+{
+    QString older;
+    return generatorMainHandler->openProject(project) &&
+           (!options.value("-compare", older) || generatorMainHandler->openOlderProject(older));
+}
+
+/// The overview shows it if there is one.
+void CLIMainApp::printComparison()
+{
+    const std::optional<ProjectComparison> &comparison = generatorMainHandler->comparison();
+    if (comparison && !options.has("-overview"))
+        outputHandler->print(comparisonText(*comparison));
 }
 
 /// A failed check does not keep an import from being saved and exported. The save comes first, for

@@ -56,6 +56,9 @@ private:
     /// Whether the file of an export may be written, if there is to be one; else says why not.
     bool mayExport();
     void runProject(const QString &project);
+    /// Opens the project, and the older one that the user wants it to be compared with, if any.
+    bool openProjects(const QString &project);
+    void printComparison();
     void protectReadFiles();
     void finishWith(ReturnCode code);
     void keepProject(const QString &project);

@@ -9,6 +9,7 @@
 #include "generators/descriptions/edsgenerator.h"
 #include "generators/descriptions/edsvariants.h"
 #include "generators/j1939/j1939adaptergenerator.h"
+#include "store/comparison/projectcomparison.h"
 #include "store/databasemodifier.h"
 #include "store/objectdatabase.h"
 #include "store/projectconverter.h"
@@ -112,7 +113,22 @@ GeneratorMainHandler::GeneratorMainHandler(OutputHandlerBase *handler,
     database->addNode(0, ObjectDataBase::NODE_DATA_T());
 }
 
+GeneratorMainHandler::~GeneratorMainHandler() = default;
+
 bool GeneratorMainHandler::openProject(const QString &filePath)
+{
+    if (!openInto(*database, filePath))
+        return false;
+    const QFileInfo info(filePath);
+    if (!checksOnly && ProjectFile::formOf(filePath) != ProjectFile::Form::Text)
+        ReplaceFile::removeLeftover(info.absoluteFilePath());
+    projectFile = filePath;
+    setProjectFolder(info.absolutePath());
+    projectName = info.completeBaseName();
+    return true;
+}
+
+bool GeneratorMainHandler::openInto(ObjectDataBase &store, const QString &filePath)
 {
     const QString reason = FileReasons::whyNotReadable(filePath);
     if (!reason.isEmpty()) {
@@ -125,15 +141,45 @@ bool GeneratorMainHandler::openProject(const QString &filePath)
     const QString path = info.isRelative() ? info.absoluteFilePath() : filePath;
     const GivenName name(path, filePath);
     const bool isText = ProjectFile::formOf(path) == ProjectFile::Form::Text;
-    if (!(isText ? openTextBasedProject(path) : openSqlBasedProject(path)))
+    if (!(isText ? store.fromText(path) : store.openDataBase(path, true)))
         return false;
-    correctProject();
-    projectFile = filePath;
+    correctProject(store);
     RunFiles::noteRead(path);
-    setProjectFolder(info.absolutePath());
-    projectName = info.completeBaseName();
-    database->setGeneralSettingsValue(QStringLiteral("new_init_structure"), QStringLiteral("1"));
+    store.setGeneralSettingsValue(QStringLiteral("new_init_structure"), QStringLiteral("1"));
     return true;
+}
+
+bool GeneratorMainHandler::openOlderProject(const QString &filePath)
+{
+    ObjectDataBase store;
+    if (!openInto(store, filePath))
+        return false;
+    dropDeclaredGroups(store, readProjectFacts(store));
+    auto record = std::make_unique<ProjectRecord>();
+    if (!store.readRecords(record.get())) {
+        Problems::error("not-opened", filePath,
+                        QStringLiteral("could not be opened: not all of it can be read"));
+        return false;
+    }
+    olderFile = filePath;
+    olderProject = std::move(record);
+    return true;
+}
+
+void GeneratorMainHandler::compareProject()
+{
+    if (!olderProject)
+        return;
+    dropDeclaredGroups(*database, readProjectFacts(*database));
+    ProjectRecord project;
+    if (!database->readRecords(&project)) {
+        Problems::error("not-compared", projectFile,
+                        QStringLiteral("could not be compared: not all of it can be read"));
+        return;
+    }
+    foundComparison = compareProjects(*olderProject, project);
+    foundComparison->with = olderFile;
+    olderProject.reset();
 }
 
 void GeneratorMainHandler::openProject(QPointer<ObjectDataBase> store, const QString &directory,
@@ -185,25 +231,11 @@ void GeneratorMainHandler::makeOutputFolder()
                         QStringLiteral("cannot take the files: %1").arg(reason));
 }
 
-bool GeneratorMainHandler::openTextBasedProject(const QString &filePath)
-{
-    return database->fromText(filePath);
-}
-
-bool GeneratorMainHandler::openSqlBasedProject(const QString &filePath)
-{
-    if (!database->openDataBase(filePath, true))
-        return false;
-    if (!checksOnly)
-        ReplaceFile::removeLeftover(filePath);
-    return true;
-}
-
 /// The same driver serves all tools of the family; the application's name tells which it is.
-void GeneratorMainHandler::correctProject()
+void GeneratorMainHandler::correctProject(ObjectDataBase &store)
 {
     ProjectConverter converter;
-    converter.setDatabase(database);
+    converter.setDatabase(&store);
     converter.doGenericCorrection();
     converter.doCANopenCorrection();
     const QString tool = QCoreApplication::applicationName();
@@ -308,7 +340,7 @@ void GeneratorMainHandler::generateOutput(bool ignoreCheckErrors)
     warnOfSettings(*places);
     if (!checksOnly)
         makeOutputFolder();
-    dropDeclaredGroups(facts);
+    dropDeclaredGroups(*database, facts);
     QElapsedTimer timer;
     timer.start();
     fillCaches(facts);
@@ -366,12 +398,12 @@ SettingsCheck::Place GeneratorMainHandler::placeOf(const ProjectPlace &place,
 }
 
 /// The generators declare the group of address claiming on their own.
-void GeneratorMainHandler::dropDeclaredGroups(const ProjectFacts &facts)
+void GeneratorMainHandler::dropDeclaredGroups(ObjectDataBase &store, const ProjectFacts &facts)
 {
     for (const ProjectLine &line : facts.lines) {
         if (line.choosesGenerators() && carriesJ1939(line.type))
-            (void)database->delPGN(line.number, ParameterGroup::kAddressClaimed,
-                                   Direction::kTransmitted); // may not be there
+            (void)store.delPGN(line.number, ParameterGroup::kAddressClaimed,
+                               Direction::kTransmitted); // may not be there
     }
 }
 
@@ -379,7 +411,7 @@ void GeneratorMainHandler::dropDeclaredGroups(const ProjectFacts &facts)
 void GeneratorMainHandler::dropDeclaredGroupsOf(const QString &file)
 {
     if (ProjectFile::formOf(file) == ProjectFile::Form::Yaml)
-        dropDeclaredGroups(readProjectFacts(*database));
+        dropDeclaredGroups(*database, readProjectFacts(*database));
 }
 
 void GeneratorMainHandler::fillCaches(const ProjectFacts &facts)

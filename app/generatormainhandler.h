@@ -8,6 +8,7 @@
 #include "check/modelchecker.h"
 #include "check/settingscheck.h"
 #include "generators/unchangedfiles.h"
+#include "store/comparison/projectchange.h"
 #include "store/projectplaces.h"
 #include "support/outputguard.h"
 
@@ -18,10 +19,12 @@
 #include <QVector>
 
 #include <memory>
+#include <optional>
 
 class EDSGenerator;
 class ObjectDataBase;
 class OutputHandlerBase;
+struct ProjectRecord;
 
 /// Owns the project store for the run and reports through the output handler. Runs on the main
 /// thread; importers and generators work on threads of their own while it waits, one at a time.
@@ -42,6 +45,7 @@ public:
     explicit GeneratorMainHandler(OutputHandlerBase *handler,
                                   PostGenProgressHandler *progress = nullptr,
                                   QObject *parent = nullptr);
+    ~GeneratorMainHandler() override;
 
     /// Adopts a store that is open already; it stays the caller's.
     void openProject(QPointer<ObjectDataBase> store, const QString &directory, const QString &name);
@@ -52,6 +56,13 @@ public:
 
     /// See Imports::run().
     bool importFiles(const QVector<ImportRequest> &requests);
+
+    /// Reads an older project, with which compareProject() compares. False as with openProject().
+    bool openOlderProject(const QString &filePath);
+
+    /// Compares the project, as it stands now, with the older one, if there is one.
+    void compareProject();
+    const std::optional<ProjectComparison> &comparison() const { return foundComparison; }
 
     /// False, and reported, if \a file cannot be read.
     bool applyDbModifier(const QString &file);
@@ -117,20 +128,20 @@ signals:
     void doneCorrection();
 
 private:
-    bool openTextBasedProject(const QString &filePath);
+    /// Opens a project as it has to be for a run; false, and reported, if that cannot be done.
+    static bool openInto(ObjectDataBase &store, const QString &filePath);
     /// Tells on standard error what in the settings, and in the model, has no effect.
     void warnOfSettings(ProjectPlaces &places) const;
     void warnOfModel(const ProjectFacts &facts, ProjectPlaces &places) const;
     /// In the project, or of what the run was given beside it, if that has set the setting.
     SettingsCheck::Place placeOf(const ProjectPlace &place, ProjectPlaces &places) const;
-    bool openSqlBasedProject(const QString &filePath);
     /// Tells what of the project the text form in \a file has no place for.
     void tellLosses(const QString &file) const;
-    void correctProject();
+    static void correctProject(ObjectDataBase &store);
     void setProjectFolder(const QString &folder);
     /// Makes the output folder that the user has named; reports why that cannot be done.
     void makeOutputFolder();
-    void dropDeclaredGroups(const ProjectFacts &facts);
+    static void dropDeclaredGroups(ObjectDataBase &store, const ProjectFacts &facts);
     /// Of a project that is about to be written to that file, if it is one in YAML.
     void dropDeclaredGroupsOf(const QString &file);
     void fillCaches(const ProjectFacts &facts);
@@ -166,6 +177,9 @@ private:
     /// Of the settings that come from elsewhere than the project, by "<group>:<key>".
     QHash<QString, SettingsCheck::Place> placesOfSettings;
     OutputHandlerBase *outputHandler;
+    QString olderFile; ///< the project to compare with, as the user named it
+    std::unique_ptr<ProjectRecord> olderProject;
+    std::optional<ProjectComparison> foundComparison;
     QVector<Finding> checkFindings;
     OutputGuard outputGuard;
     std::unique_ptr<UnchangedFiles> unchangedFiles; ///< null: all files are written

@@ -16,6 +16,7 @@ constexpr int kLongestMeant = 80; // characters of a word that is compared with 
 // clang-format off
 const QVector<OptionRow> kOptions = {
     {"-check", nullptr, false, "Checks the project and writes nothing but a report."},
+    {"-compare", "project", false, "Tells what differs from an older project."},
     {"-dbmod", "file", true, "Apply a db modification. Only for internal use."},
     {"-depfile", "file", false,
      "Writes which files were read and written, as a rule of make."},

@@ -54,7 +54,16 @@ YamlValue &YamlValue::spread()
 
 QString YamlWriter::oneLine(const YamlValue &value)
 {
-    return value.isFlag ? value.scalar : YamlScalar::oneLine(value.scalar, value.meaning);
+    if (value.kind == YamlValue::Kind::Scalar)
+        return value.isFlag ? value.scalar : YamlScalar::oneLine(value.scalar, value.meaning);
+    const bool isMap = value.kind == YamlValue::Kind::Map;
+    QStringList entries;
+    for (int i = 0; i < value.items.size(); ++i)
+        entries << (isMap ? keyText(value.keys.at(i)) + QLatin1String(": ") : QString()) +
+                       oneLine(value.items.at(i));
+    const QString text = entries.join(QLatin1String(", "));
+    return isMap ? QLatin1Char('{') + text + QLatin1Char('}')
+                 : QLatin1Char('[') + text + QLatin1Char(']');
 }
 
 bool YamlWriter::flow(const YamlValue &value, int room, QString *result)

@@ -69,6 +69,9 @@ public:
     /// False if anything could not be written.
     bool finish();
 
+    /// The value as it would stand in a line of any length.
+    static QString oneLine(const YamlValue &value);
+
 private:
     void line(int indent, const QString &text);
     void flush();
@@ -79,7 +82,6 @@ private:
     void writeText(int indent, const QString &start, const YamlValue &value);
     void writeItems(int indent, const YamlValue &value);
     void writeLines(int indent, const QString &start, const QStringList &lines);
-    static QString oneLine(const YamlValue &value);
     /// Appends the value as it stands on one line; false if it has to be spread over several.
     static bool flow(const YamlValue &value, int room, QString *result);
 

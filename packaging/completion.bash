@@ -62,13 +62,13 @@ _tessarine()
         [[ $COMP_WORDBREAKS == *:* ]] || line=${BASH_REMATCH[1]}
     fi
     case $previous in
-    -project | -export) kinds='tsrp|tsrt|yaml|yml' ;;
+    -project | -export | -compare) kinds='tsrp|tsrt|yaml|yml' ;;
     -import) kinds='csv|dbc|dcf|eds|icsv|tsrp|tsrt|xdc|xdd|yaml|yml' ;;
     -import-node) return ;;
     -dbmod | -depfile | -report) kinds='*' ;;
     -output) kinds='/' ;; # folders only, for no file has this ending
     *)
-        mapfile -t COMPREPLY < <(compgen -W "-check -dbmod -depfile -export -help -import -import-node
+        mapfile -t COMPREPLY < <(compgen -W "-check -compare -dbmod -depfile -export -help -import -import-node
             -keep-unchanged -no-commands -output -problems -project -report -s -save -schema -set -version" -- "$2")
         return
         ;;

@@ -1,5 +1,6 @@
 // Copying and comparing lines of two stores.
 #include "store/objectdatabase_p.h"
+#include "store/sidebyside.h"
 #include "support/logging.h"
 
 #include <algorithm>
@@ -75,34 +76,30 @@ bool copyVirtualNodes(StorePrivate &from, quint8 otherLine, StorePrivate &to, qu
     return done;
 }
 
-/// Walks two maps side by side, from the key \a low up to and including \a high, and reports each
-/// key whose values differ: \a report gets it with the kind, \a both gets the keys that both have.
+/// Reports each key from \a low up to and including \a high whose values differ, with the kind;
+/// \a both gets the values of the keys that both have.
 template <class Map, class Report, class Both>
-void walkTogether(const Map &here, const Map &there, typename Map::key_type low,
-                  typename Map::key_type high, const Report &report, const Both &both)
+void compare(const Map &here, const Map &there, typename Map::key_type low,
+             typename Map::key_type high, const Report &report, const Both &both)
 {
-    auto mine = here.lowerBound(low);
-    auto theirs = there.lowerBound(low);
-    const auto isAtEnd = [high](const Map &map, auto place) {
-        return place == map.constEnd() || place.key() > high;
+    if (low > high)
+        return;
+    const auto endOf = [high](const Map &map) {
+        auto end = map.lowerBound(high);
+        if (end != map.constEnd() && end.key() == high)
+            ++end;
+        return end;
     };
-    while (!isAtEnd(here, mine) || !isAtEnd(there, theirs)) {
-        const bool isMineDone = isAtEnd(here, mine);
-        const bool isTheirsDone = isAtEnd(there, theirs);
-        if (isTheirsDone || (!isMineDone && mine.key() < theirs.key())) {
-            report(Kind::OnlyHere, mine.key());
-            ++mine;
-        } else if (isMineDone || theirs.key() < mine.key()) {
-            report(Kind::OnlyThere, theirs.key());
-            ++theirs;
-        } else {
-            if (!mine->contentCompare(*theirs))
-                report(Kind::Content, mine.key());
-            both(mine.key());
-            ++mine;
-            ++theirs;
-        }
-    }
+    SideBySide::walk(here.lowerBound(low), endOf(here), there.lowerBound(low), endOf(there),
+                     [&](auto key, const auto *mine, const auto *theirs) {
+                         if (!theirs)
+                             return report(Kind::OnlyHere, key);
+                         if (!mine)
+                             return report(Kind::OnlyThere, key);
+                         if (!mine->contentCompare(*theirs))
+                             report(Kind::Content, key);
+                         both(key);
+                     });
 }
 
 } // namespace
@@ -355,14 +352,14 @@ QList<LineDifferenceData> ObjectDataBase::compareLine(quint8 line, ObjectDataBas
     const LineCache here = d->cachedSubs.value(line);
     const LineCache there = other.d->cachedSubs.value(source);
     const auto compareSubs = [&](quint16 index) {
-        walkTogether(
+        compare(
             here.subs.of(index), there.subs.of(index), 0, 0xFF,
             [&](Kind kind, quint8 sub) {
                 differences << LineDifference{kind, index, sub};
             },
             [](quint8) {});
     };
-    walkTogether(
+    compare(
         here.objects, there.objects, low, high,
         [&](Kind kind, quint16 index) {
             differences << LineDifference{kind, index, std::nullopt};

@@ -162,6 +162,12 @@ private slots:
         QTest::newRow("check_with_save") << "-check -save -project pümp.tsrt" << kCheck + "errors:\npümp.tsrt: "
             "warning: was not saved, since \"-check\" writes no project; leave that option out to save "
             "[check-saves-nothing]\n" << 0;
+        QTest::newRow("comparison") << "-check -project pümp.tsrt -compare untyped.tsrt -dbmod mod.txt"
+            << kCheck + "\nComparison with untyped.tsrt: 1 added\n\nLine 0, CANopen\n  + protocol: CANopen\n" << 0;
+        QTest::newRow("compared_with_itself") << "-project pümp.tsrt -compare pümp.tsrt"
+            << kFullRun + "\nNothing differs from pümp.tsrt.\n" << 0;
+        QTest::newRow("no_project_to_compare_with") << "-project pümp.tsrt -compare none.tsrt -import none.eds"
+            << unopened("none.tsrt", "there is no such file") << 3;
         QTest::newRow("folder_in_a_file") << "-project pümp.tsrt -output mod.txt/x" << kCheck +
             "ABORT - The output folder %DIR%/mod.txt/x is not writeable.\nError - The output folder is not writeable\n"
             "errors:\nmod.txt/x: error: cannot take the files: Not a directory [no-output-folder]\n" << 8;
@@ -180,6 +186,17 @@ private slots:
         const auto [arguments, output, exitCode] = fetchRow<QString, QByteArray, int>();
         QCOMPARE(run(arguments), ended(exitCode, output));
         QCOMPARE(fixture->temporaryCopies(), QStringList());
+    }
+
+    /// As the user left it: a comparison knows nothing of what the check corrects.
+    void comparesBeforeTheCheck()
+    {
+        const QByteArray output = run("-project bad.tsrt -compare pümp.tsrt");
+        QVERIFY2(
+            output.endsWith("\nComparison with pümp.tsrt: 1 removed, 1 changed\n\nLine 0, CANopen\n"
+                            "  - receivebuffersize: 1\n  ~ 0x1018:0 count: default 1 -> 5\n"
+                            "Error - Check of model consistency returns error.\nexit code 7\n"),
+            output);
     }
 
     void filesWithoutPermission()
@@ -293,10 +310,11 @@ private slots:
         const QByteArray settings =
             QSettings("Korvel", "CANopen Tessarine").fileName().replace(" ", "\\ ").toUtf8();
         const QByteArray inputs =
-            "pümp.tsrt \\\n  gauge.EDS \\\n  untyped.tsrt \\\n  mod.txt \\\n  " + settings +
-            " \\\n  stack/a_featureinfo_b.xml";
+            "pümp.tsrt \\\n  taken.tsrt \\\n  gauge.EDS \\\n  untyped.tsrt \\\n  mod.txt \\\n  " +
+            settings + " \\\n  stack/a_featureinfo_b.xml";
         const QString all =
-            "-import gauge.EDS -import 0:untyped.tsrt#0 -dbmod mod.txt -project pümp.tsrt";
+            "-import gauge.EDS -import 0:untyped.tsrt#0 -dbmod mod.txt -compare taken.tsrt "
+            "-project pümp.tsrt";
         QCOMPARE(rule("-check " + all), filled("deps: \\\n  " + inputs + '\n'));
         QCOMPARE(rule("-check -report r " + all), filled("r: \\\n  " + inputs + '\n'));
         const QByteArray outputs =
@@ -310,6 +328,7 @@ private slots:
         }
         QVERIFY(rule("-export new/p.tsrp " + all).contains("pümp.eds \\\n  new/p.tsrp: \\\n"));
         QVERIFY(run(all + " -depfile ./mod.txt").contains("it is the modifier file"));
+        QVERIFY(run(all + " -depfile taken.tsrt").contains("it is the project to compare with"));
         QVERIFY(run(all + " -depfile no_stdlib_include.txt")
                     .contains("it is a file that the run reads"));
         QVERIFY(run(all + " -report r -depfile r").contains("it is the report for machines"));
