@@ -51,6 +51,7 @@ CLIMainApp::CLIMainApp(const QStringList &argumentList, CLIOutputHandler *handle
             &CLIMainApp::generatorFinished);
     connect(generatorMainHandler, &GeneratorMainHandler::checked, this,
             &CLIMainApp::locateFindings);
+    connect(generatorMainHandler, &GeneratorMainHandler::checked, this, &CLIMainApp::readOverview);
     fillErrorStringMap();
 }
 
@@ -91,6 +92,7 @@ void CLIMainApp::followOptions()
     else
         emit finished();
     protectReadFiles();
+    writeOverview(project);
     writeReport(project);
     writeDependencies(project);
 }
@@ -149,6 +151,11 @@ void CLIMainApp::protectInputs(const QString &project)
     const QString dependencies = options.value("-depfile");
     if (!dependencies.isNull() && guardOfDependencies.roleOf(dependencies).isEmpty())
         guard.protect(dependencies, QStringLiteral("the dependency file"));
+    guardOfOverview = guardOfDependencies;
+    guardOfOverview.protect(dependencies, QStringLiteral("the dependency file"));
+    const QString page = options.value("-overview");
+    if (!page.isNull() && guardOfOverview.roleOf(page).isEmpty())
+        guard.protect(page, QStringLiteral("the overview"));
     generatorMainHandler->setOutputGuard(guard);
 }
 
@@ -157,7 +164,8 @@ void CLIMainApp::protectReadFiles()
 {
     const QStringList files = runFiles.readFiles();
     for (const QString &file : files) {
-        for (OutputGuard *guard : {&guardOfExport, &guardOfReport, &guardOfDependencies})
+        for (OutputGuard *guard :
+             {&guardOfExport, &guardOfReport, &guardOfDependencies, &guardOfOverview})
             guard->protect(file, QStringLiteral("a file that the run reads"));
     }
 }
@@ -331,13 +339,45 @@ void CLIMainApp::locateFindings()
 {
     const QString project = options.value("-project");
     const bool isTold = options.has("-problems");
-    if (!isTold && !options.has("-report"))
+    if (!isTold && !options.has("-report") && !options.has("-overview"))
         return;
     locatedFindings = locate(generatorMainHandler->findings(), *ProjectPlaces::ofFile(project));
     for (const LocatedFinding &finding : qAsConst(locatedFindings)) {
         if (isTold)
             std::fprintf(stderr, "%s\n", qUtf8Printable(finding.asProblem(project).asLine()));
     }
+}
+
+void CLIMainApp::readOverview()
+{
+    if (options.has("-overview"))
+        overview.readProject(generatorMainHandler->project(), options.value("-project"));
+}
+
+/// Behind all that changes generated files, so that their sizes are known. A page that is not
+/// written leaves the exit code alone, as the report does.
+void CLIMainApp::writeOverview(const QString &project)
+{
+    QString path;
+    if (!options.value("-overview", path))
+        return;
+    QString reason;
+    if (const QString role = guardOfOverview.roleOf(path); !role.isEmpty())
+        reason = QStringLiteral("it is ") + role;
+    else if (!overview.hasProject())
+        reason = QStringLiteral("the run ended before the check");
+    if (reason.isEmpty()) {
+        const QString folder = options.value("-output");
+        overview.addFindings(locatedFindings);
+        overview.addProblems(problemLog.problems());
+        overview.addFiles(runFiles.writtenFiles(),
+                          folder.isNull() ? QFileInfo(project).absolutePath() : folder);
+        reason = overview.write(path, options.has("-keep-unchanged"));
+    }
+    if (reason.isEmpty())
+        RunFiles::noteWritten(path);
+    else
+        tellNotWritten(path, reason);
 }
 
 void CLIMainApp::writeReport(const QString &project)

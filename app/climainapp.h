@@ -3,6 +3,7 @@
 
 #include "app/generatormainhandler.h"
 #include "app/locatedfinding.h"
+#include "app/overviewfile.h"
 #include "app/problemlog.h"
 #include "app/runoptions.h"
 #include "support/outputguard.h"
@@ -68,6 +69,10 @@ private:
     QString outcome() const; ///< of the run, in words
     /// Finds the places of the findings, as long as the project's file is the one that was read.
     void locateFindings();
+    /// Reads what the page of the project shows, if there is to be one.
+    void readOverview();
+    /// Writes the page of the project, if the user asked for it.
+    void writeOverview(const QString &project);
     /// Writes the report on the run that the user asked for, if he did.
     void writeReport(const QString &project);
     /// The same for the dependency file; only of a run that went well.
@@ -78,7 +83,9 @@ private:
     OutputGuard guardOfExport;       ///< the same for the exported project
     OutputGuard guardOfReport;       ///< the same for the report for machines
     OutputGuard guardOfDependencies; ///< the same for the dependency file
+    OutputGuard guardOfOverview;     ///< the same for the page of the project
     RunFiles runFiles;
+    OverviewFile overview;
     QVector<LocatedFinding> locatedFindings;
     RunOptions options;
     QVector<ImportRequest> imports;

@@ -103,6 +103,9 @@ public:
     /// Why the last one of these failed.
     QString saveError() const;
 
+    /// The store of the run, which it alone may change.
+    ObjectDataBase &project() { return *database; }
+
     /// What the check of the last run has found.
     const QVector<Finding> &findings() const { return checkFindings; }
 

@@ -21,17 +21,6 @@ ProjectPlace placeOf(const Finding &finding)
     return place;
 }
 
-/// The text without the word for its kind where the level says the same.
-QString textWithoutLevel(const Finding &finding)
-{
-    QString text = finding.text();
-    for (const char *word : {"Error: ", "Warning: "}) {
-        if (text.startsWith(QLatin1String(word)))
-            text.remove(0, int(qstrlen(word)));
-    }
-    return text;
-}
-
 } // namespace
 
 QString LocatedFinding::object() const
@@ -53,6 +42,16 @@ QString LocatedFinding::object() const
     return finding.line == 0 ? name : QString::number(finding.line) + QLatin1Char('/') + name;
 }
 
+QString LocatedFinding::text() const
+{
+    QString text = finding.text();
+    for (const char *word : {"Error: ", "Warning: "}) {
+        if (text.startsWith(QLatin1String(word)))
+            text.remove(0, int(qstrlen(word)));
+    }
+    return text;
+}
+
 Problems::Level LocatedFinding::level() const
 {
     const Check::MessageRow &row = Check::messageRow(finding.rule);
@@ -65,8 +64,8 @@ Problems::Level LocatedFinding::level() const
 Problems::Problem LocatedFinding::asProblem(const QString &file) const
 {
     const QString place = object();
-    const QString text = textWithoutLevel(finding);
-    return {level(), file, fileLine, place.isEmpty() ? text : place + QLatin1String(": ") + text,
+    return {level(), file, fileLine,
+            place.isEmpty() ? text() : place + QLatin1String(": ") + text(),
             Check::ruleName(finding.rule)};
 }
 

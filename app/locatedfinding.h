@@ -15,6 +15,9 @@ struct LocatedFinding {
     /// "PGN 65262 SPN 110", "line 1"; empty for the whole project.
     QString object() const;
 
+    /// The message without the word for its kind where level() says the same.
+    QString text() const;
+
     /// An error is what the exit code counts as one, however it is worded.
     Problems::Level level() const;
 

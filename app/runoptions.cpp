@@ -27,6 +27,7 @@ const QVector<OptionRow> kOptions = {
     {"-keep-unchanged", nullptr, false, "Leaves files as they are that would differ in their date only."},
     {"-no-commands", nullptr, false, "Starts no program after the generation."},
     {"-output", "folder", false, "Sets the folder for the files."},
+    {"-overview", "file", false, "Writes a page that shows the project."},
     {"-problems", nullptr, false, "Tells the findings of the check on standard error too, with their places."},
     {"-project", "file", true, "Sets the project file to use. This argument is mandatory."},
     {"-report", "file", false, "Writes the findings for machines."},

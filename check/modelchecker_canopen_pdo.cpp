@@ -5,6 +5,7 @@
 #include "support/accesstype.h"
 #include "support/cohelper.h"
 #include "support/implementation.h"
+#include "support/mappingentry.h"
 #include "support/numbers.h"
 #include "support/objectindex.h"
 
@@ -16,23 +17,10 @@ namespace
 /// Data types up to this one are place holders in a mapping (CiA 301, 7.4.7.1).
 constexpr quint16 kHighestDummy = CAN::typeNumber(CAN::CANopenDataType::Unsigned32);
 
-/// The parts of a mapping entry: the place of the object and its size.
-struct Entry {
-    quint16 index;
-    quint8 subIndex;
-    quint8 bits;
-};
-
-Entry entryOf(quint32 value)
-{
-    return {static_cast<quint16>(value >> 16), static_cast<quint8>(value >> 8),
-            static_cast<quint8>(value)};
-}
-
 /// The three place holders of a message on the object that a mapping entry names.
-QStringList argumentsOf(quint16 mapping, const Entry &entry)
+QStringList argumentsOf(quint16 mapping, const MappingEntry &entry)
 {
-    return {hex4(mapping), hex4(entry.index), hex2(entry.subIndex)};
+    return {hex4(mapping), hex4(entry.index), hex2(entry.sub)};
 }
 
 bool isOneOf(const QString &access, std::initializer_list<QLatin1String> list)
@@ -88,7 +76,7 @@ quint16 ModelChecker::checkMappingEntries(quint16 index, MappingUse &use)
         if (sub == 0)
             continue;
         const quint32 value = Numbers::toUIntByPrefix(data.defaultValue);
-        const Entry entry = entryOf(value);
+        const auto entry = MappingEntry::of(value);
         if (sub <= count)
             bits += entry.bits;
         use.bitwise |= entry.bits >= 1 && entry.bits <= 7;
@@ -100,11 +88,11 @@ quint16 ModelChecker::checkMappingEntries(quint16 index, MappingUse &use)
 
 void ModelChecker::checkMappingEntry(quint16 index, quint8 subIndex, quint32 value)
 {
-    const Entry entry = entryOf(value);
+    const auto entry = MappingEntry::of(value);
     const Place place = {index, subIndex};
     const QStringList arguments = argumentsOf(index, entry);
     SubIndexData data;
-    if (!project->getSubIndexData(line, entry.index, entry.subIndex, data)) {
+    if (!project->getSubIndexData(line, entry.index, entry.sub, data)) {
         report(Msg::MappedObjectMissing, place, arguments);
     } else {
         if (data.pdoMapping.isEqualToType(PDOMappingType::No))
@@ -124,7 +112,7 @@ void ModelChecker::checkMappingEntry(quint16 index, quint8 subIndex, quint32 val
 void ModelChecker::checkMappedAccess(const Place &mapping, quint32 value, const QString &access)
 {
     const auto index = static_cast<quint16>(mapping.index);
-    const QStringList arguments = argumentsOf(index, entryOf(value));
+    const QStringList arguments = argumentsOf(index, MappingEntry::of(value));
     if (ObjectRanges::kRpdoMappings.contains(index)) {
         if (isOneOf(access,
                     {AccessType::kReadOnly, AccessType::kConst, AccessType::kReadWriteRead}))
@@ -204,10 +192,10 @@ void ModelChecker::checkSrdoObjects()
 void ModelChecker::checkSrdoEntry(quint16 index, quint8 subIndex, quint32 value)
 {
     const Place place = {index, subIndex};
-    const Entry entry = entryOf(value);
+    const auto entry = MappingEntry::of(value);
     const QStringList arguments = argumentsOf(index, entry);
     SubIndexData data;
-    if (!project->getSubIndexData(line, entry.index, entry.subIndex, data))
+    if (!project->getSubIndexData(line, entry.index, entry.sub, data))
         return report(Msg::SrdoObjectMissing, place, arguments);
     if (data.implementation != Implementation::kApplicationVariable)
         report(Msg::SrdoObjectNotVariable, place, arguments);

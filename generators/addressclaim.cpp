@@ -3,6 +3,7 @@
 
 #include "generators/j1939settings.h"
 #include "support/candatatype.h"
+#include "support/cohelper.h"
 #include "support/implementation.h"
 #include "support/parametergroups.h"
 
@@ -59,28 +60,67 @@ constexpr NameRow kName[] = {                       // order is that of the fram
 
 } // namespace
 
-void AddressClaim::declare(ObjectDataBase &store, quint8 line, quint32 reservedSpn)
+PgnData AddressClaim::group()
 {
-    const J1939Settings settings(store);
-    ObjectDataBase::PGN group;
+    PgnData group;
+    group.number = kAddressClaimed;
     group.name = QStringLiteral("Address Claiming");
     group.description = QStringLiteral("This PGN is used to send the Address Claiming.");
     group.priority = 6;
     group.inhibitTimeMs = 250;
     group.mappingCount = static_cast<quint16>(std::size(kName));
     group.direction = Direction::kTransmitted;
-    store.beginBatch();
-    (void)store.addPGN(line, kAddressClaimed, group); // fails in a locked store; so do its signals
-    qint16 place = 0;
+    return group;
+}
+
+QVector<SpnData> AddressClaim::signalsOf(const ObjectDataBase &store, quint8 line,
+                                         quint32 reservedSpn)
+{
+    const J1939Settings settings(store);
+    QVector<SpnData> fields;
     for (const NameRow &row : kName) {
-        ObjectDataBase::SPN spn;
-        spn.pos = place++; // rows with one place have no order of their own
+        SpnData spn;
+        spn.pos = static_cast<qint16>(fields.size()); // rows with one place have no order
         spn.name = QLatin1String(row.name);
         spn.dataType = static_cast<quint32>(row.type);
         spn.implementation = Implementation::kManagedVariable;
         spn.defaultValue = row.value(settings.ofLine(row.setting, line));
-        const quint32 number = row.spn == kReserved ? reservedSpn : row.spn;
-        (void)store.addSPN(line, kAddressClaimed, group.direction, number, spn); // as above
+        spn.number = row.spn == kReserved ? reservedSpn : row.spn;
+        fields.append(spn);
     }
+    return fields;
+}
+
+quint64 AddressClaim::nameOf(const ObjectDataBase &store, quint8 line)
+{
+    quint64 name = 0;
+    int position = 0;
+    const QVector<SpnData> fields = signalsOf(store, line, 0);
+    for (const SpnData &field : fields) {
+        const int bits = COHelper::getDataLengthBits(static_cast<Type>(field.dataType));
+        const quint64 value = Numbers::toUIntByPrefix(field.defaultValue);
+        name |= (value & ((quint64(1) << bits) - 1)) << position;
+        position += bits;
+    }
+    return name;
+}
+
+void AddressClaim::declare(ObjectDataBase &store, quint8 line, quint32 reservedSpn)
+{
+    const PgnData claim = group();
+    const QVector<SpnData> fields = signalsOf(store, line, reservedSpn);
+    store.beginBatch();
+    (void)store.addPGN(line, kAddressClaimed, claim); // fails in a locked store; so do its signals
+    for (const SpnData &spn : fields)
+        (void)store.addSPN(line, kAddressClaimed, claim.direction, spn.number, spn); // as above
     store.commitBatch();
+}
+
+quint8 AddressClaim::addressOf(const ObjectDataBase &store, quint8 line)
+{
+    const J1939Settings settings(store);
+    if (settings.text(QStringLiteral("startaddress")).isEmpty())
+        return kNullAddress;
+    return static_cast<quint8>(
+        Numbers::toUIntByPrefix(settings.ofLine("startaddress", line, LineList::Beyond::First)));
 }

@@ -65,11 +65,11 @@ _tessarine()
     -project | -export | -compare) kinds='tsrp|tsrt|yaml|yml' ;;
     -import) kinds='csv|dbc|dcf|eds|icsv|tsrp|tsrt|xdc|xdd|yaml|yml' ;;
     -import-node) return ;;
-    -dbmod | -depfile | -report) kinds='*' ;;
+    -dbmod | -depfile | -overview | -report) kinds='*' ;;
     -output) kinds='/' ;; # folders only, for no file has this ending
     *)
         mapfile -t COMPREPLY < <(compgen -W "-check -compare -dbmod -depfile -export -help -import -import-node
-            -keep-unchanged -no-commands -output -problems -project -report -s -save -schema -set -version" -- "$2")
+            -keep-unchanged -no-commands -output -overview -problems -project -report -s -save -schema -set -version" -- "$2")
         return
         ;;
     esac

@@ -4,7 +4,7 @@
 #include "formats/dbckeys.h"
 #include "formats/kvadblib.h"
 #include "generators/addressclaim.h"
-#include "generators/descriptions/canopenframes.h"
+#include "generators/frames/canopenframes.h"
 #include "generators/j1939settings.h"
 #include "generators/outputname.h"
 #include "store/linetype.h"
@@ -22,7 +22,6 @@
 namespace
 {
 
-constexpr quint8 kNullAddress = 0xFE;
 /// Identifiers of a device whose node-ID is not known are those of this one.
 constexpr quint8 kExampleNodeId = 1;
 
@@ -56,7 +55,8 @@ QVector<Dbc::NodeNumber> numbersOfNode(const ObjectDataBase &store, quint8 line)
 {
     const J1939Settings settings(store);
     QVector<Dbc::NodeNumber> numbers;
-    numbers.append({DbcKeys::kStationAddress, kNullAddress, 255, Dbc::lineAddress(store, line)});
+    numbers.append({DbcKeys::kStationAddress, AddressClaim::kNullAddress, 255,
+                    AddressClaim::addressOf(store, line)});
     for (const NameRow &row : kName) {
         bool isNumber = false;
         const qint64 value = Numbers::toUIntByPrefix(settings.ofLine(row.setting, line), &isNumber);
@@ -69,7 +69,7 @@ QVector<Dbc::NodeNumber> numbersOfNode(const ObjectDataBase &store, quint8 line)
 
 void Dbc::declareIdentify(ObjectDataBase &store, quint8 line)
 {
-    AddressClaim::declare(store, line, classicDbc().reservedSpn);
+    AddressClaim::declare(store, line, Frames::classicForm().reservedSpn);
 }
 
 QString Dbc::symbolName(const QString &name)
@@ -83,15 +83,6 @@ QString Dbc::symbolName(const QString &name)
             character = QLatin1Char('_');
     }
     return symbol;
-}
-
-quint8 Dbc::lineAddress(const ObjectDataBase &store, quint8 line)
-{
-    const J1939Settings settings(store);
-    if (settings.text(QStringLiteral("startaddress")).isEmpty())
-        return kNullAddress;
-    return static_cast<quint8>(
-        Numbers::toUIntByPrefix(settings.ofLine("startaddress", line, LineList::Beyond::First)));
 }
 
 // --- All files ---
@@ -164,16 +155,17 @@ bool DbcFileGenerator::writeDatabase(KvaDbHnd handle, const QString &file)
     told.withImplementation = hasImplementationInfo;
     told.isCanFd = isCanFd;
     Dbc::Network network(handle, form(), told);
-    const Dbc::Frames collected =
-        frames({*database, form(), activeLine, Dbc::lineAddress(*database, activeLine), isCanFd,
-                hasImplementationInfo});
+    const Frames::Collected collected =
+        frames({*database, *form().frames, activeLine,
+                AddressClaim::addressOf(*database, activeLine), isCanFd, hasImplementationInfo});
     network.add(collected.frames);
     if (isPortable)
         tellOfLosses(network, collected);
     return Dbc::succeeded(kvaDbWriteFile(handle, file), "create dbc file");
 }
 
-void DbcFileGenerator::tellOfLosses(const Dbc::Network &network, const Dbc::Frames &frames) const
+void DbcFileGenerator::tellOfLosses(const Dbc::Network &network,
+                                    const Frames::Collected &frames) const
 {
     const struct {
         int count;
@@ -216,7 +208,7 @@ void DBCGenerator::resetJob()
     DbcFileGenerator::resetJob();
     isJ1939 = readLineType(*database, activeLine) != LineType::RawCan;
     if (isJ1939)
-        AddressClaim::declare(*database, activeLine, form().reservedSpn);
+        AddressClaim::declare(*database, activeLine, form().frames->reservedSpn);
 }
 
 Dbc::Bus DBCGenerator::bus() const
@@ -229,12 +221,12 @@ Dbc::Bus DBCGenerator::bus() const
     return bus;
 }
 
-Dbc::Frames DBCGenerator::frames(const Dbc::Source &source) const
+Frames::Collected DBCGenerator::frames(const Frames::Source &source) const
 {
     if (!isJ1939)
-        return Dbc::identifiersOf(source);
+        return Frames::identifiersOf(source);
     database->cacheAllSpnDataForLine(activeLine);
-    return Dbc::groupsOf(source);
+    return Frames::groupsOf(source);
 }
 
 // --- CANopen ---
@@ -251,7 +243,7 @@ Dbc::Bus CanopenDbcGenerator::bus() const
 {
     Dbc::Bus bus;
     bus.device = deviceName();
-    const auto nodeId = Dbc::nodeIdOf(*database, activeLine);
+    const auto nodeId = Frames::nodeIdOf(*database, activeLine);
     bus.comment =
         nodeId ? QStringLiteral("Node-ID %1").arg(*nodeId)
                : QStringLiteral("The device gets its node-ID when it starts; the identifiers are "
@@ -260,8 +252,8 @@ Dbc::Bus CanopenDbcGenerator::bus() const
     return bus;
 }
 
-Dbc::Frames CanopenDbcGenerator::frames(const Dbc::Source &source) const
+Frames::Collected CanopenDbcGenerator::frames(const Frames::Source &source) const
 {
-    return Dbc::canopenFramesOf(source,
-                                Dbc::nodeIdOf(source.store, source.line).value_or(kExampleNodeId));
+    return Frames::canopenFramesOf(
+        source, Frames::nodeIdOf(source.store, source.line).value_or(kExampleNodeId));
 }

@@ -1,9 +1,9 @@
 // DBC files, for tools that watch the bus.
 #pragma once
 
-#include "generators/descriptions/dbcframes.h"
 #include "generators/descriptions/dbcnetwork.h"
 #include "generators/filegenerator.h"
+#include "generators/frames/busframes.h"
 
 /// The base of generators that write such a file for one line.
 class DbcFileGenerator : public FileGenerator
@@ -17,7 +17,7 @@ protected:
     void resetJob() override;
 
     virtual Dbc::Bus bus() const = 0;
-    virtual Dbc::Frames frames(const Dbc::Source &source) const = 0;
+    virtual Frames::Collected frames(const Frames::Source &source) const = 0;
 
     const DbcForm &form() const;
 
@@ -29,7 +29,7 @@ protected:
 private:
     void writeFiles() override;
     bool writeDatabase(KvaDb *handle, const QString &file);
-    void tellOfLosses(const Dbc::Network &network, const Dbc::Frames &frames) const;
+    void tellOfLosses(const Dbc::Network &network, const Frames::Collected &frames) const;
 
     bool hasImplementationInfo = false; ///< the user wants variables and their kind in the file
     bool isPortable = false;
@@ -55,7 +55,7 @@ private:
     /// The single-line name, in a project of several lines too.
     QString testedFile() const override;
     Dbc::Bus bus() const override;
-    Dbc::Frames frames(const Dbc::Source &source) const override;
+    Frames::Collected frames(const Frames::Source &source) const override;
 
     bool isJ1939 = true;
 };
@@ -72,7 +72,7 @@ public:
 private:
     QString targetFile() const override;
     Dbc::Bus bus() const override;
-    Dbc::Frames frames(const Dbc::Source &source) const override;
+    Frames::Collected frames(const Frames::Source &source) const override;
 };
 
 namespace Dbc
@@ -83,8 +83,5 @@ void declareIdentify(ObjectDataBase &store, quint8 line);
 
 /// Characters that a name cannot hold become "_".
 QString symbolName(const QString &name);
-
-/// Address of the line from the list of start addresses; 0xFE, the null address, if there is none.
-quint8 lineAddress(const ObjectDataBase &store, quint8 line);
 
 } // namespace Dbc

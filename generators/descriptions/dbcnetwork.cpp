@@ -16,6 +16,7 @@ using Type = KvaDbAttributeType;
 
 constexpr int kCyclic = 0;
 constexpr int kNoSendType = 8;
+constexpr double kLongestCycleMs = 0xFFFF;
 constexpr int kHighestSpn = 524287;
 
 /// Names of J1939::SigType, by value.
@@ -222,10 +223,11 @@ void Dbc::Network::addFrame(const Frame &frame)
     if (frame.isSent)
         (void)kvaDbSetMsgSender(message, device);
     (void)kvaDbSetAttributeValueEnumeration(attributeOf(message, frameFormat), int(frame.format));
-    if (frame.cycleTimeMs != 0)
-        (void)kvaDbSetAttributeValueInt(attributeOf(message, cycleTime), frame.cycleTimeMs);
+    const auto cycleMs = int(qMin(frame.cycleMs, kLongestCycleMs));
+    if (cycleMs != 0)
+        (void)kvaDbSetAttributeValueInt(attributeOf(message, cycleTime), cycleMs);
     (void)kvaDbSetAttributeValueEnumeration(attributeOf(message, sendType),
-                                            frame.cycleTimeMs == 0 ? kNoSendType : kCyclic);
+                                            cycleMs == 0 ? kNoSendType : kCyclic);
     if (variableLength && frame.hasVariableLength)
         (void)kvaDbSetAttributeValueEnumeration(attributeOf(message, variableLength), 1);
     for (const Signal &signal : frame.signalList)
@@ -244,7 +246,7 @@ void Dbc::Network::addSignal(KvaDbMessageHnd message, const Frame &frame, const 
     (void)kvaDbSetSignalComment(handle, text(signal.comment));
     if (frame.isReceived)
         (void)kvaDbSetSignalReceiver(handle, device);
-    for (const ValueText &value : signal.values)
+    for (const Frames::ValueText &value : signal.values)
         (void)kvaDbAddSignalValue(handle, value.number, QLatin1String(value.text));
     addValues(handle, signal);
 }

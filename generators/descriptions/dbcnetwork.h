@@ -3,7 +3,6 @@
 
 #include "formats/kvadblib.h"
 #include "generators/descriptions/dbcform.h"
-#include "generators/descriptions/dbcframe.h"
 
 #include <QHash>
 #include <QString>
@@ -11,6 +10,10 @@
 
 namespace Dbc
 {
+
+using Frames::Frame;
+using Frames::FrameFormat;
+using Frames::Signal;
 
 /// Logs a call that failed; the file is then written without what the call would have added.
 bool succeeded(KvaDbStatus status, const char *call);

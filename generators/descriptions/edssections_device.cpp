@@ -1,5 +1,6 @@
 // What an electronic data sheet says about its file and its device.
 #include "formats/edskeys.h"
+#include "generators/bitrate.h"
 #include "generators/descriptions/edssections.h"
 #include "generators/generationdate.h"
 #include "generators/textwriter.h"
@@ -147,16 +148,8 @@ bool EdsSections::usesGroupMessaging(const Context &context)
 
 QString EdsSections::baudrateOf(const Context &context)
 {
-    bool isNumber = false;
-    const quint32 stated = Numbers::toUIntDecimal(setting(context, "NodeBaudrate"), &isNumber);
-    if (isNumber && stated > 0 && stated <= 0xFFFF)
-        return QString::number(stated);
-    QString highest = QStringLiteral("125"); // what devices start with where nothing is known
-    for (const char *key : EdsKeys::kBaudRates) {
-        if (Numbers::toUIntByPrefix(setting(context, key)) != 0)
-            highest = QLatin1String(key).mid(int(qstrlen("BaudRate_")));
-    }
-    return highest;
+    constexpr quint32 kWhereNothingIsKnown = 125; // what devices start with
+    return QString::number(BitRate::ofLine(context.store).value_or(kWhereNothingIsKnown));
 }
 
 void EdsSections::writeFileInfo(const Context &context)

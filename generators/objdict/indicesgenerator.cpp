@@ -58,6 +58,24 @@ QString subIndexName(const SubIndexData &data, quint16 index, quint8 sub)
     return prefixedName("S_", name);
 }
 
+std::optional<QString> claimObject(DefineNames &names, const QString &name, quint16 index)
+{
+    return names.claimCounted(name, index, "");
+}
+
+/// Communication objects of a kind have the same subindices.
+std::optional<QString> claimSubIndex(DefineNames &names, const QString &name, quint16 index,
+                                     quint8 sub)
+{
+    return index > ObjectRanges::kCommunication.last ? names.claimCounted(name, sub, "")
+                                                     : names.claimShared(name, sub);
+}
+
+QString prefixOf(quint8 line, bool isMultiLine)
+{
+    return isMultiLine ? QStringLiteral("L%1_").arg(line) : QString();
+}
+
 /// Placeholders take the low 16 bits of a number.
 QString frameName(const char *kind, const QString &name, quint32 number)
 {
@@ -118,11 +136,44 @@ std::optional<QString> DefineNames::claimShared(const QString &text, quint32 val
     return text;
 }
 
+bool DefineNames::isDefined(const QString &name, quint32 value) const
+{
+    const Name known = names.value(prefix + name);
+    return known.isWritten && known.value == value;
+}
+
+void ObjectNames::startLine(quint8 line)
+{
+    prefix = prefixOf(line, multiLine);
+    names.startLine(prefix);
+}
+
+QString ObjectNames::ofObject(quint16 index, const IndexData &data)
+{
+    const QString name = objectName(data, index);
+    return prefix + claimObject(names, name, index).value_or(name);
+}
+
+QString ObjectNames::ofSubIndex(quint16 index, quint8 sub, const SubIndexData &data)
+{
+    const QString name = subIndexName(data, index, sub);
+    const auto claimed = claimSubIndex(names, name, index, sub);
+    if (claimed)
+        return prefix + *claimed;
+    return names.isDefined(name, sub) ? prefix + name : QString();
+}
+
 void IndexDefines::startLine(quint8 number)
 {
     line = number;
-    prefix = multiLine ? QStringLiteral("L%1_").arg(line) : QString();
+    prefix = prefixOf(line, multiLine);
     names.startLine(prefix);
+}
+
+bool IndexDefines::namesSubIndices(const IndexData &data)
+{
+    return data.objectCode == CANopen::ObjectCode::Array ||
+           data.objectCode == CANopen::ObjectCode::Record;
 }
 
 void IndexDefines::generateIndexDefine(quint16 index)
@@ -130,9 +181,8 @@ void IndexDefines::generateIndexDefine(quint16 index)
     IndexData data;
     if (!store.getIndexData(line, index, data))
         return;
-    writeHexDefine("#define ", names.claimCounted(objectName(data, index), index, ""), index);
-    if (data.objectCode != CANopen::ObjectCode::Array &&
-        data.objectCode != CANopen::ObjectCode::Record)
+    writeHexDefine("#define ", claimObject(names, objectName(data, index), index), index);
+    if (!namesSubIndices(data))
         return;
     store.visitSubIndices(line, index, 1, [&](quint8 sub, const SubIndexData &member) {
         generateSubDefine(index, sub, member);
@@ -141,11 +191,7 @@ void IndexDefines::generateIndexDefine(quint16 index)
 
 void IndexDefines::generateSubDefine(quint16 index, quint8 sub, const SubIndexData &data)
 {
-    const QString name = subIndexName(data, index, sub);
-    // Communication objects of a kind have the same subindices.
-    writeHexDefine("#define  ",
-                   index > ObjectRanges::kCommunication.last ? names.claimCounted(name, sub, "")
-                                                             : names.claimShared(name, sub),
+    writeHexDefine("#define  ", claimSubIndex(names, subIndexName(data, index, sub), index, sub),
                    sub);
 }
 

@@ -51,6 +51,9 @@ public:
     /// \a name, or none if it has a define, whatever its value.
     std::optional<QString> claimShared(const QString &name, quint32 value);
 
+    /// Is there a define of \a name as this value?
+    bool isDefined(const QString &name, quint32 value) const;
+
 private:
     struct Name {
         bool isWritten = false; ///< there is a define of it
@@ -69,6 +72,24 @@ private:
     QHash<QString, Name> names; ///< with prefix
 };
 
+/// The names that the file gives to objects, for those who tell of them. Asked in the order of the
+/// file: each line once, its objects and their subindices ascending.
+class ObjectNames
+{
+public:
+    explicit ObjectNames(bool isMultiLine) : multiLine(isMultiLine) {}
+
+    void startLine(quint8 line);
+    QString ofObject(quint16 index, const IndexData &data);
+    /// Of subindices from 1 up; empty where the name stands for another number.
+    QString ofSubIndex(quint16 index, quint8 sub, const SubIndexData &data);
+
+private:
+    bool multiLine;
+    QString prefix;
+    DefineNames names;
+};
+
 /// The defines of a file, line by line.
 class IndexDefines
 {
@@ -82,6 +103,8 @@ public:
 
     /// Names of an object of the line and, of arrays and records, of their subindices from 1 up.
     void generateIndexDefine(quint16 index);
+    /// Does the object have names of its subindices?
+    static bool namesSubIndices(const IndexData &data);
 
     /// Name of an identifier; one by which its \a number among those of its direction is found; and
     /// names of its data elements.

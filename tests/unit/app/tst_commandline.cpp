@@ -250,11 +250,13 @@ private slots:
             QVERIFY(write(leftover, "of a former run"));
         const QStringList before = files();
         for (const QByteArray project : {"bad.tsrt 7", "bad.tsrp 7", "pümp.tsrt 0"}) {
-            const QByteArray output =
-                run("-check -output new -save -report ../out.sarif -project " +
-                    QString::fromUtf8(project.left(project.size() - 2)));
+            const QByteArray output = run(
+                "-check -output new -save -report ../out.sarif -overview ../out.html -project " +
+                QString::fromUtf8(project.left(project.size() - 2)));
             QVERIFY2(output.endsWith(project.right(2) + '\n'), output);
             QVERIFY(QFile::remove(folder + "/../out.sarif"));
+            QVERIFY(read("../out.html").contains("\"kind\":\"error\"") != project.endsWith('0'));
+            QVERIFY(QFile::remove(folder + "/../out.html"));
         }
         QCOMPARE(files(), before);
         QCOMPARE(read("__tsrerrorlog.txt"), "of a former run");
@@ -333,6 +335,9 @@ private slots:
                     .contains("it is a file that the run reads"));
         QVERIFY(run(all + " -report r -depfile r").contains("it is the report for machines"));
         QVERIFY(run(all + " -depfile gen_indices.h").contains("it is the dependency file"));
+        QVERIFY(run(all + " -depfile r -overview r").contains("it is the dependency file"));
+        QVERIFY(run(all + " -overview pümp.html").contains("it is the overview"));
+        QVERIFY(rule("-overview o.html " + all).contains("pümp.eds \\\n  o.html: \\\n"));
         QVERIFY(run("-project bad.tsrt -depfile of_failure").endsWith(" 7\n"));
         QVERIFY(!QFile::exists(folder + "/of_failure"));
     }
@@ -697,8 +702,15 @@ private slots:
         QTEST(told.join(", "), "told");
     }
 
+    void reportSparesOtherFiles_data()
+    {
+        columns<QString>("option");
+        QTest::newRow("report") << "-report ";
+        QTest::newRow("overview") << "-overview ";
+    }
     void reportSparesOtherFiles()
     {
+        QFETCH(QString, option);
         const QMap<QString, QByteArray> reasons = {
             {"folder.eds", "it is a folder"},
             {"none/out.sarif", "none/out.sarif.tessarine-new, where the new file is made first: No "
@@ -710,7 +722,7 @@ private slots:
         environment.insert("SOURCE_DATE_EPOCH", "0"); // each run writes gen_define.h
         for (const QString &report : reasons.keys()) {
             const QByteArray before = read(report);
-            QVERIFY(run("-project pümp.tsrt -dbmod mod.txt -report " + report)
+            QVERIFY(run("-project pümp.tsrt -dbmod mod.txt " + option + report)
                         .endsWith(ended(0, "errors:\n" + report.toUtf8() +
                                                ": error: could not be written: " + reasons[report] +
                                                " [not-written]\n")));

@@ -1,6 +1,7 @@
 // DBC files of J1939 lines, and the strict form that other tools read.
 #include "formats/dbcreader.h"
 #include "formats/kvadblib.h"
+#include "generators/addressclaim.h"
 #include "generators/descriptions/dbcgenerator.h"
 #include "store/linetype.h"
 #include "support/cohelper.h"
@@ -145,7 +146,7 @@ private slots:
     {
         const auto [setting, line] = fetchRow<QString, int>();
         store->setJ1939SettingsValue("startaddress", setting);
-        QTEST(int(Dbc::lineAddress(*store, quint8(line))), "address");
+        QTEST(int(AddressClaim::addressOf(*store, quint8(line))), "address");
     }
 
     void writesGroups()

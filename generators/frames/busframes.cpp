@@ -1,21 +1,22 @@
 // Frames from records.
-#include "generators/descriptions/dbcframes.h"
+#include "generators/frames/busframes.h"
 
+#include "generators/addressclaim.h"
+#include "generators/frames/signalvalue.h"
 #include "support/cohelper.h"
 #include "support/direction.h"
+#include "support/framebits.h"
 #include "support/implementation.h"
-
-#include <algorithm>
-#include <iterator>
+#include "support/parametergroups.h"
 
 namespace
 {
 
-using namespace Dbc;
+using namespace Frames;
 using Type = CAN::CANopenDataType;
 
 constexpr int kClassicalBytes = 8;
-constexpr int kFdLengths[] = {12, 16, 20, 24, 32, 48, 64};
+constexpr int kFdBytes = 64;
 constexpr quint32 kHighestStandard = 0x7FF;
 constexpr quint32 kHighestExtended = 0x1FFFFFFF;
 
@@ -29,6 +30,8 @@ public:
     bool add(const SignalData &data, int bits)
     {
         if (data.name.contains(QLatin1String("dummy"))) { // a gap
+            if (source.keepsAll)
+                addWhole(data, bits, true);
             position += bits;
             return true;
         }
@@ -36,6 +39,8 @@ public:
         // Deliberate: no signal without bits, such as a text that ends with NUL; readers refuse the
         // whole file for it. Held by tst_dbcgenerator.
         if (signal.bits == 0) {
+            if (source.keepsAll)
+                addWhole(data, bits, false);
             position += bits;
             return bits == 0;
         }
@@ -50,9 +55,20 @@ public:
     int bits() const { return qMin(position, room); }
 
 private:
+    /// Whether there is room or not.
+    void addWhole(const SignalData &data, int bits, bool isFiller)
+    {
+        Signal signal = numberOf(static_cast<Type>(data.dataType), bits, QString());
+        describe(signal, data);
+        signal.start = position;
+        signal.isFiller = isFiller;
+        frame.signalList << signal;
+    }
+
     void describe(Signal &signal, const SignalData &data) const
     {
         signal.name = data.name;
+        signal.dataType = quint16(data.dataType);
         signal.comment = data.description.isEmpty() || signal.comment.isEmpty()
                              ? data.description + signal.comment
                              : data.description + QLatin1Char('\n') + signal.comment;
@@ -75,25 +91,25 @@ Frame frameOf(const FrameData &data, quint8 direction)
     Frame frame;
     frame.name = data.name;
     frame.comment = data.description;
-    frame.cycleTimeMs = data.cycleTimeMs;
+    frame.cycleMs = data.cycleTimeMs;
+    frame.inhibitMs = data.inhibitTimeMs;
     frame.isReceived = direction == Direction::kReceived;
     frame.isSent = !frame.isReceived;
     return frame;
 }
 
-void addGroup(const Source &source, quint8 direction, quint32 pgn, Frames &result)
+void addGroup(const Source &source, const PgnData &group, const QVector<SpnData> &records,
+              Collected &result)
 {
-    ObjectDataBase::PGN group;
-    (void)source.store.getPGNData(source.line, pgn, direction, group); // or the defaults
-    group.number = pgn;
-    group.direction = direction;
-    Frame frame = frameOf(group, direction);
+    Frame frame = frameOf(group, group.direction);
     frame.identifier = source.form.identifier(group, source.address);
+    frame.kind = FrameKind::Group;
+    frame.pgn = group.number;
+    frame.priority = group.priority;
     frame.isExtended = true;
     frame.format = FrameFormat::J1939;
     Packer packer(source, frame, source.form.mostGroupBits);
-    const auto records = source.store.getSPNRecords(source.line, pgn, direction);
-    for (const ObjectDataBase::SPN &spn : records)
+    for (const SpnData &spn : records)
         result.unfitSignals += packer.add(spn, source.form.bitsInGroup(spn)) ? 0 : 1;
     frame.bytes = source.form.groupBytes(packer.bits());
     result.frames << frame;
@@ -106,7 +122,7 @@ FrameFormat formatOf(bool isExtended, int bytes)
     return isExtended ? FrameFormat::Extended : FrameFormat::Standard;
 }
 
-void addIdentifier(const Source &source, quint8 direction, quint32 id, Frames &result)
+void addIdentifier(const Source &source, quint8 direction, quint32 id, Collected &result)
 {
     if (id > kHighestExtended) {
         ++result.unfitIdentifiers;
@@ -117,7 +133,7 @@ void addIdentifier(const Source &source, quint8 direction, quint32 id, Frames &r
     Frame frame = frameOf(data, direction);
     frame.identifier = id;
     frame.isExtended = id > kHighestStandard;
-    const int mostBytes = source.isCanFd ? kFdLengths[std::size(kFdLengths) - 1] : kClassicalBytes;
+    const int mostBytes = source.isCanFd ? kFdBytes : kClassicalBytes;
     Packer packer(source, frame, mostBytes * 8);
     const auto records = source.store.getDataElementRecords(source.line, id, direction);
     for (const ObjectDataBase::DataElement &element : records) {
@@ -125,34 +141,38 @@ void addIdentifier(const Source &source, quint8 direction, quint32 id, Frames &r
         const int bits = COHelper::getDataLengthBits(static_cast<Type>(element.dataType));
         result.unfitSignals += packer.add(element, bits) ? 0 : 1;
     }
-    frame.bytes = frameLength((packer.bits() + 7) / 8);
+    frame.bytes = FrameBits::frameLength((packer.bits() + 7) / 8);
     frame.format = formatOf(frame.isExtended, frame.bytes);
     result.frames << frame;
 }
 
 } // namespace
 
-int Dbc::frameLength(int bytes)
+Frames::Collected Frames::groupsOf(const Source &source)
 {
-    if (bytes <= kClassicalBytes)
-        return bytes;
-    return *std::lower_bound(std::begin(kFdLengths), std::end(kFdLengths) - 1, bytes);
-}
-
-Frames Dbc::groupsOf(const Source &source)
-{
-    Frames result;
+    Collected result;
     for (const quint8 direction : {Direction::kReceived, Direction::kTransmitted}) {
         const QList<quint32> groups = source.store.getPGNs(source.line, direction, false);
-        for (const quint32 pgn : groups)
-            addGroup(source, direction, pgn, result);
+        for (const quint32 pgn : groups) {
+            PgnData group;
+            (void)source.store.getPGNData(source.line, pgn, direction, group); // or the defaults
+            group.number = pgn;
+            group.direction = direction;
+            addGroup(source, group, source.store.getSPNRecords(source.line, pgn, direction),
+                     result);
+        }
     }
+    if (source.keepsAll && !source.store.existsPGN(source.line, ParameterGroup::kAddressClaimed,
+                                                   Direction::kTransmitted))
+        addGroup(source, AddressClaim::group(),
+                 AddressClaim::signalsOf(source.store, source.line, source.form.reservedSpn),
+                 result);
     return result;
 }
 
-Frames Dbc::identifiersOf(const Source &source)
+Frames::Collected Frames::identifiersOf(const Source &source)
 {
-    Frames result;
+    Collected result;
     for (const quint8 direction : {Direction::kReceived, Direction::kTransmitted}) {
         const QList<quint32> identifiers = source.store.getCANIDs(source.line, direction);
         for (const quint32 id : identifiers)

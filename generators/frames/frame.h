@@ -1,4 +1,5 @@
-// What a DBC file tells of a bus, as plain values: where they come from differs with the protocol.
+// The frames of a bus as plain values: where they come from differs with the protocol. DBC files
+// and the overview tell of them.
 #pragma once
 
 #include "formats/kvadblib.h"
@@ -7,10 +8,12 @@
 #include <QString>
 #include <QVector>
 
-namespace Dbc
+#include <optional>
+
+namespace Frames
 {
 
-/// Numbers of the attribute "VFrameFormat".
+/// Numbers of the attribute "VFrameFormat" of DBC files.
 enum class FrameFormat {
     Standard = 0,
     Extended = 1,
@@ -55,12 +58,33 @@ struct Signal {
     int toldBits = -1; ///< those of the project, where bits is another number; else -1
     J1939::SigType sigType = J1939::SigType::Default;
 
+    // Where the value is kept, as far as it is an object.
+    quint16 index = 0;
+    quint8 sub = 0;
+    quint16 dataType = 0;  ///< of the project
+    bool isFiller = false; ///< bits without a meaning; see Source::keepsAll
+
     // For users who want to see how values are stored; -1: not told.
     int implementation = -1;
     QString variable;
 };
 
+/// What a frame is for, in the order in which people read of a device.
+enum class FrameKind {
+    Nmt,
+    Sync,
+    Emergency,
+    Time,
+    Rpdo,
+    Tpdo,
+    Sdo,
+    Heartbeat,
+    Group,      ///< of J1939
+    Identifier, ///< of raw CAN
+};
+
 struct Frame {
+    FrameKind kind = FrameKind::Identifier;
     QString name;
     QString comment;
     quint32 identifier = 0;
@@ -70,8 +94,20 @@ struct Frame {
     bool isSent = false; ///< by the device
     bool isReceived = false;
     bool hasVariableLength = false;
-    quint16 cycleTimeMs = 0; ///< 0: none
+    double cycleMs = 0; ///< 0: none
+    double inhibitMs = 0;
     QVector<Signal> signalList;
+
+    // Of CANopen.
+    quint16 index = 0;       ///< the object of its parameters; 0: none
+    bool isEnabled = true;   ///< see Source::keepsAll
+    bool addsNodeId = false; ///< to what the project says of its identifier
+    std::optional<quint32> transmissionType;
+    quint32 eventTimerMs = 0; ///< 0: none
+
+    // Of J1939.
+    quint32 pgn = 0;
+    quint8 priority = 0;
 };
 
-} // namespace Dbc
+} // namespace Frames

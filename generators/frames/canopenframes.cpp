@@ -1,8 +1,12 @@
 // Objects of the communication profile become frames.
-#include "generators/descriptions/canopenframes.h"
+#include "generators/frames/canopenframes.h"
 
+#include "generators/frames/signalvalue.h"
 #include "generators/generalsettings.h"
+#include "support/cobid.h"
 #include "support/cohelper.h"
+#include "support/framebits.h"
+#include "support/mappingentry.h"
 #include "support/numbers.h"
 #include "support/objectindex.h"
 #include "support/objectranges.h"
@@ -12,38 +16,18 @@
 namespace
 {
 
-using namespace Dbc;
+using namespace Frames;
 using Type = CAN::CANopenDataType;
 
 constexpr quint8 kHighestNodeId = 127;
-constexpr quint32 kHighestStandard = 0x7FF;
-constexpr quint32 kHighestExtended = 0x1FFFFFFF;
 constexpr int kClassicalBytes = 8;
 constexpr int kFdBytes = 64;
-
-// Bits of a COB-ID beside the identifier (CiA 301, 7.5.2.5 and others).
-constexpr quint32 kNotValid = quint32(1) << 31; ///< of SDO, PDO and EMCY
-constexpr quint32 kConsumer = quint32(1) << 31; ///< of TIME
-constexpr quint32 kProducer = quint32(1) << 30; ///< of SYNC and TIME
-constexpr quint32 kExtendedFrame = quint32(1) << 29;
-
-// Identifiers of the predefined connection set (CiA 301, 7.3.5), without node-ID.
-constexpr quint32 kNmt = 0x000;
-constexpr quint32 kSync = 0x080;
-constexpr quint32 kEmergency = 0x080;
-constexpr quint32 kTime = 0x100;
-constexpr quint32 kTpdo = 0x180;
-constexpr quint32 kRpdo = 0x200;
-constexpr quint32 kSdoResponse = 0x580;
-constexpr quint32 kSdoRequest = 0x600;
-constexpr quint32 kHeartbeat = 0x700;
-constexpr quint32 kBetweenPdos = 0x100;
-constexpr quint16 kPredefinedPdos = 4;
 
 constexpr quint16 kSyncPeriod = 0x1006;  ///< in microseconds
 constexpr quint16 kSyncCounter = 0x1019; ///< its highest value; 0 for no counter
 constexpr quint16 kHighestDummy = 0x1F;  ///< data types stand for bits without a meaning
 constexpr quint32 kFirstEventDriven = 254;
+constexpr double kInhibitStepsOfMs = 10; ///< inhibit times are kept in steps of 100 us
 
 /// A part of a frame whose content the standard fixes.
 struct Field {
@@ -95,7 +79,8 @@ constexpr Field kMultiplexedFields[] = {
 
 quint32 identifierOf(quint32 cobId)
 {
-    return cobId & (cobId & kExtendedFrame ? kHighestExtended : kHighestStandard);
+    return cobId &
+           (cobId & CobIdBit::kExtendedFrame ? CobIdBit::kExtendedId : CobIdBit::kStandardId);
 }
 
 /// Only NMT has the identifier 0.
@@ -104,9 +89,16 @@ bool isOnBus(quint32 cobId)
     return identifierOf(cobId) != 0;
 }
 
-quint16 milliseconds(quint32 value)
+/// An identifier with the bits beside it.
+struct CobId {
+    quint32 value = 0;
+    bool addsNodeId = false; ///< it would be another one with another node-ID
+};
+
+/// Of SDO, PDO and EMCY.
+bool isOff(CobId cobId)
 {
-    return quint16(qMin(value, 0xFFFFU));
+    return cobId.value & CobIdBit::kNotValid || !isOnBus(cobId.value);
 }
 
 class Collector
@@ -114,16 +106,18 @@ class Collector
 public:
     Collector(const Source &from, quint8 ownNodeId) : source(from), nodeId(ownNodeId) {}
 
-    Frames collect();
+    Collected collect();
 
 private:
+    std::optional<CobId> cobId(quint16 index, quint8 sub) const;
     std::optional<quint32> number(quint16 index, quint8 sub) const;
     quint32 valueOf(quint16 index, quint8 sub) const { return number(index, sub).value_or(0); }
     bool has(quint16 index) const { return source.store.existIndex(source.line, index); }
+    CobId ofDevice(quint32 base) const { return {base + nodeId, true}; }
     QString withoutNodeId(const QString &text, bool *addsNodeId) const;
 
     /// To be filled before the next one is added.
-    Frame *add(const char *name, quint32 cobId);
+    Frame *add(FrameKind kind, const char *name, CobId cobId);
     template <size_t N>
     static void fill(Frame *frame, const Field (&fields)[N]);
 
@@ -132,16 +126,18 @@ private:
     void addTime();
     void addEmergency();
     void addSdos();
-    void addSdo(bool isServer, quint16 number, quint32 request, quint32 response);
+    void addSdo(bool isServer, quint16 index, CobId request, CobId response);
     void addHeartbeat();
     void addPdos(const ObjectRange &parameters, bool isSent);
     void addPdo(quint16 index, quint16 number, bool isSent);
     void addMapping(Frame &frame, quint16 index);
+    bool isLeftOut(CobId cobId) const { return isOff(cobId) && !source.keepsAll; }
     Signal mapped(quint16 index, quint8 sub, int bits) const;
+    Signal described(quint16 index, quint8 sub, int bits) const;
 
     const Source &source;
     quint8 nodeId;
-    Frames result;
+    Collected result;
 };
 
 // --- Values ---
@@ -158,7 +154,7 @@ QString Collector::withoutNodeId(const QString &text, bool *addsNodeId) const
 }
 
 /// The value that the project gives to a subindex, if it gives one.
-std::optional<quint32> Collector::number(quint16 index, quint8 sub) const
+std::optional<CobId> Collector::cobId(quint16 index, quint8 sub) const
 {
     bool addsNodeId = false;
     const QString text =
@@ -167,17 +163,25 @@ std::optional<quint32> Collector::number(quint16 index, quint8 sub) const
     const quint32 value = Numbers::toUIntByPrefix(text, &isNumber);
     if (!isNumber)
         return std::nullopt;
-    return value + (addsNodeId ? nodeId : 0);
+    return CobId{value + (addsNodeId ? nodeId : 0), addsNodeId};
+}
+
+std::optional<quint32> Collector::number(quint16 index, quint8 sub) const
+{
+    const auto found = cobId(index, sub);
+    return found ? std::optional(found->value) : std::nullopt;
 }
 
 // --- Frames ---
 
-Frame *Collector::add(const char *name, quint32 cobId)
+Frame *Collector::add(FrameKind kind, const char *name, CobId cobId)
 {
-    const bool isExtended = cobId & kExtendedFrame;
+    const bool isExtended = cobId.value & CobIdBit::kExtendedFrame;
     Frame frame;
+    frame.kind = kind;
     frame.name = QLatin1String(name);
-    frame.identifier = identifierOf(cobId);
+    frame.identifier = identifierOf(cobId.value);
+    frame.addsNodeId = cobId.addsNodeId;
     frame.isExtended = isExtended;
     frame.format = isExtended ? FrameFormat::Extended : FrameFormat::Standard;
     result.frames << frame;
@@ -203,7 +207,7 @@ void Collector::fill(Frame *frame, const Field (&fields)[N])
 
 void Collector::addNmt()
 {
-    Frame *frame = add("NMT", kNmt);
+    Frame *frame = add(FrameKind::Nmt, "NMT", {ConnectionSet::kNmt, false});
     frame->isSent = GeneralSettings(source.store).decimalOfLine("nmtmaster", source.line) != 0;
     frame->isReceived = !frame->isSent;
     fill(frame, kNmtFields);
@@ -213,13 +217,15 @@ void Collector::addSync()
 {
     if (!has(ObjectIndex::kSyncCobId))
         return;
-    const quint32 cobId = number(ObjectIndex::kSyncCobId, 0).value_or(kSync);
-    if (!isOnBus(cobId))
+    const CobId sync =
+        cobId(ObjectIndex::kSyncCobId, 0).value_or(CobId{ConnectionSet::kSync, false});
+    if (!isOnBus(sync.value))
         return;
-    Frame *frame = add("SYNC", cobId);
-    frame->isSent = cobId & kProducer;
+    Frame *frame = add(FrameKind::Sync, "SYNC", sync);
+    frame->index = ObjectIndex::kSyncCobId;
+    frame->isSent = sync.value & CobIdBit::kProducer;
     frame->isReceived = !frame->isSent;
-    frame->cycleTimeMs = milliseconds(valueOf(kSyncPeriod, 0) / 1000);
+    frame->cycleMs = valueOf(kSyncPeriod, 0) / 1000.0;
     if (valueOf(kSyncCounter, 0) != 0)
         fill(frame, kCounterFields);
 }
@@ -228,12 +234,14 @@ void Collector::addTime()
 {
     if (!has(ObjectIndex::kTimeCobId))
         return;
-    const quint32 cobId = number(ObjectIndex::kTimeCobId, 0).value_or(kTime | kConsumer);
-    if (!isOnBus(cobId))
+    const CobId time = cobId(ObjectIndex::kTimeCobId, 0)
+                           .value_or(CobId{ConnectionSet::kTime | CobIdBit::kConsumer, false});
+    if (!isOnBus(time.value))
         return;
-    Frame *frame = add("TIME", cobId);
-    frame->isSent = cobId & kProducer;
-    frame->isReceived = cobId & kConsumer;
+    Frame *frame = add(FrameKind::Time, "TIME", time);
+    frame->index = ObjectIndex::kTimeCobId;
+    frame->isSent = time.value & CobIdBit::kProducer;
+    frame->isReceived = time.value & CobIdBit::kConsumer;
     fill(frame, kTimeFields);
 }
 
@@ -241,31 +249,42 @@ void Collector::addEmergency()
 {
     if (!has(ObjectIndex::kEmergencyCobId))
         return;
-    const quint32 cobId = number(ObjectIndex::kEmergencyCobId, 0).value_or(kEmergency + nodeId);
-    if (cobId & kNotValid || !isOnBus(cobId))
+    const CobId emergency =
+        cobId(ObjectIndex::kEmergencyCobId, 0).value_or(ofDevice(ConnectionSet::kEmergency));
+    if (isLeftOut(emergency))
         return;
-    Frame *frame = add("EMCY", cobId);
+    Frame *frame = add(FrameKind::Emergency, "EMCY", emergency);
+    frame->index = ObjectIndex::kEmergencyCobId;
+    frame->isEnabled = !isOff(emergency);
     frame->isSent = true;
+    frame->inhibitMs = valueOf(ObjectIndex::kEmergencyInhibitTime, 0) / kInhibitStepsOfMs;
     fill(frame, kEmergencyFields);
 }
 
 void Collector::addHeartbeat()
 {
-    Frame *frame = add("Heartbeat", kHeartbeat + nodeId);
+    Frame *frame = add(FrameKind::Heartbeat, "Heartbeat", ofDevice(ConnectionSet::kHeartbeat));
+    if (has(ObjectIndex::kHeartbeatProducer))
+        frame->index = ObjectIndex::kHeartbeatProducer;
     frame->isSent = true;
-    frame->cycleTimeMs = milliseconds(valueOf(ObjectIndex::kHeartbeatProducer, 0));
+    frame->cycleMs = valueOf(ObjectIndex::kHeartbeatProducer, 0);
     fill(frame, kHeartbeatFields);
 }
 
 /// Requests go to the server.
-void Collector::addSdo(bool isServer, quint16 number, quint32 request, quint32 response)
+void Collector::addSdo(bool isServer, quint16 index, CobId request, CobId response)
 {
-    if ((request | response) & kNotValid || !isOnBus(request) || !isOnBus(response))
+    if (isLeftOut(request) || isLeftOut(response))
         return;
+    const bool isEnabled = !isOff(request) && !isOff(response);
+    const int number =
+        (isServer ? ObjectRanges::kSdoServers : ObjectRanges::kSdoClients).numberOf(index);
     const QString name = QLatin1String(isServer ? "SDO_server" : "SDO_client") +
                          (number == 1 && isServer ? QString() : QString::number(number));
-    const auto addPart = [&](quint32 cobId, const char *tail, bool isSent) {
-        Frame *frame = add("", cobId);
+    const auto addPart = [&](CobId part, const char *tail, bool isSent) {
+        Frame *frame = add(FrameKind::Sdo, "", part);
+        frame->index = has(index) ? index : 0;
+        frame->isEnabled = isEnabled;
         frame->name = name + QLatin1String(tail);
         frame->isSent = isSent;
         frame->isReceived = !isSent;
@@ -279,17 +298,17 @@ void Collector::addSdos()
 {
     // A device without the object has the server of the predefined connection set all the same.
     constexpr quint16 kDefaultServer = ObjectRanges::kSdoServers.first;
-    addSdo(true, 1, number(kDefaultServer, 1).value_or(kSdoRequest + nodeId),
-           number(kDefaultServer, 2).value_or(kSdoResponse + nodeId));
+    constexpr CobId kNone = {CobIdBit::kNotValid, false};
+    addSdo(true, kDefaultServer,
+           cobId(kDefaultServer, 1).value_or(ofDevice(ConnectionSet::kSdoRequest)),
+           cobId(kDefaultServer, 2).value_or(ofDevice(ConnectionSet::kSdoResponse)));
     const QList<quint16> servers =
         source.store.getIndices(source.line, ObjectRanges::kFurtherSdoServers);
     for (const quint16 index : servers)
-        addSdo(true, ObjectRanges::kSdoServers.numberOf(index),
-               number(index, 1).value_or(kNotValid), number(index, 2).value_or(kNotValid));
+        addSdo(true, index, cobId(index, 1).value_or(kNone), cobId(index, 2).value_or(kNone));
     const QList<quint16> clients = source.store.getIndices(source.line, ObjectRanges::kSdoClients);
     for (const quint16 index : clients)
-        addSdo(false, ObjectRanges::kSdoClients.numberOf(index),
-               number(index, 1).value_or(kNotValid), number(index, 2).value_or(kNotValid));
+        addSdo(false, index, cobId(index, 1).value_or(kNone), cobId(index, 2).value_or(kNone));
 }
 
 // --- PDOs ---
@@ -303,19 +322,26 @@ void Collector::addPdos(const ObjectRange &parameters, bool isSent)
 
 void Collector::addPdo(quint16 index, quint16 pdo, bool isSent)
 {
-    const quint32 predefined = pdo > kPredefinedPdos
-                                   ? kNotValid
-                                   : (isSent ? kTpdo : kRpdo) + (pdo - 1) * kBetweenPdos + nodeId;
-    const quint32 cobId = number(index, PdoParameter::kCobId).value_or(predefined);
-    if (cobId & kNotValid || !isOnBus(cobId))
+    const CobId predefined = pdo > ConnectionSet::kPdos
+                                 ? CobId{CobIdBit::kNotValid, false}
+                                 : ofDevice((isSent ? ConnectionSet::kTpdo : ConnectionSet::kRpdo) +
+                                            (pdo - 1) * ConnectionSet::kBetweenPdos);
+    const CobId given = cobId(index, PdoParameter::kCobId).value_or(predefined);
+    if (isLeftOut(given))
         return;
-    Frame *frame = add("", cobId);
+    Frame *frame = add(isSent ? FrameKind::Tpdo : FrameKind::Rpdo, "", given);
+    frame->index = index;
+    frame->isEnabled = !isOff(given);
     frame->name = QLatin1String(isSent ? "TPDO" : "RPDO") + QString::number(pdo);
     frame->comment = source.store.getIndexName(source.line, index);
     frame->isSent = isSent;
     frame->isReceived = !isSent;
-    if (isSent && valueOf(index, PdoParameter::kTransmissionType) >= kFirstEventDriven)
-        frame->cycleTimeMs = milliseconds(valueOf(index, PdoParameter::kEventTimer));
+    frame->transmissionType = number(index, PdoParameter::kTransmissionType);
+    frame->eventTimerMs = valueOf(index, PdoParameter::kEventTimer);
+    if (isSent)
+        frame->inhibitMs = valueOf(index, PdoParameter::kInhibitTime) / kInhibitStepsOfMs;
+    if (isSent && frame->transmissionType.value_or(0) >= kFirstEventDriven)
+        frame->cycleMs = frame->eventTimerMs;
     addMapping(*frame, index + ObjectRanges::kFromPdoParameterToMapping);
 }
 
@@ -329,33 +355,25 @@ void Collector::addMapping(Frame &frame, quint16 index)
     const int room = (source.isCanFd ? kFdBytes : kClassicalBytes) * 8;
     int position = 0;
     for (quint32 entry = 1; entry <= qMin(count, quint32(PdoEntryCount::kHighest)); ++entry) {
-        const quint32 mapping = valueOf(index, quint8(entry));
-        const int bits = mapping & 0xFF;
-        const auto mappedIndex = quint16(mapping >> 16);
-        const bool isSignal = bits != 0 && mappedIndex > kHighestDummy;
-        if (isSignal && position + bits <= room) {
-            Signal signal = mapped(mappedIndex, quint8(mapping >> 8), bits);
+        const auto mapping = MappingEntry::of(valueOf(index, quint8(entry)));
+        const int bits = mapping.bits;
+        const bool isSignal = bits != 0 && mapping.index > kHighestDummy;
+        const bool isWithin = position + bits <= room;
+        if ((isSignal && isWithin) || (bits != 0 && source.keepsAll)) {
+            Signal signal = mapped(mapping.index, mapping.sub, bits);
             signal.start = position;
             frame.signalList << signal;
-        } else if (isSignal) {
-            ++result.unfitSignals;
         }
-        position = qMin(position + bits, room);
+        if (isSignal && !isWithin)
+            ++result.unfitSignals;
+        position = source.keepsAll ? position + bits : qMin(position + bits, room);
     }
-    frame.bytes = frameLength((position + 7) / 8);
+    frame.bytes = FrameBits::frameLength((qMin(position, room) + 7) / 8);
     if (frame.bytes > kClassicalBytes)
         frame.format = frame.isExtended ? FrameFormat::ExtendedFd : FrameFormat::StandardFd;
 }
 
-/// What tells an object apart: the name of a member alone often says too little.
-QString nameOf(const IndexData &object, const SubIndexData &data)
-{
-    if (object.objectCode == CANopen::ObjectCode::Var || data.name.startsWith(object.name))
-        return object.objectCode == CANopen::ObjectCode::Var ? object.name : data.name;
-    return object.name + QLatin1Char(' ') + data.name;
-}
-
-Signal Collector::mapped(quint16 index, quint8 sub, int bits) const
+Signal Collector::described(quint16 index, quint8 sub, int bits) const
 {
     const QString place = QStringLiteral("0x%1:%2").arg(Numbers::toHex(index, 4)).arg(sub);
     IndexData object;
@@ -370,7 +388,8 @@ Signal Collector::mapped(quint16 index, quint8 sub, int bits) const
     const QString start = withoutNodeId(data.defaultValue, &addsNodeId);
     Signal signal = numberOf(static_cast<Type>(data.dataType), bits,
                              addsNodeId ? QString::number(valueOf(index, sub)) : start);
-    signal.name = nameOf(object, data);
+    signal.name = Frames::nameOf(object, data);
+    signal.dataType = data.dataType;
     signal.comment = QStringLiteral("Object ") + place;
     for (const QString &words : {object.description, data.description}) {
         if (!words.isEmpty())
@@ -381,7 +400,7 @@ Signal Collector::mapped(quint16 index, quint8 sub, int bits) const
     return signal;
 }
 
-Frames Collector::collect()
+Collected Collector::collect()
 {
     addNmt();
     addSync();
@@ -398,7 +417,29 @@ Frames Collector::collect()
 
 } // namespace
 
-std::optional<quint8> Dbc::nodeIdOf(const ObjectDataBase &store, quint8 line)
+QString Frames::nameOf(const IndexData &object, const SubIndexData &data)
+{
+    if (object.objectCode == CANopen::ObjectCode::Var || data.name.startsWith(object.name))
+        return object.objectCode == CANopen::ObjectCode::Var ? object.name : data.name;
+    return object.name + QLatin1Char(' ') + data.name;
+}
+
+Signal Collector::mapped(quint16 index, quint8 sub, int bits) const
+{
+    Signal signal;
+    if (index > kHighestDummy) {
+        signal = described(index, sub, bits);
+    } else {
+        signal = numberOf(static_cast<Type>(index), bits, QString());
+        signal.isFiller = true;
+        signal.dataType = index;
+    }
+    signal.index = index;
+    signal.sub = sub;
+    return signal;
+}
+
+std::optional<quint8> Frames::nodeIdOf(const ObjectDataBase &store, quint8 line)
 {
     bool isNumber = false;
     const quint32 number =
@@ -408,7 +449,7 @@ std::optional<quint8> Dbc::nodeIdOf(const ObjectDataBase &store, quint8 line)
     return quint8(number);
 }
 
-Frames Dbc::canopenFramesOf(const Source &source, quint8 nodeId)
+Frames::Collected Frames::canopenFramesOf(const Source &source, quint8 nodeId)
 {
     return Collector(source, nodeId).collect();
 }

@@ -1,0 +1,38 @@
+// The page that shows the project of a run.
+#pragma once
+
+#include "app/locatedfinding.h"
+#include "generators/overview/facts.h"
+#include "support/problems.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <optional>
+
+class ObjectDataBase;
+
+/// Takes the facts of the project when it is checked, and what the run has made of it at its end.
+/// One for a run.
+class OverviewFile
+{
+public:
+    /// Reads the project, as the files of the user name it.
+    void readProject(ObjectDataBase &store, const QString &file);
+
+    /// False: the run ended before the check, and there is nothing to show.
+    bool hasProject() const { return facts.has_value(); }
+
+    void addFindings(const QVector<LocatedFinding> &findings);
+    void addProblems(const QVector<Problems::Problem> &problems);
+    /// With their sizes; those in \a folder by their names there.
+    void addFiles(const QStringList &paths, const QString &folder);
+
+    /// Replaces \a path in one step. With \a keepsUnchanged a file that holds these bytes already
+    /// is left alone. Empty, or why it cannot be written.
+    QString write(const QString &path, bool keepsUnchanged) const;
+
+private:
+    std::optional<Overview::Facts> facts;
+};

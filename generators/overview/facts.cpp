@@ -1,0 +1,15 @@
+// Texts of rows.
+#include "generators/overview/facts.h"
+
+int Overview::Texts::numberOf(const QString &text)
+{
+    if (text.isEmpty())
+        return 0;
+    const auto known = numbers.constFind(text);
+    if (known != numbers.constEnd())
+        return *known;
+    const int number = list.size();
+    list.append(text);
+    numbers.insert(text, number);
+    return number;
+}

@@ -1,0 +1,14 @@
+// The facts of a project as the data of its page.
+#pragma once
+
+#include "generators/overview/facts.h"
+
+#include <QByteArray>
+
+namespace Overview
+{
+
+/// JSON that may stand in the page. The same facts give the same bytes.
+QByteArray jsonOf(const Facts &facts);
+
+} // namespace Overview

@@ -1,0 +1,136 @@
+// Rows of the object dictionary.
+#include "generators/overview/objectfacts.h"
+
+#include "generators/objdict/indicesgenerator.h"
+#include "store/objectdatabase.h"
+#include "support/cohelper.h"
+#include "support/helper.h"
+
+namespace
+{
+
+using namespace Overview;
+
+class Rows
+{
+public:
+    Rows(const ObjectDataBase &database, Line &to, ObjectNames &allNames, Texts &allTexts)
+        : store(database), line(to), names(allNames), texts(allTexts)
+    {
+    }
+
+    void read();
+
+private:
+    void addObject(quint16 index);
+    void startRow(quint16 index, std::optional<quint8> sub);
+    void put(ObjectText place, const QString &text) { row()[place] = texts.numberOf(text); }
+    /// The word for a number, which \a makeWord makes once.
+    template <class MakeWord>
+    void putWord(ObjectText place, quint32 number, const MakeWord &makeWord);
+    ObjectRow &row() { return line.rows.last(); }
+    void putObject(const IndexData &object);
+    void putSubIndex(const SubIndexData &data);
+
+    const ObjectDataBase &store;
+    Line &line;
+    ObjectNames &names;
+    Texts &texts;
+    QHash<quint64, int> words; ///< texts by column and number
+};
+
+template <class MakeWord>
+void Rows::putWord(ObjectText place, quint32 number, const MakeWord &makeWord)
+{
+    const quint64 key = quint64(place) << 32 | number;
+    auto word = words.constFind(key);
+    if (word == words.constEnd())
+        word = words.insert(key, texts.numberOf(makeWord()));
+    row()[place] = *word;
+}
+
+void Rows::startRow(quint16 index, std::optional<quint8> sub)
+{
+    ObjectRow next;
+    next.index = index;
+    next.sub = sub;
+    line.rows.append(next);
+}
+
+QString storageOf(const SubIndexData &data)
+{
+    const QString kind = COHelper::implementation2String(data.implementation);
+    return data.nvStorage ? kind + QLatin1String(", non-volatile") : kind;
+}
+
+void Rows::putObject(const IndexData &object)
+{
+    put(ObjectText::Name, Helper::substituteVariables(object.name, row().index, 0));
+    put(ObjectText::Code, COHelper::objectCode2String(object.objectCode));
+    put(ObjectText::Description, object.description);
+    put(ObjectText::Identifier, names.ofObject(row().index, object));
+}
+
+void Rows::putSubIndex(const SubIndexData &data)
+{
+    putWord(ObjectText::Type, data.dataType,
+            [&] { return COHelper::index2DataTypeString(data.dataType); });
+    put(ObjectText::Access, data.accessType);
+    put(ObjectText::Default, data.defaultValue);
+    if (data.limitInEds) {
+        put(ObjectText::Low, data.lowLimit);
+        put(ObjectText::High, data.upLimit);
+    }
+    if (data.pdoMapping != PDOMappingType::No)
+        putWord(ObjectText::Pdo, data.pdoMapping.toUInt(),
+                [&] { return COHelper::pdoMapping2String(data.pdoMapping); });
+    putWord(ObjectText::Storage, quint32(data.implementation) << 1 | quint32(data.nvStorage),
+            [&] { return storageOf(data); });
+    put(ObjectText::Variable, data.varName);
+    if (!data.description.isEmpty())
+        put(ObjectText::Description, data.description);
+}
+
+void Rows::addObject(quint16 index)
+{
+    IndexData object;
+    (void)store.getIndexData(line.number, index, object); // or the defaults
+    const bool namesSubs = IndexDefines::namesSubIndices(object);
+    const bool isPlain = object.objectCode == CANopen::ObjectCode::Var;
+    if (!isPlain) {
+        startRow(index, std::nullopt);
+        putObject(object);
+    }
+    store.visitSubIndices(line.number, index, 0, [&](quint8 sub, const SubIndexData &data) {
+        startRow(index, sub);
+        if (isPlain && sub == 0)
+            putObject(object);
+        else
+            put(ObjectText::Name, Helper::substituteVariables(data.name, index, sub));
+        putSubIndex(data);
+        if (namesSubs && sub > 0)
+            put(ObjectText::Identifier, names.ofSubIndex(index, sub, data));
+        ++line.subindices;
+    });
+    if (line.rows.isEmpty() || row().index != index) { // no subindex at all
+        startRow(index, std::nullopt);
+        putObject(object);
+    }
+}
+
+void Rows::read()
+{
+    names.startLine(line.number);
+    const QList<quint16> indices = store.getIndices(line.number, ObjectRanges::kAll);
+    line.objects = indices.size();
+    for (const quint16 index : indices)
+        addObject(index);
+}
+
+} // namespace
+
+void Overview::readObjects(const ObjectDataBase &store, Line &line, ObjectNames &names,
+                           Texts &texts)
+{
+    Rows(store, line, names, texts).read();
+}

@@ -1,0 +1,16 @@
+// The page of a project: one file with its style, its script and its data.
+#pragma once
+
+#include "generators/overview/facts.h"
+
+#include <QByteArray>
+
+namespace Overview
+{
+
+/// The same facts give the same bytes.
+QByteArray pageOf(const Facts &facts);
+/// The same of data that is JSON for a page already.
+QByteArray pageOf(const QString &title, const QByteArray &data);
+
+} // namespace Overview
