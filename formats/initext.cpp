@@ -4,6 +4,7 @@
 #include "support/helper.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace
@@ -49,6 +50,16 @@ bool isLineEnd(char ch)
 {
     return ch == '\n' || ch == '\r';
 }
+
+/// Whether a character ends or structures a line, by its code; few do.
+constexpr std::array<bool, 256> makeSpecial()
+{
+    std::array<bool, 256> special{};
+    for (const char ch : {'"', '\\', '=', ';', '\n', '\r'})
+        special[uchar(ch)] = true;
+    return special;
+}
+constexpr std::array<bool, 256> kSpecial = makeSpecial();
 
 /// Is the character after a backslash one with which it means something? A line end carries on.
 bool isEscape(const char *at, const char *end)
@@ -100,6 +111,8 @@ Line nextLine(Span *rest)
     }
     for (; at < rest->end; ++at) {
         const char ch = *at;
+        if (!kSpecial[uchar(ch)])
+            continue;
         if (ch == '"') {
             inQuotes = !inQuotes;
         } else if (ch == '\\') {
@@ -304,12 +317,9 @@ QStringList unescapedTexts(Span span)
     return texts;
 }
 
-QVariant valueOf(Span span)
+/// A single text as a value: "@" marks those that are none, or begin with one.
+QVariant markedValue(const QString &text)
 {
-    const QStringList texts = unescapedTexts(span.trimmed());
-    if (texts.size() > 1)
-        return texts;
-    const QString &text = texts.first();
     if (text.startsWith(QLatin1String("@@")))
         return text.mid(1);
     const auto inner = [&text](QLatin1String start) {
@@ -320,6 +330,18 @@ QVariant valueOf(Span span)
     if (text.endsWith(QLatin1Char(')')) && text.startsWith(kStringStart))
         return inner(kStringStart);
     return text;
+}
+
+QVariant valueOf(Span span)
+{
+    const Span text = span.trimmed();
+    const bool isPlain = text.size() > 0 && std::none_of(text.begin, text.end, [](char ch) {
+                             return ch == '"' || ch == '\\' || ch == ',';
+                         });
+    if (isPlain)
+        return markedValue(decoded(text.begin, text.size()));
+    const QStringList texts = unescapedTexts(text);
+    return texts.size() > 1 ? QVariant(texts) : markedValue(texts.first());
 }
 
 QByteArray hex(uint code)

@@ -16,7 +16,7 @@ namespace
 {
 
 constexpr int kNewProjectCachePages = 16384;
-constexpr int kOpenedProjectCachePages = 64000;
+constexpr int kOpenedProjectCachePages = 1000; // its tables are read from begin to end, mostly
 constexpr int kMaxResultColumns = 10;
 
 std::atomic<quint16> instanceCounter{0};

@@ -149,6 +149,8 @@ public:
 
     /// Number of the new row, or -1.
     int insertString(const QString &text);
+    /// The numbers of all texts. A run that writes no text does not need them.
+    QHash<QString, int> &idsOfStrings();
     /// Takes the numbers that the columns of a table refer to out of \a ids; false if it cannot be
     /// read.
     bool dropUsedStrings(const QString &columns, const QString &table, QSet<int> *ids);
@@ -204,10 +206,10 @@ public:
                       const QVector<ObjectDataBase::ColumnValue> &values, bool isTextRow);
     template <class Record>
     QVariant textCell(const Column<Record> &field, const QVariant &given, bool isTextRow);
-    /// Reads what is given of a cell, the one of that \a number in its row.
+    /// Makes \a cell that of the \a given value, the one of that \a number in its row.
     template <class Record, size_t N>
-    void readTextCell(const Column<Record> (&columns)[N], int number, bool isTextRow,
-                      KnownTextCell *cell);
+    void readTextCell(const Column<Record> (&columns)[N], const ObjectDataBase::ColumnValue &given,
+                      int number, bool isTextRow, KnownTextCell *cell);
     /// Fills textFaults for cells of a line, which are not written as a row.
     void findNodeFaults(const QVector<ObjectDataBase::ColumnValue> &values);
 
@@ -272,9 +274,10 @@ public:
     SqliteConnection sqlite;            ///< of db, for RowReaders
     QHash<int, RowInserter> inserters;  ///< by kind and line
     QHash<QString, int> keyWrites;      ///< by table; see addKeyIndex()
-    QHash<QString, int> stringIds;
+    QHash<QString, int> stringIds;      ///< the first of equal rows; see idsOfStrings()
     QHash<int, QString> strings;
-    bool stringsComplete = false; ///< both maps hold all rows of the table
+    bool stringsComplete = false; ///< the map holds all rows of the table
+    bool stringIdsComplete = false;
     QHash<quint8, LineCache> cachedSubs;
     QHash<quint32, QString> cachedSubNames; ///< by placeKey()
     QHash<quint8, FrameCache<PgnData, SpnData>> groups;

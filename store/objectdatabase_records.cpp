@@ -242,8 +242,9 @@ private:
     /// Without the row of its own that a text with an apostrophe gets at each call.
     QVariant idOf(const QString &text)
     {
-        const auto known = store.stringIds.constFind(text);
-        return known != store.stringIds.constEnd() ? *known : store.owner->getStringId(text);
+        const QHash<QString, int> &ids = store.idsOfStrings();
+        const auto known = ids.constFind(text);
+        return known != ids.constEnd() ? *known : store.owner->getStringId(text);
     }
 
     StorePrivate &store;

@@ -45,22 +45,39 @@ int StorePrivate::insertString(const QString &given)
 
 int ObjectDataBase::getStringId(const QString &text)
 {
-    if (!d->stringsComplete)
-        cacheStrings();
-    const auto known = d->stringIds.constFind(text);
+    QHash<QString, int> &ids = d->idsOfStrings();
+    const auto known = ids.constFind(text);
     // Deliberate: a text with an apostrophe gets a row at each call, though the first of the equal
     // rows is the one referred to. The others go at the next save; held by tst_objectdatabase
     // "apostrophes".
-    if (known != d->stringIds.constEnd() && !text.contains(QLatin1Char('\'')))
+    if (known != ids.constEnd() && !text.contains(QLatin1Char('\'')))
         return *known;
     const int id = d->insertString(text);
-    if (known != d->stringIds.constEnd())
+    if (known != ids.constEnd())
         return *known;
     if (id < 0)
         return -1;
-    d->stringIds.insert(text, id);
+    ids.insert(text, id);
     d->strings.insert(id, text);
     return id;
+}
+
+QHash<QString, int> &StorePrivate::idsOfStrings()
+{
+    if (!stringsComplete)
+        owner->cacheStrings();
+    if (stringIdsComplete)
+        return stringIds;
+    stringIds.reserve(strings.size());
+    for (auto row = strings.constBegin(); row != strings.constEnd(); ++row) {
+        const auto known = stringIds.find(*row);
+        if (known == stringIds.end())
+            stringIds.insert(*row, row.key());
+        else
+            *known = qMin(*known, row.key());
+    }
+    stringIdsComplete = stringsComplete;
+    return stringIds;
 }
 
 QString ObjectDataBase::getString(int id) const
@@ -81,21 +98,19 @@ void StorePrivate::forgetStrings()
     lastTextObject.clear(); // they hold numbers of texts
     lastTextSubIndex.clear();
     stringsComplete = false;
+    stringIdsComplete = false;
 }
 
 void ObjectDataBase::cacheStrings()
 {
-    // The maps take part in every write, so once they are complete they stay so.
+    // The map takes part in every write, so once it is complete it stays so.
     if (d->stringsComplete)
         return;
     d->forgetStrings();
     RowReader statement(*d, QStringLiteral("select id,string from Strings order by id"));
     while (statement.next()) {
         const int id = statement.value(0).toInt();
-        const QString text = statement.value(1).toString();
-        d->strings.insert(id, text);
-        if (!d->stringIds.contains(text))
-            d->stringIds.insert(text, id);
+        d->strings.insert(id, statement.value(1).toString());
     }
     d->stringsComplete = statement.ok();
 }

@@ -152,22 +152,29 @@ QVariant StorePrivate::textCell(const Column<Record> &field, const QVariant &giv
 }
 
 template <class Record, size_t N>
-void StorePrivate::readTextCell(const Column<Record> (&columns)[N], int number, bool isTextRow,
-                                KnownTextCell *cell)
+void StorePrivate::readTextCell(const Column<Record> (&columns)[N],
+                                const ObjectDataBase::ColumnValue &given, int number,
+                                bool isTextRow, KnownTextCell *cell)
 {
     const int faults = textFaults.size();
-    const Column<Record> *field = findColumn(columns, cell->given.column);
+    if (cell->column < 0 || cell->given.column != given.column) {
+        const Column<Record> *found = findColumn(columns, given.column);
+        cell->column = found ? int(found - columns) : -1;
+    }
+    cell->given = given;
     cell->isTextRow = isTextRow;
-    cell->column = field && cell->given.value.isValid() ? int(field - columns) : -1;
     cell->isKnown = false;
-    if (cell->column < 0) {
+    cell->written = QVariant();
+    if (cell->column < 0 || !given.value.isValid()) {
         textFaults.append({number, TextFault::Kind::NoColumn, QVariant()});
+        cell->column = -1;
         return;
     }
-    cell->written = textCell(*field, cell->given.value, isTextRow);
-    noteUnfit(*field, cell->given.value, cell->written, number, &textFaults);
+    const Column<Record> *field = &columns[cell->column];
+    cell->written = textCell(*field, given.value, isTextRow);
+    noteUnfit(*field, given.value, cell->written, number, &textFaults);
     // A text with an apostrophe gets a row at each call of getStringId().
-    const bool hasApostrophe = cell->given.value.toString().contains(QLatin1Char('\''));
+    const bool hasApostrophe = given.value.toString().contains(QLatin1Char('\''));
     cell->isKnown = faults == textFaults.size() && field->coding != Coding::Blob &&
                     !(field->coding == Coding::StringId && hasApostrophe);
 }
@@ -186,8 +193,7 @@ bool StorePrivate::writeTextRow(const Column<Record> (&columns)[N], RowInserter 
         if (!cell.isKnown || cell.isTextRow != isTextRow ||
             cell.given.column != values.at(i).column ||
             !isSharedText(cell.given.value, values.at(i).value)) {
-            cell.given = values.at(i);
-            readTextCell(columns, i, isTextRow, &cell);
+            readTextCell(columns, values.at(i), i, isTextRow, &cell);
         }
         if (cell.column < 0)
             continue;

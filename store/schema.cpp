@@ -114,10 +114,11 @@ int Schema::lineOfTable(const QString &table, const char *family)
 {
     if (!table.startsWith(QLatin1String(family)))
         return -1;
+    const QStringRef digits = table.midRef(int(qstrlen(family)));
     bool ok = false;
-    const quint32 line = Numbers::toUIntDecimal(table.mid(int(qstrlen(family))), &ok);
-    // Compared as written, for "Objects07" is no table of a project.
-    return ok && line <= 0xFF && table == Schema::table(family, int(line)) ? int(line) : -1;
+    const uint line = digits.toUInt(&ok);
+    // As table() writes it, for "Objects07" is no table of a project.
+    return ok && line <= 0xFF && digits == QString::number(line) ? int(line) : -1;
 }
 
 QString Schema::createTable(const TableRow &row, bool ifNotExists)

@@ -92,25 +92,26 @@ bool TextRows::continuesRow(const Entry &entry) const
 void TextRows::takeCell(const Entry &entry)
 {
     const int number = count++;
-    if (isRepeated(entry, number))
+    const bool isSameColumn = hasSameColumn(entry, number);
+    if (isSameColumn && isSame(entry.valueText, last.first[number].valueText) &&
+        !last.lists.contains(number))
         return;
-    const QString key = entry.key();
-    const QVariant value = entry.value();
-    const bool isBytes = value.type() == QVariant::ByteArray;
-    if (value.type() == QVariant::StringList)
-        current.lists.append(number);
     if (number == current.cells.size())
         current.cells.append(ObjectDataBase::ColumnValue());
-    current.cells[number] = {key.mid(key.lastIndexOf(QLatin1Char('/')) + 1),
-                             isBytes ? value : QVariant(textOf(value))};
+    ObjectDataBase::ColumnValue &cell = current.cells[number];
+    if (!isSameColumn) {
+        const QString key = entry.key();
+        cell.column = key.mid(key.lastIndexOf(QLatin1Char('/')) + 1);
+    }
+    cell.value = entry.value();
+    if (cell.value.type() == QVariant::StringList) {
+        current.lists.append(number);
+        cell.value = textOf(cell.value);
+    }
 }
 
-bool TextRows::isRepeated(const Entry &entry, int number) const
+bool TextRows::hasSameColumn(const Entry &entry, int number) const
 {
-    if (prefix.size() == 0 || lastPrefix.size() == 0 || number >= current.cells.size() ||
-        last.lists.contains(number))
-        return false;
-    const Entry &before = last.first[number];
-    return isSame(behind(entry.keyText, prefix), behind(before.keyText, lastPrefix)) &&
-           isSame(entry.valueText, before.valueText);
+    return prefix.size() > 0 && lastPrefix.size() > 0 && number < current.cells.size() &&
+           isSame(behind(entry.keyText, prefix), behind(last.first[number].keyText, lastPrefix));
 }

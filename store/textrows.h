@@ -33,8 +33,8 @@ private:
     static IniText::Span prefixOf(const IniText::Entry &entry);
     bool continuesRow(const IniText::Entry &entry) const;
     void takeCell(const IniText::Entry &entry);
-    /// Is the cell as it is in the row before?
-    bool isRepeated(const IniText::Entry &entry, int number) const;
+    /// Is the cell of the same column as the one in the row before?
+    bool hasSameColumn(const IniText::Entry &entry, int number) const;
 
     const IniText::Entry *at;
     const IniText::Entry *end;

@@ -110,6 +110,30 @@ private slots:
         }
     }
 
+    /// They are not read again, unless they mean something else there.
+    void cellsAsInTheRowBefore()
+    {
+        const QByteArray cells = "#datatype=%1\n#defaultvalue=a  b\n#uplimit=1, 2\n#name=it's\n";
+        const auto row = [&](const char *key, const char *type) {
+            return QByteArray(cells).replace("#", key).replace("%1", type);
+        };
+        const QByteArray oddKeys = "0x2000\\0x3\\datatype=5\n0x2000/0x3/defaultvalue=a  b\n"
+                                   "0x2000\\0x3\\uplimi%74=1, 2\n";
+        const QByteArray fewer = "0x2000\\0x5\\datatype=5\n0x2000\\0x5\\name=it's\n";
+        QVERIFY(writeFile(file, "[SubObjects0]\n" + row("0x2000\\0x0\\", "9") +
+                                    row("0x2000\\0x1\\", "5") + row("0x2000\\0x2\\", "5") +
+                                    oddKeys + row("0x2000\\0x4\\", "5") + fewer));
+        ObjectDataBase store;
+        QVERIFY(store.openDataBase(file));
+        QStringList rows;
+        for (const quint8 number : store.getSubIndices(0, 0x2000, 0)) {
+            const Sub sub = subOf(store, 0, 0x2000, number);
+            rows << joined(sub.dataType, sub.defaultValue, sub.upLimit, sub.name);
+        }
+        QCOMPARE(rows, (QStringList{"9/a  b/1,2/it's", "5/a b/1,2/it's", "5/a b/1,2/it's",
+                                    "5/a b/1,2/", "5/a b/1,2/it's", "5///it's"}));
+    }
+
     void handWrittenProject()
     {
         QVERIFY(writeFile(file,

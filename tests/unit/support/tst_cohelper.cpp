@@ -117,6 +117,11 @@ private slots:
         QCOMPARE(read("+0x7"), "0/7/7");
         QCOMPARE(read("010"), "10/10/10"); // not octal
         QCOMPARE(read("-5"), "0/0/-5");
+        QCOMPARE(read("4294967295"), "4294967295/4294967295/4294967295");
+        QCOMPARE(read("0x1Fa"), "0/506/506");
+        QCOMPARE(read("0x1g"), "0/0/0");
+        QCOMPARE(read("0x"), "0/0/0");
+        QCOMPARE(read("7A"), "0/0/0");
         QCOMPARE(read("4294967296"), "0/0/4294967296");
         QCOMPARE(read("0xFFFFFFFFFFFFFFFF"), "0/0/0");
         QCOMPARE(read("1x"), "0/0/0");
