@@ -1,4 +1,4 @@
-// The data of the page. Who changes a word or a shape here changes page.js as well.
+// The data of the page. Who changes a word or a shape here changes the scripts as well.
 #include "generators/overview/factsjson.h"
 
 #include "formats/jsonwriter.h"

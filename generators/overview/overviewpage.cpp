@@ -20,7 +20,12 @@ namespace
 
 // Each in its element, one after the other in this order.
 constexpr const char *kStyles[] = {"page.css"};
-constexpr const char *kScripts[] = {"page.js"};
+constexpr const char *kScripts[] = {
+    "text.js",    "dom.js",     "data.js",        "links.js",       "summary.js",
+    "matrix.js",  "frames.js",  "identifiers.js", "load.js",        "filter.js",
+    "details.js", "objects.js", "footprint.js",   "connections.js", "comparison.js",
+    "start.js", // calls what stands in the others
+};
 
 QByteArray fileOf(const char *name)
 {

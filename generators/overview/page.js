@@ -1,3 +1,0 @@
-"use strict";
-const data = JSON.parse(document.getElementById("data").textContent);
-document.body.append(data.project.name);
