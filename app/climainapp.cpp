@@ -372,6 +372,9 @@ void CLIMainApp::writeOverview(const QString &project)
         overview.addProblems(problemLog.problems());
         overview.addFiles(runFiles.writtenFiles(),
                           folder.isNull() ? QFileInfo(project).absolutePath() : folder);
+        overview.addFootprint(runFiles.writtenFiles());
+        if (const auto &comparison = generatorMainHandler->comparison())
+            overview.addComparison(*comparison);
         reason = overview.write(path, options.has("-keep-unchanged"));
     }
     if (reason.isEmpty())

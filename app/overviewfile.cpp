@@ -83,6 +83,13 @@ void OverviewFile::addFiles(const QStringList &paths, const QString &folder)
     }
 }
 
+void OverviewFile::addFootprint(const QStringList &paths)
+{
+    const Overview::Footprint footprint = Overview::footprintOfFiles(paths);
+    if (!footprint.arrays.empty())
+        facts->footprint = footprint;
+}
+
 QString OverviewFile::write(const QString &path, bool keepsUnchanged) const
 {
     QString reason = FileReasons::whyNotWritable(path);

@@ -29,6 +29,10 @@ public:
     /// With their sizes; those in \a folder by their names there.
     void addFiles(const QStringList &paths, const QString &folder);
 
+    /// The memory that the tables in these sources take; others than sources count as nothing.
+    void addFootprint(const QStringList &paths);
+    void addComparison(const ProjectComparison &comparison) { facts->comparison = comparison; }
+
     /// Replaces \a path in one step. With \a keepsUnchanged a file that holds these bytes already
     /// is left alone. Empty, or why it cannot be written.
     QString write(const QString &path, bool keepsUnchanged) const;

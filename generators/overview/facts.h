@@ -1,6 +1,8 @@
 // All that the page of a project shows, as plain values.
 #pragma once
 
+#include "generators/overview/footprint.h"
+#include "store/comparison/projectchange.h"
 #include "support/framebits.h"
 
 #include <QHash>
@@ -168,6 +170,8 @@ struct Facts {
     QVector<File> files;
     QVector<Line> lines;
     QVector<Connection> connections;
+    std::optional<Footprint> footprint;          ///< of the sources, if any were written
+    std::optional<ProjectComparison> comparison; ///< with an older project, if there is one
     Texts texts;
 };
 

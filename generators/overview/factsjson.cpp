@@ -2,6 +2,8 @@
 #include "generators/overview/factsjson.h"
 
 #include "formats/jsonwriter.h"
+#include "generators/overview/comparisonjson.h"
+#include "generators/overview/footprintjson.h"
 
 #include <algorithm>
 #include <iterator>
@@ -259,6 +261,14 @@ QByteArray Overview::jsonOf(const Facts &facts)
     writeRecords(json, "files", facts.files, writeFile);
     writeRecords(json, "lines", facts.lines, writeLine);
     writeRecords(json, "connections", facts.connections, writeConnection);
+    if (facts.footprint) {
+        json.key("footprint");
+        writeFootprint(json, *facts.footprint);
+    }
+    if (facts.comparison) {
+        json.key("comparison");
+        writeComparison(json, *facts.comparison);
+    }
     json.key("texts");
     json.startArray();
     for (const QString &each : facts.texts.all())

@@ -1,11 +1,14 @@
 // Compiles and runs generated sources.
 #include "tests/stack/device.h"
 
+#include "generators/overview/footprint.h"
 #include "tests/fixtures/testkit.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QMap>
 #include <QProcess>
+#include <QRegularExpression>
 
 #include <memory>
 #include <vector>
@@ -40,7 +43,8 @@ void Device::run(const QStringList &parts, const QStringList &features)
                          "-Wall",         "-Wextra",
                          "-Werror",       "-fsanitize=address",
                          "-I.",           "-I" TEST_STACK "/include",
-                         "-I" TEST_STACK, "-I" TESSARINE_EXAMPLES "/pump"};
+                         "-I" TEST_STACK, "-I" TESSARINE_EXAMPLES "/pump",
+                         "-fno-pie",      "-no-pie"}; // constants with addresses stay constants
     flags += features;
     QStringList objects;
     QList<QStringList> compilers;
@@ -48,9 +52,49 @@ void Device::run(const QStringList &parts, const QStringList &features)
         objects << QFileInfo(file).completeBaseName() + ".o";
         compilers << flags + QStringList{"-c", file, "-o", objects.last()};
     }
-    if (firstFault.isEmpty() && execute(TEST_C_COMPILER, compilers) &&
-        execute(TEST_C_COMPILER, {flags + objects + QStringList{"-o", "device"}}))
+    const bool isCompiled = firstFault.isEmpty() && execute(TEST_C_COMPILER, compilers);
+    if (isCompiled)
+        checkFootprint(objects.filter(QRegularExpression("^gen_")));
+    if (isCompiled && execute(TEST_C_COMPILER, {flags + objects + QStringList{"-o", "device"}}))
         execute(path + "/device", {QStringList()});
+}
+
+void Device::checkFootprint(const QStringList &objects)
+{
+    QStringList sources;
+    for (const QString &name : QDir(path).entryList({"gen_*.c", "gen_define.h"}))
+        sources << path + '/' + name;
+    const Overview::Footprint told = Overview::footprintOfFiles(sources, sizeof(void *));
+    using Bytes = QPair<qint64, qint64>; // RAM and ROM, by the name of the table
+    QMap<QString, Bytes> expected;
+    for (const Overview::FootprintArray &array : told.arrays) {
+        if (!array.name.startsWith("texts of "))
+            expected[array.name] = {expected[array.name].first + array.ram,
+                                    expected[array.name].second + array.rom};
+    }
+    if (!execute("nm", {QStringList{"-S"} + objects}))
+        return;
+    QMap<QString, Bytes> actual;
+    for (const QString &row : printed.split('\n')) {
+        const QStringList cells = row.split(' '); // address, size, kind, name
+        if (cells.size() != 4 || !QString("bdr").contains(cells[2].toLower()) ||
+            cells[3].startsWith('_') || cells[3].startsWith('.'))
+            continue;
+        Bytes &bytes = actual[cells[3].section('.', 0, 0)];
+        (cells[2].toLower() == "r" ? bytes.second : bytes.first) +=
+            cells[1].toLongLong(nullptr, 16);
+    }
+    const auto rows = [](const QMap<QString, Bytes> &tables) {
+        QStringList result;
+        for (auto table = tables.begin(); table != tables.end(); ++table)
+            result << QString("%1 RAM %2 ROM %3")
+                          .arg(table.key())
+                          .arg(table->first)
+                          .arg(table->second);
+        return result;
+    };
+    if (actual != expected && firstFault.isEmpty())
+        firstFault = "footprint: " + difference(rows(expected), rows(actual)) + told.note;
 }
 
 QStringList Device::rowsOf(const QString &text, const QStringList &words)

@@ -16,7 +16,8 @@ public:
     explicit Device(const QString &folder) : path(folder) {}
 
     /// Compiles all sources of the folder with those \a parts of the test stack, without warnings,
-    /// and runs the program. \a features are macros that the test stack takes its form from.
+    /// compares the sizes of generated tables with those of the overview, and runs the program. \a
+    /// features are macros that the test stack takes its form from.
     void run(const QStringList &parts, const QStringList &features);
 
     /// What went wrong first; empty if nothing did.
@@ -34,6 +35,8 @@ public:
 
 private:
     bool execute(const QString &program, const QList<QStringList> &calls);
+    /// Do the tables in the objects have the sizes that the overview of the project tells?
+    void checkFootprint(const QStringList &objects);
 
     QString path;
     QString firstFault;

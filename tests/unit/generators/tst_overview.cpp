@@ -137,6 +137,83 @@ private slots:
                                     "signal///0/#1/0x2100:2/in second", "group///1//drives"}));
     }
 
+    /// The stack tests compare the sizes of all tables; this is what they are put down to.
+    void footprint()
+    {
+        const QByteArray source =
+            "#include <gen_define.h>\n"
+            "#ifdef OTHER\n"
+            "UNSIGNED8 left_out[1000];\n"
+            "#else\n"
+            "static CO_CONST VIS_STRING CO_CONST_STORAGE_CLASS od_const_vis_string[2] = {\n"
+            "    \"a\\x5a\\132\\\"\", \"b\" /* ; */ \"c\"};\n"
+            "#endif\n"
+            "static UNSIGNED16 od_u16[TWO];\n"
+            "static UNSIGNED8 CO_CONST_STORAGE_CLASS * CO_CONST od_ptr_u8[] = { &(x[1]) /* "
+            "1-0x6000:0 */ };\n"
+            "CO_CONST CO_OBJECT_DESC_T od_description[DESC] = {\n"
+            "    { (UNSIGNED8)0u, CO_DTYPE_U16_VAR, (UNSIGNED16)1u, CO_ATTR_NUM, "
+            "(UNSIGNED16)0u},/* 0-0x1001:0*/\n"
+            "    { (UNSIGNED8)0u, CO_DTYPE_U16_VAR, (UNSIGNED16)0u, CO_ATTR_NUM, "
+            "(UNSIGNED16)0u},/* 0-0x2001:0*/\n"
+            "};\n"
+            "static UNKNOWN_T unknown;\n"
+            "RET_T start(void)\n"
+            "{\n"
+            "    UNSIGNED8 i = 0, onStack[9] = { 0 };\n"
+            "    static const UNSIGNED8 kept[] = { 1, 2, 3 };\n"
+            "    if (i == 1) { return RET_OK; }\n"
+            "    return run(kept);\n"
+            "}\n";
+        const Overview::Footprint footprint = Overview::footprintOf(
+            {{"gen_define.h", "#define TWO 2u\n#define DESC\t2u /* rows */\n"},
+             {"gen_mp.c", source}});
+        QStringList told;
+        for (const Overview::FootprintArray &array : footprint.arrays)
+            told << joined(array.name, array.count, array.ram, array.rom, array.area);
+        for (const Overview::FootprintArea &area : footprint.areas)
+            told << joined(area.line.value_or(-1), area.area, area.ram, area.rom);
+        QCOMPARE(
+            told,
+            QStringList({"od_const_vis_string/2/0/8/constants of several objects",
+                         "texts of od_const_vis_string/2/0/8/constants of several objects",
+                         "od_u16/2/4/0/several", "od_ptr_u8/1/0/4/0x6000-0x9FFF device profile",
+                         "od_description/2/0/32/several", "kept/3/0/3/start of the stack",
+                         "-1/constants of several objects/0/16", "-1/start of the stack/0/3",
+                         "0/0x1000-0x1FFF communication/2/16", "0/0x2000-0x5FFF manufacturer/2/16",
+                         "1/0x6000-0x9FFF device profile/0/4"}));
+        QVERIFY2(footprint.note.contains("UNKNOWN_T"), qPrintable(footprint.note));
+    }
+
+    void comparison()
+    {
+        Overview::Facts facts;
+        facts.comparison = ProjectComparison();
+        ProjectChange change{ChangeKind::Subindex, ProjectChange::Change::Changed, 0, 0x2010, 1,
+                             "0x2010:1 <b>",       {{"default", "0", "\"\""}}};
+        facts.comparison->changes.push_back(change);
+        change = {ChangeKind::Signal, ProjectChange::Change::Added, 1, 65262, -1, "s",
+                  {{"", "", "5"}}};
+        facts.comparison->changes.push_back(change);
+        change.change = ProjectChange::Change::Removed;
+        change.line = -1;
+        facts.comparison->changes.push_back(change);
+        const QJsonArray changes =
+            QJsonDocument::fromJson(Overview::jsonOf(facts))["comparison"]["changes"].toArray();
+        QStringList told;
+        for (const QJsonValue &each : changes)
+            told << QString::fromUtf8(QJsonDocument(each.toObject()).toJson(QJsonDocument::Compact))
+                        .replace('"', '\'');
+        QCOMPARE(
+            told,
+            QStringList({"{'change':'changed','fields':[['default','0','\\'\\'']],"
+                         "'kind':'subindex','line':0,'link':'#0/0x2010:1','what':'0x2010:1 <b>'}",
+                         "{'change':'added','fields':[['',null,'5']],"
+                         "'kind':'signal','line':1,'link':'#1/pgn/0xFEEE','what':'s'}",
+                         "{'change':'removed','fields':[['',null,'5']],"
+                         "'kind':'signal','line':null,'what':'s'}"}));
+    }
+
     void bits_data()
     {
         columns<QString, int, bool, QList<int>>("kind", "bytes", "isExtended", "expected");

@@ -1,0 +1,426 @@
+// The tables and variables that C sources define.
+#include "generators/overview/carrays.h"
+
+#include <QList>
+
+#include <algorithm>
+
+namespace
+{
+
+using CArrays::Definition;
+using CArrays::Macros;
+using CArrays::Row;
+
+// Not those of the C library: a source has millions of characters, and the locale is nothing here.
+
+constexpr bool isDigit(char ch)
+{
+    return ch >= '0' && ch <= '9';
+}
+
+constexpr bool isWordChar(char ch)
+{
+    return (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') || isDigit(ch) || ch == '_';
+}
+
+constexpr bool isBlank(char ch)
+{
+    return ch == ' ' || (ch >= '\t' && ch <= '\r');
+}
+
+/// The number at \a at, which moves behind it; -1 if there is none.
+int readNumber(const char *&at, const char *end)
+{
+    const bool isHex = end - at > 2 && at[0] == '0' && at[1] == 'x';
+    at += isHex ? 2 : 0;
+    qint64 number = -1;
+    for (; at < end && number < 0x1000000; ++at) {
+        const int digit = isDigit(*at)                        ? *at - '0'
+                          : isHex && *at >= 'a' && *at <= 'f' ? *at - 'a' + 10
+                                                              : -1;
+        if (digit < 0)
+            break;
+        number = (number < 0 ? 0 : number) * (isHex ? 16 : 10) + digit;
+    }
+    return int(number);
+}
+
+/// What "1-0x2010:3" says of a row, or "1-65262:110" of a signal; without the number of the line if
+/// there is only one.
+void readComment(const char *at, const char *end, Row *row)
+{
+    while (at < end && *at == ' ')
+        ++at;
+    int line = -1;
+    const char *start = at;
+    int number = readNumber(at, end);
+    if (at < end && *at == '-') {
+        line = number;
+        start = ++at;
+        number = readNumber(at, end);
+    }
+    if (number < 0 || at == end || *at != ':')
+        return;
+    row->line = line;
+    if (at - start > 2 && start[1] == 'x')
+        row->index = number;
+}
+
+/// Reads a source from its start to its end. What stands in functions is looked through for
+/// variables with static storage.
+class Reader
+{
+public:
+    Reader(const QByteArray &source, const Macros &known) : text(source), macros(known) {}
+
+    std::vector<Definition> read()
+    {
+        while (place < text.size())
+            readStatement();
+        return std::move(definitions);
+    }
+
+private:
+    // --- Characters ---
+
+    char peek(int ahead = 0) const
+    {
+        return place + ahead < text.size() ? text.at(place + ahead) : '\0';
+    }
+
+    /// Passes blanks, comments, and lines for the preprocessor with what they leave out. The last
+    /// comment is kept.
+    void skipSpace()
+    {
+        while (place < text.size()) {
+            if (peek() == '/' && peek(1) == '*')
+                skipComment();
+            else if (peek() == '/' && peek(1) == '/')
+                skipLine();
+            else if (peek() == '#' && isFirstInLine())
+                readDirective();
+            else if (isBlank(peek()))
+                ++place;
+            else
+                return;
+        }
+    }
+
+    void skipComment()
+    {
+        const int end = endOfComment();
+        const int stop = end < 0 ? text.size() : end;
+        if (row)
+            readComment(text.constData() + place + 2, text.constData() + stop, row);
+        place = end < 0 ? text.size() : end + 2;
+    }
+
+    int endOfComment() const
+    {
+        for (int end = place + 2; end + 1 < text.size(); ++end) {
+            if (text.at(end) == '*' && text.at(end + 1) == '/')
+                return end;
+        }
+        return -1;
+    }
+
+    QByteArray skipLine()
+    {
+        const int end = text.indexOf('\n', place);
+        const QByteArray line = text.mid(place, end < 0 ? -1 : end - place);
+        place = end < 0 ? text.size() : end + 1;
+        return line;
+    }
+
+    bool isFirstInLine() const
+    {
+        int before = place - 1;
+        while (before >= 0 && (text.at(before) == ' ' || text.at(before) == '\t'))
+            --before;
+        return before < 0 || text.at(before) == '\n';
+    }
+
+    // --- Preprocessor ---
+
+    void readDirective()
+    {
+        const QByteArray line = skipLine();
+        const QList<QByteArray> words = line.mid(1).simplified().split(' ');
+        const QByteArray &what = words.first();
+        if (what == "define")
+            CArrays::readMacros(line, &macros);
+        else if (what == "ifdef" || what == "ifndef")
+            skipUnless(macros.contains(words.value(1)) == (what == "ifdef"));
+        else if (what == "else" || what == "elif")
+            (void)skipToEnd(false); // what stands before it was read
+    }
+
+    void skipUnless(bool isRead)
+    {
+        if (!isRead)
+            (void)skipToEnd(true);
+    }
+
+    /// To behind the #endif that belongs to the condition, or with \a stopsAtElse its #else.
+    bool skipToEnd(bool stopsAtElse)
+    {
+        int depth = 0;
+        while (place < text.size()) {
+            const QByteArray line = skipLine().trimmed();
+            if (!line.startsWith('#'))
+                continue;
+            const QByteArray what = line.mid(1).trimmed();
+            if (what.startsWith("if"))
+                ++depth;
+            else if (what.startsWith("endif") && depth-- == 0)
+                return true;
+            else if (stopsAtElse && depth == 0 && what.startsWith("else"))
+                return false;
+        }
+        return true;
+    }
+
+    // --- Statements ---
+
+    /// The next word, mark or text; a text without its quotes is not needed.
+    QByteArray token()
+    {
+        skipSpace();
+        if (place >= text.size())
+            return {};
+        const int start = place;
+        skipWord();
+        return text.mid(start, place - start);
+    }
+
+    void skipWord()
+    {
+        const char ch = peek();
+        if (ch == '"' || ch == '\'') {
+            (void)skipQuoted();
+            return;
+        }
+        ++place;
+        while (isWordChar(ch) && isWordChar(peek()))
+            ++place;
+    }
+
+    /// Gives the bytes between the quotes as the compiler counts them.
+    qint64 skipQuoted()
+    {
+        const char quote = peek();
+        qint64 bytes = 0;
+        for (++place; place < text.size() && peek() != quote; ++place, ++bytes) {
+            if (peek() == '\\')
+                skipEscape();
+        }
+        ++place;
+        return bytes;
+    }
+
+    /// To its last character.
+    void skipEscape()
+    {
+        ++place;
+        const auto isHexDigit = [](char ch) {
+            return isDigit(ch) || (ch >= 'a' && ch <= 'f') || (ch >= 'A' && ch <= 'F');
+        };
+        if (peek() == 'x') {
+            while (isHexDigit(peek(1)))
+                ++place;
+            return;
+        }
+        for (int digits = 1; digits < 3 && isDigit(peek()) && isDigit(peek(1)); ++digits)
+            ++place; // octal
+    }
+
+    void readStatement()
+    {
+        QList<QByteArray> words;
+        for (QByteArray word = token(); !word.isEmpty() && word != ";"; word = token()) {
+            if (word == "{" || word == "}") { // of a function, or in one
+                blocks += word == "{" ? 1 : -1;
+                return;
+            }
+            if (word == "=" && !words.contains("(")) {
+                Definition definition = definitionOf(words);
+                readInitializer(&definition);
+                if (isDefinition(words))
+                    add(definition);
+                return;
+            }
+            words << word;
+        }
+        if (isDefinition(words)) {
+            Definition definition = definitionOf(words);
+            add(definition);
+        }
+    }
+
+    /// In a function only what is static takes memory for good. What has parentheses is a
+    /// declaration of a function, or a call.
+    bool isDefinition(const QList<QByteArray> &words) const
+    {
+        return words.size() > 1 && !words.contains("extern") && !words.contains("typedef") &&
+               !words.contains("(") && (blocks == 0 || words.contains("static"));
+    }
+
+    Definition definitionOf(const QList<QByteArray> &words) const
+    {
+        Definition definition;
+        bool hasConstPointer = false;
+        QByteArray dimension;
+        bool isInBrackets = false;
+        for (const QByteArray &word : words) {
+            if (word == "[" || word == "]") {
+                isInBrackets = word == "[";
+                if (!isInBrackets)
+                    addDimension(dimension, &definition);
+                dimension.clear();
+            } else if (isInBrackets) {
+                dimension += word;
+            } else if (word == "*") {
+                definition.isPointer = true;
+            } else if (isConstWord(word)) {
+                (definition.isPointer ? hasConstPointer : definition.isConst) = true;
+            } else if (word == "static" || word.endsWith("STORAGE_CLASS")) {
+                continue;
+            } else if (definition.type.isEmpty()) {
+                definition.type = word;
+            } else {
+                definition.name = word;
+            }
+        }
+        if (definition.isPointer)
+            definition.isConst = hasConstPointer;
+        return definition;
+    }
+
+    /// Without one, or with one that is not known here, there are as many as there are rows.
+    void addDimension(const QByteArray &dimension, Definition *definition) const
+    {
+        const qint64 number = CArrays::numberOf(dimension, macros);
+        definition->count = number < 0 || definition->count < 0 ? -1 : definition->count * number;
+    }
+
+    static bool isConstWord(const QByteArray &word)
+    {
+        return word == "const" || word == "CO_CONST" || word == "CORE_CONST";
+    }
+
+    void add(Definition &definition)
+    {
+        if (definition.count < 0)
+            definition.count = qint64(definition.rows.size());
+        if (!definition.name.isEmpty())
+            definitions.push_back(std::move(definition));
+    }
+
+    // --- Initializers ---
+
+    /// To behind the ";" of the statement. Elements of the outermost braces are rows.
+    void readInitializer(Definition *definition)
+    {
+        int depth = 0;
+        bool isFresh = true; // the next word begins a row
+        bool wasText = false;
+        const bool isAssigned = definition->type.endsWith("OD_ASSIGN_T");
+        const bool isDescribed = definition->type.endsWith("OBJECT_DESC_T");
+        int column = 0; // of a row in braces
+        int braces = 0;
+        for (;;) {
+            skipSpace();
+            if (place >= text.size())
+                break;
+            if (peek() == '"') {
+                beginRow(depth, &isFresh, definition);
+                const qint64 bytes = skipQuoted();
+                if (row)
+                    row->textBytes += bytes + (wasText ? 0 : 1);
+                wasText = true;
+                continue;
+            }
+            wasText = false;
+            const int start = place;
+            const char ch = peek();
+            skipWord();
+            if (ch == ';' && depth == 0)
+                break;
+            braces += ch == '{' ? 1 : ch == '}' ? -1 : 0;
+            definition->depth = std::max(definition->depth, braces);
+            if (ch == '}' || ch == ')') {
+                --depth;
+            } else if (ch == ',' && depth <= 2) {
+                isFresh = isFresh || depth == 1;
+                column = depth == 1 ? 0 : column + 1;
+            } else {
+                if (depth > 0)
+                    beginRow(depth, &isFresh, definition);
+                const char *at = text.constData() + start;
+                if (row && isRowStart && isAssigned)
+                    row->index = readNumber(at, text.constData() + place);
+                else if (row && depth == 2 && isDescribed && column == 1)
+                    row->tag = text.mid(start, place - start);
+                else if (row && depth == 2 && isDescribed && column == 2 && isDigit(ch))
+                    row->position = readNumber(at, text.constData() + place);
+                isRowStart = ch == '{' && depth == 1;
+                depth += ch == '{' || ch == '(' ? 1 : 0;
+            }
+        }
+        row = nullptr;
+    }
+
+    void beginRow(int depth, bool *isFresh, Definition *definition)
+    {
+        if (!*isFresh || depth < 1)
+            return;
+        definition->rows.push_back({});
+        row = &definition->rows.back();
+        *isFresh = false;
+    }
+
+    const QByteArray &text;
+    Macros macros;
+    std::vector<Definition> definitions;
+    int place = 0;
+    Row *row = nullptr;      ///< that a comment is about
+    bool isRowStart = false; ///< the word before was the brace that begins a row
+    int blocks = 0;          ///< that are open
+};
+
+} // namespace
+
+void CArrays::readMacros(const QByteArray &text, Macros *macros)
+{
+    const QList<QByteArray> lines = text.split('\n');
+    for (const QByteArray &line : lines) {
+        const QByteArray trimmed = line.trimmed();
+        if (!trimmed.startsWith('#'))
+            continue;
+        const QByteArray directive = trimmed.mid(1).simplified();
+        const QList<QByteArray> words = directive.split(' ');
+        if (words.first() == "define" && words.size() > 1 && !words.at(1).contains('('))
+            macros->insert(words.at(1), words.mid(2).join(' '));
+    }
+}
+
+std::vector<CArrays::Definition> CArrays::definitionsIn(const QByteArray &text,
+                                                        const Macros &macros)
+{
+    return Reader(text, macros).read();
+}
+
+qint64 CArrays::numberOf(const QByteArray &text, const Macros &macros)
+{
+    QByteArray left = text.trimmed();
+    for (int depth = 0; macros.contains(left) && depth < 10; ++depth)
+        left = macros.value(left).split('/').first().trimmed();
+    while (left.startsWith('(') && left.endsWith(')'))
+        left = left.mid(1, left.size() - 2).trimmed();
+    while (left.endsWith('u') || left.endsWith('U') || left.endsWith('l') || left.endsWith('L'))
+        left.chop(1);
+    bool isNumber = false;
+    const qint64 number = left.toLongLong(&isNumber, left.startsWith("0x") ? 16 : 10);
+    return isNumber && number >= 0 ? number : -1;
+}
