@@ -174,6 +174,7 @@ void CLIMainApp::runProject(const QString &project)
 {
     const bool checksOnly = options.has("-check");
     generatorMainHandler->setChecksOnly(checksOnly);
+    generatorMainHandler->setProjectKept(!checksOnly && (savesProject() || options.has("-export")));
     QString folder;
     if (options.value("-output", folder))
         generatorMainHandler->setOutputFolder(folder);
@@ -214,15 +215,19 @@ void CLIMainApp::printComparison()
         outputHandler->print(comparisonText(*comparison));
 }
 
+bool CLIMainApp::savesProject() const
+{
+    return options.has("-save") || options.has("-s");
+}
+
 /// A failed check does not keep an import from being saved and exported. The save comes first, for
 /// an export may change the store in what its form has no use for.
 void CLIMainApp::keepProject(const QString &project)
 {
     const bool checksOnly = options.has("-check");
-    const bool saves = options.has("-save") || options.has("-s");
-    if (saves && !checksOnly)
+    if (savesProject() && !checksOnly)
         saveProject(project);
-    else if (saves)
+    else if (savesProject())
         Problems::warning("check-saves-nothing", project,
                           QStringLiteral("was not saved, since \"-check\" writes no project; leave "
                                          "that option out to save"));

@@ -62,6 +62,7 @@ private:
     void printComparison();
     void protectReadFiles();
     void finishWith(ReturnCode code);
+    bool savesProject() const;
     void keepProject(const QString &project);
     void saveProject(const QString &project);
     void exportProject(const QString &file);

@@ -109,15 +109,13 @@ GeneratorMainHandler::GeneratorMainHandler(OutputHandlerBase *handler,
     : QObject(parent), database(new ObjectDataBase(this)), outputHandler(handler),
       progressHandler(progress)
 {
-    database->createNewDataBase();
-    database->addNode(0, ObjectDataBase::NODE_DATA_T());
 }
 
 GeneratorMainHandler::~GeneratorMainHandler() = default;
 
 bool GeneratorMainHandler::openProject(const QString &filePath)
 {
-    if (!openInto(*database, filePath))
+    if (!openInto(*database, filePath, isKept))
         return false;
     const QFileInfo info(filePath);
     if (!checksOnly && ProjectFile::formOf(filePath) != ProjectFile::Form::Text)
@@ -128,7 +126,8 @@ bool GeneratorMainHandler::openProject(const QString &filePath)
     return true;
 }
 
-bool GeneratorMainHandler::openInto(ObjectDataBase &store, const QString &filePath)
+bool GeneratorMainHandler::openInto(ObjectDataBase &store, const QString &filePath,
+                                    bool willBeSaved)
 {
     const QString reason = FileReasons::whyNotReadable(filePath);
     if (!reason.isEmpty()) {
@@ -141,7 +140,7 @@ bool GeneratorMainHandler::openInto(ObjectDataBase &store, const QString &filePa
     const QString path = info.isRelative() ? info.absoluteFilePath() : filePath;
     const GivenName name(path, filePath);
     const bool isText = ProjectFile::formOf(path) == ProjectFile::Form::Text;
-    if (!(isText ? store.fromText(path) : store.openDataBase(path, true)))
+    if (!(isText ? store.fromText(path) : store.openDataBase(path, willBeSaved)))
         return false;
     correctProject(store);
     RunFiles::noteRead(path);
@@ -152,7 +151,7 @@ bool GeneratorMainHandler::openInto(ObjectDataBase &store, const QString &filePa
 bool GeneratorMainHandler::openOlderProject(const QString &filePath)
 {
     ObjectDataBase store;
-    if (!openInto(store, filePath))
+    if (!openInto(store, filePath, false))
         return false;
     dropDeclaredGroups(store, readProjectFacts(store));
     auto record = std::make_unique<ProjectRecord>();
@@ -506,8 +505,12 @@ bool GeneratorMainHandler::writeCheckLog(const QString &path)
 void GeneratorMainHandler::keepCheckLog(const QString &path)
 {
     const QString backup = path + QStringLiteral(".bak");
-    if (!QFile::exists(backup) && outputGuard.admits(backup))
+    if (!QFile::exists(backup) && outputGuard.admits(backup)) {
+        // A link would lead to the file that it is to be kept from.
+        if (!QFileInfo(path).isSymLink() && QFile::rename(path, backup))
+            return;
         QFile::copy(path, backup);
+    }
     QFile::remove(path);
 }
 

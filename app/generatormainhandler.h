@@ -40,8 +40,8 @@ public:
     };
     Q_ENUM(GeneratorResult)
 
-    /// \a handler and \a progress, which may be null, stay the caller's. There is an empty project
-    /// until one is opened.
+    /// \a handler and \a progress, which may be null, stay the caller's. There is no project until
+    /// one is opened.
     explicit GeneratorMainHandler(OutputHandlerBase *handler,
                                   PostGenProgressHandler *progress = nullptr,
                                   QObject *parent = nullptr);
@@ -81,6 +81,9 @@ public:
     /// generateOutput() ends after the check, and neither it nor openProject() writes or removes
     /// a file of the user. Set before openProject().
     void setChecksOnly(bool only) { checksOnly = only; }
+
+    /// False if the project will be neither saved nor exported. Set before openProject().
+    void setProjectKept(bool keeps) { isKept = keeps; }
 
     /// Leaves files alone that would differ in their date only.
     void setKeepUnchanged(bool keeps);
@@ -132,7 +135,7 @@ signals:
 
 private:
     /// Opens a project as it has to be for a run; false, and reported, if that cannot be done.
-    static bool openInto(ObjectDataBase &store, const QString &filePath);
+    static bool openInto(ObjectDataBase &store, const QString &filePath, bool willBeSaved);
     /// Tells on standard error what in the settings, and in the model, has no effect.
     void warnOfSettings(ProjectPlaces &places) const;
     void warnOfModel(const ProjectFacts &facts, ProjectPlaces &places) const;
@@ -191,4 +194,5 @@ private:
     bool startedHidden = false;
     bool startsPrograms = true;
     bool checksOnly = false;
+    bool isKept = true;
 };

@@ -118,7 +118,7 @@ int main(int argc, char *argv[])
     CLIOutputHandler outputHandler;
     CLIMainApp mainApp(QCoreApplication::arguments(), &outputHandler);
     QObject::connect(&mainApp, &CLIMainApp::finished, &application, &QCoreApplication::quit);
-    QTimer::singleShot(10, &mainApp, &CLIMainApp::start);
+    QTimer::singleShot(0, &mainApp, &CLIMainApp::start);
     QCoreApplication::exec();
     return static_cast<int>(mainApp.getReturnCode());
 }

@@ -221,8 +221,6 @@ void ModelChecker::checkDependentObjects()
 void ModelChecker::checkAllObjects(bool &corrected)
 {
     const QList<quint16> indices = indicesOf(ObjectRanges::kAll);
-    for (const quint16 index : indices) {
-        QCoreApplication::processEvents();
+    for (const quint16 index : indices)
         checkIndex(index, corrected);
-    }
 }

@@ -37,8 +37,8 @@ constexpr ByteMacroRow kByteMacros[] = {
 
 } // namespace
 
-/// Stands around a job: locks the store against writers, and at the end clears `running`, ends the
-/// thread, unlocks, and reports 100 as the very last act.
+/// Stands around a job: locks the store against writers, and at the end clears `running`,
+/// unlocks, and reports 100 as the very last act.
 class AbstractGenerator::JobBracket
 {
 public:
@@ -61,12 +61,8 @@ AbstractGenerator::JobBracket::JobBracket(AbstractGenerator &job) : generator(jo
 AbstractGenerator::JobBracket::~JobBracket()
 {
     generator.running = false;
-    generator.workerThread.quit();
     if (generator.database)
         generator.database->setLockWriteAccess(false);
-    // Only the thread that an object lives on may move it: left here, it could not start again.
-    if (generator.homeThread)
-        generator.moveToThread(generator.homeThread);
     emit generator.progress(100);
 }
 
@@ -88,10 +84,9 @@ AbstractGenerator::ResultCode AbstractGenerator::startGeneration()
     lastErrorString.clear();
     resetJob();
     setObjectName(jobName);
-    homeThread = thread();
     // Set before the start: a short job may be over before start() returns.
     running = true;
-    workerThread.start(this, "doJob");
+    workerThread.start([this] { doJob(); });
     return ResultCode::Success;
 }
 

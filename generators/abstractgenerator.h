@@ -16,9 +16,8 @@ class OutputGuard;
 class UnchangedFiles;
 
 /// Writes files of one project, on a thread of its own. The driver makes one for each step,
-/// configures it, calls startGeneration() and wait(), and reads the result; it has no parent, since
-/// it moves between threads. The job runs on the worker thread, all else on the driver's.
-/// Whoever destroys a generator waits for it first.
+/// configures it, calls startGeneration() and wait(), and reads the result. The job runs on the
+/// worker thread, all else on the driver's. Whoever destroys a generator waits for it first.
 class AbstractGenerator : public QObject
 {
     Q_OBJECT
@@ -131,6 +130,5 @@ private:
     void checkForceMLFlag();
 
     QString jobName;
-    QThread *homeThread = nullptr; ///< the driver's; the object returns there when a job is over
     JobThread workerThread;
 };

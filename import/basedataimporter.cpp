@@ -65,7 +65,6 @@ BaseDataImporter::Job::~Job()
         importer.database->commitBatch();
         importer.database->setBlockUpdates(false);
     }
-    importer.worker.quit();
     emit importer.progress(100);
 }
 
@@ -101,7 +100,7 @@ bool BaseDataImporter::startImport()
     if (started)
         return false;
     started = true;
-    worker.start(this, "doImport");
+    worker.start([this] { doImport(); });
     return true;
 }
 

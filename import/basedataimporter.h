@@ -15,9 +15,8 @@
 
 class ObjectDataBase;
 
-/// Brings objects from a file into one line of a project. Made for one file and used once, without
-/// a parent object, since it moves to a thread of its own. The driver sets it up, starts it and
-/// waits; only doImport() runs on the worker thread.
+/// Brings objects from a file into one line of a project. Made for one file and used once. The
+/// driver sets it up, starts it and waits; only doImport() runs on the worker thread.
 class BaseDataImporter : public QObject
 {
     Q_OBJECT
@@ -72,7 +71,7 @@ signals:
 
 protected:
     /// Opens the store for writing by this thread alone; at its end, whatever the way out, other
-    /// threads may go on, the worker thread ends, and progress 100 is reported.
+    /// threads may go on, and progress 100 is reported.
     class Job
     {
     public:

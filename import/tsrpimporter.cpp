@@ -61,7 +61,7 @@ bool isAlike(const QString &one, const QString &other)
 std::unique_ptr<ObjectDataBase> TSRPImporter::openFile()
 {
     auto other = std::make_unique<ObjectDataBase>();
-    if (importFileName.isEmpty() || !other->openDataBase(importFileName, true)) {
+    if (importFileName.isEmpty() || !other->openDataBase(importFileName, false)) {
         fail(QStringLiteral("Could not open %1").arg(importFileName));
         return nullptr;
     }

@@ -74,9 +74,9 @@ public:
 
     /// Opens a project in the form that the name says: a name of no known form is taken for a
     /// database. False if the file is no project, or one of another tool of the family: then
-    /// getLastErrorString() is set and wrongTool() raised. Text projects always give true. The flag
-    /// is not looked at.
-    bool openDataBase(const QString &file, bool unused = true);
+    /// getLastErrorString() is set and wrongTool() raised. Text projects always give true. Of a
+    /// database that will neither be saved nor exported, the free space in it is not taken out.
+    bool openDataBase(const QString &file, bool willBeSaved = true);
 
     /// Saves in the form that the name says; an empty name is the project's own. False if the file
     /// could not be written, the old file then stands as it was. The former file stays as

@@ -74,7 +74,7 @@ bool ObjectDataBase::createNewDataBase()
     return opened && !d->damaged;
 }
 
-bool ObjectDataBase::openDataBase(const QString &file, bool)
+bool ObjectDataBase::openDataBase(const QString &file, bool willBeSaved)
 {
     d->lastError.clear();
     d->firstCommentLine = 0;
@@ -96,7 +96,8 @@ bool ObjectDataBase::openDataBase(const QString &file, bool)
     if (!upgradeOpenedProject())
         return d->refuseTool();
     cacheStrings();
-    d->exec(QStringLiteral("VACUUM"));
+    if (willBeSaved)
+        d->exec(QStringLiteral("VACUUM"));
     if (d->damaged)
         return d->refuseWorkingCopy(d->failure);
     d->sourceUnreadable = false;

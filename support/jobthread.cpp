@@ -1,79 +1,37 @@
 // The worker thread of a job.
 #include "support/jobthread.h"
 
-#include "support/handover.h"
-
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QEventLoop>
 
-namespace
-{
-
-class EventThread : public QThread
-{
-protected:
-    void run() override
-    {
-        exec();
-        handOver(this);
-    }
-};
-
-} // namespace
+#include <utility>
 
 JobThread::~JobThread()
 {
-    quit();
-    join();
+    if (thread.joinable())
+        thread.join();
 }
 
-void JobThread::start(QObject *job, const char *slot)
+void JobThread::start(std::function<void()> job)
 {
-    thread = std::make_unique<EventThread>();
-    job->moveToThread(thread.get());
-    // Posted before the start, which makes it and all before it known to the thread.
-    QMetaObject::invokeMethod(job, slot, Qt::QueuedConnection);
-    thread->start(QThread::InheritPriority);
-}
-
-void JobThread::quit()
-{
-    if (thread)
-        thread->quit();
-}
-
-bool JobThread::isRunning() const
-{
-    return thread && thread->isRunning();
-}
-
-bool JobThread::isFinished() const
-{
-    const bool isOver = thread && thread->isFinished();
-    if (isOver)
-        takeOver(thread.get());
-    return isOver;
+    wait();
+    isOver = false;
+    // No QThread: it would make an event loop for each job, and none of them needs one.
+    thread = std::thread([this, work = std::move(job),
+                          driver = QAbstractEventDispatcher::instance()] {
+        work();
+        isOver = true;
+        driver->wakeUp(); // though the last of the job's signals may have been delivered already
+    });
 }
 
 void JobThread::wait()
 {
-    if (!thread)
+    if (!thread.joinable())
         return;
-    QEventLoop loop;
-    QObject::connect(thread.get(), &QThread::finished, &loop, &QEventLoop::quit);
-    // Looked at after connect(): a thread that ends in between is seen either here or by the loop.
-    if (!thread->isFinished())
-        loop.exec();
-    join();
-    // The last signals of a short job may have been posted before the loop began, or while it
-    // ended.
-    QCoreApplication::processEvents();
-}
-
-void JobThread::join()
-{
-    if (!thread)
-        return;
-    thread->wait();
-    takeOver(thread.get());
+    while (!isOver)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    thread.join();
+    QCoreApplication::processEvents(); // signals that were posted last
 }

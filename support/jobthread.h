@@ -1,38 +1,32 @@
 // The worker thread of one importer or generator run.
 #pragma once
 
-#include <QThread>
+#include <atomic>
+#include <functional>
+#include <thread>
 
-#include <memory>
-
-/// Runs one slot of a job object on a thread of its own. Owned by the job; start() and wait() are
-/// called on the thread that drives the run, quit() by the job itself.
+/// Runs one job on a thread of its own. Owned by the object whose job it is; start() and wait() are
+/// called on the thread that drives the run. The job may emit signals of its object, which stays on
+/// the driver's thread: they are queued there.
 class JobThread
 {
 public:
     JobThread() = default;
-    ~JobThread();
+    ~JobThread(); ///< waits for the end of the job
     JobThread(const JobThread &) = delete;
     JobThread &operator=(const JobThread &) = delete;
 
-    /// Moves \a job, which must have no parent, to a new thread and queues its \a slot there.
-    void start(QObject *job, const char *slot);
+    /// Waits for a former job first.
+    void start(std::function<void()> job);
 
-    /// Ends the thread once the slot has returned. Every job calls it, whatever came of its work.
-    void quit();
+    /// True once a started job has ended.
+    bool isFinished() const { return isOver; }
 
-    /// True from start() until the thread has ended.
-    bool isRunning() const;
-
-    /// True once a started thread has ended.
-    bool isFinished() const;
-
-    /// Delivers the caller's events, queued signals of the job among them, until the thread has
-    /// ended; returns at once if none was started. The caller sleeps while there is nothing to do.
+    /// Delivers the caller's events, queued signals of the job among them, until the job has ended;
+    /// returns at once if none was started. The caller sleeps while there is nothing to do.
     void wait();
 
 private:
-    void join();
-
-    std::unique_ptr<QThread> thread;
+    std::thread thread;
+    std::atomic<bool> isOver{false};
 };

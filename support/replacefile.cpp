@@ -20,7 +20,8 @@ namespace
 
 constexpr qint64 kCopyChunkBytes = 1 << 20;
 
-/// Without this a power failure soon after the rename could leave an empty file under the new name.
+/// Without this a power failure soon after the rename could leave an empty file in place of the
+/// old.
 bool syncToDisk(const QString &file)
 {
     const int descriptor = ::open(QFile::encodeName(file), O_RDONLY | O_CLOEXEC);
@@ -134,6 +135,19 @@ QString whyNotReplaceable(const QFileInfo &old, ReplaceFile::Backup backup)
     return isProtected ? QStringLiteral("there is no permission to write it") : QString();
 }
 
+/// All bytes at once, where the kernel can copy between the two file systems; false, and the target
+/// may hold a part of them, where it cannot.
+bool copyInKernel(QFile &from, QFile &to)
+{
+    constexpr size_t kMostBytes = 1 << 30; // of a call
+    ssize_t copied = 0;
+    bool isAny = false; // files that the kernel makes up seem empty to it
+    while ((copied =
+                ::copy_file_range(from.handle(), nullptr, to.handle(), nullptr, kMostBytes, 0)) > 0)
+        isAny = true;
+    return isAny && copied == 0;
+}
+
 } // namespace
 
 bool ReplaceFile::replace(const QString &name, Backup backup,
@@ -152,7 +166,7 @@ bool ReplaceFile::replace(const QString &name, Backup backup,
         obstacle = fresh.takeInTime();
     if (!obstacle.isEmpty())
         return refuse(obstacle);
-    if (!write(fresh.fileName()) || !syncToDisk(fresh.fileName()))
+    if (!write(fresh.fileName()) || (old.exists() && !syncToDisk(fresh.fileName())))
         return refuse(FileReasons::ofSystem(errno));
     if (old.exists())
         QFile::setPermissions(fresh.fileName(), old.permissions());
@@ -207,6 +221,10 @@ bool ReplaceFile::copyContents(const QString &source, const QString &target, QSt
         return failed(from);
     if (!to.open(QIODevice::WriteOnly))
         return failed(to);
+    if (copyInKernel(from, to))
+        return true;
+    from.seek(0);
+    to.seek(0);
     while (!from.atEnd()) {
         const QByteArray chunk = from.read(kCopyChunkBytes);
         if (chunk.isEmpty())

@@ -14,11 +14,11 @@ enum class Backup {
     Rename, ///< the old file stays as "<file>.bak"
 };
 
-/// Lets \a write make the new file under the name it is given, brings it to disk and puts it in the
-/// place of \a name. False if \a write gives false or the file could not be replaced; the old file
-/// then stands as it was, and nothing else is left. Without a backup, a file that is protected
-/// against writing is not replaced, and with one, no file whose backup cannot be made. Then
-/// \a reason, if there is one and \a write has not filled it, says what was in the way.
+/// Lets \a write make the new file under the name it is given, brings it to disk if there is an old
+/// one, and puts it in the place of \a name. False if \a write gives false or the file could not be
+/// replaced; the old file then stands as it was, and nothing else is left. Without a backup, a file
+/// that is protected against writing is not replaced, and with one, no file whose backup cannot be
+/// made. Then \a reason, if there is one and \a write has not filled it, says what was in the way.
 bool replace(const QString &name, Backup backup, const std::function<bool(const QString &)> &write,
              QString *reason = nullptr);
 
