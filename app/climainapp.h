@@ -38,8 +38,11 @@ public:
     CLIMainApp(const QStringList &argumentList, CLIOutputHandler *handler,
                QObject *parent = nullptr);
 
-    /// Prints the text of a code other than NoError; called once, as the last act of the process.
+    /// Prints the text of a code other than NoError; called once, when all else is done.
     ReturnCode getReturnCode();
+
+    /// The last act of the process.
+    void abandonProject() { generatorMainHandler->abandonProject(); }
 
 public slots:
     void start();

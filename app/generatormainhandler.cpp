@@ -285,6 +285,12 @@ bool GeneratorMainHandler::applySettings(const QStringList &assignments)
     return applied == assignments.size();
 }
 
+void GeneratorMainHandler::abandonProject()
+{
+    if (database)
+        database->abandon();
+}
+
 bool GeneratorMainHandler::saveProject()
 {
     if (database)
@@ -364,7 +370,8 @@ void GeneratorMainHandler::generateOutput(bool ignoreCheckErrors)
     }
     generateFiles(facts);
     QCoreApplication::processEvents();
-    database->clearAllCachedSubs();
+    if (isKept)
+        database->clearAllCachedSubs();
     outputHandler->printLine(QStringLiteral("Generation finished."));
     runPostGenProcess();
     emit finished(GeneratorResult::GenerationOk);

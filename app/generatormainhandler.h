@@ -97,6 +97,9 @@ public:
     /// Raises finished() before it returns.
     void generateOutput(bool ignoreCheckErrors);
 
+    /// The last call before the end of the process.
+    void abandonProject();
+
     /// Saves in place.
     bool saveProject();
     /// Writes the project as a save would, to another file and in the form of its name.

@@ -120,5 +120,7 @@ int main(int argc, char *argv[])
     QObject::connect(&mainApp, &CLIMainApp::finished, &application, &QCoreApplication::quit);
     QTimer::singleShot(0, &mainApp, &CLIMainApp::start);
     QCoreApplication::exec();
-    return static_cast<int>(mainApp.getReturnCode());
+    const auto returnCode = static_cast<int>(mainApp.getReturnCode());
+    mainApp.abandonProject();
+    return returnCode;
 }

@@ -3,10 +3,12 @@
 
 #include "formats/dbckeys.h"
 
+#include <QHash>
 #include <QSet>
 #include <QTextCodec>
 
-#include <algorithm>
+#include <array>
+#include <charconv>
 #include <limits>
 
 namespace
@@ -87,12 +89,18 @@ public:
     QString claim(const QString &wanted)
     {
         const QString stem = wanted.left(longest);
-        const QString name = taken.contains(stem) ? numbered(stem) : stem;
-        taken.insert(name);
-        return name;
+        return take(stem) ? stem : numbered(stem);
     }
 
 private:
+    /// False if the name is taken already.
+    bool take(const QString &name)
+    {
+        const int before = taken.size();
+        taken.insert(name);
+        return taken.size() > before;
+    }
+
     QString numbered(const QString &stem)
     {
         // Counted by what a number leaves of any stem, so that no number is tried twice.
@@ -101,7 +109,7 @@ private:
         do {
             const QString number = QString::number(++count);
             name = stem.left(longest - number.size()) + number;
-        } while (taken.contains(name));
+        } while (!take(name));
         return name;
     }
 
@@ -116,10 +124,10 @@ private:
 class DbcWriter::FileNames
 {
 public:
-    FileName claim(const QString &wanted)
+    void choose(KvaDbNamed &named)
     {
-        const QString fullName = fullNames.claim(identifier(wanted));
-        return {names.claim(fullName), fullName};
+        named.fullFileName = fullNames.claim(identifier(named.name));
+        named.fileName = names.claim(named.fullFileName);
     }
 
 private:
@@ -127,31 +135,30 @@ private:
     UniqueNames names{DbcKeys::kLongestName};
 };
 
-DbcWriter::DbcWriter(const KvaDb &source)
+DbcWriter::DbcWriter(KvaDb &source)
     : database(source), longNames{{DbcKeys::kLongNodeName, KvaDbAttributeOwner::Node},
                                   {DbcKeys::kLongMessageName, KvaDbAttributeOwner::Message},
                                   {DbcKeys::kLongSignalName, KvaDbAttributeOwner::Signal}}
 {
-    chooseNames();
+    chooseNames(source);
 }
 
-void DbcWriter::chooseNames()
+void DbcWriter::chooseNames(KvaDb &source)
 {
     auto &[ofNodes, ofMessages, ofSignals] = longNames;
-    const auto choose = [this](FileNames &scope, const void *owner, const QString &name,
-                               LongNames &kind) {
-        names.insert(owner, scope.claim(name));
-        kind.areNeeded |= isShortened(owner);
+    const auto choose = [](FileNames &scope, KvaDbNamed &named, LongNames &kind) {
+        scope.choose(named);
+        kind.areNeeded |= named.isShortened();
     };
     FileNames nodeNames;
-    for (const auto &node : database.nodes)
-        choose(nodeNames, node.get(), node->name, ofNodes);
+    for (const auto &node : source.nodes)
+        choose(nodeNames, *node, ofNodes);
     FileNames messageNames;
-    for (const auto &message : database.messages) {
-        choose(messageNames, message.get(), message->name, ofMessages);
+    for (const auto &message : source.messages) {
+        choose(messageNames, *message, ofMessages);
         FileNames signalNames;
         for (const auto &signal : message->signalList)
-            choose(signalNames, signal.get(), signal->name, ofSignals);
+            choose(signalNames, *signal, ofSignals);
     }
 }
 
@@ -171,15 +178,27 @@ const std::string &DbcWriter::bytes()
 
 void DbcWriter::append(const QString &text)
 {
-    const bool isAscii = std::all_of(text.cbegin(), text.cend(), [](QChar character) {
-        return character.unicode() > 0 && character.unicode() < 0x80;
-    });
-    if (!isAscii) {
-        out += encoded(text).toStdString();
-        return;
+    // Most texts are ASCII. The loop runs over all characters, so that the compiler can take
+    // several at once.
+    const ushort *characters = text.utf16();
+    const auto size = static_cast<size_t>(text.size());
+    const size_t start = out.size();
+    out.resize(start + size);
+    char *place = &out[start];
+    bool isAscii = true;
+    for (size_t i = 0; i < size; ++i) {
+        isAscii &= characters[i] > 0 && characters[i] < 0x80;
+        place[i] = static_cast<char>(characters[i]);
     }
-    for (const QChar character : text)
-        out += static_cast<char>(character.unicode());
+    if (!isAscii)
+        out.replace(start, size, encoded(text).toStdString());
+}
+
+void DbcWriter::appendNumber(qint64 number)
+{
+    std::array<char, 20> digits; // -9223372036854775808
+    const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
+    out.append(digits.data(), static_cast<size_t>(end - digits.data()));
 }
 
 void DbcWriter::append(Quoted quoted)
@@ -190,9 +209,9 @@ void DbcWriter::append(Quoted quoted)
 void DbcWriter::append(const Place &place)
 {
     if (place.node)
-        put("BU_ ", nameOf(place.node).name, " ");
+        put("BU_ ", place.node->fileName, " ");
     else if (place.signal)
-        put("SG_ ", place.message->identifier, " ", nameOf(place.signal).name, " ");
+        put("SG_ ", place.message->identifier, " ", place.signal->fileName, " ");
     else if (place.message)
         put("BO_ ", place.message->identifier, " ");
 }
@@ -200,7 +219,7 @@ void DbcWriter::append(const Place &place)
 void DbcWriter::append(const KvaDbNode *node)
 {
     if (node)
-        put(nameOf(node).name);
+        put(node->fileName);
     else
         put(DbcKeys::kNobody);
 }
@@ -218,10 +237,10 @@ void DbcWriter::writeHead()
 
 void DbcWriter::writeMessage(const KvaDbMessage &message)
 {
-    put("BO_ ", message.identifier, " ", nameOf(&message).name, ": ", message.dlc, " ",
-        message.sender, "\n");
+    put("BO_ ", message.identifier, " ", message.fileName, ": ", message.dlc, " ", message.sender,
+        "\n");
     for (const auto &signal : message.signalList) {
-        put(" SG_ ", nameOf(signal.get()).name, " : ", signal->startBit, "|", signal->bits, "@1",
+        put(" SG_ ", signal->fileName, " : ", signal->startBit, "|", signal->bits, "@1",
             signal->type == KvaDbSignalType::Unsigned ? "+" : "-", " (1,0) [",
             signal->minimum.isEmpty() ? QStringLiteral("0") : signal->minimum, "|",
             signal->maximum.isEmpty() ? highestOf(*signal) : signal->maximum, "] \"\" ",
@@ -327,10 +346,10 @@ void DbcWriter::writeAttributesOf(const KvaDbAttributeList &owner, const Place &
     }
 }
 
-void DbcWriter::writeFullName(const char *attribute, const Place &place, const FileName &name)
+void DbcWriter::writeFullName(const char *attribute, const Place &place, const KvaDbNamed &named)
 {
-    if (name.isShortened())
-        put("BA_ \"", attribute, "\" ", place, Quoted{name.fullName}, ";\n");
+    if (named.isShortened())
+        put("BA_ \"", attribute, "\" ", place, Quoted{named.fullFileName}, ";\n");
 }
 
 void DbcWriter::writeAttributes()
@@ -339,16 +358,16 @@ void DbcWriter::writeAttributes()
     for (const auto &node : database.nodes) {
         const Place place{nullptr, nullptr, node.get()};
         writeAttributesOf(*node, place);
-        writeFullName(DbcKeys::kLongNodeName, place, nameOf(node.get()));
+        writeFullName(DbcKeys::kLongNodeName, place, *node);
     }
     for (const auto &message : database.messages) {
         const Place place{message.get()};
         writeAttributesOf(*message, place);
-        writeFullName(DbcKeys::kLongMessageName, place, nameOf(message.get()));
+        writeFullName(DbcKeys::kLongMessageName, place, *message);
         for (const auto &signal : message->signalList) {
             const Place signalPlace{message.get(), signal.get()};
             writeAttributesOf(*signal, signalPlace);
-            writeFullName(DbcKeys::kLongSignalName, signalPlace, nameOf(signal.get()));
+            writeFullName(DbcKeys::kLongSignalName, signalPlace, *signal);
         }
     }
 }
@@ -359,7 +378,7 @@ void DbcWriter::writeValueTables()
         const KvaDbSignal &signal = *place.signal;
         if (signal.values.isEmpty())
             return;
-        put("VAL_ ", place.message->identifier, " ", nameOf(&signal).name);
+        put("VAL_ ", place.message->identifier, " ", signal.fileName);
         for (const KvaDbSignal::Value &value : signal.values)
             put(" ", value.number, " ", Quoted{value.text});
         put(" ;\n");
@@ -371,7 +390,7 @@ void DbcWriter::writeValueTypes()
     forEachSignal([this](const Place &place) {
         const KvaDbSignalType type = place.signal->type;
         if (type == KvaDbSignalType::Float || type == KvaDbSignalType::Double)
-            put("SIG_VALTYPE_ ", place.message->identifier, " ", nameOf(place.signal).name, " : ",
+            put("SIG_VALTYPE_ ", place.message->identifier, " ", place.signal->fileName, " : ",
                 type == KvaDbSignalType::Float ? 1 : 2, ";\n");
     });
 }

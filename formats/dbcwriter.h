@@ -3,7 +3,6 @@
 
 #include "formats/kvadbrecords.h"
 
-#include <QHash>
 #include <QString>
 
 #include <string>
@@ -12,7 +11,7 @@
 class DbcWriter
 {
 public:
-    explicit DbcWriter(const KvaDb &source);
+    explicit DbcWriter(KvaDb &source);
 
     const std::string &bytes();
 
@@ -20,13 +19,6 @@ private:
     /// A text that stands in quotes.
     struct Quoted {
         const QString &text;
-    };
-    /// What a node, message or signal is called in the file.
-    struct FileName {
-        QString name;
-        QString fullName; ///< unique as well: readers take it in place of a shortened name
-
-        bool isShortened() const { return name != fullName; }
     };
     class UniqueNames;
     class FileNames;
@@ -44,9 +36,7 @@ private:
         bool areNeeded = false;
     };
 
-    void chooseNames();
-    const FileName &nameOf(const void *owner) const { return *names.constFind(owner); }
-    bool isShortened(const void *owner) const { return nameOf(owner).isShortened(); }
+    void chooseNames(KvaDb &source);
 
     /// Texts and numbers, one after the other.
     template <class... Parts>
@@ -55,8 +45,9 @@ private:
         (append(parts), ...);
     }
     void append(const char *ascii) { out += ascii; }
-    void append(int number) { out += std::to_string(number); }
-    void append(quint32 number) { out += std::to_string(number); }
+    void append(int number) { appendNumber(number); }
+    void append(quint32 number) { appendNumber(number); }
+    void appendNumber(qint64 number);
     void append(const QString &text);
     void append(Quoted quoted);
     void append(const Place &place);
@@ -72,7 +63,7 @@ private:
     void putDefaultWord(const KvaDbAttributeDef &definition);
     void writeAttributes();
     void writeAttributesOf(const KvaDbAttributeList &owner, const Place &place);
-    void writeFullName(const char *attribute, const Place &place, const FileName &name);
+    void writeFullName(const char *attribute, const Place &place, const KvaDbNamed &named);
     void writeValueTables();
     void writeValueTypes();
 
@@ -86,7 +77,6 @@ private:
     }
 
     const KvaDb &database;
-    QHash<const void *, FileName> names; ///< of nodes, messages and signals
     LongNames longNames[3];
     std::string out;
 };

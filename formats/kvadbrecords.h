@@ -36,16 +36,24 @@ struct KvaDbAttributeList {
     std::vector<std::unique_ptr<KvaDbAttribute>> attributes;
 };
 
-struct KvaDbNode : KvaDbAttributeList {
+/// A node, message or signal.
+struct KvaDbNamed : KvaDbAttributeList {
     QString name;
+    // Chosen when the file is written:
+    QString fileName;
+    QString fullFileName; ///< unique as well: readers take it in place of a shortened name
+
+    bool isShortened() const { return fileName != fullFileName; }
 };
 
-struct KvaDbSignal : KvaDbAttributeList {
+struct KvaDbNode : KvaDbNamed {
+};
+
+struct KvaDbSignal : KvaDbNamed {
     struct Value {
         int number;
         QString text;
     };
-    QString name;
     QString comment;
     int startBit = 0;
     int bits = 0;
@@ -56,8 +64,7 @@ struct KvaDbSignal : KvaDbAttributeList {
     const KvaDbNode *receiver = nullptr; ///< null: nobody is named
 };
 
-struct KvaDbMessage : KvaDbAttributeList {
-    QString name;
+struct KvaDbMessage : KvaDbNamed {
     QString comment;
     quint32 identifier = 0; ///< bit 31: extended
     int dlc = 0;

@@ -72,15 +72,19 @@ QString literalCharacter(QChar character, bool followsQuestionMark)
     return QStringLiteral("\\%1").arg(character.unicode(), kOctalDigits, 8, QLatin1Char('0'));
 }
 
-/// Names, numbers and members, as most texts are, need no closer look. No sign is among these that
-/// begins or ends a comment, a literal, a digraph or a pair of brackets.
+/// Names, numbers, members and elements of arrays, as most texts are, need no closer look. No sign
+/// is among these that begins or ends a comment, a literal, a digraph or another pair of brackets.
 bool isPlainCode(const QString &text)
 {
-    return std::all_of(text.begin(), text.end(), [](QChar character) {
+    int open = 0;
+    const bool isPlain = std::all_of(text.begin(), text.end(), [&open](QChar character) {
         const ushort code = character.unicode();
-        return character.isLetterOrNumber() || code == '_' || code == '.' || code == '-' ||
-               code == '+' || code == '&' || code == ' ';
+        open += (code == '[') - (code == ']');
+        return open >= 0 &&
+               (character.isLetterOrNumber() || code == '_' || code == '.' || code == '-' ||
+                code == '+' || code == '&' || code == ' ' || code == '[' || code == ']');
     });
+    return isPlain && open == 0;
 }
 
 QString closedCode(const QString &text, CodeText::Kind kind)
@@ -97,6 +101,8 @@ QString closedCode(const QString &text, CodeText::Kind kind)
 QString CText::comment(const QString &text)
 {
     QString safe = oneLine(text); // first: a blank separates what a line end would
+    if (!safe.contains(QLatin1Char('/')))
+        return safe; // as most are
     // Deliberate: no more changes to a comment's text, held by tst_ctext.
     safe.replace(QLatin1String("*/"), QLatin1String("* /"));
     return safe.replace(QLatin1String("/*"), QLatin1String("/ *"));

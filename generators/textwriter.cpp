@@ -44,6 +44,16 @@ void TextWriter::raw(quint32 number)
     bytes(digits.data(), static_cast<size_t>(end - digits.data()));
 }
 
+void TextWriter::raw(HexNumber number)
+{
+    std::array<char, 8> digits; // FFFFFFFF
+    size_t start = digits.size();
+    const size_t first = start - static_cast<size_t>(number.digits);
+    for (quint32 rest = number.value; rest != 0 || start > first; rest >>= 4)
+        digits[--start] = "0123456789abcdef"[rest & 0xF];
+    bytes(digits.data() + start, digits.size() - start);
+}
+
 void TextWriter::fill(const char *text, std::initializer_list<TextHole> holes)
 {
     Q_ASSERT(holes.size() <= 32);

@@ -28,6 +28,12 @@ struct TextHole {
     std::variant<const QString *, const char *, qint64> value;
 };
 
+/// A number in hexadecimal digits of lower case, and at least so many.
+struct HexNumber {
+    quint32 value;
+    int digits;
+};
+
 /// Writes one file in UTF-8. Lives as long as the sections of the file are written; the device
 /// belongs to the caller and outlives the writer.
 class TextWriter
@@ -42,6 +48,7 @@ public:
     void raw(const QString &text);
     void raw(const char *utf8) { bytes(utf8, std::strlen(utf8)); } // known of a literal
     void raw(quint32 number);
+    void raw(HexNumber number);
 
     /// Several texts and numbers, one after the other.
     template <typename... Parts>

@@ -69,6 +69,10 @@ public:
 
     // --- Lifecycle (objectdatabase_lifecycle.cpp) ---
 
+    /// Before the end of the process, which frees the memory of a large project at once: only the
+    /// temporary files are removed. Nothing else may be asked of the store any more.
+    void abandon();
+
     /// Starts a fresh project with line 0 in a new temporary file.
     bool createNewDataBase();
 

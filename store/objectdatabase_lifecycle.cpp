@@ -21,6 +21,9 @@ constexpr int kMaxResultColumns = 10;
 
 std::atomic<quint16> instanceCounter{0};
 
+/// Where a search for leaks finds it.
+std::atomic<StorePrivate *> abandonedStore{nullptr};
+
 } // namespace
 
 StorePrivate::StorePrivate(ObjectDataBase *ownerStore)
@@ -50,6 +53,12 @@ ObjectDataBase::ObjectDataBase(QObject *parent)
 }
 
 ObjectDataBase::~ObjectDataBase() = default;
+
+void ObjectDataBase::abandon()
+{
+    d->temporaryFiles.removeAll();
+    abandonedStore = d.release();
+}
 
 bool ObjectDataBase::createNewDataBase()
 {

@@ -149,11 +149,13 @@ void StorePrivate::dropKeyIndexes()
 
 QStringList StorePrivate::columnNames(const QString &table)
 {
+    constexpr int kNameColumn = 1;
     QStringList names;
-    Statement statement(*this, QStringLiteral("SELECT name FROM PRAGMA_TABLE_INFO(?) ORDER BY cid"),
-                        {table});
+    QString name = table; // of any kind, in a file that is written as text
+    name.replace(QLatin1Char('"'), QLatin1String("\"\""));
+    Statement statement(*this, QStringLiteral("PRAGMA table_info(\"%1\")").arg(name));
     while (statement.next())
-        names << statement.value(0).toString();
+        names << statement.value(kNameColumn).toString();
     return names;
 }
 

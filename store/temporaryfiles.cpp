@@ -84,10 +84,16 @@ bool hold(int descriptor)
 
 TemporaryFiles::~TemporaryFiles()
 {
+    removeAll();
+}
+
+void TemporaryFiles::removeAll()
+{
     for (const auto &[name, descriptor] : descriptors) {
         removeWithCompanions(name);
         ::close(descriptor);
     }
+    descriptors.clear();
 }
 
 QString TemporaryFiles::create()

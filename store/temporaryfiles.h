@@ -11,13 +11,14 @@ class TemporaryFiles
 {
 public:
     TemporaryFiles() = default;
-    ~TemporaryFiles(); ///< removes all files it made
+    ~TemporaryFiles(); ///< removes all of them
     TemporaryFiles(const TemporaryFiles &) = delete;
     TemporaryFiles &operator=(const TemporaryFiles &) = delete;
 
     /// Makes an empty file with a name that no other file has; an empty text if that is impossible.
     /// The first call of a process also removes what killed runs have left.
     QString create();
+    void removeAll();
     /// Why create() last gave no name.
     QString failure() const { return reason; }
 

@@ -57,12 +57,7 @@ public:
     void word(const QString &word) { out.raw(word); }
     void number(quint32 number) { out.raw(number); }
     void yesNo(bool isYes) { out.raw(isYes ? "yes" : "no"); }
-    void hex(quint8 number)
-    {
-        constexpr char kDigits[] = "0123456789abcdef";
-        const char text[] = {'0', 'x', kDigits[number >> 4], kDigits[number & 0xF], '\0'};
-        out.raw(text);
-    }
+    void hex(quint8 number) { out.parts("0x", HexNumber{number, 2}); }
     /// The name, or the number of a type that has none.
     void type(quint16 type)
     {
@@ -132,13 +127,14 @@ template <typename WriteCell>
 void writeRow(TextWriter &out, const CsvLayout &layout, WriteCell writeCell)
 {
     Cells cells(out);
-    const char *separator = "";
+    bool isFirst = true;
     for (const ColumnRow &column : kColumns) {
         if (!layout.isGroupedTable && CsvTable::isOfGroupedTable(column.column))
             continue;
-        out.raw(separator);
+        if (!isFirst)
+            out.raw(";");
+        isFirst = false;
         writeCell(column, cells);
-        separator = ";";
     }
     out.raw("\n");
 }

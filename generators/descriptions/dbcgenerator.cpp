@@ -127,7 +127,8 @@ void DbcFileGenerator::writeFiles()
     const auto write = [&](const QString &temporary) {
         temporaryName = temporary;
         QByteArray content;
-        if (!writeDatabase(handle, temporary) || !Helper::readWholeFile(temporary, content)) {
+        if (!writeDatabase(handle, temporary) ||
+            (unchangedFiles && !Helper::readWholeFile(temporary, content))) {
             reason = FileReasons::ofSystem(errno);
             return false;
         }

@@ -37,7 +37,7 @@ void documentPGN(TextWriter &out, const ObjectDataBase &store, quint8 line, quin
     ObjectDataBase::PGN group;
     if (!store.getPGNData(line, pgn, direction, group))
         return;
-    out.parts("\nPGN:\t0x", Numbers::toHex(pgn, 4), "/", pgn, "\t");
+    out.parts("\nPGN:\t0x", HexNumber{pgn, 4}, "/", pgn, "\t");
     out.parts("Name:\t", oneField(group.name), "\t");
     out.parts("Direction:\t", direction == Direction::kTransmitted ? "TX\t" : "RX\t");
     out.parts("Cycle Time (ms):\t", group.cycleTimeMs, "\t");

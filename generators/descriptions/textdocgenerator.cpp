@@ -18,9 +18,11 @@ QString describedText(const QString &description)
     static const QRegularExpression entry(QStringLiteral(
         "([\\n-\\r\\x{85}\\x{2028}\\x{2029}])([ \\t]*(?:Index|DataType|ObjectCode|Description|Sub|"
         "DefaultValue|AccessType|PDOMapping):)"));
-    return QString(description)
-        .replace(QChar(0), QLatin1Char(' '))
-        .replace(entry, QStringLiteral("\\1> \\2"));
+    QString text = description;
+    text.replace(QChar(0), QLatin1Char(' '));
+    if (text.contains(QLatin1Char(':'))) // as few do
+        text.replace(entry, QStringLiteral("\\1> \\2"));
+    return text;
 }
 
 } // namespace
@@ -40,7 +42,7 @@ void documentIndex(TextWriter &out, const ObjectDataBase &store, quint8 line, qu
     ObjectDataBase::INDEX_DATA_T data;
     if (!store.getIndexData(line, index, data))
         return;
-    out.parts("\nIndex:       0x", Numbers::toHex(index, 4), " - ",
+    out.parts("\nIndex:       0x", HexNumber{index, 4}, " - ",
               oneLine(Helper::substituteVariables(data.name, index, 0)), "\n");
     out.parts("DataType:    ", COHelper::index2DataTypeString(data.dataType), "\n");
     out.parts("ObjectCode:  ", COHelper::objectCode2String(data.objectCode), "\n");
@@ -51,7 +53,7 @@ void documentIndex(TextWriter &out, const ObjectDataBase &store, quint8 line, qu
 void documentSubIndex(TextWriter &out, quint16 index, quint8 subIndex,
                       const ObjectDataBase::SUBINDEX_DATA_T &data)
 {
-    out.parts("  Sub:          0x", Numbers::toHex(subIndex, 2), " - ",
+    out.parts("  Sub:          0x", HexNumber{subIndex, 2}, " - ",
               oneLine(Helper::substituteVariables(data.name, index, subIndex)), "\n");
     out.parts("  DataType:     ", COHelper::index2DataTypeString(data.dataType), "\n");
     if (!data.defaultValue.isEmpty())

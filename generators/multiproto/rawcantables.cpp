@@ -38,7 +38,7 @@ void writeRow(TextWriter &out, const TableWords &words, const QString &prefix,
 {
     const CanIdData &data = identifier.data;
     out.parts(" ", "{\n");
-    out.parts("\t", data.id, "u, /* CANID number 0x", Numbers::toHex(data.id, 4), " */ \n");
+    out.parts("\t", data.id, "u, /* CANID number 0x", HexNumber{data.id, 4}, " */ \n");
     out.raw(words.ignoreMask);
     out.parts("\t&", prefix, words.mapping, data.id, "[0], \n");
     if (words.hasTimes) {

@@ -16,8 +16,7 @@ bool canStandInName(QChar character)
            (code >= '0' && code <= '9') || code == '_';
 }
 
-/// Blanks are among the characters that become "_". Upper case comes first: that of a sharp s is
-/// two letters.
+/// Blanks are among the characters that become "_".
 QString onlyNameCharacters(QString text)
 {
     for (QChar &character : text) {
@@ -27,10 +26,39 @@ QString onlyNameCharacters(QString text)
     return text;
 }
 
-/// \a text after one of the prefixes that tell kinds of names apart.
+/// One "_" for a run of them.
+QString withoutRuns(QString name)
+{
+    constexpr int kLongestRun = 7;
+    static const QString shortestRun = QStringLiteral("__");
+    if (!name.contains(shortestRun))
+        return name;
+    for (int length = kLongestRun; length > 1; --length)
+        name.replace(QString(length, QLatin1Char('_')), QStringLiteral("_"));
+    return name;
+}
+
+/// \a text after one of the prefixes that tell kinds of names apart, all of which end with "_".
 QString prefixedName(const char *kind, const QString &text)
 {
-    return IndexDefines::replaceInvalidCharacters(QLatin1String(kind) + text.toUpper());
+    QString name(static_cast<int>(qstrlen(kind)) + text.size(), Qt::Uninitialized);
+    QChar *place = name.data();
+    for (const char *letter = kind; *letter != '\0'; ++letter)
+        *place++ = QLatin1Char(*letter);
+    char former = '_';
+    bool hasRun = false;
+    for (const QChar character : text) {
+        // Upper case comes first: that of a sharp s is two letters.
+        if (character.unicode() >= 0x80)
+            return withoutRuns(onlyNameCharacters(QLatin1String(kind) + text.toUpper()));
+        const char letter = character.toLatin1();
+        const char upper = letter >= 'a' && letter <= 'z' ? char(letter - 'a' + 'A') : letter;
+        const char fit = canStandInName(QLatin1Char(upper)) ? upper : '_';
+        hasRun |= fit == '_' && former == '_';
+        *place++ = QLatin1Char(fit);
+        former = fit;
+    }
+    return hasRun ? withoutRuns(name) : name;
 }
 
 /// An attribute that only few records have.
@@ -74,6 +102,14 @@ std::optional<QString> claimSubIndex(DefineNames &names, const QString &name, qu
 QString prefixOf(quint8 line, bool isMultiLine)
 {
     return isMultiLine ? QStringLiteral("L%1_").arg(line) : QString();
+}
+
+/// Up to the column of the values.
+const char *blanksAfter(const QString &name)
+{
+    static constexpr char kBlanks[] = "                         ";
+    constexpr int kNameWidth = sizeof kBlanks - 1;
+    return kBlanks + qMin(name.size(), kNameWidth);
 }
 
 /// Placeholders take the low 16 bits of a number.
@@ -221,7 +257,7 @@ void IndexDefines::genPGNDefine(quint32 pgn, quint8 direction)
         return;
     const auto name = names.claimCounted(frameName("PGN_", data.name, pgn), pgn, "");
     if (startDefine("#define ", name))
-        out.parts(pgn, "u /* 0x", Numbers::toHex(pgn, 1), " */\n");
+        out.parts(pgn, "u /* 0x", HexNumber{pgn, 1}, " */\n");
     const QVector<SPN> spns = store.getSPNRecords(line, pgn, direction);
     for (const SPN &spn : spns)
         generateSpnDefine(pgn, spn);
@@ -239,7 +275,7 @@ void IndexDefines::generateSpnDefine(quint32 pgn, const SPN &spn)
 bool IndexDefines::startDefine(const char *directive, const std::optional<QString> &name)
 {
     if (name)
-        out.parts(directive, prefix, fillString(*name), "\t");
+        out.parts(directive, prefix, *name, blanksAfter(*name), "\t");
     return name.has_value();
 }
 
@@ -247,7 +283,7 @@ void IndexDefines::writeHexDefine(const char *directive, const std::optional<QSt
                                   quint32 value)
 {
     if (startDefine(directive, name))
-        out.parts("0x", Numbers::toHex(value, 1), "u\n");
+        out.parts("0x", HexNumber{value, 1}, "u\n");
 }
 
 void IndexDefines::writeDefine(const std::optional<QString> &name, quint32 value)
@@ -258,31 +294,13 @@ void IndexDefines::writeDefine(const std::optional<QString> &name, quint32 value
 
 void IndexDefines::writeEnd()
 {
-    out.raw("#define  ");
-    out.raw(fillString(QStringLiteral("S_NUMBER_OF_ENTRIES")));
+    const QString name = QStringLiteral("S_NUMBER_OF_ENTRIES");
+    out.parts("#define  ", name, blanksAfter(name));
     out.block(R"(
 	0x0u
 
 #endif /* GEN_INDICES_H */
 )");
-}
-
-QString IndexDefines::fillString(const QString &text)
-{
-    constexpr int kNameWidth = 25;
-    return text.leftJustified(kNameWidth);
-}
-
-QString IndexDefines::replaceInvalidCharacters(const QString &text)
-{
-    constexpr int kLongestRun = 7;
-    static const QString shortestRun = QStringLiteral("__");
-    QString name = onlyNameCharacters(text);
-    if (!name.contains(shortestRun))
-        return name;
-    for (int length = kLongestRun; length > 1; --length)
-        name.replace(QString(length, QLatin1Char('_')), QStringLiteral("_"));
-    return name;
 }
 
 IndicesGenerator::IndicesGenerator() : TextFileGenerator(QStringLiteral("gen_indices.h generator"))

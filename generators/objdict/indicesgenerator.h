@@ -116,11 +116,6 @@ public:
 
     void writeEnd();
 
-    /// At least 25 characters, filled with blanks.
-    static QString fillString(const QString &text);
-    /// "_" for what cannot stand in a name of C, and one of it for a run of them.
-    static QString replaceInvalidCharacters(const QString &text);
-
 private:
     using PGN = ObjectDataBase::PGN;
     using SPN = ObjectDataBase::SPN;

@@ -325,11 +325,11 @@ void ObjDict::writeDescriptionEnd(Context &context, quint8 line, quint16 index, 
     context.out.raw("u},/* ");
     if (context.form.multiLine)
         context.out.parts(line, "-");
-    context.out.parts("0x", Numbers::toHex(index, 4), ":", sub, "*/ \n");
+    context.out.parts("0x", HexNumber{index, 4}, ":", sub, "*/ \n");
 }
 
 void ObjDict::writeAssignment(TextWriter &out, const AssignRow &row)
 {
-    out.parts("\t{ 0x", Numbers::toHex(row.index, 4), "u, ", quint32(row.rows), "u, ",
+    out.parts("\t{ 0x", HexNumber{row.index, 4}, "u, ", quint32(row.rows), "u, ",
               quint32(row.highestSub), "u, ", row.objectType, ", ", row.firstRow, "u },\n");
 }

@@ -166,16 +166,15 @@ QString tagWord(quint16 dataType)
 }
 
 /// How the stack reaches a value that is not constant.
-QString accessSuffix(const ObjectDataBase::SUBINDEX_DATA_T &data, quint16 index, quint8 sub)
+const char *accessSuffix(const ObjectDataBase::SUBINDEX_DATA_T &data, quint16 index, quint8 sub)
 {
     if (const ServiceRow *service = serviceOf(index, sub))
-        return QString::fromLatin1(service->suffix);
+        return service->suffix;
     if (data.dataType == CAN::typeNumber(CAN::CANopenDataType::Domain))
-        return QString();
+        return "";
     if (data.implementation == Implementation::kManagedVariable)
-        return QStringLiteral("_VAR");
-    return data.implementation == Implementation::kApplicationVariable ? QStringLiteral("_PTR")
-                                                                       : QString();
+        return "_VAR";
+    return data.implementation == Implementation::kApplicationVariable ? "_PTR" : "";
 }
 
 } // namespace
@@ -260,14 +259,17 @@ QString ObjDict::getObjectAddress(const Context &context, quint8 line, quint16 i
 QString ObjDict::getImplementationDataType(const ObjectDataBase::SUBINDEX_DATA_T &data,
                                            quint16 index, quint8 sub)
 {
-    QString word = tagWord(data.dataType);
-    if (data.implementation != Implementation::kManagedConst)
-        word += accessSuffix(data, index, sub);
-    else if (word == QLatin1String("OS"))
-        word = QStringLiteral("VS_CONST"); // one array holds both kinds of constant strings
-    else
-        word += QLatin1String("_CONST");
-    return (QLatin1String("CO_DTYPE_") + word).leftJustified(kTagWidth);
+    const QString word = tagWord(data.dataType);
+    const bool isConstant = data.implementation == Implementation::kManagedConst;
+    QString tag;
+    tag.reserve(2 * kTagWidth); // takes all of them
+    tag += QLatin1String("CO_DTYPE_");
+    // One array holds both kinds of constant strings.
+    tag += isConstant && word == QLatin1String("OS") ? QStringLiteral("VS") : word;
+    tag += QLatin1String(isConstant ? "_CONST" : accessSuffix(data, index, sub));
+    if (tag.size() < kTagWidth)
+        tag.resize(kTagWidth, QLatin1Char(' '));
+    return tag;
 }
 
 bool ObjDict::isWriteable(const QString &accessType)

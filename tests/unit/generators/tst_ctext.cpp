@@ -49,6 +49,7 @@ private slots:
         columns<QString>("text");
         // clang-format off
         QTest::newRow("element") << " a[1].b ";
+        QTest::newRow("element of an element") << "a[b[1]][2]";
         QTest::newRow("compound literal") << "&(T){ 1, 2 }";
         QTest::newRow("statements") << "({ int i = f(1, 2); i; })";
         QTest::newRow("literals") << "F('\"', '\\'', \"/*//;\\\\\\\"#\")";
@@ -83,6 +84,8 @@ private slots:
         QTest::newRow("function") << "a; int f(void){return 0;}" << "a; int f(void){return 0;}"
             << "a  int f(void){return 0 }";
         QTest::newRow("elements") << "a, b}, {c" << "a, b}, {c" << "a  b   {c}";
+        QTest::newRow("open element") << "a[b[1]" << "a[b[1]" << "a[b[1]]";
+        QTest::newRow("turned brackets") << "a]1[" << "a]1[" << "a 1[]";
         QTest::newRow("digraphs") << "a<%b%>%:" << "a<%b%>%:" << "a< %b% >% :";
         // clang-format on
     }
