@@ -166,9 +166,13 @@ ProjectFile::Refusal StorePrivate::whyUnsound()
                                           "another copy");
     exec(QStringLiteral("PRAGMA trusted_schema = OFF"));
     {
-        Statement schema(*this, QStringLiteral("select cast(sql as text) from sqlite_master"));
+        Statement schema(*this, QStringLiteral("select cast(sql as text),name from sqlite_master"));
         while (schema.next()) {
-            if (!SchemaText::isPlain(schema.value(0).toString()))
+            const QString sql = schema.value(0).toString();
+            const QString name = schema.value(1).toString();
+            if (Schema::isAsToday(name, sql))
+                tablesOfToday.insert(name);
+            else if (!SchemaText::isPlain(sql))
                 return {"foreign-schema",
                         QStringLiteral("holds views, triggers or expressions in its tables, which "
                                        "no project has, and is not read")};

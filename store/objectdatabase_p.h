@@ -143,6 +143,8 @@ public:
 
     // --- upgrade of older projects (objectdatabase_upgrade.cpp) ---
 
+    /// Runs the statement that makes \a table if the opened project lacks it.
+    bool createMissing(const QString &table, const QString &sql);
     void addMissingColumns(const QString &table, const QString &columns);
     /// Makes a line's table anew with the constraints of today, and takes its rows over.
     bool rebuildTable(const char *family, int line, bool stopAtFailure);
@@ -260,9 +262,10 @@ public:
     bool damaged = false;
     /// The project file could not be read as one; saving it would destroy what the user has in it.
     bool sourceUnreadable = false;
-    int firstCommentLine = 0; ///< of the project file; 0 if there is none
-    QString unreadPart;       ///< of it, where it is known: what the user has to mend
-    QString failure;          ///< the driver's text of the last statement that failed
+    int firstCommentLine = 0;    ///< of the project file; 0 if there is none
+    QString unreadPart;          ///< of it, where it is known: what the user has to mend
+    QString failure;             ///< the driver's text of the last statement that failed
+    QSet<QString> tablesOfToday; ///< of a project that is being opened; see Schema::isAsToday()
 
     std::atomic<bool> lockWriteAccess{false};
     std::atomic<bool> blockUpdates{false};

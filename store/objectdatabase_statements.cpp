@@ -55,6 +55,7 @@ void StorePrivate::closeConnection()
     savedObject.reset(); // its signals are those of this project
     producerTypes.clear();
     consumerTypes.clear();
+    tablesOfToday.clear();
     forgetRows();
 }
 

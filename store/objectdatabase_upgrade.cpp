@@ -27,8 +27,15 @@ QString translated(const char *text)
 
 } // namespace
 
+bool StorePrivate::createMissing(const QString &table, const QString &sql)
+{
+    return tablesOfToday.contains(table) || exec(sql);
+}
+
 void StorePrivate::addMissingColumns(const QString &table, const QString &columns)
 {
+    if (tablesOfToday.contains(table))
+        return;
     const QStringList present = columnNames(table);
     if (present.isEmpty())
         return; // no such table
@@ -82,6 +89,7 @@ bool ObjectDataBase::upgradeOpenedProject()
     const bool rightTool = checkTool();
     if (rightTool)
         repairOpenedProject();
+    d->tablesOfToday.clear();
     commitBatch();
     return rightTool;
 }
@@ -98,7 +106,7 @@ bool ObjectDataBase::createMissingTables()
                 ? QStringLiteral("create table if not exists Groups "
                                  "(groupid integer primary key, name text, nodeidlist text)")
                 : Schema::createTable(row, true);
-        const bool done = row.createdOnOpen && d->exec(sql);
+        const bool done = row.createdOnOpen && d->createMissing(name, sql);
         if (name == QLatin1String("MiscSettings"))
             miscUsable = done;
     }
@@ -134,10 +142,10 @@ void ObjectDataBase::createMissingLineZeroTables()
         const QLatin1String name(row.name);
         if (name == QLatin1String("Connections") || name == QLatin1String("LockedMappings") ||
             name == QLatin1String("LockedPDOs"))
-            d->exec(Schema::createTable(row, true));
+            d->createMissing(name, Schema::createTable(row, true));
     }
     for (const char *family : {"PGNs", "SPNs", "CANIDs", "DataElements"})
-        d->exec(Schema::createLineTable(family, 0));
+        d->createMissing(Schema::table(family, 0), Schema::createLineTable(family, 0));
 }
 
 bool ObjectDataBase::checkTool()
@@ -216,7 +224,8 @@ void ObjectDataBase::repairLineType(quint8 line)
 
 void ObjectDataBase::repairUdsServices(quint8 line)
 {
-    d->exec(Schema::createLineTable("UDSSettings", line));
+    d->createMissing(Schema::table("UDSSettings", line),
+                     Schema::createLineTable("UDSSettings", line));
     {
         Statement active(*d,
                          QStringLiteral("select count(*) from %1 where active != 0 "

@@ -128,6 +128,22 @@ QString Schema::createTable(const TableRow &row, bool ifNotExists)
              QString::fromLatin1(row.name), tableColumns(row));
 }
 
+bool Schema::isAsToday(const QString &table, const QString &sql)
+{
+    QString columns;
+    for (const TableRow &row : kTables) {
+        if (table == QLatin1String(row.name))
+            columns = tableColumns(row);
+    }
+    for (const char *family : kLineFamilies) {
+        if (lineOfTable(table, family) >= 0)
+            columns = lineColumns(family);
+    }
+    if (lineOfTable(table, "UDSSettings") >= 0)
+        columns = lineColumns("UDSSettings");
+    return !columns.isEmpty() && sql == QStringLiteral("CREATE TABLE %1 (%2)").arg(table, columns);
+}
+
 QStringList Schema::lineColumnNames(const char *family)
 {
     QStringList names;

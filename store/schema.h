@@ -31,6 +31,10 @@ QString createTable(const TableRow &row, bool ifNotExists);
 /// "SPNs", "CANIDs", "DataElements" or "UDSSettings".
 QString createLineTable(const char *family, int line);
 
+/// Is \a sql, as SQLite keeps it, the statement by which this tool makes the table? It then lacks
+/// nothing, and holds nothing that computes.
+bool isAsToday(const QString &table, const QString &sql);
+
 /// Names of the columns of a line's table, in the order on disk; families as above.
 QStringList lineColumnNames(const char *family);
 

@@ -16,6 +16,7 @@
 #include "support/replacefile.h"
 #include "support/runfiles.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <memory>
 
@@ -74,12 +75,16 @@ void Dbc::declareIdentify(ObjectDataBase &store, quint8 line)
 
 QString Dbc::symbolName(const QString &name)
 {
+    const auto canStand = [](QChar character) {
+        const ushort code = character.unicode();
+        return (code >= '0' && code <= '9') || (code >= 'a' && code <= 'z') ||
+               (code >= 'A' && code <= 'Z') || code == '_' || code == '*';
+    };
+    if (std::all_of(name.begin(), name.end(), canStand))
+        return name; // and no copy of it, as most are
     QString symbol = name;
     for (QChar &character : symbol) {
-        const ushort code = character.unicode();
-        const bool canStand = (code >= '0' && code <= '9') || (code >= 'a' && code <= 'z') ||
-                              (code >= 'A' && code <= 'Z') || code == '_' || code == '*';
-        if (!canStand)
+        if (!canStand(character))
             character = QLatin1Char('_');
     }
     return symbol;

@@ -14,12 +14,18 @@ using EdsSections::Context;
 using EdsSections::Member;
 using EdsSections::Object;
 
+Member memberOf(quint16 index, quint8 subIndex, EdsRole role, const SubIndexData &data)
+{
+    Member member = {subIndex, role, data};
+    member.data.name = Helper::substituteVariables(data.name, index, subIndex);
+    return member;
+}
+
 Member readMember(const Context &context, quint16 index, quint8 subIndex, EdsRole role)
 {
-    Member member = {subIndex, role, {}};
-    (void)context.store.getSubIndexData(context.line, index, subIndex, member.data); // or defaults
-    member.data.name = Helper::substituteVariables(member.data.name, index, subIndex);
-    return member;
+    SubIndexData data;
+    (void)context.store.getSubIndexData(context.line, index, subIndex, data); // or the defaults
+    return memberOf(index, subIndex, role, data);
 }
 
 /// An object of which a variant leaves out the end still gives its own highest subindex.
@@ -38,12 +44,12 @@ void setCount(const Context &context, Object &object)
 
 void readMembers(const Context &context, Object &object)
 {
-    const QList<quint8> subIndices =
-        reduceSubList(context.store, context.line, object.index,
-                      context.store.getSubIndices(context.line, object.index, 0), context.define);
-    for (const quint8 subIndex : subIndices)
-        object.members << readMember(context, object.index, subIndex,
-                                     subIndex == 0 ? EdsRole::Count : EdsRole::Value);
+    const auto addMember = [&](quint8 subIndex, const SubIndexData &data) {
+        const EdsRole role = subIndex == 0 ? EdsRole::Count : EdsRole::Value;
+        if (isOfVariant(data.metadata, context.define))
+            object.members << memberOf(object.index, subIndex, role, data);
+    };
+    context.store.visitSubIndices(context.line, object.index, 0, addMember);
     setCount(context, object);
 }
 

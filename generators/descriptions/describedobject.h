@@ -37,3 +37,5 @@ struct Object {
 Object readObject(const Context &context, quint16 index);
 
 } // namespace EdsSections
+
+Q_DECLARE_TYPEINFO(EdsSections::Member, Q_MOVABLE_TYPE);

@@ -13,12 +13,6 @@ namespace
 
 const QString kDefineKey = QStringLiteral("eds_define");
 
-bool isOfVariant(const Metadata &metadata, const QString &define)
-{
-    const auto found = metadata.constFind(kDefineKey);
-    return found == metadata.constEnd() || *found == define;
-}
-
 /// Names of variants, each once, in order of first appearance.
 class DefineList
 {
@@ -76,16 +70,8 @@ QList<quint16> EdsVariants::objectsOf(const QString &define) const
     return objects;
 }
 
-QList<quint8> reduceSubList(const ObjectDataBase &store, quint8 line, quint16 index,
-                            const QList<quint8> &list, const QString &define)
+bool isOfVariant(const Metadata &metadata, const QString &define)
 {
-    QList<quint8> kept;
-    for (const quint8 subIndex : list) {
-        ObjectDataBase::SUBINDEX_DATA_T data;
-        (void)store.getSubIndexData(line, index, subIndex,
-                                    data); // what cannot be read belongs to no variant
-        if (isOfVariant(data.metadata, define))
-            kept << subIndex;
-    }
-    return kept;
+    const auto found = metadata.constFind(kDefineKey);
+    return found == metadata.constEnd() || *found == define;
 }

@@ -3,6 +3,8 @@
 // equality counts.
 #pragma once
 
+#include "store/records.h"
+
 #include <QHash>
 #include <QList>
 #include <QStringList>
@@ -30,7 +32,5 @@ private:
     QHash<QString, QList<quint16>> own;
 };
 
-/// \a list, subindices of an object, without those of other variants than \a define, in the same
-/// order. What belongs to no variant is in all of them.
-QList<quint8> reduceSubList(const ObjectDataBase &store, quint8 line, quint16 index,
-                            const QList<quint8> &list, const QString &define);
+/// Does an object or subindex with these attributes belong to the variant \a define, or to none?
+bool isOfVariant(const Metadata &metadata, const QString &define);
