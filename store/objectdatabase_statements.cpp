@@ -79,10 +79,12 @@ void StorePrivate::forgetRows()
 
 void StorePrivate::applyPragmas(int cacheSize)
 {
-    // The file is a throw-away copy, so nothing is lost by doing without journal and syncing.
+    // The file is a throw-away copy, so nothing is lost by doing without journal and syncing. No
+    // other program makes it shorter, so it can be read where the system keeps it.
     for (const QString &pragma :
          {QStringLiteral("PRAGMA page_size = 4096"),
           QStringLiteral("PRAGMA cache_size = %1").arg(cacheSize),
+          QStringLiteral("PRAGMA mmap_size = 268435456"),
           QStringLiteral("PRAGMA temp_store = MEMORY"), QStringLiteral("PRAGMA journal_mode = OFF"),
           QStringLiteral("PRAGMA locking_mode = EXCLUSIVE"),
           QStringLiteral("PRAGMA synchronous  = OFF")})

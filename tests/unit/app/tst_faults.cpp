@@ -223,7 +223,7 @@ private slots:
             QProcess process;
             process.setProcessEnvironment(environment);
             process.setWorkingDirectory(folder);
-            process.start("sh", {"-c", "ulimit -n 7; exec \"$0\" -save -project " + project,
+            process.start("sh", {"-c", "ulimit -n 6; exec \"$0\" -save -project " + project,
                                  TESSARINE_BINARY});
             QVERIFY(process.waitForFinished());
             QCOMPARE(process.exitCode(), 3);
