@@ -162,7 +162,7 @@ void DbcWriter::chooseNames(KvaDb &source)
     }
 }
 
-const std::string &DbcWriter::bytes()
+QByteArray DbcWriter::bytes()
 {
     writeHead();
     for (const auto &message : database.messages)
@@ -173,7 +173,7 @@ const std::string &DbcWriter::bytes()
     writeAttributes();
     writeValueTables();
     writeValueTypes();
-    return out;
+    return QByteArray::fromRawData(out.constData(), used);
 }
 
 void DbcWriter::append(const QString &text)
@@ -181,24 +181,25 @@ void DbcWriter::append(const QString &text)
     // Most texts are ASCII. The loop runs over all characters, so that the compiler can take
     // several at once.
     const ushort *characters = text.utf16();
-    const auto size = static_cast<size_t>(text.size());
-    const size_t start = out.size();
-    out.resize(start + size);
-    char *place = &out[start];
+    const int size = text.size();
+    char *place = room(size);
     bool isAscii = true;
-    for (size_t i = 0; i < size; ++i) {
+    for (int i = 0; i < size; ++i) {
         isAscii &= characters[i] > 0 && characters[i] < 0x80;
         place[i] = static_cast<char>(characters[i]);
     }
-    if (!isAscii)
-        out.replace(start, size, encoded(text).toStdString());
+    if (!isAscii) {
+        const QByteArray bytes = encoded(text);
+        return appendBytes(bytes.constData(), bytes.size());
+    }
+    used += size;
 }
 
 void DbcWriter::appendNumber(qint64 number)
 {
     std::array<char, 20> digits; // -9223372036854775808
     const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
-    out.append(digits.data(), static_cast<size_t>(end - digits.data()));
+    appendBytes(digits.data(), static_cast<int>(end - digits.data()));
 }
 
 void DbcWriter::append(Quoted quoted)

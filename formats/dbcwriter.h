@@ -3,9 +3,10 @@
 
 #include "formats/kvadbrecords.h"
 
+#include <QByteArray>
 #include <QString>
 
-#include <string>
+#include <cstring>
 
 /// Writes the sections of a file from a finished database, in the order of the strictest reader.
 class DbcWriter
@@ -13,7 +14,8 @@ class DbcWriter
 public:
     explicit DbcWriter(KvaDb &source);
 
-    const std::string &bytes();
+    /// Lives as long as the writer.
+    QByteArray bytes();
 
 private:
     /// A text that stands in quotes.
@@ -44,10 +46,23 @@ private:
     {
         (append(parts), ...);
     }
-    void append(const char *ascii) { out += ascii; }
+    // The length of a literal is known.
+    void append(const char *ascii) { appendBytes(ascii, static_cast<int>(std::strlen(ascii))); }
     void append(int number) { appendNumber(number); }
     void append(quint32 number) { appendNumber(number); }
     void appendNumber(qint64 number);
+    void appendBytes(const char *start, int size)
+    {
+        std::memcpy(room(size), start, static_cast<size_t>(size));
+        used += size;
+    }
+    /// A place for so many bytes at the end of the text.
+    char *room(int size)
+    {
+        if (size > out.size() - used)
+            out.resize(2 * (out.size() + size));
+        return out.data() + used;
+    }
     void append(const QString &text);
     void append(Quoted quoted);
     void append(const Place &place);
@@ -78,5 +93,6 @@ private:
 
     const KvaDb &database;
     LongNames longNames[3];
-    std::string out;
+    QByteArray out; ///< larger than the text
+    int used = 0;
 };

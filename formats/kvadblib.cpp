@@ -8,7 +8,6 @@
 #include <QFile>
 
 #include <memory>
-#include <string>
 
 namespace
 {
@@ -84,11 +83,10 @@ KvaDbStatus kvaDbWriteFile(KvaDbHnd database, const QString &fileName)
     if (!database->isCreated)
         return kvaDbErr_NoDatabase;
     DbcWriter writer(*database);
-    const std::string &bytes = writer.bytes();
-    const auto size = static_cast<qint64>(bytes.size());
+    const QByteArray bytes = writer.bytes();
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
-        file.write(bytes.data(), size) != size || !file.flush())
+        file.write(bytes) != bytes.size() || !file.flush())
         return kvaDbErr_WriteFile;
     return kvaDbOK;
 }

@@ -448,7 +448,12 @@ QString valueText(const Variable &variable, const QString &text)
 /// Type, name and dimensions; \a elements is the text of an array's first dimension.
 QString declarator(const Variable &variable, const QString &elements)
 {
-    QString text = QLatin1String(variable.type->name) + QLatin1Char(' ') + variable.name;
+    constexpr int kUsualLength = 80; // with a value
+    QString text;
+    text.reserve(kUsualLength);
+    text += QLatin1String(variable.type->name);
+    text += QLatin1Char(' ');
+    text += variable.name;
     if (variable.elements > 0)
         text += QLatin1Char('[') + elements + QLatin1Char(']');
     if (isSized(*variable.type))
@@ -579,8 +584,12 @@ QString ExtDecl::definition(const Variable &variable)
 {
     if (variable.elements == 0) {
         const QString value = valueText(variable, variable.defaultValues.value(0));
-        return declarator(variable, QString()) +
-               (value.isEmpty() ? value : QLatin1String(" = ") + value);
+        QString text = declarator(variable, QString());
+        if (!value.isEmpty()) {
+            text += QLatin1String(" = ");
+            text += value;
+        }
+        return text;
     }
     const QString start = declarator(variable, QString::number(variable.elements));
     QStringList values;
