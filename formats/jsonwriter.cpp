@@ -76,23 +76,50 @@ void JsonWriter::null()
     out += "null";
 }
 
+void JsonWriter::array(const int *first, const int *last)
+{
+    constexpr int kLongest = 12; // with sign and comma
+    separate();
+    const int start = out.size();
+    out.resize(start + 2 + int(last - first) * kLongest);
+    char *end = out.data() + start;
+    *end++ = '[';
+    for (const int *number = first; number != last; ++number) {
+        if (number != first)
+            *end++ = ',';
+        if (*number >= 0 && *number < 10)
+            *end++ = char('0' + *number);
+        else if (*number == -1)
+            end = std::copy_n("null", 4, end);
+        else
+            end = std::to_chars(end, end + kLongest, *number).ptr;
+    }
+    *end++ = ']';
+    out.truncate(int(end - out.data()));
+}
+
+/// Most texts are plain.
 void JsonWriter::value(const QString &text)
 {
     separate();
-    out += '"';
-    const auto isPlain = [](QChar unit) {
-        return unit.unicode() < 0x80 && standsForItself(unit.unicode());
-    };
-    if (std::all_of(text.begin(), text.end(), isPlain))
-        out += text.toLatin1();
-    else
-        write(text);
-    out += '"';
+    const int start = out.size();
+    out.resize(start + text.size() + 2);
+    char *end = out.data() + start;
+    *end++ = '"';
+    for (const QChar unit : text) {
+        if (unit.unicode() >= 0x80 || !standsForItself(unit.unicode())) {
+            out.truncate(start);
+            return writeEscaped(text);
+        }
+        *end++ = char(unit.unicode());
+    }
+    *end = '"';
 }
 
 /// Half a pair of surrogates has no form in UTF-8.
-void JsonWriter::write(const QString &text)
+void JsonWriter::writeEscaped(const QString &text)
 {
+    out += '"';
     const int size = text.size();
     for (int i = 0; i < size; ++i) {
         const ushort unit = text.at(i).unicode();
@@ -105,6 +132,7 @@ void JsonWriter::write(const QString &text)
             out += text.midRef(i, isPair ? 2 : 1).toUtf8();
         i += isPair ? 1 : 0;
     }
+    out += '"';
 }
 
 void JsonWriter::escape(ushort unit)

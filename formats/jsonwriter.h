@@ -30,6 +30,8 @@ public:
     void value(const QString &text);
     void value(const char *text) { value(QString::fromLatin1(text)); }
     void null();
+    /// An array of numbers, at once; -1 is null.
+    void array(const int *first, const int *last);
     template <class Value>
     void value(const std::optional<Value> &maybe)
     {
@@ -57,7 +59,7 @@ private:
     void start(char bracket);
     void end(char bracket);
     void separate();
-    void write(const QString &text);
+    void writeEscaped(const QString &text);
     void escape(ushort unit);
 
     QByteArray &out;

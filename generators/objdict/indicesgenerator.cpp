@@ -155,11 +155,15 @@ std::optional<QString> DefineNames::claimCounted(const QString &text, quint32 va
     }
     // Deliberate: the count goes on until the name is new, since a name that was given with its
     // digits would lose its define otherwise; held by tst_golden.
-    QString counted;
-    do
-        counted = text + QLatin1String(separator) + QString::number(++name.repeats);
-    while (names.value(prefix + counted).isWritten);
-    return claimShared(counted, value);
+    while (true) {
+        const QString counted = text + QLatin1String(separator) + QString::number(++name.repeats);
+        Name &next = names[prefix + counted]; // leaves the others where they are
+        if (next.isWritten)
+            continue;
+        next.isWritten = true;
+        next.value = value;
+        return counted;
+    }
 }
 
 std::optional<QString> DefineNames::claimShared(const QString &text, quint32 value)

@@ -8,8 +8,15 @@ int Overview::Texts::numberOf(const QString &text)
     const auto known = numbers.constFind(text);
     if (known != numbers.constEnd())
         return *known;
-    const int number = list.size();
-    list.append(text);
+    const int number = add(text);
     numbers.insert(text, number);
     return number;
+}
+
+int Overview::Texts::add(const QString &text)
+{
+    if (text.isEmpty())
+        return 0;
+    list.append(text);
+    return list.size() - 1;
 }

@@ -20,6 +20,8 @@ class Texts
 {
 public:
     int numberOf(const QString &text);
+    /// The same for a text that hardly stands elsewhere.
+    int add(const QString &text);
     const QVector<QString> &all() const { return list; }
 
 private:

@@ -97,12 +97,9 @@ void writeObjects(JsonWriter &json, const QVector<ObjectRow> &rows)
     json.key("rows");
     json.startArray();
     for (const ObjectRow &row : rows) {
-        json.startArray();
-        json.value(int(row.index));
-        json.value(row.sub ? std::optional<int>(*row.sub) : std::nullopt);
-        for (const int text : row.texts)
-            json.value(text);
-        json.endArray();
+        int cells[2 + kObjectTexts] = {row.index, row.sub ? *row.sub : -1};
+        std::copy(row.texts.begin(), row.texts.end(), cells + 2);
+        json.array(std::begin(cells), std::end(cells));
     }
     json.endArray();
     json.endObject();

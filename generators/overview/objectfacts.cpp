@@ -68,7 +68,7 @@ void Rows::putObject(const IndexData &object)
     put(ObjectText::Name, Helper::substituteVariables(object.name, row().index, 0));
     put(ObjectText::Code, COHelper::objectCode2String(object.objectCode));
     put(ObjectText::Description, object.description);
-    put(ObjectText::Identifier, names.ofObject(row().index, object));
+    row()[ObjectText::Identifier] = texts.add(names.ofObject(row().index, object));
 }
 
 void Rows::putSubIndex(const SubIndexData &data)
@@ -109,7 +109,7 @@ void Rows::addObject(quint16 index)
             put(ObjectText::Name, Helper::substituteVariables(data.name, index, sub));
         putSubIndex(data);
         if (namesSubs && sub > 0)
-            put(ObjectText::Identifier, names.ofSubIndex(index, sub, data));
+            row()[ObjectText::Identifier] = texts.add(names.ofSubIndex(index, sub, data));
         ++line.subindices;
     });
     if (line.rows.isEmpty() || row().index != index) { // no subindex at all
