@@ -4,6 +4,7 @@
 #include <QList>
 
 #include <algorithm>
+#include <array>
 
 namespace
 {
@@ -19,9 +20,18 @@ constexpr bool isDigit(char ch)
     return ch >= '0' && ch <= '9';
 }
 
-constexpr bool isWordChar(char ch)
+/// Whether each character belongs to a word.
+constexpr std::array<bool, 256> kWordChars = [] {
+    std::array<bool, 256> result{};
+    for (int ch = 0; ch < 256; ++ch)
+        result[size_t(ch)] = (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') ||
+                             (ch >= '0' && ch <= '9') || ch == '_';
+    return result;
+}();
+
+inline bool isWordChar(char ch)
 {
-    return (ch >= 'a' && ch <= 'z') || (ch >= 'A' && ch <= 'Z') || isDigit(ch) || ch == '_';
+    return kWordChars[static_cast<unsigned char>(ch)];
 }
 
 constexpr bool isBlank(char ch)
@@ -76,7 +86,7 @@ public:
 
     std::vector<Definition> read()
     {
-        while (place < text.size())
+        while (place < size)
             readStatement();
         return std::move(definitions);
     }
@@ -86,14 +96,14 @@ private:
 
     char peek(int ahead = 0) const
     {
-        return place + ahead < text.size() ? text.at(place + ahead) : '\0';
+        return place + ahead < size ? characters[place + ahead] : '\0';
     }
 
     /// Passes blanks, comments, and lines for the preprocessor with what they leave out. The last
     /// comment is kept.
     void skipSpace()
     {
-        while (place < text.size()) {
+        while (place < size) {
             if (peek() == '/' && peek(1) == '*')
                 skipComment();
             else if (peek() == '/' && peek(1) == '/')
@@ -118,8 +128,8 @@ private:
 
     int endOfComment() const
     {
-        for (int end = place + 2; end + 1 < text.size(); ++end) {
-            if (text.at(end) == '*' && text.at(end + 1) == '/')
+        for (int end = place + 2; end + 1 < size; ++end) {
+            if (characters[end] == '*' && characters[end + 1] == '/')
                 return end;
         }
         return -1;
@@ -136,9 +146,9 @@ private:
     bool isFirstInLine() const
     {
         int before = place - 1;
-        while (before >= 0 && (text.at(before) == ' ' || text.at(before) == '\t'))
+        while (before >= 0 && (characters[before] == ' ' || characters[before] == '\t'))
             --before;
-        return before < 0 || text.at(before) == '\n';
+        return before < 0 || characters[before] == '\n';
     }
 
     // --- Preprocessor ---
@@ -166,7 +176,7 @@ private:
     bool skipToEnd(bool stopsAtElse)
     {
         int depth = 0;
-        while (place < text.size()) {
+        while (place < size) {
             const QByteArray line = skipLine().trimmed();
             if (!line.startsWith('#'))
                 continue;
@@ -187,7 +197,7 @@ private:
     QByteArray token()
     {
         skipSpace();
-        if (place >= text.size())
+        if (place >= size)
             return {};
         const int start = place;
         skipWord();
@@ -202,7 +212,9 @@ private:
             return;
         }
         ++place;
-        while (isWordChar(ch) && isWordChar(peek()))
+        if (!isWordChar(ch))
+            return;
+        while (place < size && isWordChar(characters[place]))
             ++place;
     }
 
@@ -211,7 +223,7 @@ private:
     {
         const char quote = peek();
         qint64 bytes = 0;
-        for (++place; place < text.size() && peek() != quote; ++place, ++bytes) {
+        for (++place; place < size && peek() != quote; ++place, ++bytes) {
             if (peek() == '\\')
                 skipEscape();
         }
@@ -331,7 +343,7 @@ private:
         int braces = 0;
         for (;;) {
             skipSpace();
-            if (place >= text.size())
+            if (place >= size)
                 break;
             if (peek() == '"') {
                 beginRow(depth, &isFresh, definition);
@@ -381,6 +393,8 @@ private:
     }
 
     const QByteArray &text;
+    const char *characters = text.constData();
+    const int size = text.size();
     Macros macros;
     std::vector<Definition> definitions;
     int place = 0;
