@@ -226,7 +226,7 @@ QString portableDescription(const QString &text)
 HtmlForm makeClassic()
 {
     HtmlForm form;
-    form.hasEmptyComment = true;
+    form.hasUnknownFacts = true;
     form.namesTwice = true;
     form.styles = kClassicStyles;
     form.text = HtmlText::escaped;

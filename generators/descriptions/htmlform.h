@@ -10,7 +10,7 @@ struct HtmlForm : DescriptionForm {
     /// Tables tell in a caption what they are of, and have no rows without cells.
     bool hasCaptions = false;
     bool hasHeading = false;
-    bool hasEmptyComment = false; ///< a section even if the project has no comment
+    bool hasUnknownFacts = false; ///< rows and a comment even if the project says nothing
     bool namesTwice = false;      ///< what stands twice in a list is described twice
     const char *styles = "";      ///< lines
 

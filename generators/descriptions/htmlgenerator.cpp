@@ -5,6 +5,7 @@
 #include "generators/descriptions/htmlpage.h"
 #include "generators/textwriter.h"
 #include "store/projectfeatures.h"
+#include "store/settingdefaults.h"
 #include "support/cohelper.h"
 #include "support/helper.h"
 #include "support/implementation.h"
@@ -113,6 +114,12 @@ QString objectName(const HtmlDoc::Context &context, quint16 index, const QString
     return context.text(Helper::substituteVariables(name, index, 0));
 }
 
+/// Projects have an order code from the start; it says that nobody gave them one.
+bool isUnknown(const QString &fact)
+{
+    return fact.trimmed().isEmpty() || fact == QLatin1String(kMadeUpOrderCode);
+}
+
 QString commentOf(const HtmlDoc::Context &context)
 {
     return context.store.getDescriptionSettingsValue(QStringLiteral("Comment")).trimmed();
@@ -170,6 +177,8 @@ void HtmlDoc::writeGenerationTable(const Context &context, const QString &projec
     bool isAlternate = false;
     for (const SettingRow &row : kFileInfo) {
         const QString value = context.store.getDescriptionSettingsValue(QLatin1String(row.setting));
+        if (!context.page.form.hasUnknownFacts && isUnknown(value))
+            continue;
         writeFact(context, isAlternate, row.cell, context.text(value));
         isAlternate = !isAlternate;
     }
@@ -178,7 +187,7 @@ void HtmlDoc::writeGenerationTable(const Context &context, const QString &projec
 
 bool HtmlDoc::hasComment(const Context &context)
 {
-    return context.page.form.hasEmptyComment || !commentOf(context).isEmpty();
+    return context.page.form.hasUnknownFacts || !commentOf(context).isEmpty();
 }
 
 void HtmlDoc::writeCommentTable(const Context &context)

@@ -89,6 +89,7 @@ private slots:
         const QString page = generate("p<em>--");
         QCOMPARE(htmlFaults(page).join('\n'), QString());
         QCOMPARE(page.contains("Comment"), !description.isEmpty());
+        QVERIFY(!page.contains("Order code")); // none but the made-up one
         QVERIFY(
             page.contains("    <th scope=\"row\">Description</th>\n    <td>" + shown + "</td>") ||
             description.isEmpty());
