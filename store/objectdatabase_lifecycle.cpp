@@ -295,5 +295,6 @@ void ObjectDataBase::commitBatch()
         return;
     // The disk is full, say: what was written since beginBatch() is not in the file.
     d->damaged = true;
-    qCWarning(lcStore) << "commit failed:" << d->db.lastError().text();
+    d->failure = d->db.lastError().text();
+    qCWarning(lcStore) << "commit failed:" << d->failure;
 }

@@ -44,8 +44,9 @@ End Reader::endAt(const Place &place) const
     SubIndexData data;
     const bool isThere = store.getIndexData(place.line, place.index, object) &&
                          store.getSubIndexData(place.line, place.index, place.sub, data);
-    return {place.line, linkTo(place.line, place.index, place.sub),
-            isThere ? Frames::nameOf(object, data) : QString()};
+    const QString link = linkTo(place.line, place.index, place.sub);
+    return {place.line, link,
+            isThere ? Frames::nameOf(object, data) : link.section(QLatin1Char('/'), 1)};
 }
 
 void Reader::addLinks()

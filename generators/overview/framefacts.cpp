@@ -3,6 +3,7 @@
 
 #include "generators/addressclaim.h"
 #include "generators/frames/canopenframes.h"
+#include "generators/generalsettings.h"
 #include "generators/overview/links.h"
 #include "store/objectdatabase.h"
 #include "store/projectfeatures.h"
@@ -116,6 +117,7 @@ public:
     void readCanopen();
     void readGroups() { addAll(Frames::groupsOf(source).frames); }
     void readIdentifiers() { addAll(Frames::identifiersOf(source).frames); }
+    void addDiagnostics();
 
 private:
     void addAll(QVector<Frames::Frame> frames);
@@ -176,9 +178,11 @@ void Reader::name(const Frames::Frame &from, Frame &frame)
 void Reader::identify(const Frames::Frame &from, Frame &frame) const
 {
     frame.isExtended = from.isExtended;
-    frame.isEnabled = from.isEnabled;
+    frame.isEnabled = from.isEnabled && (from.isSent || from.isReceived); // TIME may be neither
     if (from.addsNodeId) {
-        frame.base = from.identifier - quint32(line.nodeId.value_or(kNoNodeId));
+        // The sum with the node-ID may have gone beyond the bits of an identifier.
+        const quint32 bits = from.isExtended ? CobIdBit::kExtendedId : CobIdBit::kStandardId;
+        frame.base = (from.identifier - quint32(line.nodeId.value_or(kNoNodeId))) & bits;
         frame.idText =
             QStringLiteral("0x%1 + node-ID").arg(Numbers::toHex(*frame.base, 3).toUpper());
     }
@@ -299,12 +303,39 @@ void Reader::addLayerSetting()
     useOf("LSS", Way::Receive, ConnectionSet::kLssRequest, std::nullopt);
 }
 
+/// The identifiers of the diagnostics server (UDS) of the line, which the stack sends and receives
+/// by itself.
+void Reader::addDiagnostics()
+{
+    constexpr quint32 kHighestStandard = 0x7FF;
+    constexpr std::pair<const char *, Way> kUses[] = {
+        {"uds_physical_request_id", Way::Receive},
+        {"uds_physical_response_id", Way::Transmit},
+        {"uds_functional_request_id", Way::Receive},
+    };
+    const GeneralSettings settings(store);
+    const auto number = [&](const char *key) {
+        return Numbers::toUIntByPrefix(settings.ofLine(key, line.number));
+    };
+    if (!readProjectFeatures(store).hasUdsServer() || number("uds_server_active") == 0)
+        return;
+    for (const auto &[key, way] : kUses) {
+        const quint32 id = number(key);
+        if (id == 0)
+            continue;
+        useOf("UDS", way, id, std::nullopt);
+        line.identifiers.last().isExtended = id > kHighestStandard;
+    }
+}
+
 // --- Cells ---
 
 QString Reader::noteOf(const Frames::Frame &from, const Frames::Signal &signal) const
 {
     if (signal.isFiller)
         return {};
+    if (signal.bits == 0)
+        return QStringLiteral("without bits");
     if (signal.start + signal.bits > from.bytes * 8)
         return QStringLiteral("not within the frame");
     if (signal.index == 0)
@@ -324,6 +355,8 @@ Cell Reader::cellOf(const Frames::Frame &from, const Frames::Signal &signal) con
     cell.name = signal.name;
     if (!isOfProject(from.kind))
         cell.name.replace(QLatin1Char('_'), QLatin1Char(' ')); // as DBC files write them
+    if (signal.isFiller && cell.name.isEmpty())
+        cell.name = QStringLiteral("dummy"); // a mapped one, which is not free
     cell.isGap = signal.isFiller;
     cell.note = noteOf(from, signal);
     if (signal.dataType != 0)
@@ -397,4 +430,5 @@ void Overview::readFrames(const ObjectDataBase &store, LineType type, Line &line
         reader.readGroups();
     if (type == LineType::RawCan)
         reader.readIdentifiers();
+    reader.addDiagnostics();
 }

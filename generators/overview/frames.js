@@ -4,9 +4,9 @@ const kDrawnAtOnce = 12; // before the page is shown
 const kDrawnSoon = 200; // further frames are drawn when they come into view
 
 function freeText(frame) {
-    const bytes = bytesOfFrame(frame);
-    const uses = usesOfBits(frame, bytes);
-    for (const cell of frame.cells.filter((one) => one.gap)) {
+    const bytes = frame.length || 0;
+    const uses = usesOfBits(frame, bytesOfFrame(frame)).slice(0, bytes * 8);
+    for (const cell of frame.cells.filter((one) => one.gap && !one.name)) {
         uses.fill(0, cell.start, cell.start + cell.bits);
     }
     const free = uses.reduce((count, use) => count + (use === 0 ? 1 : 0), 0);

@@ -30,8 +30,8 @@ class LineLoad {
         if (this.isBurst && frame.inhibit && !isCyclicSynchronous(frame)) {
             return frame.inhibit;
         }
-        if (frame.cycle || frame.event) {
-            return frame.cycle || frame.event;
+        if (frame.cycle) {
+            return frame.cycle;
         }
         if (this.sync && frame !== this.sync && isCyclicSynchronous(frame)) {
             const cycle = this.period(this.sync);
@@ -42,7 +42,7 @@ class LineLoad {
 
     /** Whether a reader has to say the period of this frame, or has said it. */
     isOpen(frame) {
-        return !frame.cycle && !frame.event && (this.typed.has(frame) || this.period(frame) === null);
+        return !frame.cycle && (this.typed.has(frame) || this.period(frame) === null);
     }
 
     /** The time that a frame takes on the bus, in ms: bits by kbit/s. */
@@ -123,10 +123,10 @@ function periodSource(load, frame) {
     if (load.isBurst && load.period(frame) === frame.inhibit) {
         return ' inhibit';
     }
-    if (!frame.cycle && !frame.event) {
+    if (!frame.cycle) {
         return isCyclicSynchronous(frame) ? ' SYNC' : '';
     }
-    return frame.event && (!frame.cycle || frame.cycle === frame.event) ? ' event' : '';
+    return frame.cycle === frame.event ? ' event' : '';
 }
 
 function bitsOf(frame, which) {

@@ -169,7 +169,7 @@ function drawMatrix(frame) {
         }, byte));
     }
     drawing.append(...markBits(uses, (count) => count === 0, 'free'));
-    drawing.append(...frame.cells.map((cell, at) => drawCell(cell, at + 1)));
+    drawing.append(...frame.cells.map((cell, at) => (cell.bits > 0 ? drawCell(cell, at + 1) : '')));
     let ticks = '';
     for (let bit = 1; bit < 8; ++bit) {
         ticks += `M${xOf(bit)} ${kTop}V${yOf(bytes)}`;
@@ -182,6 +182,9 @@ function drawMatrix(frame) {
 
 /** "byte 2, bits 0-3" of a cell; places count from 0, as in the drawing. */
 function bitsText(cell) {
+    if (cell.bits <= 0) {
+        return 'none';
+    }
     const end = cell.start + cell.bits - 1;
     const first = cell.start >> 3;
     const last = end >> 3;
@@ -212,7 +215,7 @@ function legendRow(frame, uses, cell, number, withTypes) {
         make('th', {scope: 'row'}, name,
             overlaps(frame, uses, cell) ? make('span', {}, ' ', chip('error', 'overlap')) : null,
             cell.note ? make('span', {class: 'note'}, ' ', shown(cell.note)) : null),
-        make('td', {class: 'nowrap', title: longBitsText(cell)}, bitsText(cell)),
+        make('td', {class: 'nowrap', title: cell.bits > 0 ? longBitsText(cell) : null}, bitsText(cell)),
         withTypes ? make('td', {class: 'type', title: cell.type || null}, shown(shortType(cell.type || ''))) : null,
         make('td', {class: 'number'}, String(cell.bits)));
 }

@@ -228,7 +228,11 @@ private slots:
             QVERIFY(process.waitForFinished());
             QCOMPARE(process.exitCode(), 3);
             const QByteArray told = process.readAllStandardError();
-            QVERIFY2(told.contains("Too many open files") && told.count('\n') == 1, told);
+            // Which file is one too many hangs on those that the test itself was given.
+            const bool isClear = told.contains("Too many open files") ||
+                                 told.contains("unable to open") ||
+                                 told.contains("Unable to commit");
+            QVERIFY2(isClear && told.count('\n') == 1, told);
         }
     }
 

@@ -217,7 +217,7 @@ private slots:
         for (int i = 0; i < kProjects; ++i) {
             store = makeStore();
             QVERIFY(store->putRecords(projects.make()));
-            buildProject(*store, "misc:description_form=portable");
+            buildProject(*store, "misc:description_form=portable; misc:generateML=false");
             const QList<quint8> lines = store->getNodes();
             for (const quint8 line : lines) {
                 for (const bool isCanopen : {false, true})
