@@ -149,6 +149,7 @@ private:
     void fill(ProjectRecord project)
     {
         project.misc["description_form"] = "portable";
+        project.misc.remove("generateML"); // which names files
         project.lines[0];
         store = makeStore();
         QVERIFY(store->putRecords(project));
