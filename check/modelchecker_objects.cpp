@@ -73,9 +73,7 @@ RangeRow rangeOf(CANopenDataType type)
 
 bool isWithin(const RangeRow &range, const QString &text)
 {
-    bool ok = false;
-    const qint64 decimal = text.toLongLong(&ok);
-    const qint64 number = ok ? decimal : Numbers::toLongLongByPrefix(text);
+    const qint64 number = Numbers::toLongLongByPrefix(text);
     return number >= range.low && number <= range.high;
 }
 
@@ -212,10 +210,10 @@ qint32 ModelChecker::startTypeCheck(quint8 lineNumber, ObjectDataBase *store)
 void ModelChecker::checkImplementation(quint16 index, quint8 subIndex, const SubIndexData &data)
 {
     if (data.implementation == Implementation::kApplicationVariable) {
-        static const QRegularExpression invalid(QStringLiteral("[ ,;]"));
+        const auto endsName = [](QChar ch) { return ch == ' ' || ch == ',' || ch == ';'; };
         if (data.varName.isEmpty())
             reportSub(Msg::VariableNameMissing, index, subIndex);
-        else if (data.varName.contains(invalid))
+        else if (std::any_of(data.varName.begin(), data.varName.end(), endsName))
             reportSub(Msg::VariableNameInvalid, index, subIndex);
     }
     checkAccess(index, subIndex, data);

@@ -1,6 +1,10 @@
 // Words and quotes of object tables.
 #include "formats/csvtable.h"
 
+#include "support/characters.h"
+
+#include <algorithm>
+
 namespace
 {
 
@@ -46,6 +50,14 @@ constexpr bool followsEnumeration()
 }
 static_assert(followsEnumeration(), "one row for each column");
 
+/// Some readers end lines also where Unicode does; NUL ends the field for others.
+bool isSeparator(QChar character)
+{
+    const ushort code = character.unicode();
+    return code == ';' || code == '"' || (code >= '\n' && code <= '\r') || code == 0x85 ||
+           code == 0x2028 || code == 0x2029 || code == 0;
+}
+
 } // namespace
 
 const char *CsvTable::nameOf(Column column)
@@ -55,15 +67,12 @@ const char *CsvTable::nameOf(Column column)
 
 bool CsvTable::needsQuotes(const QString &text)
 {
-    // No way out of the loop, so that the compiler can take several characters at once.
-    bool isNeeded = false;
-    for (const QChar character : text) {
-        const ushort code = character.unicode();
-        // Some readers end lines also where Unicode does; NUL ends the field for others.
-        isNeeded |= (code == ';') | (code == '"') | (code >= '\n' && code <= '\r') |
-                    (code == 0x85) | (code == 0x2028) | (code == 0x2029) | (code == 0);
-    }
-    return isNeeded;
+    using namespace Characters;
+    const auto mayNeed = [](Eight characters) {
+        return areOdd(characters) | Eight(characters == quint16(';')) |
+               Eight(characters == quint16('"'));
+    };
+    return any(text, mayNeed) && std::any_of(text.begin(), text.end(), isSeparator);
 }
 
 QString CsvTable::field(const QString &text, bool inQuotes)

@@ -1,12 +1,45 @@
 // The text format of generated files.
 #include "generators/textwriter.h"
 
+#include "support/characters.h"
+
 #include <QFileDevice>
 #include <QtDebug>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
+
+namespace
+{
+
+using namespace Characters;
+
+/// Writes the low bytes of \a characters and tells all bits that were set in any of them.
+Eight narrowed(Eight characters, char *place)
+{
+    const auto bytes = __builtin_convertvector(characters, EightBytes);
+    std::memcpy(place, &bytes, sizeof bytes);
+    return characters;
+}
+
+/// The same for a text; up to eight bytes more than it has are written. False if it is not ASCII.
+bool writeAscii(const QString &text, char *place)
+{
+    const QChar *next = text.constData();
+    const auto size = size_t(text.size());
+    if (size < kAtOnce)
+        return !isAnySet(narrowed(load(next, size), place) & quint16(0xFF80));
+    Eight seen{};
+    const QChar *const last = next + size - kAtOnce;
+    for (; next < last; next += kAtOnce, place += kAtOnce)
+        seen |= narrowed(load(next), place);
+    // Some of them a second time.
+    seen |= narrowed(load(last), place - (next - last));
+    return !isAnySet(seen & quint16(0xFF80));
+}
+
+} // namespace
 
 TextWriter::TextWriter(QIODevice *target) : device(target), buffer(kBlock) {}
 
@@ -17,24 +50,16 @@ TextWriter::~TextWriter()
 
 void TextWriter::raw(const QString &text)
 {
-    // Most texts are ASCII, and go over without a conversion of their own. The loop runs over all
-    // characters, so that the compiler can take several at once.
-    const ushort *characters = text.utf16();
+    // Most texts are ASCII, and go over without a conversion of their own.
     const auto size = static_cast<size_t>(text.size());
-    if (size > buffer.size() - used)
-        makeRoom(size);
-    char *place = buffer.data() + used;
-    ushort seen = 0;
-    for (size_t i = 0; i < size; ++i) {
-        seen |= characters[i];
-        place[i] = static_cast<char>(characters[i]);
-    }
-    if (seen >= 0x80) {
-        const QByteArray utf8 = text.toUtf8();
-        bytes(utf8.constData(), static_cast<size_t>(utf8.size()));
+    if (size + kAtOnce > buffer.size() - used)
+        makeRoom(size + kAtOnce);
+    if (writeAscii(text, buffer.data() + used)) {
+        used += size;
         return;
     }
-    used += size;
+    const QByteArray utf8 = text.toUtf8();
+    bytes(utf8.constData(), static_cast<size_t>(utf8.size()));
 }
 
 void TextWriter::raw(quint32 number)

@@ -2,6 +2,7 @@
 #include "store/rowreader.h"
 
 #include "store/objectdatabase_p.h"
+#include "support/numbers.h"
 
 #include <functional>
 #include <numeric>
@@ -125,7 +126,7 @@ QString RowCell::toString() const
 
 QByteArray RowCell::toByteArray() const
 {
-    return type == SQLITE_INTEGER ? QByteArray::number(qlonglong(sqlite3_value_int64(value)))
+    return type == SQLITE_INTEGER ? Numbers::toDecimal(sqlite3_value_int64(value))
                                   : toVariant().toByteArray();
 }
 

@@ -1,6 +1,8 @@
 // Line ends and control characters.
 #include "support/plaintext.h"
 
+#include "support/characters.h"
+
 #include <algorithm>
 
 namespace
@@ -21,7 +23,8 @@ bool breaksLine(QChar character)
 /// \a text with \a lineEnd for each end of a line.
 QString withLineEnds(const QString &text, char lineEnd)
 {
-    if (std::none_of(text.begin(), text.end(), breaksLine))
+    if (!Characters::any(text, Characters::areOdd) ||
+        std::none_of(text.begin(), text.end(), breaksLine))
         return text; // as most are
     QString result = text;
     result.replace(QLatin1String("\r\n"), QLatin1String("\n"));
