@@ -1,5 +1,7 @@
 // Fixed texts with holes: what they become, and which of them are mistakes.
+#include "formats/csvtable.h"
 #include "generators/textwriter.h"
+#include "support/plaintext.h"
 #include "tests/fixtures/testkit.h"
 
 #include <QBuffer>
@@ -44,6 +46,42 @@ private slots:
         out.block(text.constData(), {{"name", name}, {"count", 7}});
         QCOMPARE(out.finish(), mistake.isEmpty());
         QTEST(buffer.data(), "written");
+    }
+
+    /// A character that does not go over as it stands is found wherever it is in a text, and in a
+    /// text of any length.
+    void seesEachCharacter_data()
+    {
+        columns<QChar, bool, bool>("character", "needsQuotes", "endsLine");
+        QTest::newRow("plain") << QChar('~') << false << false;
+        QTest::newRow("separator") << QChar(';') << true << false;
+        QTest::newRow("quote") << QChar('"') << true << false;
+        QTest::newRow("tab") << QChar('\t') << false << false;
+        QTest::newRow("line_end") << QChar('\n') << true << true;
+        QTest::newRow("next_line") << QChar(0x85) << true << true;
+        QTest::newRow("letter_beyond_ascii") << QChar(0xFC) << false << false;
+        QTest::newRow("paragraph_separator") << QChar(0x2029) << true << true;
+    }
+
+    void seesEachCharacter()
+    {
+        const auto [character, needsQuotes, endsLine] = fetchRow<QChar, bool, bool>();
+        QString all;
+        QBuffer buffer;
+        QVERIFY(buffer.open(QIODevice::WriteOnly));
+        TextWriter out(&buffer);
+        for (int size = 1; size <= 26; ++size) {
+            for (int place = 0; place < size; ++place) {
+                QString text(size, QLatin1Char('x'));
+                text[place] = character;
+                QCOMPARE(CsvTable::needsQuotes(text), needsQuotes);
+                QCOMPARE(oneLine(text) != text, endsLine);
+                out.raw(text);
+                all += text;
+            }
+        }
+        QVERIFY(out.finish());
+        QCOMPARE(QString::fromUtf8(buffer.data()), all);
     }
 };
 
