@@ -82,21 +82,20 @@ public:
         if (!d.stringsComplete)
             d.owner->cacheStrings();
         Cache cache;
-        const QVector<Frame> frames =
-            select(Family::kFrameColumns, Family::kFrameTable, line,
-                   QStringLiteral("order by %1").arg(QLatin1String(Family::kFrameKey)), {});
-        for (const Frame &frame : frames) {
-            const FrameKey key{frame.*Family::kNumber, frame.direction};
-            cache.order << key;
-            if (!cache.frames.contains(key))
-                cache.frames.insert(key, frame);
+        if (!readFrames(line, QString(), cache)) {
+            cache = Cache();
+            readFrames(line, QStringLiteral("order by %1").arg(QLatin1String(Family::kFrameKey)),
+                       cache);
         }
-        const QVector<Signal> all = select(Family::kSignalColumns, Family::kSignalTable, line,
-                                           QStringLiteral("order by rowid"), {});
-        for (const Signal &signal : all)
-            cache.signalsOf[{signal.*Family::kSignalFrame, quint8(signal.direction)}] << signal;
-        for (QVector<Signal> &list : cache.signalsOf)
-            std::stable_sort(list.begin(), list.end(), isBefore);
+        read(Family::kSignalColumns, Family::kSignalTable, line, QStringLiteral("order by rowid"),
+             {}, [&cache](Signal &signal, const RowReader &) {
+                 cache.signalsOf[{signal.*Family::kSignalFrame, quint8(signal.direction)}]
+                     << std::move(signal);
+             });
+        for (QVector<Signal> &list : cache.signalsOf) {
+            if (!std::is_sorted(list.cbegin(), list.cend(), isBefore))
+                std::stable_sort(list.begin(), list.end(), isBefore);
+        }
         (d.*Family::kCache).insert(line, cache);
     }
 
@@ -211,13 +210,16 @@ public:
         frame.*Family::kNumber = number;
         const FrameKey key{number, frame.direction};
         bool done = true;
-        if (const Cache *cache = cacheOf(line); !cache)
+        if (Cache *cache = cacheOf(line); !cache) {
             done = writeFrame(line, key, frame);
-        else if (const auto known = cache->frames.constFind(key); known == cache->frames.cend())
+        } else if (const auto known = cache->frames.constFind(key); known == cache->frames.cend()) {
             done = insert(Family::kFrameColumns, Family::kFrameTable, line, frame);
-        else if (!sameCells(Family::kFrameColumns, *known, frame))
+            if (done)
+                addNew(*cache, key, frame);
+        } else if (!sameCells(Family::kFrameColumns, *known, frame)) {
             done = writeFrame(line, key, frame);
-        updateFrame(line, key);
+            updateFrame(line, key);
+        }
         notify(Family::kAdd, line, number, 0);
         return done;
     }
@@ -310,8 +312,17 @@ public:
     }
 
 private:
-    /// Makes a cached line hold the frame as its row does; a frame that is new there comes after
-    /// those of its number, as its row does.
+    /// A frame that is new in the line comes after those of its number, as its row does.
+    static void addNew(Cache &cache, FrameKey key, const Frame &frame)
+    {
+        cache.order.insert(
+            std::upper_bound(cache.order.begin(), cache.order.end(), key,
+                             [](FrameKey a, FrameKey b) { return a.number < b.number; }),
+            key);
+        cache.frames.insert(key, frame);
+    }
+
+    /// Makes a cached line hold the frame as its row does.
     void updateFrame(quint8 line, FrameKey key)
     {
         const auto cache = (d.*Family::kCache).find(line);
@@ -323,13 +334,10 @@ private:
             cache->order.removeAll(key);
             return;
         }
-        if (!cache->frames.contains(key))
-            cache->order.insert(std::upper_bound(cache->order.begin(), cache->order.end(), key,
-                                                 [](const FrameKey &a, const FrameKey &b) {
-                                                     return a.number < b.number;
-                                                 }),
-                                key);
-        cache->frames.insert(key, found.first());
+        if (cache->frames.contains(key))
+            cache->frames.insert(key, found.first());
+        else
+            addNew(*cache, key, found.first());
     }
 
     void updateSignals(quint8 line, FrameKey key)
@@ -384,18 +392,46 @@ private:
                            const QString &condition, const Cells &values) const
     {
         QVector<Record> records;
-        RowReader statement(d,
-                            QStringLiteral("select %1 from %2 %3")
-                                .arg(columnList(columns), Schema::table(table, line), condition),
-                            values);
-        while (statement.next()) {
+        read(columns, table, line, condition, values,
+             [&records](Record &record, const RowReader &) { records << std::move(record); });
+        return records;
+    }
+
+    /// \a take gets each record, which it may move, and the reader on its row.
+    template <class Record, size_t N, class Take>
+    void read(const Column<Record> (&columns)[N], const char *table, quint8 line,
+              const QString &condition, const Cells &values, const Take &take) const
+    {
+        RowReader rows(d,
+                       QStringLiteral("select %1 from %2 %3")
+                           .arg(columnList(columns), Schema::table(table, line), condition),
+                       values);
+        while (rows.next()) {
             Record record;
             int i = 0;
             for (const Column<Record> &field : columns)
-                d.readColumn(field, record, statement.value(i++));
-            records << record;
+                d.readColumn(field, record, rows.value(i++));
+            take(record, rows);
         }
-        return records;
+    }
+
+    /// False if the rows are not in the order of their numbers. Most are as they stand, and to let
+    /// them be sorted costs as much as to read them.
+    bool readFrames(quint8 line, const QString &order, Cache &cache) const
+    {
+        bool isAscending = true;
+        qlonglong last = 0;
+        read(Family::kFrameColumns, Family::kFrameTable, line, order, {},
+             [&](const Frame &frame, const RowReader &rows) {
+                 const RowCell number = rows.value(0); // the first column
+                 isAscending = isAscending && number.isInteger() && number.toLongLong() >= last;
+                 last = number.toLongLong();
+                 const FrameKey key{frame.*Family::kNumber, frame.direction};
+                 cache.order << key;
+                 if (!cache.frames.contains(key))
+                     cache.frames.insert(key, frame);
+             });
+        return isAscending;
     }
 
     bool writeFrame(quint8 line, FrameKey key, const Frame &frame)

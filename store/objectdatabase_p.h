@@ -322,7 +322,7 @@ template <class Record>
 void StorePrivate::readColumn(const Column<Record> &field, Record &record, const QVariant &cell)
 {
     if (field.coding == Coding::StringId)
-        field.set(record, owner->getString(cell.toInt()));
+        field.setText(record, owner->getString(cell.toInt()));
     else
         field.set(record, cell);
 }
@@ -331,7 +331,7 @@ template <class Record>
 void StorePrivate::readColumn(const Column<Record> &field, Record &record, const RowCell &cell)
 {
     if (field.coding == Coding::StringId)
-        field.set(record, owner->getString(cell.toInt()));
+        field.setText(record, owner->getString(cell.toInt()));
     else
         field.read(record, cell);
 }

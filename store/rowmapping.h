@@ -22,6 +22,7 @@ struct Column {
     QVariant (*get)(const Record &);
     void (*set)(Record &, const QVariant &);
     void (*read)(Record &, const RowCell &); ///< does the same
+    void (*setText)(Record &, const QString &);
 };
 
 /// A string map as the bytes that a project keeps; an empty map gives no bytes.
@@ -46,6 +47,16 @@ QVariant toCell(const T &value)
         return QVariant(static_cast<qlonglong>(value));
 }
 
+/// Most records have a 0 in place of a map, which needs no look at bytes.
+inline bool hasNoMap(const RowCell &cell)
+{
+    return cell.isInteger();
+}
+inline bool hasNoMap(const QVariant & /*cell*/)
+{
+    return false; // its bytes tell
+}
+
 /// NULL reads as zero or as an empty text, which is also what it becomes in the text form.
 /// \a Cell is a QVariant or a RowCell.
 template <class T, class Cell>
@@ -56,9 +67,18 @@ T fromCell(const Cell &cell)
     else if constexpr (std::is_same_v<T, PDOMapping>)
         return PDOMapping::fromUInt(static_cast<quint8>(cell.toUInt()));
     else if constexpr (std::is_same_v<T, Metadata>)
-        return unpackMetadata(cell.toByteArray());
+        return hasNoMap(cell) ? Metadata() : unpackMetadata(cell.toByteArray());
     else
         return static_cast<T>(cell.toLongLong());
+}
+
+template <class T>
+void setText(T &value, const QString &text)
+{
+    if constexpr (std::is_same_v<T, QString>)
+        value = text;
+    else
+        value = fromCell<T>(QVariant(text));
 }
 
 template <auto Member>
@@ -77,14 +97,16 @@ template <auto Member, class Record = typename RowMapping::MemberTraits<Member>:
 constexpr auto column(const char *name, const char *type, Coding coding = Coding::Plain)
 {
     using Traits = RowMapping::MemberTraits<Member>;
-    return Column<Record>{name,
-                          type,
-                          coding,
-                          [](const Record &record) { return RowMapping::toCell(record.*Member); },
-                          [](Record &record, const QVariant &cell) {
-                              record.*Member = RowMapping::fromCell<typename Traits::Type>(cell);
-                          },
-                          [](Record &record, const RowCell &cell) {
-                              record.*Member = RowMapping::fromCell<typename Traits::Type>(cell);
-                          }};
+    return Column<Record>{
+        name,
+        type,
+        coding,
+        [](const Record &record) { return RowMapping::toCell(record.*Member); },
+        [](Record &record, const QVariant &cell) {
+            record.*Member = RowMapping::fromCell<typename Traits::Type>(cell);
+        },
+        [](Record &record, const RowCell &cell) {
+            record.*Member = RowMapping::fromCell<typename Traits::Type>(cell);
+        },
+        [](Record &record, const QString &text) { RowMapping::setText(record.*Member, text); }};
 }

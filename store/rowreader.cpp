@@ -104,6 +104,11 @@ RowCell::RowCell(const RowReader &reader, int place)
 {
 }
 
+bool RowCell::isInteger() const
+{
+    return type == SQLITE_INTEGER;
+}
+
 int RowCell::toInt() const
 {
     return type == SQLITE_INTEGER ? int(sqlite3_value_int64(value)) : toVariant().toInt();

@@ -22,6 +22,7 @@ struct sqlite3_value;
 class RowCell
 {
 public:
+    bool isInteger() const; ///< false as well where the driver reads
     int toInt() const;
     uint toUInt() const;
     qlonglong toLongLong() const;
