@@ -7,8 +7,6 @@
 #include <QSet>
 #include <QTextCodec>
 
-#include <array>
-#include <charconv>
 #include <limits>
 
 namespace
@@ -36,7 +34,9 @@ bool isKeyword(const QString &name)
             words.insert(QLatin1String(word));
         return words;
     }();
-    return keywords.contains(name);
+    // Most names end as no keyword does.
+    const QChar last = name.at(name.size() - 1);
+    return !last.isLower() && !last.isDigit() && keywords.contains(name);
 }
 
 QString identifier(const QString &name)
@@ -73,9 +73,9 @@ const char *ownerWord(KvaDbAttributeOwner owner)
 }
 
 /// The largest number without a sign.
-QString highestOf(const KvaDbSignal &signal)
+quint64 highestOf(const KvaDbSignal &signal)
 {
-    return QString::number(signal.bits >= 64 ? ~quint64(0) : (quint64(1) << signal.bits) - 1);
+    return signal.bits >= 64 ? ~quint64(0) : (quint64(1) << signal.bits) - 1;
 }
 
 } // namespace
@@ -84,7 +84,10 @@ QString highestOf(const KvaDbSignal &signal)
 class DbcWriter::UniqueNames
 {
 public:
-    explicit UniqueNames(int longestName) : longest(longestName) {}
+    UniqueNames(int longestName, size_t count) : longest(longestName)
+    {
+        taken.reserve(static_cast<int>(count));
+    }
 
     QString claim(const QString &wanted)
     {
@@ -120,21 +123,6 @@ private:
     QHash<QString, int> counts;
 };
 
-/// The names of a scope in the file.
-class DbcWriter::FileNames
-{
-public:
-    void choose(KvaDbNamed &named)
-    {
-        named.fullFileName = fullNames.claim(identifier(named.name));
-        named.fileName = names.claim(named.fullFileName);
-    }
-
-private:
-    UniqueNames fullNames{std::numeric_limits<int>::max()};
-    UniqueNames names{DbcKeys::kLongestName};
-};
-
 DbcWriter::DbcWriter(KvaDb &source)
     : database(source), longNames{{DbcKeys::kLongNodeName, KvaDbAttributeOwner::Node},
                                   {DbcKeys::kLongMessageName, KvaDbAttributeOwner::Message},
@@ -143,30 +131,38 @@ DbcWriter::DbcWriter(KvaDb &source)
     chooseNames(source);
 }
 
+template <class Named>
+void DbcWriter::chooseNames(std::list<Named> &scope, LongNames &kind)
+{
+    UniqueNames fullNames(std::numeric_limits<int>::max(), scope.size());
+    bool areAllFit = true;
+    for (Named &named : scope) {
+        named.fullFileName = fullNames.claim(identifier(named.name));
+        named.fileName = named.fullFileName;
+        areAllFit &= named.fullFileName.size() <= DbcKeys::kLongestName;
+    }
+    if (areAllFit)
+        return;
+    kind.areNeeded = true;
+    UniqueNames names(DbcKeys::kLongestName, scope.size());
+    for (Named &named : scope)
+        named.fileName = names.claim(named.fullFileName);
+}
+
 void DbcWriter::chooseNames(KvaDb &source)
 {
     auto &[ofNodes, ofMessages, ofSignals] = longNames;
-    const auto choose = [](FileNames &scope, KvaDbNamed &named, LongNames &kind) {
-        scope.choose(named);
-        kind.areNeeded |= named.isShortened();
-    };
-    FileNames nodeNames;
-    for (const auto &node : source.nodes)
-        choose(nodeNames, *node, ofNodes);
-    FileNames messageNames;
-    for (const auto &message : source.messages) {
-        choose(messageNames, *message, ofMessages);
-        FileNames signalNames;
-        for (const auto &signal : message->signalList)
-            choose(signalNames, *signal, ofSignals);
-    }
+    chooseNames(source.nodes, ofNodes);
+    chooseNames(source.messages, ofMessages);
+    for (KvaDbMessage &message : source.messages)
+        chooseNames(message.signalList, ofSignals);
 }
 
 QByteArray DbcWriter::bytes()
 {
     writeHead();
-    for (const auto &message : database.messages)
-        writeMessage(*message);
+    for (const KvaDbMessage &message : database.messages)
+        writeMessage(message);
     put("\n");
     writeComments();
     writeDefinitions();
@@ -183,28 +179,30 @@ void DbcWriter::append(const QString &text)
     const ushort *characters = text.utf16();
     const int size = text.size();
     char *place = room(size);
-    bool isAscii = true;
+    ushort seen = 0;
     for (int i = 0; i < size; ++i) {
-        isAscii &= characters[i] > 0 && characters[i] < 0x80;
+        seen |= characters[i] | static_cast<ushort>(characters[i] - 1); // high bits of NUL, too
         place[i] = static_cast<char>(characters[i]);
     }
-    if (!isAscii) {
+    if (seen >= 0x80) {
         const QByteArray bytes = encoded(text);
         return appendBytes(bytes.constData(), bytes.size());
     }
     used += size;
 }
 
-void DbcWriter::appendNumber(qint64 number)
-{
-    std::array<char, 20> digits; // -9223372036854775808
-    const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
-    appendBytes(digits.data(), static_cast<int>(end - digits.data()));
-}
-
 void DbcWriter::append(Quoted quoted)
 {
-    put("\"", escaped(quoted.text, database.doublesBackslashes), "\"");
+    put("\"");
+    const int start = used;
+    append(quoted.text);
+    const char *written = out.constData() + start;
+    const auto size = static_cast<size_t>(used - start);
+    if (std::memchr(written, '"', size) || std::memchr(written, '\\', size)) {
+        used = start;
+        append(escaped(quoted.text, database.doublesBackslashes));
+    }
+    put("\"");
 }
 
 void DbcWriter::append(const Place &place)
@@ -231,21 +229,30 @@ void DbcWriter::writeHead()
     for (const char *symbol : DbcKeys::kSymbols)
         put("\t", symbol, "\n");
     put("\nBS_:\n\nBU_:");
-    for (const auto &node : database.nodes)
-        put(" ", node.get());
+    for (const KvaDbNode &node : database.nodes)
+        put(" ", &node);
     put("\n\n");
+}
+
+void DbcWriter::putLimit(const QString &given, quint64 ofBits)
+{
+    if (given.isEmpty())
+        put(ofBits);
+    else
+        put(given);
 }
 
 void DbcWriter::writeMessage(const KvaDbMessage &message)
 {
     put("BO_ ", message.identifier, " ", message.fileName, ": ", message.dlc, " ", message.sender,
         "\n");
-    for (const auto &signal : message.signalList) {
-        put(" SG_ ", signal->fileName, " : ", signal->startBit, "|", signal->bits, "@1",
-            signal->type == KvaDbSignalType::Unsigned ? "+" : "-", " (1,0) [",
-            signal->minimum.isEmpty() ? QStringLiteral("0") : signal->minimum, "|",
-            signal->maximum.isEmpty() ? highestOf(*signal) : signal->maximum, "] \"\" ",
-            signal->receiver, "\n");
+    for (const KvaDbSignal &signal : message.signalList) {
+        put(" SG_ ", signal.fileName, " : ", signal.startBit, "|", signal.bits, "@1",
+            signal.type == KvaDbSignalType::Unsigned ? "+" : "-", " (1,0) [");
+        putLimit(signal.minimum, 0);
+        put("|");
+        putLimit(signal.maximum, highestOf(signal));
+        put("] \"\" ", signal.receiver, "\n");
     }
     put("\n");
 }
@@ -253,10 +260,10 @@ void DbcWriter::writeMessage(const KvaDbMessage &message)
 void DbcWriter::writeComments()
 {
     writeComment({}, database.comment);
-    for (const auto &message : database.messages) {
-        writeComment({message.get()}, message->comment);
-        for (const auto &signal : message->signalList)
-            writeComment({message.get(), signal.get()}, signal->comment);
+    for (const KvaDbMessage &message : database.messages) {
+        writeComment({&message}, message.comment);
+        for (const KvaDbSignal &signal : message.signalList)
+            writeComment({&message, &signal}, signal.comment);
     }
 }
 
@@ -313,18 +320,18 @@ void DbcWriter::putDefaultWord(const KvaDbAttributeDef &definition)
 
 void DbcWriter::writeDefinitions()
 {
-    for (const auto &definition : database.definitions) {
-        put("BA_DEF_ ", ownerWord(definition->owner), Quoted{definition->name}, " ");
-        putTypeWords(*definition);
+    for (const KvaDbAttributeDef &definition : database.definitions) {
+        put("BA_DEF_ ", ownerWord(definition.owner), Quoted{definition.name}, " ");
+        putTypeWords(definition);
         put(";\n");
     }
     for (const LongNames &kind : longNames) {
         if (kind.areNeeded)
             put("BA_DEF_ ", ownerWord(kind.owner), "\"", kind.attribute, "\" STRING;\n");
     }
-    for (const auto &definition : database.definitions) {
-        put("BA_DEF_DEF_ ", Quoted{definition->name}, " ");
-        putDefaultWord(*definition);
+    for (const KvaDbAttributeDef &definition : database.definitions) {
+        put("BA_DEF_DEF_ ", Quoted{definition.name}, " ");
+        putDefaultWord(definition);
         put(";\n");
     }
     for (const LongNames &kind : longNames) {
@@ -335,15 +342,15 @@ void DbcWriter::writeDefinitions()
 
 void DbcWriter::writeAttributesOf(const KvaDbAttributeList &owner, const Place &place)
 {
-    for (const auto &attribute : owner.attributes) {
-        const KvaDbAttributeDef &definition = *attribute->definition;
+    for (const KvaDbAttribute &attribute : owner.attributes) {
+        const KvaDbAttributeDef &definition = *attribute.definition;
         put("BA_ ", Quoted{definition.name}, " ", place);
         if (definition.type == KvaDbAttributeType::String)
-            put(Quoted{attribute->text}, ";\n");
+            put(Quoted{attribute.text}, ";\n");
         else if (definition.type == KvaDbAttributeType::Float)
-            put(attribute->text, ";\n");
+            put(attribute.text, ";\n");
         else
-            put(attribute->number, ";\n");
+            put(attribute.number, ";\n");
     }
 }
 
@@ -356,19 +363,19 @@ void DbcWriter::writeFullName(const char *attribute, const Place &place, const K
 void DbcWriter::writeAttributes()
 {
     writeAttributesOf(database, {});
-    for (const auto &node : database.nodes) {
-        const Place place{nullptr, nullptr, node.get()};
-        writeAttributesOf(*node, place);
-        writeFullName(DbcKeys::kLongNodeName, place, *node);
+    for (const KvaDbNode &node : database.nodes) {
+        const Place place{nullptr, nullptr, &node};
+        writeAttributesOf(node, place);
+        writeFullName(DbcKeys::kLongNodeName, place, node);
     }
-    for (const auto &message : database.messages) {
-        const Place place{message.get()};
-        writeAttributesOf(*message, place);
-        writeFullName(DbcKeys::kLongMessageName, place, *message);
-        for (const auto &signal : message->signalList) {
-            const Place signalPlace{message.get(), signal.get()};
-            writeAttributesOf(*signal, signalPlace);
-            writeFullName(DbcKeys::kLongSignalName, signalPlace, *signal);
+    for (const KvaDbMessage &message : database.messages) {
+        const Place place{&message};
+        writeAttributesOf(message, place);
+        writeFullName(DbcKeys::kLongMessageName, place, message);
+        for (const KvaDbSignal &signal : message.signalList) {
+            const Place signalPlace{&message, &signal};
+            writeAttributesOf(signal, signalPlace);
+            writeFullName(DbcKeys::kLongSignalName, signalPlace, signal);
         }
     }
 }

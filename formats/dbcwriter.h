@@ -6,7 +6,10 @@
 #include <QByteArray>
 #include <QString>
 
+#include <charconv>
 #include <cstring>
+#include <list>
+#include <type_traits>
 
 /// Writes the sections of a file from a finished database, in the order of the strictest reader.
 class DbcWriter
@@ -23,7 +26,6 @@ private:
         const QString &text;
     };
     class UniqueNames;
-    class FileNames;
 
     /// What the value or comment in a line belongs to; none of them: the database.
     struct Place {
@@ -39,6 +41,8 @@ private:
     };
 
     void chooseNames(KvaDb &source);
+    template <class Named>
+    void chooseNames(std::list<Named> &scope, LongNames &kind);
 
     /// Texts and numbers, one after the other.
     template <class... Parts>
@@ -48,9 +52,13 @@ private:
     }
     // The length of a literal is known.
     void append(const char *ascii) { appendBytes(ascii, static_cast<int>(std::strlen(ascii))); }
-    void append(int number) { appendNumber(number); }
-    void append(quint32 number) { appendNumber(number); }
-    void appendNumber(qint64 number);
+    template <class Number, class = std::enable_if_t<std::is_integral_v<Number>>>
+    void append(Number number)
+    {
+        constexpr int kMostDigits = 20; // 18446744073709551615
+        char *place = room(kMostDigits);
+        used += static_cast<int>(std::to_chars(place, place + kMostDigits, number).ptr - place);
+    }
     void appendBytes(const char *start, int size)
     {
         std::memcpy(room(size), start, static_cast<size_t>(size));
@@ -70,6 +78,7 @@ private:
     void append(const KvaDbNode *node);
 
     void writeHead();
+    void putLimit(const QString &given, quint64 ofBits);
     void writeMessage(const KvaDbMessage &message);
     void writeComments();
     void writeComment(const Place &place, const QString &comment);
@@ -85,9 +94,9 @@ private:
     template <class Write>
     void forEachSignal(const Write &write) const
     {
-        for (const auto &message : database.messages) {
-            for (const auto &signal : message->signalList)
-                write(Place{message.get(), signal.get()});
+        for (const KvaDbMessage &message : database.messages) {
+            for (const KvaDbSignal &signal : message.signalList)
+                write(Place{&message, &signal});
         }
     }
 

@@ -7,8 +7,6 @@
 
 #include <QFile>
 
-#include <memory>
-
 namespace
 {
 
@@ -21,8 +19,7 @@ KvaDbStatus add(Owner *owner, List list, Thing **thing)
 {
     if (!owner || !thing)
         return kvaDbErr_Param;
-    (owner->*list).push_back(std::make_unique<Thing>());
-    *thing = (owner->*list).back().get();
+    *thing = &(owner->*list).emplace_back();
     return kvaDbOK;
 }
 

@@ -1,4 +1,5 @@
-// What the handles of the database of messages stand for.
+// What the handles of the database of messages stand for. Lists leave what they hold in its place,
+// since handles point to it.
 #pragma once
 
 #include "formats/kvadblib.h"
@@ -6,8 +7,7 @@
 #include <QString>
 #include <QVector>
 
-#include <memory>
-#include <vector>
+#include <list>
 
 struct KvaDbAttributeDef {
     struct EnumValue {
@@ -33,7 +33,7 @@ struct KvaDbAttribute {
 
 /// What can have attributes.
 struct KvaDbAttributeList {
-    std::vector<std::unique_ptr<KvaDbAttribute>> attributes;
+    std::list<KvaDbAttribute> attributes;
 };
 
 /// A node, message or signal.
@@ -69,14 +69,14 @@ struct KvaDbMessage : KvaDbNamed {
     quint32 identifier = 0; ///< bit 31: extended
     int dlc = 0;
     const KvaDbNode *sender = nullptr; ///< null: nobody is named
-    std::vector<std::unique_ptr<KvaDbSignal>> signalList;
+    std::list<KvaDbSignal> signalList;
 };
 
 struct KvaDb : KvaDbAttributeList {
     bool isCreated = false;
     bool doublesBackslashes = true;
     QString comment;
-    std::vector<std::unique_ptr<KvaDbAttributeDef>> definitions;
-    std::vector<std::unique_ptr<KvaDbNode>> nodes;
-    std::vector<std::unique_ptr<KvaDbMessage>> messages;
+    std::list<KvaDbAttributeDef> definitions;
+    std::list<KvaDbNode> nodes;
+    std::list<KvaDbMessage> messages;
 };

@@ -80,12 +80,13 @@ QString Dbc::symbolName(const QString &name)
         return (code >= '0' && code <= '9') || (code >= 'a' && code <= 'z') ||
                (code >= 'A' && code <= 'Z') || code == '_' || code == '*';
     };
-    if (std::all_of(name.begin(), name.end(), canStand))
+    const int start = int(std::find_if_not(name.begin(), name.end(), canStand) - name.begin());
+    if (start == name.size())
         return name; // and no copy of it, as most are
     QString symbol = name;
-    for (QChar &character : symbol) {
-        if (!canStand(character))
-            character = QLatin1Char('_');
+    for (auto place = symbol.begin() + start; place != symbol.end(); ++place) {
+        if (!canStand(*place))
+            *place = QLatin1Char('_');
     }
     return symbol;
 }

@@ -9,6 +9,8 @@
 #include "support/implementation.h"
 #include "support/parametergroups.h"
 
+#include <QStringMatcher>
+
 namespace
 {
 
@@ -29,7 +31,8 @@ public:
     /// False if the signal is left out, for want of room.
     bool add(const SignalData &data, int bits)
     {
-        if (data.name.contains(QLatin1String("dummy"))) { // a gap
+        static const QStringMatcher gap(QStringLiteral("dummy"));
+        if (gap.indexIn(data.name) >= 0) {
             if (source.keepsAll)
                 addWhole(data, bits, true);
             position += bits;
@@ -48,7 +51,7 @@ public:
         signal.start = position;
         position += signal.bits;
         frame.hasVariableLength |= signal.sigType != J1939::SigType::Default;
-        frame.signalList << signal;
+        frame.signalList << std::move(signal);
         return true;
     }
 
@@ -62,7 +65,7 @@ private:
         describe(signal, data);
         signal.start = position;
         signal.isFiller = isFiller;
-        frame.signalList << signal;
+        frame.signalList << std::move(signal);
     }
 
     void describe(Signal &signal, const SignalData &data) const
@@ -108,11 +111,12 @@ void addGroup(const Source &source, const PgnData &group, const QVector<SpnData>
     frame.priority = group.priority;
     frame.isExtended = true;
     frame.format = FrameFormat::J1939;
+    frame.signalList.reserve(records.size());
     Packer packer(source, frame, source.form.mostGroupBits);
     for (const SpnData &spn : records)
         result.unfitSignals += packer.add(spn, source.form.bitsInGroup(spn)) ? 0 : 1;
     frame.bytes = source.form.groupBytes(packer.bits());
-    result.frames << frame;
+    result.frames << std::move(frame);
 }
 
 FrameFormat formatOf(bool isExtended, int bytes)
@@ -136,6 +140,7 @@ void addIdentifier(const Source &source, quint8 direction, quint32 id, Collected
     const int mostBytes = source.isCanFd ? kFdBytes : kClassicalBytes;
     Packer packer(source, frame, mostBytes * 8);
     const auto records = source.store.getDataElementRecords(source.line, id, direction);
+    frame.signalList.reserve(records.size());
     for (const ObjectDataBase::DataElement &element : records) {
         // As in the tables of the device, where texts have no bits.
         const int bits = COHelper::getDataLengthBits(static_cast<Type>(element.dataType));
@@ -143,7 +148,7 @@ void addIdentifier(const Source &source, quint8 direction, quint32 id, Collected
     }
     frame.bytes = FrameBits::frameLength((packer.bits() + 7) / 8);
     frame.format = formatOf(frame.isExtended, frame.bytes);
-    result.frames << frame;
+    result.frames << std::move(frame);
 }
 
 } // namespace
