@@ -7,6 +7,8 @@
 #include "support/cohelper.h"
 #include "support/implementation.h"
 
+#include <QStringBuilder>
+
 namespace
 {
 
@@ -14,31 +16,32 @@ using namespace Pgn;
 
 // clang-format off
 constexpr const char *kReferences[kValueArrayCount] = { // the place is the array
-    "&mv_u8[%1]", "&mv_i8[%1]", "&mv_u16[%1]", "&mv_i16[%1]", "&mv_u32[%1]", "&mv_i32[%1]",
-    "&mv_u64[%1]", "&mv_r32[%1]",
+    "&mv_u8[", "&mv_i8[", "&mv_u16[", "&mv_i16[", "&mv_u32[", "&mv_i32[", "&mv_u64[", "&mv_r32[",
 };
 // clang-format on
 
-/// The variable of a signal as a C expression; "NULL" for a signal that has none.
-QString variableOf(const Signal &signal)
+bool isManaged(const Signal &signal)
 {
-    QString variable;
-    if (signal.data.implementation != Implementation::kManagedVariable)
-        variable = CText::expression(signal.data.varName.trimmed());
-    else if (signal.place)
-        variable = QString::fromLatin1(kReferences[static_cast<int>(signal.place->array)])
-                       .arg(signal.place->position);
-    return variable.isEmpty() ? QStringLiteral("NULL") : variable;
+    return signal.data.implementation == Implementation::kManagedVariable;
 }
 
-/// The address of the variable, where the expression is not one already.
-QString addressOf(const Signal &signal)
+/// The variable of a signal as the project gives it, or its address where that does not have it;
+/// "NULL" for a signal that has none.
+void writeVariable(TextWriter &out, const Signal &signal, bool asAddress)
 {
-    const QString variable = variableOf(signal);
+    if (isManaged(signal) && signal.place) {
+        out.parts(kReferences[static_cast<int>(signal.place->array)],
+                  quint32(signal.place->position), "]");
+        return;
+    }
+    const QString variable =
+        isManaged(signal) ? QString() : CText::expression(signal.data.varName.trimmed());
+    if (variable.isEmpty())
+        return out.raw("NULL");
     // Deliberate: NULL stands bare, held by tst_pgngenerator.
     const bool isAddress = variable.contains(QLatin1Char('&')) ||
                            variable.contains(QLatin1Char('*')) || variable == QLatin1String("NULL");
-    return isAddress ? variable : QLatin1Char('&') + variable;
+    out.parts(asAddress && !isAddress ? "&" : "", variable);
 }
 
 quint32 bitsOfType(const Signal &signal)
@@ -48,15 +51,16 @@ quint32 bitsOfType(const Signal &signal)
 
 void writeGroupRow(Context &context, const Signal &signal)
 {
-    context.out.parts(addressInGroup(signal), ", ", bitsInGroup(signal), "u, ", signal.data.number,
-                      "u, ", typeTagOfGroup(signal.data.dataType),
+    writeAddressInGroup(context.out, signal);
+    context.out.parts(", ", bitsInGroup(signal), "u, ", signal.data.number, "u, ",
+                      typeTagOfGroup(signal.data.dataType),
                       context.form.dynamicMapping ? ", 0u" : "");
 }
 
 void writeIdentifierRow(Context &context, const Signal &signal)
 {
-    context.out.parts(addressOf(signal), ", ", bitsOfType(signal), "u, ",
-                      typeTagOfIdentifier(signal.data.dataType));
+    writeVariable(context.out, signal, true);
+    context.out.parts(", ", bitsOfType(signal), "u, ", typeTagOfIdentifier(signal.data.dataType));
 }
 
 const char *mappingName(quint8 direction)
@@ -64,38 +68,33 @@ const char *mappingName(quint8 direction)
     return direction == Direction::kTransmitted ? "tx_mapping_" : "rx_mapping_";
 }
 
-/// Storage of constant tables, with its blanks.
-QString constStorage(const Context &context)
+void writeGroup(Context &context, const QString &linePrefix, const Group &group)
 {
-    return QStringLiteral(" %1 ").arg(QLatin1String(context.dialect.constMacro));
-}
-
-void writeGroup(Context &context, const Line &line, const Group &group)
-{
+    TextWriter &out = context.out;
     const quint32 number = group.data.number;
-    context.out.parts("/* PGN ", numberAndName(number, group.data.name), " */\n");
-    context.out.parts("static ", context.form.dynamicMapping ? QString() : constStorage(context),
-                      "J1939_MAPPING_T ", linePrefix(context, line),
-                      mappingName(group.data.direction), number, "[] = {\n");
+    out.parts("/* PGN ", numberAndName(number, group.data.name), " */\nstatic ");
+    if (!context.form.dynamicMapping)
+        out.parts(" ", context.dialect.constMacro, " ");
+    out.parts("J1939_MAPPING_T ", linePrefix, mappingName(group.data.direction), number,
+              "[] = {\n");
     writeRows(context, group.mapping, writeGroupRow);
-    context.out.raw("\n");
+    out.raw("\n");
 }
 
-void writeIdentifier(Context &context, const Line &line, const Identifier &identifier)
+void writeIdentifier(Context &context, const QString &linePrefix, const Identifier &identifier)
 {
     const quint32 id = identifier.data.id;
     context.out.parts("/* canid ", numberAndName(id, identifier.data.name), " */\n");
-    context.out.parts("static ", constStorage(context), "CORE_MAPPING_T ",
-                      linePrefix(context, line), mappingName(identifier.data.direction), id,
-                      "[] = {\n");
+    context.out.parts("static  ", context.dialect.constMacro, " CORE_MAPPING_T ", linePrefix,
+                      mappingName(identifier.data.direction), id, "[] = {\n");
     writeRows(context, identifier.mapping, writeIdentifierRow);
 }
 
 } // namespace
 
-QString Pgn::addressInGroup(const Signal &signal)
+void Pgn::writeAddressInGroup(TextWriter &out, const Signal &signal)
 {
-    return isTextOfGroup(signal.data.dataType) ? variableOf(signal) : addressOf(signal);
+    writeVariable(out, signal, !isTextOfGroup(signal.data.dataType));
 }
 
 quint32 Pgn::bitsInGroup(const Signal &signal)
@@ -105,8 +104,8 @@ quint32 Pgn::bitsInGroup(const Signal &signal)
 
 QString Pgn::numberAndName(quint32 number, const QString &name)
 {
-    return QStringLiteral("%1/0x%2 %3")
-        .arg(QString::number(number), Numbers::toHex(number, 4), CText::comment(name));
+    return QString::number(number) % QLatin1String("/0x") % Numbers::toHex(number, 4) %
+           QLatin1Char(' ') % CText::comment(name);
 }
 
 void Pgn::writeRows(Context &context, const QVector<Signal> &mapping, RowWriter writeRow)
@@ -134,15 +133,16 @@ void Pgn::declareMappings(Context &context)
     context.out.raw("\n"
                     "/*  PGN Mapping Definitions */\n");
     for (const Line &line : qAsConst(context.lines)) {
+        const QString prefix = linePrefix(context, line);
         for (const Traffic *traffic : {&line.received, &line.transmitted}) {
             for (const Group &group : traffic->groups) {
                 if (hasMapping(context, line, group))
-                    writeGroup(context, line, group);
+                    writeGroup(context, prefix, group);
             }
             if (line.type != LineType::RawCan)
                 continue;
             for (const Identifier &identifier : traffic->identifiers)
-                writeIdentifier(context, line, identifier);
+                writeIdentifier(context, prefix, identifier);
         }
     }
 }

@@ -8,7 +8,7 @@ namespace Pgn
 
 /// The address of a signal's variable as a C expression; "NULL" for a signal that has none, and for
 /// a managed one without a place.
-QString addressInGroup(const Signal &signal);
+void writeAddressInGroup(TextWriter &out, const Signal &signal);
 
 /// The width of a signal; strings have a size of their own.
 quint32 bitsInGroup(const Signal &signal);

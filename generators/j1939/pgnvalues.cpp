@@ -48,8 +48,8 @@ struct Variable {
     quint8 line;
     quint32 frame; ///< parameter group or CAN identifier
     quint32 signal;
-    QString value;
-    bool isName; ///< part of the NAME of the device
+    QString value; ///< empty: 0, since variables are not initialised
+    bool isName;   ///< part of the NAME of the device
 };
 
 struct ArrayContent {
@@ -123,9 +123,10 @@ void collectVariables(const Context &context, Contents &contents, const Line &li
             const auto array = arrayOf(signal.data.dataType);
             if (signal.data.implementation != Implementation::kManagedVariable || !array)
                 continue;
+            const bool hasValue = context.form.initialiseValues || facts.isName;
             addVariable(contents, signal, *array,
                         {line.number, facts.number, signal.data.number,
-                         valueOf(frame, *array, signal.data), facts.isName},
+                         hasValue ? valueOf(frame, *array, signal.data) : QString(), facts.isName},
                         facts.isReferenced);
         }
     }
@@ -150,11 +151,10 @@ void writeArray(Context &context, const ArrayWords &words, const ArrayContent &c
         return;
     }
     out.raw("= {\n");
+    const QString zero = valueText(words.array, QStringLiteral("0"));
     const char *separator = "";
     for (const Variable &variable : content.variables) {
-        const bool hasValue = context.form.initialiseValues || variable.isName;
-        out.parts(separator, words.start,
-                  hasValue ? variable.value : valueText(words.array, QStringLiteral("0")),
+        out.parts(separator, words.start, variable.value.isEmpty() ? zero : variable.value,
                   words.end);
         writeIndex(context, variable);
         separator = ",\n";

@@ -40,7 +40,8 @@ QVector<const Group *> groupsOf(const Line &line, const DirectionWords &words)
 /// those after it. Held by tst_sdmgenerator.
 void writeSignalRow(Context &context, const Signal &signal)
 {
-    context.out.parts(addressInGroup(signal), ", ", bitsInGroup(signal), "u");
+    writeAddressInGroup(context.out, signal);
+    context.out.parts(", ", bitsInGroup(signal), "u");
 }
 
 void writeMapping(Context &context, const QString &name, const Group &group)
