@@ -14,6 +14,7 @@
 
 #include <QRegularExpression>
 #include <QSet>
+#include <QStringBuilder>
 
 #include <algorithm>
 #include <optional>
@@ -176,6 +177,8 @@ Name parseName(const QString &expression)
 {
     if (isPlainName(expression)) // most are, and need no pattern
         return {isReserved(expression) ? QString() : expression, false, 0};
+    if (expression.contains(QLatin1Char('.'))) // a member, which is not declared by itself
+        return {};
     static const QRegularExpression pattern(
         QStringLiteral("^\\s*([A-Za-z_][A-Za-z0-9_]*)\\s*"
                        "(?:\\[\\s*(0|[1-9][0-9]*|0[xX][0-9A-Fa-f]+)[uUlL]{0,3}\\s*\\]\\s*)?$"));
@@ -235,8 +238,7 @@ public:
         }
         if (target.isElement)
             variable.elements = std::max(variable.elements, target.index + 1);
-        if (!variable.defaultValues.contains(target.index))
-            variable.defaultValues.insert(target.index, use.defaultValue);
+        variable.defaultValues.emplace(target.index, use.defaultValue); // the first one stays
     }
 
     const Variables &all() const { return variables; }
@@ -250,16 +252,18 @@ private:
         variables.places.insert(name, variables.declared.size());
         Variable variable;
         variable.name = name;
-        variables.declared << variable;
+        variables.declared << std::move(variable);
         return variables.declared.last();
     }
 
     void addOther(const Use &use)
     {
-        const QString expression = use.expression.simplified();
-        if (!knownOthers.contains(expression))
+        const bool isKnown = knownOthers.contains(use.expression);
+        const QString expression = isKnown ? use.expression : use.expression.simplified();
+        if (!isKnown && !knownOthers.contains(expression)) {
             variables.others << expression;
-        knownOthers.insert(expression);
+            knownOthers.insert(expression);
+        }
         addMisfit(use, expression, {}, {});
     }
 
@@ -396,12 +400,12 @@ QString signedText(const CType &type, qint64 value)
 {
     const int unused = 64 - 8 * type.bytes;
     const auto cut = static_cast<qint64>(static_cast<quint64>(value) << unused) >> unused;
-    return QString::number(cut) + QLatin1String(type.bytes == 4 ? "L" : "");
+    return QString::number(cut) % QLatin1String(type.bytes == 4 ? "L" : "");
 }
 
 QString unsignedText(const CType &type, quint64 value)
 {
-    return QString::number(value & (~quint64(0) >> (64 - 8 * type.bytes))) +
+    return QString::number(value & (~quint64(0) >> (64 - 8 * type.bytes))) %
            QLatin1String(type.bytes == 4 ? "UL" : "u");
 }
 
@@ -583,7 +587,7 @@ QString ExtDecl::declaration(const Variable &variable)
 QString ExtDecl::definition(const Variable &variable)
 {
     if (variable.elements == 0) {
-        const QString value = valueText(variable, variable.defaultValues.value(0));
+        const QString value = valueText(variable, variable.defaultValues.at(0));
         QString text = declarator(variable, QString());
         if (!value.isEmpty()) {
             text += QLatin1String(" = ");
@@ -593,11 +597,10 @@ QString ExtDecl::definition(const Variable &variable)
     }
     const QString start = declarator(variable, QString::number(variable.elements));
     QStringList values;
-    for (auto it = variable.defaultValues.constBegin(); it != variable.defaultValues.constEnd();
-         ++it) {
-        const QString value = valueText(variable, it.value());
+    for (const auto &[index, text] : variable.defaultValues) {
+        const QString value = valueText(variable, text);
         if (!value.isEmpty())
-            values << QStringLiteral("[%1] = ").arg(it.key()) + value;
+            values << QStringLiteral("[%1] = ").arg(index) + value;
     }
     return values.isEmpty()
                ? start

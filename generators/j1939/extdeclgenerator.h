@@ -6,9 +6,10 @@
 #include "generators/filegenerator.h"
 
 #include <QHash>
-#include <QMap>
 #include <QStringList>
 #include <QVector>
+
+#include <map>
 
 /// Writes both files, for all lines of a project. The application may leave gen_var_decl.c out of
 /// its build and define the variables itself.
@@ -51,9 +52,9 @@ struct CType;
 struct Variable {
     QString name;
     const CType *type = nullptr;
-    quint32 bytes = 0;                    ///< of one element, at least 1
-    quint32 elements = 0;                 ///< of an array, by the highest index in use; 0: no array
-    QMap<quint32, QString> defaultValues; ///< of the elements in use, as the project gives them
+    quint32 bytes = 0;    ///< of one element, at least 1
+    quint32 elements = 0; ///< of an array, by the highest index in use; 0: no array
+    std::map<quint32, QString> defaultValues; ///< of the elements in use, as the project gives them
 };
 
 /// An object whose variable is not declared as its table takes it.
