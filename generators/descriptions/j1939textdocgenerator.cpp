@@ -13,10 +13,23 @@
 namespace
 {
 
+/// Is a simplified text as it stands? Most are.
+bool isSimple(const QString &text)
+{
+    QChar former = QLatin1Char(' ');
+    for (const QChar character : text) {
+        if (character.isSpace() && (character != QLatin1Char(' ') || former == character))
+            return false;
+        former = character;
+    }
+    return text.isEmpty() || former != QLatin1Char(' ');
+}
+
 /// \a text between two tabs.
 QString oneField(const QString &text)
 {
-    return oneLine(text).simplified();
+    const QString line = oneLine(text);
+    return isSimple(line) ? line : line.simplified();
 }
 
 } // namespace

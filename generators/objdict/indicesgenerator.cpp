@@ -6,22 +6,30 @@
 #include "support/helper.h"
 #include "support/numbers.h"
 
+#include <array>
+
 namespace
 {
 
-bool canStandInName(QChar character)
-{
-    const ushort code = character.unicode();
-    return (code >= 'A' && code <= 'Z') || (code >= 'a' && code <= 'z') ||
-           (code >= '0' && code <= '9') || code == '_';
-}
+/// What becomes of an ASCII character in a name: letters of upper case, "_" for what cannot stand
+/// there, blanks among them.
+constexpr auto kNameCharacters = [] {
+    std::array<char, 0x80> characters{};
+    for (size_t code = 0; code < characters.size(); ++code) {
+        const auto letter = static_cast<char>(code);
+        const bool isLower = letter >= 'a' && letter <= 'z';
+        const bool isFit = (letter >= 'A' && letter <= 'Z') || (letter >= '0' && letter <= '9');
+        characters[code] = isLower ? static_cast<char>(letter - 'a' + 'A') : isFit ? letter : '_';
+    }
+    return characters;
+}();
 
-/// Blanks are among the characters that become "_".
+/// Of a text in upper case.
 QString onlyNameCharacters(QString text)
 {
     for (QChar &character : text) {
-        if (!canStandInName(character))
-            character = QLatin1Char('_');
+        const ushort code = character.unicode();
+        character = QLatin1Char(code < kNameCharacters.size() ? kNameCharacters[code] : '_');
     }
     return text;
 }
@@ -48,12 +56,11 @@ QString prefixedName(const char *kind, const QString &text)
     char former = '_';
     bool hasRun = false;
     for (const QChar character : text) {
+        const ushort code = character.unicode();
         // Upper case comes first: that of a sharp s is two letters.
-        if (character.unicode() >= 0x80)
+        if (code >= kNameCharacters.size())
             return withoutRuns(onlyNameCharacters(QLatin1String(kind) + text.toUpper()));
-        const char letter = character.toLatin1();
-        const char upper = letter >= 'a' && letter <= 'z' ? char(letter - 'a' + 'A') : letter;
-        const char fit = canStandInName(QLatin1Char(upper)) ? upper : '_';
+        const char fit = kNameCharacters[code];
         hasRun |= fit == '_' && former == '_';
         *place++ = QLatin1Char(fit);
         former = fit;
