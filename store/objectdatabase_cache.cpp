@@ -68,7 +68,7 @@ void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
                          QLatin1String(Schema::kIndexInRange)));
         while (statement.next()) {
             const quint16 key = static_cast<quint16>(statement.value(0).toUInt());
-            IndexData &record = *cache.objects.insert(cache.objects.constEnd(), key, IndexData());
+            IndexData &record = cache.objects[key];
             int i = 1;
             for (const Column<IndexData> &field : kIndexColumns)
                 d->readColumn(field, record, statement.value(i++));
@@ -93,10 +93,10 @@ void ObjectDataBase::cacheAllSubNames(quint8 line, quint16 index)
     if (cache != d->cachedSubs.constEnd() && cache->complete) {
         // The line's records are in memory, the names with them.
         for (auto object = cache->subs.from(index);
-             object != cache->subs.end() && (index == 0 || object->first == index); ++object) {
-            const ObjectMembers &members = object->second;
+             object != cache->subs.end() && (index == 0 || object.key() == index); ++object) {
+            const ObjectMembers &members = *object;
             for (auto it = members.constBegin(); it != members.constEnd(); ++it)
-                d->cachedSubNames.insert(StorePrivate::placeKey(line, object->first, it.key()),
+                d->cachedSubNames.insert(StorePrivate::placeKey(line, object.key(), it.key()),
                                          it->denotation.isEmpty() ? it->name : it->denotation);
         }
         return;

@@ -205,9 +205,10 @@ bool ObjectDataBase::copyObjects(ObjectDataBase &other, quint8 line, quint8 othe
         done = delIndex(line, object.key(), true) && done;
         done = addIndex(line, object.key(), *object) && done;
     }
-    for (const auto &[index, members] : source.subs) {
-        if (index < low || index > high)
-            continue;
+    for (auto object = source.subs.from(static_cast<quint16>(low));
+         object != source.subs.end() && object.key() <= high; ++object) {
+        const quint16 index = object.key();
+        const ObjectMembers &members = *object;
         if (!copied.contains(index)) // has subindices only
             done = delIndex(line, index, true) && done;
         for (auto sub = members.constBegin(); sub != members.constEnd(); ++sub) {

@@ -33,10 +33,10 @@ bool ObjectDataBase::existIndex(quint8 line, quint16 index) const
 bool ObjectDataBase::getIndexData(quint8 line, quint16 index, INDEX_DATA_T &data) const
 {
     if (const LineCache *cache = d->completeCache(line)) {
-        const auto found = cache->objects.constFind(index);
-        if (found != cache->objects.constEnd())
+        const IndexData *found = cache->objects.find(index);
+        if (found)
             data = *found;
-        return found != cache->objects.constEnd();
+        return found != nullptr;
     }
     Statement statement(*d,
                         QStringLiteral("select %1 from %2 where objectindex = ?")
@@ -71,10 +71,11 @@ bool ObjectDataBase::addIndex(quint8 line, quint16 index, const INDEX_DATA_T &da
     const bool done = d->inserter(RowKind::Object, line).write(*d, cells, kept);
     const auto cache = d->cachedSubs.find(line);
     if (done && cache != d->cachedSubs.end() && cache->complete) {
-        const Metadata stored = cache->objects.value(index).metadata;
-        cache->objects.insert(index, data);
+        IndexData &cached = cache->objects[index];
+        const Metadata stored = cached.metadata;
+        cached = data;
         if (data.metadata.isEmpty())
-            cache->objects[index].metadata = stored;
+            cached.metadata = stored;
     }
     notifySub(ChangeSet::Kind::AddIndex, line, index, 0);
     return done;
@@ -116,8 +117,9 @@ bool ObjectDataBase::setIndexName(quint8 line, quint16 index, const QString &nam
                                   .arg(Schema::table("Objects", line)),
                               {getStringId(name), index});
     const auto cache = d->cachedSubs.find(line);
-    if (done && cache != d->cachedSubs.end() && cache->objects.contains(index))
-        cache->objects[index].name = name;
+    IndexData *cached = cache != d->cachedSubs.end() ? cache->objects.find(index) : nullptr;
+    if (done && cached)
+        cached->name = name;
     return done;
 }
 

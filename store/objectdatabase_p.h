@@ -37,7 +37,7 @@ struct LineCache {
     bool complete = false;
     QSet<quint32> escaped; ///< keys of records that differ from their row; see cacheWrittenSub()
     SubTable subs;
-    QMap<quint16, IndexData> objects;
+    ObjectMap<IndexData> objects;
 };
 
 /// A frame of a line: a number may stand once for each direction.

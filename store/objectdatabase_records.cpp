@@ -71,10 +71,10 @@ bool readObjects(StorePrivate &store, quint8 line, std::map<quint16, ObjectRecor
     SubTable subs;
     if (!store.readSubs(line, 0, subs))
         return false;
-    for (const auto &[index, members] : subs) {
+    for (auto members = subs.begin(); members != subs.end(); ++members) {
         ObjectRecord &object =
-            objects->try_emplace(index, ObjectRecord{false, {}, {}}).first->second;
-        for (auto sub = members.constBegin(); sub != members.constEnd(); ++sub)
+            objects->try_emplace(members.key(), ObjectRecord{false, {}, {}}).first->second;
+        for (auto sub = members->constBegin(); sub != members->constEnd(); ++sub)
             object.subs.emplace_hint(object.subs.end(), sub.key(), *sub);
     }
     return done;

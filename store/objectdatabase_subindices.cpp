@@ -43,16 +43,11 @@ std::optional<SubTest> cachedTest(const QString &column, const QString &value)
 template <typename Visitor>
 void visitCached(const LineCache &cache, const Visitor &visit)
 {
-    auto object = cache.objects.constBegin();
-    for (const auto &[index, members] : cache.subs) {
-        while (object != cache.objects.constEnd() && object.key() < index)
-            ++object;
-        if (object == cache.objects.constEnd())
-            return;
-        if (object.key() != index)
+    for (auto object = cache.subs.begin(); object != cache.subs.end(); ++object) {
+        if (!cache.objects.contains(object.key()))
             continue;
-        for (auto sub = members.constBegin(); sub != members.constEnd(); ++sub)
-            visit(index, sub.key(), *sub);
+        for (auto sub = object->constBegin(); sub != object->constEnd(); ++sub)
+            visit(object.key(), sub.key(), *sub);
     }
 }
 

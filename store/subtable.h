@@ -2,10 +2,10 @@
 // so those of an object lie side by side.
 #pragma once
 
+#include "store/objectmap.h"
 #include "store/records.h"
 
 #include <algorithm>
-#include <map>
 #include <vector>
 
 /// The subindices of one object, ascending. Iterators are those of a map and last until the next
@@ -116,53 +116,55 @@ public:
     const ObjectMembers &of(quint16 index) const
     {
         static const ObjectMembers none;
-        const auto object = objects.find(index);
-        return object != objects.end() ? object->second : none;
+        const ObjectMembers *members = objects.find(index);
+        return members ? *members : none;
     }
 
     /// Null if there is no such subindex.
     const SubIndexData *find(quint16 index, quint8 sub) const { return of(index).find(sub); }
     SubIndexData *find(quint16 index, quint8 sub)
     {
-        const auto object = objects.find(index);
-        return object != objects.end() ? object->second.find(sub) : nullptr;
+        ObjectMembers *members = objects.find(index);
+        return members ? members->find(sub) : nullptr;
     }
 
     /// The subindex, made with default values if there is none.
     SubIndexData &record(quint16 index, quint8 sub)
     {
-        // Rows are read in ascending order: each then belongs at the end, and the object before it
-        // is complete.
-        if (!objects.empty() && objects.rbegin()->first < index)
-            objects.rbegin()->second.shrink();
-        return objects.try_emplace(objects.end(), index)->second[sub];
+        // Rows are read in ascending order: the object before this one is complete.
+        if (lastIndex < index) {
+            if (ObjectMembers *last = objects.find(lastIndex))
+                last->shrink();
+        }
+        lastIndex = index;
+        return objects[index][sub];
     }
 
     void remove(quint16 index, quint8 sub)
     {
-        const auto object = objects.find(index);
-        if (object == objects.end())
+        ObjectMembers *members = objects.find(index);
+        if (!members)
             return;
-        object->second.remove(sub);
-        if (object->second.isEmpty())
-            objects.erase(object);
+        members->remove(sub);
+        if (members->isEmpty())
+            objects.remove(index);
     }
 
-    void removeObject(quint16 index) { objects.erase(index); }
+    void removeObject(quint16 index) { objects.remove(index); }
 
     /// Calls change(data) for each subindex.
     template <class Visitor>
     void changeEach(const Visitor &change)
     {
-        for (auto &object : objects)
-            object.second.changeEach(change);
+        objects.changeEach([&change](ObjectMembers &members) { members.changeEach(change); });
     }
 
     /// Pairs of index and members, from \a low on.
     auto begin() const { return objects.begin(); }
     auto end() const { return objects.end(); }
-    auto from(quint16 low) const { return objects.lower_bound(low); }
+    auto from(quint16 low) const { return objects.lowerBound(low); }
 
 private:
-    std::map<quint16, ObjectMembers> objects;
+    ObjectMap<ObjectMembers> objects;
+    quint16 lastIndex = 0; ///< of the object that record() changed
 };
