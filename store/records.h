@@ -76,35 +76,36 @@ constexpr quint8 kAlways = 2;
 
 /// One subindex; an object that is a plain variable has just subindex 0.
 struct SubIndexData {
+    // The fields lie by their size, without gaps: a project has a hundred thousand of these.
     QString name = QStringLiteral("unnamed subindex"); ///< the parameter name
-    quint16 dataType = CAN::typeNumber(CAN::CANopenDataType::Unsigned8);
+    QString denotation;                                ///< display name
+    QString description;
+    QString varName;                           ///< C name of an application variable
     QString accessType = QStringLiteral("ro"); ///< a word of AccessType
+    QString allowedAccessTypes = QStringLiteral("const,ro,rw,wo,rww,rwr");
     QString defaultValue;
     QString currentValue; ///< value of the DCF
-    PDOMapping pdoMapping;
     QString lowLimit = QStringLiteral("0");
     QString upLimit = QStringLiteral("0");
+    Metadata metadata;
     quint32 size = 0; ///< bytes of a string or domain
+    qint32 category = 1;
+    qint32 signalId = 0; ///< row of the table Signals
+    quint16 dataType = CAN::typeNumber(CAN::CANopenDataType::Unsigned8);
+    quint16 wizardSource = 0;
+    PDOMapping pdoMapping;
+    quint8 implementation = Implementation::kManagedVariable;
+    quint8 writeDefaultToEds = WriteDefault::kWithDefaultInEds;
     bool defaultInEds = true;
     bool limitInEds = false;
     bool refuseRead = false;
     bool refuseWrite = false;
     bool dcfComponent = false;
     bool cyclicRead = false;
-    QString allowedAccessTypes = QStringLiteral("const,ro,rw,wo,rww,rwr");
-    quint8 implementation = Implementation::kManagedVariable;
-    QString description;
-    QString varName; ///< C name of an application variable
-    qint32 category = 1;
-    quint8 writeDefaultToEds = WriteDefault::kWithDefaultInEds;
     bool changedByUser = false;
-    quint16 wizardSource = 0;
     bool sharedLines = false;
-    QString denotation; ///< display name
     bool managedByOlm = false;
-    qint32 signalId = 0; ///< row of the table Signals
     bool nvStorage = false;
-    Metadata metadata;
 
     /// All fields but managedByOlm and signalId; varName without regard to white space.
     bool operator==(const SubIndexData &other) const;
