@@ -4,18 +4,44 @@
 #include "support/helper.h"
 #include "support/printable.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace
 {
 
-QString normalizedName(const QString &name)
+constexpr ushort kFirstPrintable = 0x20;
+constexpr int kUsualEntries = 8; // of a section
+
+QChar lowerCase(QChar character)
 {
-    QString result;
-    result.reserve(name.size());
+    const ushort code = character.unicode();
+    if (code >= 0x80)
+        return character.toLower();
+    return code >= 'A' && code <= 'Z' ? QChar(ushort(code - 'A' + 'a')) : character;
+}
+
+QString normalizedName(const QStringRef &name)
+{
+    QString result(name.size(), Qt::Uninitialized);
+    QChar *end = result.data();
     for (const QChar character : name) {
         if (!character.isSpace())
-            result += character.toLower();
+            *end++ = lowerCase(character);
     }
+    result.truncate(int(end - result.constData()));
     return result;
+}
+
+/// As QStringRef::trimmed() does, which is felt in a file of many short lines.
+QStringRef trimmed(const QStringRef &text, int from, int end)
+{
+    const QChar *const characters = text.constData();
+    while (from < end && characters[from].isSpace())
+        ++from;
+    while (end > from && characters[end - 1].isSpace())
+        --end;
+    return {text.string(), text.position() + from, end - from};
 }
 
 } // namespace
@@ -39,18 +65,14 @@ void EdsReader::parse(const QByteArray &bytes, const QString &origin)
     lastWasBlank = true;
 
     text = decode(bytes);
-    const QChar *characters = text.constData();
-    const auto isLineEnd = [characters](int place) {
-        return characters[place] == QLatin1Char('\n') || characters[place] == QLatin1Char('\r');
-    };
-    for (int start = 0; start < text.size();) {
-        int end = start;
-        while (end < text.size() && !isLineEnd(end))
+    const QChar *const textEnd = text.constEnd();
+    for (const QChar *start = text.constBegin(); start < textEnd;) {
+        const QChar *end = start;
+        while (end->unicode() >= kFirstPrintable) // else a line end, or the zero after the text
             ++end;
         ++lineNumber;
-        readLine(QStringRef(&text, start, end - start));
-        const bool isCrLf = end + 1 < text.size() && characters[end] == QLatin1Char('\r') &&
-                            characters[end + 1] == QLatin1Char('\n');
+        readLine(QStringRef(&text, int(start - text.constBegin()), int(end - start)));
+        const bool isCrLf = end->unicode() == '\r' && end[1].unicode() == '\n';
         start = end + (isCrLf ? 2 : 1);
     }
     closeBlock();
@@ -58,7 +80,7 @@ void EdsReader::parse(const QByteArray &bytes, const QString &origin)
 
 const EdsSection *EdsReader::section(const QString &name) const
 {
-    const auto found = lastByName.constFind(normalizedName(name));
+    const auto found = lastByName.constFind(normalizedName(QStringRef(&name)));
     return found == lastByName.constEnd() ? nullptr : &allSections[*found];
 }
 
@@ -75,17 +97,18 @@ void EdsReader::tellProblems() const
 QString EdsReader::decode(const QByteArray &bytes)
 {
     QString decoded = Helper::decodeText(bytes);
-    for (QChar &character : decoded) {
-        if (character.unicode() < 0x20 && character != QLatin1Char('\n') &&
-            character != QLatin1Char('\r'))
-            character = QLatin1Char(' ');
+    QChar *characters = decoded.data();
+    for (int i = 0; i < decoded.size(); ++i) {
+        const ushort code = characters[i].unicode();
+        const bool isControl = code < kFirstPrintable && code != '\n' && code != '\r';
+        characters[i] = QChar(isControl ? ushort(' ') : code);
     }
     return decoded;
 }
 
 void EdsReader::readLine(const QStringRef &raw)
 {
-    const QStringRef line = raw.trimmed();
+    const QStringRef line = trimmed(raw, 0, raw.size());
     if (line.isEmpty()) {
         // A block that follows the lines of a section ends here; one after a blank line goes on.
         if (!block.isBehindBlank)
@@ -93,12 +116,18 @@ void EdsReader::readLine(const QStringRef &raw)
         lastWasBlank = true;
         return;
     }
-    if (line.startsWith(QLatin1String(";;"))) {
-        readComment(raw.mid(raw.indexOf(QLatin1Char(';')) + 2));
-    } else if (line[0] == QLatin1Char('[')) {
+    switch (line[0].unicode()) {
+    case '[':
         readSectionHead(line);
         lastWasBlank = false;
-    } else if (line[0] != QLatin1Char(';') && line[0] != QLatin1Char('#')) {
+        break;
+    case ';':
+        if (line.size() > 1 && line[1] == QLatin1Char(';'))
+            readComment(raw.mid(raw.indexOf(QLatin1Char(';')) + 2));
+        break;
+    case '#':
+        break;
+    default:
         readEntry(line);
         lastWasBlank = false;
     }
@@ -124,18 +153,20 @@ void EdsReader::readSectionHead(const QStringRef &line)
         });
 
     EdsSection section;
-    section.name = normalizedName(line.mid(1, end < 0 ? -1 : end - 1).toString());
+    section.name = normalizedName(line.mid(1, end < 0 ? -1 : end - 1));
     section.line = lineNumber;
+    section.entries.reserve(kUsualEntries);
     lastByName.insert(section.name, allSections.size());
-    allSections.append(section);
+    allSections.append(std::move(section));
     closeBlock();
 }
 
 void EdsReader::readEntry(const QStringRef &line)
 {
     closeBlock();
-    const int split = line.indexOf(QLatin1Char('='));
-    const QStringRef key = line.left(qMax(split, 0)).trimmed();
+    const QChar *const sign = std::find(line.begin(), line.end(), QLatin1Char('='));
+    const int split = int(sign - line.begin());
+    const QStringRef key = sign == line.end() ? QStringRef() : trimmed(line, 0, split);
     if (key.isEmpty() || allSections.isEmpty()) {
         const bool isKey = !key.isEmpty();
         note("eds-line", lineNumber, [&] {
@@ -146,7 +177,7 @@ void EdsReader::readEntry(const QStringRef &line)
         });
         return;
     }
-    allSections.last().entries.append({key, line.mid(split + 1).trimmed(), lineNumber});
+    allSections.last().entries.append({key, trimmed(line, split + 1, line.size()), lineNumber});
 }
 
 void EdsReader::readComment(const QStringRef &line)

@@ -2,6 +2,7 @@
 #include "formats/edsvalues.h"
 
 #include "support/cohelper.h"
+#include "support/numbers.h"
 
 #include <algorithm>
 
@@ -36,9 +37,9 @@ bool isBareHex(const QString &text)
 {
     bool hasLetter = false;
     for (const QChar character : text) {
-        const ushort lower = character.toLower().unicode();
-        const bool isLetter = lower >= 'a' && lower <= 'f';
-        if (!isLetter && (lower < '0' || lower > '9'))
+        const ushort code = character.unicode();
+        const bool isLetter = (code | 0x20) >= 'a' && (code | 0x20) <= 'f';
+        if (!isLetter && (code < '0' || code > '9'))
             return false;
         hasLetter = hasLetter || isLetter;
     }
@@ -119,15 +120,21 @@ QString normalizeNumber(const QString &text, quint16 dataType, bool positiveToo)
 
 QString EdsValues::withoutComment(const QString &text)
 {
-    const int end = text.indexOf(QLatin1Char(';'));
-    return (end < 0 ? text : text.left(end)).trimmed();
+    const auto *const end = std::find(text.begin(), text.end(), QLatin1Char(';'));
+    if (end != text.end())
+        return text.left(int(end - text.begin())).trimmed();
+    const bool hasBlanks = !text.isEmpty() && (text.front().isSpace() || text.back().isSpace());
+    return hasBlanks ? text.trimmed() : text; // nearly never, and asked for each value
 }
 
 bool EdsValues::readNumber(const QString &text, quint32 &number)
 {
     const QString digits = withoutComment(text);
     bool ok = false;
-    const quint32 read = digits.toUInt(&ok, hasHexPrefix(digits) || isBareHex(digits) ? 16 : 10);
+    const quint32 read =
+        isPlainNumber(digits)
+            ? Numbers::toUIntByPrefix(digits, &ok)
+            : digits.toUInt(&ok, hasHexPrefix(digits) || isBareHex(digits) ? 16 : 10);
     if (ok)
         number = read;
     return ok;

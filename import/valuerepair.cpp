@@ -120,14 +120,19 @@ bool isDigits(const QString &text)
 /// Nothing if \a text is no number. One that is too large is huge.
 std::optional<Whole> wholeOf(const QString &text)
 {
-    QString digits = text.trimmed();
     Whole result;
+    bool ok = false;
+    if (!text.isEmpty() && text.at(0).isDigit()) {
+        result.magnitude = Numbers::toULongLongByPrefix(text, &ok);
+        if (ok)
+            return result; // as nearly always
+    }
+    QString digits = text.trimmed();
     result.isNegative = digits.startsWith(QLatin1Char('-'));
     if (result.isNegative || digits.startsWith(QLatin1Char('+')))
         digits.remove(0, 1);
     if (digits.startsWith(QLatin1Char('-')) || digits.startsWith(QLatin1Char('+')))
         return std::nullopt;
-    bool ok = false;
     result.magnitude = Numbers::toULongLongByPrefix(digits, &ok);
     if (!ok) {
         ok = isDigits(digits);
@@ -261,9 +266,11 @@ void ValueRepair::showRealNumbers(CANopenSubindex *record) const
 
 void ValueRepair::cutLimit(const CANopenSubindex &record, QString *limit, bool isUpper) const
 {
+    if (limit->isEmpty())
+        return;
     const QString end = endOfType(typeOf(record), isUpper);
     const QString otherEnd = endOfType(typeOf(record), !isUpper);
-    if (limit->isEmpty() || end.isEmpty())
+    if (end.isEmpty())
         return;
     const bool isBeyond =
         isUpper ? isBelow(end, *limit, isReal(record)) : isBelow(*limit, end, isReal(record));
@@ -348,10 +355,12 @@ void ValueRepair::dropLimits(CANopenSubindex *record, const char *why) const
 /// A project has both limits. Where the tool knows no range of a type it would take none for 0.
 void ValueRepair::addOtherLimit(CANopenSubindex *record) const
 {
+    if (record->lowLimit.isEmpty() == record->upLimit.isEmpty())
+        return;
     QString low;
     QString high;
     COHelper::getDefaultLimits(typeOf(*record), low, high);
-    if (!high.isEmpty() || record->lowLimit.isEmpty() == record->upLimit.isEmpty())
+    if (!high.isEmpty())
         return;
     const bool isUpper = record->upLimit.isEmpty();
     QString &limit = isUpper ? record->upLimit : record->lowLimit;
