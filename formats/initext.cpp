@@ -1,6 +1,7 @@
 // The INI dialect of QSettings.
 #include "formats/initext.h"
 
+#include "support/ascii.h"
 #include "support/helper.h"
 
 #include <algorithm>
@@ -10,6 +11,7 @@
 namespace
 {
 
+using IniText::isBlank;
 using IniText::LineFault;
 using IniText::Span;
 
@@ -21,11 +23,6 @@ const QLatin1String kStringStart("@String("); // of texts that hold a zero chara
 constexpr char kEscapes[] = "abfnrtv\"?'\\";
 constexpr char kMeanings[] = "\a\b\f\n\r\t\v\"?'\\";
 static_assert(sizeof kEscapes == sizeof kMeanings, "each escape has a meaning");
-
-bool isBlank(char ch)
-{
-    return ch == ' ' || ch == '\t' || ch == '\n' || ch == '\r' || ch == '\f' || ch == '\v';
-}
 
 int hexDigit(char ch)
 {
@@ -51,11 +48,12 @@ bool isLineEnd(char ch)
     return ch == '\n' || ch == '\r';
 }
 
-/// Whether a character ends or structures a line, by its code; few do.
+/// Whether a character ends or structures a line, by its code; few do. Zero stands after the last
+/// one of the text.
 constexpr std::array<bool, 256> makeSpecial()
 {
     std::array<bool, 256> special{};
-    for (const char ch : {'"', '\\', '=', ';', '\n', '\r'})
+    for (const char ch : {'"', '\\', '=', ';', '\n', '\r', '\0'})
         special[uchar(ch)] = true;
     return special;
 }
@@ -110,10 +108,13 @@ Line nextLine(Span *rest)
         return line;
     }
     for (; at < rest->end; ++at) {
+        while (!kSpecial[uchar(*at)])
+            ++at;
         const char ch = *at;
-        if (!kSpecial[uchar(ch)])
-            continue;
-        if (ch == '"') {
+        if (ch == '\0') {
+            if (at == rest->end)
+                break;
+        } else if (ch == '"') {
             inQuotes = !inQuotes;
         } else if (ch == '\\') {
             line.hasNoEscape |= line.equals && !isEscape(at + 1, rest->end);
@@ -135,12 +136,11 @@ Line nextLine(Span *rest)
 bool isConflictMarker(Span line)
 {
     constexpr int kLength = 7;
-    for (const char sign : {'<', '=', '>', '|'}) {
-        if (line.size() >= kLength && *line.begin == sign &&
-            std::all_of(line.begin, line.begin + kLength, [=](char ch) { return ch == sign; }))
-            return line.size() == kLength || (sign != '=' && line.begin[kLength] == ' ');
-    }
-    return false;
+    const char sign = *line.begin;
+    if ((sign != '<' && sign != '=' && sign != '>' && sign != '|') || line.size() < kLength ||
+        !std::all_of(line.begin, line.begin + kLength, [=](char ch) { return ch == sign; }))
+        return false;
+    return line.size() == kLength || (sign != '=' && line.begin[kLength] == ' ');
 }
 
 void note(IniText::Outline *outline, LineFault fault, Span line, bool isLost)
@@ -154,18 +154,18 @@ void note(IniText::Outline *outline, LineFault fault, Span line, bool isLost)
 bool isCut(const Line &line, const char *end)
 {
     const char *semicolon = line.text.end;
+    if (semicolon == end || *semicolon != ';')
+        return false;
     const Span value = Span{line.equals + 1, semicolon}.trimmed();
-    if (semicolon == end || *semicolon != ';' || value.size() == 0 || value.end != semicolon ||
-        value.end[-1] == '"')
+    if (value.size() == 0 || value.end != semicolon || value.end[-1] == '"')
         return false;
     const bool goesOn = semicolon + 1 < end && !isBlank(semicolon[1]);
     return goesOn || *value.begin < '0' || *value.begin > '9';
 }
 
 /// What is odd about a key and its value, which are read all the same.
-void noteOddities(IniText::Outline *outline, const Line &line, Span key, const char *end)
+void noteOddities(IniText::Outline *outline, const Line &line, Span text, Span key, const char *end)
 {
-    const Span text = line.text.trimmed();
     if (isConflictMarker(text))
         note(outline, LineFault::ConflictMarker, text, false);
     else if (key.size() == 0)
@@ -265,6 +265,8 @@ void appendEscaped(QString *text, const char *&at, const char *end)
 /// A file that went through an editor without UTF-8 keeps its umlauts.
 QString decoded(const char *bytes, int size)
 {
+    if (isAscii(bytes, size))
+        return QString::fromLatin1(bytes, size);
     const QString text = QString::fromUtf8(bytes, size);
     return text.contains(QChar::ReplacementCharacter)
                ? Helper::decodeText(QByteArray::fromRawData(bytes, size))
@@ -320,6 +322,8 @@ QStringList unescapedTexts(Span span)
 /// A single text as a value: "@" marks those that are none, or begin with one.
 QVariant markedValue(const QString &text)
 {
+    if (!text.startsWith(QLatin1Char('@')))
+        return text;
     if (text.startsWith(QLatin1String("@@")))
         return text.mid(1);
     const auto inner = [&text](QLatin1String start) {
@@ -439,16 +443,6 @@ QByteArray escapedText(const QString &text, bool asBytes)
 
 } // namespace
 
-Span IniText::Span::trimmed() const
-{
-    Span result = *this;
-    while (result.begin < result.end && isBlank(*result.begin))
-        ++result.begin;
-    while (result.end > result.begin && isBlank(result.end[-1]))
-        --result.end;
-    return result;
-}
-
 QString IniText::Entry::key() const
 {
     return unescapedKey(keyText);
@@ -490,7 +484,7 @@ bool IniText::read(const QByteArray &data, Sections *sections, Outline *outline)
         } else if (isKey) {
             const Span key = Span{text.begin, line.equals}.trimmed();
             current->append({key, Span{line.equals + 1, line.text.end}});
-            noteOddities(outline, line, key, rest.end);
+            noteOddities(outline, line, text, key, rest.end);
         } else if (isConflictMarker(text)) {
             lose(LineFault::ConflictMarker, text);
         } else {

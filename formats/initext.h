@@ -10,8 +10,15 @@
 #include <QVariant>
 #include <QVector>
 
+#include <cstring>
+
 namespace IniText
 {
+
+inline bool isBlank(char ch)
+{
+    return ch == ' ' || (ch >= '\t' && ch <= '\r');
+}
 
 /// A stretch of a file.
 struct Span {
@@ -19,8 +26,23 @@ struct Span {
     const char *end;
 
     int size() const { return int(end - begin); }
-    Span trimmed() const;
+    Span trimmed() const
+    {
+        Span result = *this;
+        while (result.begin < result.end && isBlank(*result.begin))
+            ++result.begin;
+        while (result.end > result.begin && isBlank(result.end[-1]))
+            --result.end;
+        return result;
+    }
 };
+
+inline bool isSame(Span one, Span other)
+{
+    const int size = one.size();
+    return size == other.size() &&
+           (size == 0 || std::memcmp(one.begin, other.begin, size_t(size)) == 0);
+}
 
 /// One value with its key, kept as the file has them: a project holds half a million.
 struct Entry {
@@ -66,9 +88,10 @@ struct Outline {
     QMap<LineFault, int> faultCounts;  ///< all of them
 };
 
-/// False if \a data holds lines that are neither section, key, comment nor blank, or are longer
-/// than any value of a project; all other lines are in \a sections all the same. Comments begin
-/// with ";" or "#". The entries stand in \a data, which must outlive them.
+/// \a data ends with a zero character, as a byte array does that has bytes of its own. False if it
+/// holds lines that are neither section, key, comment nor blank, or are longer than any value of a
+/// project; all other lines are in \a sections all the same. Comments begin with ";" or "#". The
+/// entries stand in \a data, which must outlive them.
 bool read(const QByteArray &data, Sections *sections, Outline *outline = nullptr);
 bool read(QByteArray &&data, Sections *sections, Outline *outline = nullptr) = delete;
 

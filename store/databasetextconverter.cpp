@@ -4,6 +4,7 @@
 
 #include "store/databasetextconverter_p.h"
 #include "store/objectdatabase_p.h"
+#include "store/textrowwriter.h"
 #include "support/logging.h"
 #include "support/printable.h"
 
@@ -389,10 +390,11 @@ void DatabaseTextConverter::importNodes(const QVector<IniText::Entry> &entries)
         if (!added.contains(line))
             store->addNode(static_cast<quint8>(line), ObjectDataBase::NODE_DATA_T());
         added.insert(line);
-        for (const ObjectDataBase::ColumnValue &cell : row.cells)
+        for (int i = 0; i < row.count; ++i) {
+            const TextCell cell = row.cell(i);
             store->setNodeSqlValue(cell.column, cell.value.toString(), row.numbers.first());
-        d->findNodeFaults(row.cells);
-        tellCells(row, columns);
+        }
+        tellCells(row, faultsOfNode(row), columns);
     };
     forEachRow(entries, 1, apply, [this](const TextRow &row) { tellShape(row, "line\\column"); });
     tellDoubled(entries, 1);
@@ -403,9 +405,10 @@ void DatabaseTextConverter::importObjects(const QString &group,
 {
     static const QStringList columns = namesInOrder(kIndexColumns);
     const int line = Schema::lineOfTable(group, "Objects");
+    TextRowWriter<IndexData> table(*d, quint8(line));
     const auto apply = [&](const TextRow &row) {
         const QString &index = row.numbers.first();
-        if (!store->setObjectIndexSqlValues(group, index, row.cells)) {
+        if (line < 0 || !table.write(row)) {
             isComplete = false;
             return tellLostRow(row, group);
         }
@@ -415,7 +418,7 @@ void DatabaseTextConverter::importObjects(const QString &group,
             tellDecimal(row);
         objects.insert(key);
         linesWithObjects.insert(line);
-        tellCells(row, columns);
+        tellCells(row, table.faults(), columns);
     };
     forEachRow(entries, 1, apply, [this](const TextRow &row) { tellShape(row, "object\\column"); });
     if (isDoubled)
@@ -428,9 +431,10 @@ void DatabaseTextConverter::importSubObjects(const QString &group,
     static const QStringList columns = namesInOrder(kSubIndexColumns);
     const int line = Schema::lineOfTable(group, "SubObjects");
     QSet<quint32> added; // the index above 8 bits of the subindex
+    TextRowWriter<SubIndexData> table(*d, quint8(line));
     const auto apply = [&](const TextRow &row) {
         const QString &index = row.numbers.first();
-        if (!store->setSubindexSqlValues(group, index, row.numbers.at(1), row.cells)) {
+        if (line < 0 || !table.write(row)) {
             isComplete = false;
             return tellLostRow(row, group);
         }
@@ -439,7 +443,7 @@ void DatabaseTextConverter::importSubObjects(const QString &group,
         if (!added.contains(key))
             tellDecimal(row);
         added.insert(key);
-        tellCells(row, columns);
+        tellCells(row, table.faults(), columns);
         if (!objects.contains(TextForm::objectKey(line, index)))
             tellUnowned(row, line);
     };

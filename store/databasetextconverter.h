@@ -13,6 +13,7 @@
 
 class QSqlDatabase;
 class StorePrivate;
+struct TextFault;
 struct TextRow;
 
 /// Turns a store into its text form and back. The text holds the object dictionaries and three of
@@ -76,7 +77,8 @@ private:
     void tellDoubled(const QVector<IniText::Entry> &entries, int numbers);
     void tellGroup(const QString &group, const char *head, bool hasRows);
     /// Of cells that do not fit, or lose something; the row's table has \a columns.
-    void tellCells(const TextRow &row, const QStringList &columns);
+    void tellCells(const TextRow &row, const QVector<TextFault> &faults,
+                   const QStringList &columns);
     /// Of a row whose key begins with more or fewer numbers than \a form says.
     void tellShape(const TextRow &row, const char *form);
     /// Of a row that the store did not take.

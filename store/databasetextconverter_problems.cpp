@@ -2,6 +2,7 @@
 #include "store/databasetextconverter.h"
 #include "store/databasetextconverter_p.h"
 #include "store/objectdatabase_p.h"
+#include "store/textrowwriter.h"
 #include "support/editdistance.h"
 #include "support/printable.h"
 #include "support/problems.h"
@@ -9,7 +10,6 @@
 #include <QHash>
 
 #include <algorithm>
-#include <cstring>
 
 using Effect = TextProjectProblems::Effect;
 
@@ -44,9 +44,7 @@ QString plainKey(const IniText::Entry &entry, int numbers)
 
 bool isSameValue(const IniText::Entry &one, const IniText::Entry &other)
 {
-    const IniText::Span a = one.valueText.trimmed();
-    const IniText::Span b = other.valueText.trimmed();
-    return a.size() == b.size() && std::memcmp(a.begin, b.begin, size_t(a.size())) == 0;
+    return IniText::isSame(one.valueText.trimmed(), other.valueText.trimmed());
 }
 
 /// Blanks beside the commas of a value without quotation marks are no part of it.
@@ -96,8 +94,7 @@ QString otherForm(const QByteArray &bytes, bool isProject)
 }
 
 /// What is wrong with a cell, for the user.
-QString textOfFault(const TextFault &fault, const ObjectDataBase::ColumnValue &cell,
-                    const QStringList &columns)
+QString textOfFault(const TextFault &fault, const TextCell &cell, const QStringList &columns)
 {
     const QString column = quotedWord(cell.column);
     const QString value = quotedWord(cell.value.toString());
@@ -117,6 +114,7 @@ QString textOfFault(const TextFault &fault, const ObjectDataBase::ColumnValue &c
         return QStringLiteral("%1 is no type of object for the column %2, and is kept as it is: "
                               "write 7 for a variable, 8 for an array, or 9 for a record")
             .arg(value, column);
+    case TextFault::Kind::List:
     case TextFault::Kind::NoMetadata:
     case TextFault::Kind::Doubled:
         break;
@@ -137,6 +135,7 @@ const char *ruleOfFault(TextFault::Kind kind)
         return "number-cut";
     case TextFault::Kind::NoObjectType:
         return "no-object-type";
+    case TextFault::Kind::List:
     case TextFault::Kind::NoMetadata:
     case TextFault::Kind::Doubled:
         break;
@@ -231,33 +230,34 @@ QStringList DatabaseTextConverter::knownGroups() const
     return names;
 }
 
-void DatabaseTextConverter::tellCells(const TextRow &row, const QStringList &columns)
+void DatabaseTextConverter::tellCells(const TextRow &row, const QVector<TextFault> &faults,
+                                      const QStringList &columns)
 {
-    for (const int cell : row.lists) {
-        const IniText::Entry &entry = row.first[cell];
-        if (losesBlanks(entry.valueText))
-            tell("unquoted-comma", entry, Effect::Saved, [&] {
-                return QStringLiteral("the value of %1 has a comma and no quotation marks, and "
-                                      "loses the blanks beside it: put it in quotation marks")
-                    .arg(quotedWord(keyIn(entry)));
-            });
-    }
-    for (const TextFault &fault : qAsConst(d->textFaults)) {
+    for (const TextFault &fault : faults) {
+        const IniText::Entry &entry = row.first[fault.cell];
         if (fault.kind == TextFault::Kind::Doubled) {
             isDoubled = true;
             continue;
         }
-        const IniText::Entry &entry = row.first[fault.cell];
+        if (fault.kind == TextFault::Kind::List) {
+            if (losesBlanks(entry.valueText))
+                tell("unquoted-comma", entry, Effect::Saved, [&] {
+                    return QStringLiteral("the value of %1 has a comma and no quotation marks, and "
+                                          "loses the blanks beside it: put it in quotation marks")
+                        .arg(quotedWord(keyIn(entry)));
+                });
+            continue;
+        }
         const bool isToldAlready = entry.keyText.size() == 0;
         if (!isToldAlready)
             tell(ruleOfFault(fault.kind), entry, Effect::Saved,
-                 [&] { return textOfFault(fault, row.cells.at(fault.cell), columns); });
+                 [&] { return textOfFault(fault, row.cell(fault.cell), columns); });
     }
 }
 
 void DatabaseTextConverter::tellShape(const TextRow &row, const char *form)
 {
-    for (int i = 0; i < row.cells.size(); ++i) {
+    for (int i = 0; i < row.count; ++i) {
         const IniText::Entry &entry = row.first[i];
         if (entry.keyText.size() > 0) // else it is told already
             tell("unknown-object", entry, Effect::Saved, [&] {
@@ -276,7 +276,7 @@ void DatabaseTextConverter::tellLostRow(const TextRow &row, const QString &group
                          (!isSub || isNumberUpTo(row.numbers.at(1), 0xFF));
     if (!isNode && (isSound || lineOfGroup(group) < 0))
         return; // the group is told of: there is no such one, or its line does not exist
-    for (int i = 0; i < row.cells.size(); ++i)
+    for (int i = 0; i < row.count; ++i)
         problems->addLost(row.first[i].keyText.begin);
     if (entry.keyText.size() == 0)
         return; // the line of the text is told of

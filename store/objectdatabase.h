@@ -510,20 +510,6 @@ public:
     QList<LineDifference> compareLine(quint8 line, ObjectDataBase &other, quint8 otherLine,
                                       quint16 low, quint16 high);
 
-    // --- Text form (objectdatabase_text.cpp), used by DatabaseTextConverter ---
-
-    struct ColumnValue {
-        QString column;
-        QVariant value;
-    };
-    /// Writes columns of one object or subindex as the text form holds them, and makes the row if
-    /// it does not exist. \a table is "Objects<line>" or "SubObjects<line>", the numbers decimal or
-    /// with "0x". Columns and tables that a project does not have are passed over.
-    bool setObjectIndexSqlValues(const QString &table, const QString &index,
-                                 const QVector<ColumnValue> &values);
-    bool setSubindexSqlValues(const QString &table, const QString &index, const QString &sub,
-                              const QVector<ColumnValue> &values);
-
     // --- For tools of the family: what editors and monitors do with a project, and no run of this
     //     tool does (objectdatabase_tools.cpp) ---
 
@@ -544,8 +530,10 @@ public:
     void cacheAllSubNames(quint8 line, quint16 index);
     void clearCachedSubNames();
 
-    /// One column of setObjectIndexSqlValues() or setSubindexSqlValues(). An invalid value changes
-    /// nothing and gives false, and so does a column that a project does not have.
+    /// Writes one column of an object or subindex as the text form holds it, and makes the row if
+    /// it does not exist. \a table is "Objects<line>" or "SubObjects<line>", the numbers decimal or
+    /// with "0x". An invalid value changes nothing and gives false, and so does a table or column
+    /// that a project does not have.
     bool setObjectIndexSqlValue(const QString &table, const QString &index, const QString &column,
                                 const QVariant &value);
     bool setSubindexSqlValue(const QString &table, const QString &index, const QString &sub,

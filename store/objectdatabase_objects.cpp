@@ -60,13 +60,14 @@ bool ObjectDataBase::addIndex(quint8 line, quint16 index, const INDEX_DATA_T &da
 {
     if (d->lockWriteAccess)
         return false;
-    Cells cells{index};
+    RowValues cells{index};
     quint32 kept = 0;
     for (const Column<IndexData> &field : kIndexColumns) {
         // An empty map means that the caller has none to give: a stored one stays.
         if (field.coding == Coding::Blob && data.metadata.isEmpty())
             kept |= RowInserter::bit(cells.size());
-        cells << d->cellOf(field, data);
+        const RowValue value = field.value(data);
+        cells.append(field.coding == Coding::StringId ? getStringId(value.text()) : value);
     }
     const bool done = d->inserter(RowKind::Object, line).write(*d, cells, kept);
     const auto cache = d->cachedSubs.find(line);

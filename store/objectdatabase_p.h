@@ -71,24 +71,6 @@ struct SavedObject {
     QMap<quint8, SubIndexData> members;
 };
 
-/// A cell of the text form that a row cannot hold as it stands there.
-struct TextFault {
-    enum class Kind { NoColumn, NoNumber, CutNumber, NoObjectType, NoMetadata, Doubled };
-
-    int cell = 0; ///< its position among those that were given
-    Kind kind = Kind::NoColumn;
-    QVariant read; ///< what a number column has in its place
-};
-
-/// A cell of the text form and what its row gets. Most rows have the same cells as the one before.
-struct KnownTextCell {
-    ObjectDataBase::ColumnValue given;
-    bool isTextRow = false;
-    bool isKnown = false; ///< all rows with this cell get the same
-    int column = -1;      ///< of the record; -1: there is none of that name
-    QVariant written;     ///< invalid if the cell is left out
-};
-
 class StorePrivate
 {
 public:
@@ -200,20 +182,6 @@ public:
     /// The inserter of a line's objects or subindices, for records or for rows of the text form.
     RowInserter &inserter(RowKind kind, quint8 line);
     bool writeSub(quint8 line, quint16 index, quint8 sub, const SubIndexData &data);
-    /// Inserts or updates a row with the cells of a text project; \a cells begins with the row's
-    /// key. Columns that may not be NULL and are not given become 0 in a new row. Runs of blanks
-    /// become one, but for the values of a row whose data type is a text.
-    template <class Record, size_t N>
-    bool writeTextRow(const Column<Record> (&known)[N], RowInserter &rows, Cells cells,
-                      const QVector<ObjectDataBase::ColumnValue> &values, bool isTextRow);
-    template <class Record>
-    QVariant textCell(const Column<Record> &field, const QVariant &given, bool isTextRow);
-    /// Makes \a cell that of the \a given value, the one of that \a number in its row.
-    template <class Record, size_t N>
-    void readTextCell(const Column<Record> (&columns)[N], const ObjectDataBase::ColumnValue &given,
-                      int number, bool isTextRow, KnownTextCell *cell);
-    /// Fills textFaults for cells of a line, which are not written as a row.
-    void findNodeFaults(const QVector<ObjectDataBase::ColumnValue> &values);
 
     // --- services, signals and groups (objectdatabase_uds.cpp, objectdatabase_signals.cpp) ---
 
@@ -253,9 +221,6 @@ public:
     QPair<QString, QString> lastEscape; ///< of escapedText()
     QPair<QString, QString> tempMetadata;
     std::optional<SavedObject> savedObject;
-    QVector<TextFault> textFaults;         ///< of the last row that writeTextRow() wrote
-    QVector<KnownTextCell> lastTextObject; ///< the cells of that row
-    QVector<KnownTextCell> lastTextSubIndex;
     quint8 descriptionLine = 0;
     /// A statement failed because the file is no sound database or the disk is full: what the store
     /// holds is not the project any more, and must not replace the user's file.

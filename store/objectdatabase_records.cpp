@@ -192,12 +192,6 @@ bool readBetweenLines(StorePrivate &store, ProjectRecord *project)
 
 // --- writing ---
 
-/// A null text would be NULL in the row.
-QVariant textCell(const QString &text)
-{
-    return text.isNull() ? QVariant(QLatin1String("")) : QVariant(text);
-}
-
 /// Writes the rows of one table.
 template <class Record>
 class RowsOf
@@ -213,11 +207,11 @@ public:
     {
     }
 
-    bool write(Cells cells, const Record &record)
+    bool write(RowValues cells, const Record &record)
     {
         for (size_t i = 0; i < count; ++i) {
-            const QVariant cell = columns[i].get(record);
-            cells << (columns[i].coding == Coding::StringId ? idOf(cell.toString()) : cell);
+            const RowValue cell = columns[i].value(record);
+            cells.append(columns[i].coding == Coding::StringId ? idOf(cell.text()) : cell);
         }
         return inserter.write(store, cells);
     }
@@ -240,7 +234,7 @@ private:
     }
 
     /// Without the row of its own that a text with an apostrophe gets at each call.
-    QVariant idOf(const QString &text)
+    int idOf(const QString &text)
     {
         const QHash<QString, int> &ids = store.idsOfStrings();
         const auto known = ids.constFind(text);
@@ -387,7 +381,7 @@ bool putSettings(StorePrivate &store, const ProjectRecord &project)
                          RowInserter::Conflict::Replace);
         const Settings &settings = project.*row.settings;
         for (auto setting = settings.cbegin(); setting != settings.cend(); ++setting)
-            done = rows.write(store, {textCell(setting.key()), textCell(setting.value())}) && done;
+            done = rows.write(store, {setting.key(), setting.value()}) && done;
     }
     return done;
 }
@@ -425,7 +419,7 @@ bool putBetweenLines(StorePrivate &store, const ProjectRecord &project)
                              {QStringLiteral("sigid"), QStringLiteral("name")}, 1, Cells(2),
                              RowInserter::Conflict::Replace);
     for (auto group = project.signalGroups.cbegin(); group != project.signalGroups.cend(); ++group)
-        done = signalGroups.write(store, {group.key(), textCell(group.value())}) && done;
+        done = signalGroups.write(store, {group.key(), group.value()}) && done;
     RowsOf<VirtualNodeRecord> nodes(store, QStringLiteral("VirtualNodes"),
                                     {QStringLiteral("virtualnodeid")}, kVirtualNodeColumns);
     for (const auto &[id, node] : project.virtualNodes)

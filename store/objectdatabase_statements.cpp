@@ -29,6 +29,7 @@ QString placeHolders(int count)
 bool StorePrivate::openConnection(const QString &file)
 {
     closeConnection();
+    SqliteConnection::beginUse();
     databaseFile = file;
     db.setDatabaseName(file);
     // An empty name would open a private database in memory that nothing could be saved from.

@@ -31,15 +31,15 @@ void ObjectDataBase::prepareQuotationMark(QString &text) const
 int StorePrivate::insertString(const QString &given)
 {
     const QString sql = QStringLiteral("insert into Strings values(NULL,?)");
-    const QVariant text = given.isNull() ? QVariant(QLatin1String("")) // a null would be NULL
-                                         : QVariant(given);
     awaitUnblocked();
     const SqliteStatement direct = sqlite.isOpen() ? sqlite.take(sql) : nullptr;
-    if (direct && SqliteConnection::bind(direct, 1, text) && SqliteConnection::run(direct)) {
+    AsciiTexts texts;
+    if (direct && SqliteConnection::bind(direct, 1, given, &texts) &&
+        SqliteConnection::run(direct)) {
         sqlite.giveBack(sql, direct);
         return int(sqlite.lastRowId());
     }
-    const Statement statement(*this, sql, {text});
+    const Statement statement(*this, sql, {given.isNull() ? QStringLiteral("") : given});
     return statement.ok() ? statement.insertedRow() : -1;
 }
 
@@ -95,8 +95,6 @@ void StorePrivate::forgetStrings()
 {
     stringIds.clear();
     strings.clear();
-    lastTextObject.clear(); // they hold numbers of texts
-    lastTextSubIndex.clear();
     stringsComplete = false;
     stringIdsComplete = false;
 }

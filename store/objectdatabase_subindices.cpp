@@ -144,17 +144,15 @@ bool StorePrivate::writePlainSub(quint8 line, quint16 index, quint8 sub, const S
     const int description = owner->getStringId(data.description);
     const int name = owner->getStringId(data.name);
     const int denotation = owner->getStringId(data.denotation);
-    Cells cells;
-    cells.reserve(2 + int(std::size(kSubIndexColumns)));
-    cells << index << sub;
+    RowValues cells{index, sub};
     for (const Column<SubIndexData> &field : kSubIndexColumns) {
         const QLatin1String column(field.name);
         if (field.coding != Coding::StringId)
-            cells << field.get(data);
+            cells.append(field.value(data));
         else if (column == QLatin1String("name"))
-            cells << name;
+            cells.append(name);
         else
-            cells << (column == QLatin1String("denotation") ? denotation : description);
+            cells.append(column == QLatin1String("denotation") ? denotation : description);
     }
     if (!inserter(RowKind::SubIndex, line).write(*this, cells))
         return false;

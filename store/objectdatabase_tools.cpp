@@ -1,6 +1,7 @@
 // What other tools of the family do with a project: editors copy objects and set single cells,
 // monitors read signals from memory.
 #include "store/objectdatabase_frames_p.h"
+#include "store/textrowwriter.h"
 
 using Groups = Frames<PgnData>;
 
@@ -8,12 +9,6 @@ namespace
 {
 
 constexpr int kLastLine = 0xFF;
-
-template <class Record, size_t N>
-bool isCell(const Column<Record> (&columns)[N], const QString &column, const QVariant &value)
-{
-    return value.isValid() && findColumn(columns, column);
-}
 
 } // namespace
 
@@ -72,16 +67,18 @@ bool ObjectDataBase::rebuildLineTable(const char *family, int line, QSqlQuery &q
 bool ObjectDataBase::setObjectIndexSqlValue(const QString &table, const QString &index,
                                             const QString &column, const QVariant &value)
 {
-    return isCell(kIndexColumns, column, value) &&
-           setObjectIndexSqlValues(table, index, {{column, value}});
+    const int line = Schema::lineOfTable(table, "Objects");
+    return line >= 0 && value.isValid() &&
+           TextRowWriter<IndexData>(*d, quint8(line)).writeCell({index}, column, value);
 }
 
 bool ObjectDataBase::setSubindexSqlValue(const QString &table, const QString &index,
                                          const QString &sub, const QString &column,
                                          const QVariant &value)
 {
-    return isCell(kSubIndexColumns, column, value) &&
-           setSubindexSqlValues(table, index, sub, {{column, value}});
+    const int line = Schema::lineOfTable(table, "SubObjects");
+    return line >= 0 && value.isValid() &&
+           TextRowWriter<SubIndexData>(*d, quint8(line)).writeCell({index, sub}, column, value);
 }
 
 // --- copies of objects ---

@@ -9,6 +9,29 @@ namespace
 /// Each statement is kept by the connection; a hostile file could ask for very many.
 constexpr int kMaxShapes = 256;
 
+RowValue::Kind kindOf(const QVariant &usual)
+{
+    if (!usual.isValid())
+        return RowValue::Kind::None;
+    return usual.type() == QVariant::String ? RowValue::Kind::Text : RowValue::Kind::Number;
+}
+
+QVariant variantOf(const RowValue &cell)
+{
+    switch (cell.kind()) {
+    case RowValue::Kind::Number:
+        return cell.number();
+    case RowValue::Kind::Text: // a null would be NULL
+        return cell.text().isNull() ? QVariant(QLatin1String("")) : QVariant(cell.text());
+    case RowValue::Kind::Bytes:
+        return cell.bytes();
+    case RowValue::Kind::Null:
+    case RowValue::Kind::None:
+        break;
+    }
+    return QVariant(QVariant::String);
+}
+
 QString literalOf(const QVariant &value)
 {
     if (value.type() != QVariant::String)
@@ -26,12 +49,8 @@ RowInserter makeInserter(const char *family, quint8 line, const QStringList &key
     const Record record;
     for (const Column<Record> &field : known) {
         columns << QString::fromLatin1(field.name);
-        const QVariant value = field.get(record);
         // The numbers of texts differ between projects, and so do maps.
-        if (field.coding != Coding::Plain)
-            usual << QVariant();
-        else
-            usual << (isText ? QVariant(value.toString()) : value);
+        usual << (field.coding == Coding::Plain ? field.get(record) : QVariant());
     }
     const bool replaces = !isText && key.size() == 2;
     return RowInserter(Schema::table(family, line), columns, key.size(), usual,
@@ -57,24 +76,32 @@ RowInserter &StorePrivate::inserter(RowKind kind, quint8 line)
 
 RowInserter::RowInserter(const QString &tableName, const QStringList &columnNames, int keyCount,
                          const QVector<QVariant> &usualCells, Conflict onConflict)
-    : table(tableName), columns(columnNames), keyColumns(keyCount), usual(usualCells),
-      conflict(onConflict)
+    : table(tableName), columns(columnNames), keyColumns(keyCount), conflict(onConflict)
 {
-    Q_ASSERT(columns.size() <= 32 && usual.size() == columns.size());
-    for (const QVariant &value : qAsConst(usual))
-        literals << literalOf(value);
+    Q_ASSERT(columns.size() <= 32 && usualCells.size() == columns.size());
+    for (const QVariant &value : usualCells)
+        usual.push_back({kindOf(value), value.toLongLong(), value.toString(), literalOf(value)});
 }
 
-bool RowInserter::write(StorePrivate &store, const QVector<QVariant> &cells, quint32 kept)
+bool RowInserter::isUsual(int column, const RowValue &cell) const
+{
+    const Usual &known = usual[size_t(column)];
+    if (cell.kind() != known.kind || column < keyColumns)
+        return false;
+    return cell.kind() == RowValue::Kind::Number ? cell.number() == known.number
+                                                 : cell.text() == known.text;
+}
+
+bool RowInserter::write(StorePrivate &store, const RowValues &cells, quint32 kept)
 {
     Shape shape;
     shape.kept = kept;
     for (int i = 0; i < cells.size(); ++i) {
-        const QVariant &cell = cells.at(i);
-        if (!cell.isValid())
+        const RowValue &cell = cells[i];
+        if (cell.kind() == RowValue::Kind::None)
             continue;
         shape.given |= bit(i);
-        if (i >= keyColumns && cell.type() == usual.at(i).type() && cell == usual.at(i))
+        if (isUsual(i, cell))
             shape.literal |= bit(i);
     }
     if (statements.size() >= kMaxShapes && !statements.contains(shape))
@@ -82,10 +109,11 @@ bool RowInserter::write(StorePrivate &store, const QVector<QVariant> &cells, qui
     const quint32 bound = shape.given & ~shape.literal;
     const Prepared &prepared = preparedFor(store, shape);
     bool done = prepared.statement != nullptr;
+    AsciiTexts texts;
     int place = 0; // the place holders stand in the order of the cells
     for (int i = 0; done && i < cells.size(); ++i) {
         if (bound & bit(i))
-            done = SqliteConnection::bind(prepared.statement, ++place, cells.at(i));
+            done = SqliteConnection::bind(prepared.statement, ++place, cells[i], &texts);
     }
     if (done) {
         store.awaitUnblocked();
@@ -94,13 +122,13 @@ bool RowInserter::write(StorePrivate &store, const QVector<QVariant> &cells, qui
     return done || runByDriver(store, prepared.text, cells, bound);
 }
 
-bool RowInserter::runByDriver(StorePrivate &store, const QString &text,
-                              const QVector<QVariant> &cells, quint32 bound)
+bool RowInserter::runByDriver(StorePrivate &store, const QString &text, const RowValues &cells,
+                              quint32 bound)
 {
     Cells values;
     for (int i = 0; i < cells.size(); ++i) {
         if (bound & bit(i))
-            values << cells.at(i);
+            values << variantOf(cells[i]);
     }
     return store.exec(text, values);
 }
@@ -128,7 +156,7 @@ QString RowInserter::statementText(const Shape &shape) const
         if (!(shape.given & bit(i)))
             continue;
         names << columns.at(i);
-        values << (shape.literal & bit(i) ? literals.at(i) : QStringLiteral("?"));
+        values << (shape.literal & bit(i) ? usual[size_t(i)].literal : QStringLiteral("?"));
         if (i >= keyColumns && !(shape.kept & bit(i)))
             updates << QStringLiteral("%1=excluded.%1").arg(columns.at(i));
     }

@@ -1,6 +1,7 @@
 // Inserts the rows of one table.
 #pragma once
 
+#include "store/rowvalue.h"
 #include "store/sqliteconnection.h"
 
 #include <QHash>
@@ -8,6 +9,8 @@
 #include <QStringList>
 #include <QVariant>
 #include <QVector>
+
+#include <vector>
 
 class StorePrivate;
 
@@ -30,9 +33,8 @@ public:
     /// Bit of a column in a set of columns.
     static constexpr quint32 bit(int column) { return quint32(1) << column; }
 
-    /// A cell for each column; an invalid one leaves the column out. Columns in \a kept are written
-    /// in a new row only.
-    bool write(StorePrivate &store, const QVector<QVariant> &cells, quint32 kept = 0);
+    /// A cell for each column. Columns in \a kept are written in a new row only.
+    bool write(StorePrivate &store, const RowValues &cells, quint32 kept = 0);
 
 private:
     struct Shape {
@@ -50,22 +52,29 @@ private:
         }
     };
 
+    struct Usual {
+        RowValue::Kind kind; ///< None: never literal
+        qint64 number;
+        QString text;
+        QString literal;
+    };
+
     struct Prepared {
         QString text;
         SqliteStatement statement; ///< null if the driver has to run it
     };
 
     /// Also says why a statement fails.
-    static bool runByDriver(StorePrivate &store, const QString &text,
-                            const QVector<QVariant> &cells, quint32 bound);
+    static bool runByDriver(StorePrivate &store, const QString &text, const RowValues &cells,
+                            quint32 bound);
+    bool isUsual(int column, const RowValue &cell) const;
     Prepared &preparedFor(StorePrivate &store, const Shape &shape);
     QString statementText(const Shape &shape) const;
 
     QString table;
     QStringList columns;
     int keyColumns;
-    QVector<QVariant> usual;
-    QStringList literals;
+    std::vector<Usual> usual;
     Conflict conflict;
     QHash<Shape, Prepared> statements;
 };

@@ -3,6 +3,7 @@
 
 #include "store/records.h"
 #include "store/rowreader.h"
+#include "store/rowvalue.h"
 
 #include <QVariant>
 
@@ -23,6 +24,7 @@ struct Column {
     void (*set)(Record &, const QVariant &);
     void (*read)(Record &, const RowCell &); ///< does the same
     void (*setText)(Record &, const QString &);
+    RowValue (*value)(const Record &); ///< what get() gives; of a text in the record
 };
 
 /// A string map as the bytes that a project keeps; an empty map gives no bytes.
@@ -55,6 +57,20 @@ inline bool hasNoMap(const RowCell &cell)
 inline bool hasNoMap(const QVariant & /*cell*/)
 {
     return false; // its bytes tell
+}
+
+/// The same for RowInserter.
+template <class T>
+RowValue toValue(const T &value)
+{
+    if constexpr (std::is_same_v<T, QString>)
+        return value;
+    else if constexpr (std::is_same_v<T, PDOMapping>)
+        return value.toUInt();
+    else if constexpr (std::is_same_v<T, Metadata>)
+        return value.isEmpty() ? RowValue(0) : RowValue(packMetadata(value));
+    else
+        return static_cast<qint64>(value);
 }
 
 /// NULL reads as zero or as an empty text, which is also what it becomes in the text form.
@@ -108,5 +124,6 @@ constexpr auto column(const char *name, const char *type, Coding coding = Coding
         [](Record &record, const RowCell &cell) {
             record.*Member = RowMapping::fromCell<typename Traits::Type>(cell);
         },
-        [](Record &record, const QString &text) { RowMapping::setText(record.*Member, text); }};
+        [](Record &record, const QString &text) { RowMapping::setText(record.*Member, text); },
+        [](const Record &record) { return RowMapping::toValue(record.*Member); }};
 }

@@ -2,22 +2,10 @@
 #include "store/rowreader.h"
 
 #include "store/objectdatabase_p.h"
+#include "support/ascii.h"
 #include "support/numbers.h"
 
-#include <functional>
-#include <numeric>
 #include <sqlite3.h>
-
-namespace
-{
-
-bool isAscii(const char *bytes, int size)
-{
-    // All of them, which takes fewer steps than to look at each.
-    return std::accumulate(bytes, bytes + size, 0, std::bit_or<>()) >= 0;
-}
-
-} // namespace
 
 RowReader::RowReader(StorePrivate &privateStore, const QString &text,
                      const QVector<QVariant> &bound)

@@ -64,6 +64,30 @@ bool SqliteConnection::isDriverAsked()
     return qEnvironmentVariableIntValue("TESSARINE_ROWS_BY_DRIVER") != 0;
 }
 
+const char *AsciiTexts::add(const QString &text)
+{
+    const int size = text.size();
+    if (size > int(bytes.size()) - used)
+        return nullptr;
+    char *const copy = bytes.data() + used;
+    ushort all = 0;
+    for (int i = 0; i < size; ++i) {
+        const ushort unit = text.at(i).unicode();
+        all |= unit;
+        copy[i] = char(unit);
+    }
+    if (all >= 0x80)
+        return nullptr;
+    used += size;
+    return copy;
+}
+
+void SqliteConnection::beginUse()
+{
+    static const int result = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+    (void)result; // a program that uses SQLite by itself has it as it wants
+}
+
 void SqliteConnection::open(const QSqlDatabase &connection)
 {
     close();
@@ -128,11 +152,46 @@ bool SqliteConnection::bind(const SqliteStatement &statement, int place, const Q
                                SQLITE_STATIC) == SQLITE_OK;
 }
 
+bool SqliteConnection::bind(const SqliteStatement &statement, int place, const RowValue &value,
+                            AsciiTexts *texts)
+{
+    sqlite3_stmt *const raw = statement.get();
+    switch (value.kind()) {
+    case RowValue::Kind::Number:
+        return sqlite3_bind_int64(raw, place, value.number()) == SQLITE_OK;
+    case RowValue::Kind::Text: {
+        const QString &text = value.text();
+        if (const char *ascii = texts->add(text))
+            return sqlite3_bind_text(raw, place, ascii, text.size(), SQLITE_STATIC) == SQLITE_OK;
+        return sqlite3_bind_text16(raw, place, text.utf16(), int(sizeof(QChar)) * text.size(),
+                                   SQLITE_STATIC) == SQLITE_OK;
+    }
+    case RowValue::Kind::Bytes:
+        return sqlite3_bind_blob(raw, place, value.bytes().constData(), value.bytes().size(),
+                                 SQLITE_STATIC) == SQLITE_OK;
+    case RowValue::Kind::Null:
+    case RowValue::Kind::None:
+        break;
+    }
+    return sqlite3_bind_null(raw, place) == SQLITE_OK;
+}
+
 bool SqliteConnection::run(const SqliteStatement &statement)
 {
     const bool done = sqlite3_step(statement.get()) == SQLITE_DONE;
     letGo(statement);
     return done;
+}
+
+void SqliteConnection::unmapPages()
+{
+    if (!handle)
+        return;
+    sqlite3_int64 limit = -1; // asks for it
+    sqlite3_file_control(handle, "main", SQLITE_FCNTL_MMAP_SIZE, &limit);
+    sqlite3_int64 none = 0;
+    sqlite3_file_control(handle, "main", SQLITE_FCNTL_MMAP_SIZE, &none);
+    sqlite3_file_control(handle, "main", SQLITE_FCNTL_MMAP_SIZE, &limit);
 }
 
 qint64 SqliteConnection::lastRowId() const

@@ -1,9 +1,12 @@
 // SQLite's own interface to the connection that the SQL driver of Qt has opened.
 #pragma once
 
+#include "store/rowvalue.h"
+
 #include <QHash>
 #include <QString>
 
+#include <array>
 #include <memory>
 
 class QSqlDatabase;
@@ -13,12 +16,27 @@ struct sqlite3_stmt;
 
 using SqliteStatement = std::shared_ptr<sqlite3_stmt>;
 
+/// Texts that are bound, in the form in which nearly all databases hold them. Must outlive the run.
+class AsciiTexts
+{
+public:
+    /// Null if the text has other characters, or no place is left.
+    const char *add(const QString &text);
+
+private:
+    std::array<char, 1024> bytes;
+    int used = 0;
+};
+
 /// The handle behind a connection and the statements prepared on it, which RowReader and
 /// RowInserter run. The driver keeps the handle; whatever thread runs the store's statements may
 /// use it, one at a time.
 class SqliteConnection
 {
 public:
+    /// Before the first connection opens: SQLite does not count its memory, which takes a lock at
+    /// each piece.
+    static void beginUse();
     /// Without effect if the driver is another one, or has a SQLite that is not the very one that
     /// this program is linked with: then isOpen() stays false, and all reads go through the driver.
     void open(const QSqlDatabase &connection);
@@ -36,8 +54,14 @@ public:
     /// Binds a number, a text or bytes, as the driver does. \a place counts from 1. The value must
     /// outlive the run, at whose end it is let go of.
     static bool bind(const SqliteStatement &statement, int place, const QVariant &value);
+    /// The same; the value must outlive the run too, and bytes are not copied.
+    static bool bind(const SqliteStatement &statement, int place, const RowValue &value,
+                     AsciiTexts *texts);
     /// Runs a statement that gives no rows.
     static bool run(const SqliteStatement &statement);
+
+    /// Lets go of the file's pages in memory, which count for this process once they were read.
+    void unmapPages();
 
     /// Of the last row that was inserted.
     qint64 lastRowId() const;

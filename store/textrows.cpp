@@ -2,20 +2,12 @@
 #include "store/textrows.h"
 
 #include <algorithm>
-#include <cstring>
-#include <utility>
 
 namespace
 {
 
 using IniText::Entry;
 using IniText::Span;
-
-bool isSame(Span one, Span other)
-{
-    return one.size() == other.size() &&
-           std::memcmp(one.begin, other.begin, size_t(one.size())) == 0;
-}
 
 /// What a key needs to be taken apart for.
 bool isSeparatorOrEscape(char ch)
@@ -29,48 +21,18 @@ QString placeOf(const QString &key)
     return key.left(qMax(key.lastIndexOf(QLatin1Char('/')), 0));
 }
 
-Span behind(Span text, Span prefix)
+Span start(Span text, int size)
 {
-    return {text.begin + prefix.size(), text.end};
+    return {text.begin, text.begin + size};
 }
 
-} // namespace
-
-QString textOf(const QVariant &value)
+Span behind(Span text, int size)
 {
-    return value.type() == QVariant::StringList ? value.toStringList().join(QLatin1Char(','))
-                                                : value.toString();
+    return {text.begin + size, text.end};
 }
 
-TextRows::TextRows(const QVector<Entry> &entries) : at(entries.begin()), end(entries.end()) {}
-
-bool TextRows::next()
-{
-    if (at == end)
-        return false;
-    last.first = current.first;
-    last.lists.swap(current.lists);
-    current.lists.clear();
-    lastPrefix = prefix;
-    prefix = prefixOf(*at);
-    current.first = at;
-    count = 0;
-    place = placeOf(at->key());
-    current.numbers = place.split(QLatin1Char('/'));
-    takeCell(*at);
-    for (++at; at != end; ++at) {
-        if (!continuesRow(*at)) {
-            if (placeOf(at->key()) != place)
-                break;
-            prefix = {}; // the cells of this row differ in more than their columns
-        }
-        takeCell(*at);
-    }
-    current.cells.resize(count);
-    return true;
-}
-
-Span TextRows::prefixOf(const Entry &entry)
+/// The bytes before the column, if they say all of the place; else none.
+Span prefixOf(const Entry &entry)
 {
     const Span key = entry.keyText;
     const auto isSeparator = [](char ch) { return ch == '\\' || ch == '/'; };
@@ -81,37 +43,73 @@ Span TextRows::prefixOf(const Entry &entry)
     return {key.begin, separator.base()};
 }
 
-bool TextRows::continuesRow(const Entry &entry) const
+} // namespace
+
+QString textOf(const QVariant &value)
+{
+    return value.type() == QVariant::StringList ? value.toStringList().join(QLatin1Char(','))
+                                                : value.toString();
+}
+
+TextCell TextRow::cell(int number) const
+{
+    const QString key = first[number].key();
+    const QVariant value = first[number].value();
+    return {key.mid(key.lastIndexOf(QLatin1Char('/')) + 1),
+            value.type() == QVariant::StringList ? textOf(value) : value};
+}
+
+TextRows::TextRows(const QVector<Entry> &entries) : at(entries.begin()), end(entries.end()) {}
+
+bool TextRows::next()
+{
+    if (at == end)
+        return false;
+    prefix = prefixOf(*at);
+    current.first = at;
+    current.count = 0;
+    place = placeOf(at->key());
+    current.numbers = place.split(QLatin1Char('/'));
+    bool isRepeated = repeatsColumn(*at);
+    do {
+        takeCell(*at, isRepeated);
+        if (++at == end)
+            break;
+        isRepeated = repeatsColumn(*at);
+    } while (isRepeated || continuesRow(*at));
+    return true;
+}
+
+bool TextRows::repeatsColumn(const Entry &entry) const
+{
+    if (current.count >= current.columns.size() || prefix.size() == 0)
+        return false;
+    const Span column = current.columns.at(current.count);
+    const int size = prefix.size();
+    return column.size() > 0 && entry.keyText.size() == size + column.size() &&
+           IniText::isSame(start(entry.keyText, size), prefix) &&
+           IniText::isSame(behind(entry.keyText, size), column);
+}
+
+bool TextRows::continuesRow(const Entry &entry)
 {
     const Span key = entry.keyText;
-    return prefix.size() > 0 && key.size() >= prefix.size() &&
-           isSame({key.begin, key.begin + prefix.size()}, prefix) &&
-           std::none_of(key.begin + prefix.size(), key.end, isSeparatorOrEscape);
+    if (prefix.size() > 0 && key.size() >= prefix.size() &&
+        IniText::isSame(start(key, prefix.size()), prefix) &&
+        std::none_of(key.begin + prefix.size(), key.end, isSeparatorOrEscape))
+        return true;
+    if (placeOf(entry.key()) != place)
+        return false;
+    prefix = {}; // the cells of this row differ in more than their columns
+    return true;
 }
 
-void TextRows::takeCell(const Entry &entry)
+void TextRows::takeCell(const Entry &entry, bool isRepeated)
 {
-    const int number = count++;
-    const bool isSameColumn = hasSameColumn(entry, number);
-    if (isSameColumn && isSame(entry.valueText, last.first[number].valueText) &&
-        !last.lists.contains(number))
+    const int number = current.count++;
+    if (isRepeated)
         return;
-    if (number == current.cells.size())
-        current.cells.append(ObjectDataBase::ColumnValue());
-    ObjectDataBase::ColumnValue &cell = current.cells[number];
-    if (!isSameColumn) {
-        const QString key = entry.key();
-        cell.column = key.mid(key.lastIndexOf(QLatin1Char('/')) + 1);
-    }
-    cell.value = entry.value();
-    if (cell.value.type() == QVariant::StringList) {
-        current.lists.append(number);
-        cell.value = textOf(cell.value);
-    }
-}
-
-bool TextRows::hasSameColumn(const Entry &entry, int number) const
-{
-    return prefix.size() > 0 && lastPrefix.size() > 0 && number < current.cells.size() &&
-           isSame(behind(entry.keyText, prefix), behind(last.first[number].keyText, lastPrefix));
+    current.columns.resize(std::max(current.columns.size(), current.count));
+    current.columns[number] =
+        prefix.size() > 0 ? behind(entry.keyText, prefix.size()) : Span{nullptr, nullptr};
 }

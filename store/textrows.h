@@ -2,22 +2,34 @@
 #pragma once
 
 #include "formats/initext.h"
-#include "store/objectdatabase.h"
 
+#include <QString>
 #include <QStringList>
+#include <QVariant>
 #include <QVector>
+
+/// A cell as the text form has it.
+struct TextCell {
+    QString column;
+    QVariant value;
+};
 
 /// A row as the text form has it.
 struct TextRow {
-    QStringList numbers; ///< of its key
-    QVector<ObjectDataBase::ColumnValue> cells;
+    QStringList numbers;                   ///< of its key
     const IniText::Entry *first = nullptr; ///< the entry of the first cell; the others follow it
-    QVector<int> lists;                    ///< cells with commas and without quotation marks
+    int count = 0;                         ///< of its cells
+    /// Name of the column of each cell, as bytes of a key that has the same; null if the key has
+    /// escapes. A name that repeats that of the row before is the very same piece of the text.
+    QVector<IniText::Span> columns;
+
+    /// A list is joined to one text.
+    TextCell cell(int number) const;
 };
 
 /// Goes through rows, whose keys are "number/column", or have two numbers. Cells of a row that
-/// stand apart in the file come as two rows. Most cells stand as they are in the row before, at the
-/// same position: they are not read again, and share their texts.
+/// stand apart in the file come as two rows. Most rows have the columns of the row before, which
+/// are only compared then.
 class TextRows
 {
 public:
@@ -29,21 +41,16 @@ public:
     const TextRow &row() const { return current; }
 
 private:
-    /// The bytes before the column, if they say all of the place; else none.
-    static IniText::Span prefixOf(const IniText::Entry &entry);
-    bool continuesRow(const IniText::Entry &entry) const;
-    void takeCell(const IniText::Entry &entry);
-    /// Is the cell of the same column as the one in the row before?
-    bool hasSameColumn(const IniText::Entry &entry, int number) const;
+    /// Has the entry the prefix of the row and the column that this place has in the row before?
+    bool repeatsColumn(const IniText::Entry &entry) const;
+    bool continuesRow(const IniText::Entry &entry);
+    void takeCell(const IniText::Entry &entry, bool isRepeated);
 
     const IniText::Entry *at;
     const IniText::Entry *end;
     QString place;          ///< of the row: "0x1018/0x1"
     IniText::Span prefix{}; ///< of its cells, while all of them have the same
-    int count = 0;          ///< its cells so far
-    TextRow current;        ///< its further cells are those of the row before
-    TextRow last;           ///< the row before, but for its cells
-    IniText::Span lastPrefix{};
+    TextRow current;
 };
 
 /// A value as text. One with commas that stands without quotes is a list in the file.

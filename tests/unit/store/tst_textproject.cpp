@@ -120,9 +120,15 @@ private slots:
         const QByteArray oddKeys = "0x2000\\0x3\\datatype=5\n0x2000/0x3/defaultvalue=a  b\n"
                                    "0x2000\\0x3\\uplimi%74=1, 2\n";
         const QByteArray fewer = "0x2000\\0x5\\datatype=5\n0x2000\\0x5\\name=it's\n";
+        const QByteArray twice = "#datatype=5\n#uplimit=1\n#uplimit=%1\n";
+        const auto twiceRow = [&](const char *key, const char *limit) {
+            return QByteArray(twice).replace("#", key).replace("%1", limit);
+        };
         QVERIFY(writeFile(file, "[SubObjects0]\n" + row("0x2000\\0x0\\", "9") +
                                     row("0x2000\\0x1\\", "5") + row("0x2000\\0x2\\", "5") +
-                                    oddKeys + row("0x2000\\0x4\\", "5") + fewer));
+                                    oddKeys + row("0x2000\\0x4\\", "5") + fewer +
+                                    row("0x2000\\0x6\\", "9") + twiceRow("0x2000\\0x7\\", "2") +
+                                    twiceRow("0x2000\\0x8\\", "1")));
         ObjectDataBase store;
         QVERIFY(store.openDataBase(file));
         QStringList rows;
@@ -130,8 +136,9 @@ private slots:
             const Sub sub = subOf(store, 0, 0x2000, number);
             rows << joined(sub.dataType, sub.defaultValue, sub.upLimit, sub.name);
         }
-        QCOMPARE(rows, (QStringList{"9/a  b/1,2/it's", "5/a b/1,2/it's", "5/a b/1,2/it's",
-                                    "5/a b/1,2/", "5/a b/1,2/it's", "5///it's"}));
+        QCOMPARE(rows,
+                 (QStringList{"9/a  b/1,2/it's", "5/a b/1,2/it's", "5/a b/1,2/it's", "5/a b/1,2/",
+                              "5/a b/1,2/it's", "5///it's", "9/a  b/1,2/it's", "5//2/", "5//1/"}));
     }
 
     void handWrittenProject()
@@ -215,6 +222,8 @@ private slots:
             "5 decimal-index, 9 decimal-index", "");
         row("commas", "0x1\\name=a, b\n0x2\\name=\"a, b\"\n0x3\\name=a,b\n0x4\\name=a ,b\n", "5 unquoted-comma, 8 "
             "unquoted-comma", "");
+        row("commas_without_column", "0x1\\nam=a, b\n0x2\\nam=a, b\n", "5 unquoted-comma, 5 unknown-column, 6 "
+            "unquoted-comma, 6 unknown-column", "");
         row("without_objects", "[Nodes]\n1\\prefix=_\n[SubObjects1]\n0x1000\\0\\name=a\n0x1001\\0\\name=a\n",
             "8 unknown-object", "");
         row("empty_key_of_settings", "[GeneralSettings]\n=1\n", "6 no-key", "");
