@@ -75,6 +75,7 @@ void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
         }
     }
     d->cachedSubs[line] = std::move(cache);
+    d->sqlite.unmapPages();
 }
 
 void ObjectDataBase::clearCachedSubs(quint8 line)
