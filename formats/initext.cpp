@@ -164,11 +164,11 @@ bool isCut(const Line &line, const char *end)
 }
 
 /// What is odd about a key and its value, which are read all the same.
-void noteOddities(IniText::Outline *outline, const Line &line, Span text, Span key, const char *end)
+void noteOddities(IniText::Outline *outline, const Line &line, Span text, const char *end)
 {
     if (isConflictMarker(text))
         note(outline, LineFault::ConflictMarker, text, false);
-    else if (key.size() == 0)
+    else if (text.begin == line.equals)
         note(outline, LineFault::EmptyKey, text, false);
     if (line.swallowsLines)
         return note(outline, LineFault::SwallowedLines, text, false); // the others follow from it
@@ -445,12 +445,12 @@ QByteArray escapedText(const QString &text, bool asBytes)
 
 QString IniText::Entry::key() const
 {
-    return unescapedKey(keyText);
+    return unescapedKey(keyText());
 }
 
 QVariant IniText::Entry::value() const
 {
-    return valueOf(valueText);
+    return valueOf(valueText());
 }
 
 bool IniText::read(const QByteArray &data, Sections *sections, Outline *outline)
@@ -482,9 +482,8 @@ bool IniText::read(const QByteArray &data, Sections *sections, Outline *outline)
                 note(outline, LineFault::AfterSection, text, false);
             current = addSection({text.begin, close}, sections, outline);
         } else if (isKey) {
-            const Span key = Span{text.begin, line.equals}.trimmed();
-            current->append({key, Span{line.equals + 1, line.text.end}});
-            noteOddities(outline, line, text, key, rest.end);
+            current->append(Entry({text.begin, line.text.end}, line.equals));
+            noteOddities(outline, line, text, rest.end);
         } else if (isConflictMarker(text)) {
             lose(LineFault::ConflictMarker, text);
         } else {

@@ -44,15 +44,29 @@ inline bool isSame(Span one, Span other)
            (size == 0 || std::memcmp(one.begin, other.begin, size_t(size)) == 0);
 }
 
-/// One value with its key, kept as the file has them: a project holds half a million.
-struct Entry {
-    Span keyText;
-    Span valueText;
+/// One value with its key, kept as the file has them, in few bytes: a project holds half a million.
+class Entry
+{
+public:
+    Entry() = default;
+    /// Of a line with its first "=" outside quotes.
+    Entry(Span line, const char *equals)
+        : start(line.begin), keySize(quint32(equals - line.begin)), size(quint32(line.size()))
+    {
+    }
+
+    Span keyText() const { return Span{start, start + keySize}.trimmed(); }
+    Span valueText() const { return {start + keySize + 1, start + size}; }
 
     /// "/" parts the groups below the section.
     QString key() const;
     /// A text, a list of texts, or a byte array.
     QVariant value() const;
+
+private:
+    const char *start = nullptr;
+    quint32 keySize = 0;
+    quint32 size = 0;
 };
 
 /// Entries in the order of the file by section; a section that stands twice is one.
@@ -135,3 +149,5 @@ private:
 };
 
 } // namespace IniText
+
+Q_DECLARE_TYPEINFO(IniText::Entry, Q_MOVABLE_TYPE); // a vector of them grows in place

@@ -19,7 +19,7 @@ namespace
 /// A key as the file has it.
 QString keyIn(const IniText::Entry &entry)
 {
-    return QString::fromUtf8(entry.keyText.begin, std::min(entry.keyText.size(), 400));
+    return QString::fromUtf8(entry.keyText().begin, std::min(entry.keyText().size(), 400));
 }
 
 /// A name of the file as people read it: the dialect takes each of its bytes for a character.
@@ -44,7 +44,7 @@ QString plainKey(const IniText::Entry &entry, int numbers)
 
 bool isSameValue(const IniText::Entry &one, const IniText::Entry &other)
 {
-    return IniText::isSame(one.valueText.trimmed(), other.valueText.trimmed());
+    return IniText::isSame(one.valueText().trimmed(), other.valueText().trimmed());
 }
 
 /// Blanks beside the commas of a value without quotation marks are no part of it.
@@ -164,7 +164,7 @@ void DatabaseTextConverter::tell(const char *rule, const IniText::Entry &entry,
                                  TextProjectProblems::Effect effect,
                                  const std::function<QString()> &words)
 {
-    problems->add(rule, entry.keyText.begin, effect, words);
+    problems->add(rule, entry.keyText().begin, effect, words);
 }
 
 void DatabaseTextConverter::tellDoubled(const QVector<IniText::Entry> &entries, int numbers)
@@ -179,12 +179,12 @@ void DatabaseTextConverter::tellDoubled(const QVector<IniText::Entry> &entries, 
         return;
     for (const IniText::Entry &entry : entries) {
         const IniText::Entry *last = counting.value(plainKey(entry, numbers));
-        if (last != &entry && entry.keyText.size() > 0 && !isSameValue(entry, *last))
+        if (last != &entry && entry.keyText().size() > 0 && !isSameValue(entry, *last))
             tell("doubled-key", entry, Effect::Saved, [&] {
                 return QStringLiteral("the value of %1 is passed over, since line %2 has another "
                                       "one: remove one of the two lines")
                     .arg(quotedWord(keyIn(entry)),
-                         QString::number(problems->lineOf(last->keyText.begin)));
+                         QString::number(problems->lineOf(last->keyText().begin)));
             });
     }
 }
@@ -240,7 +240,7 @@ void DatabaseTextConverter::tellCells(const TextRow &row, const QVector<TextFaul
             continue;
         }
         if (fault.kind == TextFault::Kind::List) {
-            if (losesBlanks(entry.valueText))
+            if (losesBlanks(entry.valueText()))
                 tell("unquoted-comma", entry, Effect::Saved, [&] {
                     return QStringLiteral("the value of %1 has a comma and no quotation marks, and "
                                           "loses the blanks beside it: put it in quotation marks")
@@ -248,7 +248,7 @@ void DatabaseTextConverter::tellCells(const TextRow &row, const QVector<TextFaul
                 });
             continue;
         }
-        const bool isToldAlready = entry.keyText.size() == 0;
+        const bool isToldAlready = entry.keyText().size() == 0;
         if (!isToldAlready)
             tell(ruleOfFault(fault.kind), entry, Effect::Saved,
                  [&] { return textOfFault(fault, row.cell(fault.cell), columns); });
@@ -259,7 +259,7 @@ void DatabaseTextConverter::tellShape(const TextRow &row, const char *form)
 {
     for (int i = 0; i < row.count; ++i) {
         const IniText::Entry &entry = row.first[i];
-        if (entry.keyText.size() > 0) // else it is told already
+        if (entry.keyText().size() > 0) // else it is told already
             tell("unknown-object", entry, Effect::Saved, [&] {
                 return QStringLiteral("%1 is not of the form %2, and is passed over")
                     .arg(quotedWord(keyIn(entry)), QLatin1String(form));
@@ -277,8 +277,8 @@ void DatabaseTextConverter::tellLostRow(const TextRow &row, const QString &group
     if (!isNode && (isSound || lineOfGroup(group) < 0))
         return; // the group is told of: there is no such one, or its line does not exist
     for (int i = 0; i < row.count; ++i)
-        problems->addLost(row.first[i].keyText.begin);
-    if (entry.keyText.size() == 0)
+        problems->addLost(row.first[i].keyText().begin);
+    if (entry.keyText().size() == 0)
         return; // the line of the text is told of
     if (row.numbers.first().isEmpty())
         return tellShape(row, isNode  ? "line\\column"

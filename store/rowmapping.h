@@ -49,16 +49,6 @@ QVariant toCell(const T &value)
         return QVariant(static_cast<qlonglong>(value));
 }
 
-/// Most records have a 0 in place of a map, which needs no look at bytes.
-inline bool hasNoMap(const RowCell &cell)
-{
-    return cell.isInteger();
-}
-inline bool hasNoMap(const QVariant & /*cell*/)
-{
-    return false; // its bytes tell
-}
-
 /// The same for RowInserter.
 template <class T>
 RowValue toValue(const T &value)
@@ -71,6 +61,16 @@ RowValue toValue(const T &value)
         return value.isEmpty() ? RowValue(0) : RowValue(packMetadata(value));
     else
         return static_cast<qint64>(value);
+}
+
+/// Most records have a 0 in place of a map, which needs no look at bytes.
+inline bool hasNoMap(const RowCell &cell)
+{
+    return cell.isInteger();
+}
+inline bool hasNoMap(const QVariant & /*cell*/)
+{
+    return false; // its bytes tell
 }
 
 /// NULL reads as zero or as an empty text, which is also what it becomes in the text form.

@@ -18,7 +18,7 @@ const char *lastKey(const QVector<IniText::Entry> &entries, IsIt isIt)
 {
     for (int i = entries.size() - 1; i >= 0; --i) {
         if (isIt(entries.at(i).key()))
-            return entries.at(i).keyText.begin;
+            return entries.at(i).keyText().begin;
     }
     return nullptr;
 }
@@ -123,7 +123,7 @@ const char *TextProjectPlaces::findInRow(Row key, const QString &column) const
     const QString end = QLatin1Char('/') + column;
     const char *found =
         lastKey(*entries, [&end](const QString &name) { return name.endsWith(end); });
-    return found ? found : entries->first().keyText.begin;
+    return found ? found : entries->first().keyText().begin;
 }
 
 const char *TextProjectPlaces::findLine(int line) const
@@ -133,7 +133,7 @@ const char *TextProjectPlaces::findLine(int line) const
     const QString start = QString::number(line) + QLatin1Char('/');
     for (const IniText::Entry &entry : groups.value(QStringLiteral("Nodes"))) {
         if (entry.key().startsWith(start))
-            return entry.keyText.begin;
+            return entry.keyText().begin;
     }
     return outline.heads.value(QStringLiteral("Nodes"));
 }

@@ -34,7 +34,7 @@ Span behind(Span text, int size)
 /// The bytes before the column, if they say all of the place; else none.
 Span prefixOf(const Entry &entry)
 {
-    const Span key = entry.keyText;
+    const Span key = entry.keyText();
     const auto isSeparator = [](char ch) { return ch == '\\' || ch == '/'; };
     if (std::find(key.begin, key.end, '%') != key.end)
         return {};
@@ -86,14 +86,14 @@ bool TextRows::repeatsColumn(const Entry &entry) const
         return false;
     const Span column = current.columns.at(current.count);
     const int size = prefix.size();
-    return column.size() > 0 && entry.keyText.size() == size + column.size() &&
-           IniText::isSame(start(entry.keyText, size), prefix) &&
-           IniText::isSame(behind(entry.keyText, size), column);
+    const Span key = entry.keyText();
+    return column.size() > 0 && key.size() == size + column.size() &&
+           IniText::isSame(start(key, size), prefix) && IniText::isSame(behind(key, size), column);
 }
 
 bool TextRows::continuesRow(const Entry &entry)
 {
-    const Span key = entry.keyText;
+    const Span key = entry.keyText();
     if (prefix.size() > 0 && key.size() >= prefix.size() &&
         IniText::isSame(start(key, prefix.size()), prefix) &&
         std::none_of(key.begin + prefix.size(), key.end, isSeparatorOrEscape))
@@ -111,5 +111,5 @@ void TextRows::takeCell(const Entry &entry, bool isRepeated)
         return;
     current.columns.resize(std::max(current.columns.size(), current.count));
     current.columns[number] =
-        prefix.size() > 0 ? behind(entry.keyText, prefix.size()) : Span{nullptr, nullptr};
+        prefix.size() > 0 ? behind(entry.keyText(), prefix.size()) : Span{nullptr, nullptr};
 }

@@ -204,7 +204,7 @@ bool TextRowWriter<Record>::write(const TextRow &row)
     for (int i = 0; i < row.count; ++i) {
         const Place &place = places.at(i);
         const bool isAsBefore =
-            place.isKnown && IniText::isSame(place.given, row.first[i].valueText);
+            place.isKnown && IniText::isSame(place.given, row.first[i].valueText());
         if (!isAsBefore || (isText != wasText && holdsValue(columns[place.column])))
             takeCell(row, i);
     }
@@ -294,7 +294,7 @@ bool TextRowWriter<Record>::holdsText(const TextRow &row)
 {
     if (kKeyColumns < 2 || typePlace < 0)
         return hasTextInStore();
-    const IniText::Span given = row.first[typePlace].valueText;
+    const IniText::Span given = row.first[typePlace].valueText();
     if (!IniText::isSame(given, lastType)) {
         lastType = given;
         isLastTypeText = isTextType(typeOf(row.cell(typePlace).value));
@@ -331,7 +331,7 @@ void TextRowWriter<Record>::takeCell(const TextRow &row, int number)
         rowFaults.append({number, TextFault::Kind::NoColumn, QVariant()});
         return;
     }
-    place.given = row.first[number].valueText;
+    place.given = row.first[number].valueText();
     const bool asText = isText && holdsValue(columns[place.column]);
     Known &known = knownFor(place.column, place.given);
     if (!known.given.begin || known.isText != asText ||

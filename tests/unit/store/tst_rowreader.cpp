@@ -172,6 +172,34 @@ private slots:
         QCOMPARE(outer.value(0).toString(), QStringLiteral("textouter"));
     }
 
+    void insertedTexts_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("plain") << "it's";
+        QTest::newRow("other_letters") << "Gr\u00F6\u00DFe";
+        QTest::newRow("nul_inside") << QString(QLatin1String("a\0b", 3));
+        QTest::newRow("null") << QString();
+        QTest::newRow("two_are_long") << QString(600, 'x');
+        QTest::newRow("each_is_long") << QString(1025, 'x');
+    }
+
+    void insertedTexts()
+    {
+        QFETCH(QString, text);
+        for (const char *encoding : {"UTF-8", "UTF-16le"}) {
+            QVERIFY(fill({"create table T(id integer, one text, other text)"}, encoding));
+            RowInserter rows("T", {"id", "one", "other"}, 1, Cells(3),
+                             RowInserter::Conflict::Replace);
+            QVERIFY(rows.write(*store, {1, text, text}));
+            const QString given = text.isNull() ? QString("") : text;
+            QVERIFY(store->exec("insert into T values(2,?,?)", {given, given}));
+            QCOMPARE(read(*store, "select distinct typeof(one) || hex(one), typeof(other) || "
+                                  "hex(other) from T")
+                         .size(),
+                     1);
+        }
+    }
+
     void leavesNothingBehind()
     {
         QVERIFY(fill({QStringLiteral("create table T(cell)"),
