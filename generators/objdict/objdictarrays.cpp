@@ -4,8 +4,6 @@
 #include "generators/abstractgenerator.h"
 #include "support/numbers.h"
 
-#include <QStringList>
-
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -127,24 +125,20 @@ quint64 ObjDict::parseLimit(ValueClass valueClass, const QString &text)
                                           : parseValue(valueClass, text);
 }
 
-QString ObjDict::elementText(ValueClass valueClass, quint64 value, int realDigits)
+void ObjDict::writeElement(TextWriter &out, ValueClass valueClass, quint64 value, int realDigits)
 {
     const ClassRow &row = rowOf(valueClass);
     const auto asSigned = static_cast<qint64>(value);
-    QString text;
+    out.raw(row.start);
     if (row.byteWiseType != Type::Unknown)
-        text = AbstractGenerator::convertValue(row.byteWiseType, value, asSigned);
+        out.raw(AbstractGenerator::convertValue(row.byteWiseType, value, asSigned));
     else if (row.kind == NumberKind::Real)
-        text = QString::number(double(floatOf(value)), 'f', realDigits);
+        out.raw(QString::number(double(floatOf(value)), 'f', realDigits));
+    else if (row.kind == NumberKind::Signed) // of 32 bits at most, as all that are left
+        out.parts(asSigned < 0 ? "-" : "", static_cast<quint32>(qAbs(asSigned)));
     else
-        text = row.kind == NumberKind::Signed ? QString::number(asSigned) : QString::number(value);
-    return QLatin1String(row.start) + text + QLatin1String(row.end);
-}
-
-void ObjDict::writeEntries(TextWriter &out, const QStringList &entries, const char *separator)
-{
-    out.raw(entries.join(QLatin1String(separator)));
-    out.raw("};\n");
+        out.raw(static_cast<quint32>(value));
+    out.raw(row.end);
 }
 
 int ObjDict::ValueArray::append(quint64 value)

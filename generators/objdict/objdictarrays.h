@@ -35,13 +35,23 @@ quint64 parseValue(ValueClass valueClass, const QString &text);
 quint64 parseLimit(ValueClass valueClass, const QString &text);
 
 /// \a realDigits is the count of decimal places of a real.
-QString elementText(ValueClass valueClass, quint64 value, int realDigits);
+void writeElement(TextWriter &out, ValueClass valueClass, quint64 value, int realDigits);
 
 /// Stands between elements, but for the variables of some classes.
 constexpr const char *kSeparator = ",\n";
 
-/// Elements and end of an array; \a entries are ready but for what stands between them.
-void writeEntries(TextWriter &out, const QStringList &entries, const char *separator);
+/// Elements and end of an array. write(value) writes one element, and nothing after it.
+template <typename List, typename Write>
+void writeEntries(TextWriter &out, const List &values, const char *separator, const Write &write)
+{
+    const char *before = "";
+    for (const auto &value : values) {
+        out.raw(before);
+        write(value);
+        before = separator;
+    }
+    out.raw("};\n");
+}
 
 /// The values of one array, by position.
 class ValueArray

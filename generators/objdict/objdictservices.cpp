@@ -1,6 +1,8 @@
 // Table of the objects that the stack keeps by itself.
 #include "generators/objdict/objdictservices.h"
 
+#include <iterator>
+
 namespace
 {
 
@@ -50,6 +52,8 @@ constexpr ServiceRow kServices[] = { // ascending
 
 const ObjDict::ServiceRow *ObjDict::serviceOf(quint16 index, quint8 sub)
 {
+    if (index > std::rbegin(kServices)->objects.last) // as most are
+        return nullptr;
     for (const ServiceRow &row : kServices) {
         if (index < row.objects.first)
             return nullptr;

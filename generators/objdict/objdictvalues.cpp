@@ -10,8 +10,6 @@
 #include "support/helper.h"
 #include "support/implementation.h"
 
-#include <QStringList>
-
 namespace
 {
 
@@ -42,13 +40,12 @@ void writeManagedArray(Context &context, ValueClass valueClass, const VariableAr
         context.out.raw(";\n");
         return;
     }
-    QStringList entries;
-    for (int i = 0; i < values.size(); ++i) {
-        entries << elementText(valueClass, values.at(i), kVariableDigits) +
-                       entryComment(context, array.keys.at(i));
-    }
     context.out.raw("= {\n");
-    writeEntries(context.out, entries, row.separator);
+    auto key = array.keys.cbegin();
+    writeEntries(context.out, values, row.separator, [&](quint64 value) {
+        writeElement(context.out, valueClass, value, kVariableDigits);
+        writeEntryComment(context, *key++);
+    });
 }
 
 /// A line of the structure of all arrays, if its array was written.
@@ -292,11 +289,10 @@ quint8 ObjDict::valueLine(const ObjectDataBase &store, quint8 line, quint16 inde
     return isShared ? 0 : line;
 }
 
-QString ObjDict::entryComment(const Context &context, Key key)
+void ObjDict::writeEntryComment(Context &context, Key key)
 {
-    const QString place = QLatin1String("0x") + Numbers::toHex(quint16(key >> 8), 4) +
-                          QLatin1Char(':') + QString::number(quint8(key)) + QLatin1String(" */");
-    return context.form.multiLine
-               ? QStringLiteral(" /* %1-%2").arg(QString::number(key >> 24), place)
-               : QLatin1String(" /* ") + place;
+    context.out.raw(" /* ");
+    if (context.form.multiLine)
+        context.out.parts(key >> 24, "-");
+    context.out.parts("0x", HexNumber{quint16(key >> 8), 4}, ":", quint8(key), " */");
 }

@@ -39,6 +39,6 @@ quint8 valueLine(const ObjectDataBase &store, quint8 line, quint16 index, quint8
                  const ObjectDataBase::SUBINDEX_DATA_T &data);
 
 /// " /* 0x2000:1 */", the comment after an entry, in a multi-line form with the line in front.
-QString entryComment(const Context &context, Key key);
+void writeEntryComment(Context &context, Key key);
 
 } // namespace ObjDict

@@ -6,8 +6,6 @@
 #include "support/helper.h"
 #include "support/implementation.h"
 
-#include <QStringList>
-
 namespace
 {
 
@@ -85,48 +83,42 @@ void writeStart(Context &context, const char *declaration, int count)
 
 void writeNumbers(Context &context, ValueClass valueClass, const QVector<quint64> &values)
 {
-    QStringList entries;
-    for (const quint64 value : values)
-        entries << elementText(valueClass, value, kConstantDigits);
     writeStart(context, rowOf(valueClass).constants, values.size());
-    writeEntries(context.out, entries, kSeparator);
+    writeEntries(context.out, values, kSeparator, [&](quint64 value) {
+        writeElement(context.out, valueClass, value, kConstantDigits);
+    });
 }
 
 void writeSizes(Context &context, const char *declaration, const QVector<ConstString> &strings)
 {
-    QStringList entries;
-    for (const ConstString &string : strings)
-        entries << QStringLiteral("\t%1").arg(string.size);
     writeStart(context, declaration, strings.size());
-    writeEntries(context.out, entries, kSeparator);
+    writeEntries(context.out, strings, kSeparator,
+                 [&](const ConstString &string) { context.out.parts("\t", string.size); });
 }
 
 QString utf8Bytes(const QString &text)
 {
     // Deliberate: C has no empty list of bytes, held by tst_golden.
-    return text.isEmpty() ? QStringLiteral("\t{0x00}")
-                          : QLatin1Char('\t') + Helper::UTF8String2ArrayString(text);
+    return text.isEmpty() ? QStringLiteral("{0x00}") : Helper::UTF8String2ArrayString(text);
 }
 
 void writeVisStrings(Context &context, const QVector<ConstString> &strings)
 {
-    QStringList entries;
-    for (const ConstString &string : strings)
-        entries << QStringLiteral("\t\"%1\"").arg(literalOfSize(string.text, string.size));
     writeStart(context, "static $const$ VIS_STRING $storage$\tod_const_vis_string[",
                strings.size());
-    writeEntries(context.out, entries, kSeparator);
+    writeEntries(context.out, strings, kSeparator, [&](const ConstString &string) {
+        context.out.parts("\t\"", literalOfSize(string.text, string.size), "\"");
+    });
     writeSizes(context, "static $const$ UNSIGNED32 $storage$\tod_const_vis_string_len[", strings);
 }
 
 void writeUtf8Strings(Context &context, const QVector<ConstString> &strings)
 {
-    QStringList entries;
-    for (const ConstString &string : strings)
-        entries << utf8Bytes(string.text);
     writeStart(context, "static $const$ UTF8_STRING $storage$\tod_const_utf8_string[",
                strings.size());
-    writeEntries(context.out, entries, kSeparator);
+    writeEntries(context.out, strings, kSeparator, [&](const ConstString &string) {
+        context.out.parts("\t", utf8Bytes(string.text));
+    });
     writeSizes(context, "static $const$ UNSIGNED32 $storage$\tod_const_utf8_string_len[", strings);
 }
 

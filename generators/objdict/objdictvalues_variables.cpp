@@ -3,8 +3,6 @@
 #include "generators/objdict/objdictvalues.h"
 #include "support/implementation.h"
 
-#include <QStringList>
-
 namespace
 {
 
@@ -89,64 +87,56 @@ ApplicationVariables collect(Context &context)
 }
 
 /// From the size of an array to its end; the declaration stands already.
-void writeElements(TextWriter &out, const QStringList &entries)
+template <typename Write>
+void writeElements(TextWriter &out, const Pointers &pointers, const Write &write)
 {
-    out.parts(quint32(entries.size()), "] = {\n");
-    writeEntries(out, entries, kSeparator);
+    out.parts(quint32(pointers.size()), "] = {\n");
+    writeEntries(out, pointers, kSeparator, write);
 }
 
 void writeNumbers(Context &context, ValueClass valueClass, const Pointers &pointers)
 {
-    QStringList entries;
-    for (const Pointer &pointer : pointers) {
+    TextWriter &out = context.out;
+    out.fill(rowOf(valueClass).pointers, {{"const", context.dialect.constMacro},
+                                          {"storage", context.dialect.constStorageMacro}});
+    writeElements(out, pointers, [&](const Pointer &pointer) {
         // A macro or a cast gives an address itself.
         const bool isAddress = pointer.name.contains(QLatin1Char('('));
-        entries << (isAddress ? QLatin1Char('\t') + pointer.name
-                              : QLatin1String("\t&(") + pointer.name + QLatin1Char(')')) +
-                       entryComment(context, pointer.key);
-    }
-    context.out.fill(rowOf(valueClass).pointers, {{"const", context.dialect.constMacro},
-                                                  {"storage", context.dialect.constStorageMacro}});
-    writeElements(context.out, entries);
+        out.parts(isAddress ? "\t" : "\t&(", pointer.name, isAddress ? "" : ")");
+        writeEntryComment(context, pointer.key);
+    });
 }
 
 /// Both arrays of lengths; the application changes the second one.
-void writeLengths(Context &context, const StringRow &row, const QStringList &lengths)
+template <typename Write>
+void writeLengths(Context &context, const StringRow &row, const Pointers &pointers,
+                  const Write &write)
 {
     for (const char *declaration : {row.lengths, row.actualLengths}) {
         if (row.hasStorage)
             context.out.fill(declaration, {{"storage", context.dialect.storageMacro}});
         else
             context.out.raw(declaration);
-        writeElements(context.out, lengths);
+        writeElements(context.out, pointers, write);
     }
 }
 
 void writeStrings(Context &context, const StringRow &row, const Pointers &pointers)
 {
-    QStringList entries;
-    QStringList lengths;
-    for (const Pointer &pointer : pointers) {
-        entries << QStringLiteral("\t&(%1[0])").arg(pointer.name);
-        lengths << QStringLiteral("\t%1ul").arg(pointer.size);
-    }
-    context.out.raw(row.pointers);
-    writeElements(context.out, entries);
-    writeLengths(context, row, lengths);
+    TextWriter &out = context.out;
+    out.raw(row.pointers);
+    writeElements(out, pointers,
+                  [&](const Pointer &pointer) { out.parts("\t&(", pointer.name, "[0])"); });
+    writeLengths(context, row, pointers,
+                 [&](const Pointer &pointer) { out.parts("\t", pointer.size, "ul"); });
 }
 
 /// The application hands its domains to the stack at run time.
 void writeDomains(Context &context, const Pointers &domains)
 {
-    QStringList entries;
-    QStringList lengths;
-    for (int i = 0; i < domains.size(); ++i) {
-        entries << QStringLiteral("\tNULL");
-        lengths << QStringLiteral("\t0ul");
-    }
     context.out.raw(kDomainRow.pointers);
-    writeElements(context.out, entries);
-    writeLengths(context, kDomainRow, lengths);
+    writeElements(context.out, domains, [&](const Pointer &) { context.out.raw("\tNULL"); });
+    writeLengths(context, kDomainRow, domains, [&](const Pointer &) { context.out.raw("\t0ul"); });
 }
 
 } // namespace

@@ -53,31 +53,20 @@ bool isCounted(const ValueRow &row, const VobjDict::Counted &counted)
     return counted.hasStrings || !row.isString;
 }
 
-/// Initialisers of the values, empty if variables have none.
-QStringList entriesOf(const Context &context, const QVector<VirtualObjects::Value> &values,
-                      const ValueRow &row)
-{
-    QStringList entries;
-    const std::optional<ValueClass> valueClass = valueClassOf(static_cast<quint16>(row.type));
-    if (!valueClass || !context.features.hasStaticValues())
-        return entries;
-    for (const VirtualObjects::Value &value : values) {
-        const QString text = context.store.getSubIndexValue(value.line, value.index, value.sub);
-        entries << elementText(*valueClass, parseValue(*valueClass, text), kVariableDigits) +
-                       entryComment(context, keyOf(value.line, value.index, value.sub));
-    }
-    return entries;
-}
-
-void writeArray(Context &context, const ValueRow &row, const QStringList &entries)
+void writeArray(Context &context, const ValueRow &row, const QVector<VirtualObjects::Value> &values)
 {
     context.out.fill(row.declaration, {{"storage", context.dialect.storageMacro}});
-    if (entries.isEmpty()) {
+    const std::optional<ValueClass> valueClass = valueClassOf(static_cast<quint16>(row.type));
+    if (!valueClass || !context.features.hasStaticValues()) {
         context.out.raw(";\n");
         return;
     }
     context.out.raw(" = {\n");
-    writeEntries(context.out, entries, kSeparator);
+    writeEntries(context.out, values, kSeparator, [&](const VirtualObjects::Value &value) {
+        const QString text = context.store.getSubIndexValue(value.line, value.index, value.sub);
+        writeElement(context.out, *valueClass, parseValue(*valueClass, text), kVariableDigits);
+        writeEntryComment(context, keyOf(value.line, value.index, value.sub));
+    });
 }
 
 void describeSub(Context &context, const VirtualObjects::Object &object, quint8 sub,
@@ -138,7 +127,7 @@ Positions::Map VobjDict::writeValues(Context &context, const Counted &counted)
             const VirtualObjects::Value &value = values.at(i);
             places.insert(keyOf(value.line, value.index, value.sub), static_cast<quint16>(i));
         }
-        writeArray(context, row, entriesOf(context, values, row));
+        writeArray(context, row, values);
     }
     return places;
 }
