@@ -4,6 +4,7 @@
 #include "generators/j1939/extdeclgenerator.h"
 #include "generators/outputname.h"
 #include "generators/projectlines.h"
+#include "store/fillers.h"
 #include "support/cohelper.h"
 #include "support/direction.h"
 #include "support/implementation.h"
@@ -55,8 +56,7 @@ struct FrameWords<CanIdData> {
 bool needsBits(const SignalData &signal)
 {
     const auto type = Type(signal.dataType);
-    return type != Type::StringAsterisk && type != Type::StringNull &&
-           !signal.name.contains(QLatin1String("dummy"));
+    return type != Type::StringAsterisk && type != Type::StringNull && !Fillers::isFiller(signal);
 }
 
 bool hasBits(const SignalData &signal)

@@ -11,6 +11,9 @@ namespace Fillers
 
 constexpr quint32 kFirstNumber = 1 << 19; ///< in groups, whose signals have numbers of 19 bits
 
+/// By the name.
+bool isFiller(const SignalData &signal);
+
 /// The type of that many bits, or the widest of whole bytes that are less; of 1 bit at least.
 CAN::CANopenDataType typeFor(quint32 bits);
 

@@ -211,13 +211,13 @@ public:
         const FrameKey key{number, frame.direction};
         bool done = true;
         if (Cache *cache = cacheOf(line); !cache) {
-            done = writeFrame(line, key, frame);
+            done = writeFrame(line, key, frame, false);
         } else if (const auto known = cache->frames.constFind(key); known == cache->frames.cend()) {
             done = insert(Family::kFrameColumns, Family::kFrameTable, line, frame);
             if (done)
                 addNew(*cache, key, frame);
         } else if (!sameCells(Family::kFrameColumns, *known, frame)) {
-            done = writeFrame(line, key, frame);
+            done = writeFrame(line, key, frame, true);
             updateFrame(line, key);
         }
         notify(Family::kAdd, line, number, 0);
@@ -243,8 +243,9 @@ public:
                 addInOrder(cache->signalsOf[key], signal);
         } else if (!cache || !sameCells(Family::kSignalColumns, *known, signal)) {
             done = write(Family::kSignalColumns, Family::kSignalTable, line, signal,
-                         {Family::kSignalFrameKey, Family::kSignalKey, "direction"},
-                         {key.number, number, key.direction});
+                         {{Family::kSignalFrameKey, Family::kSignalKey, "direction"},
+                          {key.number, number, key.direction},
+                          cache != nullptr});
             updateSignals(line, key);
         }
         notify(Family::kAddSignal, line, key.number, number);
@@ -434,21 +435,30 @@ private:
         return isAscending;
     }
 
-    bool writeFrame(quint8 line, FrameKey key, const Frame &frame)
+    /// By which a row is found.
+    struct RowKey {
+        QStringList columns;
+        Cells values;
+        bool isThere; ///< the row, so that it need not be looked for
+    };
+
+    bool writeFrame(quint8 line, FrameKey key, const Frame &frame, bool isThere)
     {
         return write(Family::kFrameColumns, Family::kFrameTable, line, frame,
-                     {Family::kFrameKey, "direction"}, {key.number, key.direction});
+                     {{Family::kFrameKey, "direction"}, {key.number, key.direction}, isThere});
     }
 
-    /// Updates the row that \a keys name, or inserts one.
+    /// Updates the row, or inserts one.
     template <class Record, size_t N>
     bool write(const Column<Record> (&columns)[N], const char *table, quint8 line,
-               const Record &record, const QStringList &keys, const Cells &keyValues)
+               const Record &record, const RowKey &key)
     {
         const QString name = Schema::table(table, line);
-        d.addKeyIndex(name, keys.join(QLatin1Char(',')));
-        const QString where = keys.join(QStringLiteral(" = ? and ")) + QStringLiteral(" = ?");
-        if (!Statement(d, QStringLiteral("select 1 from %1 where %2").arg(name, where), keyValues)
+        d.addKeyIndex(name, key.columns.join(QLatin1Char(',')));
+        const QString where =
+            key.columns.join(QStringLiteral(" = ? and ")) + QStringLiteral(" = ?");
+        if (!key.isThere &&
+            !Statement(d, QStringLiteral("select 1 from %1 where %2").arg(name, where), key.values)
                  .next())
             return insert(columns, table, line, record);
         Cells cells;
@@ -461,7 +471,7 @@ private:
         }
         return d.exec(QStringLiteral("update %1 set %2 where %3")
                           .arg(name, assignments.join(QLatin1Char(',')), where),
-                      cells + keyValues);
+                      cells + key.values);
     }
 
     template <class Record, size_t N>

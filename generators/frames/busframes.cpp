@@ -3,13 +3,12 @@
 
 #include "generators/addressclaim.h"
 #include "generators/frames/signalvalue.h"
+#include "store/fillers.h"
 #include "support/cohelper.h"
 #include "support/direction.h"
 #include "support/framebits.h"
 #include "support/implementation.h"
 #include "support/parametergroups.h"
-
-#include <QStringMatcher>
 
 namespace
 {
@@ -31,8 +30,7 @@ public:
     /// False if the signal is left out, for want of room.
     bool add(const SignalData &data, int bits)
     {
-        static const QStringMatcher gap(QStringLiteral("dummy"));
-        if (gap.indexIn(data.name) >= 0) {
+        if (Fillers::isFiller(data)) {
             if (source.keepsAll)
                 addWhole(data, bits, true);
             position += bits;
