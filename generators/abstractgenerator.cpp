@@ -2,6 +2,7 @@
 #include "generators/abstractgenerator.h"
 
 #include "store/projectfeatures.h"
+#include "support/numbers.h"
 #include "support/outputguard.h"
 #include "support/runfiles.h"
 #include "support/usersettings.h"
@@ -162,11 +163,15 @@ QString AbstractGenerator::convertValue(CAN::CANopenDataType type, quint64 unsig
         if (row.type != type)
             continue;
         const quint64 value = row.takesSigned ? static_cast<quint64>(signedValue) : unsignedValue;
-        QStringList bytes;
-        for (int byte = row.bytes - 1; byte >= 0; --byte)
-            bytes << QStringLiteral("0x%1").arg((value >> (8 * byte)) & 0xFF, 2, 16,
-                                                QLatin1Char('0'));
-        return QStringLiteral("%1(%2)").arg(QLatin1String(row.macro), bytes.join(QLatin1Char(',')));
+        QString text = QLatin1String(row.macro);
+        char before = '(';
+        for (int byte = row.bytes - 1; byte >= 0; --byte) {
+            text += QLatin1Char(before);
+            text += QLatin1String("0x");
+            text += Numbers::toHex((value >> (8 * byte)) & 0xFF, 2);
+            before = ',';
+        }
+        return text + QLatin1Char(')');
     }
     return QStringLiteral("0");
 }

@@ -75,20 +75,22 @@ void Dbc::declareIdentify(ObjectDataBase &store, quint8 line)
 
 QString Dbc::symbolName(const QString &name)
 {
-    const auto canStand = [](QChar character) {
-        const ushort code = character.unicode();
-        return (code >= '0' && code <= '9') || (code >= 'a' && code <= 'z') ||
-               (code >= 'A' && code <= 'Z') || code == '_' || code == '*';
-    };
-    const int start = int(std::find_if_not(name.begin(), name.end(), canStand) - name.begin());
-    if (start == name.size())
-        return name; // and no copy of it, as most are
-    QString symbol = name;
-    for (auto place = symbol.begin() + start; place != symbol.end(); ++place) {
-        if (!canStand(*place))
-            *place = QLatin1Char('_');
+    const QChar *const characters = name.constData();
+    QString symbol;
+    QChar *changed = nullptr;
+    for (int i = 0; i < name.size(); ++i) {
+        const ushort code = characters[i].unicode();
+        const bool canStand = (code >= '0' && code <= '9') || (code >= 'a' && code <= 'z') ||
+                              (code >= 'A' && code <= 'Z') || code == '_' || code == '*';
+        if (canStand)
+            continue;
+        if (!changed) {
+            symbol = name;
+            changed = symbol.data();
+        }
+        changed[i] = QLatin1Char('_');
     }
-    return symbol;
+    return changed ? symbol : name; // most need no copy
 }
 
 // --- All files ---

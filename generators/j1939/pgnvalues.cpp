@@ -69,15 +69,18 @@ void addVariable(Contents &contents, Signal &signal, ValueArray array, const Var
     content.hasName = content.hasName || variable.isName;
 }
 
+QString textOf64(quint64 value)
+{
+    return AbstractGenerator::convertValue(CAN::CANopenDataType::Unsigned64, value, 0);
+}
+
 /// The text of \a value as the array holds it.
 QString valueText(ValueArray array, const QString &value)
 {
     if (array == ValueArray::R32)
         return CText::realNumber(value);
-    if (array == ValueArray::U64)
-        return AbstractGenerator::convertValue(CAN::CANopenDataType::Unsigned64,
-                                               Numbers::toULongLongByPrefix(value), 0);
-    return QString::number(Numbers::toLongLongByPrefix(value));
+    return array == ValueArray::U64 ? textOf64(Numbers::toULongLongByPrefix(value))
+                                    : QString::number(Numbers::toLongLongByPrefix(value));
 }
 
 QString valueOf(const Group &group, ValueArray array, const SignalData &data)
@@ -87,7 +90,9 @@ QString valueOf(const Group &group, ValueArray array, const SignalData &data)
     // Deliberate: signed parameters and reals have variables too, since their mappings refer to
     // them; held by tst_pgngenerator.
     const std::optional<quint64> unknown = notAvailable(data.dataType);
-    return valueText(array, unknown ? QString::number(*unknown) : data.defaultValue);
+    if (!unknown)
+        return valueText(array, data.defaultValue);
+    return array == ValueArray::U64 ? textOf64(*unknown) : QString::number(*unknown);
 }
 
 QString valueOf(const Identifier &, ValueArray array, const SignalData &data)
