@@ -85,7 +85,9 @@ Object EdsSections::readObject(const Context &context, quint16 index)
     object.index = index;
     object.name = Helper::substituteVariables(data.name, index, 0);
     object.description = data.description;
-    const bool hasMembers = context.store.getSubIndices(context.line, index, 1).size() > 0;
+    bool hasMembers = false;
+    context.store.visitSubIndices(
+        context.line, index, 1, [&hasMembers](quint8, const SubIndexData &) { hasMembers = true; });
     object.code = context.form.objectCode(data.objectCode, hasMembers);
     if (!context.canFd && index == ObjectIndex::kDeviceType &&
         data.objectCode == CANopen::ObjectCode::Array)

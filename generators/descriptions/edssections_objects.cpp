@@ -93,16 +93,17 @@ void writeObjectType(const Context &context, CANopen::ObjectCode code)
     context.out.parts(EdsKeys::kObjectType, "=", static_cast<int>(code), "\n");
 }
 
-void writeMember(const Context &context, quint16 index, const Member &member)
+/// \a section is the name of the object's section.
+void writeMember(const Context &context, quint16 index, const QString &section,
+                 const Member &member)
 {
-    context.out.parts("\n[", context.form.hex(index, 4), "sub",
-                      context.form.hex(member.subIndex, 1), "]\n");
+    context.out.parts("\n[", section, "sub", context.form.hex(member.subIndex, 1), "]\n");
     writeName(context, member.data.name, "unnamed subindex");
     writeObjectType(context, CANopen::ObjectCode::Var);
     writeSubInfo(context, index, member);
 }
 
-void writeContent(const Context &context, const Object &object)
+void writeContent(const Context &context, const QString &section, const Object &object)
 {
     if (object.isStructure()) {
         const quint8 highest = context.form.highestCount;
@@ -114,7 +115,7 @@ void writeContent(const Context &context, const Object &object)
     }
     for (const Member &member : object.members) {
         if (object.isStructure())
-            writeMember(context, object.index, member);
+            writeMember(context, object.index, section, member);
         else
             writeSubInfo(context, object.index, member);
     }
@@ -140,10 +141,11 @@ QList<quint16> EdsSections::describedObjects(const Context &context)
 void EdsSections::generateIndexSection(const Context &context, quint16 index)
 {
     const Object object = readObject(context, index);
-    context.out.parts("[", context.form.hex(index, 4), "]\n");
+    const QString section = context.form.hex(index, 4);
+    context.out.parts("[", section, "]\n");
     writeName(context, object.name, "unnamed object");
     writeObjectType(context, object.code);
-    writeContent(context, object);
+    writeContent(context, section, object);
     context.out.raw("\n");
 }
 
