@@ -99,23 +99,45 @@ int startOfRun(const Context &context, quint8 line, quint16 index, const QList<q
     return start;
 }
 
+/// "CO_ATTR_NUM | CO_ATTR_READ" and so on.
+void writeAttributes(TextWriter &out, const SubData &data, const RowFacts &facts)
+{
+    const bool isMappable = !data.pdoMapping.isEqualToType(PDOMappingType::No);
+    const QString &access = data.accessType;
+    const bool isReadOnly = access == AccessType::kConst || access == AccessType::kReadOnly;
+    const bool isWriteOnly = access == AccessType::kWriteOnly;
+    const bool isNumber = data.dataType <= CAN::typeNumber(CAN::CANopenDataType::Real32) ||
+                          data.dataType == CAN::typeNumber(CAN::CANopenDataType::Unsigned24);
+    out.raw(isNumber ? "CO_ATTR_NUM | " : "");
+    out.raw(isReadOnly    ? "CO_ATTR_READ"
+            : isWriteOnly ? "CO_ATTR_WRITE"
+                          : "CO_ATTR_READ | CO_ATTR_WRITE");
+    if (isMappable && !isWriteOnly && access != AccessType::kReadWriteWrite)
+        out.raw(" | CO_ATTR_MAP_TR");
+    if (isMappable && !isReadOnly && access != AccessType::kReadWriteRead)
+        out.raw(" | CO_ATTR_MAP_REC");
+    out.parts(facts.hasDefault ? " | CO_ATTR_DEFVAL" : "", facts.hasLimit ? " | CO_ATTR_LIMIT" : "",
+              data.nvStorage ? " | CO_ATTR_STORE" : "",
+              facts.isCompact ? " | CO_ATTR_COMPACT" : "");
+}
+
 void describeSubObject(Context &context, const Place &place, const SubData &data, bool isCompact)
 {
     const Key key = keyOf(place.line, place.index, place.sub);
     const Positions &positions = context.positions;
     const bool isConstant = data.implementation == Implementation::kManagedConst;
-    const quint32 reference =
-        isConstant ? positions.constants.value(key)
-                   : getReferencePosition(context, place.line, place.index, place.sub);
+    RowFacts facts;
+    facts.reference = isConstant
+                          ? positions.constants.value(key)
+                          : getReferencePosition(context, place.line, place.index, place.sub);
     // Deliberate: no default and no limit where none was recorded, since the position would be that
     // of another object's value. Held by tst_golden.
-    const bool hasDefault = data.defaultInEds && positions.constants.contains(key);
-    const bool hasLimit =
+    facts.hasDefault = data.defaultInEds && positions.constants.contains(key);
+    facts.hasLimit =
         data.limitInEds && (context.form.hasLimitCheck ? positions.lowLimits.contains(key)
                                                        : takesLimits(data.dataType));
-    writeDescriptionStart(context, place.sub,
-                          getImplementationDataType(data, place.index, place.sub), reference,
-                          getODAttributes(data, hasDefault, hasLimit, isCompact));
+    facts.isCompact = isCompact;
+    writeDescriptionStart(context, place, data, facts);
     context.out.parts(" (UNSIGNED16)", quint32(positions.constants.value(key)));
     if (context.form.hasLimitCheck)
         context.out.parts("u, (UNSIGNED16)", quint32(positions.lowLimits.value(key)),
@@ -249,38 +271,6 @@ void ObjDict::assignObjects(Context &context)
     context.out.raw("};\n");
 }
 
-QString ObjDict::getODAttributes(const ObjectDataBase::SUBINDEX_DATA_T &data, bool hasDefault,
-                                 bool hasLimit, bool isCompact)
-{
-    const bool isMappable = !data.pdoMapping.isEqualToType(PDOMappingType::No);
-    const QString &access = data.accessType;
-    const bool isReadOnly = access == AccessType::kConst || access == AccessType::kReadOnly;
-    QString text;
-    text.reserve(120); // takes all of them
-    if (data.dataType <= CAN::typeNumber(CAN::CANopenDataType::Real32) ||
-        data.dataType == CAN::typeNumber(CAN::CANopenDataType::Unsigned24))
-        text += QLatin1String("CO_ATTR_NUM | ");
-    if (isReadOnly)
-        text += QLatin1String("CO_ATTR_READ");
-    else if (access == AccessType::kWriteOnly)
-        text += QLatin1String("CO_ATTR_WRITE");
-    else
-        text += QLatin1String("CO_ATTR_READ | CO_ATTR_WRITE");
-    if (isMappable && access != AccessType::kWriteOnly && access != AccessType::kReadWriteWrite)
-        text += QLatin1String(" | CO_ATTR_MAP_TR");
-    if (isMappable && !isReadOnly && access != AccessType::kReadWriteRead)
-        text += QLatin1String(" | CO_ATTR_MAP_REC");
-    if (hasDefault)
-        text += QLatin1String(" | CO_ATTR_DEFVAL");
-    if (hasLimit)
-        text += QLatin1String(" | CO_ATTR_LIMIT");
-    if (data.nvStorage)
-        text += QLatin1String(" | CO_ATTR_STORE");
-    if (isCompact)
-        text += QLatin1String(" | CO_ATTR_COMPACT");
-    return text;
-}
-
 quint32 ObjDict::getReferencePosition(const Context &context, quint8 line, quint16 index,
                                       quint8 sub)
 {
@@ -313,11 +303,15 @@ const char *ObjDict::objectTypeWord(CANopen::ObjectCode code, int subs)
     }
 }
 
-void ObjDict::writeDescriptionStart(Context &context, quint8 sub, const QString &tag,
-                                    quint32 reference, const QString &attributes)
+void ObjDict::writeDescriptionStart(Context &context, const Place &place, const SubData &data,
+                                    const RowFacts &facts)
 {
-    context.out.parts("\t{ (UNSIGNED8)", sub, "u, ", tag, ", (UNSIGNED16)", reference, "u, ",
-                      attributes, ", ");
+    TextWriter &out = context.out;
+    out.parts("\t{ (UNSIGNED8)", place.sub, "u, ");
+    writeImplementationDataType(out, data, place.index, place.sub);
+    out.parts(", (UNSIGNED16)", facts.reference, "u, ");
+    writeAttributes(out, data, facts);
+    out.raw(", ");
 }
 
 void ObjDict::writeDescriptionEnd(Context &context, quint8 line, quint16 index, quint8 sub)

@@ -2,7 +2,7 @@
 // od_description a row a subindex, or a row a run of like ones.
 #pragma once
 
-#include "generators/objdict/objdictcontext.h"
+#include "generators/objdict/objdictarrays.h"
 
 namespace ObjDict
 {
@@ -23,19 +23,23 @@ TableRows countRows(const Context &context);
 /// lies before the run, or if the form has no compact arrays.
 int getSameStartSub(const Context &context, quint8 line, quint16 index);
 
-/// "CO_ATTR_NUM | CO_ATTR_READ" and so on, from type, access and mapping.
-QString getODAttributes(const ObjectDataBase::SUBINDEX_DATA_T &data, bool hasDefault, bool hasLimit,
-                        bool isCompact);
-
 /// What the reference column of a subindex holds that is not constant.
 quint32 getReferencePosition(const Context &context, quint8 line, quint16 index, quint8 sub);
 
 /// "CO_ODTYPE_..." of an object; \a subs is the count of its subindices.
 const char *objectTypeWord(CANopen::ObjectCode code, int subs);
 
+/// What a row says of its subindex besides type, access and mapping.
+struct RowFacts {
+    quint32 reference = 0;
+    bool hasDefault = false;
+    bool hasLimit = false;
+    bool isCompact = false;
+};
+
 /// Start of a description row, up to its attributes and what stands between.
-void writeDescriptionStart(Context &context, quint8 sub, const QString &tag, quint32 reference,
-                           const QString &attributes);
+void writeDescriptionStart(Context &context, const Place &place,
+                           const ObjectDataBase::SUBINDEX_DATA_T &data, const RowFacts &facts);
 
 /// "/* 0x2000:1*/ \n", the end of a description row.
 void writeDescriptionEnd(Context &context, quint8 line, quint16 index, quint8 sub);

@@ -10,12 +10,12 @@
 #include "support/helper.h"
 #include "support/implementation.h"
 
+#include <cstring>
+
 namespace
 {
 
 using namespace ObjDict;
-
-constexpr int kTagWidth = 18;
 
 /// Variables of one class, with the place of each.
 struct VariableArray {
@@ -153,7 +153,7 @@ QString elementAddress(const char *array, const Positions::Map &places, Key key)
 
 QString tagWord(quint16 dataType)
 {
-    const QString word = COHelper::index2DataTypeShortString(dataType).toUpper();
+    const QString word = COHelper::index2DataTypeShortString(dataType); // in upper case
     if (word == QLatin1String("D"))
         return QStringLiteral("DOMAIN");
     if (word == QLatin1String("B"))
@@ -253,20 +253,20 @@ QString ObjDict::getObjectAddress(const Context &context, quint8 line, quint16 i
     return elementAddress(row.managedName, context.positions.managed, keyOf(owner, index, sub));
 }
 
-QString ObjDict::getImplementationDataType(const ObjectDataBase::SUBINDEX_DATA_T &data,
-                                           quint16 index, quint8 sub)
+void ObjDict::writeImplementationDataType(TextWriter &out,
+                                          const ObjectDataBase::SUBINDEX_DATA_T &data,
+                                          quint16 index, quint8 sub)
 {
-    const QString word = tagWord(data.dataType);
+    static constexpr char kStart[] = "CO_DTYPE_";
+    static constexpr char kBlanks[] = "                  "; // up to the width of all tags
+    QString word = tagWord(data.dataType);
     const bool isConstant = data.implementation == Implementation::kManagedConst;
-    QString tag;
-    tag.reserve(2 * kTagWidth); // takes all of them
-    tag += QLatin1String("CO_DTYPE_");
     // One array holds both kinds of constant strings.
-    tag += isConstant && word == QLatin1String("OS") ? QStringLiteral("VS") : word;
-    tag += QLatin1String(isConstant ? "_CONST" : accessSuffix(data, index, sub));
-    if (tag.size() < kTagWidth)
-        tag.resize(kTagWidth, QLatin1Char(' '));
-    return tag;
+    if (isConstant && word == QLatin1String("OS"))
+        word = QStringLiteral("VS");
+    const char *const suffix = isConstant ? "_CONST" : accessSuffix(data, index, sub);
+    const size_t size = sizeof kStart - 1 + size_t(word.size()) + std::strlen(suffix);
+    out.parts(kStart, word, suffix, kBlanks + qMin(size, sizeof kBlanks - 1));
 }
 
 bool ObjDict::isWriteable(const QString &accessType)

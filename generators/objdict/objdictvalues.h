@@ -22,8 +22,8 @@ QString variableName(const ObjectDataBase::SUBINDEX_DATA_T &data, quint16 index,
 QString getObjectAddress(const Context &context, quint8 line, quint16 index, quint8 sub);
 
 /// The `CO_DTYPE_...` tag of a subindex: how the stack treats the entry.
-QString getImplementationDataType(const ObjectDataBase::SUBINDEX_DATA_T &data, quint16 index,
-                                  quint8 sub);
+void writeImplementationDataType(TextWriter &out, const ObjectDataBase::SUBINDEX_DATA_T &data,
+                                 quint16 index, quint8 sub);
 
 bool isWriteable(const QString &accessType);
 

@@ -77,11 +77,11 @@ void describeSub(Context &context, const VirtualObjects::Object &object, quint8 
         return;
     const Key key = keyOf(object.line, object.index, sub);
     const Positions::Map &constants = context.positions.constants;
-    const bool isRun = object.endsInRun && sub == object.subs.last();
-    writeDescriptionStart(
-        context, sub, getImplementationDataType(data, object.index, sub),
-        values.contains(key) ? values.value(key) : kNoPosition,
-        getODAttributes(data, data.defaultInEds && constants.contains(key), false, isRun));
+    RowFacts facts;
+    facts.reference = values.contains(key) ? values.value(key) : kNoPosition;
+    facts.hasDefault = data.defaultInEds && constants.contains(key);
+    facts.isCompact = object.endsInRun && sub == object.subs.last();
+    writeDescriptionStart(context, {object.line, object.index, sub}, data, facts);
     context.out.parts(" (UNSIGNED16)", quint32(constants.value(key)));
     writeDescriptionEnd(context, object.line, object.index, sub);
 }
