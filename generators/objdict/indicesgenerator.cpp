@@ -6,7 +6,10 @@
 #include "support/helper.h"
 #include "support/numbers.h"
 
+#include <QStringBuilder>
+
 #include <array>
+#include <charconv>
 
 namespace
 {
@@ -125,6 +128,13 @@ QString frameName(const char *kind, const QString &name, quint32 number)
     return prefixedName(kind, Helper::substituteVariables(name, static_cast<quint16>(number), 0));
 }
 
+QString withCount(const QString &name, const char *separator, quint32 count)
+{
+    char digits[10];
+    const char *end = std::to_chars(digits, digits + sizeof digits, count).ptr;
+    return name % QLatin1String(separator) % QLatin1String(digits, int(end - digits));
+}
+
 } // namespace
 
 DefineNames::DefineNames()
@@ -136,19 +146,21 @@ DefineNames::DefineNames()
 
 void DefineNames::startLine(const QString &linePrefix)
 {
+    if (linePrefix != prefix)
+        names.clear();
     prefix = linePrefix;
     ++run;
 }
 
 bool DefineNames::isTaken(const QString &name, quint32 value) const
 {
-    return isTaken(names.value(prefix + name), value);
+    return isTaken(names.value(name), value);
 }
 
 std::optional<QString> DefineNames::claimCounted(const QString &text, quint32 value,
                                                  const char *separator)
 {
-    Name &name = names[prefix + text];
+    Name &name = names[text];
     const bool isNew = !isTaken(name, value);
     if (name.usedIn != run)
         name.repeats = 0;
@@ -163,8 +175,8 @@ std::optional<QString> DefineNames::claimCounted(const QString &text, quint32 va
     // Deliberate: the count goes on until the name is new, since a name that was given with its
     // digits would lose its define otherwise; held by tst_golden.
     while (true) {
-        const QString counted = text + QLatin1String(separator) + QString::number(++name.repeats);
-        Name &next = names[prefix + counted]; // leaves the others where they are
+        const QString counted = withCount(text, separator, ++name.repeats);
+        Name &next = names[counted]; // leaves the others where they are
         if (next.isWritten)
             continue;
         next.isWritten = true;
@@ -175,7 +187,7 @@ std::optional<QString> DefineNames::claimCounted(const QString &text, quint32 va
 
 std::optional<QString> DefineNames::claimShared(const QString &text, quint32 value)
 {
-    Name &name = names[prefix + text];
+    Name &name = names[text];
     if (name.isWritten)
         return std::nullopt;
     name.isWritten = true;
@@ -185,7 +197,7 @@ std::optional<QString> DefineNames::claimShared(const QString &text, quint32 val
 
 bool DefineNames::isDefined(const QString &name, quint32 value) const
 {
-    const Name known = names.value(prefix + name);
+    const Name known = names.value(name);
     return known.isWritten && known.value == value;
 }
 

@@ -37,8 +37,8 @@ class DefineNames
 public:
     DefineNames();
 
-    /// \a prefix stands before each name of the line in the file; names of lines with different
-    /// prefixes do not meet.
+    /// \a linePrefix stands before each name of the line in the file. Lines with the same prefix
+    /// follow each other; names of lines with different prefixes do not meet.
     void startLine(const QString &linePrefix);
 
     /// Was \a name asked for before on this line, or does it stand for another value?
@@ -69,7 +69,7 @@ private:
 
     QString prefix;
     int run = 1;
-    QHash<QString, Name> names; ///< with prefix
+    QHash<QString, Name> names; ///< of the lines with that prefix, without it
 };
 
 /// The names that the file gives to objects, for those who tell of them. Asked in the order of the

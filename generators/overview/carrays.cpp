@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 namespace
 {
@@ -56,6 +57,27 @@ int readNumber(const char *&at, const char *end)
     return int(number);
 }
 
+/// Up to the next comma, without blanks around it; \a row is what stands behind.
+std::string_view takeColumn(std::string_view *row)
+{
+    const size_t end = std::min(row->find(','), row->size());
+    std::string_view column = row->substr(0, end);
+    row->remove_prefix(std::min(end + 1, row->size()));
+    while (!column.empty() && isBlank(column.front()))
+        column.remove_prefix(1);
+    while (!column.empty() && isBlank(column.back()))
+        column.remove_suffix(1);
+    return column;
+}
+
+/// A value, which may have its type in parentheses before it.
+int numberIn(std::string_view column)
+{
+    column.remove_prefix(column.rfind(')') + 1);
+    const char *at = column.data();
+    return readNumber(at, at + column.size());
+}
+
 /// What "1-0x2010:3" says of a row, or "1-65262:110" of a signal; without the number of the line if
 /// there is only one.
 void readComment(const char *at, const char *end, Row *row)
@@ -99,8 +121,8 @@ private:
         return place + ahead < size ? characters[place + ahead] : '\0';
     }
 
-    /// Passes blanks, comments, and lines for the preprocessor with what they leave out. The last
-    /// comment is kept.
+    /// Passes blanks, comments, and lines for the preprocessor with what they leave out. The row
+    /// learns what comments say of it.
     void skipSpace()
     {
         while (place < size) {
@@ -119,20 +141,11 @@ private:
 
     void skipComment()
     {
-        const int end = endOfComment();
-        const int stop = end < 0 ? text.size() : end;
+        const size_t end = std::string_view(characters, size_t(size)).find("*/", size_t(place) + 2);
+        const int stop = end == std::string_view::npos ? size : int(end);
         if (row)
-            readComment(text.constData() + place + 2, text.constData() + stop, row);
-        place = end < 0 ? text.size() : end + 2;
-    }
-
-    int endOfComment() const
-    {
-        for (int end = place + 2; end + 1 < size; ++end) {
-            if (characters[end] == '*' && characters[end + 1] == '/')
-                return end;
-        }
-        return -1;
+            readComment(characters + place + 2, characters + stop, row);
+        place = end == std::string_view::npos ? size : stop + 2;
     }
 
     QByteArray skipLine()
@@ -331,65 +344,115 @@ private:
 
     // --- Initializers ---
 
+    /// Where in an initializer the reader is.
+    struct Nesting {
+        explicit Nesting(const QByteArray &type)
+            : isAssigned(type.endsWith("OD_ASSIGN_T")), isDescribed(type.endsWith("OBJECT_DESC_T"))
+        {
+        }
+
+        const bool isAssigned;  ///< each row begins with the index of its object
+        const bool isDescribed; ///< the second and third column of each row are read
+        int depth = 0;          ///< of braces and parentheses
+        int braces = 0;
+        bool isFresh = true; ///< the next word begins a row
+        bool wasText = false;
+    };
+
     /// To behind the ";" of the statement. Elements of the outermost braces are rows.
     void readInitializer(Definition *definition)
     {
-        int depth = 0;
-        bool isFresh = true; // the next word begins a row
-        bool wasText = false;
-        const bool isAssigned = definition->type.endsWith("OD_ASSIGN_T");
-        const bool isDescribed = definition->type.endsWith("OBJECT_DESC_T");
-        int column = 0; // of a row in braces
-        int braces = 0;
-        for (;;) {
-            skipSpace();
-            if (place >= size)
+        Nesting at(definition->type);
+        for (skipSpace(); place < size; skipSpace()) {
+            if (peek() == '"')
+                readText(&at, definition);
+            else if (!readPlainRow(&at, definition) && !readWord(&at, definition))
                 break;
-            if (peek() == '"') {
-                beginRow(depth, &isFresh, definition);
-                const qint64 bytes = skipQuoted();
-                if (row)
-                    row->textBytes += bytes + (wasText ? 0 : 1);
-                wasText = true;
-                continue;
-            }
-            wasText = false;
-            const int start = place;
-            const char ch = peek();
-            skipWord();
-            if (ch == ';' && depth == 0)
-                break;
-            braces += ch == '{' ? 1 : ch == '}' ? -1 : 0;
-            definition->depth = std::max(definition->depth, braces);
-            if (ch == '}' || ch == ')') {
-                --depth;
-            } else if (ch == ',' && depth <= 2) {
-                isFresh = isFresh || depth == 1;
-                column = depth == 1 ? 0 : column + 1;
-            } else {
-                if (depth > 0)
-                    beginRow(depth, &isFresh, definition);
-                const char *at = text.constData() + start;
-                if (row && isRowStart && isAssigned)
-                    row->index = readNumber(at, text.constData() + place);
-                else if (row && depth == 2 && isDescribed && column == 1)
-                    row->tag = text.mid(start, place - start);
-                else if (row && depth == 2 && isDescribed && column == 2 && isDigit(ch))
-                    row->position = readNumber(at, text.constData() + place);
-                isRowStart = ch == '{' && depth == 1;
-                depth += ch == '{' || ch == '(' ? 1 : 0;
-            }
         }
         row = nullptr;
     }
 
-    void beginRow(int depth, bool *isFresh, Definition *definition)
+    /// Texts that follow each other are one.
+    void readText(Nesting *at, Definition *definition)
     {
-        if (!*isFresh || depth < 1)
+        beginRow(at, definition);
+        const qint64 bytes = skipQuoted();
+        if (row)
+            row->textBytes += bytes + (at->wasText ? 0 : 1);
+        at->wasText = true;
+    }
+
+    /// Most rows are such: in braces, with nothing in them but values. False: the next one is not.
+    bool readPlainRow(Nesting *at, Definition *definition)
+    {
+        if (at->depth != 1 || !at->isFresh || peek() != '{')
+            return false;
+        const int start = place + 1;
+        const int end = start + plainAt(start, "{}\"'/#");
+        if (end >= size || characters[end] != '}')
+            return false;
+        beginRow(at, definition);
+        definition->depth = std::max(definition->depth, at->braces + 1);
+        readColumns(*at, std::string_view(characters + start, size_t(end - start)));
+        place = end + 1;
+        return true;
+    }
+
+    void readColumns(const Nesting &at, std::string_view columns)
+    {
+        if (at.isAssigned)
+            row->index = numberIn(takeColumn(&columns));
+        if (!at.isDescribed)
+            return;
+        (void)takeColumn(&columns); // number of the subindex
+        row->tag = takeColumn(&columns);
+        row->position = numberIn(takeColumn(&columns));
+    }
+
+    /// False at the end of the statement.
+    bool readWord(Nesting *at, Definition *definition)
+    {
+        at->wasText = false;
+        const char ch = peek();
+        skipWord();
+        if (ch == ';' && at->depth == 0)
+            return false;
+        if (ch == ',' && at->depth == 1)
+            at->isFresh = true;
+        else if (ch != '}')
+            beginRow(at, definition);
+        const int step = ch == '{' || ch == '(' ? 1 : ch == '}' || ch == ')' ? -1 : 0;
+        at->depth += step;
+        at->braces += ch == '{' || ch == '}' ? step : 0;
+        definition->depth = std::max(definition->depth, at->braces);
+        skipPlain(*at);
+        return true;
+    }
+
+    void beginRow(Nesting *at, Definition *definition)
+    {
+        if (!at->isFresh || at->depth < 1)
             return;
         definition->rows.push_back({});
         row = &definition->rows.back();
-        *isFresh = false;
+        at->isFresh = false;
+    }
+
+    /// Passes what tells nothing more of a row. Parentheses within braces are closed there.
+    void skipPlain(const Nesting &at)
+    {
+        if (at.depth < 1 || at.isFresh)
+            return;
+        const bool isInBraces = at.depth == at.braces;
+        place += plainAt(place, !isInBraces    ? "{}()\"'/#"
+                                : at.depth > 1 ? "{}\"'/#"
+                                               : "{}()\"'/#,");
+    }
+
+    /// How many characters stand at \a start that are none of \a marks.
+    int plainAt(int start, const char *marks) const
+    {
+        return int(std::strcspn(characters + start, marks)); // a text of Qt has a 0 at its end
     }
 
     const QByteArray &text;
@@ -398,9 +461,8 @@ private:
     Macros macros;
     std::vector<Definition> definitions;
     int place = 0;
-    Row *row = nullptr;      ///< that a comment is about
-    bool isRowStart = false; ///< the word before was the brace that begins a row
-    int blocks = 0;          ///< that are open
+    Row *row = nullptr; ///< that a comment is about
+    int blocks = 0;     ///< that are open
 };
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QHash>
 
+#include <string_view>
 #include <vector>
 
 /// What a source of generated C defines, read from its text: what is counted is what is compiled.
@@ -17,8 +18,8 @@ using Macros = QHash<QByteArray, QByteArray>;
 struct Row {
     int line = -1;        ///< of the device, as its comment says; -1: the comment says none
     int index = -1;       ///< of the object, likewise, or as a row that assigns begins
-    QByteArray tag;       ///< of a row that describes a subindex: the type of its value
-    int position = -1;    ///< of its value in the array of that type
+    int position = -1;    ///< of a row that describes a subindex: of its value in the array of
+    std::string_view tag; ///< this type of values; lives as long as the source
     qint64 textBytes = 0; ///< of the texts that it leads to, with their ends
 };
 

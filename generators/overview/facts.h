@@ -25,8 +25,17 @@ public:
     const QVector<QString> &all() const { return list; }
 
 private:
+    struct Recent {
+        QString text;
+        int number = 0;
+    };
+
+    int lookUp(const QString &text);
+
     QVector<QString> list{QString()};
     QHash<QString, int> numbers;
+    /// Of many rows the text is the same one in memory, not just an equal one.
+    std::array<Recent, 1024> recent; ///< by place in memory
 };
 
 // --- Objects ---

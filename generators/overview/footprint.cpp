@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <map>
+#include <unordered_map>
 
 namespace Overview
 {
@@ -96,11 +97,12 @@ constexpr StringRow kStrings[] = {
     {"DOMAIN", "od_domain"},
 };
 
-/// The array that holds the values of a tag such as "CO_DTYPE_U16_VAR"; none if they stand nowhere,
+/// The array that holds the values of a tag such as "CO_DTYPE_U8_VAR"; none if they stand nowhere,
 /// or with others of the same value.
-QByteArray arrayOf(const QByteArray &tag)
+QByteArray arrayOf(std::string_view tag)
 {
-    const QList<QByteArray> words = tag.split('_'); // CO, DTYPE, type, where
+    const QList<QByteArray> words =
+        QByteArray(tag.data(), int(tag.size())).split('_'); // CO, DTYPE, type, where
     const QByteArray type = words.value(2);
     const QByteArray where = words.value(3);
     for (const StringRow &row : kStrings) {
@@ -122,7 +124,7 @@ public:
         for (const CArrays::Row &row : description.rows) {
             if (row.position < 0 || row.position > 0xFFFF || row.index < 0)
                 continue;
-            std::vector<Owner> &owners = byTag[row.tag];
+            std::vector<Owner> &owners = ownersOf(row.tag);
             if (owners.size() <= size_t(row.position))
                 owners.resize(size_t(row.position) + 1);
             owners[size_t(row.position)] = {row.line, row.index};
@@ -136,10 +138,9 @@ public:
             if (name.endsWith(suffix))
                 name.chop(int(qstrlen(suffix)));
         }
-        for (auto tag = byTag.cbegin(); tag != byTag.cend(); ++tag) {
-            if (name == arrayOf(tag.key()))
-                complete(definition, *tag);
-        }
+        const auto array = byArray.find(name);
+        if (array != byArray.end() && !name.isEmpty())
+            complete(definition, array->second);
     }
 
 private:
@@ -147,6 +148,14 @@ private:
         int line = -1;
         int index = -1;
     };
+
+    std::vector<Owner> &ownersOf(std::string_view tag)
+    {
+        std::vector<Owner> *&owners = byTag[tag];
+        if (!owners)
+            owners = &byArray[arrayOf(tag)];
+        return *owners;
+    }
 
     static void complete(CArrays::Definition *definition, const std::vector<Owner> &owners)
     {
@@ -159,7 +168,8 @@ private:
         }
     }
 
-    QHash<QByteArray, std::vector<Owner>> byTag; ///< by position in the array of the tag
+    std::map<QByteArray, std::vector<Owner>> byArray; ///< by position
+    std::unordered_map<std::string_view, std::vector<Owner> *> byTag;
 };
 
 /// Do the rows of received PDOs say which PDOs of other lines send their values on?
@@ -227,15 +237,15 @@ private:
         const FootprintArray table = *array;
         const auto &rows = definition.rows;
         for (size_t first = 0, next = 0; first < rows.size(); first = next) {
-            const auto isAlike = [&](const CArrays::Row &row) {
-                return row.line == rows[first].line &&
-                       areaOf(row.index) == areaOf(rows[first].index);
+            const CArrays::Row &row = rows[first];
+            const char *areaOfRow = areaOf(row.index);
+            const auto isAlike = [&](const CArrays::Row &other) {
+                return other.line == row.line && areaOf(other.index) == areaOfRow;
             };
             while (next < rows.size() && isAlike(rows[next]))
                 ++next;
-            const CArrays::Row &row = rows[first];
             const std::optional<int> line = row.line >= 0 ? row.line : table.line;
-            const QString area = areaOf(row.index) ? QLatin1String(areaOf(row.index)) : table.area;
+            const QString area = areaOfRow ? QLatin1String(areaOfRow) : table.area;
             const qint64 bytes = qint64(next - first) * size;
             addTo(line, area, definition.isConst ? 0 : bytes, definition.isConst ? bytes : 0);
             array->line = first == 0 || array->line == line ? line : std::nullopt;
