@@ -355,8 +355,12 @@ void CLIMainApp::locateFindings()
 
 void CLIMainApp::readOverview()
 {
-    if (options.has("-overview"))
-        overview.readProject(generatorMainHandler->project(), options.value("-project"));
+    if (!options.has("-overview"))
+        return;
+    ObjectDataBase &store = generatorMainHandler->project();
+    const auto names = std::make_shared<const ObjectNamesByLine>(readObjectNames(store));
+    overview.readProject(store, *names, options.value("-project"));
+    generatorMainHandler->setObjectNames(names);
 }
 
 /// Behind all that changes generated files, so that their sizes are known. A page that is not

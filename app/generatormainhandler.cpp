@@ -524,6 +524,7 @@ void GeneratorMainHandler::keepCheckLog(const QString &path)
 void GeneratorMainHandler::generateFiles(ProjectFacts facts)
 {
     readContentFacts(*database, facts);
+    facts.objectNames = std::move(objectNames);
     runSteps(generatorSteps(), facts);
     if (facts.hasCANopen)
         generateEdsFiles(facts);

@@ -112,6 +112,12 @@ public:
     /// The store of the run, which it alone may change.
     ObjectDataBase &project() { return *database; }
 
+    /// For the generators, if they are made already; they last for one run.
+    void setObjectNames(std::shared_ptr<const ObjectNamesByLine> names)
+    {
+        objectNames = std::move(names);
+    }
+
     /// What the check of the last run has found.
     const QVector<Finding> &findings() const { return checkFindings; }
 
@@ -190,6 +196,7 @@ private:
     std::unique_ptr<ProjectRecord> olderProject;
     std::optional<ProjectComparison> foundComparison;
     QVector<Finding> checkFindings;
+    std::shared_ptr<const ObjectNamesByLine> objectNames;
     OutputGuard outputGuard;
     std::unique_ptr<UnchangedFiles> unchangedFiles; ///< null: all files are written
     QPointer<PostGenProcessor> postGenProcessor;

@@ -55,6 +55,7 @@ std::unique_ptr<AbstractGenerator> makeIndices(const ObjectDataBase &, const Pro
     for (const ProjectLine &line : facts.lines)
         lines << line.number;
     generator->setLines(lines);
+    generator->setNames(facts.objectNames);
     return generator;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "generators/abstractgenerator.h"
+#include "generators/objdict/objectnames.h"
 #include "store/linetype.h"
 #include "store/objectdatabase.h"
 #include "store/projectfeatures.h"
@@ -32,6 +33,8 @@ struct ProjectFacts {
     // What the lines hold; see readContentFacts().
     bool hasSrdo = false;
     bool hasVirtualObjects = false; ///< that the stack of the project reads
+
+    std::shared_ptr<const ObjectNamesByLine> objectNames; ///< if they are made already
 
     bool isMultiLine() const { return lines.size() >= 2; }
     bool hasTypedLine() const { return hasCANopen || hasJ1939 || hasRaw; }

@@ -46,9 +46,10 @@ QString placeIn(const QString &file, int line)
 
 } // namespace
 
-void OverviewFile::readProject(ObjectDataBase &store, const QString &file)
+void OverviewFile::readProject(ObjectDataBase &store, const ObjectNamesByLine &names,
+                               const QString &file)
 {
-    facts = Overview::readFacts(store);
+    facts = Overview::readFacts(store, names);
     facts->project.file = file;
     facts->project.name = QFileInfo(file).completeBaseName();
 }

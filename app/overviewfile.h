@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/locatedfinding.h"
+#include "generators/objdict/objectnames.h"
 #include "generators/overview/facts.h"
 #include "support/problems.h"
 
@@ -19,7 +20,7 @@ class OverviewFile
 {
 public:
     /// Reads the project, as the files of the user name it.
-    void readProject(ObjectDataBase &store, const QString &file);
+    void readProject(ObjectDataBase &store, const ObjectNamesByLine &names, const QString &file);
 
     /// False: the run ended before the check, and there is nothing to show.
     bool hasProject() const { return facts.has_value(); }

@@ -4,7 +4,6 @@
 #include "generators/addressclaim.h"
 #include "generators/bitrate.h"
 #include "generators/frames/canopenframes.h"
-#include "generators/objdict/indicesgenerator.h"
 #include "generators/overview/connectionfacts.h"
 #include "generators/overview/framefacts.h"
 #include "generators/overview/objectfacts.h"
@@ -67,7 +66,7 @@ void readName(const ObjectDataBase &store, Line &line)
                                            QLatin1Char('0'));
 }
 
-Line readLine(ObjectDataBase &store, quint8 number, ObjectNames &names, Texts &texts)
+Line readLine(ObjectDataBase &store, quint8 number, const ObjectNames &names, Texts &texts)
 {
     Line line;
     line.number = number;
@@ -88,14 +87,12 @@ Line readLine(ObjectDataBase &store, quint8 number, ObjectNames &names, Texts &t
 
 } // namespace
 
-Facts Overview::readFacts(ObjectDataBase &store)
+Facts Overview::readFacts(ObjectDataBase &store, const ObjectNamesByLine &names)
 {
     Facts facts;
     facts.project = readProject(store);
-    const QList<quint8> numbers = store.getNodes();
-    ObjectNames names(numbers.size() > 1 || readProjectFeatures(store).forcesMultiLine());
-    for (const quint8 number : numbers)
-        facts.lines.append(readLine(store, number, names, facts.texts));
+    for (const auto &[number, namesOfLine] : names)
+        facts.lines.append(readLine(store, number, namesOfLine, facts.texts));
     facts.connections = readConnections(store);
     return facts;
 }

@@ -1,7 +1,7 @@
 // Rows of the object dictionary.
 #include "generators/overview/objectfacts.h"
 
-#include "generators/objdict/indicesgenerator.h"
+#include "generators/objdict/objectnames.h"
 #include "store/objectdatabase.h"
 #include "support/cohelper.h"
 #include "support/helper.h"
@@ -14,7 +14,7 @@ using namespace Overview;
 class Rows
 {
 public:
-    Rows(const ObjectDataBase &database, Line &to, ObjectNames &allNames, Texts &allTexts)
+    Rows(const ObjectDataBase &database, Line &to, const ObjectNames &allNames, Texts &allTexts)
         : store(database), line(to), names(allNames), texts(allTexts)
     {
     }
@@ -29,12 +29,15 @@ private:
     template <class MakeWord>
     void putWord(ObjectText place, quint32 number, const MakeWord &makeWord);
     ObjectRow &row() { return line.rows.last(); }
+    /// Rows ask in the order of the names.
+    void putIdentifier(quint8 sub);
     void putObject(const IndexData &object);
     void putSubIndex(const SubIndexData &data);
 
     const ObjectDataBase &store;
     Line &line;
-    ObjectNames &names;
+    const ObjectNames &names;
+    std::vector<ObjectName>::const_iterator nextName = names.objects.begin();
     Texts &texts;
     QHash<quint64, int> words; ///< texts by column and number
 };
@@ -63,12 +66,24 @@ QString storageOf(const SubIndexData &data)
     return data.nvStorage ? kind + QLatin1String(", non-volatile") : kind;
 }
 
+void Rows::putIdentifier(quint8 sub)
+{
+    const auto place = std::pair(row().index, sub);
+    const auto placeOf = [](const ObjectName &name) { return std::pair(name.index, name.sub); };
+    while (nextName != names.objects.end() && placeOf(*nextName) < place)
+        ++nextName;
+    if (nextName == names.objects.end() || placeOf(*nextName) != place)
+        return;
+    if (!nextName->text.isEmpty())
+        row()[ObjectText::Identifier] = texts.add(names.prefix + nextName->text);
+}
+
 void Rows::putObject(const IndexData &object)
 {
     put(ObjectText::Name, Helper::substituteVariables(object.name, row().index, 0));
     put(ObjectText::Code, COHelper::objectCode2String(object.objectCode));
     put(ObjectText::Description, object.description);
-    row()[ObjectText::Identifier] = texts.add(names.ofObject(row().index, object));
+    putIdentifier(0);
 }
 
 void Rows::putSubIndex(const SubIndexData &data)
@@ -95,7 +110,6 @@ void Rows::addObject(quint16 index)
 {
     IndexData object;
     (void)store.getIndexData(line.number, index, object); // or the defaults
-    const bool namesSubs = IndexDefines::namesSubIndices(object);
     const bool isPlain = object.objectCode == CANopen::ObjectCode::Var;
     if (!isPlain) {
         startRow(index, std::nullopt);
@@ -108,8 +122,8 @@ void Rows::addObject(quint16 index)
         else
             put(ObjectText::Name, Helper::substituteVariables(data.name, index, sub));
         putSubIndex(data);
-        if (namesSubs && sub > 0)
-            row()[ObjectText::Identifier] = texts.add(names.ofSubIndex(index, sub, data));
+        if (sub > 0)
+            putIdentifier(sub);
         ++line.subindices;
     });
     if (line.rows.isEmpty() || row().index != index) { // no subindex at all
@@ -120,7 +134,6 @@ void Rows::addObject(quint16 index)
 
 void Rows::read()
 {
-    names.startLine(line.number);
     const QList<quint16> indices = store.getIndices(line.number, ObjectRanges::kAll);
     line.objects = indices.size();
     for (const quint16 index : indices)
@@ -129,7 +142,7 @@ void Rows::read()
 
 } // namespace
 
-void Overview::readObjects(const ObjectDataBase &store, Line &line, ObjectNames &names,
+void Overview::readObjects(const ObjectDataBase &store, Line &line, const ObjectNames &names,
                            Texts &texts)
 {
     Rows(store, line, names, texts).read();

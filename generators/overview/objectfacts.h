@@ -4,12 +4,12 @@
 #include "generators/overview/facts.h"
 
 class ObjectDataBase;
-class ObjectNames;
+struct ObjectNames;
 
 namespace Overview
 {
 
-/// Fills the rows and their counts. \a names is that of all lines, which come in their order.
-void readObjects(const ObjectDataBase &store, Line &line, ObjectNames &names, Texts &texts);
+/// Fills the rows and their counts.
+void readObjects(const ObjectDataBase &store, Line &line, const ObjectNames &names, Texts &texts);
 
 } // namespace Overview

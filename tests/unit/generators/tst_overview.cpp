@@ -16,11 +16,17 @@ namespace
 {
 
 /// The data that a page has of the project, as browsers read it.
+QJsonObject dataOf(ObjectDataBase &store)
+{
+    const Overview::Facts facts = Overview::readFacts(store, readObjectNames(store));
+    return QJsonDocument::fromJson(Overview::jsonOf(facts)).object();
+}
+
 QJsonObject dataOf(const QString &project)
 {
     const auto store = makeStore();
     buildProject(*store, project);
-    return QJsonDocument::fromJson(Overview::jsonOf(Overview::readFacts(*store))).object();
+    return dataOf(*store);
 }
 
 QString wordOf(const QJsonValue &value)
@@ -126,9 +132,7 @@ private slots:
         QVERIFY(store->addConnection(0, 0x2000, 0, 1, 0x2100, 1, 0));
         QVERIFY(store->addGroup("drives") && store->addNodeToGroup("drives", 1));
         QStringList told;
-        const QJsonArray list =
-            QJsonDocument::fromJson(Overview::jsonOf(Overview::readFacts(*store)))["connections"]
-                .toArray();
+        const QJsonArray list = dataOf(*store)["connections"].toArray();
         for (const QJsonValue &each : list)
             told << joined(each["kind"].toString(), each["from"]["link"].toString(),
                            each["from"]["name"].toString(), each["from"]["line"].toInt(),
