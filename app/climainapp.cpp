@@ -358,7 +358,7 @@ void CLIMainApp::readOverview()
     if (!options.has("-overview"))
         return;
     ObjectDataBase &store = generatorMainHandler->project();
-    const auto names = std::make_shared<const ObjectNamesByLine>(readObjectNames(store));
+    const auto names = std::make_shared<ObjectNamesByLine>(readObjectNames(store));
     overview.readProject(store, *names, options.value("-project"));
     generatorMainHandler->setObjectNames(names);
 }

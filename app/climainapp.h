@@ -42,7 +42,11 @@ public:
     ReturnCode getReturnCode();
 
     /// The last act of the process.
-    void abandonProject() { generatorMainHandler->abandonProject(); }
+    void abandonProject()
+    {
+        generatorMainHandler->abandonProject();
+        overview.abandon();
+    }
 
 public slots:
     void start();

@@ -113,7 +113,7 @@ public:
     ObjectDataBase &project() { return *database; }
 
     /// For the generators, if they are made already; they last for one run.
-    void setObjectNames(std::shared_ptr<const ObjectNamesByLine> names)
+    void setObjectNames(std::shared_ptr<ObjectNamesByLine> names)
     {
         objectNames = std::move(names);
     }
@@ -196,7 +196,7 @@ private:
     std::unique_ptr<ProjectRecord> olderProject;
     std::optional<ProjectComparison> foundComparison;
     QVector<Finding> checkFindings;
-    std::shared_ptr<const ObjectNamesByLine> objectNames;
+    std::shared_ptr<ObjectNamesByLine> objectNames;
     OutputGuard outputGuard;
     std::unique_ptr<UnchangedFiles> unchangedFiles; ///< null: all files are written
     QPointer<PostGenProcessor> postGenProcessor;

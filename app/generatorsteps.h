@@ -34,7 +34,7 @@ struct ProjectFacts {
     bool hasSrdo = false;
     bool hasVirtualObjects = false; ///< that the stack of the project reads
 
-    std::shared_ptr<const ObjectNamesByLine> objectNames; ///< if they are made already
+    std::shared_ptr<ObjectNamesByLine> objectNames; ///< if they are made already
 
     bool isMultiLine() const { return lines.size() >= 2; }
     bool hasTypedLine() const { return hasCANopen || hasJ1939 || hasRaw; }

@@ -12,8 +12,13 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <atomic>
+
 namespace
 {
+
+/// Where a search for leaks finds it.
+std::atomic<Overview::Facts *> abandonedFacts{nullptr};
 
 QString kindOf(const LocatedFinding &located)
 {
@@ -49,7 +54,7 @@ QString placeIn(const QString &file, int line)
 void OverviewFile::readProject(ObjectDataBase &store, const ObjectNamesByLine &names,
                                const QString &file)
 {
-    facts = Overview::readFacts(store, names);
+    facts = std::make_unique<Overview::Facts>(Overview::readFacts(store, names));
     facts->project.file = file;
     facts->project.name = QFileInfo(file).completeBaseName();
 }
@@ -102,4 +107,9 @@ QString OverviewFile::write(const QString &path, bool keepsUnchanged) const
         return QString();
     (void)ReplaceFile::write(path, page, &reason); // the reason says
     return reason;
+}
+
+void OverviewFile::abandon()
+{
+    abandonedFacts = facts.release();
 }

@@ -10,7 +10,7 @@
 #include <QStringList>
 #include <QVector>
 
-#include <optional>
+#include <memory>
 
 class ObjectDataBase;
 
@@ -23,7 +23,7 @@ public:
     void readProject(ObjectDataBase &store, const ObjectNamesByLine &names, const QString &file);
 
     /// False: the run ended before the check, and there is nothing to show.
-    bool hasProject() const { return facts.has_value(); }
+    bool hasProject() const { return facts != nullptr; }
 
     void addFindings(const QVector<LocatedFinding> &findings);
     void addProblems(const QVector<Problems::Problem> &problems);
@@ -38,6 +38,9 @@ public:
     /// is left alone. Empty, or why it cannot be written.
     QString write(const QString &path, bool keepsUnchanged) const;
 
+    /// Leaves its memory to the end of the process, which gives it back at once.
+    void abandon();
+
 private:
-    std::optional<Overview::Facts> facts;
+    std::unique_ptr<Overview::Facts> facts;
 };

@@ -2,6 +2,7 @@
 #include "formats/jsonwriter.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -16,6 +17,14 @@ constexpr bool standsForItself(ushort unit)
     return unit >= 0x20 && unit != '"' && unit != '\\' && unit != '<' && unit != '>' &&
            unit != '&' && unit != 0x7F && unit != kLineSeparator && unit != kParagraphSeparator;
 }
+
+/// The characters of ASCII that stand for themselves.
+constexpr std::array<bool, 0x80> kPlain = [] {
+    std::array<bool, 0x80> result{};
+    for (ushort unit = 0; unit < result.size(); ++unit)
+        result[unit] = standsForItself(unit);
+    return result;
+}();
 
 } // namespace
 
@@ -107,7 +116,7 @@ void JsonWriter::value(const QString &text)
     char *end = out.data() + start;
     *end++ = '"';
     for (const QChar unit : text) {
-        if (unit.unicode() >= 0x80 || !standsForItself(unit.unicode())) {
+        if (unit.unicode() >= kPlain.size() || !kPlain[unit.unicode()]) {
             out.truncate(start);
             return writeEscaped(text);
         }

@@ -134,7 +134,7 @@ ObjectNames IndicesGenerator::namesOf(quint8 line) const
         const auto known = knownNames->find(line);
         if (known != knownNames->end() &&
             known->second.prefix == prefixOfNames(line, isMultiLine()))
-            return known->second;
+            return std::move(known->second);
     }
     return readObjectNames(*database, line, isMultiLine());
 }

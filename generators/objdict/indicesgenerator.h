@@ -22,8 +22,9 @@ public:
     /// The lines of the file, in file order. Set before the start.
     void setLines(const QList<quint8> &projectLines) { lines = projectLines; }
 
-    /// Names of objects that are made already, of all lines or some. Set before the start.
-    void setNames(std::shared_ptr<const ObjectNamesByLine> names) { knownNames = std::move(names); }
+    /// Names of objects that are made already, of all lines or some; the job takes them out. Set
+    /// before the start.
+    void setNames(std::shared_ptr<ObjectNamesByLine> names) { knownNames = std::move(names); }
 
 private:
     QString targetFile() const override { return inOutputDirectory("gen_indices.h"); }
@@ -33,7 +34,7 @@ private:
     void writeFrames(IndexDefines &defines, quint8 line) const; ///< of J1939 and raw CAN
 
     QList<quint8> lines;
-    std::shared_ptr<const ObjectNamesByLine> knownNames;
+    std::shared_ptr<ObjectNamesByLine> knownNames;
 };
 
 /// The defines of a line.

@@ -57,12 +57,17 @@ int readNumber(const char *&at, const char *end)
     return int(number);
 }
 
-/// Up to the next comma, without blanks around it; \a row is what stands behind.
+/// Up to the next comma; \a row is what stands behind.
 std::string_view takeColumn(std::string_view *row)
 {
     const size_t end = std::min(row->find(','), row->size());
-    std::string_view column = row->substr(0, end);
+    const std::string_view column = row->substr(0, end);
     row->remove_prefix(std::min(end + 1, row->size()));
+    return column;
+}
+
+std::string_view trimmed(std::string_view column)
+{
     while (!column.empty() && isBlank(column.front()))
         column.remove_prefix(1);
     while (!column.empty() && isBlank(column.back()))
@@ -73,7 +78,7 @@ std::string_view takeColumn(std::string_view *row)
 /// A value, which may have its type in parentheses before it.
 int numberIn(std::string_view column)
 {
-    column.remove_prefix(column.rfind(')') + 1);
+    column = trimmed(column.substr(column.rfind(')') + 1));
     const char *at = column.data();
     return readNumber(at, at + column.size());
 }
@@ -363,6 +368,9 @@ private:
     void readInitializer(Definition *definition)
     {
         Nesting at(definition->type);
+        if (definition->count > 0) // a row has a character and a comma
+            definition->rows.reserve(
+                size_t(std::min<qint64>(definition->count, (size - place) / 2)));
         for (skipSpace(); place < size; skipSpace()) {
             if (peek() == '"')
                 readText(&at, definition);
@@ -405,7 +413,7 @@ private:
         if (!at.isDescribed)
             return;
         (void)takeColumn(&columns); // number of the subindex
-        row->tag = takeColumn(&columns);
+        row->tag = trimmed(takeColumn(&columns));
         row->position = numberIn(takeColumn(&columns));
     }
 

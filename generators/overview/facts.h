@@ -25,17 +25,12 @@ public:
     const QVector<QString> &all() const { return list; }
 
 private:
-    struct Recent {
-        QString text;
-        int number = 0;
-    };
-
     int lookUp(const QString &text);
 
     QVector<QString> list{QString()};
     QHash<QString, int> numbers;
-    /// Of many rows the text is the same one in memory, not just an equal one.
-    std::array<Recent, 1024> recent; ///< by place in memory
+    /// Numbers of texts that came last, by some of their characters: most rows hold the same few.
+    std::array<int, 4096> recent{};
 };
 
 // --- Objects ---
@@ -65,6 +60,13 @@ struct ObjectRow {
 
     int &operator[](ObjectText text) { return texts[size_t(text)]; }
 };
+
+} // namespace Overview
+
+Q_DECLARE_TYPEINFO(Overview::ObjectRow, Q_MOVABLE_TYPE); // there may be very many
+
+namespace Overview
+{
 
 // --- Frames ---
 

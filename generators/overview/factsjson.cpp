@@ -247,10 +247,9 @@ void writeConnection(JsonWriter &json, const Connection &connection)
 
 } // namespace
 
-QByteArray Overview::jsonOf(const Facts &facts)
+void Overview::writeJson(const Facts &facts, QByteArray &to)
 {
-    QByteArray text;
-    JsonWriter json(text);
+    JsonWriter json(to);
     json.startObject();
     json.member("form", kForm);
     writeProject(json, facts.project);
@@ -272,5 +271,4 @@ QByteArray Overview::jsonOf(const Facts &facts)
         json.value(each);
     json.endArray();
     json.endObject();
-    return text;
 }

@@ -8,7 +8,7 @@
 namespace Overview
 {
 
-/// JSON that may stand in the page. The same facts give the same bytes.
-QByteArray jsonOf(const Facts &facts);
+/// Appends JSON that may stand in the page. The same facts give the same bytes.
+void writeJson(const Facts &facts, QByteArray &to);
 
 } // namespace Overview

@@ -28,7 +28,7 @@ private:
     /// The word for a number, which \a makeWord makes once.
     template <class MakeWord>
     void putWord(ObjectText place, quint32 number, const MakeWord &makeWord);
-    ObjectRow &row() { return line.rows.last(); }
+    ObjectRow &row() { return *lastRow; }
     /// Rows ask in the order of the names.
     void putIdentifier(quint8 sub);
     void putObject(const IndexData &object);
@@ -39,6 +39,7 @@ private:
     const ObjectNames &names;
     std::vector<ObjectName>::const_iterator nextName = names.objects.begin();
     Texts &texts;
+    ObjectRow *lastRow = nullptr;
     QHash<quint64, int> words; ///< texts by column and number
 };
 
@@ -58,6 +59,7 @@ void Rows::startRow(quint16 index, std::optional<quint8> sub)
     next.index = index;
     next.sub = sub;
     line.rows.append(next);
+    lastRow = &line.rows.last();
 }
 
 QString storageOf(const SubIndexData &data)
@@ -81,7 +83,8 @@ void Rows::putIdentifier(quint8 sub)
 void Rows::putObject(const IndexData &object)
 {
     put(ObjectText::Name, Helper::substituteVariables(object.name, row().index, 0));
-    put(ObjectText::Code, COHelper::objectCode2String(object.objectCode));
+    putWord(ObjectText::Code, quint32(object.objectCode),
+            [&] { return COHelper::objectCode2String(object.objectCode); });
     put(ObjectText::Description, object.description);
     putIdentifier(0);
 }

@@ -2,8 +2,8 @@
 #include "generators/overview/overviewpage.h"
 
 #include "generators/overview/factsjson.h"
+#include "overviewparts.h" // made by the build
 
-#include <QCryptographicHash>
 #include <QFile>
 
 #include <algorithm>
@@ -17,15 +17,6 @@ static void provideFiles()
 
 namespace
 {
-
-// Each in its element, one after the other in this order.
-constexpr const char *kStyles[] = {"page.css"};
-constexpr const char *kScripts[] = {
-    "text.js",    "dom.js",     "data.js",        "links.js",       "summary.js",
-    "matrix.js",  "frames.js",  "identifiers.js", "load.js",        "filter.js",
-    "details.js", "objects.js", "footprint.js",   "connections.js", "comparison.js",
-    "start.js", // calls what stands in the others
-};
 
 QByteArray fileOf(const char *name)
 {
@@ -44,9 +35,9 @@ QByteArray joined(const char *const (&names)[N])
 }
 
 /// As a content security policy names what may run.
-QByteArray hashOf(const QByteArray &text)
+QByteArray policyNameOf(const char *sha256)
 {
-    return "sha256-" + QCryptographicHash::hash(text, QCryptographicHash::Sha256).toBase64();
+    return "sha256-" + QByteArray::fromHex(sha256).toBase64();
 }
 
 /// What stands for "$name$" in the template.
@@ -73,22 +64,22 @@ QByteArray filled(const QByteArray &page, const Hole (&holes)[N])
 
 } // namespace
 
+/// The data is by far the largest part, and written where it stands.
 QByteArray Overview::pageOf(const Facts &facts)
 {
-    return pageOf(facts.project.name, jsonOf(facts));
-}
-
-QByteArray Overview::pageOf(const QString &title, const QByteArray &data)
-{
     provideFiles();
-    const QByteArray style = joined(kStyles);
-    const QByteArray script = joined(kScripts);
-    return filled(fileOf("page.html"), {
-                                           {"title", title.toHtmlEscaped().toUtf8()},
-                                           {"styleHash", hashOf(style)},
-                                           {"scriptHash", hashOf(script)},
-                                           {"style", style},
-                                           {"data", data},
-                                           {"script", script},
-                                       });
+    const Hole holes[] = {
+        {"title", facts.project.name.toHtmlEscaped().toUtf8()},
+        {"styleHash", policyNameOf(kStyleSha256)},
+        {"scriptHash", policyNameOf(kScriptSha256)},
+        {"style", joined(kStyles)},
+        {"script", joined(kScripts)},
+    };
+    const QByteArray page = fileOf("page.html");
+    const QByteArray data = QByteArrayLiteral("$data$");
+    const int place = page.indexOf(data);
+    QByteArray text = filled(page.left(place), holes);
+    writeJson(facts, text);
+    text += filled(page.mid(place + data.size()), holes);
+    return text;
 }

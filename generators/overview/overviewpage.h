@@ -10,7 +10,5 @@ namespace Overview
 
 /// The same facts give the same bytes.
 QByteArray pageOf(const Facts &facts);
-/// The same of data that is JSON for a page already.
-QByteArray pageOf(const QString &title, const QByteArray &data);
 
 } // namespace Overview

@@ -16,10 +16,16 @@ namespace
 {
 
 /// The data that a page has of the project, as browsers read it.
+QJsonObject dataOf(const Overview::Facts &facts)
+{
+    QByteArray json;
+    Overview::writeJson(facts, json);
+    return QJsonDocument::fromJson(json).object();
+}
+
 QJsonObject dataOf(ObjectDataBase &store)
 {
-    const Overview::Facts facts = Overview::readFacts(store, readObjectNames(store));
-    return QJsonDocument::fromJson(Overview::jsonOf(facts)).object();
+    return dataOf(Overview::readFacts(store, readObjectNames(store)));
 }
 
 QJsonObject dataOf(const QString &project)
@@ -202,8 +208,7 @@ private slots:
         change.change = ProjectChange::Change::Removed;
         change.line = -1;
         facts.comparison->changes.push_back(change);
-        const QJsonArray changes =
-            QJsonDocument::fromJson(Overview::jsonOf(facts))["comparison"]["changes"].toArray();
+        const QJsonArray changes = dataOf(facts)["comparison"].toObject()["changes"].toArray();
         QStringList told;
         for (const QJsonValue &each : changes)
             told << QString::fromUtf8(QJsonDocument(each.toObject()).toJson(QJsonDocument::Compact))
