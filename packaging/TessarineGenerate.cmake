@@ -1,5 +1,6 @@
 # tessarine_generate(TARGET <target> PROJECT <file> [IMPORT [<line>:]<file>...] [IMPORT_NODE <name>]
-#     [MODIFIER <file>] [SET <key>=<value>...] [OUTPUT_DIR <dir>] [REPORT <file>] [CHECK_ONLY] [NO_COMMANDS])
+#     [MODIFIER <file>] [SET <key>=<value>...] [OUTPUT_DIR <dir>] [REPORT <file>] [OVERVIEW <file>] [CHECK_ONLY]
+#     [NO_COMMANDS])
 #
 # Adds the C sources that follow from a project to a target. The tool runs during the build, and writes into
 # the build tree, whenever a file that it reads changed or one that the target needs is gone; sources that
@@ -15,7 +16,7 @@ cmake_policy(SET CMP0116 NEW) # names in DEPFILE are those of the folder of the 
 
 function(tessarine_generate)
     cmake_parse_arguments(PARSE_ARGV 0 ARG "CHECK_ONLY;NO_COMMANDS"
-        "TARGET;PROJECT;IMPORT_NODE;MODIFIER;OUTPUT_DIR;REPORT" "IMPORT;SET")
+        "TARGET;PROJECT;IMPORT_NODE;MODIFIER;OUTPUT_DIR;REPORT;OVERVIEW" "IMPORT;SET")
     _tessarine_check_arguments()
 
     set(output "${ARG_OUTPUT_DIR}")
@@ -58,9 +59,11 @@ function(tessarine_generate)
         set(sources "")
         set(headers "")
     endif()
-    if(ARG_REPORT)
-        cmake_path(ABSOLUTE_PATH ARG_REPORT BASE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}" NORMALIZE)
-    endif()
+    foreach(file IN ITEMS REPORT OVERVIEW)
+        if(ARG_${file})
+            cmake_path(ABSOLUTE_PATH ARG_${file} BASE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}" NORMALIZE)
+        endif()
+    endforeach()
     set(ninja FALSE)
     set(unnamable "")
     if(CMAKE_GENERATOR MATCHES "Ninja")
@@ -77,6 +80,7 @@ set(import_node [==[${ARG_IMPORT_NODE}]==])
 set(modifier [==[${ARG_MODIFIER}]==])
 set(values [==[${ARG_SET}]==])
 set(report [==[${ARG_REPORT}]==])
+set(overview [==[${ARG_OVERVIEW}]==])
 set(check_only [==[${ARG_CHECK_ONLY}]==])
 set(no_commands [==[${ARG_NO_COMMANDS}]==])
 set(ninja ${ninja})
@@ -103,7 +107,7 @@ set(expected [==[${sources};${headers}]==])
     endif()
     add_custom_command(
         OUTPUT "${state}/stamp"
-        BYPRODUCTS ${files} ${ARG_REPORT}
+        BYPRODUCTS ${files} ${ARG_REPORT} ${ARG_OVERVIEW}
         COMMAND "${CMAKE_COMMAND}" "-DSETTINGS=${state}/settings.cmake" -P "${run}"
         DEPENDS ${inputs} ${companions} "${state}/settings.cmake" "${run}" Tessarine::tessarine
         ${depfile}
