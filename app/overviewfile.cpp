@@ -10,6 +10,7 @@
 #include "support/replacefile.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <atomic>
@@ -47,6 +48,16 @@ QString linkOf(const Finding &finding)
 QString placeIn(const QString &file, int line)
 {
     return line > 0 ? file + QLatin1Char(':') + QString::number(line) : file;
+}
+
+/// An empty file holds nothing that could be lost, and a former page is made again.
+bool mayBeReplaced(const QString &path)
+{
+    QFile file(path);
+    if (!QFileInfo::exists(path))
+        return true;
+    const QByteArray start = Overview::startOfPages();
+    return file.open(QIODevice::ReadOnly) && (file.size() == 0 || file.read(start.size()) == start);
 }
 
 } // namespace
@@ -101,6 +112,9 @@ QString OverviewFile::write(const QString &path, bool keepsUnchanged) const
     QString reason = FileReasons::whyNotWritable(path);
     if (!reason.isEmpty())
         return reason;
+    if (!mayBeReplaced(path))
+        return QStringLiteral("it holds something else than such a page; remove it, or give the "
+                              "page another name");
     const QByteArray page = Overview::pageOf(*facts);
     QByteArray former;
     if (keepsUnchanged && Helper::readWholeFile(path, former) && former == page)

@@ -34,8 +34,9 @@ public:
     void addFootprint(const QStringList &paths);
     void addComparison(const ProjectComparison &comparison) { facts->comparison = comparison; }
 
-    /// Replaces \a path in one step. With \a keepsUnchanged a file that holds these bytes already
-    /// is left alone. Empty, or why it cannot be written.
+    /// Replaces \a path in one step, unless it holds something else than a page. With \a
+    /// keepsUnchanged a file that holds these bytes already is left alone. Empty, or why it cannot
+    /// be written.
     QString write(const QString &path, bool keepsUnchanged) const;
 
     /// Leaves its memory to the end of the process, which gives it back at once.

@@ -83,3 +83,10 @@ QByteArray Overview::pageOf(const Facts &facts)
     text += filled(page.mid(place + data.size()), holes);
     return text;
 }
+
+QByteArray Overview::startOfPages()
+{
+    provideFiles();
+    const QByteArray page = fileOf("page.html");
+    return page.left(page.indexOf('$'));
+}

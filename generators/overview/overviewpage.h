@@ -11,4 +11,7 @@ namespace Overview
 /// The same facts give the same bytes.
 QByteArray pageOf(const Facts &facts);
 
+/// How each page begins, whatever the project and its script are.
+QByteArray startOfPages();
+
 } // namespace Overview
