@@ -169,7 +169,9 @@ void GeneratorMainHandler::compareProject()
 {
     if (!olderProject)
         return;
-    dropDeclaredGroups(*database, readProjectFacts(*database));
+    const ProjectFacts facts = readProjectFacts(*database);
+    dropDeclaredGroups(*database, facts);
+    fillCaches(facts); // the run needs them anyway
     ProjectRecord project;
     if (!database->readRecords(&project)) {
         Problems::error("not-compared", projectFile,

@@ -60,7 +60,7 @@ void ObjectDataBase::cacheAllSubs(quint8 line, quint16 index)
     cache.complete = index == 0;
     if (!d->stringsComplete)
         cacheStrings();
-    (void)d->readSubs(line, index, cache.subs); // what cannot be read is not there
+    cache.isWhole = d->readSubs(line, index, cache.subs); // what cannot be read is not there
     if (cache.complete) {
         RowReader statement(
             *d, QStringLiteral("select objectindex,%1 from %2 where %3 order by objectindex")

@@ -35,6 +35,8 @@ enum class RowKind { Object, SubIndex, TextObject, TextSubIndex };
 /// and every writer keeps it so. Otherwise it holds the subindices of one object only.
 struct LineCache {
     bool complete = false;
+    /// All subindices that there are could be read.
+    bool isWhole = false;
     QSet<quint32> escaped; ///< keys of records that differ from their row; see cacheWrittenSub()
     SubTable subs;
     ObjectMap<IndexData> objects;

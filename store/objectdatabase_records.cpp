@@ -68,9 +68,12 @@ bool readObjects(StorePrivate &store, quint8 line, std::map<quint16, ObjectRecor
             objects->emplace_hint(objects->end(), quint16(index), ObjectRecord{true, data, {}});
         },
         Schema::kIndexInRange);
-    SubTable subs;
-    if (!store.readSubs(line, 0, subs))
+    const LineCache *cache = store.completeCache(line);
+    const bool isCached = cache && cache->isWhole && cache->escaped.isEmpty();
+    SubTable read;
+    if (!isCached && !store.readSubs(line, 0, read))
         return false;
+    const SubTable &subs = isCached ? cache->subs : read;
     for (auto members = subs.begin(); members != subs.end(); ++members) {
         ObjectRecord &object =
             objects->try_emplace(members.key(), ObjectRecord{false, {}, {}}).first->second;
