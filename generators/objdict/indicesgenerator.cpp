@@ -31,8 +31,9 @@ void IndexDefines::writeObjects()
     for (const ObjectName &object : names.objects) {
         if (!object.hasDefine)
             continue;
+        const quint32 number = object.sub == 0 ? object.index : object.sub;
         startDefine(object.sub == 0 ? "#define " : "#define  ", object.text);
-        out.parts("0x", HexNumber{object.sub == 0 ? object.index : object.sub, 1}, "u\n");
+        out.parts("0x", HexNumber{number, 1}, "u\n");
     }
 }
 
