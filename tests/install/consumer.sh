@@ -54,11 +54,12 @@ grep -q '"uri": "' "$build/reports/checked.sarif" || fail "no report of the chec
 expect "nothing changed" 21 ""
 rm "$pump/gen_objdict.c"
 expect "source deleted" 21 "pump pump/gen_objdict.c pump/stamp "
-rm "$build/pump.sarif"
+rm "$build/pump.sarif" "$build/pages/the pump.html"
 expect "report deleted" 21 "pump/stamp "
 rm "$build/level sensor/empty.eds"
 expect "description deleted" 21 "level sensor/stamp "
-[ -s "$build/pump.sarif" ] && [ -s "$build/level sensor/empty.eds" ] || fail "a deleted file is not made again"
+[ -s "$build/pump.sarif" ] && [ -s "$build/pages/the pump.html" ] && [ -s "$build/level sensor/empty.eds" ] ||
+    fail "a deleted file is not made again"
 echo implinfo=1 >>"$user"
 expect "settings of the user changed" 21 "level sensor/stamp pump/stamp "
 sleep 1 # the date in the generated files shall be another
