@@ -1,8 +1,11 @@
 // JSON for pages.
 #include "formats/jsonwriter.h"
 
+#include "support/characters.h"
+
+#include <QVarLengthArray>
+
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -12,19 +15,20 @@ namespace
 constexpr ushort kLineSeparator = 0x2028; ///< ends a line in older scripts, as the next one
 constexpr ushort kParagraphSeparator = 0x2029;
 
-constexpr bool standsForItself(ushort unit)
+bool standsForItself(ushort unit)
 {
     return unit >= 0x20 && unit != '"' && unit != '\\' && unit != '<' && unit != '>' &&
            unit != '&' && unit != 0x7F && unit != kLineSeparator && unit != kParagraphSeparator;
 }
 
-/// The characters of ASCII that stand for themselves.
-constexpr std::array<bool, 0x80> kPlain = [] {
-    std::array<bool, 0x80> result{};
-    for (ushort unit = 0; unit < result.size(); ++unit)
-        result[unit] = standsForItself(unit);
-    return result;
-}();
+/// Of a text with none of these, all characters stand for themselves.
+Characters::Eight mayNeedEscape(Characters::Eight characters)
+{
+    const auto are = [characters](char mark) {
+        return Characters::Eight(characters == quint16(mark));
+    };
+    return Characters::areOdd(characters) | are('"') | are('\\') | are('<') | are('>') | are('&');
+}
 
 } // namespace
 
@@ -89,9 +93,8 @@ void JsonWriter::array(const int *first, const int *last)
 {
     constexpr int kLongest = 12; // with sign and comma
     separate();
-    const int start = out.size();
-    out.resize(start + 2 + int(last - first) * kLongest);
-    char *end = out.data() + start;
+    QVarLengthArray<char, 512> text(2 + int(last - first) * kLongest);
+    char *end = text.data();
     *end++ = '[';
     for (const int *number = first; number != last; ++number) {
         if (number != first)
@@ -104,25 +107,19 @@ void JsonWriter::array(const int *first, const int *last)
             end = std::to_chars(end, end + kLongest, *number).ptr;
     }
     *end++ = ']';
-    out.truncate(int(end - out.data()));
+    out.append(text.constData(), int(end - text.constData()));
 }
 
-/// Most texts are plain.
 void JsonWriter::value(const QString &text)
 {
     separate();
-    const int start = out.size();
-    out.resize(start + text.size() + 2);
-    char *end = out.data() + start;
-    *end++ = '"';
-    for (const QChar unit : text) {
-        if (unit.unicode() >= kPlain.size() || !kPlain[unit.unicode()]) {
-            out.truncate(start);
-            return writeEscaped(text);
-        }
-        *end++ = char(unit.unicode());
-    }
-    *end = '"';
+    if (Characters::any(text, mayNeedEscape))
+        return writeEscaped(text);
+    QVarLengthArray<char, 512> plain(text.size() + 2 + int(Characters::kAtOnce));
+    plain[0] = '"';
+    (void)Characters::writeAscii(text, plain.data() + 1); // it is
+    plain[text.size() + 1] = '"';
+    out.append(plain.constData(), text.size() + 2);
 }
 
 /// Half a pair of surrogates has no form in UTF-8.

@@ -10,37 +10,6 @@
 #include <array>
 #include <charconv>
 
-namespace
-{
-
-using namespace Characters;
-
-/// Writes the low bytes of \a characters and tells all bits that were set in any of them.
-Eight narrowed(Eight characters, char *place)
-{
-    const auto bytes = __builtin_convertvector(characters, EightBytes);
-    std::memcpy(place, &bytes, sizeof bytes);
-    return characters;
-}
-
-/// The same for a text; up to eight bytes more than it has are written. False if it is not ASCII.
-bool writeAscii(const QString &text, char *place)
-{
-    const QChar *next = text.constData();
-    const auto size = size_t(text.size());
-    if (size < kAtOnce)
-        return !isAnySet(narrowed(load(next, size), place) & quint16(0xFF80));
-    Eight seen{};
-    const QChar *const last = next + size - kAtOnce;
-    for (; next < last; next += kAtOnce, place += kAtOnce)
-        seen |= narrowed(load(next), place);
-    // Some of them a second time.
-    seen |= narrowed(load(last), place - (next - last));
-    return !isAnySet(seen & quint16(0xFF80));
-}
-
-} // namespace
-
 TextWriter::TextWriter(QIODevice *target) : device(target), buffer(kBlock) {}
 
 TextWriter::~TextWriter()
@@ -52,9 +21,9 @@ void TextWriter::raw(const QString &text)
 {
     // Most texts are ASCII, and go over without a conversion of their own.
     const auto size = static_cast<size_t>(text.size());
-    if (size + kAtOnce > buffer.size() - used)
-        makeRoom(size + kAtOnce);
-    if (writeAscii(text, buffer.data() + used)) {
+    if (size + Characters::kAtOnce > buffer.size() - used)
+        makeRoom(size + Characters::kAtOnce);
+    if (Characters::writeAscii(text, buffer.data() + used)) {
         used += size;
         return;
     }

@@ -52,4 +52,28 @@ bool any(const QString &text, Test test)
     return isAnySet(test(load(end - kAtOnce))); // some of them a second time
 }
 
+/// Writes the low bytes of \a characters and tells all bits that were set in any of them.
+inline Eight narrowed(Eight characters, char *place)
+{
+    const auto bytes = __builtin_convertvector(characters, EightBytes);
+    std::memcpy(place, &bytes, sizeof bytes);
+    return characters;
+}
+
+/// Writes \a text; up to eight bytes more than it has are written. False if it is not ASCII.
+inline bool writeAscii(const QString &text, char *place)
+{
+    const QChar *next = text.constData();
+    const auto size = size_t(text.size());
+    if (size < kAtOnce)
+        return !isAnySet(narrowed(load(next, size), place) & quint16(0xFF80));
+    Eight seen{};
+    const QChar *const last = next + size - kAtOnce;
+    for (; next < last; next += kAtOnce, place += kAtOnce)
+        seen |= narrowed(load(next), place);
+    // Some of them a second time.
+    seen |= narrowed(load(last), place - (next - last));
+    return !isAnySet(seen & quint16(0xFF80));
+}
+
 } // namespace Characters

@@ -131,14 +131,15 @@ private:
     void skipSpace()
     {
         while (place < size) {
-            if (peek() == '/' && peek(1) == '*')
-                skipComment();
-            else if (peek() == '/' && peek(1) == '/')
-                skipLine();
-            else if (peek() == '#' && isFirstInLine())
-                readDirective();
-            else if (isBlank(peek()))
+            const char ch = characters[place];
+            if (isBlank(ch))
                 ++place;
+            else if (ch == '/' && peek(1) == '*')
+                skipComment();
+            else if (ch == '/' && peek(1) == '/')
+                skipLine();
+            else if (ch == '#' && isFirstInLine())
+                readDirective();
             else
                 return;
         }
@@ -403,6 +404,11 @@ private:
         definition->depth = std::max(definition->depth, at->braces + 1);
         readColumns(*at, std::string_view(characters + start, size_t(end - start)));
         place = end + 1;
+        if (peek() == ',') { // the next row follows
+            ++place;
+            at->isFresh = true;
+            at->wasText = false;
+        }
         return true;
     }
 

@@ -19,15 +19,8 @@ int Overview::Texts::numberOf(const QString &text)
     if (text.isEmpty())
         return 0;
     int &number = recent[sampleOf(text) % recent.size()];
-    if (list.at(number) != text)
-        number = lookUp(text);
-    return number;
-}
-
-int Overview::Texts::lookUp(const QString &text)
-{
-    int &number = numbers[text]; // 0 is that of the empty one
-    if (number == 0)
+    const QString &known = list.at(number);
+    if (!known.isSharedWith(text) && (known.size() != text.size() || known != text))
         number = add(text);
     return number;
 }

@@ -5,7 +5,6 @@
 #include "store/comparison/projectchange.h"
 #include "support/framebits.h"
 
-#include <QHash>
 #include <QString>
 #include <QVector>
 
@@ -15,7 +14,7 @@
 namespace Overview
 {
 
-/// Texts that stand in many rows, once each. The empty one is 0.
+/// Texts that stand in many rows, most of them once. The empty one is 0.
 class Texts
 {
 public:
@@ -25,11 +24,9 @@ public:
     const QVector<QString> &all() const { return list; }
 
 private:
-    int lookUp(const QString &text);
-
     QVector<QString> list{QString()};
-    QHash<QString, int> numbers;
     /// Numbers of texts that came last, by some of their characters: most rows hold the same few.
+    /// Few of the others come again, so that to look for them costs more than to list them twice.
     std::array<int, 4096> recent{};
 };
 

@@ -6,10 +6,19 @@
 #include "support/cohelper.h"
 #include "support/helper.h"
 
+#include <QHash>
+
+#include <array>
+
 namespace
 {
 
 using namespace Overview;
+
+struct LastWord {
+    quint32 number = 0;
+    int text = -1;
+};
 
 class Rows
 {
@@ -40,17 +49,21 @@ private:
     std::vector<ObjectName>::const_iterator nextName = names.objects.begin();
     Texts &texts;
     ObjectRow *lastRow = nullptr;
-    QHash<quint64, int> words; ///< texts by column and number
+    QHash<quint64, int> words;                    ///< texts by column and number
+    std::array<LastWord, kObjectTexts> lastWords; ///< of the row before, by column
 };
 
 template <class MakeWord>
 void Rows::putWord(ObjectText place, quint32 number, const MakeWord &makeWord)
 {
-    const quint64 key = quint64(place) << 32 | number;
-    auto word = words.constFind(key);
-    if (word == words.constEnd())
-        word = words.insert(key, texts.numberOf(makeWord()));
-    row()[place] = *word;
+    LastWord &last = lastWords[size_t(place)];
+    if (last.text < 0 || last.number != number) {
+        int &text = words[quint64(place) << 32 | number]; // no word is empty
+        if (text == 0)
+            text = texts.numberOf(makeWord());
+        last = {number, text};
+    }
+    row()[place] = last.text;
 }
 
 void Rows::startRow(quint16 index, std::optional<quint8> sub)
