@@ -219,6 +219,9 @@ private slots:
 
     void fewFilesMayBeOpen()
     {
+#ifdef __SANITIZE_ADDRESS__
+        QSKIP("UBSan, which looks at memory through a pipe, needs files of its own");
+#endif
         for (const QString project : {"big.tsrt", "big.tsrp"}) {
             QProcess process;
             process.setProcessEnvironment(environment);
