@@ -1,6 +1,7 @@
 // The handle of a connection, and the test whether it may be used.
 #include "store/sqliteconnection.h"
 
+#include "support/characters.h"
 #include "support/logging.h"
 
 #include <QSqlDatabase>
@@ -67,16 +68,10 @@ bool SqliteConnection::isDriverAsked()
 const char *AsciiTexts::add(const QString &text)
 {
     const int size = text.size();
-    if (size > int(bytes.size()) - used)
+    if (size + int(Characters::kAtOnce) > int(bytes.size()) - used)
         return nullptr;
     char *const copy = bytes.data() + used;
-    ushort all = 0;
-    for (int i = 0; i < size; ++i) {
-        const ushort unit = text.at(i).unicode();
-        all |= unit;
-        copy[i] = char(unit);
-    }
-    if (all >= 0x80)
+    if (!Characters::writeAscii(text, copy))
         return nullptr;
     used += size;
     return copy;
