@@ -3,7 +3,6 @@
 
 #include "store/objectdatabase_p.h"
 #include "support/ascii.h"
-#include "support/numbers.h"
 
 #include <sqlite3.h>
 
@@ -119,7 +118,7 @@ QString RowCell::toString() const
 
 QByteArray RowCell::toByteArray() const
 {
-    return type == SQLITE_INTEGER ? Numbers::toDecimal(sqlite3_value_int64(value))
+    return type == SQLITE_INTEGER ? QByteArray::number(qlonglong(sqlite3_value_int64(value)))
                                   : toVariant().toByteArray();
 }
 

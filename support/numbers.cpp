@@ -1,8 +1,6 @@
 // Text to number conversions.
 #include "support/numbers.h"
 
-#include <array>
-#include <charconv>
 #include <limits>
 #include <optional>
 
@@ -102,11 +100,4 @@ QString Numbers::toHex(quint64 number, int digits)
         number >>= 4;
     }
     return QString(text + start, kMostDigits - start);
-}
-
-QByteArray Numbers::toDecimal(qint64 number)
-{
-    std::array<char, 20> text; // -9223372036854775808
-    const auto end = std::to_chars(text.begin(), text.end(), number).ptr;
-    return QByteArray(text.data(), int(end - text.data()));
 }

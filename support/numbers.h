@@ -19,7 +19,5 @@ qint64 toLongLongByPrefix(const QString &text, bool *ok = nullptr);
 
 /// At least \a digits digits, in lower case and without a prefix.
 QString toHex(quint64 number, int digits);
-/// Without anything about it.
-QByteArray toDecimal(qint64 number);
 
 } // namespace Numbers
